@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace plinket3 {
+
+// Text is bytes, shown as Latin-1. Only the character 32 counts as a blank, and only ASCII letters have another case.
+
+std::string_view TrimLeft(std::string_view text);
+std::string_view Trim(std::string_view text);
+char ToUpper(char character);
+char ToLower(char character);
+std::string ToUpper(std::string_view text);
+std::string ToLower(std::string_view text);
+bool EqualIgnoringCase(std::string_view left, std::string_view right);
+
+/// Replaces every occurrence of `what` (not empty), from left to right, without looking at what was put in.
+std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by);
+
+/// Lets an unordered map with std::string keys be searched by a view.
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+};
+
+} // namespace plinket3

@@ -1,0 +1,160 @@
+#pragma once
+
+#include "core/Notifier.h"
+#include "core/Status.h"
+#include "core/Text.h"
+#include "core/clsConfiguration.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace plinket3 {
+
+/// One engine version as its configuration file describes it. All counts and numbers are the file's own and not yet
+/// trusted: nothing takes memory by them.
+struct EngineConfiguration {
+    struct Action {
+        std::int32_t value = 0;  // the code pointer value; 0 is the empty action
+        std::string mnemonic;    // as extended patches spell it, also the name that is shown; may be empty
+        std::string description; // escaped
+    };
+    struct String {
+        std::string mnemonic; // the key in the section [STRINGS] of extended patches
+        std::string text;     // the default text in its stored, escaped form
+    };
+    /// Numbers of records: 137 for 137 things.
+    struct Counts {
+        std::int32_t things = 0, states = 0, sounds = 0, sprites = 0, strings = 0, weapons = 0, ammunition = 0,
+                     cheats = 0;
+    };
+    /// Positions of the data blocks in the game's executable, in bytes.
+    struct Offsets {
+        std::int32_t dataSegment = 0, things = 0, states = 0, sounds = 0, sprites = 0, strings = 0, codePointers = 0,
+                     weapons = 0, ammunition = 0, cheats = 0;
+    };
+
+    std::string name;
+    std::int16_t version = 0; // "Doom version = " of its patches
+    std::string fileName;     // the configuration's, without its folder
+    std::string table;        // the table file's name, looked for in the folder "tables"
+    bool allowExeRead = false;
+    std::int32_t exeSize = 0;
+    bool extended = false; // extended patches (.bex) instead of normal ones (.deh)
+    Counts itemCounts;
+    Offsets offsets;
+    std::vector<std::string> flagNames;    // by bit; also the flags' mnemonics in extended patches
+    std::vector<std::string> flagTooltips; // by bit; may be shorter than flagNames
+    std::vector<std::string> thingNames, weaponNames, ammoNames;
+    std::vector<Action> actions;                 // in the order of "actiondescriptions"
+    std::vector<std::int32_t> cheatOffsets;      // empty when the file has none, as are the lists below
+    std::vector<std::int32_t> cheatLengths;      // by cheat
+    std::vector<std::int32_t> codePointerStates; // by DeHackEd pointer number: the state that it belongs to
+    std::vector<std::int32_t> codePointerOffsets;
+    std::vector<String> strings; // "boomstrings"
+    std::vector<std::int32_t> miscellaneousOffsets;
+
+    /// The mnemonic of a code pointer value; null when the configuration names none.
+    const std::string* MnemonicOf(std::int32_t codePointer) const;
+    /// The code pointer value of a mnemonic, compared exactly; absent when there is none.
+    std::optional<std::int32_t> CodePointerOf(std::string_view mnemonic) const;
+    /// Entries in "codepointermnemonics".
+    std::size_t MnemonicCount() const { return mnemonicByValue.size(); }
+
+    /// "codepointermnemonics" both ways round.
+    std::unordered_map<std::int32_t, std::string> mnemonicByValue;
+    std::unordered_map<std::string, std::int32_t, TextHash, std::equal_to<>> valueByMnemonic; // the first of each
+};
+
+namespace modConfig {
+
+inline constexpr std::string_view settingsType = "Plinket3 Program Configuration file";
+inline constexpr std::string_view engineType = "Plinket3 Engine Configuration file";
+inline constexpr std::string_view iwadDetectType = "Plinket3 IWAD detect configuration file";
+
+/// A valid engine configuration that the enumeration found.
+struct EngineEntry {
+    std::filesystem::path file;
+    std::string name;
+    std::int16_t version = 0;
+    bool extended = false;
+};
+
+/// The engine configurations in `folder` (extension "cfg" in any case), ordered by file name. Files of another "type"
+/// are skipped silently; files that cannot be loaded or lack "engine"."name" or "version" are skipped and handed, as
+/// one line, to `skipped`. A folder that does not exist gives an empty list.
+std::vector<EngineEntry> EnumerateEngines(const std::filesystem::path& folder,
+                                          const std::function<void(std::string_view)>& skipped);
+
+/// Loads one configuration into `engine`, which is left as it was after a failure. The reason of a failure names file,
+/// structure and key; for a file of another "type" it is "Invalid engine configuration file.".
+Status LoadEngine(const std::filesystem::path& file, EngineConfiguration& engine);
+
+/// `LoadEngine` that shows the reason of a failure (exclamation icon).
+[[nodiscard]] bool LoadEngineConfiguration(const std::filesystem::path& file, EngineConfiguration& engine,
+                                           Notifier& notifier);
+
+/// Loads "iwaddetect.cfg". Fails with "Invalid IWAD detect configuration file." when the file cannot be read or its
+/// "type" is another.
+Status LoadIwadDetect(const std::filesystem::path& file, clsConfiguration& iwadDetect);
+/// The display name for an IWAD file, looked up by its base name in lower case; empty when it is not known.
+std::string DetectIwadName(const clsConfiguration& iwadDetect, const std::filesystem::path& iwad);
+
+} // namespace modConfig
+
+/// The program's settings: one configuration tree, kept for the whole run and written at every shut-down.
+class Settings {
+public:
+    struct Iwad {
+        std::string name, path;
+    };
+    static constexpr std::size_t maximumRecentFiles = 32;
+
+    /// Sets where the settings are kept. Reads nothing.
+    void File(std::filesystem::path file) { file_ = std::move(file); }
+    const std::filesystem::path& File() const { return file_; }
+
+    /// Fills the empty tree with the defaults of a first run. `documentsFolder` becomes "lastDir", without a separator
+    /// at its end.
+    void CreateDefaults(const std::filesystem::path& documentsFolder);
+    /// Loads the file. Fails with "Invalid program configuration file." when "Type" is another or the text is not
+    /// valid; the tree then holds what was read.
+    Status Load();
+    /// Writes the file (CR LF, white space).
+    Status Save() const;
+
+    /// A flag or list position; `fallback` when the key is missing or no number.
+    std::int32_t Number(std::string_view key, std::int32_t fallback = 0) const;
+    void Number(std::string_view key, std::int32_t value);
+    std::string Text(std::string_view key) const;
+    void Text(std::string_view key, std::string_view value);
+
+    /// The known IWADs ("IWADs": 0wad, 1wad ...), in order.
+    std::vector<Iwad> Iwads() const;
+    /// Every ";" is taken out of the name.
+    void AddIwad(std::string_view name, std::string_view path);
+    /// Removes the entry at `index` and numbers the others anew. Does nothing when there is no such entry.
+    void RemoveIwad(std::size_t index);
+
+    /// Recently used patch files, the oldest first.
+    std::vector<std::string> RecentFiles() const;
+    /// Moves or adds a path to the end of the list (paths that differ in ASCII case only are the same file) and drops
+    /// the oldest one beyond `maximumRecentFiles`.
+    void AddRecentFile(std::string_view path);
+    /// Removes every path that names no existing file.
+    void PruneRecentFiles();
+
+private:
+    std::shared_ptr<SettingTree> Structure(std::string_view key) const;
+
+    std::filesystem::path file_;
+    clsConfiguration configuration_;
+};
+
+} // namespace plinket3

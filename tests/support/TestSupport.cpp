@@ -1,0 +1,72 @@
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace plinket3::test {
+
+TemporaryFolder::TemporaryFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "plinket3-test-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr)
+        throw std::runtime_error("no temporary folder");
+    path_ = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
+ExpectingNotifier::~ExpectingNotifier() { AllAsked(); }
+
+void ExpectingNotifier::Show(MessageKind kind, std::string_view text) {
+    if (expected_.empty() || expected_.front().text != text || expected_.front().kind != kind) {
+        ADD_FAILURE() << "message that was not expected: " << text
+                      << (expected_.empty() ? "" : "\nexpected: " + expected_.front().text);
+        return;
+    }
+    expected_.pop_front();
+}
+
+Answer ExpectingNotifier::Ask(std::string_view question, Buttons) {
+    if (expected_.empty() || expected_.front().text != question || !expected_.front().answer) {
+        ADD_FAILURE() << "question that was not expected: " << question
+                      << (expected_.empty() ? "" : "\nexpected: " + expected_.front().text);
+        return Answer::Cancel;
+    }
+    const Answer answer = *expected_.front().answer;
+    expected_.pop_front();
+    return answer;
+}
+
+void ExpectingNotifier::Expect(MessageKind kind, std::string text) {
+    expected_.push_back({std::move(text), kind, std::nullopt});
+}
+
+void ExpectingNotifier::Expect(std::string question, Answer answer) {
+    expected_.push_back({std::move(question), std::nullopt, answer});
+}
+
+void ExpectingNotifier::AllAsked() {
+    for (const Expected& missing : expected_)
+        ADD_FAILURE() << "expected, but not shown: " << missing.text;
+    expected_.clear();
+}
+
+std::string ReadFile(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    EXPECT_TRUE(stream.is_open()) << file;
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void WriteFile(const std::filesystem::path& file, std::string_view bytes) {
+    std::ofstream stream(file, std::ios::binary);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    ASSERT_TRUE(stream.good()) << file;
+}
+
+} // namespace plinket3::test
