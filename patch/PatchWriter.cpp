@@ -1,0 +1,251 @@
+#include "core/Files.h"
+#include "core/Version.h"
+#include "patch/modPatchFiles.h"
+#include "patch/PointerTargets.h"
+#include "patch/modPatchText.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace plinket3::modPatchFiles {
+
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+
+/// Builds the text of a patch in one buffer. A section's header goes in first and is taken out again when no line
+/// follows it.
+class PatchWriter {
+public:
+    PatchWriter(const PatchData& patch, const EngineConfiguration& engine)
+        : patch_(patch), engine_(engine), current_(patch.current), defaults_(patch.defaults) {}
+
+    std::string Format() {
+        Header();
+        EndKind(Records(thingSection, current_.things, defaults_.things, &current_.thingNames, &defaults_.thingNames));
+        EndKind(Records(frameSection, current_.states, defaults_.states));
+        EndKind(Records(soundSection, current_.sounds, defaults_.sounds));
+        EndKind(patch_.extended ? CodePointers() : Pointers());
+        EndKind(
+            Records(weaponSection, current_.weapons, defaults_.weapons, &current_.weaponNames, &defaults_.weaponNames));
+        EndKind(Records(ammoSection, current_.ammo, defaults_.ammo, &current_.ammoNames, &defaults_.ammoNames));
+        Block("Cheat 0", [this] { Cheats(); });
+        Block("Misc 0", [this] { Fields(current_.misc, defaults_.misc); });
+        EndKind(Pars());
+        if (patch_.extended)
+            Block("[STRINGS]", [this] { Strings(); });
+        else
+            Texts();
+        return std::move(out_);
+    }
+
+private:
+    void Put(std::string_view text) { out_ += text; }
+    void Put(std::int32_t number) {
+        char digits[12];
+        const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+        out_.append(digits, static_cast<std::size_t>(end - digits));
+    }
+    template <class... Parts> void Line(Parts... parts) {
+        (Put(parts), ...);
+        Put(lineEnd);
+    }
+
+    void Header() {
+        Line("Patch File for DeHackEd v3.0");
+        Line("# Created with ", programVersion);
+        Line();
+        Line("# General version information");
+        Line("Doom version = ", patch_.doomVersion);
+        Line("Patch format = ", patch_.patchFormat);
+        Line();
+        Line("# Info for Plinket3");
+        Line("Engine config = ", patch_.engineConfig);
+        if (!patch_.dataWadPath.empty())
+            Line("Data WAD = ", patch_.dataWadPath);
+        Line("IWAD = ", patch_.iwadPath);
+        Line();
+        Line();
+    }
+
+    void EndKind(bool anySection) {
+        if (anySection) {
+            Line();
+            Line();
+        }
+    }
+
+    template <class Record> void Fields(const Record& current, const Record& standard) {
+        ForEachDifference(current, standard, [this](const Field<Record>& field, std::int32_t value) {
+            if (field.unit == FieldUnit::Flags)
+                Line(field.label, " = ",
+                     modPatchText::FormatBits(value, patch_.extended, engine_.flagNames));
+            else
+                Line(field.label, " = ", value);
+        });
+    }
+
+    template <class Record>
+    bool Records(const SectionRule& section, const std::vector<Record>& current, const std::vector<Record>& defaults,
+                 const std::vector<std::string>* names = nullptr,
+                 const std::vector<std::string>* defaultNames = nullptr) {
+        bool any = false;
+        for (std::size_t i = 0; i < current.size(); ++i) {
+            const bool renamed = names != nullptr && (*names)[i] != (*defaultNames)[i];
+            if (!renamed && current[i] == defaults[i])
+                continue;
+            const std::size_t start = out_.size();
+            Put(section.word);
+            Put(" ");
+            Put(static_cast<std::int32_t>(i) + section.firstWritten);
+            if (names != nullptr) {
+                Put(" (");
+                Put((*names)[i]);
+                Put(")");
+            }
+            Line();
+            const std::size_t headerEnd = out_.size();
+            Fields(current[i], defaults[i]);
+            if (!renamed && out_.size() == headerEnd) { // only a field that no patch has differs
+                out_.resize(start);
+                continue;
+            }
+            Line();
+            any = true;
+        }
+        return any;
+    }
+
+    /// A section of which there is one: two empty lines, the header, the lines that `write` makes, an empty line.
+    template <class Write> void Block(std::string_view header, Write write) {
+        const std::size_t start = out_.size();
+        Line();
+        Line();
+        Line(header);
+        const std::size_t headerEnd = out_.size();
+        write();
+        if (out_.size() == headerEnd)
+            out_.resize(start);
+        else
+            Line();
+    }
+
+    bool CodePointers() {
+        const std::size_t start = out_.size();
+        Line("[CODEPTR]");
+        const std::size_t headerEnd = out_.size();
+        for (std::size_t state = 0; state < current_.codePointers.size(); ++state) {
+            const std::int32_t codePointer = current_.codePointers[state];
+            if (codePointer == defaults_.codePointers[state])
+                continue;
+            const std::string* mnemonic = engine_.MnemonicOf(codePointer);
+            Line("Frame ", static_cast<std::int32_t>(state), " = ",
+                 mnemonic != nullptr ? std::string_view(*mnemonic) : std::string_view());
+        }
+        if (out_.size() == headerEnd) {
+            out_.resize(start);
+            return false;
+        }
+        Line();
+        return true;
+    }
+
+    bool Pointers() {
+        const PointerTargets targets(current_.states, engine_.codePointerStates);
+        bool any = false;
+        for (std::size_t i = 0; i < current_.codePointers.size(); ++i) {
+            if (current_.codePointers[i] == defaults_.codePointers[i])
+                continue;
+            const auto state = static_cast<std::int32_t>(i);
+            const std::int32_t source = targets.StateWithAction(current_.codePointers[i]);
+            // Kept: the last state is never written as a source, and the number of states stands for "none found".
+            // docs/kept-behaviour.md
+            if (source == static_cast<std::int32_t>(current_.states.size()) - 1)
+                continue;
+            Line("Pointer ", targets.PointerOf(state), " (Frame ", state, ")");
+            Line("Codep Frame = ", source);
+            Line();
+            any = true;
+        }
+        return any;
+    }
+
+    void Cheats() {
+        const std::size_t count = std::min(current_.cheats.size(), cheatLabels.size());
+        for (std::size_t i = 0; i < count; ++i) {
+            const CheatRecord& cheat = current_.cheats[i];
+            if (cheat.text != defaults_.cheats[i].text)
+                Line(cheatLabels[i], " = ", modPatchText::PadCheat(cheat.text, cheat.maximumLength));
+        }
+    }
+
+    bool Pars() {
+        if (current_.pars.empty())
+            return false;
+        Line("[PARS]");
+        for (const ParRecord& par : current_.pars) {
+            Put("par ");
+            if (par.episode != 0) {
+                Put(par.episode);
+                Put(" ");
+            }
+            Line(par.map, " ", par.seconds);
+        }
+        Line();
+        return true;
+    }
+
+    void Strings() {
+        const std::size_t count = std::min(current_.strings.size(), engine_.strings.size());
+        for (std::size_t i = 0; i < count; ++i) {
+            // Kept: the text as it is against the default with its escapes, so that every string whose default holds
+            // an escape is written. docs/kept-behaviour.md
+            if (current_.strings[i].text != engine_.strings[i].text)
+                Line(engine_.strings[i].mnemonic, " = ", modPatchText::EscapeText(current_.strings[i].text));
+        }
+    }
+
+    void Texts() {
+        for (std::size_t i = 0; i < current_.strings.size(); ++i) {
+            const StringRecord& text = current_.strings[i];
+            const StringRecord& standard = defaults_.strings[i];
+            if (text.text == standard.text)
+                continue;
+            Line("Text ", standard.length, " ", text.length);
+            Line(std::string_view(standard.text), std::string_view(text.text));
+            Line();
+        }
+    }
+
+    const PatchData& patch_;
+    const EngineConfiguration& engine_;
+    const PatchSet& current_;
+    const PatchSet& defaults_;
+    std::string out_;
+};
+
+} // namespace
+
+std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine) {
+    return PatchWriter(patch, engine).Format();
+}
+
+Status SavePatch(Program& program, const std::filesystem::path& file, bool createBackup) {
+    if (createBackup && FileExists(file)) {
+        std::string old;
+        Status status = ReadWholeFile(file, old);
+        if (status) {
+            std::filesystem::path backup = file;
+            backup += ".bak";
+            status = WriteFileAtomically(backup, old);
+        }
+        if (!status)
+            return Status::Failure("no backup could be made: " + status.Reason());
+    }
+    Status status = WriteFileAtomically(file, FormatPatch(program.patch, program.engine));
+    if (status)
+        program.log.Add("Saved " + file.string());
+    return status;
+}
+
+} // namespace plinket3::modPatchFiles

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/Environment.h"
+#include "patch/modTableDef.h"
+#include "wad/modWADList.h"
+
+#include <memory>
+#include <string>
+
+namespace plinket3 {
+
+/// Everything that the process holds: start-up builds one and hands it, or the part that is needed, to all others.
+struct Program : Environment {
+    using Environment::Environment;
+
+    EngineConfiguration engine; // of the open patch
+    PatchData patch;
+    WadList wads;
+    std::shared_ptr<clsWad> iwad, dataWad; // null when there is none
+    std::string palette;                   // the lump PLAYPAL: 768 bytes for each palette
+};
+
+} // namespace plinket3

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "core/Status.h"
+#include "patch/Program.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+
+/// DeHackEd patches, normal (.deh) and extended (.bex): the text files that hold what differs from an engine's own data.
+/// docs/formats.md draws the dialect.
+namespace plinket3::modPatchFiles {
+
+/// What the lines of a patch say of what it was made for, by name: "patchversion", "engineversion", "engineconfig",
+/// "datawad", "iwad" (only those found) and "filename".
+using Header = std::map<std::string, std::string, std::less<>>;
+
+/// Scans a patch for its header lines. Fails when the file cannot be read or when a header line stands in it twice.
+Status ScanHeader(const std::filesystem::path& file, Header& header);
+Status ScanHeader(std::string_view bytes, Header& header);
+
+/// Told of what a read did with the patch's lines, in file order; `offset` is the place in the bytes where the line
+/// begins. `check` watches a read this way.
+class ReadObserver {
+public:
+    virtual ~ReadObserver() = default;
+    /// A line that changes nothing, and why.
+    virtual void Ignored(std::size_t offset, std::string_view reason) = 0;
+    /// A line that selects a record or begins a section.
+    virtual void Section(std::size_t offset, std::string_view word, std::int32_t number) = 0;
+    /// A number was read for a field.
+    virtual void Number(std::size_t offset, std::string_view label, FieldUnit unit, FieldWidth width,
+                        std::string_view text) = 0;
+    /// Thing flags were read from names.
+    virtual void FlagNames(std::size_t offset, std::string_view text) = 0;
+    /// A state got another code pointer.
+    virtual void CodePointer(std::size_t offset, std::int32_t state) = 0;
+    /// A replacement for a text of the engine, or for a string by its key.
+    virtual void Text(std::size_t offset, std::int32_t oldLength, std::int32_t newLength) = 0;
+};
+
+/// Reads a patch over a copy of `defaults` into `set`. When it fails, the reason is the message for the user and `set`
+/// holds what was applied so far. `unsupported` tells whether there were entries that a save will lose.
+Status ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
+                  bool& unsupported, ReadObserver* observer = nullptr);
+
+/// Reads a patch into `program.patch`, over its default set. Shows what goes wrong; the open patch is then as it was.
+[[nodiscard]] bool ReadPatch(Program& program, const std::filesystem::path& file);
+
+/// The differences between the two sets of `patch` as a patch file's bytes.
+std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
+
+/// Writes the open patch in one step, after a copy of an existing file to its name + ".bak" when `createBackup`. Logs
+/// "Saved " and the name. After a failure the old file is as it was. Does not change `program.patch`.
+Status SavePatch(Program& program, const std::filesystem::path& file, bool createBackup);
+
+} // namespace plinket3::modPatchFiles

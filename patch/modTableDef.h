@@ -1,0 +1,314 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plinket3 {
+
+// The records of a patch. Every number is a signed 32-bit integer; state, sound and sprite numbers are indices from 0.
+
+struct ThingRecord {
+    std::int32_t id = 0, initialState = 0, hitPoints = 0, firstMovingState = 0, alertSound = 0, reactionTime = 0,
+                 attackSound = 0, injuryState = 0, painChance = 0, painSound = 0, closeAttackState = 0,
+                 farAttackState = 0, deathState = 0, explodingState = 0, deathSound = 0, speed = 0, width = 0,
+                 height = 0, mass = 0, missileDamage = 0, actionSound = 0, bits = 0, respawnState = 0;
+    bool operator==(const ThingRecord&) const = default;
+};
+
+struct StateRecord {
+    std::int32_t sprite = 0;
+    std::int32_t subnumber = 0; // the frame; bit 15 is set when it is drawn fully lit
+    std::int32_t duration = 0;  // in tics, 35 a second; -1 for ever
+    std::int32_t action = 0;    // the code pointer value that the engine itself gives the state
+    std::int32_t nextState = 0, unknown1 = 0, unknown2 = 0;
+    bool operator==(const StateRecord&) const = default;
+};
+
+struct SoundRecord {
+    std::int32_t offset = 0;
+    std::int32_t zeroOne = 0; // singularity
+    std::int32_t value = 0;   // priority
+    std::int32_t zero1 = 0;   // address of the sound that is played in its place, 0 for none
+    std::int32_t negOne1 = 0; // pitch
+    std::int32_t negOne2 = 0; // volume
+    std::int32_t zero2 = 0, zero3 = 0, zero4 = 0;
+    bool operator==(const SoundRecord&) const = default;
+};
+
+struct WeaponRecord {
+    std::int32_t ammoType = 0, deselectState = 0, selectState = 0, bobbingState = 0, shootingState = 0, firingState = 0;
+    bool operator==(const WeaponRecord&) const = default;
+};
+
+struct AmmoRecord {
+    std::int32_t maxAmmo = 0, perAmmo = 0;
+    bool operator==(const AmmoRecord&) const = default;
+};
+
+struct StringRecord {
+    std::int32_t position = 0; // carried unchanged
+    std::int32_t length = 0;   // characters of the text
+    std::string text;
+    bool operator==(const StringRecord&) const = default;
+};
+
+struct CheatRecord {
+    std::int32_t maximumLength = 0; // its low 16 bits: the length to which a patch pads the text; 0 for no limit
+    std::string text;
+    std::int32_t spare = 0; // carried unchanged
+    bool operator==(const CheatRecord&) const = default;
+};
+
+struct MiscRecord {
+    std::int32_t initialHealth = 0, initialBullets = 0, maxHealth = 0, secondMaxHealth = 0, maxArmor = 0,
+                 secondMaxArmor = 0, greenArmorClass = 0, blueArmorClass = 0, maxSoulsphere = 0,
+                 secondMaxSoulsphere = 0, soulsphereHealth = 0, megasphereHealth = 0, godModeHealth = 0,
+                 secondGodModeHealth = 0, idfaArmor = 0, idfaArmorClass = 0, idkfaArmor = 0, idkfaArmorClass = 0,
+                 bfgCells = 0, spare1 = 0, spare2 = 0, monstersInfight = 0;
+    bool operator==(const MiscRecord&) const = default;
+};
+
+struct ParRecord {
+    std::int32_t episode = 0; // 0 for a game whose levels are named MAPxx
+    std::int32_t map = 0, seconds = 0;
+    bool operator==(const ParRecord&) const = default;
+};
+
+/// What a field's number means: how it is shown, and what limits it beside `lowest` and `highest`.
+enum class FieldUnit {
+    Number,
+    Fixed16,         // 16.16 fixed point
+    ProjectileSpeed, // 16.16 fixed point for projectiles, whole units otherwise
+    Flags,           // thing flags
+    State,           // an index of a state, ...
+    Sound,           // ... a sound, ...
+    Sprite,          // ... a sprite
+    SpriteFrame,     // a frame (0 to 31) with the lit bit
+    AmmoType,
+    CodePointer,
+    Infight, // 202 or 221
+};
+
+/// How wide a field is in a table file. A byte is limited to 0..255 wherever it is stored.
+enum class FieldWidth { Int32, Byte };
+
+/// One row of a record kind's table; patch reader and writer, table files, comparing, restoring, editors and command
+/// line walk these rows and know no field by any other way.
+template <class Record> struct Field {
+    std::string_view label; // as a patch writes it, without " = "
+    std::int32_t Record::*member;
+    FieldUnit unit = FieldUnit::Number;
+    std::int32_t lowest = INT32_MIN, highest = INT32_MAX; // what an editor lets in
+    bool inPatch = true;                                  // false: only in memory and in table files
+    FieldWidth width = FieldWidth::Int32;
+    std::int32_t Record::*secondCopy = nullptr; // a field that an engine wants set to the same value
+};
+
+inline constexpr std::int32_t litBit = 0x8000; // of a state's sprite subnumber
+inline constexpr int projectileBit = 16;       // of a thing's bits
+inline constexpr std::int32_t monstersFight = 221, monstersDoNotFight = 202;
+
+template <class Record> inline constexpr std::array<Field<Record>, 0> fieldTable{};
+
+template <>
+inline constexpr std::array fieldTable<ThingRecord>{
+    Field<ThingRecord>{"ID #", &ThingRecord::id},
+    Field<ThingRecord>{"Initial frame", &ThingRecord::initialState, FieldUnit::State},
+    Field<ThingRecord>{"Hit points", &ThingRecord::hitPoints},
+    Field<ThingRecord>{"First moving frame", &ThingRecord::firstMovingState, FieldUnit::State},
+    Field<ThingRecord>{"Alert sound", &ThingRecord::alertSound, FieldUnit::Sound},
+    Field<ThingRecord>{"Reaction time", &ThingRecord::reactionTime},
+    Field<ThingRecord>{"Attack sound", &ThingRecord::attackSound, FieldUnit::Sound},
+    Field<ThingRecord>{"Injury frame", &ThingRecord::injuryState, FieldUnit::State},
+    Field<ThingRecord>{"Pain chance", &ThingRecord::painChance},
+    Field<ThingRecord>{"Pain sound", &ThingRecord::painSound, FieldUnit::Sound},
+    Field<ThingRecord>{"Close attack frame", &ThingRecord::closeAttackState, FieldUnit::State},
+    Field<ThingRecord>{"Far attack frame", &ThingRecord::farAttackState, FieldUnit::State},
+    Field<ThingRecord>{"Death frame", &ThingRecord::deathState, FieldUnit::State},
+    Field<ThingRecord>{"Exploding frame", &ThingRecord::explodingState, FieldUnit::State},
+    Field<ThingRecord>{"Death sound", &ThingRecord::deathSound, FieldUnit::Sound},
+    Field<ThingRecord>{"Speed", &ThingRecord::speed, FieldUnit::ProjectileSpeed},
+    Field<ThingRecord>{"Width", &ThingRecord::width, FieldUnit::Fixed16},
+    Field<ThingRecord>{"Height", &ThingRecord::height, FieldUnit::Fixed16},
+    Field<ThingRecord>{"Mass", &ThingRecord::mass},
+    Field<ThingRecord>{"Missile damage", &ThingRecord::missileDamage},
+    Field<ThingRecord>{"Action sound", &ThingRecord::actionSound, FieldUnit::Sound},
+    Field<ThingRecord>{"Bits", &ThingRecord::bits, FieldUnit::Flags},
+    Field<ThingRecord>{"Respawn frame", &ThingRecord::respawnState, FieldUnit::State},
+};
+
+template <>
+inline constexpr std::array fieldTable<StateRecord>{
+    Field<StateRecord>{"Sprite number", &StateRecord::sprite, FieldUnit::Sprite},
+    Field<StateRecord>{"Sprite subnumber", &StateRecord::subnumber, FieldUnit::SpriteFrame, 0, 31},
+    Field<StateRecord>{"Duration", &StateRecord::duration, FieldUnit::Number, -1, 999},
+    // The action never stands in a patch: the code pointer table holds what a patch changes.
+    Field<StateRecord>{"Action", &StateRecord::action, FieldUnit::CodePointer, INT32_MIN, INT32_MAX, false},
+    Field<StateRecord>{"Next frame", &StateRecord::nextState, FieldUnit::State},
+    // Kept: these limits are not symmetric. docs/kept-behaviour.md
+    Field<StateRecord>{"Unknown 1", &StateRecord::unknown1, FieldUnit::Number, -32767, 32768},
+    Field<StateRecord>{"Unknown 2", &StateRecord::unknown2, FieldUnit::Number, -32767, 32768},
+};
+
+template <>
+inline constexpr std::array fieldTable<SoundRecord>{
+    Field<SoundRecord>{"Offset", &SoundRecord::offset},      Field<SoundRecord>{"Zero/One", &SoundRecord::zeroOne},
+    Field<SoundRecord>{"Value", &SoundRecord::value},        Field<SoundRecord>{"Zero 1", &SoundRecord::zero1},
+    Field<SoundRecord>{"Neg. One 1", &SoundRecord::negOne1}, Field<SoundRecord>{"Neg. One 2", &SoundRecord::negOne2},
+    Field<SoundRecord>{"Zero 2", &SoundRecord::zero2},       Field<SoundRecord>{"Zero 3", &SoundRecord::zero3},
+    Field<SoundRecord>{"Zero 4", &SoundRecord::zero4},
+};
+
+template <>
+inline constexpr std::array fieldTable<WeaponRecord>{
+    Field<WeaponRecord>{"Ammo type", &WeaponRecord::ammoType, FieldUnit::AmmoType},
+    Field<WeaponRecord>{"Deselect frame", &WeaponRecord::deselectState, FieldUnit::State},
+    Field<WeaponRecord>{"Select frame", &WeaponRecord::selectState, FieldUnit::State},
+    Field<WeaponRecord>{"Bobbing frame", &WeaponRecord::bobbingState, FieldUnit::State},
+    Field<WeaponRecord>{"Shooting frame", &WeaponRecord::shootingState, FieldUnit::State},
+    Field<WeaponRecord>{"Firing frame", &WeaponRecord::firingState, FieldUnit::State},
+};
+
+template <>
+inline constexpr std::array fieldTable<AmmoRecord>{
+    Field<AmmoRecord>{"Max ammo", &AmmoRecord::maxAmmo, FieldUnit::Number, 0, 999999},
+    Field<AmmoRecord>{"Per ammo", &AmmoRecord::perAmmo, FieldUnit::Number, 0, 999999},
+};
+
+namespace detail {
+using M = MiscRecord;
+constexpr Field<M> MiscNumber(std::string_view label, std::int32_t M::*member, std::int32_t M::*secondCopy = nullptr) {
+    return {label, member, FieldUnit::Number, 0, 9999, true, FieldWidth::Int32, secondCopy};
+}
+constexpr Field<M> MiscByte(std::string_view label, std::int32_t M::*member, bool inPatch, std::int32_t lowest = 0,
+                            std::int32_t highest = 255) {
+    return {label, member, FieldUnit::Number, lowest, highest, inPatch, FieldWidth::Byte};
+}
+constexpr Field<M> MiscCopy(std::string_view label, std::int32_t M::*member) {
+    return {label, member, FieldUnit::Number, 0, 9999, false};
+}
+} // namespace detail
+
+template <>
+inline constexpr std::array fieldTable<MiscRecord>{
+    detail::MiscNumber("Initial Health", &MiscRecord::initialHealth),
+    detail::MiscNumber("Initial Bullets", &MiscRecord::initialBullets),
+    detail::MiscNumber("Max Health", &MiscRecord::maxHealth, &MiscRecord::secondMaxHealth),
+    detail::MiscCopy("Second Max Health", &MiscRecord::secondMaxHealth),
+    detail::MiscNumber("Max Armor", &MiscRecord::maxArmor, &MiscRecord::secondMaxArmor),
+    detail::MiscCopy("Second Max Armor", &MiscRecord::secondMaxArmor),
+    detail::MiscNumber("Green Armor Class", &MiscRecord::greenArmorClass),
+    detail::MiscNumber("Blue Armor Class", &MiscRecord::blueArmorClass),
+    detail::MiscNumber("Max Soulsphere", &MiscRecord::maxSoulsphere, &MiscRecord::secondMaxSoulsphere),
+    detail::MiscCopy("Second Max Soulsphere", &MiscRecord::secondMaxSoulsphere),
+    detail::MiscByte("Soulsphere Health", &MiscRecord::soulsphereHealth, true),
+    detail::MiscNumber("Megasphere Health", &MiscRecord::megasphereHealth),
+    detail::MiscNumber("God Mode Health", &MiscRecord::godModeHealth, &MiscRecord::secondGodModeHealth),
+    detail::MiscCopy("Second God Mode Health", &MiscRecord::secondGodModeHealth),
+    detail::MiscNumber("IDFA Armor", &MiscRecord::idfaArmor),
+    detail::MiscNumber("IDFA Armor Class", &MiscRecord::idfaArmorClass),
+    detail::MiscNumber("IDKFA Armor", &MiscRecord::idkfaArmor),
+    detail::MiscNumber("IDKFA Armor Class", &MiscRecord::idkfaArmorClass),
+    // Kept: the editor takes this byte as a signed one. docs/kept-behaviour.md
+    detail::MiscByte("BFG Cells/Shot", &MiscRecord::bfgCells, true, -128, 127),
+    detail::MiscByte("Spare 1", &MiscRecord::spare1, false),
+    detail::MiscByte("Spare 2", &MiscRecord::spare2, false),
+    Field<MiscRecord>{"Monsters Infight", &MiscRecord::monstersInfight, FieldUnit::Infight, 0, 255, true,
+                      FieldWidth::Byte},
+};
+
+template <class Record> inline constexpr std::span<const Field<Record>> fieldsOf{fieldTable<Record>};
+
+// A member without a row would be lost by everything that walks the rows.
+template <class Record>
+inline constexpr bool everyMemberHasARow = sizeof(Record) == fieldTable<Record>.size() * sizeof(std::int32_t);
+static_assert(everyMemberHasARow<ThingRecord> && everyMemberHasARow<StateRecord> && everyMemberHasARow<SoundRecord> &&
+              everyMemberHasARow<WeaponRecord> && everyMemberHasARow<AmmoRecord> && everyMemberHasARow<MiscRecord>);
+
+/// The labels of the cheats, in record order.
+inline constexpr std::array<std::string_view, 17> cheatLabels{
+    "Change music", "Chainsaw",  "God mode",     "Ammo & Keys",    "Ammo",       "No Clipping 1",
+    "No Clipping 2", "Invincibility", "Berserk", "Invisibility",   "Radiation Suit", "Auto-map",
+    "Lite-Amp Goggles", "BEHOLD menu", "Level Warp", "Player Position", "Map cheat"};
+
+/// Calls visit(field, value) for each field of a patch that differs, in record order.
+template <class Record, class Visit>
+void ForEachDifference(const Record& current, const Record& standard, Visit visit) {
+    for (const Field<Record>& field : fieldsOf<Record>)
+        if (field.inPatch && current.*field.member != standard.*field.member)
+            visit(field, current.*field.member);
+}
+
+/// Limits a value to what the field's width can hold.
+template <class Record> constexpr std::int32_t FitWidth(const Field<Record>& field, std::int32_t value) {
+    if (field.width == FieldWidth::Byte)
+        return value < 0 ? 0 : value > 255 ? 255 : value;
+    return value;
+}
+
+/// Sets what the engine derives from other miscellaneous values: the second copies, and spare byte 2 (255 when spare
+/// byte 1 equals the cells of a BFG shot, else 0).
+void DeriveMisc(MiscRecord& misc);
+
+/// One set of records. Things, sounds, sprites, weapons and ammunition have parallel arrays of equal length.
+struct PatchSet {
+    std::vector<std::string> thingNames;
+    std::vector<ThingRecord> things;
+    std::vector<std::array<std::uint8_t, 9>> thingExtras; // carried unchanged
+    std::vector<StateRecord> states;
+    std::vector<std::int32_t> codePointers; // one for each state
+    std::vector<std::array<char, 6>> soundNames;
+    std::vector<SoundRecord> sounds;
+    std::vector<std::int32_t> spriteValues; // carried unchanged
+    std::vector<std::array<char, 4>> spriteNames;
+    std::vector<StringRecord> strings;
+    std::vector<std::string> weaponNames;
+    std::vector<WeaponRecord> weapons;
+    std::vector<std::string> ammoNames;
+    std::vector<AmmoRecord> ammo;
+    std::vector<CheatRecord> cheats;
+    MiscRecord misc;
+    std::vector<ParRecord> pars; // empty in the default set
+    bool operator==(const PatchSet&) const = default;
+
+    /// A sound's name without the blanks and NULs that fill its six characters; empty for an index beyond the sounds.
+    std::string SoundName(std::int32_t sound) const;
+    /// A sprite's four characters; empty for an index beyond the sprites.
+    std::string_view SpriteName(std::int32_t sprite) const;
+};
+
+/// A patch counts its things and sounds from 1 when it is written; where it is read, sounds count from 0.
+struct SectionRule {
+    std::string_view word;
+    std::int32_t firstWritten = 0, firstRead = 0;
+};
+inline constexpr SectionRule thingSection{"Thing", 1, 1};
+inline constexpr SectionRule frameSection{"Frame"};
+// Kept: sounds are written from 1 but read from 0, so a section comes back one sound later. docs/kept-behaviour.md
+inline constexpr SectionRule soundSection{"Sound", 1, 0};
+inline constexpr SectionRule pointerSection{"Pointer"};
+inline constexpr SectionRule weaponSection{"Weapon"};
+inline constexpr SectionRule ammoSection{"Ammo"};
+
+inline constexpr std::int32_t supportedPatchFormat = 6;
+
+/// The open patch: an engine's own data, what the patch makes of it, and where it came from.
+struct PatchData {
+    PatchSet defaults; // the engine's, never changed by editing
+    PatchSet current;
+    std::filesystem::path fileName;
+    bool named = false;    // the file name is one that the user chose
+    bool changed = false;  // there are unsaved changes
+    bool extended = false; // the format of extended patches (.bex)
+    std::int32_t doomVersion = 0, patchFormat = supportedPatchFormat;
+    std::string engineConfig;        // the configuration's file name without its folder
+    std::string iwadPath, dataWadPath; // the second one empty when there is none
+};
+
+} // namespace plinket3
