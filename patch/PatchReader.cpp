@@ -1,0 +1,416 @@
+#include "core/Files.h"
+#include "core/Numbers.h"
+#include "core/Text.h"
+#include "patch/LabelIndex.h"
+#include "patch/PatchLines.h"
+#include "patch/modPatchFiles.h"
+#include "patch/modPatchText.h"
+
+#include <array>
+#include <unordered_map>
+#include <utility>
+
+namespace plinket3::modPatchFiles {
+
+namespace {
+
+constexpr std::string_view firstLine = "Patch File for DeHackEd v3.0";
+
+enum class Section { Thing, Frame, Sound, Pointer, Weapon, Ammo, Cheat, Misc, CodePtr, Strings, Pars, Text, Unsupported };
+
+struct SectionWord {
+    std::string_view word;
+    Section section;
+};
+constexpr std::array sectionWords{
+    SectionWord{thingSection.word, Section::Thing},   SectionWord{frameSection.word, Section::Frame},
+    SectionWord{soundSection.word, Section::Sound},   SectionWord{pointerSection.word, Section::Pointer},
+    SectionWord{weaponSection.word, Section::Weapon}, SectionWord{ammoSection.word, Section::Ammo},
+    SectionWord{"Cheat", Section::Cheat},             SectionWord{"Misc", Section::Misc},
+    SectionWord{"[CODEPTR]", Section::CodePtr},       SectionWord{"[STRINGS]", Section::Strings},
+    SectionWord{"[PARS]", Section::Pars},             SectionWord{"Text", Section::Text},
+    SectionWord{"Sprite", Section::Unsupported},      SectionWord{"Include", Section::Unsupported}};
+
+/// Header lines that only the header scan reads.
+constexpr std::array<std::string_view, 3> sessionKeys{"Engine config", "Data WAD", "IWAD"};
+
+const SectionWord* FindSection(std::string_view word) {
+    static const LabelIndex<32> index(sectionWords, [](const SectionWord& entry) { return entry.word; });
+    const int place = index.Find(word);
+    return place < 0 ? nullptr : &sectionWords[static_cast<std::size_t>(place)];
+}
+
+template <class Record> Record* At(std::vector<Record>& records, std::int32_t index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= records.size())
+        return nullptr;
+    return &records[static_cast<std::size_t>(index)];
+}
+
+class PatchReader {
+public:
+    PatchReader(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
+                ReadObserver* observer)
+        : lines_(bytes), engine_(engine), defaults_(defaults), set_(set), observer_(observer) {}
+
+    Status Read() {
+        if (lines_.AtEnd() || Trim(lines_.Next()) != firstLine)
+            return Status::Failure("Invalid patch file.");
+        while (!lines_.AtEnd()) {
+            offset_ = lines_.Position();
+            const std::string_view line = Trim(lines_.Next());
+            const std::size_t equals = line.find('=');
+            Status status =
+                equals == std::string_view::npos
+                    ? HeaderLine(line)
+                    : FieldLine(Trim(line.substr(0, equals)), Trim(line.substr(equals + 1)));
+            if (!status)
+                return status;
+        }
+        DeriveMisc(set_.misc);
+        return {};
+    }
+
+    bool Unsupported() const { return unsupported_; }
+
+private:
+    bool VersionsKnown() const { return doomVersionKnown_ && patchFormatKnown_; }
+
+    void Ignore(std::string_view reason) {
+        if (observer_ != nullptr)
+            observer_->Ignored(offset_, reason);
+    }
+    void IgnoreEarly() {
+        Ignore("is ignored, because it stands before the lines \"Doom version\" and \"Patch format\"");
+    }
+
+    // Header lines
+
+    Status HeaderLine(std::string_view line) {
+        const HeaderWords words(line);
+        if (words.Count() == 0)
+            return {};
+        const SectionWord* section = FindSection(words[0]);
+        if (section == nullptr) {
+            if (VersionsKnown() && section_ == Section::Pars && EqualIgnoringCase(words[0], "par"))
+                Par(words);
+            else if (VersionsKnown())
+                Ignore("is neither a section that Plinket3 knows nor a line with \"=\"");
+            else
+                IgnoreEarly();
+            return {};
+        }
+        if (section->section == Section::Unsupported) {
+            unsupported_ = true;
+            Ignore("is not supported and will be lost when the patch is saved");
+            return {};
+        }
+        const std::int32_t number = LeadingInt32(words[1]);
+        if (section->section == Section::Text)
+            return TextReplacement(number, LeadingInt32(words[2]));
+        if (!VersionsKnown()) {
+            IgnoreEarly();
+            return {};
+        }
+        section_ = section->section;
+        if (observer_ != nullptr)
+            observer_->Section(offset_, section->word, number);
+        Select(number, words);
+        return {};
+    }
+
+    void Select(std::int32_t number, const HeaderWords& words) {
+        switch (section_) {
+        case Section::Thing:
+            SelectRecord(number, thingSection, set_.things.size());
+            Rename(set_.thingNames, words);
+            break;
+        case Section::Frame:
+            SelectRecord(number, frameSection, set_.states.size());
+            break;
+        case Section::Sound:
+            SelectRecord(number, soundSection, set_.sounds.size());
+            break;
+        case Section::Pointer:
+            SelectRecord(number, pointerSection, engine_.codePointerStates.size());
+            break;
+        case Section::Weapon:
+            SelectRecord(number, weaponSection, set_.weapons.size());
+            Rename(set_.weaponNames, words);
+            break;
+        case Section::Ammo:
+            SelectRecord(number, ammoSection, set_.ammo.size());
+            Rename(set_.ammoNames, words);
+            break;
+        default:
+            break;
+        }
+    }
+
+    void SelectRecord(std::int32_t number, const SectionRule& section, std::size_t count) {
+        const std::int64_t index = std::int64_t{number} - section.firstRead;
+        index_ = index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
+        if (index_ < 0)
+            Ignore("has a number that the engine does not have, so its lines are ignored");
+    }
+
+    void Rename(std::vector<std::string>& names, const HeaderWords& words) {
+        if (std::string* name = At(names, index_); name != nullptr && words.Count() >= 3)
+            *name = words[2];
+    }
+
+    void Par(const HeaderWords& words) {
+        if (words.Count() == 4)
+            set_.pars.push_back({LeadingInt32(words[1]), LeadingInt32(words[2]), LeadingInt32(words[3])});
+        else if (words.Count() == 3)
+            set_.pars.push_back({0, LeadingInt32(words[1]), LeadingInt32(words[2])});
+        else
+            Ignore("is no par time: two or three numbers must follow \"par\"");
+    }
+
+    Status TextReplacement(std::int32_t oldLength, std::int32_t newLength) {
+        const std::string oldText = lines_.Characters(oldLength);
+        std::string newText = lines_.Characters(newLength);
+        if (!VersionsKnown()) {
+            IgnoreEarly();
+            return {};
+        }
+        const auto found = engine_.extended ? texts_.end() : TextIndex().find(oldText);
+        if (engine_.extended || found == texts_.end())
+            return Status::Failure("Could not find string replacement.");
+        StringRecord& record = set_.strings[found->second];
+        record.length = static_cast<std::int32_t>(newText.size());
+        record.text = std::move(newText);
+        if (observer_ != nullptr)
+            observer_->Text(offset_, static_cast<std::int32_t>(oldText.size()), record.length);
+        return {};
+    }
+
+    /// The engine's texts; of equal ones the first.
+    const std::unordered_map<std::string_view, std::size_t>& TextIndex() {
+        if (texts_.empty())
+            for (std::size_t i = 0; i < defaults_.strings.size(); ++i)
+                texts_.try_emplace(defaults_.strings[i].text, i);
+        return texts_;
+    }
+
+    // Field lines
+
+    Status FieldLine(std::string_view key, std::string_view value) {
+        if (VersionsKnown() && StoreField(key, value))
+            return {};
+        if (EqualIgnoringCase(key, "Doom version")) {
+            if (LeadingInt32(value) != engine_.version)
+                return Status::Failure("Patch file version does not match engine version.");
+            doomVersionKnown_ = true;
+        } else if (EqualIgnoringCase(key, "Patch format")) {
+            if (LeadingInt32(value) != supportedPatchFormat)
+                return Status::Failure("Unsupported patch format.");
+            patchFormatKnown_ = true;
+        } else if (observer_ != nullptr && !key.starts_with('#') && !IsSessionKey(key)) {
+            if (VersionsKnown())
+                Ignore("\"" + std::string(key) + "\" is not known in this section");
+            else
+                IgnoreEarly();
+        }
+        return {};
+    }
+
+    static bool IsSessionKey(std::string_view key) {
+        for (const std::string_view known : sessionKeys)
+            if (EqualIgnoringCase(key, known))
+                return true;
+        return false;
+    }
+
+    /// False when the section does not know the key.
+    bool StoreField(std::string_view key, std::string_view value) {
+        switch (section_) {
+        case Section::Thing:
+            return StoreNumber(set_.things, key, value);
+        case Section::Frame:
+            return StoreNumber(set_.states, key, value);
+        case Section::Sound:
+            return StoreNumber(set_.sounds, key, value);
+        case Section::Weapon:
+            return StoreNumber(set_.weapons, key, value);
+        case Section::Ammo:
+            return StoreNumber(set_.ammo, key, value);
+        case Section::Misc:
+            return StoreNumber(&set_.misc, key, value);
+        case Section::Pointer:
+            return StorePointer(key, value);
+        case Section::Cheat:
+            return StoreCheat(key, value);
+        case Section::CodePtr:
+            return StoreCodePointer(key, value);
+        case Section::Strings:
+            return StoreString(key, value);
+        default:
+            return false;
+        }
+    }
+
+    template <class Record>
+    bool StoreNumber(std::vector<Record>& records, std::string_view key, std::string_view value) {
+        return StoreNumber(At(records, index_), key, value);
+    }
+
+    template <class Record> bool StoreNumber(Record* record, std::string_view key, std::string_view value) {
+        const Field<Record>* field = FindField<Record>(key);
+        if (field == nullptr)
+            return false;
+        if (record == nullptr)
+            return true;
+        record->*field->member =
+            field->unit == FieldUnit::Flags ? Bits(value) : FitWidth(*field, LeadingInt32(value));
+        if (observer_ != nullptr && !(field->unit == FieldUnit::Flags && !IsBitsNumber(value)))
+            observer_->Number(offset_, field->label, field->unit, field->width, value);
+        return true;
+    }
+
+    static bool IsBitsNumber(std::string_view value) { return value == "0" || LeadingReal(value) > 0; }
+
+    std::int32_t Bits(std::string_view value) {
+        if (IsBitsNumber(value)) {
+            const double number = LeadingReal(value);
+            if (number > INT32_MAX && number <= UINT32_MAX)
+                return static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
+            return RoundToInt32(number);
+        }
+        if (observer_ != nullptr)
+            observer_->FlagNames(offset_, value);
+        const std::string names = ToUpper(value);
+        std::int32_t bits = 0;
+        for (std::size_t bit = 0; bit < engine_.flagNames.size(); ++bit)
+            if (!engine_.flagNames[bit].empty() && names.find(engine_.flagNames[bit]) != std::string::npos)
+                bits = modPatchText::SetFlag(bits, static_cast<int>(bit));
+        return bits;
+    }
+
+    bool StorePointer(std::string_view key, std::string_view value) {
+        if (!EqualIgnoringCase(key, "Codep Frame"))
+            return false;
+        if (index_ < 0)
+            return true;
+        const std::int32_t target = engine_.codePointerStates[static_cast<std::size_t>(index_)];
+        const StateRecord* source = At(set_.states, LeadingInt32(value));
+        if (source == nullptr)
+            Ignore("names a frame that the engine does not have");
+        else
+            StoreCodePointer(target, source->action);
+        return true;
+    }
+
+    bool StoreCodePointer(std::string_view key, std::string_view value) {
+        constexpr std::string_view frame = "Frame ";
+        if (!EqualIgnoringCase(key.substr(0, frame.size()), frame))
+            return false;
+        if (const auto codePointer = engine_.CodePointerOf(value))
+            StoreCodePointer(LeadingInt32(Trim(key.substr(frame.size()))), *codePointer);
+        else if (observer_ != nullptr)
+            Ignore("\"" + std::string(value) + "\" is no code pointer that the engine knows");
+        return true;
+    }
+
+    void StoreCodePointer(std::int32_t state, std::int32_t codePointer) {
+        std::int32_t* stored = At(set_.codePointers, state);
+        if (stored == nullptr) {
+            Ignore("names a frame that the engine does not have");
+            return;
+        }
+        *stored = codePointer;
+        if (observer_ != nullptr)
+            observer_->CodePointer(offset_, state);
+    }
+
+    bool StoreCheat(std::string_view key, std::string_view value) {
+        static const LabelIndex<64> index(cheatLabels, [](std::string_view label) { return label; });
+        const int place = index.Find(key);
+        if (place < 0)
+            return false;
+        if (CheatRecord* cheat = At(set_.cheats, place))
+            cheat->text = modPatchText::UnpadCheat(value);
+        return true;
+    }
+
+    bool StoreString(std::string_view key, std::string_view value) {
+        std::string text(value);
+        if (text.ends_with('\\')) { // goes on in the next lines, also when the key is unknown
+            text.pop_back();
+            std::string_view next;
+            do {
+                if (lines_.AtEnd())
+                    break;
+                next = TrimLeft(lines_.Next());
+                text += next;
+            } while (next.ends_with('\\'));
+        }
+        const auto found = StringIndex().find(ToUpper(key));
+        if (found == keys_.end())
+            return false;
+        if (StringRecord* record = At(set_.strings, found->second)) {
+            record->text = modPatchText::UnescapeText(text);
+            record->length = static_cast<std::int32_t>(record->text.size());
+        }
+        return true;
+    }
+
+    const std::unordered_map<std::string, std::int32_t>& StringIndex() {
+        if (keys_.empty())
+            for (std::size_t i = 0; i < engine_.strings.size(); ++i)
+                keys_.try_emplace(ToUpper(engine_.strings[i].mnemonic), static_cast<std::int32_t>(i));
+        return keys_;
+    }
+
+    PatchLines lines_;
+    const EngineConfiguration& engine_;
+    const PatchSet& defaults_;
+    PatchSet& set_;
+    ReadObserver* observer_;
+
+    std::size_t offset_ = 0; // of the line that is being read
+    Section section_ = Section::Thing;
+    std::int32_t index_ = 0; // of the selected record; -1 for one that the engine does not have
+    bool doomVersionKnown_ = false, patchFormatKnown_ = false, unsupported_ = false;
+    std::unordered_map<std::string_view, std::size_t> texts_;
+    std::unordered_map<std::string, std::int32_t> keys_;
+};
+
+} // namespace
+
+Status ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
+                  bool& unsupported, ReadObserver* observer) {
+    set = defaults;
+    set.pars.clear();
+    PatchReader reader(bytes, engine, defaults, set, observer);
+    Status status = reader.Read();
+    unsupported = reader.Unsupported();
+    return status;
+}
+
+bool ReadPatch(Program& program, const std::filesystem::path& file) {
+    std::string bytes;
+    PatchSet set;
+    bool unsupported = false;
+    Status status = ReadWholeFile(file, bytes);
+    if (!status) {
+        program.notifier.Show(MessageKind::Exclamation, "Could not read " + file.string() + ": " + status.Reason());
+        return false;
+    }
+    status = ParsePatch(bytes, program.engine, program.patch.defaults, set, unsupported);
+    if (!status) {
+        program.notifier.Show(MessageKind::Exclamation, status.Reason());
+        return false;
+    }
+    program.patch.current = std::move(set);
+    program.patch.fileName = file;
+    program.patch.named = true;
+    program.patch.changed = false;
+    if (unsupported)
+        program.notifier.Show(MessageKind::Exclamation,
+                              "Unsupported entries were found in the patch file. Those entries will be ignored. This "
+                              "means that Plinket3 will not save those entries again either!");
+    return true;
+}
+
+} // namespace plinket3::modPatchFiles
