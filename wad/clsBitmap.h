@@ -14,14 +14,15 @@ struct Colour {
     bool operator==(const Colour&) const = default;
 };
 
-/// An off-screen picture of palette indices, 8 bits a pixel, stored bottom-up with rows padded to a multiple of 4 bytes.
+/// An off-screen picture of palette indices, 8 bits a pixel, stored bottom-up with rows padded to a multiple of 4
+/// bytes.
 class clsBitmap {
 public:
     /// Entry i comes from bytes 3i to 3i + 2 (red, green, blue) of `palette`, the start of a PLAYPAL lump; entries that
     /// the text is too short for become black.
     void setPalette(std::string_view palette);
-    /// Makes a bitmap of `width` x `height` pixels, every byte `fill`. False, with an empty bitmap, when a side is below
-    /// 1 or above `largestSide`.
+    /// Makes a bitmap of `width` x `height` pixels, every byte `fill`. False, with an empty bitmap, when a side is
+    /// below 1 or above `largestSide`.
     [[nodiscard]] bool Create(int width, int height, std::uint8_t fill);
     /// Draws a picture lump with its upper left corner at (`xOffset`, `yOffset`), clipped to the bitmap. Column offsets
     /// and post lengths that leave the lump end their column.
@@ -55,8 +56,8 @@ struct PictureSize {
 };
 PictureSize ReadPictureSize(std::string_view lump);
 
-/// Decodes a picture lump into a bitmap of its own size over palette index 0. False, with an empty bitmap, when the lump
-/// is no picture.
+/// Decodes a picture lump into a bitmap of its own size over palette index 0. False, with an empty bitmap, when the
+/// lump is no picture.
 [[nodiscard]] bool DecodePicture(std::string_view lump, std::string_view palette, clsBitmap& bitmap);
 
 } // namespace plinket3

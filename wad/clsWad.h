@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -21,14 +22,15 @@ namespace plinket3 {
 /// not have gives an empty name, size and lump.
 class clsWad {
 public:
-    /// Opens a file. When no file exists at the path, the object keeps what it had open; when the file is no WAD or
-    /// cannot be read, nothing is open afterwards and `WadFileName` is empty.
-    void OpenWad(const std::filesystem::path& FileName);
+    /// Opens a file. When nothing exists at the path, the object keeps what it had open; when something does that is no
+    /// WAD, no file (a folder, a pipe) or cannot be read, nothing is open afterwards and `WadFileName` is empty.
+    /// Of a directory with more than `largestDirectory` lumps only so many are taken.
+    void OpenWad(std::filesystem::path FileName);
 
     /// The lump's bytes and the one byte after them in the file (`LumpSize` + 1 in all; that byte is 0 at the end of
-    /// the file); fewer when the file ends inside the lump. -1 gives an empty vector.
+    /// the file); fewer when the lump reaches outside the file. -1 gives an empty vector.
     std::vector<std::uint8_t> ReadLump(int lump) const;
-    /// The lump's bytes; fewer when the file ends inside the lump. -1 gives an empty string.
+    /// The lump's bytes; fewer when the lump reaches outside the file. -1 gives an empty string.
     std::string ReadLumpString(int lump) const;
 
     /// 0 for an IWAD, 1 for a PWAD; 1 when nothing is open.
@@ -56,17 +58,24 @@ public:
     /// `OpenWad` calls it.
     void CreateSpriteIndex();
 
+    /// No WAD comes near so many lumps; a damaged count in a file of many gigabytes does, and would cost its memory.
+    static constexpr std::int32_t largestDirectory = 1 << 20;
+
 private:
-    struct Entry {
+    struct Entry { // as in the file
         std::int32_t offset = 0;
         std::int32_t size = 0;
-        std::array<char, 8> name{}; // trimmed and padded with blanks
+        std::uint64_t name = 0; // trimmed, padded with blanks; the first character is the lowest byte
     };
     struct CloseFile {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
     void CloseWad();
+    const Entry* Find(int lump) const;
+    /// Reads up to `size` bytes and returns their number, less where the file ends.
     std::size_t ReadAt(std::int64_t offset, void* bytes, std::size_t size) const;
+    /// The bytes of a lump and up to `more` bytes behind it, as far as the file goes.
+    template <class Bytes> Bytes ReadEntry(int lump, int more) const;
 
     std::array<char, 4> identification_{'P', 'W', 'A', 'D'};
     std::filesystem::path fileName_;

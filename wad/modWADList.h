@@ -18,8 +18,8 @@ struct LumpResult {
     std::string name; // as asked for; of a sprite, the lump's own name
 };
 
-/// The WADs of a session in the order in which they were registered: the IWAD, then the data WAD. Searched from the last
-/// one back, so that a data WAD's lump replaces the IWAD's.
+/// The WADs of a session in the order in which they were registered: the IWAD, then the data WAD. Searched from the
+/// last one back, so that a data WAD's lump replaces the IWAD's.
 class WadList {
 public:
     /// False when `wad` is null or a WAD of the same path (upper and lower case alike) is registered already.

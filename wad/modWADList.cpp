@@ -1,0 +1,61 @@
+#include "wad/modWADList.h"
+
+#include "core/Text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace plinket3 {
+
+namespace {
+
+/// The result of the last WAD of `wads` in which `search` (from a clsWad to a lump index) finds something.
+template <class Search>
+std::optional<LumpResult> FindBackwards(const std::vector<std::shared_ptr<clsWad>>& wads, Search search) {
+    for (std::size_t i = wads.size(); i-- > 0;)
+        if (const int lump = search(*wads[i]); lump != -1)
+            return LumpResult{wads[i], lump, static_cast<int>(i), {}};
+    return std::nullopt;
+}
+
+} // namespace
+
+bool WadList::RegisterWad(std::shared_ptr<clsWad> wad) {
+    if (!wad)
+        return false;
+    const bool known = std::any_of(wads_.begin(), wads_.end(), [&](const std::shared_ptr<clsWad>& other) {
+        return EqualIgnoringCase(other->WadFileName().native(), wad->WadFileName().native());
+    });
+    if (!known)
+        wads_.push_back(std::move(wad));
+    return !known;
+}
+
+std::optional<LumpResult> WadList::FindLump(std::string_view name) const {
+    auto result = FindBackwards(wads_, [&](const clsWad& wad) { return wad.NumForName(name); });
+    if (result)
+        result->name = name;
+    return result;
+}
+
+std::optional<LumpResult> WadList::FindSprite(std::string_view sprite, std::string_view frame) const {
+    auto result = FindBackwards(wads_, [&](const clsWad& wad) { return wad.NumForSprite(sprite, frame); });
+    if (result)
+        result->name = result->wad->lumpName(result->num);
+    return result;
+}
+
+std::optional<LumpResult> ChooseSpriteFrame(const WadList& wads, std::string_view sprite, int frame) {
+    constexpr int firstLetter = 'A';
+    constexpr int lastLetter = 255;
+    if (frame < -firstLetter || frame > lastLetter - firstLetter)
+        return std::nullopt;
+    const auto letter = static_cast<char>(firstLetter + frame);
+    std::optional<LumpResult> allSides = wads.FindSprite(sprite, std::string{letter, '0'});
+    std::optional<LumpResult> front = wads.FindSprite(sprite, std::string{letter, '1'});
+    if (allSides && front && allSides->wadIndex == front->wadIndex)
+        return std::nullopt; // kept, see the header
+    return allSides ? allSides : front;
+}
+
+} // namespace plinket3
