@@ -10,6 +10,8 @@
 
 namespace plinket3 {
 
+// The reason of a failure does not name the file: the caller does.
+
 /// Reads a whole regular file into `bytes`. Fails, with `bytes` left empty, when there is none, when it is a folder or
 /// a device, when it cannot be read or when it is larger than `limit` bytes. The file's size is what the system says,
 /// never what the file says of itself.
@@ -17,13 +19,14 @@ Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes,
                      std::uint64_t limit = std::numeric_limits<std::int32_t>::max());
 
 /// Replaces the content of `file` in one step: the bytes are written beside it, brought to disk and renamed over it.
-/// A symbolic link is followed, the permissions of an existing file are kept. After a failure the old file is as it was
-/// and nothing lies beside it.
+/// A symbolic link is followed, the permissions of an existing file are kept.
+/// Fails for a folder, for what is no regular file and for a file that is read-only. After a failure the old file is as
+/// it was and nothing lies beside it.
 Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes);
 
 /// The existing file or folder that `path` means on a file system that tells upper from lower case: each part is taken
-/// exactly as written when it exists, otherwise the first entry (in byte order) that differs from it in ASCII case only.
-/// A path of which some part exists in neither way comes back as it was given.
+/// exactly as written when it exists, otherwise the first entry (in byte order) that differs from it in ASCII case
+/// only. A path of which some part exists in neither way comes back as it was given.
 std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path);
 
 /// True for an existing file that is no folder.

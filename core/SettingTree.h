@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -20,6 +21,9 @@ class SettingTree;
 /// they are written with a "."; the program itself also stores integers. A structure is shared, so that a tree handed
 /// out by reference changes with its owner; `SettingTree::DeepCopy` breaks the tie.
 using SettingValue = std::variant<double, float, std::int32_t, bool, std::string, std::shared_ptr<SettingTree>>;
+
+/// The value of any kind of number or truth value; absent for texts and structures.
+std::optional<double> NumberIn(const SettingValue& value);
 
 /// An ordered dictionary: keys are compared byte by byte and keep the order in which they were added.
 class SettingTree {
@@ -44,8 +48,6 @@ public:
     std::shared_ptr<SettingTree> DeepCopy() const;
 
 private:
-    void Reindex(std::size_t first);
-
     std::vector<Entry> entries_;
     std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> places_;
 };

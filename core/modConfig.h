@@ -126,7 +126,8 @@ public:
     /// Loads the file. Fails with "Invalid program configuration file." when "Type" is another or the text is not
     /// valid; the tree then holds what was read.
     Status Load();
-    /// Writes the file (CR LF, white space).
+    /// Writes the file (CR LF, white space). Fails, with the file left as it is, after a `Load` that could not read it:
+    /// a mistake in a hand-edited file must not cost its content.
     Status Save() const;
 
     /// A flag or list position; `fallback` when the key is missing or no number.
@@ -155,6 +156,7 @@ private:
 
     std::filesystem::path file_;
     clsConfiguration configuration_;
+    bool readable_ = true; // false after a load that could not make sense of the file
 };
 
 } // namespace plinket3

@@ -1,0 +1,237 @@
+#include "core/Files.h"
+
+#include "core/Text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <new>
+#include <optional>
+#include <random>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace plinket3 {
+
+namespace {
+
+Status SystemFailure() { return Status::Failure(std::generic_category().message(errno)); }
+
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+    ~FileDescriptor() {
+        if (descriptor_ >= 0)
+            close(descriptor_);
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    int Get() const { return descriptor_; }
+    /// False when the system reports a write that failed late.
+    bool Close() { return close(std::exchange(descriptor_, -1)) == 0; }
+
+private:
+    int descriptor_;
+};
+
+/// Removes the file at its end unless it was renamed.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(std::filesystem::path path) : path_(std::move(path)) {}
+    ~TemporaryFile() {
+        if (!path_.empty())
+            unlink(path_.c_str());
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    bool RenameTo(const std::filesystem::path& target) {
+        if (rename(path_.c_str(), target.c_str()) != 0)
+            return false;
+        path_.clear();
+        return true;
+    }
+
+private:
+    std::filesystem::path path_;
+};
+
+/// Reads up to `size` bytes, fewer only at the end of the file; -1 on failure.
+ssize_t ReadFully(int descriptor, char* bytes, std::size_t size) {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = read(descriptor, bytes + done, std::min<std::size_t>(size - done, SSIZE_MAX));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return -1;
+        if (count == 0)
+            break;
+        done += static_cast<std::size_t>(count);
+    }
+    return static_cast<ssize_t>(done);
+}
+
+bool WriteFully(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+/// The file that a chain of symbolic links means, which need not exist; empty with errno set when the chain has no end.
+std::filesystem::path FollowLinks(std::filesystem::path path) {
+    constexpr int longestChain = 40;
+    for (int link = 0; link < longestChain; ++link) {
+        std::error_code error;
+        if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, error)))
+            return path;
+        path = path.parent_path() / std::filesystem::read_symlink(path, error); // an absolute link replaces the parent
+        if (error) {
+            errno = error.value();
+            return {};
+        }
+    }
+    errno = ELOOP;
+    return {};
+}
+
+/// Creates a new file in `folder` under a name of its own; -1 with errno set on failure.
+int CreateBeside(const std::filesystem::path& folder, mode_t mode, std::filesystem::path& created) {
+    constexpr int attempts = 100;
+    std::random_device random;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        // The name does not build on the target's, which may be as long as the file system allows.
+        created = folder / (".plinket3-" + std::to_string(getpid()) + "-" + std::to_string(random()));
+        const int descriptor = open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (descriptor >= 0 || errno != EEXIST)
+            return descriptor;
+    }
+    return -1;
+}
+
+/// Gives the new file the owner, as far as the system lets us, and the permissions of the one it replaces.
+bool TakeOver(int descriptor, const struct stat& replaced) {
+    if (fchown(descriptor, replaced.st_uid, replaced.st_gid) != 0 &&
+        fchown(descriptor, static_cast<uid_t>(-1), replaced.st_gid) != 0)
+        errno = 0; // another user's file that we may write: the new one is ours
+    return fchmod(descriptor, replaced.st_mode & 07777) == 0;
+}
+
+} // namespace
+
+Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes, std::uint64_t limit) try {
+    bytes.clear();
+    // Without O_NONBLOCK, opening a pipe would wait for its writer.
+    const FileDescriptor descriptor(open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat information {};
+    if (descriptor.Get() < 0 || fstat(descriptor.Get(), &information) != 0)
+        return SystemFailure();
+    if (S_ISDIR(information.st_mode))
+        return Status::Failure("is a folder");
+    if (!S_ISREG(information.st_mode))
+        return Status::Failure("is not a regular file");
+
+    // One byte more than the size shows at the first reading whether the file has grown since.
+    std::string content;
+    std::uint64_t room = static_cast<std::uint64_t>(information.st_size) + 1;
+    for (;;) {
+        if (room - 1 > limit)
+            return Status::Failure("is larger than " + std::to_string(limit) + " bytes");
+        const std::size_t done = content.size();
+        content.resize(static_cast<std::size_t>(room));
+        const ssize_t count = ReadFully(descriptor.Get(), content.data() + done, content.size() - done);
+        if (count < 0)
+            return SystemFailure();
+        content.resize(done + static_cast<std::size_t>(count));
+        if (content.size() < room)
+            break;
+        room = std::max(room + 1, std::min(room * 2, limit + 1));
+    }
+    bytes = std::move(content);
+    return {};
+} catch (const std::bad_alloc&) {
+    return Status::Failure("does not fit into memory");
+} catch (const std::length_error&) {
+    return Status::Failure("does not fit into memory");
+}
+
+Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes) {
+    const std::filesystem::path target = FollowLinks(file);
+    if (target.empty())
+        return file.empty() ? Status::Failure("no file name") : SystemFailure();
+
+    std::optional<struct stat> replaced(std::in_place);
+    if (stat(target.c_str(), &*replaced) != 0) {
+        if (errno != ENOENT)
+            return SystemFailure();
+        replaced.reset();
+    } else if (S_ISDIR(replaced->st_mode)) {
+        return Status::Failure("is a folder");
+    } else if (!S_ISREG(replaced->st_mode)) {
+        return Status::Failure("is not a regular file");
+    } else if ((replaced->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+        return Status::Failure(
+            "the file is read-only"); // asked of the mode: the administrator could write it all the same
+    } else if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
+        return SystemFailure();
+    }
+
+    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    std::filesystem::path created;
+    FileDescriptor descriptor(CreateBeside(folder, replaced ? 0600 : 0666, created));
+    if (descriptor.Get() < 0)
+        return SystemFailure();
+    TemporaryFile temporary(created);
+    if ((replaced && !TakeOver(descriptor.Get(), *replaced)) || !WriteFully(descriptor.Get(), bytes) ||
+        fsync(descriptor.Get()) != 0 || !descriptor.Close() || !temporary.RenameTo(target))
+        return SystemFailure();
+
+    // The new content stands; a file system that cannot bring the folder to disk is no failure of the writing.
+    const FileDescriptor folderDescriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folderDescriptor.Get() >= 0)
+        fsync(folderDescriptor.Get());
+    return {};
+}
+
+std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path) {
+    std::error_code error;
+    if (std::filesystem::exists(path, error))
+        return path;
+    std::filesystem::path resolved;
+    for (const std::filesystem::path& part : path) {
+        const std::filesystem::path exact = resolved / part;
+        if (std::filesystem::exists(exact, error)) {
+            resolved = exact;
+            continue;
+        }
+        std::optional<std::string> best;
+        std::filesystem::directory_iterator entry(resolved.empty() ? "." : resolved, error);
+        for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+            std::string name = entry->path().filename().string();
+            if (EqualIgnoringCase(name, part.string()) && (!best || name < *best))
+                best = std::move(name);
+        }
+        if (!best)
+            return path;
+        resolved /= *best;
+    }
+    return resolved;
+}
+
+bool FileExists(const std::filesystem::path& file) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+}
+
+} // namespace plinket3

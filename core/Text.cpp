@@ -1,0 +1,52 @@
+#include "core/Text.h"
+
+#include <algorithm>
+
+namespace plinket3 {
+
+std::string_view TrimLeft(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string_view::npos ? std::string_view() : text.substr(first);
+}
+
+std::string_view Trim(std::string_view text) {
+    const std::string_view trimmed = TrimLeft(text);
+    return trimmed.substr(0, trimmed.find_last_not_of(' ') + 1);
+}
+
+char ToUpper(char character) {
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
+}
+
+char ToLower(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+std::string ToUpper(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), [](char character) { return ToUpper(character); });
+    return result;
+}
+
+std::string ToLower(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), [](char character) { return ToLower(character); });
+    return result;
+}
+
+bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+    return std::ranges::equal(left, right, [](char a, char b) { return ToLower(a) == ToLower(b); });
+}
+
+std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by) {
+    std::string result;
+    result.reserve(text.size());
+    std::size_t from = 0;
+    for (std::size_t at = text.find(what); at != std::string_view::npos; at = text.find(what, from)) {
+        result.append(text, from, at - from).append(by);
+        from = at + what.size();
+    }
+    return result.append(text, from);
+}
+
+} // namespace plinket3
