@@ -52,7 +52,13 @@ public:
                 ReadObserver* observer)
         : lines_(bytes), engine_(engine), defaults_(defaults), set_(set), observer_(observer) {}
 
-    Status Read() {
+    ReadResult Read() {
+        Status status = ReadLines();
+        return {std::move(status), offset_, unsupported_};
+    }
+
+private:
+    Status ReadLines() {
         if (lines_.AtEnd() || Trim(lines_.Next()) != firstLine)
             return Status::Failure("Invalid patch file.");
         while (!lines_.AtEnd()) {
@@ -70,9 +76,6 @@ public:
         return {};
     }
 
-    bool Unsupported() const { return unsupported_; }
-
-private:
     bool VersionsKnown() const { return doomVersionKnown_ && patchFormatKnown_; }
 
     void Ignore(std::string_view reason) {
@@ -94,7 +97,7 @@ private:
             if (VersionsKnown() && section_ == Section::Pars && EqualIgnoringCase(words[0], "par"))
                 Par(words);
             else if (VersionsKnown())
-                Ignore("is neither a section that Plinket3 knows nor a line with \"=\"");
+                Ignore("is ignored: it is neither a section that is known nor a line with \"=\"");
             else
                 IgnoreEarly();
             return {};
@@ -113,7 +116,7 @@ private:
         }
         section_ = section->section;
         if (observer_ != nullptr)
-            observer_->Section(offset_, section->word, number);
+            observer_->Section(offset_, section->word);
         Select(number, words);
         return {};
     }
@@ -164,7 +167,7 @@ private:
         else if (words.Count() == 3)
             set_.pars.push_back({0, LeadingInt32(words[1]), LeadingInt32(words[2])});
         else
-            Ignore("is no par time: two or three numbers must follow \"par\"");
+            Ignore("is ignored: two or three numbers must follow \"par\"");
     }
 
     Status TextReplacement(std::int32_t oldLength, std::int32_t newLength) {
@@ -181,7 +184,7 @@ private:
         record.length = static_cast<std::int32_t>(newText.size());
         record.text = std::move(newText);
         if (observer_ != nullptr)
-            observer_->Text(offset_, static_cast<std::int32_t>(oldText.size()), record.length);
+            observer_->Text(offset_, record.text.size(), modPatchText::TextSpace(static_cast<std::int32_t>(oldText.size())));
         return {};
     }
 
@@ -208,7 +211,7 @@ private:
             patchFormatKnown_ = true;
         } else if (observer_ != nullptr && !key.starts_with('#') && !IsSessionKey(key)) {
             if (VersionsKnown())
-                Ignore("\"" + std::string(key) + "\" is not known in this section");
+                Ignore("is ignored: this section knows no \"" + std::string(key) + "\"");
             else
                 IgnoreEarly();
         }
@@ -264,7 +267,7 @@ private:
         record->*field->member =
             field->unit == FieldUnit::Flags ? Bits(value) : FitWidth(*field, LeadingInt32(value));
         if (observer_ != nullptr && !(field->unit == FieldUnit::Flags && !IsBitsNumber(value)))
-            observer_->Number(offset_, field->label, field->unit, field->width, value);
+            observer_->Number(offset_, field->unit, field->width, value);
         return true;
     }
 
@@ -295,7 +298,7 @@ private:
         const std::int32_t target = engine_.codePointerStates[static_cast<std::size_t>(index_)];
         const StateRecord* source = At(set_.states, LeadingInt32(value));
         if (source == nullptr)
-            Ignore("names a frame that the engine does not have");
+            Ignore("is ignored: it names a frame that the engine does not have");
         else
             StoreCodePointer(target, source->action);
         return true;
@@ -308,14 +311,14 @@ private:
         if (const auto codePointer = engine_.CodePointerOf(value))
             StoreCodePointer(LeadingInt32(Trim(key.substr(frame.size()))), *codePointer);
         else if (observer_ != nullptr)
-            Ignore("\"" + std::string(value) + "\" is no code pointer that the engine knows");
+            Ignore("is ignored: the engine knows no code pointer \"" + std::string(value) + "\"");
         return true;
     }
 
     void StoreCodePointer(std::int32_t state, std::int32_t codePointer) {
         std::int32_t* stored = At(set_.codePointers, state);
         if (stored == nullptr) {
-            Ignore("names a frame that the engine does not have");
+            Ignore("is ignored: it names a frame that the engine does not have");
             return;
         }
         *stored = codePointer;
@@ -328,8 +331,13 @@ private:
         const int place = index.Find(key);
         if (place < 0)
             return false;
-        if (CheatRecord* cheat = At(set_.cheats, place))
-            cheat->text = modPatchText::UnpadCheat(value);
+        CheatRecord* cheat = At(set_.cheats, place);
+        if (cheat == nullptr)
+            return true;
+        cheat->text = modPatchText::UnpadCheat(value);
+        const std::int32_t space = cheat->maximumLength & 0xffff;
+        if (observer_ != nullptr && space > 0)
+            observer_->Text(offset_, cheat->text.size(), space);
         return true;
     }
 
@@ -378,35 +386,30 @@ private:
 
 } // namespace
 
-Status ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
-                  bool& unsupported, ReadObserver* observer) {
+ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
+                      PatchSet& set, ReadObserver* observer) {
     set = defaults;
     set.pars.clear();
-    PatchReader reader(bytes, engine, defaults, set, observer);
-    Status status = reader.Read();
-    unsupported = reader.Unsupported();
-    return status;
+    return PatchReader(bytes, engine, defaults, set, observer).Read();
 }
 
 bool ReadPatch(Program& program, const std::filesystem::path& file) {
     std::string bytes;
-    PatchSet set;
-    bool unsupported = false;
-    Status status = ReadWholeFile(file, bytes);
-    if (!status) {
+    if (const Status status = ReadWholeFile(file, bytes); !status) {
         program.notifier.Show(MessageKind::Exclamation, "Could not read " + file.string() + ": " + status.Reason());
         return false;
     }
-    status = ParsePatch(bytes, program.engine, program.patch.defaults, set, unsupported);
-    if (!status) {
-        program.notifier.Show(MessageKind::Exclamation, status.Reason());
+    PatchSet set;
+    const ReadResult result = ParsePatch(bytes, program.engine, program.patch.defaults, set);
+    if (!result.status) {
+        program.notifier.Show(MessageKind::Exclamation, result.status.Reason());
         return false;
     }
     program.patch.current = std::move(set);
     program.patch.fileName = file;
     program.patch.named = true;
     program.patch.changed = false;
-    if (unsupported)
+    if (result.unsupported)
         program.notifier.Show(MessageKind::Exclamation,
                               "Unsupported entries were found in the patch file. Those entries will be ignored. This "
                               "means that Plinket3 will not save those entries again either!");

@@ -26,25 +26,29 @@ Status ScanHeader(std::string_view bytes, Header& header);
 class ReadObserver {
 public:
     virtual ~ReadObserver() = default;
-    /// A line that changes nothing, and why.
+    /// A line that changes nothing. `reason` continues a sentence that the line begins.
     virtual void Ignored(std::size_t offset, std::string_view reason) = 0;
-    /// A line that selects a record or begins a section.
-    virtual void Section(std::size_t offset, std::string_view word, std::int32_t number) = 0;
+    /// A line that selects a record or begins a section; `word` as a patch writes it.
+    virtual void Section(std::size_t offset, std::string_view word) = 0;
     /// A number was read for a field.
-    virtual void Number(std::size_t offset, std::string_view label, FieldUnit unit, FieldWidth width,
-                        std::string_view text) = 0;
-    /// Thing flags were read from names.
+    virtual void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) = 0;
+    /// Thing flags were read from their names.
     virtual void FlagNames(std::size_t offset, std::string_view text) = 0;
     /// A state got another code pointer.
     virtual void CodePointer(std::size_t offset, std::int32_t state) = 0;
-    /// A replacement for a text of the engine, or for a string by its key.
-    virtual void Text(std::size_t offset, std::int32_t oldLength, std::int32_t newLength) = 0;
+    /// A text of `length` characters was stored where the engine has room for `space`.
+    virtual void Text(std::size_t offset, std::size_t length, std::int32_t space) = 0;
 };
 
-/// Reads a patch over a copy of `defaults` into `set`. When it fails, the reason is the message for the user and `set`
-/// holds what was applied so far. `unsupported` tells whether there were entries that a save will lose.
-Status ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
-                  bool& unsupported, ReadObserver* observer = nullptr);
+struct ReadResult {
+    Status status;            // a failure's reason is the message for the user
+    std::size_t offset = 0;   // where the line begins that made the read fail
+    bool unsupported = false; // there were entries that a save will lose
+};
+
+/// Reads a patch over a copy of `defaults` into `set`, which after a failure holds what was applied so far.
+ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
+                      PatchSet& set, ReadObserver* observer = nullptr);
 
 /// Reads a patch into `program.patch`, over its default set. Shows what goes wrong; the open patch is then as it was.
 [[nodiscard]] bool ReadPatch(Program& program, const std::filesystem::path& file);

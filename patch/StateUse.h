@@ -1,0 +1,20 @@
+#pragma once
+
+#include "patch/modTableDef.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace plinket3 {
+
+/// The states that a thing or weapon can come to: those its record names and all that follow them, ascending. Numbers
+/// that name no state are passed over; an index beyond the records gives none.
+std::vector<std::int32_t> StatesOfThing(const PatchSet& set, std::size_t thing);
+std::vector<std::int32_t> StatesOfWeapon(const PatchSet& set, std::size_t weapon);
+
+/// The states that no thing, no weapon and no state points to, ascending. A state that only other unused states lead to
+/// counts as used.
+std::vector<std::int32_t> UnusedStates(const PatchSet& set);
+
+} // namespace plinket3

@@ -1,0 +1,209 @@
+#include "patch/modPatchCheck.h"
+
+#include "core/Numbers.h"
+#include "core/Text.h"
+#include "patch/PointerTargets.h"
+#include "patch/modPatchText.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+
+namespace plinket3::modPatchCheck {
+
+namespace {
+
+constexpr std::size_t longestQuote = 60;
+constexpr std::int32_t lastFrame = 31, lastAmmoType = 5;
+constexpr std::string_view flagSeparators = " +|,\t";
+
+struct Place {
+    std::size_t offset = 0;
+    std::string text;
+};
+
+std::string Quoted(std::string_view text) {
+    std::string quoted = "\"";
+    for (const char character : text.substr(0, longestQuote))
+        quoted += static_cast<unsigned char>(character) < ' ' ? '?' : character;
+    return quoted + (text.size() > longestQuote ? "...\"" : "\"");
+}
+
+class Checker : public modPatchFiles::ReadObserver {
+public:
+    Checker(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults)
+        : bytes_(bytes), engine_(engine), defaults_(defaults) {}
+
+    void Ignored(std::size_t offset, std::string_view reason) override { Add(offset, reason); }
+
+    void Section(std::size_t offset, std::string_view word) override {
+        if (word == soundSection.word)
+            Add(offset, "changes the sound after the one that Plinket3 would write under this number: sounds count "
+                        "from 0 when a patch is read and from 1 when it is written");
+        else if (word.starts_with('[') && !engine_.extended)
+            Add(offset, "begins a section of extended patches, which an engine of normal patches does not read");
+    }
+
+    void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) override {
+        const double exact = LeadingReal(text);
+        const std::int32_t value = LeadingInt32(text);
+        const std::size_t digits = text.find_first_not_of(" +-0123456789.");
+        const std::string_view rest = digits == std::string_view::npos ? "" : Trim(text.substr(digits));
+        const bool wraps = unit == FieldUnit::Flags && exact > INT32_MAX && exact <= UINT32_MAX;
+
+        if (text.find_first_of("0123456789") == std::string_view::npos || (exact == 0 && digits == 0))
+            Add(offset, "holds no number and is read as 0");
+        else if (!rest.empty() && !rest.starts_with('#'))
+            Add(offset, "is read only up to " + Quoted(rest));
+        else if (exact != std::floor(exact))
+            Add(offset, "holds a fraction and is read as " + std::to_string(value));
+        if (!wraps && (exact > INT32_MAX || exact < INT32_MIN))
+            Add(offset, "holds a number beyond 32 bits and is read as " + std::to_string(value));
+        else if (width == FieldWidth::Byte && (value < 0 || value > 255))
+            Add(offset, "holds a number beyond one byte and is limited to 0 to 255");
+        else
+            Reference(offset, unit, value);
+    }
+
+    void FlagNames(std::size_t offset, std::string_view text) override {
+        const std::string names = ToUpper(text);
+        std::vector<std::string_view> words;
+        for (std::size_t at = 0; at < names.size();) {
+            at = names.find_first_not_of(flagSeparators, at);
+            if (at == std::string::npos)
+                break;
+            const std::size_t end = std::min(names.find_first_of(flagSeparators, at), names.size());
+            words.push_back(std::string_view(names).substr(at, end - at));
+            at = end;
+        }
+        const auto isFlag = [this](std::string_view word) {
+            return std::find(engine_.flagNames.begin(), engine_.flagNames.end(), word) != engine_.flagNames.end();
+        };
+        for (const std::string_view word : words)
+            if (!isFlag(word))
+                Add(offset, "names a flag that the engine does not know, " + Quoted(word));
+        for (const std::string& flag : engine_.flagNames) {
+            const auto holds = [&flag](std::string_view word) { return word.find(flag) != std::string_view::npos; };
+            const auto longer = std::find_if(words.begin(), words.end(), holds);
+            if (!flag.empty() && longer != words.end() && std::find(words.begin(), words.end(), flag) == words.end())
+                Add(offset, "sets the flag " + flag + " too, because its name is a part of " + std::string(*longer));
+        }
+    }
+
+    void CodePointer(std::size_t offset, std::int32_t state) override { codePointers_[state] = offset; }
+
+    void Text(std::size_t offset, std::size_t length, std::int32_t space) override {
+        if (length > static_cast<std::size_t>(space))
+            Add(offset, "puts " + std::to_string(length) + " characters where the engine has room for " +
+                            std::to_string(space));
+    }
+
+    /// What shows only when the whole patch is known: code pointers that a save could not write.
+    void Finish(const PatchSet& set) {
+        const PointerTargets targets(set.states, engine_.codePointerStates);
+        for (const auto& [state, offset] : codePointers_) {
+            const auto index = static_cast<std::size_t>(state);
+            const std::int32_t codePointer = set.codePointers[index];
+            if (codePointer == defaults_.codePointers[index])
+                continue;
+            if (engine_.extended ? engine_.MnemonicOf(codePointer) == nullptr
+                                 : !targets.CanExpress(state, codePointer))
+                Add(offset, "gives frame " + std::to_string(state) +
+                                " a code pointer that a saved patch of this engine cannot express");
+        }
+    }
+
+    std::vector<Finding> TakeFindings() {
+        std::stable_sort(places_.begin(), places_.end(),
+                         [](const Place& left, const Place& right) { return left.offset < right.offset; });
+        std::vector<Finding> findings;
+        findings.reserve(places_.size());
+        std::size_t line = 1, counted = 0;
+        for (Place& place : places_) {
+            line += static_cast<std::size_t>(std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted),
+                                                        bytes_.begin() + static_cast<std::ptrdiff_t>(place.offset),
+                                                        '\n'));
+            counted = place.offset;
+            findings.push_back({line, std::move(place.text)});
+        }
+        return findings;
+    }
+
+private:
+    /// The line begins the sentence that `reason` ends.
+    void Add(std::size_t offset, std::string_view reason) {
+        std::string_view line = bytes_.substr(offset);
+        line = line.substr(0, std::min(line.find('\n'), longestQuote * 2));
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        places_.push_back({offset, Quoted(Trim(line)) + " " + std::string(reason)});
+    }
+
+    void Reference(std::size_t offset, FieldUnit unit, std::int32_t value) {
+        const auto beyond = [&](std::string_view what, std::size_t count) {
+            if (value < 0 || static_cast<std::size_t>(value) >= count)
+                Add(offset, "names a " + std::string(what) + " that does not exist; the last one is " +
+                                std::to_string(static_cast<std::int64_t>(count) - 1));
+        };
+        switch (unit) {
+        case FieldUnit::State:
+            return beyond("frame", defaults_.states.size());
+        case FieldUnit::Sound:
+            return beyond("sound", defaults_.sounds.size());
+        case FieldUnit::Sprite:
+            return beyond("sprite", defaults_.spriteNames.size());
+        case FieldUnit::AmmoType:
+            return beyond("kind of ammunition", lastAmmoType + 1);
+        case FieldUnit::SpriteFrame:
+            if ((value & ~litBit) < 0 || (value & ~litBit) > lastFrame)
+                Add(offset, "names a sprite's frame beyond the last possible one, " + std::to_string(lastFrame));
+            return;
+        case FieldUnit::Infight:
+            if (value != monstersFight && value != monstersDoNotFight)
+                Add(offset, "is neither 202 (off) nor 221 (on)");
+            return;
+        case FieldUnit::Flags:
+            if (engine_.extended)
+                UnnamedFlags(offset, value);
+            return;
+        default:
+            return;
+        }
+    }
+
+    void UnnamedFlags(std::size_t offset, std::int32_t bits) {
+        for (int bit = 0; bit < 32; ++bit) {
+            const auto index = static_cast<std::size_t>(bit);
+            if (modPatchText::GetFlag(bits, bit) &&
+                (index >= engine_.flagNames.size() || engine_.flagNames[index].empty()))
+                Add(offset, "sets bit " + std::to_string(bit) + ", which has no name and is lost when the patch is saved");
+        }
+    }
+
+    std::string_view bytes_;
+    const EngineConfiguration& engine_;
+    const PatchSet& defaults_;
+    std::vector<Place> places_;
+    std::map<std::int32_t, std::size_t> codePointers_; // where each state got its last one
+};
+
+} // namespace
+
+CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults) {
+    Checker checker(bytes, engine, defaults);
+    PatchSet set;
+    modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker);
+    CheckResult result;
+    result.status = std::move(read.status);
+    result.failedLine =
+        1 + static_cast<std::size_t>(
+                std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(read.offset), '\n'));
+    if (result.status) {
+        checker.Finish(set);
+        result.findings = checker.TakeFindings();
+    }
+    return result;
+}
+
+} // namespace plinket3::modPatchCheck

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "patch/modPatchFiles.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Finds what in a patch does not do what its author meant: lines that reading ignores, limits or reads otherwise than a
+/// game engine would, and data that a save would lose.
+namespace plinket3::modPatchCheck {
+
+struct Finding {
+    std::size_t line = 0; // from 1
+    std::string text;     // one sentence without a final dot
+};
+
+struct CheckResult {
+    Status status;             // fails as reading does; the line is then `failedLine`
+    std::size_t failedLine = 0;
+    std::vector<Finding> findings; // by line
+};
+
+CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults);
+
+} // namespace plinket3::modPatchCheck
