@@ -49,4 +49,19 @@ std::string ReplaceAll(std::string_view text, std::string_view what, std::string
     return result.append(text, from);
 }
 
+std::string Latin1ToUtf8(std::string_view text) {
+    std::string utf8;
+    utf8.reserve(text.size());
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x80) {
+            utf8 += character;
+        } else {
+            utf8 += static_cast<char>(0xc0 | byte >> 6);
+            utf8 += static_cast<char>(0x80 | (byte & 0x3f));
+        }
+    }
+    return utf8;
+}
+
 } // namespace plinket3

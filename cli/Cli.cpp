@@ -1,0 +1,123 @@
+#include "cli/Cli.h"
+
+#include "cli/Command.h"
+#include "core/Files.h"
+#include "core/Version.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <functional>
+#include <sstream>
+
+namespace plinket3::cli {
+
+namespace {
+
+/// The options that commands choose from.
+void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
+    const bool needed = name.starts_with('!');
+    if (needed)
+        name.remove_prefix(1);
+    CLI::Option* option = nullptr;
+    if (name == "engine")
+        option = app.add_option("-e", arguments.engine, "The engine: a configuration's file name, with or without .cfg");
+    else if (name == "iwad")
+        option = app.add_option("--iwad", arguments.iwad, "The IWAD that the patch is to name");
+    else if (name == "data-wad")
+        option = app.add_option("--data-wad", arguments.dataWad, "The data WAD that the patch is to name");
+    else if (name == "compact")
+        option = app.add_flag("--compact", arguments.compact, "Without blanks, indentation and empty lines");
+    else if (name == "thing")
+        option = app.add_option("--thing", arguments.thing, "The states of this thing, counted from 0")
+                     ->check(CLI::NonNegativeNumber);
+    else if (name == "weapon")
+        option = app.add_option("--weapon", arguments.weapon, "The states of this weapon, counted from 0")
+                     ->check(CLI::NonNegativeNumber);
+    else if (name == "unused")
+        option = app.add_flag("--unused", arguments.unused, "The states that nothing uses");
+    else if (name == "sprite")
+        option = app.add_option("--sprite", arguments.sprite, "A sprite's name and its frame (a number or a letter)")
+                     ->expected(2)
+                     ->type_name("NAME FRAME");
+    if (option != nullptr && needed)
+        option->required();
+}
+
+void AddCommand(CLI::App& app, const Command& command, Arguments& arguments, std::function<void()> chosen) {
+    CLI::App* sub = app.add_subcommand(std::string(command.name), std::string(command.help));
+    std::istringstream options{std::string(command.options)};
+    for (std::string name; options >> name;)
+        AddOption(*sub, name, arguments);
+    if (command.mostFiles > 0) {
+        CLI::Option* files = sub->add_option("files", arguments.files, "The plain arguments, in this order")
+                                 ->expected(std::max(command.fewestFiles, 1), command.mostFiles)
+                                 ->type_name(std::string(command.synopsis));
+        if (command.fewestFiles > 0)
+            files->required();
+    }
+    sub->callback(std::move(chosen));
+}
+
+} // namespace
+
+void Require(const Status& status, std::string_view what) {
+    if (!status)
+        throw Refused(std::string(what) + ": " + status.Reason());
+}
+
+std::string ReadInput(const std::string& file) {
+    std::string bytes;
+    Require(ReadWholeFile(file, bytes), file);
+    return bytes;
+}
+
+void WriteOutput(const std::string& file, std::string_view bytes) { Require(WriteFileAtomically(file, bytes), file); }
+
+int RunCli(const std::vector<std::string>& arguments, const std::filesystem::path& programFolder, std::ostream& out,
+           std::ostream& err) {
+    CLI::App app("Reads, checks, compares and converts DeHackEd patches without a window.", "plinket3-cli");
+    app.set_version_flag("--version", programVersion);
+    app.require_subcommand(1);
+    app.fallthrough();
+    std::string data;
+    app.add_option("--data", data, "The folder that holds config/ and tables/ instead of the program's own");
+
+    Arguments given;
+    const Command* chosen = nullptr;
+    for (const auto commands : {PatchCommands(), WadCommands()})
+        for (const Command& command : commands)
+            AddCommand(app, command, given, [&chosen, &command] { chosen = &command; });
+
+    try {
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) // help and version
+            return app.exit(error, out, err);
+        err << "plinket3-cli: " << error.what() << "; see --help\n";
+        return refused;
+    }
+
+    CollectingNotifier notifier;
+    Program program(notifier);
+    program.programFolder = data.empty() ? programFolder : std::filesystem::path(data);
+    std::ostringstream result;
+    Run run{given, program, notifier, result, err};
+    try {
+        const int exit = chosen->run(run);
+        out << result.str();
+        out.flush();
+        if (!out) {
+            err << "plinket3-cli: the output could not be written\n";
+            return refused;
+        }
+        return exit;
+    } catch (const Refused& reason) {
+        err << "plinket3-cli: " << reason.what() << '\n';
+    } catch (const std::bad_alloc&) {
+        err << "plinket3-cli: there is not enough memory\n";
+    }
+    return refused;
+}
+
+} // namespace plinket3::cli

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "cli/Cli.h"
+#include "core/Notifier.h"
+#include "core/Status.h"
+#include "patch/Program.h"
+#include "patch/modPatchFiles.h"
+
+#include <cstdint>
+#include <ostream>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plinket3::cli {
+
+/// What was given on the command line. A command reads only what its row in the table of commands allows.
+struct Arguments {
+    std::string engine;             // -e
+    std::vector<std::string> files; // the plain arguments, in order
+    std::string iwad, dataWad;
+    bool compact = false, unused = false;
+    std::int32_t thing = -1, weapon = -1;
+    std::vector<std::string> sprite; // name and frame
+};
+
+/// Ends a command with `refused` and its one line.
+struct Refused : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// Keeps what the core has to say until the command knows whether it failed.
+class CollectingNotifier : public Notifier {
+public:
+    void Show(MessageKind, std::string_view text) override { messages_.emplace_back(text); }
+    Answer Ask(std::string_view text, Buttons) override {
+        messages_.emplace_back(text);
+        return Answer::Cancel;
+    }
+    const std::vector<std::string>& Messages() const { return messages_; }
+
+private:
+    std::vector<std::string> messages_;
+};
+
+/// One run of a command.
+struct Run {
+    const Arguments& arguments;
+    Program& program;
+    CollectingNotifier& notifier;
+    std::ostream& out;
+    std::ostream& err;
+};
+
+/// A command is a row; the help comes from the rows.
+struct Command {
+    std::string_view name;
+    std::string_view synopsis; // the plain arguments as the help shows them
+    std::string_view help;
+    std::string_view options; // the names of the options that it takes, parted by blanks; "!" before one that it needs
+    int fewestFiles, mostFiles;
+    int (*run)(Run&);
+};
+
+std::span<const Command> PatchCommands();
+std::span<const Command> WadCommands();
+
+/// Throws `Refused` with "WHAT: REASON" when `status` is a failure.
+void Require(const Status& status, std::string_view what);
+
+/// Loads the engine that -e names, else the one that `header` asks for, with its table. Throws `Refused`.
+void LoadEngine(Run& run, const modPatchFiles::Header& header);
+
+/// The bytes of a file. Throws `Refused`.
+std::string ReadInput(const std::string& file);
+
+/// Writes `bytes` to `file` in one step. Throws `Refused`.
+void WriteOutput(const std::string& file, std::string_view bytes);
+
+/// The current set as JSON text.
+std::string DumpJson(const Program& program);
+
+} // namespace plinket3::cli

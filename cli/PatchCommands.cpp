@@ -1,0 +1,225 @@
+#include "cli/Command.h"
+#include "core/Numbers.h"
+#include "patch/SessionChoice.h"
+#include "patch/StateUse.h"
+#include "patch/modPatchCheck.h"
+#include "patch/modPatchDiff.h"
+#include "patch/modTables.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace plinket3::cli {
+
+namespace {
+
+using modPatchFiles::Header;
+
+constexpr const char* standardSet = "-"; // in place of a patch: the engine's own data
+
+void FindEngines(Run& run) {
+    run.program.engines =
+        modConfig::EnumerateEngines(run.program.programFolder / "config", [&run](std::string_view skipped) {
+            run.err << "plinket3-cli: " << skipped << '\n';
+        });
+    if (run.program.engines.empty())
+        throw Refused((run.program.programFolder / "config").string() + ": there are no engine configurations");
+}
+
+std::size_t EngineNamed(const Program& program, const std::string& name) {
+    for (const std::string& file : {name, name + ".cfg"})
+        for (std::size_t i = 0; i < program.engines.size(); ++i)
+            if (program.engines[i].file.filename() == file)
+                return i;
+    throw Refused(name + ": there is no such engine; \"plinket3-cli engines\" lists them");
+}
+
+std::size_t EngineFor(const Program& program, const Header& header) {
+    if (const auto named = header.find("engineconfig"); named != header.end())
+        if (const auto found = ChooseEngine(program.engines, named->second))
+            return *found;
+    const auto version = header.find("engineversion");
+    if (version == header.end())
+        return 0;
+    if (const auto found = FirstEngineOfVersion(program.engines, LeadingInt32(version->second)))
+        return *found;
+    throw Refused("there is no engine configuration for patches with \"Doom version = " + version->second + "\"");
+}
+
+Header HeaderOf(const std::string& file, std::string_view bytes) {
+    Header header;
+    Require(modPatchFiles::ScanHeader(bytes, header), file);
+    return header;
+}
+
+std::size_t LineOf(std::string_view bytes, std::size_t offset) {
+    return 1 + static_cast<std::size_t>(
+                   std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(offset), '\n'));
+}
+
+PatchSet ReadSet(Run& run, const std::string& file, std::string_view bytes) {
+    PatchSet set;
+    const modPatchFiles::ReadResult read =
+        modPatchFiles::ParsePatch(bytes, run.program.engine, run.program.patch.defaults, set);
+    Require(read.status, file + ":" + std::to_string(LineOf(bytes, read.offset)));
+    return set;
+}
+
+/// Loads the engine and reads `file` (none, or "-": the engine's own data) into the open patch.
+void LoadPatch(Run& run, const std::string& file) {
+    Program& program = run.program;
+    if (file.empty() || file == standardSet) {
+        LoadEngine(run, {});
+        return;
+    }
+    const std::string bytes = ReadInput(file);
+    const Header header = HeaderOf(file, bytes);
+    LoadEngine(run, header);
+    program.patch.current = ReadSet(run, file, bytes);
+    program.patch.fileName = file;
+    program.patch.named = true;
+    const auto value = [&header](std::string_view name) {
+        const auto found = header.find(name);
+        return found == header.end() ? std::string() : found->second;
+    };
+    program.patch.iwadPath = value("iwad");
+    program.patch.dataWadPath = value("datawad");
+}
+
+std::string FileOr(const Run& run, std::size_t index, std::string absent) {
+    return index < run.arguments.files.size() ? run.arguments.files[index] : std::move(absent);
+}
+
+int Engines(Run& run) {
+    FindEngines(run);
+    for (const modConfig::EngineEntry& engine : run.program.engines)
+        run.out << engine.file.filename().string() << '\t' << engine.name << '\t' << engine.version << '\t'
+                << (engine.extended ? "extended" : "normal") << '\n';
+    return done;
+}
+
+int Info(Run& run) {
+    Header header;
+    Require(modPatchFiles::ScanHeader(std::filesystem::path(run.arguments.files[0]), header), run.arguments.files[0]);
+    for (const std::string_view name : {"patchversion", "engineversion", "engineconfig", "datawad", "iwad", "filename"})
+        if (const auto found = header.find(name); found != header.end())
+            run.out << name << " = " << found->second << '\n';
+    return done;
+}
+
+int Dump(Run& run) {
+    LoadPatch(run, FileOr(run, 0, standardSet));
+    run.out << DumpJson(run.program) << '\n';
+    return done;
+}
+
+int Diff(Run& run) {
+    LoadPatch(run, run.arguments.files[0]);
+    Program& program = run.program;
+    const bool two = run.arguments.files.size() > 1;
+    const PatchSet other =
+        two && run.arguments.files[1] != standardSet
+            ? ReadSet(run, run.arguments.files[1], ReadInput(run.arguments.files[1]))
+            : program.patch.defaults;
+    const std::vector<std::string> lines = two
+                                               ? modPatchDiff::Differences(program.patch.current, other, program.engine)
+                                               : modPatchDiff::Differences(other, program.patch.current, program.engine);
+    for (const std::string& line : lines)
+        run.out << line << '\n';
+    return lines.empty() ? done : no;
+}
+
+int Check(Run& run) {
+    const std::string& file = run.arguments.files[0];
+    const std::string bytes = ReadInput(file);
+    LoadEngine(run, HeaderOf(file, bytes));
+    const modPatchCheck::CheckResult result =
+        modPatchCheck::CheckPatch(bytes, run.program.engine, run.program.patch.defaults);
+    Require(result.status, file + ":" + std::to_string(result.failedLine));
+    for (const modPatchCheck::Finding& finding : result.findings)
+        run.out << file << ':' << finding.line << ": warning: " << finding.text << '\n';
+    return result.findings.empty() ? done : no;
+}
+
+int Convert(Run& run) {
+    LoadPatch(run, run.arguments.files[0]);
+    Program& program = run.program;
+    if (!run.arguments.iwad.empty())
+        program.patch.iwadPath = run.arguments.iwad;
+    if (!run.arguments.dataWad.empty())
+        program.patch.dataWadPath = run.arguments.dataWad;
+    Require(modPatchFiles::SavePatch(program, run.arguments.files[1], false), run.arguments.files[1]);
+    return done;
+}
+
+int Table(Run& run) {
+    const bool patched = run.arguments.files.size() > 1;
+    LoadPatch(run, patched ? run.arguments.files[0] : standardSet);
+    const std::string& file = run.arguments.files.back();
+    Require(modTables::SaveTable(run.program.patch, file), file);
+    return done;
+}
+
+int Config(Run& run) {
+    clsConfiguration configuration;
+    const std::string& file = run.arguments.files[0];
+    if (const Status status = configuration.LoadConfiguration(file); !status)
+        throw Refused(status.Reason());
+    run.out << configuration.OutputConfiguration("\r\n", !run.arguments.compact);
+    return done;
+}
+
+int States(Run& run) {
+    const bool byThing = run.arguments.thing >= 0, byWeapon = run.arguments.weapon >= 0;
+    if (byThing + byWeapon + run.arguments.unused != 1)
+        throw Refused("states: give one of --thing, --weapon and --unused; see --help");
+    LoadPatch(run, FileOr(run, 0, standardSet));
+    const PatchSet& set = run.program.patch.current;
+    const auto require = [](std::int32_t number, std::size_t count, std::string_view what) {
+        if (static_cast<std::size_t>(number) >= count)
+            throw Refused("there is no " + std::string(what) + " " + std::to_string(number) + ", the last one is " +
+                          std::to_string(static_cast<std::int64_t>(count) - 1));
+        return static_cast<std::size_t>(number);
+    };
+    const std::vector<std::int32_t> states =
+        byThing    ? StatesOfThing(set, require(run.arguments.thing, set.things.size(), "thing"))
+        : byWeapon ? StatesOfWeapon(set, require(run.arguments.weapon, set.weapons.size(), "weapon"))
+                   : UnusedStates(set);
+    for (const std::int32_t state : states)
+        run.out << state << '\n';
+    return done;
+}
+
+constexpr std::array patchCommands{
+    Command{"engines", "", "List the engine configurations: file, name, version, mode", "", 0, 0, Engines},
+    Command{"info", "PATCH", "Print what the patch's header says", "", 1, 1, Info},
+    Command{"dump", "[PATCH]", "Print every record as JSON, the engine's own without PATCH", "engine", 0, 1, Dump},
+    Command{"diff", "A [B]", "Print what differs between two patches, or between the engine and a patch", "engine", 1,
+            2, Diff},
+    Command{"check", "PATCH", "Print the lines that do not do what they seem to, and data that a save would lose",
+            "engine", 1, 1, Check},
+    Command{"convert", "IN OUT", "Read IN (\"-\": the engine's own data) and write OUT as saving does",
+            "!engine iwad data-wad", 2, 2, Convert},
+    Command{"table", "[PATCH] OUT.tbl", "Write the patched records as a table file", "!engine", 1, 2, Table},
+    Command{"config", "FILE", "Read a configuration text and print it as the program writes it", "compact", 1, 1,
+            Config},
+    Command{"states", "[PATCH]", "Print the numbers of the states that something uses, or nothing",
+            "!engine thing weapon unused", 0, 1, States},
+};
+
+} // namespace
+
+std::span<const Command> PatchCommands() { return patchCommands; }
+
+void LoadEngine(Run& run, const Header& header) {
+    FindEngines(run);
+    Program& program = run.program;
+    const std::size_t index = run.arguments.engine.empty() ? EngineFor(program, header)
+                                                           : EngineNamed(program, run.arguments.engine);
+    if (!modConfig::LoadEngineConfiguration(program.engines[index].file, program.engine, program.notifier) ||
+        !modTables::LoadEngineTable(program, program.engine, program.patch))
+        throw Refused(program.engines[index].file.string() + ": " + run.notifier.Messages().back());
+}
+
+} // namespace plinket3::cli
