@@ -1,0 +1,143 @@
+#include "tools/EngineBuilder.h"
+
+#include "core/Files.h"
+#include "patch/modTables.h"
+#include "tools/EngineFacts.h"
+
+#include <map>
+#include <memory>
+#include <string_view>
+#include <system_error>
+
+namespace plinket3::tools {
+
+namespace {
+
+using Structure = std::shared_ptr<SettingTree>;
+
+Structure ToStructure(std::initializer_list<SettingTree::Entry> entries) {
+    auto structure = std::make_shared<SettingTree>();
+    for (const auto& [key, value] : entries)
+        structure->Set(key, value);
+    return structure;
+}
+
+/// One entry for each element; `entry` gives key and value of an element and its position.
+template <class List, class MakeEntry> Structure ToStructure(const List& list, MakeEntry entry) {
+    auto structure = std::make_shared<SettingTree>();
+    std::int32_t position = 0;
+    for (const auto& element : list) {
+        const SettingTree::Entry made = entry(element, position++);
+        structure->Set(made.first, made.second);
+    }
+    return structure;
+}
+
+/// A list of which only the keys count.
+Structure Keys(const std::vector<std::string>& names) {
+    return ToStructure(names, [](const std::string& name, std::int32_t) { return SettingTree::Entry(name, 0); });
+}
+
+/// A list of which only the values count.
+template <class Element> Structure Values(const std::vector<Element>& values) {
+    return ToStructure(values, [](const Element& value, std::int32_t position) {
+        return SettingTree::Entry(std::to_string(position), value);
+    });
+}
+
+Structure EngineStructure(const EngineConfiguration& engine) {
+    return ToStructure({{"name", engine.name},
+                        {"version", static_cast<std::int32_t>(engine.version)},
+                        {"table", engine.table},
+                        {"allowexeread", engine.allowExeRead ? 1 : 0}, // a truth value would be written as 0
+                        {"exesize", engine.exeSize},
+                        {"extended", engine.extended ? 1 : 0}});
+}
+
+Structure CountStructure(const EngineConfiguration::Counts& counts) {
+    return ToStructure({{"things", counts.things},
+                        {"states", counts.states},
+                        {"sounds", counts.sounds},
+                        {"sprites", counts.sprites},
+                        {"strings", counts.strings},
+                        {"weapons", counts.weapons},
+                        {"ammunition", counts.ammunition},
+                        {"cheats", counts.cheats}});
+}
+
+Structure OffsetStructure(const EngineConfiguration::Offsets& offsets) {
+    return ToStructure({{"datasegment", offsets.dataSegment},
+                        {"things", offsets.things},
+                        {"states", offsets.states},
+                        {"sounds", offsets.sounds},
+                        {"sprites", offsets.sprites},
+                        {"strings", offsets.strings},
+                        {"codepointers", offsets.codePointers},
+                        {"weapons", offsets.weapons},
+                        {"ammunition", offsets.ammunition},
+                        {"cheats", offsets.cheats}});
+}
+
+using Files = std::map<std::filesystem::path, std::string>;
+
+Status WriteFiles(const std::filesystem::path& output, const Files& files) {
+    for (const auto& [name, bytes] : files) {
+        const std::filesystem::path file = output / name;
+        std::error_code ignored; // a folder that is missing shows when the file is written
+        std::filesystem::create_directories(file.parent_path(), ignored);
+        if (const Status written = WriteFileAtomically(file, bytes); !written)
+            return Status::Failure(file.string() + ": cannot be written: " + written.Reason());
+    }
+    return {};
+}
+
+} // namespace
+
+std::string FormatEngine(const EngineConfiguration& engine) {
+    using Action = EngineConfiguration::Action;
+    clsConfiguration configuration;
+    const auto write = [&configuration](std::string_view key, const SettingValue& value) {
+        configuration.WriteSetting(key, value, true);
+    };
+    write("type", std::string(modConfig::engineType));
+    write("engine", EngineStructure(engine));
+    write("itemcounts", CountStructure(engine.itemCounts));
+    write("offsets", OffsetStructure(engine.offsets));
+    write("flagnames", Keys(engine.flagNames));
+    write("flagtooltips", Values(engine.flagTooltips));
+    write("thingnames", Keys(engine.thingNames));
+    write("weaponnames", Values(engine.weaponNames));
+    write("ammonames", Values(engine.ammoNames));
+    write("actiondescriptions", ToStructure(engine.actions, [](const Action& action, std::int32_t) {
+              return SettingTree::Entry(std::to_string(action.value), action.description);
+          }));
+    write("codepointermnemonics", ToStructure(engine.actions, [](const Action& action, std::int32_t) {
+              return SettingTree::Entry(std::to_string(action.value), action.mnemonic);
+          }));
+    write("cheatlengths", Values(engine.cheatLengths));
+    // The value, which nobody reads, helps a reader of the file: the pointer's number.
+    write("codepointerstostates", ToStructure(engine.codePointerStates, [](std::int32_t state, std::int32_t pointer) {
+              return SettingTree::Entry(std::to_string(state), pointer);
+          }));
+    if (engine.extended)
+        write("boomstrings", ToStructure(engine.strings, [](const EngineConfiguration::String& string, std::int32_t) {
+                  return SettingTree::Entry(string.mnemonic, string.text);
+              }));
+    return configuration.OutputConfiguration("\r\n", true);
+}
+
+Status BuildEngines(const std::filesystem::path& data, const std::filesystem::path& output) {
+    const std::filesystem::path folder = data / "engines";
+    Fault fault;
+    Files files;
+    for (const EngineSource& source : ReadEngineList(folder, fault)) {
+        const EngineFacts facts = ReadEngineFacts(folder, source, fault);
+        if (fault.Found())
+            break;
+        files["config/" + source.configuration + ".cfg"] = FormatEngine(facts.engine);
+        files["tables/" + facts.engine.table] = modTables::FormatTable(facts.defaults, source.extended);
+    }
+    return fault.Found() ? Status::Failure(fault.Text()) : WriteFiles(output, files);
+}
+
+} // namespace plinket3::tools
