@@ -15,7 +15,7 @@ constexpr int lastPost = 255;
 /// The longest list of posts that is drawn, in bytes. Posts reach the rows 0 to 508 (from 254 on 255 pixels down); a
 /// list that draws each of them once, in posts of a single pixel, has this length. Only damage makes longer ones, and
 /// all columns may point to the same one.
-constexpr std::size_t longestColumn = 509 * 5;
+constexpr std::size_t longestColumn = std::size_t{509} * 5;
 
 int Byte(char character) { return static_cast<unsigned char>(character); }
 

@@ -1,0 +1,84 @@
+#include "wad/modWADList.h"
+
+#include "tests/support/TestSupport.h"
+#include "tests/wad/WadBytes.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class WadListTest : public testing::Test {
+protected:
+    /// Registers a WAD whose sprites, lumps 1 and up, have these names.
+    bool Register(const std::string& file, const Names& sprites) {
+        std::vector<Lump> lumps{{"S_START", ""}};
+        for (const std::string& name : sprites)
+            lumps.push_back({name, ""});
+        WriteFile(folder_ / file, WadBytes(lumps));
+        auto wad = std::make_shared<clsWad>();
+        wad->OpenWad(folder_ / file);
+        return wads_.RegisterWad(wad);
+    }
+
+    TemporaryFolder folder_;
+    WadList wads_;
+};
+
+TEST_F(WadListTest, SearchesTheLastWadFirst) {
+    EXPECT_FALSE(wads_.FindLump("ONE"));
+    ASSERT_TRUE(Register("iwad.wad", {"ONE", "TWO"}));
+    ASSERT_TRUE(Register("data.wad", {"THREE", "FOUR", "TWO"}));
+    const auto one = wads_.FindLump("one"), two = wads_.FindLump("two");
+    ASSERT_TRUE(one && two);
+    EXPECT_EQ(std::tuple(one->wadIndex, one->num, one->name), std::tuple(0, 1, "one"));
+    EXPECT_EQ(std::tuple(two->wadIndex, two->num, two->name), std::tuple(1, 3, "two"));
+    EXPECT_EQ(two->wad->lumpName(two->num), "TWO");
+    EXPECT_FALSE(wads_.FindLump("FIVE"));
+    wads_.ClearWads();
+    EXPECT_FALSE(wads_.FindLump("ONE"));
+    EXPECT_EQ(two->wad->lumpName(two->num), "TWO"); // a result keeps its WAD
+}
+
+TEST_F(WadListTest, TakesEachPathOnce) {
+    EXPECT_FALSE(wads_.RegisterWad(nullptr));
+    EXPECT_TRUE(Register("a.wad", {}));
+    EXPECT_FALSE(Register("A.WAD", {}));
+    EXPECT_EQ(wads_.Count(), 1U);
+}
+
+TEST_F(WadListTest, ChoosesTheLumpOfASpriteFrame) {
+    struct {
+        const char* behaviour;
+        Names iwad, data;
+        std::string lump; // empty: none
+        int frame, wadIndex;
+    } const rows[]{
+        {"only rotation 0", {"TROOA0"}, {}, "TROOA0", 0, 0},
+        {"only rotation 1", {"TROOB1B5"}, {}, "TROOB1B5", 1, 0},
+        {"neither", {"TROOA2A8"}, {}, "", 0, 0},
+        {"both in the IWAD", {"TROOA0", "TROOA1"}, {}, "", 0, 0},
+        {"both in the data WAD", {}, {"TROOA1", "TROOA0"}, "", 0, 0},
+        {"rotation 1 in the data WAD", {"TROOA0"}, {"TROOA1"}, "TROOA0", 0, 0},
+        {"rotation 0 in the data WAD", {"TROOA1"}, {"TROOA0"}, "TROOA0", 0, 1},
+        {"both in the IWAD, one replaced", {"TROOA0", "TROOA1"}, {"TROOA1"}, "TROOA0", 0, 0},
+        {"the data WAD's lump", {"TROOA1"}, {"TROOA1D1"}, "TROOA1D1", 0, 1},
+        {"frame behind Z", {"TROO\\0"}, {}, "TROO\\0", 27, 0},
+        {"last character", {"TROO\xFF\x31"}, {}, "TROO\xFF\x31", 190, 0},
+        {"no wrapping at 256", {"TROOA1"}, {}, "", 256, 0},
+        {"no wrapping below 0", {"TROOA1"}, {}, "", -256, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.behaviour);
+        wads_.ClearWads();
+        ASSERT_TRUE(Register("iwad.wad", row.iwad) && Register("data.wad", row.data));
+        const auto result = ChooseSpriteFrame(wads_, "TROO", row.frame);
+        EXPECT_EQ(result ? result->name : "", row.lump);
+        EXPECT_EQ(result ? result->wadIndex : 0, row.wadIndex);
+    }
+}
+
+} // namespace
+} // namespace plinket3::test
