@@ -1,0 +1,89 @@
+#include "patch/Session.h"
+
+#include "core/Files.h"
+#include "patch/modTables.h"
+
+#include <utility>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr std::string_view paletteLump = "PLAYPAL";
+
+SessionResult Fail(Program& program, std::string_view message) {
+    program.notifier.Show(MessageKind::Exclamation, message);
+    return SessionResult::Failed;
+}
+
+std::shared_ptr<clsWad> OpenWad(const std::filesystem::path& file) {
+    auto wad = std::make_shared<clsWad>();
+    wad->OpenWad(file);
+    return wad;
+}
+
+} // namespace
+
+SessionResult LoadSession(Program& program, const SessionChoice& choice) {
+    const std::vector<Settings::Iwad> iwads = program.settings.Iwads();
+    if (choice.engine >= program.engines.size())
+        return Fail(program, "No engine configuration is selected.");
+    if (choice.iwad >= iwads.size())
+        return Fail(program, "No IWAD is selected. IWADs are added in the options.");
+    if (choice.version != -1 && choice.version != program.engines[choice.engine].version) {
+        program.notifier.Show(MessageKind::Exclamation,
+                              "The patch file is not compatible with the selected engine configuration.");
+        return SessionResult::Incompatible;
+    }
+
+    clsLog& log = program.log;
+    log.Add("Loading engine configuration...");
+    EngineConfiguration engine;
+    if (!modConfig::LoadEngineConfiguration(program.engines[choice.engine].file, engine, program.notifier))
+        return SessionResult::Failed;
+    log.Add("  Using '" + engine.name + "' as the current engine");
+    log.Add("  Using engine version " + std::to_string(engine.version));
+
+    log.Add("Loading table...");
+    PatchData patch;
+    if (!modTables::LoadEngineTable(program, engine, patch))
+        return Fail(program, "Could not load engine table.");
+
+    log.Add("Loading IWAD...");
+    WadList wads;
+    const std::shared_ptr<clsWad> iwad = OpenWad(iwads[choice.iwad].path);
+    std::shared_ptr<clsWad> dataWad;
+    if (!choice.dataWad.empty()) {
+        const std::filesystem::path file = ResolveIgnoringCase(choice.dataWad);
+        if (FileExists(file)) {
+            log.Add("Loading data WAD...");
+            dataWad = OpenWad(file);
+        } else {
+            log.Add("WARNING: Unable to load data WAD, file does not exist");
+        }
+    }
+
+    log.Add("Registering WAD files...");
+    if (!wads.RegisterWad(iwad))
+        return Fail(program, "Unable to register IWAD.");
+    if (dataWad && !wads.RegisterWad(dataWad))
+        return Fail(program, "Unable to register data WAD.");
+    const auto palette = wads.FindLump(paletteLump);
+    if (!palette)
+        return Fail(program, "Could not load PLAYPAL lump.");
+
+    patch.iwadPath = iwads[choice.iwad].path;
+    patch.dataWadPath = dataWad ? choice.dataWad : std::string();
+    program.palette = palette->wad->ReadLumpString(palette->num);
+    log.Add("  Loaded PLAYPAL lump");
+    program.engine = std::move(engine);
+    program.patch = std::move(patch);
+    program.wads = std::move(wads);
+    program.iwad = iwad;
+    program.dataWad = std::move(dataWad);
+    program.settings.Number("lastConfig", static_cast<std::int32_t>(choice.engine));
+    program.settings.Number("lastIWAD", static_cast<std::int32_t>(choice.iwad));
+    return SessionResult::Loaded;
+}
+
+} // namespace plinket3
