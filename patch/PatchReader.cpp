@@ -393,24 +393,24 @@ ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine,
     return PatchReader(bytes, engine, defaults, set, observer).Read();
 }
 
-bool ReadPatch(Program& program, const std::filesystem::path& file) {
+bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& session) {
     std::string bytes;
     if (const Status status = ReadWholeFile(file, bytes); !status) {
-        program.notifier.Show(MessageKind::Exclamation, "Could not read " + file.string() + ": " + status.Reason());
+        notifier.Show(MessageKind::Exclamation, "Could not read " + file.string() + ": " + status.Reason());
         return false;
     }
     PatchSet set;
-    const ReadResult result = ParsePatch(bytes, program.engine, program.patch.defaults, set);
+    const ReadResult result = ParsePatch(bytes, session.engine, session.patch.defaults, set);
     if (!result.status) {
-        program.notifier.Show(MessageKind::Exclamation, result.status.Reason());
+        notifier.Show(MessageKind::Exclamation, result.status.Reason());
         return false;
     }
-    program.patch.current = std::move(set);
-    program.patch.fileName = file;
-    program.patch.named = true;
-    program.patch.changed = false;
+    session.patch.current = std::move(set);
+    session.patch.fileName = file;
+    session.patch.named = true;
+    session.patch.changed = false;
     if (result.unsupported)
-        program.notifier.Show(MessageKind::Exclamation,
+        notifier.Show(MessageKind::Exclamation,
                               "Unsupported entries were found in the patch file. Those entries will be ignored. This "
                               "means that Plinket3 will not save those entries again either!");
     return true;

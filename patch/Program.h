@@ -9,15 +9,18 @@
 
 namespace plinket3 {
 
-/// Everything that the process holds: start-up builds one and hands it, or the part that is needed, to all others.
-struct Program : Environment {
-    using Environment::Environment;
-
-    EngineConfiguration engine; // of the open patch
+/// What a patch is edited against, and the patch.
+struct Session {
+    EngineConfiguration engine;
     PatchData patch;
     WadList wads;
     std::shared_ptr<clsWad> iwad, dataWad; // null when there is none
     std::string palette;                   // the lump PLAYPAL: 768 bytes for each palette
+};
+
+/// Everything that the process holds: start-up builds one and hands it, or the part that is needed, to all others.
+struct Program : Environment, Session {
+    explicit Program(Notifier& notifierToUse) : Environment(notifierToUse) {}
 };
 
 } // namespace plinket3

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::string_view paletteLump = "PLAYPAL";
 
-SessionResult Fail(Program& program, std::string_view message) {
-    program.notifier.Show(MessageKind::Exclamation, message);
+SessionResult Fail(Environment& environment, std::string_view message) {
+    environment.notifier.Show(MessageKind::Exclamation, message);
     return SessionResult::Failed;
 }
 
@@ -24,30 +24,30 @@ std::shared_ptr<clsWad> OpenWad(const std::filesystem::path& file) {
 
 } // namespace
 
-SessionResult LoadSession(Program& program, const SessionChoice& choice) {
-    const std::vector<Settings::Iwad> iwads = program.settings.Iwads();
-    if (choice.engine >= program.engines.size())
-        return Fail(program, "No engine configuration is selected.");
+SessionResult LoadSession(Environment& environment, const SessionChoice& choice, Session& session) {
+    const std::vector<Settings::Iwad> iwads = environment.settings.Iwads();
+    if (choice.engine >= environment.engines.size())
+        return Fail(environment, "No engine configuration is selected.");
     if (choice.iwad >= iwads.size())
-        return Fail(program, "No IWAD is selected. IWADs are added in the options.");
-    if (choice.version != -1 && choice.version != program.engines[choice.engine].version) {
-        program.notifier.Show(MessageKind::Exclamation,
+        return Fail(environment, "No IWAD is selected. IWADs are added in the options.");
+    if (choice.version != -1 && choice.version != environment.engines[choice.engine].version) {
+        environment.notifier.Show(MessageKind::Exclamation,
                               "The patch file is not compatible with the selected engine configuration.");
         return SessionResult::Incompatible;
     }
 
-    clsLog& log = program.log;
+    clsLog& log = environment.log;
     log.Add("Loading engine configuration...");
     EngineConfiguration engine;
-    if (!modConfig::LoadEngineConfiguration(program.engines[choice.engine].file, engine, program.notifier))
+    if (!modConfig::LoadEngineConfiguration(environment.engines[choice.engine].file, engine, environment.notifier))
         return SessionResult::Failed;
     log.Add("  Using '" + engine.name + "' as the current engine");
     log.Add("  Using engine version " + std::to_string(engine.version));
 
     log.Add("Loading table...");
     PatchData patch;
-    if (!modTables::LoadEngineTable(program, engine, patch))
-        return Fail(program, "Could not load engine table.");
+    if (!modTables::LoadEngineTable(environment, engine, patch))
+        return Fail(environment, "Could not load engine table.");
 
     log.Add("Loading IWAD...");
     WadList wads;
@@ -65,24 +65,21 @@ SessionResult LoadSession(Program& program, const SessionChoice& choice) {
 
     log.Add("Registering WAD files...");
     if (!wads.RegisterWad(iwad))
-        return Fail(program, "Unable to register IWAD.");
+        return Fail(environment, "Unable to register IWAD.");
     if (dataWad && !wads.RegisterWad(dataWad))
-        return Fail(program, "Unable to register data WAD.");
+        return Fail(environment, "Unable to register data WAD.");
     const auto palette = wads.FindLump(paletteLump);
     if (!palette)
-        return Fail(program, "Could not load PLAYPAL lump.");
+        return Fail(environment, "Could not load PLAYPAL lump.");
 
     patch.iwadPath = iwads[choice.iwad].path;
     patch.dataWadPath = dataWad ? choice.dataWad : std::string();
-    program.palette = palette->wad->ReadLumpString(palette->num);
+    std::string colours = palette->wad->ReadLumpString(palette->num);
     log.Add("  Loaded PLAYPAL lump");
-    program.engine = std::move(engine);
-    program.patch = std::move(patch);
-    program.wads = std::move(wads);
-    program.iwad = iwad;
-    program.dataWad = std::move(dataWad);
-    program.settings.Number("lastConfig", static_cast<std::int32_t>(choice.engine));
-    program.settings.Number("lastIWAD", static_cast<std::int32_t>(choice.iwad));
+    session = {std::move(engine), std::move(patch),   std::move(wads),
+               iwad,              std::move(dataWad), std::move(colours)};
+    environment.settings.Number("lastConfig", static_cast<std::int32_t>(choice.engine));
+    environment.settings.Number("lastIWAD", static_cast<std::int32_t>(choice.iwad));
     return SessionResult::Loaded;
 }
 

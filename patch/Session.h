@@ -10,7 +10,7 @@ namespace plinket3 {
 
 /// What a patch is edited against, as the user chose it.
 struct SessionChoice {
-    std::size_t engine = 0;    // place in `Program::engines`
+    std::size_t engine = 0;    // place in `Environment::engines`
     std::size_t iwad = 0;      // place in the list of known IWADs
     std::string dataWad;       // its path as typed; empty for none
     std::int32_t version = -1; // "Doom version" of the patch that is opened, -1 for a new one
@@ -19,12 +19,12 @@ struct SessionChoice {
 enum class SessionResult {
     Loaded,
     Incompatible, // the engine is not the patch's: nothing was loaded, the user may choose again
-    Failed        // a message was shown, the former session is as it was
+    Failed        // a message was shown
 };
 
-/// Loads engine configuration, engine table, IWAD, data WAD and palette, in this order, and logs each step. Everything is
-/// loaded beside the open session and takes its place only when all of it is there; the patch is then the engine's own
-/// data. Remembers engine and IWAD in the settings.
-[[nodiscard]] SessionResult LoadSession(Program& program, const SessionChoice& choice);
+/// Loads engine configuration, engine table, IWAD, data WAD and palette into `session`, in this order, and logs each
+/// step. The patch is then the engine's own data. Remembers engine and IWAD in the settings. The open session of
+/// `program` is not touched: whoever opens a patch puts `session` in its place when everything has worked.
+[[nodiscard]] SessionResult LoadSession(Environment& environment, const SessionChoice& choice, Session& session);
 
 } // namespace plinket3

@@ -50,8 +50,8 @@ struct ReadResult {
 ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
                       PatchSet& set, ReadObserver* observer = nullptr);
 
-/// Reads a patch into `program.patch`, over its default set. Shows what goes wrong; the open patch is then as it was.
-[[nodiscard]] bool ReadPatch(Program& program, const std::filesystem::path& file);
+/// Reads a patch into `session.patch`, over its default set. Shows what goes wrong; the patch is then as it was.
+[[nodiscard]] bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& session);
 
 /// The differences between the two sets of `patch` as a patch file's bytes.
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
