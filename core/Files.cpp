@@ -119,12 +119,30 @@ int CreateBeside(const std::filesystem::path& folder, mode_t mode, std::filesyst
     return -1;
 }
 
-/// Gives the new file the owner, as far as the system lets us, and the permissions of the one it replaces.
-bool TakeOver(int descriptor, const struct stat& replaced) {
-    if (fchown(descriptor, replaced.st_uid, replaced.st_gid) != 0 &&
-        fchown(descriptor, static_cast<uid_t>(-1), replaced.st_gid) != 0)
-        errno = 0; // another user's file that we may write: the new one is ours
-    return fchmod(descriptor, replaced.st_mode & 07777) == 0;
+/// Looks at the file that is to be replaced; `replaced` stays empty when there is none. Fails when it must not be.
+Status LookAtTarget(const std::filesystem::path& target, std::optional<struct stat>& replaced) {
+    struct stat information {};
+    if (stat(target.c_str(), &information) != 0)
+        return errno == ENOENT ? Status() : SystemFailure();
+    if (S_ISDIR(information.st_mode))
+        return Status::Failure("is a folder");
+    if (!S_ISREG(information.st_mode))
+        return Status::Failure("is not a regular file");
+    // Asked of the mode as well, since the administrator could write a protected file without noticing.
+    if ((information.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+        return Status::Failure("the file is read-only");
+    if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
+        return SystemFailure();
+    replaced = information;
+    return {};
+}
+
+/// Gives the new file the owner, group and permissions of the one it replaces, as far as user and file system can.
+void TakeOver(int descriptor, const struct stat& replaced) {
+    bool kept = fchown(descriptor, replaced.st_uid, replaced.st_gid) == 0 ||
+                fchown(descriptor, static_cast<uid_t>(-1), replaced.st_gid) == 0;
+    kept &= fchmod(descriptor, replaced.st_mode & 07777) == 0;
+    static_cast<void>(kept);
 }
 
 } // namespace
@@ -170,21 +188,9 @@ Status WriteFileAtomically(const std::filesystem::path& file, std::string_view b
     if (target.empty())
         return file.empty() ? Status::Failure("no file name") : SystemFailure();
 
-    std::optional<struct stat> replaced(std::in_place);
-    if (stat(target.c_str(), &*replaced) != 0) {
-        if (errno != ENOENT)
-            return SystemFailure();
-        replaced.reset();
-    } else if (S_ISDIR(replaced->st_mode)) {
-        return Status::Failure("is a folder");
-    } else if (!S_ISREG(replaced->st_mode)) {
-        return Status::Failure("is not a regular file");
-    } else if ((replaced->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
-        return Status::Failure(
-            "the file is read-only"); // asked of the mode: the administrator could write it all the same
-    } else if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
-        return SystemFailure();
-    }
+    std::optional<struct stat> replaced;
+    if (Status writable = LookAtTarget(target, replaced); !writable)
+        return writable;
 
     const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
     std::filesystem::path created;
@@ -192,8 +198,10 @@ Status WriteFileAtomically(const std::filesystem::path& file, std::string_view b
     if (descriptor.Get() < 0)
         return SystemFailure();
     TemporaryFile temporary(created);
-    if ((replaced && !TakeOver(descriptor.Get(), *replaced)) || !WriteFully(descriptor.Get(), bytes) ||
-        fsync(descriptor.Get()) != 0 || !descriptor.Close() || !temporary.RenameTo(target))
+    if (replaced)
+        TakeOver(descriptor.Get(), *replaced);
+    if (!WriteFully(descriptor.Get(), bytes) || fsync(descriptor.Get()) != 0 || !descriptor.Close() ||
+        !temporary.RenameTo(target))
         return SystemFailure();
 
     // The new content stands; a file system that cannot bring the folder to disk is no failure of the writing.

@@ -15,7 +15,16 @@ namespace {
 constexpr std::string_view typeKey = "Type"; // with a capital, unlike the "type" of the other configurations
 constexpr std::string_view iwadsKey = "IWADs";
 constexpr std::string_view recentFilesKey = "recentFiles";
+constexpr std::string_view lastFolderKey = "lastDir";
 constexpr std::string_view iwadKeyEnd = "wad";
+
+struct DefaultNumber {
+    std::string_view key;
+    std::int32_t value;
+};
+constexpr DefaultNumber defaultFlags[]{
+    {"createBackup", 1}, {"stateActivate", 0}, {"frameCharacter", 0}, {"firstRun", 1}};
+constexpr DefaultNumber defaultPositions[]{{"lastConfig", 0}, {"lastIWAD", 0}};
 
 std::string TextIn(const SettingValue* value) {
     const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
@@ -48,13 +57,11 @@ void Settings::CreateDefaults(const std::filesystem::path& documentsFolder) {
     root->Set(typeKey, std::string(modConfig::settingsType));
     root->Set(iwadsKey, std::make_shared<SettingTree>());
     root->Set(recentFilesKey, std::make_shared<SettingTree>());
-    root->Set("createBackup", 1);
-    root->Set("stateActivate", 0);
-    root->Set("frameCharacter", 0);
-    root->Set("firstRun", 1);
-    root->Set("lastDir", std::move(lastFolder));
-    root->Set("lastConfig", 0);
-    root->Set("lastIWAD", 0);
+    for (const DefaultNumber& flag : defaultFlags)
+        root->Set(flag.key, flag.value);
+    root->Set(lastFolderKey, std::move(lastFolder));
+    for (const DefaultNumber& position : defaultPositions)
+        root->Set(position.key, position.value);
 }
 
 Status Settings::Load() {
@@ -71,10 +78,13 @@ Status Settings::Save() const {
     return configuration_.SaveConfiguration(file_, "\r\n", true);
 }
 
-std::int32_t Settings::Number(std::string_view key, std::int32_t fallback) const {
+std::int32_t Settings::Number(std::string_view key) const {
     const SettingValue* value = configuration_.Root(true)->Find(key);
     const std::optional<double> number = value == nullptr ? std::nullopt : NumberIn(*value);
-    return number ? RoundToInt32(*number) : fallback;
+    if (number)
+        return RoundToInt32(*number);
+    const auto* standard = std::ranges::find(defaultFlags, key, &DefaultNumber::key);
+    return standard == std::end(defaultFlags) ? 0 : standard->value;
 }
 
 void Settings::Number(std::string_view key, std::int32_t value) { configuration_.Root(true)->Set(key, value); }

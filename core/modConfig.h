@@ -130,9 +130,10 @@ public:
     /// a mistake in a hand-edited file must not cost its content.
     Status Save() const;
 
-    /// A flag or list position; `fallback` when the key is missing or no number.
-    std::int32_t Number(std::string_view key, std::int32_t fallback = 0) const;
+    /// A flag or list position; the default of a first run when the key is missing or no number.
+    std::int32_t Number(std::string_view key) const;
     void Number(std::string_view key, std::int32_t value);
+    /// Empty when the key is missing or no text.
     std::string Text(std::string_view key) const;
     void Text(std::string_view key, std::string_view value);
 

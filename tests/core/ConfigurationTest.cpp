@@ -1,0 +1,204 @@
+#include "core/clsConfiguration.h"
+
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+
+namespace plinket3 {
+namespace {
+
+using Tree = std::shared_ptr<SettingTree>;
+
+/// The tree as one line that also tells the kinds of the values: a:d5, b:f0.5, c:'text', k:[...].
+std::string Shape(const SettingTree& tree) {
+    std::string shape;
+    for (const auto& [key, value] : tree.Entries()) {
+        shape += (shape.empty() ? "" : ", ") + key + ":";
+        if (const auto* real = std::get_if<double>(&value))
+            shape += testing::PrintToString(*real) + "d";
+        else if (const auto* single = std::get_if<float>(&value))
+            shape += testing::PrintToString(*single) + "f";
+        else if (const auto* text = std::get_if<std::string>(&value))
+            shape += "'" + *text + "'";
+        else if (const auto* structure = std::get_if<Tree>(&value))
+            shape += "[" + Shape(**structure) + "]";
+    }
+    return shape;
+}
+
+std::string ShapeOf(std::string_view text) {
+    clsConfiguration configuration;
+    const Status status = configuration.InputConfiguration(text);
+    return status ? Shape(*configuration.Root(true)) : "failed: " + status.Reason();
+}
+
+struct ReadRow {
+    const char* name;
+    std::string_view text, shape;
+};
+
+class ConfigurationReading : public testing::TestWithParam<ReadRow> {};
+
+TEST_P(ConfigurationReading, GivesTheTree) { EXPECT_EQ(ShapeOf(GetParam().text), GetParam().shape); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, ConfigurationReading,
+    testing::Values(
+        ReadRow{"NumbersWithAPointAreSingle", "a = 5; b = 5.0; c=-.25;", "a:5d, b:5f, c:-0.25f"},
+        ReadRow{"NumbersWithPrefixOrExponent", "a=&H10; b=-3e2; c=&o17;", "a:16d, b:-300d, c:15d"},
+        ReadRow{"SingleIsLimitedToItsRange", "a=1.0e99;", "a:3.40282e+38f"},
+        ReadRow{"NumberRunsToTheSemicolon", "k { a = 1 } b = 2; c = 3;", "k:[a:1d, c:3d]"},
+        ReadRow{"PlusIsSkippedAndWordsAreNoNumbers", "a=+5; b=xyz7; c=true;", "a:5d, b:7d, c:0d"},
+        ReadRow{"BlanksInKeysAreDropped", " my\n k e\ty = 1;", "mykey:1d"},
+        ReadRow{"KeysAreCaseSensitive", "a;A;", "a:0d, A:0d"},
+        ReadRow{"LineComment", "a=1; // b=2;\nc=3;", "a:1d, c:3d"},
+        ReadRow{"CommentMarkSplitByReturn", "a=1; /\r/ b=2;\nc=3;", "a:1d, c:3d"},
+        ReadRow{"BlockComment", "/* a=1; */ b=2; /*/ c=3; */ d;", "b:2d, d:0d"},
+        ReadRow{"OpenCommentsEndTheText", "a; /* b; ", "a:0d"},
+        ReadRow{"OpenLineCommentEndsTheText", "a; // b; ", "a:0d"}, ReadRow{"LoneSlashIsDropped", "a/b=1; c/", "ab:1d"},
+        ReadRow{"Escapes", R"(a="\"\\\n\t\r\x\065";)", "a:'\"\\\n\t\rxA'"},
+        ReadRow{"CodesTakeThreeCharactersAsANumber", R"(a="\1e2\1.5\999";)", "a:'d\x02\xff'"},
+        ReadRow{"TabsAndReturnsInStringsAreDeleted", "a=\"x\ty\r\nz\";", "a:'xy\nz'"},
+        ReadRow{"StringsHoldSemicolonsAndBraces", "a=\"x;y}{\"; b;", "a:'x;y}{', b:0d"},
+        ReadRow{"StringsAreNotTrimmed", "a=\"  x \";", "a:'  x '"},
+        ReadRow{"TextAfterAStringStartsTheNextValue", "a=\"x\" 5 ;b=6;", "a:'x', b:56d"},
+        ReadRow{"TextAfterAStringIsLostAtAKeyWithoutValue", "a=\"x\"5;b;c=6;", "a:'x', b:0d, c:6d"},
+        ReadRow{"QuoteInStringModeAddsTheEmptyKey", "a=\"x\" b=\"y; c;", "a:'x', :' b=', c:0d"},
+        ReadRow{"EmptyKeys", ";a;", ":0d, a:0d"}, ReadRow{"SemicolonAfterABrace", "k { }; a;", "k:[], :0d, a:0d"},
+        ReadRow{"SecondEmptyKeyIsADuplicate", "k{};\nm{};", "failed: line 2: key \"\" occurs twice in one block"},
+        ReadRow{"Structures", "k { a = 1; m{b;} } n\n{\n}", "k:[a:1d, m:[b:0d]], n:[]"},
+        ReadRow{"StructureAfterEqualsIsNone", "k = { a = 1; } b;", "k:1d"},
+        ReadRow{"EqualsWithoutValueLooksOn", "a=; b=2;", "a:2d"}, ReadRow{"StrayBraceEndsTheText", "a; } b;", "a:0d"},
+        ReadRow{"OpenBlocksEndWithTheText", "k{a;m{b;", "k:[a:0d, m:[b:0d]]"},
+        ReadRow{"UnfinishedEntriesAreDropped", "a;b=5", "a:0d"},
+        ReadRow{"UnfinishedStringsAreDropped", "a;b=\"x\\", "a:0d"},
+        ReadRow{"UnfinishedCodesAreDropped", "a;b=\"x\\06", "a:0d"},
+        ReadRow{"DuplicateKey", "a;\nk{\n\ta;\n\tb=1;\n\tb=2;\n}",
+                "failed: line 5: key \"b\" occurs twice in one block"},
+        ReadRow{"DuplicateStructure", "k{}k{}", "failed: line 1: key \"k\" occurs twice in one block"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+std::string Nested(std::size_t levels) {
+    std::string text;
+    for (std::size_t level = 0; level < levels; ++level)
+        text += "k{";
+    return text + "a;";
+}
+
+TEST(Configuration, NestingHasALimit) {
+    EXPECT_EQ(ShapeOf(Nested(100)).substr(0, 6), "k:[k:[");
+    EXPECT_EQ(ShapeOf(Nested(101)), "failed: line 1: blocks are nested deeper than 100 levels");
+    EXPECT_EQ(ShapeOf(Nested(1'000'000)), "failed: line 1: blocks are nested deeper than 100 levels");
+}
+
+TEST(Configuration, AFailureNamesTheFileAndKeepsTheOldRoot) {
+    const test::TemporaryFolder folder;
+    test::WriteFile(folder / "twice.cfg", "b;" + std::string(100, 'k') + ";b;");
+    clsConfiguration configuration;
+    ASSERT_TRUE(configuration.InputConfiguration("a=1;"));
+    const std::string file = (folder / "twice.cfg").string();
+    EXPECT_EQ(configuration.LoadConfiguration(folder / "twice.cfg").Reason(),
+              file + ": line 1: key \"b\" occurs twice in one block");
+    EXPECT_FALSE(configuration.LoadConfiguration(folder / "none.cfg"));
+    EXPECT_EQ(Shape(*configuration.Root(true)), "a:1d");
+}
+
+clsConfiguration Sample() {
+    clsConfiguration configuration;
+    auto inner = std::make_shared<SettingTree>();
+    auto outer = std::make_shared<SettingTree>();
+    EXPECT_TRUE(inner->Add("real", 0.25));
+    EXPECT_TRUE(outer->Add("text", std::string("\\ \n\r\t\";")));
+    EXPECT_TRUE(outer->Add("inner", inner));
+    configuration.WriteSetting("a", 1, false);
+    configuration.WriteSetting("k", outer, true);
+    configuration.WriteSetting("flag", true, false);
+    configuration.WriteSetting("single", 0.1f, false);
+    return configuration;
+}
+
+TEST(Configuration, WritesIndentedTextWithEmptyLines) {
+    EXPECT_EQ(Sample().OutputConfiguration("\n", true), "a = 1;\n"
+                                                        "\n"
+                                                        "k\n"
+                                                        "{\n"
+                                                        "\ttext = \"\\\\ \\n\\r\\t\\\";\";\n"
+                                                        "\t\n"
+                                                        "\tinner\n"
+                                                        "\t{\n"
+                                                        "\t\treal = 0.25;\n"
+                                                        "\t}\n"
+                                                        "\t\n"
+                                                        "}\n"
+                                                        "\n"
+                                                        "flag = 0;\n"
+                                                        "single = 0.1;\n");
+}
+
+TEST(Configuration, WritesCompactText) {
+    EXPECT_EQ(Sample().OutputConfiguration("\r\n", false),
+              "a=1;\r\nk\r\n{\r\ntext=\"\\\\ \\n\\r\\t\\\";\";\r\ninner\r\n{\r\nreal=0.25;\r\n}\r\n}\r\n"
+              "flag=0;\r\nsingle=0.1;\r\n");
+    EXPECT_EQ(clsConfiguration().OutputConfiguration("\r\n", true), "");
+}
+
+TEST(Configuration, WrittenTextReadsBack) {
+    const std::string expected = "a:1d, k:[text:'\\ \n\r\t\";', inner:[real:0.25f]], flag:0d, single:0.1f";
+    for (const bool whiteSpace : {true, false})
+        EXPECT_EQ(ShapeOf(Sample().OutputConfiguration("\r\n", whiteSpace)), expected);
+}
+
+TEST(Configuration, SavesAndLoadsAFile) {
+    const test::TemporaryFolder folder;
+    ASSERT_TRUE(Sample().SaveConfiguration(folder / "a.cfg", "\r\n", false));
+    clsConfiguration read;
+    ASSERT_TRUE(read.LoadConfiguration(folder / "a.cfg"));
+    EXPECT_EQ(read.OutputConfiguration("\r\n", false), Sample().OutputConfiguration("\r\n", false));
+    read.NewConfiguration();
+    EXPECT_EQ(read.Root(true)->Count(), 0U);
+}
+
+TEST(Configuration, ReadSettingCopiesStructuresUnlessByReference) {
+    const clsConfiguration configuration = Sample();
+    const Tree copy = std::get<Tree>(configuration.ReadSetting("k", 0.0, false));
+    const Tree live = std::get<Tree>(configuration.ReadSetting("k", 0.0, true));
+    std::get<Tree>(*copy->Find("inner"))->Set("real", 1.0);
+    live->Set("new", 2.0);
+    EXPECT_EQ(Shape(*live), "text:'\\ \n\r\t\";', inner:[real:0.25d], new:2d");
+    EXPECT_FALSE(copy->Exists("new"));
+    EXPECT_EQ(configuration.ReadSetting("none", 7, false), SettingValue(7));
+    configuration.Root(false)->Clear();
+    EXPECT_EQ(configuration.Root(true)->Count(), 4U);
+}
+
+TEST(Configuration, OnlyAStructureThatReplacesIsCopied) {
+    const struct {
+        std::string_view key;
+        bool reference, shared;
+    } rows[]{{"old", false, false}, {"old", true, true}, {"new", false, true}, {"new", true, true}};
+    for (const auto& row : rows) {
+        clsConfiguration configuration;
+        ASSERT_TRUE(configuration.InputConfiguration("old=1;last;"));
+        const auto structure = std::make_shared<SettingTree>();
+        configuration.WriteSetting(row.key, structure, row.reference);
+        structure->Set("late", 1.0);
+        const Tree stored = std::get<Tree>(configuration.ReadSetting(row.key, 0.0, true));
+        EXPECT_EQ(stored->Exists("late"), row.shared) << row.key << row.reference;
+        EXPECT_EQ(configuration.Root(true)->Entries()[row.key == "old" ? 0 : 2].first, row.key);
+    }
+}
+
+TEST(Configuration, RemovingKeepsTheOrderOfTheOthers) {
+    clsConfiguration configuration;
+    ASSERT_TRUE(configuration.InputConfiguration("a;b;c;d;"));
+    configuration.RemoveSetting("b");
+    configuration.RemoveSetting("none");
+    configuration.WriteSetting("c", 5.0, false);
+    configuration.WriteSetting("b", 6.0, false);
+    EXPECT_EQ(Shape(*configuration.Root(true)), "a:0d, c:5d, d:0d, b:6d");
+}
+
+} // namespace
+} // namespace plinket3

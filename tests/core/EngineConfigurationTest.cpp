@@ -1,0 +1,186 @@
+#include "core/modConfig.h"
+
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3 {
+namespace {
+
+using namespace std::string_literals;
+using modConfig::LoadEngine;
+using test::WriteFile;
+
+const std::string required = R"(type = "Plinket3 Engine Configuration file";
+engine { name = "Doom 1.9"; version = 19; table = "doom19.tbl"; allowexeread = 1; exesize = 709905; extended = 0; }
+itemcounts { things = 137; states = 967; sounds = 109; sprites = 138; strings = 0;
+             weapons = 9; ammunition = 4; cheats = 17; }
+flagnames { SPECIAL; SOLID = 7; }
+flagtooltips { a = "Can be picked up"; }
+thingnames { Player = 1; Trooper; }
+weaponnames { b = "Fist"; a = "Pistol"; }
+ammonames { x = "Bullets"; }
+actiondescriptions { 7 = "Looks"; 0 = "No action"; -3 = "Odd"; }
+codepointermnemonics { 0 = "NULL"; 7 = "Look"; 8 = "Look"; }
+)";
+
+const std::string optional = R"(
+offsets { datasegment = &H10; things = 2; states = 3; sounds = 4; sprites = 5; strings = 6; codepointers = 7;
+          weapons = 8; ammunition = 9; cheats = 10; }
+cheatoffsets { 100; &H1F; }
+cheatlengths { a = 9; b = 5; }
+codepointerstostates { 1; 5; 3; }
+codepointeroffsets { 11; 12; 13; }
+boomstrings { D_DEVSTR = "Development mode ON.\\n"; GOTARMOR = "Armor"; }
+miscellaneousoffsets { bfgammousage1 = 1; bfgammousage2 = 2; bfgammousage3 = 3; bluearmorclass = 4;
+    godmodehealth1 = 5; godmodehealth2 = 6; greenarmorclass = 7; idfaarmor = 8; idfaarmorclass = 9; idkfaarmor = 10;
+    idkfaarmorclass = 11; initammo = 12; inithealth = 13; maxarmor1 = 14; maxarmor2 = 15; maxhealth1 = 16;
+    maxhealth2 = 17; maxsoulspherehealth1 = 18; maxsoulspherehealth2 = 19; megaspherehealth = 20;
+    monstersinfight = 21; soulspherehealth = 22; }
+)";
+
+class EngineConfigurationTest : public testing::Test {
+protected:
+    Status Load(const std::string& text) {
+        WriteFile(folder_ / "doom19.cfg", text);
+        return LoadEngine(folder_ / "doom19.cfg", engine_);
+    }
+    /// The required part with `what` replaced.
+    std::string With(const std::string& what, const std::string& by) {
+        std::string text = required;
+        const std::size_t at = text.find(what);
+        EXPECT_NE(at, std::string::npos) << what;
+        return text.replace(at, what.size(), by);
+    }
+
+    test::TemporaryFolder folder_;
+    EngineConfiguration engine_;
+};
+
+TEST_F(EngineConfigurationTest, LoadsTheRequiredStructures) {
+    ASSERT_TRUE(Load(required));
+    EXPECT_EQ(engine_.name, "Doom 1.9");
+    EXPECT_EQ(engine_.version, 19);
+    EXPECT_EQ(engine_.fileName, "doom19.cfg");
+    EXPECT_EQ(engine_.table, "doom19.tbl");
+    EXPECT_EQ(engine_.exeSize, 709905);
+    EXPECT_TRUE(engine_.allowExeRead);
+    EXPECT_FALSE(engine_.extended);
+    EXPECT_EQ(engine_.itemCounts.things, 137);
+    EXPECT_EQ(engine_.itemCounts.states, 967);
+    EXPECT_EQ(engine_.itemCounts.cheats, 17);
+    EXPECT_EQ(engine_.flagNames, (std::vector{"SPECIAL"s, "SOLID"s}));
+    EXPECT_EQ(engine_.flagTooltips, std::vector{"Can be picked up"s});
+    EXPECT_EQ(engine_.thingNames, (std::vector{"Player"s, "Trooper"s}));
+    EXPECT_EQ(engine_.weaponNames, (std::vector{"Fist"s, "Pistol"s}));
+    EXPECT_EQ(engine_.ammoNames, std::vector{"Bullets"s});
+    EXPECT_TRUE(engine_.strings.empty() && engine_.cheatLengths.empty() && engine_.codePointerStates.empty());
+}
+
+TEST_F(EngineConfigurationTest, ActionsKeepTheOrderOfTheDescriptions) {
+    ASSERT_TRUE(Load(required));
+    std::string list;
+    for (const EngineConfiguration::Action& action : engine_.actions)
+        list += std::to_string(action.value) + "=" + action.mnemonic + "=" + action.description + ";";
+    EXPECT_EQ(list, "7=Look=Looks;0=NULL=No action;-3==Odd;");
+    EXPECT_EQ(engine_.MnemonicCount(), 3U);
+    EXPECT_EQ(*engine_.MnemonicOf(8), "Look");
+    EXPECT_EQ(engine_.MnemonicOf(9), nullptr);
+    EXPECT_EQ(engine_.CodePointerOf("Look"), 7);
+    EXPECT_EQ(engine_.CodePointerOf("LOOK"), std::nullopt);
+}
+
+TEST_F(EngineConfigurationTest, LoadsTheOptionalStructures) {
+    ASSERT_TRUE(Load(required + optional));
+    EXPECT_EQ(engine_.offsets.dataSegment, 16);
+    EXPECT_EQ(engine_.offsets.cheats, 10);
+    EXPECT_EQ(engine_.cheatOffsets, (std::vector{100, 31}));
+    EXPECT_EQ(engine_.cheatLengths, (std::vector{9, 5}));
+    EXPECT_EQ(engine_.codePointerStates, (std::vector{1, 5, 3}));
+    EXPECT_EQ(engine_.codePointerOffsets, (std::vector{11, 12, 13}));
+    ASSERT_EQ(engine_.strings.size(), 2U);
+    EXPECT_EQ(engine_.strings[0].mnemonic, "D_DEVSTR");
+    EXPECT_EQ(engine_.strings[0].text, "Development mode ON.\\n");
+    ASSERT_EQ(engine_.miscellaneousOffsets.size(), 22U);
+    for (std::int32_t index = 0; index < 22; ++index)
+        EXPECT_EQ(engine_.miscellaneousOffsets[static_cast<std::size_t>(index)], index + 1);
+}
+
+TEST_F(EngineConfigurationTest, ALaterFileEmptiesTheStringsButKeepsTheOffsets) {
+    ASSERT_TRUE(Load(required + optional));
+    ASSERT_TRUE(Load(required));
+    EXPECT_TRUE(engine_.strings.empty());
+    EXPECT_EQ(engine_.offsets.sounds, 4);
+}
+
+TEST_F(EngineConfigurationTest, FailuresNameFileStructureAndKeyAndChangeNothing) {
+    const struct {
+        std::string what, by, reason;
+    } rows[]{{"table = \"doom19.tbl\";", "", "missing key \"engine.table\""},
+             {"flagnames {", "flags {", "missing structure \"flagnames\""},
+             {"flagnames { SPECIAL; SOLID = 7; }", "flagnames = 1;", "\"flagnames\" is not a structure"},
+             {"\"Doom 1.9\"", "5", "\"engine.name\" is not a text"},
+             {"exesize = 709905", "exesize = \"big\"", "\"engine.exesize\" is not a number"},
+             {"extended = 0;", "extended { }", "\"engine.extended\" is not a number"},
+             {"version = 19", "version = 32768", "\"engine.version\" is out of range"},
+             {"things = 137", "things = 2147483648", "\"itemcounts.things\" is out of range"},
+             {"things = 137", "things = -1", "\"itemcounts.things\" is negative"},
+             {"b = \"Fist\"", "b = 3", "\"weaponnames.b\" is not a text"},
+             {"7 = \"Looks\"", "7a = \"Looks\"", "\"actiondescriptions.7a\" is a key that is not a number"},
+             {"flagnames {", "offsets { things = 1; } flagnames {", "missing key \"offsets.datasegment\""},
+             {"flagnames {", "cheatlengths { a = \"x\"; } flagnames {", "\"cheatlengths.a\" is not a number"},
+             {"flagnames {", "thingnames { } flagnames {", "line 7: key \"thingnames\" occurs twice in one block"}};
+    engine_.name = "before";
+    const std::string file = (folder_ / "doom19.cfg").string() + ": ";
+    for (const auto& row : rows) {
+        EXPECT_EQ(Load(With(row.what, row.by)).Reason(), file + row.reason);
+        EXPECT_EQ(engine_.name, "before");
+    }
+}
+
+TEST_F(EngineConfigurationTest, AnotherTypeIsShownAsInvalid) {
+    test::ExpectingNotifier notifier;
+    notifier.Expect(MessageKind::Exclamation, "Invalid engine configuration file.");
+    WriteFile(folder_ / "a.cfg", With("type", "Type"));
+    EXPECT_FALSE(modConfig::LoadEngineConfiguration(folder_ / "a.cfg", engine_, notifier));
+    WriteFile(folder_ / "a.cfg", required);
+    EXPECT_TRUE(modConfig::LoadEngineConfiguration(folder_ / "a.cfg", engine_, notifier));
+}
+
+TEST_F(EngineConfigurationTest, TheEnumerationListsValidFilesByName) {
+    std::filesystem::create_directory(folder_ / "dir.cfg");
+    WriteFile(folder_ / "b.cfg", With("extended = 0", "extended = 1"));
+    WriteFile(folder_ / "a.CFG", required);
+    WriteFile(folder_ / "c.txt", required);
+    WriteFile(folder_ / "other.cfg", "type = \"Plinket3 IWAD detect configuration file\";");
+    WriteFile(folder_ / "twice.cfg", "a;a;");
+    WriteFile(folder_ / "unnamed.cfg", With("name = \"Doom 1.9\";", ""));
+    std::vector<std::string> skipped;
+    const auto engines =
+        modConfig::EnumerateEngines(folder_.Path(), [&](std::string_view line) { skipped.emplace_back(line); });
+    ASSERT_EQ(engines.size(), 2U);
+    EXPECT_EQ(engines[0].file, folder_ / "a.CFG");
+    EXPECT_EQ(engines[0].name, "Doom 1.9");
+    EXPECT_EQ(engines[0].version, 19);
+    EXPECT_FALSE(engines[0].extended);
+    EXPECT_TRUE(engines[1].extended);
+    const std::string folder = folder_.Path().string();
+    EXPECT_EQ(skipped, (std::vector{folder + "/twice.cfg: line 1: key \"a\" occurs twice in one block",
+                                    folder + "/unnamed.cfg: missing key \"engine.name\""}));
+    EXPECT_TRUE(modConfig::EnumerateEngines(folder_ / "none", nullptr).empty());
+}
+
+TEST_F(EngineConfigurationTest, IwadNamesAreFoundByBaseNameInLowerCase) {
+    clsConfiguration detect;
+    WriteFile(folder_ / "iwaddetect.cfg", "type = \"Plinket3 IWAD detect configuration file\"; doom2 = \"Doom II\";");
+    ASSERT_TRUE(modConfig::LoadIwadDetect(folder_ / "iwaddetect.cfg", detect));
+    EXPECT_EQ(modConfig::DetectIwadName(detect, "/Games/DOOM2.WAD"), "Doom II");
+    EXPECT_EQ(modConfig::DetectIwadName(detect, "doom.wad"), "");
+    WriteFile(folder_ / "wrong.cfg", "type = \"x\";");
+    for (const char* name : {"wrong.cfg", "none.cfg"})
+        EXPECT_EQ(modConfig::LoadIwadDetect(folder_ / name, detect).Reason(),
+                  "Invalid IWAD detect configuration file.");
+}
+
+} // namespace
+} // namespace plinket3

@@ -1,0 +1,159 @@
+#include "core/Files.h"
+
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace plinket3 {
+namespace {
+
+namespace fs = std::filesystem;
+using test::ReadFile;
+using test::WriteFile;
+
+std::size_t EntriesIn(const fs::path& folder) {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+/// Files cannot grow beyond `bytes` while this lives: stands for a full disk.
+class SmallDisk {
+public:
+    explicit SmallDisk(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SmallDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, signal_);
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+
+private:
+    void (*signal_)(int);
+    rlimit before_{};
+};
+
+class FilesTest : public testing::Test {
+protected:
+    test::TemporaryFolder folder_;
+};
+
+TEST_F(FilesTest, WhatWasWrittenIsRead) {
+    const std::string bytes("a\0\r\n\xff", 5);
+    ASSERT_TRUE(WriteFileAtomically(folder_ / "new.deh", bytes));
+    std::string read = "old";
+    ASSERT_TRUE(ReadWholeFile(folder_ / "new.deh", read, 5));
+    EXPECT_EQ(read, bytes);
+    EXPECT_EQ(EntriesIn(folder_.Path()), 1U);
+}
+
+TEST_F(FilesTest, ReadingRefusesWhatIsNoOrdinaryFile) {
+    mkfifo((folder_ / "pipe").c_str(), 0600);
+    WriteFile(folder_ / "six", "123456");
+    const struct {
+        fs::path file;
+        std::string_view reason;
+    } rows[]{{folder_.Path(), "is a folder"},
+             {folder_ / "pipe", "is not a regular file"},
+             {"/dev/zero", "is not a regular file"},
+             {folder_ / "none", "No such file or directory"},
+             {folder_ / "six", "is larger than 5 bytes"}};
+    for (const auto& row : rows) {
+        std::string bytes = "old";
+        EXPECT_EQ(ReadWholeFile(row.file, bytes, 5).Reason(), row.reason);
+        EXPECT_EQ(bytes, "") << row.file;
+    }
+}
+
+TEST_F(FilesTest, FilesWhoseSizeIsToldAsZeroAreReadToTheirEnd) {
+    std::string bytes;
+    ASSERT_TRUE(ReadWholeFile("/proc/self/status", bytes));
+    EXPECT_GT(bytes.size(), 100U);
+}
+
+TEST_F(FilesTest, WritingKeepsThePermissionsOfTheOldFile) {
+    WriteFile(folder_ / "a", "old and longer");
+    fs::permissions(folder_ / "a", fs::perms(0642));
+    ASSERT_TRUE(WriteFileAtomically(folder_ / "a", "new"));
+    EXPECT_EQ(ReadFile(folder_ / "a"), "new");
+    EXPECT_EQ(fs::status(folder_ / "a").permissions(), fs::perms(0642));
+}
+
+TEST_F(FilesTest, WritingFollowsLinksAlsoToFilesThatAreStillToBeMade) {
+    fs::create_directory(folder_ / "sub");
+    WriteFile(folder_ / "sub/old", "old");
+    fs::create_symlink("sub/old", folder_ / "toOld");
+    fs::create_symlink("toOld", folder_ / "chain");
+    fs::create_symlink(folder_ / "sub/made", folder_ / "toMade");
+    fs::create_symlink("loop", folder_ / "loop");
+    ASSERT_TRUE(WriteFileAtomically(folder_ / "chain", "new"));
+    ASSERT_TRUE(WriteFileAtomically(folder_ / "toMade", "made"));
+    EXPECT_EQ(ReadFile(folder_ / "sub/old"), "new");
+    EXPECT_EQ(ReadFile(folder_ / "sub/made"), "made");
+    EXPECT_TRUE(fs::is_symlink(folder_ / "chain") && fs::is_symlink(folder_ / "toMade"));
+    EXPECT_EQ(WriteFileAtomically(folder_ / "loop", "x").Reason(), "Too many levels of symbolic links");
+}
+
+TEST_F(FilesTest, AFailedWriteLeavesEverythingAsItWas) {
+    WriteFile(folder_ / "a", "old");
+    {
+        const SmallDisk disk(1000);
+        const Status status = WriteFileAtomically(folder_ / "a", std::string(5000, 'x'));
+        EXPECT_EQ(status.Reason(), "File too large");
+    }
+    EXPECT_EQ(ReadFile(folder_ / "a"), "old");
+    EXPECT_EQ(EntriesIn(folder_.Path()), 1U);
+}
+
+TEST_F(FilesTest, WritingRefusesWhatMustNotBeReplaced) {
+    WriteFile(folder_ / "readOnly", "old");
+    fs::permissions(folder_ / "readOnly", fs::perms(0444));
+    EXPECT_EQ(WriteFileAtomically(folder_ / "readOnly", "new").Reason(), "the file is read-only");
+    EXPECT_EQ(ReadFile(folder_ / "readOnly"), "old");
+    EXPECT_EQ(WriteFileAtomically(folder_.Path(), "new").Reason(), "is a folder");
+    EXPECT_EQ(WriteFileAtomically("/dev/null", "new").Reason(), "is not a regular file");
+    EXPECT_EQ(WriteFileAtomically(folder_ / "none/a", "new").Reason(), "No such file or directory");
+    EXPECT_EQ(WriteFileAtomically("", "new").Reason(), "no file name");
+}
+
+TEST_F(FilesTest, NamesAsLongAsTheSystemAllowsCanBeWritten) {
+    EXPECT_TRUE(WriteFileAtomically(folder_ / std::string(255, 'n'), "x"));
+}
+
+TEST_F(FilesTest, PathsAreResolvedExactlyFirstAndWithoutCaseSecond) {
+    fs::create_directories(folder_ / "Games/wads");
+    fs::create_directories(folder_ / "Games/Wads");
+    WriteFile(folder_ / "Games/Wads/DOOM.WAD", "");
+    WriteFile(folder_ / "Games/Wads/Doom.wad", "");
+    WriteFile(folder_ / "Games/wads/only.wad", "");
+    const struct {
+        std::string_view given, resolved;
+    } rows[]{{"Games/Wads/Doom.wad", "Games/Wads/Doom.wad"}, {"games/WADS/dOOM.wad", "Games/Wads/DOOM.WAD"},
+             {"games/wads/ONLY.wad", "Games/wads/only.wad"}, {"games/wads/doom.wad", "games/wads/doom.wad"},
+             {"games/none/doom.wad", "games/none/doom.wad"}, {"games/WADS/", "Games/Wads/"}};
+    for (const auto& row : rows)
+        EXPECT_EQ(ResolveIgnoringCase(folder_ / row.given), folder_ / row.resolved);
+
+    const fs::path before = fs::current_path();
+    fs::current_path(folder_.Path());
+    EXPECT_EQ(ResolveIgnoringCase("GAMES"), "Games");
+    fs::current_path(before);
+}
+
+TEST_F(FilesTest, AFolderIsNoExistingFile) {
+    WriteFile(folder_ / "a", "");
+    EXPECT_TRUE(FileExists(folder_ / "a"));
+    EXPECT_FALSE(FileExists(folder_.Path()));
+    EXPECT_FALSE(FileExists(folder_ / "b"));
+    EXPECT_FALSE(FileExists(""));
+}
+
+} // namespace
+} // namespace plinket3

@@ -1,0 +1,68 @@
+#include "core/clsLog.h"
+
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3 {
+namespace {
+
+using test::ReadFile;
+using test::WriteFile;
+
+std::tm Afternoon() {
+    std::tm time{};
+    time.tm_year = 126;
+    time.tm_mon = 1;
+    time.tm_mday = 3;
+    time.tm_hour = 14;
+    time.tm_min = 5;
+    time.tm_sec = 9;
+    return time;
+}
+
+const std::string banner = "\r\n" + std::string(70, '-') +
+                           "\r\nAppend log at 2026-02-03 14:05:09\r\n"
+                           "[14:05:09]  Plinket3 version 0.99 build 245\r\n"
+                           "[14:05:09]  " +
+                           std::string(58, '-') + "\r\n";
+
+class LogTest : public testing::Test {
+protected:
+    test::TemporaryFolder folder_;
+    clsLog log_{Afternoon};
+};
+
+TEST_F(LogTest, StartsAfreshUnlessAppending) {
+    WriteFile(folder_ / "a.log", "old\r\n");
+    ASSERT_TRUE(log_.StartLog(folder_ / "a.log", true));
+    EXPECT_EQ(ReadFile(folder_ / "a.log"), "old\r\n" + banner);
+    ASSERT_TRUE(log_.StartLog(folder_ / "a.log", false));
+    EXPECT_EQ(ReadFile(folder_ / "a.log"), banner);
+}
+
+TEST_F(LogTest, EveryLineIsOnDiskAtOnce) {
+    ASSERT_TRUE(log_.StartLog(folder_ / "a.log", false));
+    log_.Add("Ready.");
+    log_.Add("");
+    EXPECT_EQ(ReadFile(folder_ / "a.log"), banner + "[14:05:09]  Ready.\r\n[14:05:09]  \r\n");
+}
+
+TEST_F(LogTest, ASecondStartClosesTheFirstFile) {
+    ASSERT_TRUE(log_.StartLog(folder_ / "a.log", false));
+    ASSERT_TRUE(log_.StartLog(folder_ / "b.log", false));
+    log_.Add("x");
+    EXPECT_EQ(ReadFile(folder_ / "a.log"), banner);
+    EXPECT_EQ(log_.FileName(), folder_ / "b.log");
+}
+
+TEST_F(LogTest, WithoutAFileNothingIsWritten) {
+    log_.Add("early");
+    EXPECT_EQ(log_.StartLog(folder_.Path(), false).Reason(), "Is a directory");
+    EXPECT_EQ(log_.StartLog(folder_ / "none/a.log", false).Reason(), "No such file or directory");
+    log_.Add("late");
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.Path()));
+}
+
+} // namespace
+} // namespace plinket3

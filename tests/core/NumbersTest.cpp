@@ -1,0 +1,79 @@
+#include "core/Numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <limits>
+
+namespace plinket3 {
+namespace {
+
+struct Reading {
+    std::string_view text;
+    double value;
+};
+
+TEST(Numbers, LeadingRealStopsAtTheFirstOtherCharacter) {
+    constexpr Reading rows[]{{"12", 12},  {"  -3.5x", -3.5}, {"+7", 7},  {"- 7", 0}, {".5", 0.5},
+                             {"5.", 5},   {"1.2.3", 1.2},    {"1e3", 1}, {"\t4", 0}, {"", 0},
+                             {"wide", 0}, {"&H10", 0},       {"inf", 0}, {"nan", 0}, {"1,5", 1}};
+    for (const Reading& row : rows)
+        EXPECT_EQ(LeadingReal(row.text), row.value) << row.text;
+}
+
+TEST(Numbers, LeadingInt32RoundsHalvesToEvenAndLimits) {
+    constexpr Reading rows[]{{"0.5", 0},
+                             {"1.5", 2},
+                             {"-2.5", -2},
+                             {"2147483647.4", 2147483647},
+                             {"99999999999999999999", 2147483647},
+                             {"-2147483649", -2147483648.0}};
+    for (const Reading& row : rows)
+        EXPECT_EQ(LeadingInt32(row.text), row.value) << row.text;
+    EXPECT_EQ(RoundToInt32(std::nan("")), 0);
+    EXPECT_EQ(RoundToInt32(-std::numeric_limits<double>::infinity()), INT32_MIN);
+}
+
+TEST(Numbers, ConfigurationNumberReadsPrefixesAndExponents) {
+    constexpr Reading rows[]{{"&H10", 16},
+                             {"&hfFg", 255},
+                             {"&O178", 15},
+                             {"& H 1 0", 16},
+                             {"&", 0},
+                             {"&H", 0},
+                             {"-&H10", 0},
+                             {"-3e2", -300},
+                             {"1D-2", 0.01},
+                             {"1 2\n3\t4", 1234},
+                             {"5e", 5},
+                             {"5e+", 5},
+                             {"5 e + 1", 50},
+                             {"e5", 0},
+                             {"-", 0},
+                             {"1e999", DBL_MAX},
+                             {"-1e99999999999999999999", -DBL_MAX},
+                             {"0e999", 0},
+                             {"1e-999", 0},
+                             {"0.00000000001e310", 1e299}};
+    for (const Reading& row : rows)
+        EXPECT_EQ(ConfigurationNumber(row.text), row.value) << row.text;
+    EXPECT_EQ(ConfigurationNumber("0." + std::string(1000, '0') + "1e1001"), 1);
+    EXPECT_EQ(ConfigurationNumber("&H" + std::string(1000, 'F')), DBL_MAX);
+}
+
+TEST(Numbers, RealTextIsTheShortestThatReadsBack) {
+    EXPECT_EQ(RealText(20.0), "20");
+    EXPECT_EQ(RealText(-0.25), "-0.25");
+    EXPECT_EQ(RealText(0.001), "0.001");
+    EXPECT_EQ(RealText(-0.0), "0");
+    EXPECT_EQ(RealText(0.1f), "0.1");
+    EXPECT_EQ(RealText(100000.0), "100000");
+    EXPECT_EQ(RealText(9e18), "9000000000000000000");
+    EXPECT_EQ(RealText(-9223372036854774784.0), "-9223372036854774784");
+    EXPECT_EQ(RealText(1e300), "1e+300");
+    EXPECT_EQ(RealText(DBL_MIN), "2.2250738585072014e-308");
+}
+
+} // namespace
+} // namespace plinket3

@@ -1,0 +1,140 @@
+#include "core/modConfig.h"
+
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3 {
+namespace {
+
+using namespace std::string_literals;
+using test::ReadFile;
+using test::WriteFile;
+
+constexpr const char* type = "Type = \"Plinket3 Program Configuration file\";\r\n";
+
+class SettingsTest : public testing::Test {
+protected:
+    SettingsTest() { settings_.File(folder_ / "plinket3.cfg"); }
+    Status Load(const std::string& text) {
+        WriteFile(settings_.File(), text);
+        return settings_.Load();
+    }
+    std::string Saved() {
+        EXPECT_TRUE(settings_.Save());
+        return ReadFile(settings_.File());
+    }
+    std::string IwadList() const {
+        std::string list;
+        for (const Settings::Iwad& iwad : settings_.Iwads())
+            list += iwad.name + "=" + iwad.path + " ";
+        return list;
+    }
+
+    test::TemporaryFolder folder_;
+    Settings settings_;
+};
+
+TEST_F(SettingsTest, TheFirstFileHoldsTheDefaults) {
+    settings_.CreateDefaults("/home/me/My\\Documents/");
+    EXPECT_EQ(Saved(), type + "\r\n"
+                              "IWADs\r\n"
+                              "{\r\n"
+                              "}\r\n"
+                              "\r\n"
+                              "\r\n"
+                              "recentFiles\r\n"
+                              "{\r\n"
+                              "}\r\n"
+                              "\r\n"
+                              "createBackup = 1;\r\n"
+                              "stateActivate = 0;\r\n"
+                              "frameCharacter = 0;\r\n"
+                              "firstRun = 1;\r\n"
+                              "lastDir = \"/home/me/My\\\\Documents\";\r\n"
+                              "lastConfig = 0;\r\n"
+                              "lastIWAD = 0;\r\n"s);
+}
+
+TEST_F(SettingsTest, ValuesSurviveSavingAndLoading) {
+    settings_.CreateDefaults("/");
+    settings_.Number("firstRun", 0);
+    settings_.Text("lastDir", "/a;b\"c");
+    settings_.AddIwad("Doom;II", "/w/doom2.wad");
+    settings_.AddRecentFile("/p/a.deh");
+    ASSERT_TRUE(settings_.Save());
+    Settings other;
+    other.File(settings_.File());
+    ASSERT_TRUE(other.Load());
+    EXPECT_EQ(other.Number("firstRun"), 0);
+    EXPECT_EQ(other.Text("lastDir"), "/a;b\"c");
+    EXPECT_EQ(other.RecentFiles(), std::vector{"/p/a.deh"s});
+    ASSERT_EQ(other.Iwads().size(), 1U);
+    EXPECT_EQ(other.Iwads()[0].name, "DoomII");
+    EXPECT_EQ(other.Iwads()[0].path, "/w/doom2.wad");
+}
+
+TEST_F(SettingsTest, OnlyAnotherTypeIsRefused) {
+    constexpr const char* invalid = "Invalid program configuration file.";
+    EXPECT_EQ(settings_.Load().Reason(), invalid);
+    EXPECT_EQ(Load("").Reason(), invalid);
+    EXPECT_EQ(Load("type = \"Plinket3 Program Configuration file\"; a = 1;").Reason(), invalid);
+    EXPECT_EQ(settings_.Number("a"), 1) << "what was read is written back";
+    ASSERT_TRUE(Load(type));
+    EXPECT_EQ(settings_.Number("createBackup"), 1);
+    EXPECT_EQ(settings_.Text("lastDir"), "");
+    settings_.AddIwad("a", "b");
+    settings_.AddRecentFile("c");
+    EXPECT_EQ(IwadList(), "a=b ");
+    EXPECT_EQ(settings_.RecentFiles(), std::vector{"c"s});
+}
+
+TEST_F(SettingsTest, AFileThatCannotBeReadIsNotOverwritten) {
+    const std::string twice = type + "a = 1;\r\na = 2;\r\n"s;
+    EXPECT_FALSE(Load(twice));
+    EXPECT_FALSE(settings_.Save());
+    EXPECT_EQ(ReadFile(settings_.File()), twice);
+}
+
+TEST_F(SettingsTest, IwadsAreNumberedAnewAfterARemoval) {
+    ASSERT_TRUE(
+        Load(type + "IWADs { 1wad = \"two;/2\"; 0wad = \"one;/1;x\"; 10wad = \"eleven;/11\"; 2wad = \"three\"; }"s));
+    EXPECT_EQ(IwadList(), "one=/1;x two=/2 three= eleven=/11 ");
+    settings_.RemoveIwad(9);
+    settings_.RemoveIwad(0);
+    EXPECT_EQ(Saved(), type + "\r\nIWADs\r\n{\r\n\t0wad = \"two;/2\";\r\n\t1wad = \"three;\";\r\n"
+                              "\t2wad = \"eleven;/11\";\r\n}\r\n\r\n"s);
+}
+
+TEST_F(SettingsTest, ARecentFileMovesToTheEndAndTakesTheSmallestFreeKey) {
+    ASSERT_TRUE(Load(type + "recentFiles { 3 = \"/p/a.deh\"; 1 = \"/p/b.deh\"; 2 = \"/p/c.deh\"; }"s));
+    settings_.AddRecentFile("/P/B.deh");
+    settings_.AddRecentFile("/p/d.deh");
+    EXPECT_EQ(Saved(), type + "\r\nrecentFiles\r\n{\r\n\t3 = \"/p/a.deh\";\r\n\t2 = \"/p/c.deh\";\r\n"
+                              "\t1 = \"/P/B.deh\";\r\n\t4 = \"/p/d.deh\";\r\n}\r\n\r\n"s);
+}
+
+TEST_F(SettingsTest, TheThirtyThirdRecentFileDropsTheOldest) {
+    settings_.CreateDefaults("/");
+    for (int file = 1; file <= 33; ++file)
+        settings_.AddRecentFile("/" + std::to_string(file));
+    EXPECT_EQ(settings_.RecentFiles().size(), 32U);
+    EXPECT_EQ(settings_.RecentFiles().front(), "/2");
+    EXPECT_NE(Saved().find("\t1 = \"/33\";\r\n}"), std::string::npos) << "the key that became free";
+    settings_.AddRecentFile("/20");
+    EXPECT_EQ(settings_.RecentFiles().size(), 31U) << "room is made before the file is looked for";
+}
+
+TEST_F(SettingsTest, RecentFilesThatAreGoneArePruned) {
+    for (const char* name : {"a", "b", "c"})
+        WriteFile(folder_ / name, "");
+    settings_.CreateDefaults("/");
+    const std::string folder = folder_.Path().string();
+    for (const char* name : {"/a", "/gone", "", "/b", "/gone2", "/c"})
+        settings_.AddRecentFile(folder + name);
+    settings_.PruneRecentFiles();
+    EXPECT_EQ(settings_.RecentFiles(), (std::vector{folder + "/a", folder + "/b", folder + "/c"}));
+}
+
+} // namespace
+} // namespace plinket3
