@@ -1,0 +1,77 @@
+#include "tests/ui/UiTest.h"
+
+#include "core/Files.h"
+#include "patch/modTables.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+namespace plinket3::test {
+
+namespace {
+
+constexpr const char* freedoom = "/usr/share/games/doom/freedoom2.wad";
+
+} // namespace
+
+void TestLinks::SelectSingleState(int state, int thing, int weapon) {
+    Record("select state " + std::to_string(state) + " " + std::to_string(thing) + " " + std::to_string(weapon));
+}
+
+void TestLinks::ReplaceThingFilterEntry(int entry, const QString& text) {
+    Record("filter entry " + std::to_string(entry) + " " + text.toStdString());
+}
+
+std::optional<EditorLinks::SpriteChoice> TestLinks::PickSprite(SpriteChoice start) {
+    Record("pick sprite " + std::to_string(start.sprite) + " " + std::to_string(start.frame));
+    return pickedSprite;
+}
+
+std::optional<std::int32_t> TestLinks::PickState(std::int32_t start) {
+    Record("pick state " + std::to_string(start));
+    return pickedState;
+}
+
+std::optional<std::int32_t> TestLinks::PickAction(std::int32_t start) {
+    Record("pick action " + std::to_string(start));
+    return pickedAction;
+}
+
+QString TestLinks::AskText(const QString& title, const QString& prompt, const QString& start) {
+    Record("ask " + title.toStdString() + "|" + prompt.toStdString() + "|" + start.toStdString());
+    return typedText;
+}
+
+void EditorTest::LoadEngine(const std::string& engine) {
+    program.programFolder = PLINKET3_PROGRAM_FOLDER;
+    ASSERT_TRUE(modConfig::LoadEngineConfiguration(program.programFolder / "config" / (engine + ".cfg"),
+                                                   program.engine, notifier));
+    ASSERT_TRUE(modTables::LoadEngineTable(program, program.engine, program.patch));
+    program.wads.ClearWads();
+    if (FileExists(freedoom)) {
+        program.iwad = std::make_shared<clsWad>();
+        program.iwad->OpenWad(freedoom);
+        ASSERT_TRUE(program.wads.RegisterWad(program.iwad));
+        const auto palette = program.wads.FindLump("PLAYPAL");
+        ASSERT_TRUE(palette);
+        program.palette = palette->wad->ReadLumpString(palette->num);
+    }
+    edits.Clear();
+}
+
+void Type(QLineEdit& box, const char* text) {
+    QTest::mouseClick(&box, Qt::LeftButton);
+    QApplication::processEvents();
+    box.selectAll();
+    QTest::keyClicks(&box, QString::fromLatin1(text));
+}
+
+} // namespace plinket3::test
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "patch/Edits.h"
+#include "patch/Program.h"
+#include "tests/support/TestSupport.h"
+#include "ui/editors/EditorWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QTest>
+#include <QWidget>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace plinket3::test {
+
+/// Stands in for the other windows: answers what a test has set and records what was asked.
+class TestLinks : public EditorLinks {
+public:
+    void SelectSingleState(int state, int thing, int weapon) override;
+    std::optional<int> SelectedStateRow() override { return selectedStateRow; }
+    void ShowSoundInEditor(int sound) override { Record("show sound " + std::to_string(sound)); }
+    std::optional<int> SelectedSoundRow() override { return selectedSoundRow; }
+    void ReplaceThingFilterEntry(int entry, const QString& text) override;
+    void PlaySoundLump(int sound) override { Record("play sound " + std::to_string(sound)); }
+    std::optional<SpriteChoice> PickSprite(SpriteChoice start) override;
+    std::optional<std::int32_t> PickState(std::int32_t start) override;
+    std::optional<std::int32_t> PickAction(std::int32_t start) override;
+    QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+    void ShowStatus(const QString& text) override { Record("status " + text.toStdString()); }
+
+    std::optional<int> selectedStateRow, selectedSoundRow;
+    std::optional<SpriteChoice> pickedSprite;
+    std::optional<std::int32_t> pickedState, pickedAction;
+    QString typedText; // the answer to AskText
+    std::vector<std::string> calls;
+
+private:
+    void Record(std::string call) { calls.push_back(std::move(call)); }
+};
+
+/// A program with an engine's data (and Freedoom's WAD, where it is installed) and no windows but the one under test.
+class EditorTest : public ::testing::Test {
+protected:
+    /// `engine` is a configuration's name: "doom19", "mbf19" ...
+    void LoadEngine(const std::string& engine);
+    EditorContext Context() { return {program, edits, links}; }
+    const PatchSet& Current() const { return program.patch.current; }
+    const PatchSet& Defaults() const { return program.patch.defaults; }
+    bool HasWad() const { return program.wads.Count() > 0; }
+
+    ExpectingNotifier notifier;
+    Program program{notifier};
+    Edits edits{program.patch};
+    TestLinks links;
+};
+
+/// The control of that object name inside `window`; fails the test (and returns a fresh one) when there is none.
+template <class Widget> Widget& Find(QWidget& window, const char* name) {
+    auto* widget = window.findChild<Widget*>(QString::fromLatin1(name));
+    if (widget == nullptr) {
+        ADD_FAILURE() << "there is no control " << name;
+        widget = new Widget(&window);
+    }
+    return *widget;
+}
+
+/// Clicks into a box, as a user does, and types over what it holds.
+void Type(QLineEdit& box, const char* text);
+
+} // namespace plinket3::test

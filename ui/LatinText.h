@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace plinket3 {
+
+// Text of patches is bytes and shown as Latin-1; paths are what the file system says.
+
+inline QString ShownText(std::string_view text) {
+    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+inline std::string StoredText(const QString& text) { return text.toLatin1().toStdString(); }
+
+/// False for a text with a character that has no byte.
+inline bool IsStorable(const QString& text) {
+    for (const QChar character : text)
+        if (character.unicode() > 0xff)
+            return false;
+    return true;
+}
+
+inline QString ShownPath(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
+inline std::filesystem::path StoredPath(const QString& path) { return path.toStdString(); }
+
+} // namespace plinket3

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "patch/Program.h"
+
+#include <QImage>
+#include <QString>
+#include <QWidget>
+
+namespace plinket3 {
+
+/// Shows one frame of a sprite out of the session's WADs, crisp: centred, and scaled by the largest whole number that
+/// fits. Uncovered pixels have the palette's first colour.
+class SpriteView : public QWidget {
+    Q_OBJECT
+public:
+    explicit SpriteView(const QString& name);
+
+    /// Draws the lump that the sprite's frame (without the lit bit) has in the WADs and returns its name; clears the
+    /// view and returns an empty text when there is none or it is no picture.
+    QString ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame);
+    /// The same for the frame of a state.
+    QString ShowState(const Session& session, std::int32_t state);
+    void Clear();
+
+    /// What is drawn, in the picture's own size; null when nothing is.
+    const QImage& Picture() const { return picture_; }
+    QSize sizeHint() const override { return {160, 160}; }
+    QSize minimumSizeHint() const override { return {64, 64}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QImage picture_;
+};
+
+} // namespace plinket3
