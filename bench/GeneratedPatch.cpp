@@ -1,0 +1,81 @@
+#include "bench/GeneratedPatch.h"
+
+#include "core/Files.h"
+#include "patch/modPatchFiles.h"
+#include "patch/modTables.h"
+#include "tools/EngineBuilder.h"
+
+#include <string>
+#include <system_error>
+
+namespace plinket3::bench {
+
+namespace {
+
+constexpr std::size_t linesOfThing = fieldTable<ThingRecord>.size() + 2; // with the header and the empty line
+constexpr std::size_t linesOfState = fieldTable<StateRecord>.size() + 1; // the action stands in no patch
+
+template <class Record> Record RecordFor(std::size_t index) {
+    Record record;
+    std::int32_t value = static_cast<std::int32_t>(index % 30000) + 1000; // 4 or 5 digits
+    for (const Field<Record>& field : fieldsOf<Record>)
+        record.*field.member = value++;
+    return record;
+}
+
+} // namespace
+
+GeneratedPatch GeneratePatch(std::size_t lines) {
+    GeneratedPatch generated;
+    EngineConfiguration& engine = generated.engine;
+    engine.name = "Made up for measuring";
+    engine.version = 19;
+    engine.fileName = "bench.cfg";
+    engine.table = "bench.tbl";
+
+    PatchSet& defaults = generated.patch.defaults;
+    PatchSet& current = generated.patch.current;
+    const std::size_t things = lines / 10 / linesOfThing;
+    const std::size_t states = (lines - things * linesOfThing) / linesOfState;
+    defaults.things.resize(things);
+    defaults.thingExtras.resize(things);
+    for (std::size_t i = 0; i < things; ++i)
+        defaults.thingNames.push_back("Thing" + std::to_string(i));
+    defaults.states.resize(states);
+    defaults.codePointers.resize(states);
+    engine.thingNames = defaults.thingNames;
+    engine.itemCounts.things = static_cast<std::int32_t>(things);
+    engine.itemCounts.states = static_cast<std::int32_t>(states);
+
+    current = defaults;
+    for (std::size_t i = 0; i < things; ++i)
+        current.things[i] = RecordFor<ThingRecord>(i);
+    for (std::size_t i = 0; i < states; ++i)
+        current.states[i] = RecordFor<StateRecord>(i);
+    generated.patch.doomVersion = engine.version;
+    generated.patch.engineConfig = engine.fileName;
+    generated.patch.iwadPath = "doom2.wad";
+    return generated;
+}
+
+Status WriteDataFolder(const std::filesystem::path& folder) {
+    std::error_code ignored; // a folder that is missing shows when a file in it is written
+    std::filesystem::create_directories(folder / "config", ignored);
+    std::filesystem::create_directories(folder / "tables", ignored);
+    const auto write = [](const std::filesystem::path& file, const std::string& bytes) {
+        const Status written = WriteFileAtomically(file, bytes);
+        return written ? written : Status::Failure(file.string() + ": " + written.Reason());
+    };
+    const GeneratedPatch large = GeneratePatch(1'000'000), small = GeneratePatch(1'000);
+    Status status = write(folder / "config" / large.engine.fileName, tools::FormatEngine(large.engine));
+    if (status)
+        status = write(folder / "tables" / large.engine.table,
+                       modTables::FormatTable(large.patch.defaults, large.engine.extended));
+    if (status)
+        status = write(folder / "large.deh", modPatchFiles::FormatPatch(large.patch, large.engine));
+    if (status)
+        status = write(folder / "small.deh", modPatchFiles::FormatPatch(small.patch, small.engine));
+    return status;
+}
+
+} // namespace plinket3::bench
