@@ -106,6 +106,7 @@ std::vector<Settings::Iwad> Settings::Iwads() const {
         byPosition[*position] = {text.substr(0, split), text.substr(std::min(split + 1, text.size()))};
     }
     std::vector<Iwad> iwads;
+    iwads.reserve(byPosition.size());
     for (auto& [position, iwad] : byPosition)
         iwads.push_back(std::move(iwad));
     return iwads;
