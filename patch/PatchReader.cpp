@@ -6,6 +6,7 @@
 #include "patch/modPatchFiles.h"
 #include "patch/modPatchText.h"
 
+#include <algorithm>
 #include <array>
 #include <unordered_map>
 #include <utility>
@@ -16,20 +17,40 @@ namespace {
 
 constexpr std::string_view firstLine = "Patch File for DeHackEd v3.0";
 
-enum class Section { Thing, Frame, Sound, Pointer, Weapon, Ammo, Cheat, Misc, CodePtr, Strings, Pars, Text, Unsupported };
+enum class Section {
+    Thing,
+    Frame,
+    Sound,
+    Pointer,
+    Weapon,
+    Ammo,
+    Cheat,
+    Misc,
+    CodePtr,
+    Strings,
+    Pars,
+    Text,
+    Unsupported
+};
 
 struct SectionWord {
     std::string_view word;
     Section section;
 };
-constexpr std::array sectionWords{
-    SectionWord{thingSection.word, Section::Thing},   SectionWord{frameSection.word, Section::Frame},
-    SectionWord{soundSection.word, Section::Sound},   SectionWord{pointerSection.word, Section::Pointer},
-    SectionWord{weaponSection.word, Section::Weapon}, SectionWord{ammoSection.word, Section::Ammo},
-    SectionWord{"Cheat", Section::Cheat},             SectionWord{"Misc", Section::Misc},
-    SectionWord{"[CODEPTR]", Section::CodePtr},       SectionWord{"[STRINGS]", Section::Strings},
-    SectionWord{"[PARS]", Section::Pars},             SectionWord{"Text", Section::Text},
-    SectionWord{"Sprite", Section::Unsupported},      SectionWord{"Include", Section::Unsupported}};
+constexpr std::array sectionWords{SectionWord{thingSection.word, Section::Thing},
+                                  SectionWord{frameSection.word, Section::Frame},
+                                  SectionWord{soundSection.word, Section::Sound},
+                                  SectionWord{pointerSection.word, Section::Pointer},
+                                  SectionWord{weaponSection.word, Section::Weapon},
+                                  SectionWord{ammoSection.word, Section::Ammo},
+                                  SectionWord{"Cheat", Section::Cheat},
+                                  SectionWord{"Misc", Section::Misc},
+                                  SectionWord{"[CODEPTR]", Section::CodePtr},
+                                  SectionWord{"[STRINGS]", Section::Strings},
+                                  SectionWord{"[PARS]", Section::Pars},
+                                  SectionWord{"Text", Section::Text},
+                                  SectionWord{"Sprite", Section::Unsupported},
+                                  SectionWord{"Include", Section::Unsupported}};
 
 /// Header lines that only the header scan reads.
 constexpr std::array<std::string_view, 3> sessionKeys{"Engine config", "Data WAD", "IWAD"};
@@ -65,10 +86,9 @@ private:
             offset_ = lines_.Position();
             const std::string_view line = Trim(lines_.Next());
             const std::size_t equals = line.find('=');
-            Status status =
-                equals == std::string_view::npos
-                    ? HeaderLine(line)
-                    : FieldLine(Trim(line.substr(0, equals)), Trim(line.substr(equals + 1)));
+            Status status = equals == std::string_view::npos
+                                ? HeaderLine(line)
+                                : FieldLine(Trim(line.substr(0, equals)), Trim(line.substr(equals + 1)));
             if (!status)
                 return status;
         }
@@ -108,13 +128,14 @@ private:
             return {};
         }
         const std::int32_t number = LeadingInt32(words[1]);
+        if (VersionsKnown())
+            section_ = section->section;
         if (section->section == Section::Text)
             return TextReplacement(number, LeadingInt32(words[2]));
         if (!VersionsKnown()) {
             IgnoreEarly();
             return {};
         }
-        section_ = section->section;
         if (observer_ != nullptr)
             observer_->Section(offset_, section->word);
         Select(number, words);
@@ -178,13 +199,17 @@ private:
             return {};
         }
         const auto found = engine_.extended ? texts_.end() : TextIndex().find(oldText);
-        if (engine_.extended || found == texts_.end())
+        const bool cutOff = oldText.size() < static_cast<std::size_t>(std::max(oldLength, 0));
+        if (engine_.extended || cutOff || found == texts_.end())
             return Status::Failure("Could not find string replacement.");
+        if (newText.size() < static_cast<std::size_t>(std::max(newLength, 0)))
+            Ignore("promises more characters than the patch holds");
         StringRecord& record = set_.strings[found->second];
         record.length = static_cast<std::int32_t>(newText.size());
         record.text = std::move(newText);
         if (observer_ != nullptr)
-            observer_->Text(offset_, record.text.size(), modPatchText::TextSpace(static_cast<std::int32_t>(oldText.size())));
+            observer_->Text(offset_, record.text.size(),
+                            modPatchText::TextSpace(static_cast<std::int32_t>(oldText.size())));
         return {};
     }
 
@@ -211,11 +236,26 @@ private:
             patchFormatKnown_ = true;
         } else if (observer_ != nullptr && !key.starts_with('#') && !IsSessionKey(key)) {
             if (VersionsKnown())
-                Ignore("is ignored: this section knows no \"" + std::string(key) + "\"");
+                Ignore(UnknownKey());
             else
                 IgnoreEarly();
         }
         return {};
+    }
+
+    std::string_view UnknownKey() const {
+        switch (section_) {
+        case Section::Strings:
+            return "is ignored: the engine has no string of that name";
+        case Section::CodePtr:
+            return "is ignored: [CODEPTR] has only lines of the form \"Frame 1 = NAME\"";
+        case Section::Pars:
+            return "is ignored: [PARS] has only lines of the form \"par 1 1 30\" or \"par 1 30\"";
+        case Section::Text:
+            return "is ignored: a text has ended here, and no other section begins";
+        default:
+            return "is ignored: this section has no such field";
+        }
     }
 
     static bool IsSessionKey(std::string_view key) {
@@ -264,8 +304,7 @@ private:
             return false;
         if (record == nullptr)
             return true;
-        record->*field->member =
-            field->unit == FieldUnit::Flags ? Bits(value) : FitWidth(*field, LeadingInt32(value));
+        record->*field->member = field->unit == FieldUnit::Flags ? Bits(value) : FitWidth(*field, LeadingInt32(value));
         if (observer_ != nullptr && !(field->unit == FieldUnit::Flags && !IsBitsNumber(value)))
             observer_->Number(offset_, field->unit, field->width, value);
         return true;
@@ -411,8 +450,8 @@ bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& s
     session.patch.changed = false;
     if (result.unsupported)
         notifier.Show(MessageKind::Exclamation,
-                              "Unsupported entries were found in the patch file. Those entries will be ignored. This "
-                              "means that Plinket3 will not save those entries again either!");
+                      "Unsupported entries were found in the patch file. Those entries will be ignored. This "
+                      "means that Plinket3 will not save those entries again either!");
     return true;
 }
 

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t longestQuote = 60;
 constexpr std::int32_t lastFrame = 31, lastAmmoType = 5;
+constexpr std::size_t mostFlagWords = 100; // no line has more, but a hostile one could
 constexpr std::string_view flagSeparators = " +|,\t";
 
 struct Place {
@@ -30,6 +31,18 @@ std::string Quoted(std::string_view text) {
     return quoted + (text.size() > longestQuote ? "...\"" : "\"");
 }
 
+/// How many characters at the start of `text` are the number that is read: a sign, digits, a fraction; 0 for none.
+std::size_t NumberLength(std::string_view text) {
+    const auto skipDigits = [text](std::size_t at) {
+        return std::min(text.find_first_not_of("0123456789", at), text.size());
+    };
+    const std::size_t begin = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+    const std::size_t point = skipDigits(begin);
+    const bool hasPoint = point < text.size() && text[point] == '.';
+    const std::size_t end = hasPoint ? skipDigits(point + 1) : point;
+    return end > begin + (hasPoint ? 1 : 0) ? end : 0;
+}
+
 class Checker : public modPatchFiles::ReadObserver {
 public:
     Checker(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults)
@@ -39,20 +52,21 @@ public:
 
     void Section(std::size_t offset, std::string_view word) override {
         if (word == soundSection.word)
-            Add(offset, "changes the sound after the one that Plinket3 would write under this number: sounds count "
-                        "from 0 when a patch is read and from 1 when it is written");
+            Add(offset, "counts sounds from 0, as game engines do, but a saved patch counts them from 1 and names this "
+                        "sound by the next number");
         else if (word.starts_with('[') && !engine_.extended)
             Add(offset, "begins a section of extended patches, which an engine of normal patches does not read");
     }
 
     void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) override {
         const double exact = LeadingReal(text);
-        const std::int32_t value = LeadingInt32(text);
-        const std::size_t digits = text.find_first_not_of(" +-0123456789.");
-        const std::string_view rest = digits == std::string_view::npos ? "" : Trim(text.substr(digits));
+        const std::size_t length = NumberLength(text);
+        const std::string_view rest = Trim(text.substr(length));
         const bool wraps = unit == FieldUnit::Flags && exact > INT32_MAX && exact <= UINT32_MAX;
+        const std::int32_t value =
+            wraps ? static_cast<std::int32_t>(static_cast<std::uint32_t>(exact)) : RoundToInt32(exact);
 
-        if (text.find_first_of("0123456789") == std::string_view::npos || (exact == 0 && digits == 0))
+        if (length == 0)
             Add(offset, "holds no number and is read as 0");
         else if (!rest.empty() && !rest.starts_with('#'))
             Add(offset, "is read only up to " + Quoted(rest));
@@ -67,9 +81,14 @@ public:
     }
 
     void FlagNames(std::size_t offset, std::string_view text) override {
+        if (LeadingReal(text) < 0)
+            return Add(offset, "is negative and so taken for names of flags; the same bits are read from " +
+                                   std::to_string(static_cast<std::uint32_t>(LeadingInt32(text))));
+        if (!engine_.extended)
+            Add(offset, "names flags, which an engine of normal patches does not know; a saved patch has their number");
         const std::string names = ToUpper(text);
         std::vector<std::string_view> words;
-        for (std::size_t at = 0; at < names.size();) {
+        for (std::size_t at = 0; at < names.size() && words.size() < mostFlagWords;) {
             at = names.find_first_not_of(flagSeparators, at);
             if (at == std::string::npos)
                 break;
@@ -87,7 +106,7 @@ public:
             const auto holds = [&flag](std::string_view word) { return word.find(flag) != std::string_view::npos; };
             const auto longer = std::find_if(words.begin(), words.end(), holds);
             if (!flag.empty() && longer != words.end() && std::find(words.begin(), words.end(), flag) == words.end())
-                Add(offset, "sets the flag " + flag + " too, because its name is a part of " + std::string(*longer));
+                Add(offset, "sets the flag " + flag + " too, because its name is a part of " + Quoted(*longer));
         }
     }
 
@@ -107,8 +126,7 @@ public:
             const std::int32_t codePointer = set.codePointers[index];
             if (codePointer == defaults_.codePointers[index])
                 continue;
-            if (engine_.extended ? engine_.MnemonicOf(codePointer) == nullptr
-                                 : !targets.CanExpress(state, codePointer))
+            if (engine_.extended ? engine_.MnemonicOf(codePointer) == nullptr : !targets.CanExpress(state, codePointer))
                 Add(offset, "gives frame " + std::to_string(state) +
                                 " a code pointer that a saved patch of this engine cannot express");
         }
@@ -121,9 +139,9 @@ public:
         findings.reserve(places_.size());
         std::size_t line = 1, counted = 0;
         for (Place& place : places_) {
-            line += static_cast<std::size_t>(std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted),
-                                                        bytes_.begin() + static_cast<std::ptrdiff_t>(place.offset),
-                                                        '\n'));
+            line +=
+                static_cast<std::size_t>(std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted),
+                                                    bytes_.begin() + static_cast<std::ptrdiff_t>(place.offset), '\n'));
             counted = place.offset;
             findings.push_back({line, std::move(place.text)});
         }
@@ -173,12 +191,15 @@ private:
     }
 
     void UnnamedFlags(std::size_t offset, std::int32_t bits) {
+        std::string unnamed;
         for (int bit = 0; bit < 32; ++bit) {
             const auto index = static_cast<std::size_t>(bit);
             if (modPatchText::GetFlag(bits, bit) &&
                 (index >= engine_.flagNames.size() || engine_.flagNames[index].empty()))
-                Add(offset, "sets bit " + std::to_string(bit) + ", which has no name and is lost when the patch is saved");
+                unnamed += " " + std::to_string(bit);
         }
+        if (!unnamed.empty())
+            Add(offset, "sets bits that have no name and are lost when the patch is saved:" + unnamed);
     }
 
     std::string_view bytes_;
@@ -196,9 +217,8 @@ CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine
     modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker);
     CheckResult result;
     result.status = std::move(read.status);
-    result.failedLine =
-        1 + static_cast<std::size_t>(
-                std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(read.offset), '\n'));
+    result.failedLine = 1 + static_cast<std::size_t>(std::count(
+                                bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(read.offset), '\n'));
     if (result.status) {
         checker.Finish(set);
         result.findings = checker.TakeFindings();

@@ -134,9 +134,11 @@ bool ReadStrings(ByteReader& reader, PatchSet& set) {
         return false;
     set.strings.resize(*count);
     for (StringRecord& string : set.strings) {
-        string.length = reader.Int32();
+        const std::int32_t length = reader.Int32();
         string.position = reader.Int32();
-        string.text = reader.Text(string.length);
+        string.text = reader.Text(length);
+        // What a patch quotes is the text that there is, whatever a damaged file promises.
+        string.length = static_cast<std::int32_t>(string.text.size());
     }
     return true;
 }
@@ -282,10 +284,10 @@ bool LoadTable(Environment& environment, const EngineConfiguration& engine, cons
     patch.defaults = std::move(set);
     const PatchSet& loaded = patch.defaults;
     const std::pair<std::size_t, std::string_view> counts[] = {
-        {loaded.things.size(), "things"},         {loaded.states.size(), "states"},
-        {loaded.sounds.size(), "sounds"},         {loaded.spriteNames.size(), "sprites"},
+        {loaded.things.size(), "things"},          {loaded.states.size(), "states"},
+        {loaded.sounds.size(), "sounds"},          {loaded.spriteNames.size(), "sprites"},
         {engine.MnemonicCount(), "code pointers"}, {loaded.strings.size(), "strings"},
-        {loaded.weapons.size(), "weapons"},       {loaded.ammo.size(), "ammo entries"},
+        {loaded.weapons.size(), "weapons"},        {loaded.ammo.size(), "ammo entries"},
         {loaded.cheats.size(), "cheat strings"}};
     for (const auto& [count, what] : counts)
         environment.log.Add("    Loaded " + std::to_string(count) + " " + std::string(what));
