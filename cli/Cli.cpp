@@ -21,7 +21,8 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         name.remove_prefix(1);
     CLI::Option* option = nullptr;
     if (name == "engine")
-        option = app.add_option("-e", arguments.engine, "The engine: a configuration's file name, with or without .cfg");
+        option =
+            app.add_option("-e", arguments.engine, "The engine: a configuration's file name, with or without .cfg");
     else if (name == "iwad")
         option = app.add_option("--iwad", arguments.iwad, "The IWAD that the patch is to name");
     else if (name == "data-wad")
@@ -61,6 +62,13 @@ void AddCommand(CLI::App& app, const Command& command, Arguments& arguments, std
 
 } // namespace
 
+void Complain(std::ostream& err, std::string_view message) {
+    std::string line(message);
+    std::ranges::replace_if(
+        line, [](char character) { return static_cast<unsigned char>(character) < ' '; }, '?');
+    err << "plinket3-cli: " << line << '\n';
+}
+
 void Require(const Status& status, std::string_view what) {
     if (!status)
         throw Refused(std::string(what) + ": " + status.Reason());
@@ -94,7 +102,7 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) // help and version
             return app.exit(error, out, err);
-        err << "plinket3-cli: " << error.what() << "; see --help\n";
+        Complain(err, std::string(error.what()) + "; see --help");
         return refused;
     }
 
@@ -108,14 +116,14 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
         out << result.str();
         out.flush();
         if (!out) {
-            err << "plinket3-cli: the output could not be written\n";
+            Complain(err, "the output could not be written");
             return refused;
         }
         return exit;
     } catch (const Refused& reason) {
-        err << "plinket3-cli: " << reason.what() << '\n';
+        Complain(err, reason.what());
     } catch (const std::bad_alloc&) {
-        err << "plinket3-cli: there is not enough memory\n";
+        Complain(err, "there is not enough memory");
     }
     return refused;
 }

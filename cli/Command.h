@@ -67,6 +67,9 @@ struct Command {
 std::span<const Command> PatchCommands();
 std::span<const Command> WadCommands();
 
+/// Writes a message as one line, whatever control characters the names in it have.
+void Complain(std::ostream& err, std::string_view message);
+
 /// Throws `Refused` with "WHAT: REASON" when `status` is a failure.
 void Require(const Status& status, std::string_view what);
 

@@ -18,20 +18,30 @@ using modPatchFiles::Header;
 
 constexpr const char* standardSet = "-"; // in place of a patch: the engine's own data
 
-void FindEngines(Run& run) {
-    run.program.engines =
-        modConfig::EnumerateEngines(run.program.programFolder / "config", [&run](std::string_view skipped) {
-            run.err << "plinket3-cli: " << skipped << '\n';
-        });
-    if (run.program.engines.empty())
-        throw Refused((run.program.programFolder / "config").string() + ": there are no engine configurations");
+std::filesystem::path ConfigFolder(const Program& program) { return program.programFolder / "config"; }
+
+/// Returns why configurations were skipped, a line for each.
+std::vector<std::string> FindEngines(Program& program) {
+    std::vector<std::string> skipped;
+    program.engines = modConfig::EnumerateEngines(
+        ConfigFolder(program), [&skipped](std::string_view reason) { skipped.emplace_back(reason); });
+    return skipped;
 }
 
-std::size_t EngineNamed(const Program& program, const std::string& name) {
-    for (const std::string& file : {name, name + ".cfg"})
+void RequireEngines(const Program& program) {
+    if (program.engines.empty())
+        throw Refused(ConfigFolder(program).string() + ": there are no engine configurations");
+}
+
+std::size_t EngineNamed(const Program& program, const std::string& name, const std::vector<std::string>& skipped) {
+    for (const std::string& file : {name, name + ".cfg"}) {
         for (std::size_t i = 0; i < program.engines.size(); ++i)
             if (program.engines[i].file.filename() == file)
                 return i;
+        for (const std::string& reason : skipped)
+            if (reason.starts_with((ConfigFolder(program) / file).string() + ":"))
+                throw Refused(reason);
+    }
     throw Refused(name + ": there is no such engine; \"plinket3-cli engines\" lists them");
 }
 
@@ -51,6 +61,20 @@ Header HeaderOf(const std::string& file, std::string_view bytes) {
     Header header;
     Require(modPatchFiles::ScanHeader(bytes, header), file);
     return header;
+}
+
+void LoadEngine(Run& run, std::size_t index) {
+    Program& program = run.program;
+    const auto refuse = [&](const std::filesystem::path& file) {
+        const std::string reason = run.notifier.Messages().back();
+        const bool named = reason.find(file.string()) != std::string::npos;
+        throw Refused(named ? reason : file.string() + ": " + reason);
+    };
+    const std::filesystem::path& file = program.engines[index].file;
+    if (!modConfig::LoadEngineConfiguration(file, program.engine, program.notifier))
+        refuse(file);
+    if (!modTables::LoadEngineTable(program, program.engine, program.patch))
+        refuse(modTables::TablePath(program.programFolder, program.engine));
 }
 
 std::size_t LineOf(std::string_view bytes, std::size_t offset) {
@@ -92,7 +116,10 @@ std::string FileOr(const Run& run, std::size_t index, std::string absent) {
 }
 
 int Engines(Run& run) {
-    FindEngines(run);
+    const std::vector<std::string> skipped = FindEngines(run.program);
+    RequireEngines(run.program);
+    for (const std::string& reason : skipped)
+        Complain(run.err, reason);
     for (const modConfig::EngineEntry& engine : run.program.engines)
         run.out << engine.file.filename().string() << '\t' << engine.name << '\t' << engine.version << '\t'
                 << (engine.extended ? "extended" : "normal") << '\n';
@@ -118,13 +145,12 @@ int Diff(Run& run) {
     LoadPatch(run, run.arguments.files[0]);
     Program& program = run.program;
     const bool two = run.arguments.files.size() > 1;
-    const PatchSet other =
-        two && run.arguments.files[1] != standardSet
-            ? ReadSet(run, run.arguments.files[1], ReadInput(run.arguments.files[1]))
-            : program.patch.defaults;
-    const std::vector<std::string> lines = two
-                                               ? modPatchDiff::Differences(program.patch.current, other, program.engine)
-                                               : modPatchDiff::Differences(other, program.patch.current, program.engine);
+    const PatchSet other = two && run.arguments.files[1] != standardSet
+                               ? ReadSet(run, run.arguments.files[1], ReadInput(run.arguments.files[1]))
+                               : program.patch.defaults;
+    const std::vector<std::string> lines =
+        two ? modPatchDiff::Differences(program.patch.current, other, program.engine)
+            : modPatchDiff::Differences(other, program.patch.current, program.engine);
     for (const std::string& line : lines)
         run.out << line << '\n';
     return lines.empty() ? done : no;
@@ -213,13 +239,13 @@ constexpr std::array patchCommands{
 std::span<const Command> PatchCommands() { return patchCommands; }
 
 void LoadEngine(Run& run, const Header& header) {
-    FindEngines(run);
     Program& program = run.program;
-    const std::size_t index = run.arguments.engine.empty() ? EngineFor(program, header)
-                                                           : EngineNamed(program, run.arguments.engine);
-    if (!modConfig::LoadEngineConfiguration(program.engines[index].file, program.engine, program.notifier) ||
-        !modTables::LoadEngineTable(program, program.engine, program.patch))
-        throw Refused(program.engines[index].file.string() + ": " + run.notifier.Messages().back());
+    const std::vector<std::string> skipped = FindEngines(program);
+    const std::string& name = run.arguments.engine;
+    if (!name.empty())
+        return LoadEngine(run, EngineNamed(program, name, skipped));
+    RequireEngines(program);
+    LoadEngine(run, EngineFor(program, header));
 }
 
 } // namespace plinket3::cli

@@ -29,7 +29,7 @@ WadList OpenWads(std::span<const std::string> files) {
 }
 
 int NotFound(Run& run, std::string_view what) {
-    run.err << "plinket3-cli: " << what << ": there is no such lump\n";
+    Complain(run.err, std::string(what) + ": there is no such lump");
     return no;
 }
 
