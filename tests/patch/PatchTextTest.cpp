@@ -1,0 +1,88 @@
+#include "patch/modPatchText.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3::modPatchText {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(PatchText, EscapesEachControlCharacterOnce) {
+    EXPECT_EQ(EscapeText("a\\b\nc\rd\te\"f"), R"(a\\b\nc\rd\te\"f)");
+    EXPECT_EQ(EscapeText("a\0\xff"s), "a\0\xff"s);
+    EXPECT_EQ(UnescapeText(R"(a\\b\nc\rd\te\"f\x)"), "a\\b\nc\rd\te\"f\\x");
+}
+
+TEST(PatchText, UnescapesABackslashBeforeTheLetterNAsALineFeed) {
+    EXPECT_EQ(EscapeText("C:\\new"), R"(C:\\new)");
+    EXPECT_EQ(UnescapeText(R"(C:\\new)"), "C:\new");
+}
+
+TEST(PatchText, ShowsEscapedLineFeedsAsLineBreaksAndHidesThemAgain) {
+    EXPECT_EQ(ShowLineBreaks(R"(a\nb\n)"), "a\\n\r\nb\\n\r\n");
+    EXPECT_EQ(HideLineBreaks("a\\n\r\nb\r\nc\\n"), "a\\nb\r\nc\\n");
+}
+
+TEST(PatchText, CountsALineEndAsOneCharacter) {
+    struct {
+        std::string text;
+        std::int32_t count;
+        std::string characters;
+        std::size_t position;
+    } const rows[]{
+        {"abcdef", 3, "abc", 3},     {"a\r\nb", 2, "a\n", 3}, {"a\nb", 2, "a\n", 2},
+        {"\rxy", 1, "\rx", 2}, // a carriage return alone takes the next character with it
+        {"\r\r\ny", 2, "\r\r\n", 3}, {"a\r", 2, "a\r", 2},    {"abc", 2147483647, "abc", 3},
+        {"abc", 0, "", 0},           {"abc", -5, "", 0},      {"a\0b"s, 3, "a\0b"s, 3},
+    };
+    for (const auto& row : rows) {
+        std::size_t position = 0;
+        EXPECT_EQ(ReadCountedCharacters(row.text, position, row.count), row.characters) << row.text;
+        EXPECT_EQ(position, row.position) << row.text;
+    }
+}
+
+TEST(PatchText, TestsSetsAndClearsTheSignBitLikeAnyOther) {
+    EXPECT_EQ(SetFlag(0, 31), INT32_MIN);
+    EXPECT_EQ(RemoveFlag(-1, 31), INT32_MAX);
+    EXPECT_EQ(RemoveFlag(SetFlag(5, 1), 0), 6);
+    EXPECT_TRUE(GetFlag(-1, 31) && GetFlag(4, 2));
+    EXPECT_FALSE(GetFlag(4, 1) || GetFlag(-1, 32) || GetFlag(-1, -1));
+    EXPECT_EQ(SetFlag(7, 32), 7);
+    EXPECT_EQ(RemoveFlag(7, -1), 7);
+}
+
+TEST(PatchText, PadsCheatsToTheLow16BitsOfTheirLength) {
+    EXPECT_EQ(PadCheat("id", 5), "id\xff\xff\xff");
+    EXPECT_EQ(PadCheat("idmus", 3), "idmus");
+    EXPECT_EQ(PadCheat("id", 0), "id");
+    EXPECT_EQ(PadCheat("id", 0x70003), "id\xff");
+    EXPECT_EQ(UnpadCheat("\xff"
+                         "id\xffmus\xff\xff"),
+              "id mus");
+}
+
+TEST(PatchText, WritesBitsByNameOrAsUnsignedNumbers) {
+    const std::string names[]{"SPECIAL", "SOLID", "SHOOTABLE"};
+    EXPECT_EQ(FormatBits(5, true, names), "SPECIAL + SHOOTABLE");
+    EXPECT_EQ(FormatBits(-8, true, names), ""); // only bits without a name
+    EXPECT_EQ(FormatBits(0, true, names), "0");
+    EXPECT_EQ(FormatBits(0, false, names), "0");
+    EXPECT_EQ(FormatBits(5, false, names), "5");
+    EXPECT_EQ(FormatBits(-1, false, names), "4294967295");
+}
+
+TEST(PatchText, NamesLevelsByEpisodeOrMap) {
+    EXPECT_EQ(LevelName(0, 7), "MAP07");
+    EXPECT_EQ(LevelName(0, 100), "MAP100");
+    EXPECT_EQ(LevelName(3, 9), "E3M9");
+}
+
+TEST(PatchText, RoundsATextsSpaceToWholeWordsWithItsEndMark) {
+    const std::int32_t lengths[][2]{{0, 3}, {3, 3}, {4, 7}, {5, 7}};
+    for (const auto& [length, space] : lengths)
+        EXPECT_EQ(TextSpace(length), space);
+}
+
+} // namespace
+} // namespace plinket3::modPatchText

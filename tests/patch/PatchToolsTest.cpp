@@ -1,0 +1,99 @@
+#include "patch/SessionChoice.h"
+#include "patch/StateUse.h"
+#include "patch/modPatchDiff.h"
+#include "tests/support/SmallEngine.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+using States = std::vector<std::int32_t>;
+
+TEST(PatchDiff, NamesEveryFieldInTheOrderOfAPatch) {
+    const EngineConfiguration engine = SmallEngine(true);
+    const PatchSet before = SmallDefaults(engine);
+    PatchSet after = before;
+    after.thingNames[2] = "Demon";
+    after.things[2].hitPoints = 150;
+    after.things[2].bits = 3;
+    after.states[5].duration = -1;
+    after.states[5].action = 1; // no patch has it
+    after.codePointers[1] = 2;
+    after.codePointers[2] = 77;
+    after.sounds[1].value = 64;
+    after.weapons[0].ammoType = 5;
+    after.ammoNames[1] = "Shell";
+    after.cheats[0].text = "a\tb";
+    after.misc.bfgCells = 1;
+    after.misc.secondMaxHealth = 1; // no patch has it
+    after.strings[1].text = "x\ny";
+    EXPECT_EQ(modPatchDiff::Differences(before, after, engine),
+              (Lines{"Thing 3 (Imp): Name Imp -> Demon", "Thing 3 (Imp): Hit points 0 -> 150",
+                     "Thing 3 (Imp): Bits 0 -> SPECIAL + SOLID", "Frame 5: Duration 0 -> -1",
+                     "Frame 1: Code pointer Light0 -> Fire", "Frame 2: Code pointer Fire -> 77",
+                     "Sound 2 (pistol): Value 0 -> 64", "Weapon 0 (Fist): Ammo type 0 -> 5",
+                     "Ammo 1 (Shells): Name Shells -> Shell", R"(Cheat: Change music "idmus" -> "a\tb")",
+                     "Misc: BFG Cells/Shot 40 -> 1", R"(String E1TEXT: "one\ntwo" -> "x\ny")"}));
+    EXPECT_TRUE(modPatchDiff::Differences(after, after, engine).empty());
+}
+
+TEST(PatchDiff, ComparesParsByLevelOfWhichTheLastCounts) {
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchSet before = SmallDefaults(engine), after = before;
+    before.pars = {{0, 1, 30}, {0, 1, 40}, {2, 3, 50}, {0, 5, 60}};
+    after.pars = {{2, 3, 50}, {0, 1, 40}, {1, 9, 70}};
+    after.strings[3].text = "once";
+    EXPECT_EQ(modPatchDiff::Differences(before, after, engine),
+              (Lines{R"(String 3: "twice" -> "once")", "Par MAP05: 60 -> none", "Par E1M9: none -> 70"}));
+}
+
+TEST(StateUse, FollowsARecordsStatesAndPassesOverNumbersThatAreNone) {
+    PatchSet set = SmallDefaults(SmallEngine(false));
+    const States next{0, 4, 1, 3, 2, 99};
+    for (std::size_t state = 0; state < next.size(); ++state)
+        set.states[state].nextState = next[state];
+    set.things[1].initialState = 2; // 2 -> 1 -> 4 -> 2
+    set.things[2].deathState = -1;
+    set.things[2].respawnState = 5; // -> 99
+    set.weapons[1] = {3, 3, 3, 3, 3, 3};
+    EXPECT_EQ(StatesOfThing(set, 1), (States{0, 1, 2, 4}));
+    EXPECT_EQ(StatesOfThing(set, 2), (States{0, 5}));
+    EXPECT_EQ(StatesOfWeapon(set, 0), States{0}); // its ammo type names no state
+    EXPECT_EQ(StatesOfWeapon(set, 1), States{3});
+    EXPECT_EQ(StatesOfThing(set, 3), States());
+    EXPECT_EQ(StatesOfWeapon(set, 2), States());
+}
+
+TEST(StateUse, CountsAStateAsUsedThatOnlyAnUnusedOneLeadsTo) {
+    PatchSet set = SmallDefaults(SmallEngine(false));
+    set.states[4].nextState = 3;
+    set.weapons[0].firingState = 1;
+    EXPECT_EQ(UnusedStates(set), (States{2, 4, 5}));
+}
+
+TEST(SessionChoice, PrefersFileNamesToEngineNames) {
+    const std::vector<modConfig::EngineEntry> engines{
+        {"/c/a.cfg", "Doom", 19, false}, {"/c/b.cfg", "a.cfg", 21, true}, {"/c/c.cfg", "Doom", 21, true}};
+    EXPECT_EQ(ChooseEngine(engines, "a.cfg"), 0U);
+    EXPECT_EQ(ChooseEngine(engines, "c.cfg"), 2U);
+    EXPECT_EQ(ChooseEngine(engines, "Doom"), 0U);
+    EXPECT_FALSE(ChooseEngine(engines, "A.cfg") || ChooseEngine(engines, "/c/a.cfg") || ChooseEngine(engines, ""));
+    EXPECT_EQ(FirstEngineOfVersion(engines, 21), 1U);
+    EXPECT_FALSE(FirstEngineOfVersion(engines, 16));
+}
+
+TEST(SessionChoice, FindsAnIwadByNameThenPathThenFileName) {
+    const std::vector<Settings::Iwad> iwads{
+        {"Doom II", "/old/DOOM2.WAD"}, {"/old/doom2.wad", "/x/plutonia.wad"}, {"TNT", "C:\\doom\\tnt.wad"}, {"", ""}};
+    EXPECT_EQ(ChooseIwad(iwads, "doom ii"), 0U);
+    EXPECT_EQ(ChooseIwad(iwads, "/OLD/doom2.wad"), 1U);
+    EXPECT_EQ(ChooseIwad(iwads, "/new/doom2.wad"), 0U);
+    EXPECT_EQ(ChooseIwad(iwads, "D:\\games\\TNT.WAD"), 2U);
+    EXPECT_FALSE(ChooseIwad(iwads, "/new/other.wad"));
+    EXPECT_EQ(ChooseIwad(iwads, ""), 3U); // an entry without a name, not just any file name
+}
+
+} // namespace
+} // namespace plinket3::test

@@ -1,0 +1,212 @@
+#include "patch/modTables.h"
+
+#include "core/Bytes.h"
+#include "tests/support/SmallEngine.h"
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3::test {
+namespace {
+
+using modTables::FormatTable;
+using modTables::ParseTable;
+
+/// Defaults in which every value is another, so that a field in the wrong place shows.
+PatchSet DistinctSet(const EngineConfiguration& engine) {
+    PatchSet set = SmallDefaults(engine);
+    std::int32_t value = 0;
+    const auto fill = [&value](auto& record) {
+        using Record = std::remove_reference_t<decltype(record)>;
+        for (const Field<Record>& field : fieldsOf<Record>)
+            record.*field.member =
+                FitWidth(field, ++value * (field.width == FieldWidth::Byte ? 1 : 70001) % 1000000007);
+    };
+    const auto fillAll = [&fill](auto& records) {
+        for (auto& record : records)
+            fill(record);
+    };
+    fill(set.misc);
+    fillAll(set.things);
+    fillAll(set.states);
+    fillAll(set.sounds);
+    fillAll(set.weapons);
+    fillAll(set.ammo);
+    for (auto& extra : set.thingExtras)
+        extra.fill(static_cast<std::uint8_t>(++value));
+    for (std::int32_t& codePointer : set.codePointers)
+        codePointer = -++value;
+    set.cheats[3] = {1, "a\0\xff", -2};
+    return set;
+}
+
+class BothModes : public testing::TestWithParam<bool> {};
+INSTANTIATE_TEST_SUITE_P(Tables, BothModes, testing::Bool(),
+                         [](const auto& mode) { return mode.param ? "Extended" : "Normal"; });
+
+TEST_P(BothModes, ReadBackWhatTheyHold) {
+    const EngineConfiguration engine = SmallEngine(GetParam());
+    const PatchSet written = DistinctSet(engine);
+    const std::string bytes = FormatTable(written, engine.extended);
+    PatchSet read;
+    ASSERT_TRUE(ParseTable(bytes, engine, read));
+    EXPECT_EQ(read, written);
+    EXPECT_TRUE(ParseTable(bytes + "more", engine, read)); // nothing behind the table is read
+    EXPECT_EQ(read, written);
+}
+
+TEST_P(BothModes, ReadAsZerosFromWhereTheyEnd) {
+    const EngineConfiguration engine = SmallEngine(GetParam());
+    const std::string bytes = FormatTable(DistinctSet(engine), engine.extended);
+    for (std::size_t length = 6; length < bytes.size(); ++length) {
+        PatchSet cut, zeros;
+        ASSERT_TRUE(ParseTable(bytes.substr(0, length), engine, cut)) << length;
+        ASSERT_TRUE(ParseTable(bytes.substr(0, length) + std::string(bytes.size(), '\0'), engine, zeros));
+        for (PatchSet* set : {&cut, &zeros}) // a text is as long as the file, not filled up
+            for (StringRecord& string : set->strings)
+                string.text.resize(static_cast<std::size_t>(string.length = 0));
+        for (std::size_t i = 0; i < cut.thingNames.size(); ++i)
+            EXPECT_TRUE(zeros.thingNames[i].starts_with(cut.thingNames[i]));
+        EXPECT_EQ(cut.things, zeros.things) << length;
+        EXPECT_EQ(cut.states, zeros.states) << length;
+        EXPECT_EQ(cut.sounds, zeros.sounds) << length;
+        EXPECT_EQ(cut.codePointers.size(), cut.states.size()) << length;
+        EXPECT_EQ(cut.misc, zeros.misc) << length;
+    }
+}
+
+TEST(Tables, StandInTheFileAsDrawn) {
+    PatchSet set;
+    set.thingNames = {"Imp"};
+    set.things.resize(1);
+    set.things[0].id = 3001;
+    set.things[0].respawnState = -1;
+    set.thingExtras = {{1, 2, 3, 4, 5, 6, 7, 8, 9}};
+    set.strings = {{0x11, 99, "hi"}};
+    set.cheats = {{5, "id", 7}};
+    set.misc.initialHealth = 100;
+    set.misc.soulsphereHealth = 200;
+    set.misc.megasphereHealth = 0x01020304;
+    set.misc.monstersInfight = 221;
+    const auto int32 = [](std::int32_t value) {
+        ByteWriter writer;
+        writer.Int32(value);
+        return writer.Take();
+    };
+    const std::string none = int32(-1), zero = int32(0);
+    std::string expected = "ETBL\x01\x03" + zero + std::string("\x03\0Imp", 5) + int32(3001);
+    for (int field = 1; field < 22; ++field)
+        expected += zero;
+    expected += int32(-1) + "\x01\x02\x03\x04\x05\x06\x07\x08\x09"; // respawn frame, extra block
+    expected += none + none + none + none;                          // states, code pointers, sounds, sprites
+    expected += zero + int32(2) + int32(0x11) + "hi";               // length before position
+    expected += none + none;                                        // weapons, ammunition
+    expected += zero + int32(2) + int32(5) + std::string("\x02\0id", 4) + int32(7);
+    expected += int32(100);
+    for (int field = 1; field < 10; ++field)
+        expected += zero;
+    expected += "\xc8\x04\x03\x02\x01" + std::string(6 * 4 + 3, '\0') + "\xdd";
+    EXPECT_EQ(FormatTable(set, false), expected);
+}
+
+TEST(Tables, RefusesWhatIsNoTable) {
+    const EngineConfiguration engine = SmallEngine(false);
+    const std::string good = FormatTable(SmallDefaults(engine), false);
+    const auto withCount = [&good](const char* count) { return good.substr(0, 6) + std::string(count, 4); };
+    struct {
+        std::string bytes;
+        const char* reason;
+    } const rows[]{
+        {"", "Invalid table Id."},
+        {"ETBK" + good.substr(4), "Invalid table Id."},
+        {"ETB", "Invalid table Id."},
+        {"ETBL", "Invalid table version."},
+        {"ETBL\x01\x02" + good.substr(6), "Invalid table version."},
+        {"ETBL\x02\x03" + good.substr(6), "Invalid table version."},
+        {withCount("\xff\xff\xff\x7f"), "Damaged table file."},
+        {withCount("\x00\x00\x00\x80"), "Damaged table file."},
+        {withCount("\xfe\xff\xff\xff"), "Damaged table file."},
+        {withCount("\x00\x00\x10\x00"), "Damaged table file."},
+        {withCount("\xff\xff\xff\xff") + "\xff\xff\xff\x7f", "Damaged table file."},
+    };
+    for (const auto& row : rows) {
+        PatchSet set = SmallDefaults(engine);
+        const Status status = ParseTable(row.bytes, engine, set);
+        EXPECT_FALSE(status);
+        EXPECT_EQ(status.Reason(), row.reason);
+        EXPECT_EQ(set, SmallDefaults(engine)); // nothing was assigned
+    }
+}
+
+TEST(Tables, TakesATextsLengthFromTheTextThatThereIs) {
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchSet set;
+    set.strings = {{0, 2, "hi"}};
+    std::string bytes = FormatTable(set, false);
+    bytes.replace(bytes.find("hi") - 8, 4, "\xff\xff\xff\x7f");
+    ASSERT_TRUE(ParseTable(bytes, engine, set));
+    ASSERT_EQ(set.strings.size(), 1U);
+    EXPECT_TRUE(set.strings[0].text.starts_with("hi"));
+    EXPECT_EQ(static_cast<std::size_t>(set.strings[0].length), set.strings[0].text.size());
+}
+
+TEST(Tables, GiveEveryStateACodePointer) {
+    const EngineConfiguration engine = SmallEngine(true);
+    PatchSet set = SmallDefaults(engine);
+    set.codePointers.resize(2);
+    PatchSet read;
+    ASSERT_TRUE(ParseTable(FormatTable(set, true), engine, read));
+    EXPECT_EQ(read.codePointers, (std::vector<std::int32_t>{0, 1, 0, 0, 0, 0}));
+}
+
+class TableFileTest : public testing::Test {
+protected:
+    TableFileTest() { environment_.programFolder = folder_.Path(), environment_.documentsFolder = "/documents"; }
+
+    TemporaryFolder folder_;
+    ExpectingNotifier notifier_;
+    Environment environment_{notifier_};
+};
+
+TEST_F(TableFileTest, LoadsAsTheDefaultsOfANewPatch) {
+    const EngineConfiguration engine = SmallEngine(true);
+    std::filesystem::create_directory(folder_ / "tables");
+    WriteFile(folder_ / "tables" / "SMALL.TBL", FormatTable(SmallDefaults(engine), true));
+    PatchData patch;
+    patch.changed = patch.named = true;
+    patch.current.pars = {{1, 1, 30}};
+    ASSERT_TRUE(modTables::LoadEngineTable(environment_, engine, patch));
+    EXPECT_EQ(patch.defaults, SmallDefaults(engine));
+    EXPECT_EQ(patch.current, patch.defaults);
+    EXPECT_EQ(patch.fileName, "/documents/unnamed.bex");
+    EXPECT_EQ(std::tuple(patch.doomVersion, patch.patchFormat, patch.extended, patch.changed, patch.named),
+              std::tuple(19, 6, true, false, false));
+}
+
+TEST_F(TableFileTest, KeepsTheOpenPatchWhenItCannotBeLoaded) {
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchData patch = SmallPatch(engine);
+    patch.current.things[0].hitPoints = 1;
+    notifier_.Expect(MessageKind::Exclamation, "No table file for engine configuration.");
+    EXPECT_FALSE(modTables::LoadEngineTable(environment_, engine, patch));
+    WriteFile(folder_ / "bad.tbl", "ETBL\x01\x02");
+    notifier_.Expect(MessageKind::Exclamation, "Invalid table version.");
+    EXPECT_FALSE(modTables::LoadTable(environment_, engine, folder_ / "bad.tbl", patch));
+    notifier_.Expect(MessageKind::Exclamation, "Could not read " + folder_.Path().string() + ": is a folder.");
+    EXPECT_FALSE(modTables::LoadTable(environment_, engine, folder_.Path(), patch));
+    EXPECT_EQ(patch.current.things[0].hitPoints, 1);
+}
+
+TEST_F(TableFileTest, SavesTheCurrentSetOverALongerFile) {
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchData patch = SmallPatch(engine);
+    patch.current.things[1].hitPoints = 5;
+    WriteFile(folder_ / "new.tbl", std::string(100000, 'x'));
+    ASSERT_TRUE(modTables::SaveTable(patch, folder_ / "new.tbl"));
+    PatchSet read;
+    ASSERT_TRUE(ParseTable(ReadFile(folder_ / "new.tbl"), engine, read));
+    EXPECT_EQ(read, patch.current);
+}
+
+} // namespace
+} // namespace plinket3::test

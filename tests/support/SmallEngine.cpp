@@ -1,0 +1,75 @@
+#include "tests/support/SmallEngine.h"
+
+#include "patch/modPatchText.h"
+
+namespace plinket3::test {
+
+EngineConfiguration SmallEngine(bool extended) {
+    EngineConfiguration engine;
+    engine.name = "Small";
+    engine.fileName = "small.cfg";
+    engine.table = "small.tbl";
+    engine.version = 19;
+    engine.extended = extended;
+    engine.flagNames = {"SPECIAL", "SOLID", "FLOAT", "INFLOAT"};
+    engine.codePointerStates = {1, 2, 3, 5};
+    std::int32_t value = 0;
+    for (const char* mnemonic : {"NULL", "Light0", "Fire", "Last", "Spare"}) {
+        engine.mnemonicByValue[value] = mnemonic;
+        engine.valueByMnemonic[mnemonic] = value++;
+    }
+    if (extended)
+        engine.strings = {{"GOTARMOR", "Armor."}, {"E1TEXT", R"(one\ntwo)"}, {"QUIT", "Quit?"}};
+    return engine;
+}
+
+PatchSet SmallDefaults(const EngineConfiguration& engine) {
+    PatchSet set;
+    set.thingNames = {"Player", "Zombie Man", "Imp"};
+    set.things.resize(3);
+    set.thingExtras.resize(3);
+    set.things[0].hitPoints = 100;
+    set.states.resize(6);
+    for (std::size_t state = 0; state < set.states.size(); ++state) {
+        set.states[state].action = std::array{0, 1, 2, 2, 0, 3}[state];
+        set.codePointers.push_back(set.states[state].action);
+    }
+    set.soundNames = {
+        {}, {'p', 'i', 's', 't', 'o', 'l'}, {'p', 'u', 'n', 'c', 'h', ' '}, {'b', 'f', 'g', '\0', '\0', '\0'}};
+    set.sounds.resize(4);
+    set.spriteValues = {10, 11, 12};
+    set.spriteNames = {{{'T', 'R', 'O', 'O'}}, {{'S', 'H', 'T', 'G'}}, {{'P', 'U', 'N', 'G'}}};
+    set.weaponNames = {"Fist", "Pistol"};
+    set.weapons.resize(2);
+    set.ammoNames = {"Bullets", "Shells"};
+    set.ammo = {{200, 10}, {50, 4}};
+    set.cheats.resize(cheatLabels.size());
+    set.cheats[0] = {6, "idmus", 0};
+    set.misc.initialHealth = 100;
+    set.misc.bfgCells = 40;
+    set.misc.monstersInfight = monstersDoNotFight;
+    DeriveMisc(set.misc);
+    if (engine.extended) {
+        for (const EngineConfiguration::String& string : engine.strings)
+            set.strings.push_back({0, 0, modPatchText::UnescapeText(string.text)});
+    } else {
+        for (const char* text : {"demo1", "one\ntwo", "twice", "twice"})
+            set.strings.push_back({0, 0, text});
+    }
+    for (StringRecord& string : set.strings)
+        string.length = static_cast<std::int32_t>(string.text.size());
+    return set;
+}
+
+PatchData SmallPatch(const EngineConfiguration& engine) {
+    PatchData patch;
+    patch.defaults = SmallDefaults(engine);
+    patch.current = patch.defaults;
+    patch.extended = engine.extended;
+    patch.doomVersion = engine.version;
+    patch.engineConfig = engine.fileName;
+    patch.iwadPath = "doom2.wad";
+    return patch;
+}
+
+} // namespace plinket3::test

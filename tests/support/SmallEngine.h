@@ -1,0 +1,19 @@
+#pragma once
+
+#include "core/modConfig.h"
+#include "patch/modTableDef.h"
+
+namespace plinket3::test {
+
+/// An engine that fits on a page, for patches of version 19: 3 things, 6 states (the last one alone has the code
+/// pointer "Last"; no state has "Spare"), 4 sounds, 3 sprites, 2 weapons, 2 kinds of ammunition, 17 cheats. Flags:
+/// SPECIAL, SOLID, FLOAT, INFLOAT. Normal: 4 texts, of which the last two are alike. Extended: 3 strings.
+EngineConfiguration SmallEngine(bool extended);
+
+/// Its own data. Numbers are 0 unless the `.cpp` says otherwise.
+PatchSet SmallDefaults(const EngineConfiguration& engine);
+
+/// A new patch for it.
+PatchData SmallPatch(const EngineConfiguration& engine);
+
+} // namespace plinket3::test
