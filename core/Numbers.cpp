@@ -94,7 +94,20 @@ template <class Real> std::string ShortestText(Real value) {
 
 double LeadingReal(std::string_view text) { return DecimalReal(TrimLeft(text), false); }
 
-std::int32_t LeadingInt32(std::string_view text) { return RoundToInt32(LeadingReal(text)); }
+std::int32_t LeadingInt32(std::string_view text) {
+    // Nearly every number of a patch is a few digits, which need no detour through a real number.
+    const std::string_view number = TrimLeft(text);
+    const bool negative = number.starts_with('-');
+    const std::size_t begin = negative ? 1 : 0;
+    const std::size_t end = SkipDigits(number, begin);
+    constexpr std::size_t surelyInRange = 9;
+    if (end - begin > surelyInRange || (end < number.size() && number[end] == '.') || number.starts_with('+'))
+        return RoundToInt32(LeadingReal(number));
+    std::int32_t value = 0;
+    for (std::size_t at = begin; at < end; ++at)
+        value = value * 10 + (number[at] - '0');
+    return negative ? -value : value;
+}
 
 std::int32_t RoundToInt32(double value) {
     if (std::isnan(value))

@@ -21,6 +21,7 @@ public:
         : patch_(patch), engine_(engine), current_(patch.current), defaults_(patch.defaults) {}
 
     std::string Format() {
+        out_.reserve(LikelySize());
         Header();
         EndKind(Records(thingSection, current_.things, defaults_.things, &current_.thingNames, &defaults_.thingNames));
         EndKind(Records(frameSection, current_.states, defaults_.states));
@@ -40,6 +41,14 @@ public:
     }
 
 private:
+    /// Room for all fields of things and states, which a large patch is made of, so that its text is not moved while it
+    /// grows. Room that stays unused is address space only.
+    std::size_t LikelySize() const {
+        constexpr std::size_t lineSize = 24;
+        return lineSize * (current_.things.size() * (fieldsOf<ThingRecord>.size() + 2) +
+                           current_.states.size() * (fieldsOf<StateRecord>.size() + 1));
+    }
+
     void Put(std::string_view text) { out_ += text; }
     void Put(std::int32_t number) {
         char digits[12];
