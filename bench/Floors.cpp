@@ -1,7 +1,6 @@
 #include "bench/Floors.h"
 
 #include "core/Bytes.h"
-#include "core/Text.h"
 
 #include <array>
 #include <charconv>
@@ -23,16 +22,28 @@ template <class Visit> void ForEachLine(std::string_view bytes, Visit visit) {
     }
 }
 
+// Short runs of blanks: plain loops, which the compiler puts in place, beat every search function.
+std::string_view TrimInPlace(std::string_view text) {
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
 } // namespace
 
 std::int64_t SplitLines(std::string_view bytes) {
     std::int64_t sum = 0;
     ForEachLine(bytes, [&sum](std::string_view line) {
-        line = line.substr(0, line.find_last_not_of("\r\n") + 1);
+        if (line.ends_with('\n'))
+            line.remove_suffix(1);
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
         const std::size_t equals = line.find('=');
         if (equals == std::string_view::npos)
             return;
-        const std::string_view key = Trim(line.substr(0, equals)), value = Trim(line.substr(equals + 1));
+        const std::string_view key = TrimInPlace(line.substr(0, equals)), value = TrimInPlace(line.substr(equals + 1));
         std::int32_t number = 0;
         std::from_chars(value.data(), value.data() + value.size(), number);
         sum += number + static_cast<std::int64_t>(key.size());

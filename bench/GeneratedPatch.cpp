@@ -12,14 +12,16 @@ namespace plinket3::bench {
 
 namespace {
 
-constexpr std::size_t linesOfThing = fieldTable<ThingRecord>.size() + 2; // with the header and the empty line
+// The lines of a section with its header and the empty line behind it.
+constexpr std::size_t linesOfThing = fieldTable<ThingRecord>.size() + 2;
 constexpr std::size_t linesOfState = fieldTable<StateRecord>.size() + 1; // the action stands in no patch
 
 template <class Record> Record RecordFor(std::size_t index) {
     Record record;
     std::int32_t value = static_cast<std::int32_t>(index % 30000) + 1000; // 4 or 5 digits
     for (const Field<Record>& field : fieldsOf<Record>)
-        record.*field.member = value++;
+        if (field.inPatch)
+            record.*field.member = value++;
     return record;
 }
 
