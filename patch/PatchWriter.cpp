@@ -1,7 +1,7 @@
 #include "core/Files.h"
 #include "core/Version.h"
-#include "patch/modPatchFiles.h"
 #include "patch/PointerTargets.h"
+#include "patch/modPatchFiles.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -87,17 +87,16 @@ private:
     template <class Record> void Fields(const Record& current, const Record& standard) {
         ForEachDifference(current, standard, [this](const Field<Record>& field, std::int32_t value) {
             if (field.unit == FieldUnit::Flags)
-                Line(field.label, " = ",
-                     modPatchText::FormatBits(value, patch_.extended, engine_.flagNames));
+                Line(field.label, " = ", modPatchText::FormatBits(value, patch_.extended, engine_.flagNames));
             else
                 Line(field.label, " = ", value);
         });
     }
 
-    template <class Record>
-    bool Records(const SectionRule& section, const std::vector<Record>& current, const std::vector<Record>& defaults,
-                 const std::vector<std::string>* names = nullptr,
-                 const std::vector<std::string>* defaultNames = nullptr) {
+    template <class Record> bool Records(const SectionRule& section, const std::vector<Record>& current,
+                                         const std::vector<Record>& defaults,
+                                         const std::vector<std::string>* names = nullptr,
+                                         const std::vector<std::string>* defaultNames = nullptr) {
         bool any = false;
         for (std::size_t i = 0; i < current.size(); ++i) {
             const bool renamed = names != nullptr && (*names)[i] != (*defaultNames)[i];
