@@ -1,6 +1,7 @@
 #include "core/modMain.h"
 
 #include "core/Files.h"
+#include "core/Text.h"
 #include "core/modParse.h"
 
 #include <array>
@@ -95,6 +96,18 @@ bool OpenFirstPatch(Environment& environment, FrontEnd& frontEnd, const CommandL
 }
 
 } // namespace
+
+CommandLine ReadCommandLine(const std::vector<std::string>& arguments) {
+    CommandLine commandLine;
+    bool option = false;
+    for (const std::string& argument : arguments) {
+        commandLine.text += (commandLine.text.empty() ? "" : " ") + argument;
+        option = option || EqualIgnoringCase(std::string_view(argument).substr(0, loadOption.size()), loadOption);
+    }
+    if (!option && !arguments.empty() && FileExists(arguments.front()))
+        return {{}, arguments.front()};
+    return commandLine;
+}
 
 bool StartUp(Environment& environment, FrontEnd& frontEnd, const CommandLine& commandLine) {
     clsLog& log = environment.log;

@@ -4,7 +4,9 @@
 #include "core/Status.h"
 
 #include <filesystem>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace plinket3 {
 
@@ -48,9 +50,13 @@ public:
 namespace modMain {
 
 struct CommandLine {
-    std::string_view text;              // everything after the program's own path, as the "-load" option is searched
+    std::string text;                    // everything after the program's own path, as "-load" is searched in it
     std::filesystem::path plainArgument; // a first argument that is an existing file; empty when there is none
 };
+
+/// Reads a command line without the program's own path. A plain first argument that is a file is opened as it is, also
+/// when its name happens to hold "-load"; an argument that begins with "-load" wins over it.
+CommandLine ReadCommandLine(const std::vector<std::string>& arguments);
 
 /// Brings the program up. `environment` has its folders set and nothing else. False when the program is to end: all of
 /// shut-down has then been done that is to be done.

@@ -1,0 +1,181 @@
+#include "ui/EditorSet.h"
+
+#include "ui/editors/frmEditAmmo.h"
+#include "ui/editors/frmEditCheats.h"
+#include "ui/editors/frmEditMisc.h"
+#include "ui/editors/frmEditPars.h"
+#include "ui/editors/frmEditSounds.h"
+#include "ui/editors/frmEditStates.h"
+#include "ui/editors/frmEditStrings.h"
+#include "ui/editors/frmEditThings.h"
+#include "ui/editors/frmEditWeapons.h"
+#include "ui/editors/frmPropSound.h"
+#include "ui/editors/frmPropString.h"
+#include "ui/editors/frmSelectAction.h"
+#include "ui/editors/frmSelectSprite.h"
+#include "ui/editors/frmSelectState.h"
+
+#include <QEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+namespace plinket3 {
+
+EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
+    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area) {
+    edits_.Listen([this](const std::vector<Cell>& cells) {
+        for (EditorWindow* editor : editors_)
+            if (editor != nullptr)
+                editor->CellsChanged(cells);
+    });
+}
+
+EditorSet::~EditorSet() = default;
+
+std::optional<std::size_t> EditorSet::PlaceOf(std::string_view name) const {
+    for (std::size_t place = 0; place < editorEntries.size(); ++place)
+        if (name == editorEntries[place].window)
+            return place;
+    return std::nullopt;
+}
+
+std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
+    const EditorContext context{program_, edits_, *this};
+    if (name == "frmEditThings")
+        return std::make_unique<frmEditThings>(context);
+    if (name == "frmEditStates") {
+        auto states = std::make_unique<frmEditStates>(context);
+        states_ = states.get();
+        return states;
+    }
+    if (name == "frmEditSounds") {
+        auto sounds = std::make_unique<frmEditSounds>(context);
+        sounds_ = sounds.get();
+        return sounds;
+    }
+    if (name == "frmEditStrings")
+        return std::make_unique<frmEditStrings>(context);
+    if (name == "frmEditWeapons")
+        return std::make_unique<frmEditWeapons>(context);
+    if (name == "frmEditAmmo")
+        return std::make_unique<frmEditAmmo>(context);
+    if (name == "frmEditCheats")
+        return std::make_unique<frmEditCheats>(context);
+    if (name == "frmEditMisc")
+        return std::make_unique<frmEditMisc>(context);
+    return std::make_unique<frmEditPars>(context);
+}
+
+bool EditorSet::Load(std::string_view name) {
+    if (const auto place = PlaceOf(name)) {
+        if (editors_[*place] == nullptr) {
+            unshown_[*place] = Make(name);
+            editors_[*place] = unshown_[*place].get();
+        }
+        return true;
+    }
+    const EditorContext context{program_, edits_, *this};
+    QWidget* parent = area_.window();
+    if (name == "frmPropSound" && !propSound_) {
+        propSound_ = std::make_unique<frmPropSound>(context, parent);
+        sounds_->PropertyDialog(*propSound_);
+    } else if (name == "frmPropString" && !propString_) {
+        propString_ = std::make_unique<frmPropString>(context, parent);
+        static_cast<frmEditStrings*>(editors_[*PlaceOf("frmEditStrings")])->PropertyDialog(*propString_);
+    } else if (name == "frmSelectSprite" && !selectSprite_) {
+        selectSprite_ = std::make_unique<frmSelectSprite>(program_, parent);
+    } else if (name == "frmSelectState" && !selectState_) {
+        selectState_ = std::make_unique<frmSelectState>(program_, edits_, parent);
+    } else if (name == "frmSelectAction" && !selectAction_) {
+        selectAction_ = std::make_unique<frmSelectAction>(program_, parent);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool EditorSet::IsShown(std::size_t editor) const {
+    return frames_[editor] != nullptr && !frames_[editor]->isHidden();
+}
+
+void EditorSet::Show(std::size_t editor, bool shown) {
+    if (editors_[editor] == nullptr || (!shown && frames_[editor] == nullptr))
+        return;
+    if (frames_[editor] == nullptr) {
+        editors_[editor]->BringUpToDate(); // so that the frame gets a size that fits the controls
+        frames_[editor] = area_.addSubWindow(unshown_[editor].release());
+        frames_[editor]->installEventFilter(this);
+        frames_[editor]->setAttribute(Qt::WA_DeleteOnClose, false);
+        emit EditorShown(editors_[editor]);
+    }
+    frames_[editor]->setVisible(shown);
+    if (shown) {
+        editors_[editor]->show();
+        area_.setActiveSubWindow(frames_[editor]);
+        editors_[editor]->setFocus();
+    }
+    emit ShownChanged();
+}
+
+void EditorSet::Refresh() {
+    for (EditorWindow* editor : editors_)
+        if (editor != nullptr)
+            editor->Refresh();
+    if (selectSprite_)
+        selectSprite_->Refresh();
+    if (selectState_)
+        selectState_->Refresh();
+    if (selectAction_)
+        selectAction_->Refresh();
+}
+
+std::optional<std::size_t> EditorSet::Active() const {
+    for (std::size_t editor = 0; editor < frames_.size(); ++editor)
+        if (frames_[editor] != nullptr && frames_[editor] == area_.activeSubWindow())
+            return editor;
+    return std::nullopt;
+}
+
+bool EditorSet::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Close) { // an editor is hidden, never destroyed
+        static_cast<QMdiSubWindow*>(watched)->hide();
+        event->ignore();
+        emit ShownChanged();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void EditorSet::SelectSingleState(int state, int thing, int weapon) {
+    states_->selectSingleState(state, thing, weapon);
+    Show(*PlaceOf("frmEditStates"), true);
+}
+
+std::optional<int> EditorSet::SelectedStateRow() { return states_->SelectedRow(); }
+
+void EditorSet::ShowSoundInEditor(int sound) {
+    sounds_->ShowSound(sound);
+    Show(*PlaceOf("frmEditSounds"), true);
+}
+
+std::optional<int> EditorSet::SelectedSoundRow() { return sounds_->SelectedRow(); }
+
+void EditorSet::ReplaceThingFilterEntry(int entry, const QString& text) {
+    states_->ReplaceThingFilterEntry(entry, text);
+}
+
+void EditorSet::PlaySoundLump(int sound) { audio_.PlaySoundLump(program_, program_.log, sound); }
+
+std::optional<EditorLinks::SpriteChoice> EditorSet::PickSprite(SpriteChoice start) {
+    return selectSprite_->Choose(start);
+}
+
+std::optional<std::int32_t> EditorSet::PickState(std::int32_t start) { return selectState_->Choose(start); }
+
+std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) { return selectAction_->Choose(start); }
+
+QString EditorSet::AskText(const QString& title, const QString& prompt, const QString& start) {
+    return dialogs_.AskText(title, prompt, start);
+}
+
+} // namespace plinket3

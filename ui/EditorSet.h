@@ -1,0 +1,112 @@
+#pragma once
+
+#include "ui/Audio.h"
+#include "ui/FileDialogs.h"
+#include "ui/editors/EditorWindow.h"
+
+#include <QMap>
+#include <QObject>
+
+#include <array>
+#include <memory>
+
+class QMdiArea;
+class QMdiSubWindow;
+
+namespace plinket3 {
+
+class frmEditSounds;
+class frmEditStates;
+class frmPropSound;
+class frmPropString;
+class frmSelectAction;
+class frmSelectSprite;
+class frmSelectState;
+
+/// An editor's place in menus and toolbars.
+struct EditorEntry {
+    const char* window; // class and object name
+    const char* command;
+    const char* menuText;
+    const char* button;
+};
+inline constexpr std::array<EditorEntry, 9> editorEntries{{
+    {"frmEditThings", "ViewThingEditor", "Thing editor", "Things"},
+    {"frmEditStates", "ViewStateEditor", "State editor", "States"},
+    {"frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds"},
+    {"frmEditStrings", "ViewStringEditor", "String editor", "Strings"},
+    {"frmEditWeapons", "ViewWeaponEditor", "Weapon editor", "Weapons"},
+    {"frmEditAmmo", "ViewAmmoEditor", "Ammo editor", "Ammo"},
+    {"frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats"},
+    {"frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc."},
+    {"frmEditPars", "ViewParEditor", "Par. editor", "Par."},
+}};
+inline constexpr std::size_t parEditor = editorEntries.size() - 1;
+
+/// The nine editors with their dialogs, as children of the main window's document area; answers what they ask of each
+/// other.
+class EditorSet : public QObject, public EditorLinks {
+    Q_OBJECT
+public:
+    EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area);
+    ~EditorSet() override;
+
+    /// Makes an editor or one of the editors' dialogs, hidden; false when `name` is none of them.
+    bool Load(std::string_view name);
+
+    bool IsShown(std::size_t editor) const;
+    /// Shows an editor (and gives it the focus) or hides it.
+    void Show(std::size_t editor, bool shown);
+    /// Shows a hidden editor, hides one that is seen.
+    void Toggle(std::size_t editor) { Show(editor, !IsShown(editor)); }
+    /// The patch, the engine or the settings are others now.
+    void Refresh();
+    /// The editor that has the focus; absent when none has.
+    std::optional<std::size_t> Active() const;
+    QMdiSubWindow* Frame(std::size_t editor) const { return frames_[editor]; }
+
+    // EditorLinks
+    void SelectSingleState(int state, int thing, int weapon) override;
+    std::optional<int> SelectedStateRow() override;
+    void ShowSoundInEditor(int sound) override;
+    std::optional<int> SelectedSoundRow() override;
+    void ReplaceThingFilterEntry(int entry, const QString& text) override;
+    void PlaySoundLump(int sound) override;
+    std::optional<SpriteChoice> PickSprite(SpriteChoice start) override;
+    std::optional<std::int32_t> PickState(std::int32_t start) override;
+    std::optional<std::int32_t> PickAction(std::int32_t start) override;
+    QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+    void ShowStatus(const QString& text) override { emit StatusText(text); }
+
+signals:
+    /// Editors were shown or hidden.
+    void ShownChanged();
+    void StatusText(const QString& text);
+    /// An editor was built: its splitters and columns can be given back their places.
+    void EditorShown(QWidget* editor);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::unique_ptr<EditorWindow> Make(std::string_view name);
+    std::optional<std::size_t> PlaceOf(std::string_view name) const;
+
+    Program& program_;
+    Edits& edits_;
+    Audio& audio_;
+    FileDialogs& dialogs_;
+    QMdiArea& area_;
+    std::array<std::unique_ptr<EditorWindow>, editorEntries.size()> unshown_; // until they get a frame
+    std::array<EditorWindow*, editorEntries.size()> editors_{};
+    std::array<QMdiSubWindow*, editorEntries.size()> frames_{};
+    frmEditStates* states_ = nullptr;
+    frmEditSounds* sounds_ = nullptr;
+    std::unique_ptr<frmPropSound> propSound_;
+    std::unique_ptr<frmPropString> propString_;
+    std::unique_ptr<frmSelectSprite> selectSprite_;
+    std::unique_ptr<frmSelectState> selectState_;
+    std::unique_ptr<frmSelectAction> selectAction_;
+};
+
+} // namespace plinket3

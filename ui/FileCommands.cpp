@@ -1,0 +1,241 @@
+#include "ui/FileCommands.h"
+
+#include "core/Files.h"
+#include "core/Numbers.h"
+#include "patch/Session.h"
+#include "patch/SessionChoice.h"
+#include "patch/modTables.h"
+#include "ui/LatinText.h"
+
+#include <utility>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr const char* openFilter = "All known file types|*.deh;*.bex|Dehacked files (*.deh)|*.deh|"
+                                   "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*";
+constexpr const char* normalFilter = "Dehacked files (*.deh)|*.deh|All files (*.*)|*.*";
+constexpr const char* extendedFilter = "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*";
+constexpr const char* tableFilter = "Plinket3 table files (*.tbl)|*.tbl|All files (*.*)|*.*";
+constexpr std::string_view loseChanges = "All changes will be lost. Are you sure?";
+
+std::string Value(const modPatchFiles::Header& header, std::string_view name) {
+    const auto found = header.find(name);
+    return found == header.end() ? std::string() : found->second;
+}
+
+} // namespace
+
+FileCommands::FileCommands(Program& program, Edits& edits, FileDialogs& dialogs, Recovery& recovery,
+                           SessionDialog sessionDialog)
+    : program_(program), edits_(edits), dialogs_(dialogs), recovery_(recovery),
+      sessionDialog_(std::move(sessionDialog)) {}
+
+bool FileCommands::MayLoseChanges() {
+    return !program_.patch.changed || program_.notifier.Ask(loseChanges, Buttons::YesNo) == Answer::Yes;
+}
+
+void FileCommands::Adopt(Session session) {
+    static_cast<Session&>(program_) = std::move(session);
+    stamp_ = program_.patch.named ? StampOf(program_.patch.fileName) : std::nullopt;
+    sessionOpen_ = true;
+    edits_.Clear();
+    recovery_.Forget();
+    emit SessionChanged();
+}
+
+void FileCommands::createNewFile() {
+    if (!MayLoseChanges())
+        return;
+    std::optional<Session> session = sessionDialog_(nullptr);
+    if (!session)
+        return;
+    Adopt(std::move(*session));
+    emit StatusText(tr("New patch for %1").arg(ShownText(program_.engine.name)));
+}
+
+void FileCommands::openFile(const QString& path) {
+    if (!MayLoseChanges())
+        return;
+    QString chosen = path;
+    if (chosen.isEmpty())
+        chosen = dialogs_.OpenFile(QStringLiteral("Load patch file"), QString::fromLatin1(openFilter));
+    if (chosen.isEmpty())
+        return;
+    const std::filesystem::path file = StoredPath(chosen);
+
+    modPatchFiles::Header header;
+    if (const Status status = modPatchFiles::ScanHeader(file, header); !status) {
+        program_.notifier.Show(MessageKind::Exclamation, "Could not open " + file.string() + ": " + status.Reason());
+        return;
+    }
+    if (LeadingInt32(Value(header, "patchversion")) != supportedPatchFormat) {
+        program_.notifier.Show(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
+        return;
+    }
+    if (!FirstEngineOfVersion(program_.engines, LeadingInt32(Value(header, "engineversion")))) {
+        program_.notifier.Show(MessageKind::Exclamation,
+                               "There were no engine configuration files found that match the patch file's target "
+                               "engine.");
+        return;
+    }
+    std::optional<Session> session = sessionDialog_(&header);
+    if (!session || !modPatchFiles::ReadPatch(program_.notifier, file, *session))
+        return;
+    Adopt(std::move(*session));
+    AddRecent(file);
+    emit StatusText(tr("Opened %1").arg(chosen));
+}
+
+bool FileCommands::SaveTo(const std::filesystem::path& file) {
+    const bool createBackup = program_.settings.Number("createBackup") == 1;
+    if (const Status status = modPatchFiles::SavePatch(program_, file, createBackup); !status) {
+        program_.notifier.Show(MessageKind::Exclamation, "Could not save " + file.string() + ": " + status.Reason());
+        return false;
+    }
+    program_.patch.fileName = file;
+    program_.patch.named = true;
+    stamp_ = StampOf(file);
+    edits_.MarkSaved();
+    recovery_.Forget();
+    emit Saved();
+    AddRecent(file);
+    emit StatusText(tr("Saved %1").arg(ShownPath(file)));
+    return true;
+}
+
+bool FileCommands::Save() { return program_.patch.named ? SaveTo(program_.patch.fileName) : SaveAs(); }
+
+bool FileCommands::SaveAs() {
+    const QString file = dialogs_.SaveFile(QStringLiteral("Save patch file"),
+                                           QString::fromLatin1(program_.patch.extended ? extendedFilter : normalFilter),
+                                           ShownPath(program_.patch.fileName));
+    return !file.isEmpty() && SaveTo(StoredPath(file));
+}
+
+void FileCommands::AddRecent(const std::filesystem::path& file) {
+    program_.settings.AddRecentFile(std::filesystem::absolute(file).string());
+    emit RecentFilesChanged();
+}
+
+void FileCommands::LoadTable() {
+    if (!MayLoseChanges())
+        return;
+    const QString file = dialogs_.OpenFile(QStringLiteral("Load table"), QString::fromLatin1(tableFilter));
+    if (file.isEmpty())
+        return;
+    PatchData patch = program_.patch;
+    if (!modTables::LoadTable(program_, program_.engine, StoredPath(file), patch))
+        return;
+    program_.patch = std::move(patch);
+    stamp_.reset();
+    edits_.Clear();
+    recovery_.Forget();
+    emit SessionChanged();
+    emit StatusText(tr("Loaded the table %1").arg(file));
+}
+
+void FileCommands::SaveTable() {
+    const QString file =
+        dialogs_.SaveFile(QStringLiteral("Save table"), QString::fromLatin1(tableFilter), QString());
+    if (file.isEmpty())
+        return;
+    if (const Status status = modTables::SaveTable(program_.patch, StoredPath(file)); !status)
+        program_.notifier.Show(MessageKind::Exclamation,
+                               "Could not save " + StoredPath(file).string() + ": " + status.Reason());
+    else
+        emit StatusText(tr("Saved the table %1").arg(file));
+}
+
+bool FileCommands::MayClose() {
+    if (!program_.patch.changed)
+        return true;
+    switch (program_.notifier.Ask("The file " + program_.patch.fileName.string() +
+                                      " has been changed. Do you want to save it?",
+                                  Buttons::YesNoCancel)) {
+    case Answer::Yes:
+        return Save();
+    case Answer::No:
+        recovery_.Forget();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool FileCommands::OfferRecovery() {
+    const std::optional<RecoveredPatch> recovered = recovery_.TakeOver();
+    if (!recovered)
+        return false;
+    if (program_.notifier.Ask("Plinket3 did not end as it should. Unsaved changes of " + recovered->fileName +
+                                  " were kept. Do you want to go on with them?",
+                              Buttons::YesNo) != Answer::Yes) {
+        recovery_.Forget();
+        return false;
+    }
+    const auto engine = ChooseEngine(program_.engines, recovered->engineConfig);
+    const auto iwad = ChooseIwad(program_.settings.Iwads(), recovered->iwadPath);
+    Session session;
+    if (!engine || !iwad ||
+        LoadSession(program_, {*engine, *iwad, recovered->dataWadPath, -1}, session) != SessionResult::Loaded ||
+        !ApplyRecovered(*recovered, session)) {
+        program_.notifier.Show(MessageKind::Exclamation,
+                               "The unsaved changes do not fit the engine configurations and IWADs that are there now. "
+                               "They stay in the settings folder.");
+        return false;
+    }
+    Adopt(std::move(session));
+    edits_.MarkChangedForGood();
+    KeepRecovery();
+    emit StatusText(tr("Went on with unsaved changes"));
+    return true;
+}
+
+void FileCommands::KeepRecovery() {
+    if (!program_.patch.changed)
+        return;
+    if (const Status status = recovery_.Keep(program_.patch); !status)
+        emit StatusText(tr("The recovery file could not be written: %1").arg(ShownPath(status.Reason())));
+}
+
+std::optional<FileCommands::FileStamp> FileCommands::StampOf(const std::filesystem::path& file) {
+    std::error_code error;
+    FileStamp stamp;
+    stamp.time = std::filesystem::last_write_time(file, error);
+    if (error)
+        return std::nullopt;
+    stamp.size = std::filesystem::file_size(file, error);
+    if (error)
+        return std::nullopt;
+    return stamp;
+}
+
+void FileCommands::CheckFileOnDisk() {
+    if (!stamp_ || asking_)
+        return;
+    const std::optional<FileStamp> now = StampOf(program_.patch.fileName);
+    if (!now || now == stamp_)
+        return;
+    asking_ = true;
+    stamp_ = now;
+    const bool reload =
+        program_.notifier.Ask("The file " + program_.patch.fileName.string() +
+                                  " was changed by another program. Do you want to reload it? With No, what is open "
+                                  "here is kept.",
+                              Buttons::YesNo) == Answer::Yes;
+    if (!reload || !ReloadFile())
+        edits_.MarkChangedForGood(); // what is open here is no longer what is on disk
+    asking_ = false;
+}
+
+bool FileCommands::ReloadFile() {
+    Session session = program_;
+    if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, session))
+        return false;
+    Adopt(std::move(session));
+    emit StatusText(tr("Reloaded %1").arg(ShownPath(program_.patch.fileName)));
+    return true;
+}
+
+} // namespace plinket3

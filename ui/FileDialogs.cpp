@@ -1,0 +1,67 @@
+#include "ui/FileDialogs.h"
+
+#include "core/modConfig.h"
+#include "ui/LatinText.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr const char* lastFolderKey = "lastDir";
+
+/// "A (*.a;*.b)|*.a;*.b|B|*.c" in the toolkit's form: "A (*.a *.b);;B (*.c)".
+QString ToolkitFilter(const QString& filter) {
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    QStringList entries;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        const QString name = parts[i].section(QStringLiteral(" ("), 0, 0);
+        const QString patterns = QString(parts[i + 1]).replace(QLatin1Char(';'), QLatin1Char(' '));
+        entries << name + QStringLiteral(" (") + (patterns == QStringLiteral("*.*") ? QStringLiteral("*") : patterns) +
+                       QLatin1Char(')');
+    }
+    return entries.join(QStringLiteral(";;"));
+}
+
+QString FirstSuffix(const QString& filter) {
+    return filter.section(QLatin1Char('|'), 1, 1).section(QLatin1Char(';'), 0, 0).section(QLatin1Char('.'), 1);
+}
+
+} // namespace
+
+QString QtFileDialogs::Remember(const QString& file) {
+    if (!file.isEmpty())
+        settings_.Text(lastFolderKey, StoredPath(QFileInfo(file).absolutePath()).string());
+    return file;
+}
+
+QString QtFileDialogs::OpenFile(const QString& title, const QString& filter) {
+    return Remember(QFileDialog::getOpenFileName(QApplication::activeWindow(), title,
+                                                 ShownPath(settings_.Text(lastFolderKey)), ToolkitFilter(filter)));
+}
+
+QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, const QString& proposed) {
+    QFileDialog dialog(QApplication::activeWindow(), title, ShownPath(settings_.Text(lastFolderKey)),
+                       ToolkitFilter(filter));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(FirstSuffix(filter));
+    if (!proposed.isEmpty())
+        dialog.selectFile(proposed);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    return Remember(dialog.selectedFiles().constFirst());
+}
+
+QString QtFileDialogs::AskText(const QString& title, const QString& prompt, const QString& start) {
+    bool accepted = false;
+    const QString text =
+        QInputDialog::getText(QApplication::activeWindow(), title, prompt, QLineEdit::Normal, start, &accepted);
+    return accepted ? text : QString();
+}
+
+} // namespace plinket3

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+namespace plinket3 {
+
+/// Asks for the names of files and for lines of text; tests answer in its place.
+class FileDialogs {
+public:
+    virtual ~FileDialogs() = default;
+    /// `filter` in the form "Name (*.ext)|*.ext|...". Empty when nothing was chosen.
+    virtual QString OpenFile(const QString& title, const QString& filter) = 0;
+    /// The same for a file to write, which is asked about when it exists. `proposed` is where the dialog starts.
+    virtual QString SaveFile(const QString& title, const QString& filter, const QString& proposed) = 0;
+    /// A line of text; empty when the user cancels.
+    virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;
+};
+
+/// The real dialogs. They start in the folder of the setting "lastDir" and remember it.
+class Settings;
+class QtFileDialogs : public FileDialogs {
+public:
+    explicit QtFileDialogs(Settings& settings) : settings_(settings) {}
+    QString OpenFile(const QString& title, const QString& filter) override;
+    QString SaveFile(const QString& title, const QString& filter, const QString& proposed) override;
+    QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+
+private:
+    QString Remember(const QString& file);
+
+    Settings& settings_;
+};
+
+} // namespace plinket3

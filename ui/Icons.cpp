@@ -1,0 +1,46 @@
+#include "ui/Icons.h"
+
+#include <QFile>
+#include <QIconEngine>
+#include <QPainter>
+#include <QSvgRenderer>
+
+namespace plinket3 {
+
+namespace {
+
+/// Draws the picture anew for each size that is asked for, so that it is sharp at every scaling of the desktop.
+class SvgEngine : public QIconEngine {
+public:
+    explicit SvgEngine(QByteArray picture) : picture_(std::move(picture)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        if (mode == QIcon::Disabled)
+            painter->setOpacity(0.35);
+        QSvgRenderer(picture_).render(painter, rect);
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+    QIconEngine* clone() const override { return new SvgEngine(picture_); }
+
+private:
+    QByteArray picture_;
+};
+
+} // namespace
+
+QIcon ProgramIcon(const char* name, const QPalette& palette) {
+    QFile file(QStringLiteral(":/plinket3/icons/%1.svg").arg(QLatin1String(name)));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray picture = file.readAll();
+    picture.replace("#foreground", palette.color(QPalette::ButtonText).name().toLatin1());
+    return QIcon(new SvgEngine(std::move(picture)));
+}
+
+} // namespace plinket3

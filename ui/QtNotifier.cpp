@@ -1,0 +1,60 @@
+#include "ui/QtNotifier.h"
+
+#include "core/Version.h"
+#include "ui/LatinText.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace plinket3 {
+
+namespace {
+
+QMessageBox::Icon IconOf(MessageKind kind) {
+    switch (kind) {
+    case MessageKind::Critical:
+        return QMessageBox::Critical;
+    case MessageKind::Exclamation:
+        return QMessageBox::Warning;
+    default:
+        return QMessageBox::Information;
+    }
+}
+
+int Run(QMessageBox::Icon icon, std::string_view text, QMessageBox::StandardButtons buttons) {
+    QMessageBox box(icon, QString::fromLatin1(programTitle), {}, buttons, QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText); // names and paths are not markup
+    box.setText(ShownPath(std::string(text)));
+    return box.exec();
+}
+
+} // namespace
+
+void QtNotifier::Show(MessageKind kind, std::string_view text) { Run(IconOf(kind), text, QMessageBox::Ok); }
+
+Answer QtNotifier::Ask(std::string_view question, Buttons buttons) {
+    int answer = QMessageBox::Cancel;
+    switch (buttons) {
+    case Buttons::YesNo:
+        answer = Run(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No);
+        break;
+    case Buttons::YesNoCancel:
+        answer = Run(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        break;
+    case Buttons::OkCancel:
+        answer = Run(QMessageBox::Warning, question, QMessageBox::Ok | QMessageBox::Cancel);
+        break;
+    }
+    switch (answer) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    case QMessageBox::Ok:
+        return Answer::Ok;
+    default: // also a box that was closed
+        return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+    }
+}
+
+} // namespace plinket3

@@ -1,0 +1,171 @@
+#include "ui/Recovery.h"
+
+#include "core/Files.h"
+#include "core/Numbers.h"
+#include "core/clsConfiguration.h"
+#include "patch/modTables.h"
+#include "ui/LatinText.h"
+
+#include <utility>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr int mostPlaces = 16; // programs that run at the same time
+constexpr std::string_view recoveryType = "Plinket3 recovery file";
+
+std::string TextOf(const SettingTree& tree, std::string_view key) {
+    const SettingValue* value = tree.Find(key);
+    const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
+    return text == nullptr ? std::string() : *text;
+}
+
+std::int32_t NumberOf(const SettingTree& tree, std::string_view key) {
+    const SettingValue* value = tree.Find(key);
+    return value == nullptr ? 0 : RoundToInt32(NumberIn(*value).value_or(0));
+}
+
+std::vector<ParRecord> ParsOf(const SettingTree& root) {
+    std::vector<ParRecord> pars;
+    const SettingValue* value = root.Find("pars");
+    const auto* tree = value == nullptr ? nullptr : std::get_if<std::shared_ptr<SettingTree>>(value);
+    if (tree == nullptr)
+        return pars;
+    for (const auto& entry : (*tree)->Entries())
+        if (const auto* par = std::get_if<std::shared_ptr<SettingTree>>(&entry.second))
+            pars.push_back({NumberOf(**par, "episode"), NumberOf(**par, "map"), NumberOf(**par, "seconds")});
+    return pars;
+}
+
+/// The file: the length of the texts as decimal number, a line feed, the texts, the table.
+std::string Join(std::string_view texts, std::string_view table) {
+    std::string bytes = std::to_string(texts.size()) + "\n";
+    bytes += texts;
+    bytes += table;
+    return bytes;
+}
+
+std::optional<RecoveredPatch> Split(std::string_view bytes) {
+    const std::size_t lineEnd = bytes.find('\n');
+    if (lineEnd == std::string_view::npos)
+        return std::nullopt;
+    const std::int32_t length = LeadingInt32(bytes.substr(0, lineEnd));
+    bytes.remove_prefix(lineEnd + 1);
+    if (length < 0 || static_cast<std::size_t>(length) > bytes.size())
+        return std::nullopt;
+    clsConfiguration texts;
+    if (!texts.InputConfiguration(bytes.substr(0, static_cast<std::size_t>(length))))
+        return std::nullopt;
+    const auto root = texts.Root(true);
+    if (TextOf(*root, "type") != recoveryType)
+        return std::nullopt;
+    RecoveredPatch recovered;
+    recovered.fileName = TextOf(*root, "fileName");
+    recovered.engineConfig = TextOf(*root, "engineConfig");
+    recovered.iwadPath = TextOf(*root, "iwad");
+    recovered.dataWadPath = TextOf(*root, "dataWad");
+    recovered.named = NumberOf(*root, "named") != 0;
+    recovered.table = bytes.substr(static_cast<std::size_t>(length));
+    recovered.pars = ParsOf(*root);
+    return recovered;
+}
+
+} // namespace
+
+Recovery::Recovery(std::filesystem::path folder) : folder_(std::move(folder)) {
+    for (int place = 0; place < mostPlaces; ++place) {
+        // A place whose owner is gone but whose file is still there is not free: it is offered first.
+        if (FileExists(FileAt(place)))
+            continue;
+        auto lock = LockAt(place);
+        if (!lock->tryLock(0))
+            continue;
+        lock_ = std::move(lock);
+        place_ = place;
+        return;
+    }
+}
+
+std::filesystem::path Recovery::FileAt(int place) const {
+    return folder_ / ("recovery-" + std::to_string(place) + ".dat");
+}
+
+std::unique_ptr<QLockFile> Recovery::LockAt(int place) const {
+    auto lock =
+        std::make_unique<QLockFile>(ShownPath(folder_ / ("recovery-" + std::to_string(place) + ".lock")));
+    lock->setStaleLockTime(0); // only the end of the program that holds it makes a lock void
+    return lock;
+}
+
+Status Recovery::Keep(const PatchData& patch) const {
+    if (place_ < 0)
+        return Status::Failure("the settings folder cannot be written");
+    clsConfiguration texts;
+    const auto root = texts.Root(true);
+    root->Set("type", std::string(recoveryType));
+    root->Set("fileName", patch.fileName.string());
+    root->Set("named", patch.named ? 1 : 0);
+    root->Set("engineConfig", patch.engineConfig);
+    root->Set("iwad", patch.iwadPath);
+    root->Set("dataWad", patch.dataWadPath);
+    const auto pars = std::make_shared<SettingTree>();
+    for (std::size_t i = 0; i < patch.current.pars.size(); ++i) {
+        const auto par = std::make_shared<SettingTree>();
+        par->Set("episode", patch.current.pars[i].episode);
+        par->Set("map", patch.current.pars[i].map);
+        par->Set("seconds", patch.current.pars[i].seconds);
+        pars->Set(std::to_string(i), par);
+    }
+    root->Set("pars", pars);
+    return WriteFileAtomically(FileAt(place_), Join(texts.OutputConfiguration("\n", false),
+                                                    modTables::FormatTable(patch.current, false)));
+}
+
+void Recovery::Forget() const {
+    if (place_ < 0)
+        return;
+    std::error_code ignored;
+    std::filesystem::remove(FileAt(place_), ignored);
+}
+
+std::optional<RecoveredPatch> Recovery::TakeOver() {
+    for (int place = 0; place < mostPlaces; ++place) {
+        if (place == place_ || !FileExists(FileAt(place)))
+            continue;
+        auto lock = LockAt(place);
+        if (!lock->tryLock(0))
+            continue; // its program is running
+        std::string bytes;
+        if (!ReadWholeFile(FileAt(place), bytes))
+            continue;
+        auto recovered = Split(bytes);
+        if (!recovered)
+            continue;
+        lock_ = std::move(lock);
+        place_ = place;
+        return recovered;
+    }
+    return std::nullopt;
+}
+
+bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
+    EngineConfiguration layout = session.engine;
+    layout.extended = false; // the records are kept with their strings
+    PatchSet set;
+    if (!modTables::ParseTable(recovered.table, layout, set))
+        return false;
+    const PatchSet& defaults = session.patch.defaults;
+    if (set.things.size() != defaults.things.size() || set.states.size() != defaults.states.size() ||
+        set.sounds.size() != defaults.sounds.size() || set.spriteNames.size() != defaults.spriteNames.size() ||
+        set.strings.size() != defaults.strings.size() || set.weapons.size() != defaults.weapons.size() ||
+        set.ammo.size() != defaults.ammo.size() || set.cheats.size() != defaults.cheats.size())
+        return false;
+    set.pars = recovered.pars;
+    session.patch.current = std::move(set);
+    session.patch.fileName = recovered.fileName;
+    session.patch.named = recovered.named;
+    return true;
+}
+
+} // namespace plinket3

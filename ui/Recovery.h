@@ -1,0 +1,52 @@
+#pragma once
+
+#include "patch/Program.h"
+
+#include <QLockFile>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace plinket3 {
+
+/// Unsaved work of a run that ended without its shut-down.
+struct RecoveredPatch {
+    std::string fileName, engineConfig, iwadPath, dataWadPath;
+    bool named = false;
+    std::string table; // the records as a table file with strings, whatever the mode
+    std::vector<ParRecord> pars;
+};
+
+/// Keeps the unsaved state of the open patch in the settings folder, so that a crash costs at most half a minute. Each
+/// running program has files of its own: a lock that the system gives up when the program ends in whatever way, and the
+/// recovery file itself, written in one step. Records are kept exactly, which a patch file cannot do.
+class Recovery {
+public:
+    /// Takes a place of its own in `folder`. Without one (a folder that cannot be written) nothing is kept.
+    explicit Recovery(std::filesystem::path folder);
+
+    /// Writes the recovery file. Fails as writing files does.
+    Status Keep(const PatchData& patch) const;
+    /// Removes it: the work is saved, or given up by the user.
+    void Forget() const;
+
+    /// What a run that is no longer there has left behind, which is then taken over: kept until `Forget`. Absent when
+    /// there is nothing, or nothing that can be read.
+    std::optional<RecoveredPatch> TakeOver();
+
+private:
+    std::filesystem::path FileAt(int place) const;
+    std::unique_ptr<QLockFile> LockAt(int place) const;
+
+    std::filesystem::path folder_;
+    int place_ = -1;
+    std::unique_ptr<QLockFile> lock_;
+};
+
+/// Puts the records into `session`, whose engine must have as many of each kind. False, with nothing changed, when the
+/// recovered records do not fit.
+[[nodiscard]] bool ApplyRecovered(const RecoveredPatch& recovered, Session& session);
+
+} // namespace plinket3

@@ -1,0 +1,397 @@
+#include "ui/frmMain.h"
+
+#include "core/Version.h"
+#include "ui/Icons.h"
+#include "ui/LatinText.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QUrl>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr int recoveryInterval = 30'000; // milliseconds
+constexpr int statusDuration = 8'000;
+constexpr const char* geometryKey = "frmMain/geometry";
+constexpr const char* toolbarsKey = "frmMain/toolbars";
+constexpr const char* shownKey = "frmMain/shownEditors";
+constexpr const char* webSite = PLINKET3_WEBSITE;
+
+QString GeometryKey(std::size_t editor) {
+    return QString::fromLatin1(editorEntries[editor].window) + QStringLiteral("/geometry");
+}
+
+} // namespace
+
+frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
+    : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
+      recovery_(program.settingsFolder), editors_(program, edits, audio, dialogs, *area_),
+      commands_(program, edits, dialogs, recovery_,
+                [this](const modPatchFiles::Header* header) { return ChooseSession(header); }) {
+    setObjectName(QStringLiteral("frmMain"));
+    setCentralWidget(area_);
+    setAcceptDrops(true);
+    area_->setObjectName(QStringLiteral("area"));
+    area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    BuildFileMenu();
+    BuildEditMenu();
+    BuildViewMenu();
+    BuildHelpMenu();
+    BuildToolbars();
+    BuildStatusBar();
+    SetIcons();
+
+    edits_.Listen([this](const std::vector<Cell>&) {
+        UpdateEditMenu();
+        RefreshSave();
+    });
+    connect(&commands_, &FileCommands::SessionChanged, this, &frmMain::SessionChanged);
+    connect(&commands_, &FileCommands::Saved, this, [this] {
+        updateCaption();
+        RefreshSave();
+    });
+    connect(&commands_, &FileCommands::RecentFilesChanged, this, &frmMain::UpdateRecentList);
+    const auto tell = [this](const QString& text) { statusBar()->showMessage(text, statusDuration); };
+    connect(&commands_, &FileCommands::StatusText, this, tell);
+    connect(&editors_, &EditorSet::StatusText, this, tell);
+    connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
+    connect(&editors_, &EditorSet::EditorShown, this, [this](QWidget* editor) { state_.RestoreParts(*editor); });
+    connect(&recoveryTimer_, &QTimer::timeout, &commands_, &FileCommands::KeepRecovery);
+    recoveryTimer_.start(recoveryInterval);
+
+    SetEditBar(false);
+    UpdateEditMenu();
+    RestorePlaces();
+    program_.log.Add("  Loaded frmMain");
+}
+
+frmMain::~frmMain() = default;
+
+QAction* frmMain::Action(const char* name, const QString& text, const QKeySequence& shortcut) {
+    auto* action = new QAction(text, this);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setShortcut(shortcut);
+    return action;
+}
+
+void frmMain::BuildFileMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&File"));
+    fileNew_ = Action("FileNew", tr("&New..."), QKeySequence::New);
+    fileOpen_ = Action("FileOpen", tr("&Open..."), QKeySequence::Open);
+    fileSave_ = Action("FileSave", tr("&Save"), QKeySequence::Save);
+    fileSaveAs_ = Action("FileSaveAs", tr("Save &as..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    fileLoadTable_ = Action("FileLoadTable", tr("&Load table..."));
+    fileSaveTable_ = Action("FileSaveTable", tr("Save &table..."));
+    fileExit_ = Action("FileExit", tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    menu->addActions({fileNew_, fileOpen_, fileSave_, fileSaveAs_});
+    menu->addSeparator();
+    menu->addActions({fileLoadTable_, fileSaveTable_});
+    menu->addSeparator();
+    for (std::size_t i = 0; i < recentCount; ++i) {
+        recent_[i] = Action("Recent", {});
+        recent_[i]->setObjectName(QStringLiteral("Recent%1").arg(i));
+        menu->addAction(recent_[i]);
+        connect(recent_[i], &QAction::triggered, this, [this, i] { commands_.openFile(recent_[i]->data().toString()); });
+    }
+    recentEnd_ = menu->addSeparator();
+    menu->addAction(fileExit_);
+
+    connect(fileNew_, &QAction::triggered, &commands_, &FileCommands::createNewFile);
+    connect(fileOpen_, &QAction::triggered, &commands_, [this] { commands_.openFile({}); });
+    connect(fileSave_, &QAction::triggered, &commands_, &FileCommands::Save);
+    connect(fileSaveAs_, &QAction::triggered, &commands_, &FileCommands::SaveAs);
+    connect(fileLoadTable_, &QAction::triggered, &commands_, &FileCommands::LoadTable);
+    connect(fileSaveTable_, &QAction::triggered, &commands_, &FileCommands::SaveTable);
+    connect(fileExit_, &QAction::triggered, this, &QWidget::close);
+    UpdateRecentList();
+}
+
+void frmMain::BuildEditMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Edit"));
+    editUndo_ = Action("EditUndo", tr("&Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z));
+    editRedo_ = Action("EditRedo", tr("&Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    menu->addActions({editUndo_, editRedo_});
+    connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
+    connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
+}
+
+void frmMain::BuildViewMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&View"));
+    viewOptions_ = Action("ViewOptions", tr("&Options..."));
+    menu->addAction(viewOptions_);
+    menu->addSeparator();
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
+        QAction*& action = viewEditors_[editor];
+        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText),
+                        QKeySequence(QStringLiteral("Ctrl+%1").arg(editor + 1)));
+        action->setCheckable(true);
+        action->setIconText(tr(editorEntries[editor].button));
+        action->setToolTip(tr("Show or hide the %1 (Ctrl+%2)")
+                               .arg(tr(editorEntries[editor].menuText).toLower())
+                               .arg(editor + 1));
+        menu->addAction(action);
+        connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
+    }
+    connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
+}
+
+void frmMain::BuildHelpMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Help"));
+    QAction* website = Action("HelpWebsite", tr("Plinket3 &website..."));
+    helpAbout_ = Action("HelpAbout", tr("&About..."));
+    menu->addActions({website, helpAbout_});
+    connect(website, &QAction::triggered, this,
+            [] { QDesktopServices::openUrl(QUrl(QString::fromLatin1(webSite))); });
+    connect(helpAbout_, &QAction::triggered, this, [this] {
+        Load("frmAbout");
+        about_->exec();
+    });
+}
+
+void frmMain::BuildToolbars() {
+    tlbProgram_ = addToolBar(tr("Program"));
+    tlbProgram_->setObjectName(QStringLiteral("tlbProgram"));
+    tlbEditors_ = addToolBar(tr("Editors"));
+    tlbEditors_->setObjectName(QStringLiteral("tlbEditors"));
+    const std::pair<QAction*, QString> buttons[]{{fileNew_, tr("Create a new file")},
+                                                 {nullptr, {}},
+                                                 {fileOpen_, tr("Open a file")},
+                                                 {fileSave_, tr("Save this file")},
+                                                 {nullptr, {}},
+                                                 {viewOptions_, tr("Display the options")},
+                                                 {nullptr, {}},
+                                                 {helpAbout_, tr("About Plinket3")}};
+    for (const auto& [action, tip] : buttons) {
+        if (action == nullptr) {
+            tlbProgram_->addSeparator();
+            continue;
+        }
+        action->setToolTip(tip);
+        tlbProgram_->addAction(action);
+    }
+    tlbEditors_->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    for (QAction* action : viewEditors_)
+        tlbEditors_->addAction(action);
+}
+
+void frmMain::BuildStatusBar() {
+    const std::pair<QLabel**, const char*> labels[]{
+        {&lblEngine_, "lblEngine"}, {&lblMode_, "lblMode"}, {&lblIwad_, "lblIWAD"}};
+    for (const auto& [label, name] : labels) {
+        *label = new QLabel;
+        (*label)->setObjectName(QString::fromLatin1(name));
+        statusBar()->addPermanentWidget(*label);
+    }
+    UpdateStatus();
+}
+
+void frmMain::SetIcons() {
+    const std::pair<QAction*, const char*> icons[]{{fileNew_, "new"},         {fileOpen_, "open"},
+                                                   {fileSave_, "save"},       {viewOptions_, "options"},
+                                                   {helpAbout_, "about"},     {editUndo_, "undo"},
+                                                   {editRedo_, "redo"}};
+    for (const auto& [action, name] : icons)
+        action->setIcon(ProgramIcon(name, palette()));
+}
+
+void frmMain::Load(std::string_view name) {
+    if (name == "frmOptions" && !options_) {
+        Adopt(std::make_unique<frmOptions>(program_, dialogs_, this));
+    } else if (name == "frmAbout" && !about_) {
+        about_ = std::make_unique<frmAbout>(program_, this);
+    } else if (name == "frmNewFile" && !newFile_) {
+        newFile_ = std::make_unique<frmNewFile>(program_, dialogs_, this);
+        connect(newFile_.get(), &frmNewFile::OptionsWanted, this, &frmMain::ShowOptions);
+    } else if (name == "frmStartup" && !startup_) {
+        startup_ = std::make_unique<frmStartup>(program_, this);
+        connect(startup_.get(), &frmStartup::NewChosen, &commands_, &FileCommands::createNewFile);
+        connect(startup_.get(), &frmStartup::OpenChosen, &commands_, [this] { commands_.openFile({}); });
+        connect(startup_.get(), &frmStartup::RecentChosen, &commands_, &FileCommands::openFile);
+    } else {
+        editors_.Load(name);
+    }
+}
+
+void frmMain::Adopt(std::unique_ptr<frmOptions> options) {
+    options_ = std::move(options);
+    options_->setParent(this, options_->windowFlags());
+    connect(options_.get(), &frmOptions::Accepted, this, &frmMain::SettingsChanged);
+}
+
+void frmMain::ShowStartup() {
+    Load("frmStartup");
+    startup_->open();
+}
+
+bool frmMain::ShowOptions() {
+    Load("frmOptions");
+    if (options_->Edit())
+        return true;
+    commands_.KeepRecovery(); // the program ends at once: unsaved work is offered at the next start
+    emit EndedAtOnce();
+    return false;
+}
+
+std::optional<Session> frmMain::ChooseSession(const modPatchFiles::Header* header) {
+    Load("frmNewFile");
+    if (header == nullptr)
+        newFile_->SetNewFile();
+    else
+        newFile_->SelectConfig(*header);
+    return newFile_->Choose();
+}
+
+void frmMain::SessionChanged() {
+    const bool firstSession = !fileSaveAs_->isEnabled();
+    editors_.Refresh();
+    SetEditBar(true);
+    updateCaption();
+    UpdateStatus();
+    RefreshSave();
+    if (!viewEditors_[parEditor]->isEnabled())
+        editors_.Show(parEditor, false);
+    if (!firstSession)
+        return;
+    const QByteArray shown = state_.Bytes(QString::fromLatin1(shownKey));
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
+        const bool show = shown.isEmpty() ? editor == 0 : shown.split(' ').contains(editorEntries[editor].window);
+        if (!show || !viewEditors_[editor]->isEnabled())
+            continue;
+        editors_.Show(editor, true);
+        if (const QByteArray place = state_.Bytes(GeometryKey(editor)); !place.isEmpty())
+            editors_.Frame(editor)->restoreGeometry(place);
+    }
+}
+
+void frmMain::SetEditBar(bool enabled) {
+    for (QAction* action : viewEditors_)
+        action->setEnabled(enabled);
+    for (QAction* action : {fileSave_, fileSaveAs_, fileLoadTable_, fileSaveTable_})
+        action->setEnabled(enabled);
+    // Only extended patches have par times.
+    if (commands_.SessionOpen() && !program_.patch.extended)
+        viewEditors_[parEditor]->setEnabled(false);
+}
+
+void frmMain::ToggleEditForm(std::size_t editor) { editors_.Toggle(editor); }
+
+void frmMain::UpdateEditorButtons() {
+    for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
+        viewEditors_[editor]->setChecked(editors_.IsShown(editor));
+}
+
+void frmMain::updateCaption() {
+    if (!commands_.SessionOpen()) {
+        setWindowTitle(QString::fromLatin1(programTitle));
+        return;
+    }
+    setWindowTitle(QStringLiteral("Plinket3 - [%1] - %2")
+                       .arg(ShownPath(program_.patch.fileName),
+                            program_.patch.extended ? tr("Extended mode") : tr("Normal mode")));
+}
+
+void frmMain::UpdateRecentList() {
+    const std::vector<std::string> recent = program_.settings.RecentFiles();
+    for (std::size_t i = 0; i < recentCount; ++i) {
+        recent_[i]->setVisible(i < recent.size());
+        if (i >= recent.size())
+            continue;
+        const QString path = ShownPath(recent[recent.size() - 1 - i]);
+        recent_[i]->setData(path);
+        recent_[i]->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(
+            QString(path).replace(QLatin1Char('&'), QStringLiteral("&&"))));
+    }
+    recentEnd_->setVisible(!recent.empty());
+}
+
+void frmMain::UpdateEditMenu() {
+    editUndo_->setEnabled(edits_.CanUndo());
+    editRedo_->setEnabled(edits_.CanRedo());
+    editUndo_->setText(edits_.CanUndo() ? tr("&Undo %1").arg(ShownText(edits_.UndoName())) : tr("&Undo"));
+    editRedo_->setText(edits_.CanRedo() ? tr("&Redo %1").arg(ShownText(edits_.RedoName())) : tr("&Redo"));
+}
+
+void frmMain::RefreshSave() { fileSave_->setEnabled(commands_.SessionOpen() && program_.patch.changed); }
+
+void frmMain::UpdateStatus() {
+    const bool open = commands_.SessionOpen();
+    lblEngine_->setText(open ? ShownText(program_.engine.name) : tr("No patch is open"));
+    lblMode_->setText(!open ? QString() : program_.patch.extended ? tr("Extended mode") : tr("Normal mode"));
+    lblIwad_->setText(open ? ShownPath(std::filesystem::path(program_.patch.iwadPath).filename()) : QString());
+    lblIwad_->setToolTip(open ? ShownPath(program_.patch.iwadPath) : QString());
+}
+
+void frmMain::RestorePlaces() {
+    if (!restoreGeometry(state_.Bytes(QString::fromLatin1(geometryKey))))
+        resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
+    restoreState(state_.Bytes(QString::fromLatin1(toolbarsKey)));
+}
+
+void frmMain::KeepPlaces() {
+    state_.Bytes(QString::fromLatin1(geometryKey), saveGeometry());
+    state_.Bytes(QString::fromLatin1(toolbarsKey), saveState());
+    if (!commands_.SessionOpen())
+        return;
+    QByteArrayList shown;
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
+        if (editors_.Frame(editor) == nullptr)
+            continue;
+        state_.Bytes(GeometryKey(editor), editors_.Frame(editor)->saveGeometry());
+        state_.KeepParts(*editors_.Frame(editor)->widget());
+        if (editors_.IsShown(editor))
+            shown.append(editorEntries[editor].window);
+    }
+    state_.Bytes(QString::fromLatin1(shownKey), shown.isEmpty() ? QByteArray("none") : shown.join(' '));
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (!commands_.MayClose()) {
+        event->ignore();
+        return;
+    }
+    KeepPlaces();
+    event->accept();
+    emit Closing();
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && fileNew_ != nullptr)
+        SetIcons();
+    else if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        QTimer::singleShot(0, &commands_, &FileCommands::CheckFileOnDisk);
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent* event) {
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile())
+            event->acceptProposedAction();
+}
+
+void frmMain::dropEvent(QDropEvent* event) {
+    for (const QUrl& url : event->mimeData()->urls()) {
+        if (!url.isLocalFile())
+            continue;
+        event->acceptProposedAction();
+        const QString file = url.toLocalFile();
+        QTimer::singleShot(0, &commands_, [this, file] { commands_.openFile(file); }); // the drop must end first
+        return;
+    }
+}
+
+} // namespace plinket3

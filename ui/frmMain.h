@@ -1,0 +1,106 @@
+#pragma once
+
+#include "ui/EditorSet.h"
+#include "ui/FileCommands.h"
+#include "ui/WindowState.h"
+#include "ui/frmAbout.h"
+#include "ui/frmNewFile.h"
+#include "ui/frmOptions.h"
+#include "ui/frmStartup.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <array>
+#include <memory>
+
+class QAction;
+class QLabel;
+class QMdiArea;
+class QToolBar;
+
+namespace plinket3 {
+
+/// The program's main window: a frame for the editors with menus, two toolbars and a status bar.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs);
+    ~frmMain() override;
+
+    FileCommands& Commands() { return commands_; }
+    EditorSet& Editors() { return editors_; }
+
+    /// Makes one of the windows that belong to this one; does nothing for one that exists.
+    void Load(std::string_view name);
+    /// Takes over the options dialog of the first run.
+    void Adopt(std::unique_ptr<frmOptions> options);
+    void ShowStartup();
+    /// False: the user ends the program.
+    bool ShowOptions();
+
+    void SetEditBar(bool enabled);
+    void ToggleEditForm(std::size_t editor);
+    void updateCaption();
+    void UpdateRecentList();
+    /// Enables Save when the patch has unsaved changes.
+    void RefreshSave();
+
+signals:
+    /// The user has settled unsaved changes and closes the program.
+    void Closing();
+    /// The user ended the program in the options: at once, without its shut-down.
+    void EndedAtOnce();
+    /// The options were accepted or a table was loaded: editors are to follow the settings.
+    void SettingsChanged();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    static constexpr std::size_t recentCount = 6;
+
+    QAction* Action(const char* name, const QString& text, const QKeySequence& shortcut = {});
+    void BuildFileMenu();
+    void BuildEditMenu();
+    void BuildViewMenu();
+    void BuildHelpMenu();
+    void BuildToolbars();
+    void BuildStatusBar();
+    void SetIcons();
+    void SessionChanged();
+    void UpdateEditMenu();
+    void UpdateEditorButtons();
+    void UpdateStatus();
+    void RestorePlaces();
+    void KeepPlaces();
+    std::optional<Session> ChooseSession(const modPatchFiles::Header* header);
+
+    Program& program_;
+    Edits& edits_;
+    FileDialogs& dialogs_;
+    WindowState state_;
+    QMdiArea* area_;
+    Recovery recovery_;
+    EditorSet editors_;
+    FileCommands commands_;
+    std::unique_ptr<frmOptions> options_;
+    std::unique_ptr<frmAbout> about_;
+    std::unique_ptr<frmNewFile> newFile_;
+    std::unique_ptr<frmStartup> startup_;
+
+    QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
+            *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr, *fileExit_ = nullptr, *editUndo_ = nullptr,
+            *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+    std::array<QAction*, recentCount> recent_{};
+    QAction* recentEnd_ = nullptr;
+    std::array<QAction*, editorEntries.size()> viewEditors_{};
+    QToolBar *tlbProgram_ = nullptr, *tlbEditors_ = nullptr;
+    QLabel *lblEngine_ = nullptr, *lblMode_ = nullptr, *lblIwad_ = nullptr;
+    QTimer recoveryTimer_;
+};
+
+} // namespace plinket3

@@ -1,0 +1,174 @@
+#include "ui/frmNewFile.h"
+
+#include "core/Numbers.h"
+#include "patch/SessionChoice.h"
+#include "ui/LatinText.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
+
+QString HeaderText(const modPatchFiles::Header& header, std::string_view name) {
+    const auto found = header.find(name);
+    return found == header.end() ? QString() : ShownPath(found->second);
+}
+
+void Recommend(QComboBox& list, std::size_t index) {
+    const int row = static_cast<int>(index);
+    list.setCurrentIndex(row);
+    list.setItemText(row, list.itemText(row) + QStringLiteral(" (recommended)"));
+}
+
+void SelectRemembered(QComboBox& list, std::int32_t index) {
+    if (list.count() > 0)
+        list.setCurrentIndex(index >= 0 && index < list.count() ? index : 0);
+}
+
+} // namespace
+
+frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* parent)
+    : QDialog(parent), environment_(environment), dialogs_(dialogs), cmbEngines_(new QComboBox),
+      cmbIwads_(new QComboBox), txtDataWad_(new QLineEdit), lblNoIwad_(new QLabel(tr("No IWAD is known yet."))),
+      cmdOptions_(new QPushButton(tr("A&dd IWADs..."))) {
+    setObjectName(QStringLiteral("frmNewFile"));
+    environment_.log.Add("  Loaded frmNewFile");
+    cmbEngines_->setObjectName(QStringLiteral("cmbEngines"));
+    cmbIwads_->setObjectName(QStringLiteral("cmbIWADs"));
+    txtDataWad_->setObjectName(QStringLiteral("txtDataWAD"));
+    cmdOptions_->setObjectName(QStringLiteral("cmdOptions"));
+    for (QComboBox* list : {cmbEngines_, cmbIwads_})
+        list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+
+    auto* cmdBrowse = new QPushButton(tr("&Browse..."));
+    cmdBrowse->setObjectName(QStringLiteral("cmdBrowseDataWAD"));
+    auto* dataWad = new QHBoxLayout;
+    dataWad->addWidget(txtDataWad_, 1);
+    dataWad->addWidget(cmdBrowse);
+    txtDataWad_->setPlaceholderText(tr("none"));
+    txtDataWad_->setClearButtonEnabled(true);
+    txtDataWad_->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
+
+    auto* iwad = new QHBoxLayout;
+    iwad->addWidget(cmbIwads_, 1);
+    iwad->addWidget(lblNoIwad_, 1);
+    iwad->addWidget(cmdOptions_);
+
+    auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    form->addRow(tr("&Engine:"), cmbEngines_);
+    form->addRow(tr("&IWAD:"), iwad);
+    form->addRow(tr("Data &WAD:"), dataWad);
+    for (const auto& [field, layout] : {std::pair<QWidget*, QLayout*>{cmbIwads_, iwad}, {txtDataWad_, dataWad}})
+        if (auto* label = qobject_cast<QLabel*>(form->labelForField(layout)))
+            label->setBuddy(field);
+    cmbEngines_->setAccessibleName(tr("Engine"));
+    cmbIwads_->setAccessibleName(tr("IWAD"));
+    txtDataWad_->setAccessibleName(tr("Data WAD"));
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    cmdAccept_ = buttons->button(QDialogButtonBox::Ok);
+    cmdAccept_->setObjectName(QStringLiteral("cmdAccept"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addStretch();
+    layout->addWidget(buttons);
+
+    connect(cmdBrowse, &QPushButton::clicked, this, &frmNewFile::Browse);
+    connect(cmdOptions_, &QPushButton::clicked, this, [this] {
+        emit OptionsWanted();
+        FillIwads();
+    });
+    connect(buttons, &QDialogButtonBox::accepted, this, &frmNewFile::Accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void frmNewFile::FillLists() {
+    cmbEngines_->clear();
+    for (const modConfig::EngineEntry& engine : environment_.engines)
+        cmbEngines_->addItem(ShownText(engine.name));
+    SelectRemembered(*cmbEngines_, environment_.settings.Number("lastConfig"));
+    FillIwads();
+}
+
+void frmNewFile::FillIwads() {
+    cmbIwads_->clear();
+    for (const Settings::Iwad& iwad : environment_.settings.Iwads()) {
+        cmbIwads_->addItem(ShownPath(iwad.name));
+        cmbIwads_->setItemData(cmbIwads_->count() - 1, ShownPath(iwad.path), Qt::ToolTipRole);
+    }
+    SelectRemembered(*cmbIwads_, environment_.settings.Number("lastIWAD"));
+    const bool any = cmbIwads_->count() > 0;
+    cmbIwads_->setVisible(any);
+    lblNoIwad_->setVisible(!any);
+    cmdOptions_->setVisible(!any);
+    cmdAccept_->setEnabled(any);
+}
+
+void frmNewFile::SetNewFile() {
+    FillLists();
+    version_ = -1;
+    txtDataWad_->clear();
+    setWindowTitle(tr("New file"));
+}
+
+void frmNewFile::SelectConfig(const modPatchFiles::Header& header) {
+    FillLists();
+    if (const auto named = header.find("engineconfig"); named != header.end())
+        if (const auto engine = ChooseEngine(environment_.engines, named->second))
+            Recommend(*cmbEngines_, *engine);
+    if (const auto named = header.find("iwad"); named != header.end())
+        if (const auto iwad = ChooseIwad(environment_.settings.Iwads(), named->second))
+            Recommend(*cmbIwads_, *iwad);
+    version_ = LeadingInt32(HeaderText(header, "engineversion").toStdString());
+    txtDataWad_->setText(HeaderText(header, "datawad"));
+    setWindowTitle(tr("File settings of %1")
+                       .arg(ShownPath(StoredPath(HeaderText(header, "filename")).filename())));
+}
+
+std::optional<Session> frmNewFile::Choose() {
+    session_.reset();
+    cmbEngines_->setFocus();
+    exec();
+    return std::exchange(session_, std::nullopt);
+}
+
+void frmNewFile::Browse() {
+    const QString file = dialogs_.OpenFile(tr("Select a WAD file"), QString::fromLatin1(wadFilter));
+    if (!file.isEmpty())
+        txtDataWad_->setText(file);
+}
+
+void frmNewFile::Accept() {
+    SessionChoice choice;
+    choice.engine = static_cast<std::size_t>(cmbEngines_->currentIndex());
+    choice.iwad = static_cast<std::size_t>(cmbIwads_->currentIndex());
+    choice.dataWad = StoredPath(txtDataWad_->text()).string();
+    choice.version = version_;
+    Session session;
+    switch (LoadSession(environment_, choice, session)) {
+    case SessionResult::Incompatible:
+        return;
+    case SessionResult::Loaded:
+        session_ = std::move(session);
+        accept();
+        return;
+    case SessionResult::Failed:
+        reject();
+        return;
+    }
+}
+
+} // namespace plinket3

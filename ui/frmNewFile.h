@@ -1,0 +1,51 @@
+#pragma once
+
+#include "patch/Session.h"
+#include "patch/modPatchFiles.h"
+#include "ui/FileDialogs.h"
+
+#include <QDialog>
+
+#include <optional>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace plinket3 {
+
+/// Asks what a patch is edited against - engine, IWAD, data WAD - and loads it.
+class frmNewFile : public QDialog {
+    Q_OBJECT
+public:
+    frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* parent);
+
+    /// Prepares the dialog for a new patch.
+    void SetNewFile();
+    /// Prepares the dialog for an existing patch by what its header says.
+    void SelectConfig(const modPatchFiles::Header& header);
+    /// Shows the dialog; the session when the user accepted it and all of it could be loaded.
+    std::optional<Session> Choose();
+
+signals:
+    /// The user wants to add an IWAD; the options are open while the signal is handled.
+    void OptionsWanted();
+
+private:
+    void FillLists();
+    void FillIwads();
+    void Accept();
+    void Browse();
+
+    Environment& environment_;
+    FileDialogs& dialogs_;
+    QComboBox *cmbEngines_, *cmbIwads_;
+    QLineEdit* txtDataWad_;
+    QLabel* lblNoIwad_;
+    QPushButton *cmdOptions_, *cmdAccept_;
+    std::int32_t version_ = -1;
+    std::optional<Session> session_;
+};
+
+} // namespace plinket3

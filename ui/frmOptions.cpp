@@ -1,0 +1,233 @@
+#include "ui/frmOptions.h"
+
+#include "core/Text.h"
+#include "ui/LatinText.h"
+#include "ui/frmFindIwads.h"
+#include "wad/IwadSearch.h"
+#include "wad/clsWad.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
+constexpr int iwadsTab = 1;
+
+} // namespace
+
+frmOptions::frmOptions(Environment& environment, FileDialogs& dialogs, QWidget* parent)
+    : QDialog(parent), environment_(environment), dialogs_(dialogs), tabOptions_(new QTabWidget) {
+    setObjectName(QStringLiteral("frmOptions"));
+    setWindowTitle(tr("Options"));
+    tabOptions_->setObjectName(QStringLiteral("tabOptions"));
+    tabOptions_->addTab(BuildGeneral(), tr("&General"));
+    tabOptions_->addTab(BuildIwads(), tr("I&WADs"));
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdAccept"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
+    connect(buttons, &QDialogButtonBox::accepted, this, &frmOptions::Accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(tabOptions_, 1);
+    layout->addWidget(buttons);
+    resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 20);
+
+    updateControls();
+    environment_.log.Add("  Loaded frmOptions");
+}
+
+QWidget* frmOptions::BuildGeneral() {
+    auto* general = new QWidget;
+    general->setObjectName(QStringLiteral("framGeneral"));
+    chkMakeBackup_ = new QCheckBox(tr("Make &backup when saving"));
+    chkMakeBackup_->setObjectName(QStringLiteral("chkMakeBackup"));
+    chkFrameCharacters_ = new QCheckBox(tr("Use &characters for sprite frames"));
+    chkFrameCharacters_->setObjectName(QStringLiteral("chkFrameCharacters"));
+    cmbStateActivate_ = new QComboBox;
+    cmbStateActivate_->setObjectName(QStringLiteral("cmbStateActivate"));
+    cmbStateActivate_->addItems({tr("Open sprite browser"), tr("Open next state browser"), tr("Open action browser")});
+    auto* label = new QLabel(tr("When &double-clicking a state..."));
+    label->setObjectName(QStringLiteral("lblStateActivate"));
+    label->setBuddy(cmbStateActivate_);
+    auto* state = new QHBoxLayout;
+    state->addWidget(label);
+    state->addWidget(cmbStateActivate_);
+    state->addStretch();
+    auto* layout = new QVBoxLayout(general);
+    layout->addWidget(chkMakeBackup_);
+    layout->addWidget(chkFrameCharacters_);
+    layout->addLayout(state);
+    layout->addStretch();
+    return general;
+}
+
+QWidget* frmOptions::BuildIwads() {
+    auto* iwads = new QWidget;
+    iwads->setObjectName(QStringLiteral("framIWADs"));
+    lvwIwads_ = new QTreeWidget;
+    lvwIwads_->setObjectName(QStringLiteral("lvwIWADs"));
+    lvwIwads_->setAccessibleName(tr("Known IWADs"));
+    lvwIwads_->setHeaderLabels({tr("Name"), tr("File")});
+    lvwIwads_->setRootIsDecorated(false);
+    lvwIwads_->setTextElideMode(Qt::ElideMiddle);
+    cmdFindIwads_ = new QPushButton(tr("&Find IWADs"));
+    cmdFindIwads_->setObjectName(QStringLiteral("cmdFindIWADs"));
+    cmdFindIwads_->setToolTip(tr("Look for IWADs in the usual folders"));
+    auto* cmdAdd = new QPushButton(tr("&Add IWAD"));
+    cmdAdd->setObjectName(QStringLiteral("cmdAddIWAD"));
+    cmdRemoveIwad_ = new QPushButton(tr("&Remove IWAD"));
+    cmdRemoveIwad_->setObjectName(QStringLiteral("cmdRemoveIWAD"));
+    auto* buttons = new QVBoxLayout;
+    buttons->addWidget(cmdFindIwads_);
+    buttons->addWidget(cmdAdd);
+    buttons->addWidget(cmdRemoveIwad_);
+    buttons->addStretch();
+    auto* layout = new QHBoxLayout(iwads);
+    layout->addWidget(lvwIwads_, 1);
+    layout->addLayout(buttons);
+
+    connect(cmdFindIwads_, &QPushButton::clicked, this, &frmOptions::FindIwads);
+    connect(cmdAdd, &QPushButton::clicked, this, &frmOptions::AddIwad);
+    connect(cmdRemoveIwad_, &QPushButton::clicked, this, &frmOptions::RemoveIwad);
+    connect(lvwIwads_, &QTreeWidget::itemSelectionChanged, this,
+            [this] { cmdRemoveIwad_->setEnabled(!lvwIwads_->selectedItems().isEmpty()); });
+    return iwads;
+}
+
+bool frmOptions::FirstRun() const { return environment_.settings.Number("firstRun") == 1; }
+
+bool frmOptions::Edit() {
+    updateControls();
+    ended_ = false;
+    if (lvwIwads_->topLevelItemCount() == 0) {
+        tabOptions_->setCurrentIndex(iwadsTab);
+        cmdFindIwads_->setDefault(true);
+        cmdFindIwads_->setFocus();
+    }
+    exec();
+    return !ended_;
+}
+
+void frmOptions::updateControls() {
+    const Settings& settings = environment_.settings;
+    chkMakeBackup_->setChecked(settings.Number("createBackup") == 1);
+    chkFrameCharacters_->setChecked(settings.Number("frameCharacter") == 1);
+    cmbStateActivate_->setCurrentIndex(std::clamp(settings.Number("stateActivate"), 0, cmbStateActivate_->count() - 1));
+    FillIwads();
+}
+
+void frmOptions::updateConfiguration() {
+    Settings& settings = environment_.settings;
+    settings.Number("createBackup", chkMakeBackup_->isChecked() ? 1 : 0);
+    settings.Number("frameCharacter", chkFrameCharacters_->isChecked() ? 1 : 0);
+    settings.Number("stateActivate", cmbStateActivate_->currentIndex());
+    if (const Status status = settings.Save(); !status)
+        environment_.notifier.Show(MessageKind::Exclamation,
+                                   "Could not save " + settings.File().string() + ": " + status.Reason());
+}
+
+void frmOptions::FillIwads() {
+    lvwIwads_->clear();
+    for (const Settings::Iwad& iwad : environment_.settings.Iwads()) {
+        auto* row = new QTreeWidgetItem(lvwIwads_, {ShownPath(iwad.name), ShownPath(iwad.path)});
+        row->setToolTip(1, ShownPath(iwad.path));
+    }
+    lvwIwads_->resizeColumnToContents(0);
+    cmdRemoveIwad_->setEnabled(false);
+}
+
+void frmOptions::AddIwad() {
+    const QString file = dialogs_.OpenFile(tr("Select a WAD file"), QString::fromLatin1(wadFilter));
+    if (file.isEmpty())
+        return;
+    const std::filesystem::path path = StoredPath(file);
+    clsWad wad;
+    wad.OpenWad(path);
+    if (wad.WadFileName().empty() || wad.WadType() != 0) {
+        environment_.notifier.Show(MessageKind::Exclamation, "Selected WAD file is not an IWAD.");
+        return;
+    }
+    const std::string base = path.stem().string();
+    const QString name =
+        dialogs_.AskText(QStringLiteral("Enter name"), QStringLiteral("Enter a name for %1.").arg(ShownPath(base)),
+                         ShownPath(modConfig::DetectIwadName(environment_.iwadDetect, path)));
+    if (name.isEmpty())
+        return;
+    environment_.settings.AddIwad(StoredPath(name).string(), path.string());
+    FillIwads();
+}
+
+void frmOptions::RemoveIwad() {
+    const QList<QTreeWidgetItem*> selected = lvwIwads_->selectedItems();
+    if (selected.isEmpty() || environment_.notifier.Ask("Are you sure you want to remove this IWAD?", Buttons::YesNo) !=
+                                  Answer::Yes)
+        return;
+    environment_.settings.RemoveIwad(static_cast<std::size_t>(lvwIwads_->indexOfTopLevelItem(selected.constFirst())));
+    FillIwads();
+}
+
+std::vector<std::filesystem::path> frmOptions::UsualFolders() const {
+    std::vector<std::filesystem::path> folders{
+        "/usr/share/games/doom", "/usr/local/share/games/doom", "/usr/share/doom",
+        StoredPath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) / "games" / "doom"};
+    if (const std::vector<Settings::Iwad> iwads = environment_.settings.Iwads(); !iwads.empty())
+        folders.push_back(std::filesystem::path(iwads.back().path).parent_path());
+    return folders;
+}
+
+void frmOptions::FindIwads() {
+    const std::vector<std::filesystem::path> folders = UsualFolders();
+    const std::vector<Settings::Iwad> known = environment_.settings.Iwads();
+    std::vector<frmFindIwads::Found> found;
+    for (const std::filesystem::path& file : plinket3::FindIwads(folders)) {
+        if (std::any_of(known.begin(), known.end(), [&](const auto& iwad) { return iwad.path == file.string(); }))
+            continue;
+        std::string name = modConfig::DetectIwadName(environment_.iwadDetect, file);
+        found.emplace_back(name.empty() ? file.stem().string() : std::move(name), file);
+    }
+    if (found.empty()) {
+        std::string text = "No further IWADs were found. These folders were looked into:\n";
+        for (const std::filesystem::path& folder : folders)
+            text += "\n" + folder.string();
+        environment_.notifier.Show(MessageKind::Information, text);
+        return;
+    }
+    for (const auto& [name, path] : frmFindIwads(found, this).Choose())
+        environment_.settings.AddIwad(name, path.string());
+    FillIwads();
+}
+
+void frmOptions::Accept() {
+    if (environment_.settings.Iwads().empty()) {
+        if (environment_.notifier.Ask("At least one valid IWAD has to be added to the IWAD list.",
+                                      Buttons::OkCancel) == Answer::Ok)
+            return;
+        environment_.log.Add("User ended because he didnt add an IWAD.");
+        ended_ = true;
+        reject();
+        return;
+    }
+    updateConfiguration();
+    accept();
+    if (!FirstRun())
+        emit Accepted();
+}
+
+} // namespace plinket3

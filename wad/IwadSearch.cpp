@@ -1,0 +1,44 @@
+#include "wad/IwadSearch.h"
+
+#include "core/Text.h"
+#include "wad/clsWad.h"
+
+#include <algorithm>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr int iwadType = 0;
+
+bool IsIwad(const std::filesystem::path& file) {
+    clsWad wad;
+    wad.OpenWad(file);
+    return !wad.WadFileName().empty() && wad.WadType() == iwadType;
+}
+
+} // namespace
+
+std::vector<std::filesystem::path> FindIwads(const std::vector<std::filesystem::path>& folders) {
+    std::vector<std::filesystem::path> found;
+    std::vector<std::filesystem::path> known; // the same files, symbolic links followed
+    for (const std::filesystem::path& folder : folders) {
+        std::vector<std::filesystem::path> files;
+        std::error_code error;
+        for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+             entry.increment(error))
+            if (EqualIgnoringCase(entry->path().extension().string(), ".wad"))
+                files.push_back(entry->path());
+        std::sort(files.begin(), files.end());
+        for (const std::filesystem::path& file : files) {
+            const std::filesystem::path real = std::filesystem::weakly_canonical(file, error);
+            if (std::find(known.begin(), known.end(), real) != known.end() || !IsIwad(file))
+                continue;
+            known.push_back(real);
+            found.push_back(file);
+        }
+    }
+    return found;
+}
+
+} // namespace plinket3
