@@ -63,16 +63,15 @@ Header HeaderOf(const std::string& file, std::string_view bytes) {
     return header;
 }
 
-void LoadEngine(Run& run, std::size_t index) {
+void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
     Program& program = run.program;
     const auto refuse = [&](const std::filesystem::path& file) {
         const std::string reason = run.notifier.Messages().back();
         const bool named = reason.find(file.string()) != std::string::npos;
         throw Refused(named ? reason : file.string() + ": " + reason);
     };
-    const std::filesystem::path& file = program.engines[index].file;
-    if (!modConfig::LoadEngineConfiguration(file, program.engine, program.notifier))
-        refuse(file);
+    if (!modConfig::LoadEngineConfiguration(engine.file, program.engine, program.notifier))
+        refuse(engine.file);
     if (!modTables::LoadEngineTable(program, program.engine, program.patch))
         refuse(modTables::TablePath(program.programFolder, program.engine));
 }
@@ -243,9 +242,9 @@ void LoadEngine(Run& run, const Header& header) {
     const std::vector<std::string> skipped = FindEngines(program);
     const std::string& name = run.arguments.engine;
     if (!name.empty())
-        return LoadEngine(run, EngineNamed(program, name, skipped));
+        return LoadEntry(run, program.engines[EngineNamed(program, name, skipped)]);
     RequireEngines(program);
-    LoadEngine(run, EngineFor(program, header));
+    LoadEntry(run, program.engines[EngineFor(program, header)]);
 }
 
 } // namespace plinket3::cli
