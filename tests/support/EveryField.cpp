@@ -1,0 +1,125 @@
+#include "tests/support/EveryField.h"
+
+#include "core/Files.h"
+#include "patch/PointerTargets.h"
+#include "patch/modTables.h"
+
+#include <algorithm>
+#include <set>
+#include <stdexcept>
+
+namespace plinket3::test {
+
+namespace {
+
+void Require(const Status& status) {
+    if (!status)
+        throw std::runtime_error(status.Reason());
+}
+
+/// The same text with another letter in its last place, blanks and line ends aside; false when there is none.
+bool ChangeLetter(std::string& text) {
+    const auto isLetter = [](char character) {
+        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+    };
+    for (std::size_t at = text.size(); at-- > 0;) {
+        // A letter behind a percent sign or a backslash has a meaning of its own.
+        if (!isLetter(text[at]) || (at > 0 && (text[at - 1] == '%' || text[at - 1] == '\\')))
+            continue;
+        text[at] = text[at] == 'q' ? 'z' : 'q';
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+PatchData BuiltEngine(const std::filesystem::path& dataFolder, const std::string& name, EngineConfiguration& engine) {
+    Require(modConfig::LoadEngine(dataFolder / "config" / (name + ".cfg"), engine));
+    PatchData patch;
+    std::string table;
+    Require(ReadWholeFile(modTables::TablePath(dataFolder, engine), table));
+    Require(modTables::ParseTable(table, engine, patch.defaults));
+    patch.current = patch.defaults;
+    patch.extended = engine.extended;
+    patch.doomVersion = engine.version;
+    patch.engineConfig = engine.fileName;
+    return patch;
+}
+
+NewValue UsableValue(const PatchSet& set) {
+    const auto states = static_cast<std::int32_t>(set.states.size()),
+               sounds = static_cast<std::int32_t>(set.sounds.size()),
+               sprites = static_cast<std::int32_t>(set.spriteNames.size());
+    return [=](FieldUnit unit, std::int32_t value) {
+        constexpr std::int32_t shadow = 1 << 18; // a flag that no engine needs for spawning a thing
+        switch (unit) {
+        case FieldUnit::Flags:
+            return value ^ shadow;
+        case FieldUnit::State:
+            return (value + 1) % states;
+        case FieldUnit::Sound:
+            return (value + 1) % sounds;
+        case FieldUnit::Sprite:
+            return (value + 1) % sprites;
+        case FieldUnit::SpriteFrame:
+            return value ^ litBit;
+        case FieldUnit::AmmoType:
+            return (value + 1) % 4;
+        case FieldUnit::Infight:
+            return value == monstersFight ? monstersDoNotFight : monstersFight;
+        default: // a state of no duration would never end
+            return value == -1 ? 5 : value + 1;
+        }
+    };
+}
+
+void ChangeEveryNumber(PatchSet& set, const NewValue& newValue) {
+    const auto change = [&newValue](auto& record) {
+        using Record = std::remove_reference_t<decltype(record)>;
+        for (const Field<Record>& field : fieldsOf<Record>)
+            if (field.inPatch)
+                record.*field.member = FitWidth(field, newValue(field.unit, record.*field.member));
+    };
+    const auto changeAll = [&change](auto& records) { std::for_each(records.begin(), records.end(), change); };
+    changeAll(set.things);
+    changeAll(set.states);
+    changeAll(set.sounds);
+    changeAll(set.weapons);
+    changeAll(set.ammo);
+    change(set.misc);
+    DeriveMisc(set.misc);
+    for (auto* names : {&set.thingNames, &set.weaponNames, &set.ammoNames})
+        for (std::string& name : *names)
+            name += " 2";
+}
+
+void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine) {
+    constexpr std::size_t firstThingState = 90; // those before are the weapons'
+    const PointerTargets targets(set.states, engine.codePointerStates);
+    const std::vector<std::int32_t> standard = set.codePointers;
+    for (std::size_t state = 0; state < standard.size(); ++state) {
+        const std::size_t begin = state < firstThingState ? 0 : firstThingState;
+        const std::size_t end = state < firstThingState ? firstThingState : standard.size();
+        for (std::size_t step = 1; standard[state] != 0 && step < end - begin; ++step) {
+            const std::int32_t other = standard[begin + (state - begin + step) % (end - begin)];
+            if (other == 0 || other == standard[state] ||
+                (!engine.extended && !targets.CanExpress(static_cast<std::int32_t>(state), other)))
+                continue;
+            set.codePointers[state] = other;
+            break;
+        }
+    }
+}
+
+void ChangeEveryText(PatchSet& set, const EngineConfiguration& engine,
+                     const std::function<bool(const std::string&)>& usable) {
+    for (CheatRecord& cheat : set.cheats)
+        ChangeLetter(cheat.text);
+    std::set<std::string> seen;
+    for (StringRecord& string : set.strings)
+        if (usable(string.text) && (engine.extended || seen.insert(string.text).second))
+            ChangeLetter(string.text);
+}
+
+} // namespace plinket3::test
