@@ -22,6 +22,15 @@ std::int32_t FixedFromUnits(std::int32_t units) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(units) << 16); // wraps, as engines do
 }
 
+/// A number within the limits; one beyond them is written back with the caret at its end.
+std::int32_t ReadIndexField(QLineEdit& box, Limits limits) {
+    const std::int32_t typed = LeadingInt32(StoredText(box.text()));
+    const std::int32_t index = limits.Apply(typed);
+    if (index != typed)
+        box.setText(QString::number(index));
+    return index;
+}
+
 } // namespace
 
 std::int32_t ReadLongField(QLineEdit& box) {
@@ -64,13 +73,16 @@ void MarkDifference(QWidget& widget, bool differs, const QString& defaultText, c
     widget.setToolTip(differs ? QObject::tr("Default: %1").arg(defaultText) : plainTip);
 }
 
-NumberBox::NumberBox(const QString& name, const QString& accessibleName, Edits& edits, NumberForm form)
-    : edits_(edits), form_(form) {
+FieldBox::FieldBox(const QString& name, const QString& accessibleName, Edits& edits) : edits_(edits) {
     setObjectName(name);
     setAccessibleName(accessibleName);
     setAlignment(Qt::AlignRight);
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setEnabled(false);
+}
+
+NumberBox::NumberBox(const QString& name, const QString& accessibleName, Edits& edits, NumberForm form)
+    : FieldBox(name, accessibleName, edits), form_(form) {
     connect(this, &QLineEdit::textEdited, this, [this] { StoreText(true); });
 }
 
@@ -101,9 +113,8 @@ void NumberBox::Update() {
         return;
     const std::int32_t value = std::get<std::int32_t>(edits_.Value(*cell_));
     const bool typing = hasFocus() && isModified();
-    const std::int32_t shown = form_ == NumberForm::Fixed
-                                   ? FixedFromUnits(LeadingInt32(StoredText(text())))
-                                   : LeadingInt32(StoredText(text()));
+    const std::int32_t shown = form_ == NumberForm::Fixed ? FixedFromUnits(LeadingInt32(StoredText(text())))
+                                                          : LeadingInt32(StoredText(text()));
     if (!typing || shown != value)
         setText(TextOf(value));
     MarkDifference();
@@ -129,6 +140,8 @@ std::int32_t NumberBox::ReadText() {
         return ReadLongField(*this);
     case NumberForm::Fixed:
         return FixedFromUnits(ReadLongField(*this));
+    case NumberForm::Index:
+        return ReadIndexField(*this, edits_.LimitsOf(cell_->kind, cell_->field));
     default:
         return ReadRangedField(*this, edits_.LimitsOf(cell_->kind, cell_->field));
     }
@@ -149,7 +162,19 @@ void NumberBox::MarkDifference() {
     plinket3::MarkDifference(*this, !edits_.IsDefault(*cell_), TextOf(standard));
 }
 
-void NumberBox::focusInEvent(QFocusEvent* event) {
+void NumberBox::AddRestore(QMenu& menu) {
+    if (!cell_)
+        return;
+    const Cell cell = *cell_;
+    menu.addSeparator();
+    QAction* restore =
+        menu.addAction(tr("Restore default (%1)").arg(TextOf(std::get<std::int32_t>(edits_.DefaultValue(cell)))), this,
+                       [this, cell] { edits_.Restore({cell}, "restore " + edits_.NameOf(cell)); });
+    restore->setObjectName(QStringLiteral("restoreField"));
+    restore->setEnabled(!edits_.IsDefault(cell));
+}
+
+void FieldBox::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     if (event->reason() == Qt::PopupFocusReason)
         return;
@@ -157,25 +182,18 @@ void NumberBox::focusInEvent(QFocusEvent* event) {
     QTimer::singleShot(0, this, &QLineEdit::selectAll);
 }
 
-void NumberBox::focusOutEvent(QFocusEvent* event) {
+void FieldBox::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
     if (event->reason() == Qt::PopupFocusReason)
         return;
     edits_.EndTyping();
     setModified(false);
+    Update(); // what was typed as "12.5" or not as a number now stands as it was stored
 }
 
-void NumberBox::contextMenuEvent(QContextMenuEvent* event) {
+void FieldBox::contextMenuEvent(QContextMenuEvent* event) {
     const std::unique_ptr<QMenu> menu(createStandardContextMenu());
-    if (cell_) {
-        const Cell cell = *cell_;
-        menu->addSeparator();
-        QAction* restore = menu->addAction(
-            tr("Restore default (%1)").arg(TextOf(std::get<std::int32_t>(edits_.DefaultValue(cell)))), this,
-            [this, cell] { edits_.Restore({cell}, "restore " + edits_.NameOf(cell)); });
-        restore->setObjectName(QStringLiteral("restoreField"));
-        restore->setEnabled(!edits_.IsDefault(cell));
-    }
+    AddRestore(*menu);
     menu->exec(event->globalPos());
 }
 

@@ -11,6 +11,8 @@
 #include <optional>
 #include <string>
 
+class QMenu;
+
 namespace plinket3 {
 
 /// A box's text as a whole 32-bit number. A number beyond 32 bits is limited and written back with the caret at its
@@ -30,13 +32,32 @@ QString SoundLabelText(const PatchSet& set, std::int32_t sound);
 enum class NumberForm {
     Long,   // whole, 32 bits
     Fixed,  // 16.16 fixed point: shown as a real number, typed in whole units
+    Index,  // whole, of a state or sound: only a number beyond the cell's limits is written back
     Ranged, // whole, within the cell's limits
 };
 
-/// A box for one numeric cell of the patch: shows it, stores what the user types (a run of typing is one step), marks a
-/// value that is not the engine's (bold, and the default in the tooltip) and offers to restore it in its context menu.
-/// Its whole text is selected when it gets the focus.
-class NumberBox : public QLineEdit {
+/// What the boxes for numbers share: digits on the right, the whole text selected when the focus comes, a run of typing
+/// that ends when it goes, and a context menu that offers to restore the default.
+class FieldBox : public QLineEdit {
+    Q_OBJECT
+public:
+    /// `accessibleName` is what the field's label says. The box is disabled until it has something to show.
+    FieldBox(const QString& name, const QString& accessibleName, Edits& edits);
+
+protected:
+    /// Adds the entry that restores what the box shows, if there is something.
+    virtual void AddRestore(QMenu& menu) = 0;
+
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+    Edits& edits_;
+};
+
+/// A box for one numeric cell of the patch: shows it, stores what the user types (a run of typing is one step) and
+/// marks a value that is not the engine's (bold, and the default in the tooltip).
+class NumberBox : public FieldBox {
     Q_OBJECT
 public:
     /// `accessibleName` is what the field's label says.
@@ -56,9 +77,7 @@ signals:
     void Shown();
 
 protected:
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void contextMenuEvent(QContextMenuEvent* event) override;
+    void AddRestore(QMenu& menu) override;
 
 private:
     std::int32_t ReadText();
@@ -66,7 +85,6 @@ private:
     void StoreText(bool typing);
     void MarkDifference();
 
-    Edits& edits_;
     NumberForm form_;
     std::optional<Cell> cell_;
 };
