@@ -188,7 +188,12 @@ void FieldBox::focusOutEvent(QFocusEvent* event) {
         return;
     edits_.EndTyping();
     setModified(false);
-    Update(); // what was typed as "12.5" or not as a number now stands as it was stored
+}
+
+void NumberBox::focusOutEvent(QFocusEvent* event) {
+    FieldBox::focusOutEvent(event);
+    if (event->reason() != Qt::PopupFocusReason)
+        Update(); // what was typed with a fraction, or not as a number, now stands as it was stored
 }
 
 void FieldBox::contextMenuEvent(QContextMenuEvent* event) {

@@ -66,7 +66,7 @@ public:
     /// The cell that the box stands for from now on; none: the box is empty and disabled. Stores nothing.
     void ShowCell(const std::optional<Cell>& cell);
     void ShowForm(NumberForm form);
-    /// Shows the cell's value unless the box's text already reads as it.
+    /// Shows the cell's value, unless the user is typing and the text reads as it.
     void Update();
     const std::optional<Cell>& ShownCell() const { return cell_; }
     /// What another control has chosen: shows and stores it as typing would, as a step of its own.
@@ -78,6 +78,7 @@ signals:
 
 protected:
     void AddRestore(QMenu& menu) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     std::int32_t ReadText();
