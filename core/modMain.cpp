@@ -30,7 +30,7 @@ constexpr std::string_view loadOption = "-load";
 void OpenSettingsFolder(Environment& environment) {
     std::error_code error;
     if (!std::filesystem::is_directory(environment.settingsFolder, error))
-        std::filesystem::create_directory(environment.settingsFolder, error);
+        std::filesystem::create_directories(environment.settingsFolder, error);
     Status status;
     if (error)
         status = Status::Failure("Could not create the settings folder " + environment.settingsFolder.string() + ": " +

@@ -5,6 +5,9 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+/// Resources of a static library are there only when somebody asks for them; the macro wants no namespace around it.
+static void InitialiseResources() { Q_INIT_RESOURCE(resources); }
+
 namespace plinket3 {
 
 namespace {
@@ -35,6 +38,7 @@ private:
 } // namespace
 
 QIcon ProgramIcon(const char* name, const QPalette& palette) {
+    InitialiseResources();
     QFile file(QStringLiteral(":/plinket3/icons/%1.svg").arg(QLatin1String(name)));
     if (!file.open(QIODevice::ReadOnly))
         return {};

@@ -10,7 +10,7 @@
 namespace plinket3::test {
 
 TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "plinket3-test-XXXXXX").string();
+    std::string pattern = (std::filesystem::temp_directory_path() / "plinket3_test_XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr)
         throw std::runtime_error("no temporary folder");
     path_ = pattern;
