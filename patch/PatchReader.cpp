@@ -6,7 +6,6 @@
 #include "patch/modPatchFiles.h"
 #include "patch/modPatchText.h"
 
-#include <algorithm>
 #include <array>
 #include <unordered_map>
 #include <utility>
@@ -199,13 +198,14 @@ private:
             return {};
         }
         const auto found = engine_.extended ? texts_.end() : TextIndex().find(oldText);
-        const bool cutOff = oldText.size() < static_cast<std::size_t>(std::max(oldLength, 0));
+        const bool cutOff = modPatchText::CountCharacters(oldText) < oldLength;
         if (engine_.extended || cutOff || found == texts_.end())
             return Status::Failure("Could not find string replacement.");
-        if (newText.size() < static_cast<std::size_t>(std::max(newLength, 0)))
+        const std::int32_t length = modPatchText::CountCharacters(newText);
+        if (length < newLength)
             Ignore("promises more characters than the patch holds");
         StringRecord& record = set_.strings[found->second];
-        record.length = static_cast<std::int32_t>(newText.size());
+        record.length = length;
         record.text = std::move(newText);
         if (observer_ != nullptr)
             observer_->Text(offset_, record.text.size(),

@@ -56,6 +56,13 @@ std::string ReadCountedCharacters(std::string_view text, std::size_t& position, 
     return characters;
 }
 
+std::int32_t CountCharacters(std::string_view text) {
+    std::int32_t count = 0;
+    for (std::size_t position = 0; position < text.size(); ++count)
+        position += text[position] == '\r' ? 2 : 1;
+    return count;
+}
+
 bool GetFlag(std::int32_t value, int bit) {
     return bit >= 0 && bit < 32 && (static_cast<std::uint32_t>(value) >> bit & 1U) != 0;
 }

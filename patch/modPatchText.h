@@ -25,6 +25,10 @@ std::string HideLineBreaks(std::string_view text);
 /// when the text ends; none for a count below 1.
 std::string ReadCountedCharacters(std::string_view text, std::size_t& position, std::int32_t count);
 
+/// The count with which `ReadCountedCharacters` has given `text`: less than its size only when it holds carriage
+/// returns.
+std::int32_t CountCharacters(std::string_view text);
+
 /// Bit `bit` (0, the least significant, to 31) of a value; other bits are never set and change nothing.
 bool GetFlag(std::int32_t value, int bit);
 std::int32_t SetFlag(std::int32_t value, int bit);

@@ -126,6 +126,8 @@ const ReaderRow readerRows[]{
      [](PatchSet& set) { set.strings[0].text = "ab", set.strings[0].length = 2; }},
     {"NoFieldsBehindAText", start + "Thing 2\nText 5 1\ndemo1xMass = 1\nMass = 2\n",
      [](PatchSet& set) { set.strings[0].text = "x", set.strings[0].length = 1; }},
+    {"ATextWithACarriageReturnInIt", start + "Text 5 2\ndemo1\rxy\n",
+     [](PatchSet& set) { set.strings[0].text = "\rxy", set.strings[0].length = 2; }},
     {"ATextWithNothingNew", start + "Text 5 0\ndemo1\n",
      [](PatchSet& set) { set.strings[0].text = "", set.strings[0].length = 0; }},
     {"StringsGoOnBehindABackslash",
