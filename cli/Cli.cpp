@@ -40,6 +40,7 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
     else if (name == "sprite")
         option = app.add_option("--sprite", arguments.sprite, "A sprite's name and its frame (a number or a letter)")
                      ->expected(2)
+                     ->allow_extra_args(false) // what follows is a file
                      ->type_name("NAME FRAME");
     if (option != nullptr && needed)
         option->required();
@@ -50,13 +51,9 @@ void AddCommand(CLI::App& app, const Command& command, Arguments& arguments, std
     std::istringstream options{std::string(command.options)};
     for (std::string name; options >> name;)
         AddOption(*sub, name, arguments);
-    if (command.mostFiles > 0) {
-        CLI::Option* files = sub->add_option("files", arguments.files, "The plain arguments, in this order")
-                                 ->expected(std::max(command.fewestFiles, 1), command.mostFiles)
-                                 ->type_name(std::string(command.synopsis));
-        if (command.fewestFiles > 0)
-            files->required();
-    }
+    if (command.mostFiles > 0)
+        sub->add_option("files", arguments.files, "The plain arguments, in this order")
+            ->type_name(std::string(command.synopsis));
     sub->callback(std::move(chosen));
 }
 
@@ -103,6 +100,13 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
         if (error.get_exit_code() == 0) // help and version
             return app.exit(error, out, err);
         Complain(err, std::string(error.what()) + "; see --help");
+        return refused;
+    }
+
+    const auto files = static_cast<int>(given.files.size());
+    if (files < chosen->fewestFiles || files > chosen->mostFiles) {
+        Complain(err, "usage: plinket3-cli " + std::string(chosen->name) + " " + std::string(chosen->synopsis) +
+                          "; see --help");
         return refused;
     }
 

@@ -1,0 +1,348 @@
+#include "cli/Cli.h"
+
+#include "core/Text.h"
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace plinket3::test {
+namespace {
+
+using Json = nlohmann::json;
+using Words = std::vector<std::string>;
+
+const std::filesystem::path buildFolder = DATA_FOLDER;
+const std::filesystem::path freedoom1 = "/usr/share/games/doom/freedoom1.wad",
+                            freedoom2 = "/usr/share/games/doom/freedoom2.wad",
+                            chexPatch = "/usr/share/woof/autoload/chex.wad/chex.deh";
+const std::string start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
+
+/// Runs commands in a folder of its own, which words name by a leading "@".
+class CliTest : public testing::Test {
+protected:
+    struct Result {
+        int exit = 0;
+        std::string out, error;
+    };
+
+    Result Run(const std::string& words) {
+        std::istringstream stream(words);
+        Words arguments;
+        for (std::string word; stream >> word;)
+            arguments.push_back(Place(word));
+        return Run(arguments);
+    }
+    Result Run(const Words& arguments) {
+        std::ostringstream out, error;
+        const int exit = cli::RunCli(arguments, buildFolder, out, error);
+        return {exit, out.str(), ReplaceAll(error.str(), folder_.Path().string() + "/", "@")};
+    }
+    std::string Place(const std::string& word) const {
+        return word.starts_with('@') ? (folder_ / word.substr(1)).string() : word;
+    }
+    void Write(const std::string& name, std::string_view bytes) { WriteFile(Place(name), bytes); }
+    Json Dump(const std::string& words) {
+        const Result result = Run("dump " + words);
+        EXPECT_EQ(result.exit, cli::done) << result.error;
+        return Json::parse(result.out);
+    }
+    /// A file of the data folder @data, beside which nothing else lies.
+    void WriteData(const std::string& name, std::string_view bytes) {
+        for (const char* folder : {"config", "tables"})
+            std::filesystem::create_directories(folder_ / "data" / folder);
+        Write("@data/" + name, bytes);
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(CliTest, AnswersWithOutputAndExitCode) {
+    Write("@a.deh", start + "IWAD = my.wad\nEngine config = doom19.cfg\nThing 12 (Imp)\nHit points = 200\n");
+    Write("@b.deh", start + "Frame 5\nDuration = 9\nMiss = 1\n");
+    Write("@clean.deh", start);
+    Write("@c.cfg", "a = 1; b { c = \"x\"; }");
+    struct {
+        const char* words;
+        int exit;
+        std::string out;
+    } const rows[]{
+        {"info @a.deh", 0,
+         "patchversion = 6\nengineversion = 19\nengineconfig = doom19.cfg\niwad = my.wad\nfilename = " +
+             Place("@a.deh") + "\n"},
+        {"diff @a.deh", 1, "Thing 12 (Imp): Hit points 60 -> 200\n"},
+        {"diff -e doom19 @a.deh -", 1, "Thing 12 (Imp): Hit points 200 -> 60\n"},
+        {"diff -e doom19.cfg - @a.deh", 1, "Thing 12 (Imp): Hit points 60 -> 200\n"},
+        {"diff @a.deh @a.deh", 0, ""},
+        {"diff -e mbf19 @b.deh @clean.deh", 1, "Frame 5: Duration 9 -> 4\n"},
+        {"check -e doom19 @clean.deh", 0, ""},
+        {"check -e doom19 @b.deh", 1,
+         Place("@b.deh") + ":6: warning: \"Miss = 1\" is ignored: this section has no such field\n"},
+        {"config @c.cfg", 0, "a = 1;\r\n\r\nb\r\n{\r\n\tc = \"x\";\r\n}\r\n\r\n"},
+        {"config --compact @c.cfg", 0, "a=1;\r\nb\r\n{\r\nc=\"x\";\r\n}\r\n"},
+        {"--version", 0, "Plinket3 0.99 build 245 beta\n"},
+    };
+    for (const auto& row : rows) {
+        const Result result = Run(row.words);
+        EXPECT_EQ(result.exit, row.exit) << row.words;
+        EXPECT_EQ(result.error, "") << row.words;
+        EXPECT_EQ(result.out, row.out) << row.words;
+    }
+}
+
+TEST_F(CliTest, ListsEveryCommandInItsHelp) {
+    const Result help = Run("--help");
+    EXPECT_EQ(help.exit, cli::done);
+    for (const char* command :
+         {"engines", "info", "dump", "diff", "check", "convert", "table", "config", "states", "wad", "picture"})
+        EXPECT_NE(help.out.find(std::string("\n  ") + command + " "), std::string::npos) << command;
+    EXPECT_EQ(Run("wad --help").exit, cli::done);
+}
+
+TEST_F(CliTest, ListsTheEnginesAndTellsOfThoseItCannotRead) {
+    WriteData("config/a.cfg", ReadFile(buildFolder / "config" / "doom19.cfg"));
+    WriteData("config/b.cfg", "type = \"Plinket3 Engine Configuration file\"; a = 1; a = 2;");
+    WriteData("config/c.cfg", "type = \"other\";");
+    const Result result = Run("engines --data @data");
+    EXPECT_EQ(result.exit, cli::done);
+    EXPECT_EQ(result.out, "a.cfg\tDoom and Doom II 1.9\t19\tnormal\n");
+    EXPECT_EQ(result.error, "plinket3-cli: @data/config/b.cfg: line 1: key \"a\" occurs twice in one block\n");
+}
+
+TEST_F(CliTest, DumpsThePatchAsJson) {
+    Write("@a.deh", start +
+                        "Thing 2 (Zomb\xef (x)\nBits = SOLID\n[CODEPTR]\nFrame 3 = Punch\n[STRINGS]\nQUITMSG = a\\nb\n"
+                        "[PARS]\npar 2 3 4\nCheat 0\nGod mode = g\xffh\nMisc 0\nMax Health = 7\n");
+    const Json dump = Dump("-e boom21.cfg -"), patched = Dump("-e boom19 @a.deh");
+    EXPECT_EQ(
+        dump["engine"],
+        (Json{{"file", "boom21.cfg"}, {"name", "Boom 2.02 (Doom version 21)"}, {"version", 21}, {"extended", true}}));
+    EXPECT_EQ(patched["patch"], (Json{{"file", Place("@a.deh")}, {"version", 19}, {"format", 6}}));
+    EXPECT_EQ(dump["things"].size(), 139U);
+    EXPECT_EQ(dump["things"][0].size(), 24U);
+    EXPECT_EQ(patched["things"][1]["name"], "Zomb\xc3\xaf (x");
+    EXPECT_EQ(patched["things"][1]["Bits"], 2);
+    EXPECT_EQ(patched["states"][3]["Mnemonic"], "Punch");
+    EXPECT_NE(patched["states"][3]["Code pointer"], patched["states"][3]["Action"]);
+    EXPECT_EQ(patched["states"][0].size(), 9U);
+    EXPECT_EQ(dump["sounds"][1]["name"], "pistol");
+    EXPECT_EQ(dump["sounds"][1].size(), 10U);
+    EXPECT_EQ(dump["sprites"][0], (Json{{"name", "TROO"}, {"value", dump["sprites"][0]["value"]}}));
+    const auto quit = std::find_if(patched["strings"].begin(), patched["strings"].end(),
+                                   [](const Json& string) { return string["key"] == "QUITMSG"; });
+    ASSERT_NE(quit, patched["strings"].end());
+    EXPECT_EQ((*quit)["text"], "a\nb");
+    EXPECT_EQ((*quit)["length"], 3);
+    EXPECT_EQ(dump["weapons"][0].size(), 7U);
+    EXPECT_EQ(dump["ammo"][0], (Json{{"name", dump["ammo"][0]["name"]}, {"Max ammo", 200}, {"Per ammo", 10}}));
+    EXPECT_EQ(patched["cheats"][2], (Json{{"label", "God mode"}, {"max", 0}, {"text", "g h"}}));
+    EXPECT_EQ(patched["misc"]["Second Max Health"], 7);
+    EXPECT_EQ(patched["misc"].size(), 22U);
+    EXPECT_EQ(patched["pars"], Json::parse(R"([{"episode": 2, "map": 3, "seconds": 4}])"));
+    EXPECT_EQ(Dump("-e doom19")["strings"][0]["key"], nullptr);
+}
+
+TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
+    ASSERT_EQ(Run("convert -e doom19 --iwad doom2.wad --data-wad my.wad - @out.deh").exit, cli::done);
+    EXPECT_EQ(ReadFile(folder_ / "out.deh"),
+              "Patch File for DeHackEd v3.0\r\n# Created with Plinket3 0.99 build 245 beta\r\n\r\n"
+              "# General version information\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n# Info for Plinket3\r\n"
+              "Engine config = doom19.cfg\r\nData WAD = my.wad\r\nIWAD = doom2.wad\r\n\r\n\r\n");
+    ASSERT_EQ(Run("convert -e doom19 @out.deh @again.deh").exit, cli::done); // keeps what the header says
+    EXPECT_EQ(ReadFile(folder_ / "again.deh"), ReadFile(folder_ / "out.deh"));
+}
+
+TEST_F(CliTest, MakesATableOfWhichThePatchIsNoDifference) {
+    Write("@a.deh", start + "Thing 12\nHit points = 200\nText 4 4\nTROOABCD\nMisc 0\nMax Armor = 3\n");
+    WriteData("config/doom19.cfg", ReadFile(buildFolder / "config" / "doom19.cfg"));
+    ASSERT_EQ(Run("table -e doom19 @a.deh @data/tables/doom19.tbl").exit, cli::done);
+    Write("@same.deh", start + "Thing 12\nHit points = 200\nMisc 0\nMax Armor = 3\n");
+    EXPECT_EQ(Run("diff --data @data -e doom19 @same.deh").out, "");
+    EXPECT_EQ(Run("convert --data @data -e doom19 - @b.deh").exit, cli::done);
+    EXPECT_EQ(ReadFile(folder_ / "b.deh").find("Text "), std::string::npos);
+}
+
+TEST_F(CliTest, FiltersStates) {
+    Write("@a.deh",
+          start + "Frame 0\nNext frame = 966\nThing 1\nInitial frame = 0\nFirst moving frame = 0\nInjury frame = 0\n"
+                  "Close attack frame = 0\nFar attack frame = 0\nDeath frame = 0\nExploding frame = 0\n"
+                  "Respawn frame = 0\nFrame 966\nNext frame = 7\nFrame 7\nNext frame = 7\n");
+    EXPECT_EQ(Run("states -e doom19 @a.deh --thing 0").out, "0\n7\n966\n");
+    EXPECT_EQ(Run("states -e doom19 @a.deh --weapon 0").out, "0\n2\n3\n4\n5\n6\n7\n8\n9\n");
+    EXPECT_FALSE(Run("states -e doom19 --unused").out.empty());
+}
+
+TEST_F(CliTest, ReadsWads) {
+    if (!std::filesystem::exists(freedoom2))
+        GTEST_SKIP() << "the Debian package freedoom is not installed";
+    const std::string directory = Run("wad " + freedoom2.string()).out;
+    EXPECT_EQ(directory.substr(0, directory.find('\t')), "0");
+    EXPECT_NE(directory.find("\tPLAYPAL\t"), std::string::npos);
+    EXPECT_EQ(Run("wad " + freedoom2.string() + " playpal").out.size(), 14U * 768);
+    EXPECT_EQ(Run("wad " + freedoom2.string() + " NONE").exit, cli::no);
+    const Result front = Run("wad --sprite TROO A " + freedoom2.string());
+    EXPECT_EQ(front.exit, cli::done);
+    EXPECT_TRUE(front.out.starts_with("0\t") && front.out.ends_with("\tTROOA1\n")) << front.out;
+    EXPECT_EQ(Run("wad --sprite TROO 0 " + freedoom2.string()).out, front.out);
+    EXPECT_EQ(Run("wad --sprite TROO a " + freedoom2.string()).exit, cli::no);
+    EXPECT_EQ(Run("wad --sprite NONE 0 " + freedoom2.string()).exit, cli::no);
+    ASSERT_EQ(Run("picture TITLEPIC " + freedoom2.string() + " @title.ppm").exit, cli::done);
+    const std::string picture = ReadFile(folder_ / "title.ppm");
+    EXPECT_TRUE(picture.starts_with("P6\n320 200\n255\n"));
+    EXPECT_EQ(picture.size(), 15U + 320 * 200 * 3);
+    EXPECT_EQ(Run("picture NONE " + freedoom2.string() + " @none.ppm").exit, cli::no);
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "none.ppm"));
+}
+
+TEST_F(CliTest, ReadsFreedoomsPatchesAndItsOwnCopiesOfThemAlike) {
+    for (const std::filesystem::path& wad : {freedoom1, freedoom2}) {
+        if (!std::filesystem::exists(wad))
+            GTEST_SKIP() << "the Debian package freedoom is not installed";
+        Write("@in.deh", Run("wad " + wad.string() + " DEHACKED").out);
+        Json in = Dump("-e boom19 @in.deh");
+        EXPECT_NE(in["strings"], Dump("-e boom19")["strings"]);
+        EXPECT_FALSE(in["pars"].empty());
+        ASSERT_EQ(Run("convert -e boom19 @in.deh @out.deh").exit, cli::done);
+        Json out = Dump("-e boom19 @out.deh");
+        for (Json* dump : {&in, &out})
+            dump->erase("patch");
+        EXPECT_EQ(in, out);
+        EXPECT_EQ(Run("check -e boom19 @out.deh").out, "");
+        // Strings of other engines are all there is to tell.
+        std::istringstream findings(Run("check -e boom19 @in.deh").out);
+        for (std::string line; std::getline(findings, line);)
+            EXPECT_TRUE(line.ends_with("is ignored: the engine has no string of that name")) << line;
+    }
+}
+
+TEST_F(CliTest, ReadsAPatchForAnotherGameAsFarAsTheEngineGoes) {
+    if (!std::filesystem::exists(chexPatch))
+        GTEST_SKIP() << "the Debian package woof-doom is not installed";
+    // It is made for the texts of Final Doom's own program, of which some are not those of The Ultimate Doom's.
+    const Result refusedPatch = Run("dump -e ultimate " + chexPatch.string());
+    EXPECT_EQ(refusedPatch.exit, cli::refused);
+    EXPECT_EQ(refusedPatch.error, "plinket3-cli: " + chexPatch.string() + ":37: Could not find string replacement.\n");
+    EXPECT_EQ(refusedPatch.out, "");
+    const std::string bytes = ReadFile(chexPatch);
+    const std::size_t behindTexts = bytes.find("\nThing ", bytes.rfind("\nText "));
+    ASSERT_NE(behindTexts, std::string::npos);
+    Write("@in.deh", "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\n" + bytes.substr(behindTexts));
+    ASSERT_EQ(Run("convert -e ultimate @in.deh @out.deh").exit, cli::done);
+    Json in = Dump("@in.deh -e ultimate"), out = Dump("@out.deh");
+    EXPECT_NE(in["things"], Dump("-e ultimate")["things"]);
+    for (Json* dump : {&in, &out})
+        dump->erase("patch");
+    EXPECT_EQ(in, out);
+}
+
+/// Input that must be refused: one line on standard error, nothing on standard output, no output file.
+struct RefusedRow {
+    const char* words;
+    std::string error;
+};
+
+TEST_F(CliTest, RefusesBadInputInOneLine) {
+    const std::string deep(100000, '{');
+    Write("@empty", "");
+    Write("@nul", std::string(1000, '\0'));
+    Write("@short.deh", "Patch File for DeHack");
+    Write("@twice.deh", start + "IWAD = a\nThing 1\niwad = b\n");
+    Write("@text.deh", start + "Text 2147483647 5\nabc");
+    Write("@old.deh", "Patch File for DeHackEd v3.0\nDoom version = 16\nPatch format = 6\n");
+    Write("@good.deh", start);
+    Write("@deep.cfg", deep);
+    Write("@twice.cfg", "a = 1;\nb { c; c; }");
+    Write("@bad.wad", std::string("PWAD\xff\xff\xff\x7f\xff\xff\xff\x7f", 12) + "x");
+    mkfifo(Place("@fifo").c_str(), 0600);
+    const std::string config = ReadFile(buildFolder / "config" / "doom19.cfg");
+    for (const char* name : {"doom19", "boom19"})
+        WriteData(std::string("config/") + name + ".cfg",
+                  ReadFile(buildFolder / "config" / (std::string(name) + ".cfg")));
+    WriteData("config/deep.cfg", deep);
+    WriteData("config/part.cfg", config.substr(0, config.find("itemcounts")));
+    WriteData("tables/doom19.tbl", std::string("ETBL\x01\x03\xff\xff\xff\x7f", 10));
+
+    const RefusedRow rows[]{
+        {"", "A subcommand is required; see --help"},
+        {"nonsense", "A subcommand is required; see --help"},
+        {"info", "usage: plinket3-cli info PATCH; see --help"},
+        {"info @good.deh more", "usage: plinket3-cli info PATCH; see --help"},
+        {"convert @good.deh @out", "-e is required; see --help"},
+        {"dump --thing 1", "The following argument was not expected: --thing; see --help"},
+        {"info @none", "@none: No such file or directory"},
+        {"info @", "@: is a folder"},
+        {"info @fifo", "@fifo: is not a regular file"},
+        {"info @twice.deh", "@twice.deh: the line \"IWAD\" stands in it twice, again in line 6"},
+        {"dump @twice.deh", "@twice.deh: the line \"IWAD\" stands in it twice, again in line 6"},
+        {"dump @empty", "@empty:1: Invalid patch file."},
+        {"check -e doom19 @empty", "@empty:1: Invalid patch file."},
+        {"dump @nul", "@nul:1: Invalid patch file."},
+        {"diff -e doom19 @good.deh @short.deh", "@short.deh:1: Invalid patch file."},
+        {"dump -e doom19 @text.deh", "@text.deh:4: Could not find string replacement."},
+        {"check -e ultimate @good.deh", "@good.deh:2: Patch file version does not match engine version."},
+        {"dump @old.deh", "there is no engine configuration for patches with \"Doom version = 16\""},
+        {"dump -e none @good.deh", "none: there is no such engine; \"plinket3-cli engines\" lists them"},
+        {"dump -e ../config/doom19 @good.deh",
+         "../config/doom19: there is no such engine; \"plinket3-cli engines\" lists them"},
+        {"engines --data @none", "@none/config: there are no engine configurations"},
+        {"dump --data @data -e deep", "@data/config/deep.cfg: line 1: blocks are nested deeper than 100 levels"},
+        {"dump --data @data -e part", "@data/config/part.cfg: missing structure \"itemcounts\""},
+        {"dump --data @data -e doom19", "@data/tables/doom19.tbl: Damaged table file."},
+        {"dump --data @data -e boom19", "@data/tables/boom.tbl: No table file for engine configuration."},
+        {"convert -e doom19 @short.deh @out", "@short.deh:1: Invalid patch file."},
+        {"convert -e doom19 @text.deh @out", "@text.deh:4: Could not find string replacement."},
+        {"convert -e doom19 @good.deh @none/out", "@none/out: No such file or directory"},
+        {"convert -e doom19 @good.deh @", "@: is a folder"},
+        {"convert -e doom19 @good.deh @fifo", "@fifo: is not a regular file"},
+        {"table -e doom19 @short.deh @out", "@short.deh:1: Invalid patch file."},
+        {"config @deep.cfg", "@deep.cfg: line 1: blocks are nested deeper than 100 levels"},
+        {"config @twice.cfg", "@twice.cfg: line 2: key \"c\" occurs twice in one block"},
+        {"config @fifo", "@fifo: is not a regular file"},
+        {"states -e doom19", "states: give one of --thing, --weapon and --unused; see --help"},
+        {"states -e doom19 --thing 0 --unused", "states: give one of --thing, --weapon and --unused; see --help"},
+        {"states -e doom19 --thing 137", "there is no thing 137, the last one is 136"},
+        {"states -e doom19 --weapon 9", "there is no weapon 9, the last one is 8"},
+        {"states -e doom19 --thing 99999999999", "Could not convert: --thing = 99999999999; see --help"},
+        {"wad @none", "@none: is not a WAD file that can be read"},
+        {"wad @", "@: is not a WAD file that can be read"},
+        {"wad @fifo", "@fifo: is not a WAD file that can be read"},
+        {"wad @empty", "@empty: is not a WAD file that can be read"},
+        {"wad @good.deh X", "@good.deh: is not a WAD file that can be read"},
+        {"wad --sprite TROO ?? @bad.wad", "\?\?: a frame is a number from 0 or a letter"},
+        {"wad --sprite TROO 0 @bad.wad @bad.wad", "@bad.wad: is given twice"},
+        {"picture X @good.deh @out", "@good.deh: is not a WAD file that can be read"},
+    };
+    for (const RefusedRow& row : rows) {
+        const Result result = Run(row.words);
+        EXPECT_EQ(result.exit, cli::refused) << row.words;
+        EXPECT_EQ(result.out, "") << row.words;
+        EXPECT_EQ(result.error, "plinket3-cli: " + row.error + "\n") << row.words;
+        EXPECT_FALSE(std::filesystem::exists(folder_ / "out")) << row.words;
+    }
+    EXPECT_EQ(Run(Words{"info", "a\nb"}).error, "plinket3-cli: a?b: No such file or directory\n");
+}
+
+TEST_F(CliTest, ReadsADirectoryThatLiesOutsideItsWadAsEmpty) {
+    Write("@bad.wad", std::string("PWAD\xff\xff\xff\x7f\xff\xff\xff\x7f", 12) + "x");
+    Write("@lump.wad", std::string("PWAD\x01\0\0\0\x0c\0\0\0\xff\xff\xff\x7f\xff\xff\xff\x7fLUMP\0\0\0\0", 28));
+    EXPECT_EQ(Run("wad @bad.wad").out, "");
+    EXPECT_EQ(Run("wad @lump.wad").out, "0\tLUMP\t2147483647\t2147483647\n");
+    const Result lump = Run("wad @lump.wad LUMP");
+    EXPECT_EQ(std::tuple(lump.exit, lump.out), std::tuple(0, ""));
+    EXPECT_EQ(Run("picture LUMP @lump.wad @out.ppm").exit, cli::no); // there is no palette
+}
+
+TEST_F(CliTest, ReportsOutputThatCannotBeWritten) {
+    std::ostringstream error;
+    std::ostream broken(nullptr);
+    EXPECT_EQ(cli::RunCli({"engines"}, buildFolder, broken, error), cli::refused);
+    EXPECT_EQ(error.str(), "plinket3-cli: the output could not be written\n");
+}
+
+} // namespace
+} // namespace plinket3::test
