@@ -30,11 +30,11 @@ constexpr std::array targets{
 
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {
+        allReached_ = allReached_ && !run.error_occurred;
         if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
             continue;
         const double seconds = run.cpu_accumulated_time / static_cast<double>(run.iterations);
-        const auto [known, added] = seconds_.try_emplace(
-            run.run_name.function_name + (run.run_name.args.empty() ? "" : "/") + run.run_name.args, seconds);
+        const auto [known, added] = seconds_.try_emplace(run.run_name.str(), seconds);
         if (seconds < known->second)
             known->second = seconds;
     }

@@ -12,7 +12,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override;
     void Finalize() override;
-    /// False when a figure that was measured misses its target.
+    /// False when a figure misses its target or could not be taken; one that was not asked for counts as reached.
     bool AllReached() const { return allReached_; }
 
 private:
