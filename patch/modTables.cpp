@@ -44,10 +44,16 @@ template <class Record> void WriteRecord(ByteWriter& writer, const Record& recor
     }
 }
 
+/// Makes `count` elements and reads them one by one; from where the file ends they stay what they are without a value.
+template <class Element, class Read>
+void ReadElements(const ByteReader& reader, std::size_t count, std::vector<Element>& elements, Read read) {
+    elements.resize(count);
+    for (std::size_t i = 0; i < count && !reader.AtEnd(); ++i)
+        elements[i] = read();
+}
+
 template <class Record> void ReadRecords(ByteReader& reader, std::size_t count, std::vector<Record>& records) {
-    records.reserve(count);
-    for (std::size_t i = 0; i < count; ++i)
-        records.push_back(ReadRecord<Record>(reader));
+    ReadElements(reader, count, records, [&reader] { return ReadRecord<Record>(reader); });
 }
 
 template <class Record> void WriteRecords(ByteWriter& writer, const std::vector<Record>& records) {
@@ -56,11 +62,10 @@ template <class Record> void WriteRecords(ByteWriter& writer, const std::vector<
 }
 
 void ReadNames(ByteReader& reader, std::size_t count, std::vector<std::string>& names) {
-    names.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
+    ReadElements(reader, count, names, [&reader] {
         const std::uint16_t length = reader.UInt16();
-        names.emplace_back(reader.Text(length));
-    }
+        return std::string(reader.Text(length));
+    });
 }
 
 void WriteCountedText(ByteWriter& writer, std::string_view text) {
@@ -71,11 +76,12 @@ void WriteCountedText(ByteWriter& writer, std::string_view text) {
 
 template <class Element, std::size_t size>
 void ReadBlocks(ByteReader& reader, std::size_t count, std::vector<std::array<Element, size>>& blocks) {
-    blocks.resize(count);
-    for (auto& block : blocks) {
+    ReadElements(reader, count, blocks, [&reader] {
+        std::array<Element, size> block{};
         const std::string_view bytes = reader.Text(size);
         std::copy(bytes.begin(), bytes.end(), block.begin());
-    }
+        return block;
+    });
 }
 
 template <class Element, std::size_t size>
@@ -86,9 +92,7 @@ void WriteBlocks(ByteWriter& writer, const std::vector<std::array<Element, size>
 }
 
 void ReadNumbers(ByteReader& reader, std::size_t count, std::vector<std::int32_t>& numbers) {
-    numbers.reserve(count);
-    for (std::size_t i = 0; i < count; ++i)
-        numbers.push_back(reader.Int32());
+    ReadElements(reader, count, numbers, [&reader] { return reader.Int32(); });
 }
 
 bool ReadThings(ByteReader& reader, PatchSet& set) {
@@ -132,14 +136,15 @@ bool ReadStrings(ByteReader& reader, PatchSet& set) {
     const auto count = ReadCount(reader);
     if (!count)
         return false;
-    set.strings.resize(*count);
-    for (StringRecord& string : set.strings) {
+    ReadElements(reader, *count, set.strings, [&reader] {
+        StringRecord string;
         const std::int32_t length = reader.Int32();
         string.position = reader.Int32();
         string.text = reader.Text(length);
         // What a patch quotes is the text that there is, whatever a damaged file promises.
         string.length = static_cast<std::int32_t>(string.text.size());
-    }
+        return string;
+    });
     return true;
 }
 
@@ -161,14 +166,15 @@ bool ReadCheats(ByteReader& reader, PatchSet& set) {
     const auto count = ReadCount(reader);
     if (!count)
         return false;
-    set.cheats.resize(*count);
-    for (CheatRecord& cheat : set.cheats) {
+    ReadElements(reader, *count, set.cheats, [&reader] {
+        CheatRecord cheat;
         reader.Int32(); // repeats the length of the text
         cheat.maximumLength = reader.Int32();
         const std::uint16_t length = reader.UInt16();
         cheat.text = reader.Text(length);
         cheat.spare = reader.Int32();
-    }
+        return cheat;
+    });
     return true;
 }
 
