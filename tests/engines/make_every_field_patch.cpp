@@ -1,0 +1,43 @@
+#include "core/Files.h"
+#include "patch/modPatchFiles.h"
+#include "tests/support/EveryField.h"
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+using namespace plinket3;
+
+namespace {
+
+/// Texts that an engine starts without: names of lumps and formats of messages have to stay.
+bool IsProse(const std::string& text) {
+    return text.find(' ') != std::string::npos && text.find_first_of("%\r") == std::string::npos;
+}
+
+} // namespace
+
+/// make_every_field_patch DATA ENGINE OUT: writes a patch that changes every field that ENGINE has, to values with
+/// which a game engine can still start.
+int main(int argc, char** argv) try {
+    if (argc != 4) {
+        std::cerr << "usage: make_every_field_patch DATA ENGINE OUT\n";
+        return 2;
+    }
+    EngineConfiguration engine;
+    PatchData patch = test::BuiltEngine(argv[1], argv[2], engine);
+    test::ChangeEveryNumber(patch.current, test::UsableValue(patch.defaults));
+    test::ChangeEveryCodePointer(patch.current, engine);
+    test::ChangeEveryText(patch.current, engine, IsProse);
+    // Kept: sounds are written under the number after theirs, and after the last one there is none.
+    // docs/kept-behaviour.md
+    patch.current.sounds.back() = patch.defaults.sounds.back();
+    patch.current.pars = {{0, 1, 31}, {0, 32, 62}, {1, 1, 93}, {3, 9, 124}};
+    const Status written = WriteFileAtomically(argv[3], modPatchFiles::FormatPatch(patch, engine));
+    if (!written)
+        std::cerr << argv[3] << ": " << written.Reason() << '\n';
+    return written ? 0 : 2;
+} catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return 2;
+}
