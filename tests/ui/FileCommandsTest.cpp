@@ -1,0 +1,357 @@
+#include "core/Files.h"
+#include "patch/Session.h"
+#include "tests/support/TestSupport.h"
+#include "tests/ui/FakeDialogs.h"
+#include "ui/FileCommands.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace plinket3 {
+namespace {
+
+using test::ReadFile;
+using test::WriteFile;
+
+constexpr const char* loseChanges = "All changes will be lost. Are you sure?";
+constexpr const char* normalPatch = "Patch File for DeHackEd v3.0\n\nDoom version = 19\nPatch format = 6\n"
+                                    "Engine config = doom19.cfg\nIWAD = Test\n\nThing 12 (Imp)\nHit points = 200\n";
+
+/// A WAD with a palette and nothing else.
+std::string PaletteWad(const char* identification) {
+    std::string wad = identification;
+    const auto number = [&wad](std::uint32_t value) {
+        for (int shift = 0; shift < 32; shift += 8)
+            wad += static_cast<char>(value >> shift & 0xff);
+    };
+    number(1);
+    number(12 + 768);
+    wad += std::string(768, '\x20');
+    number(12);
+    number(768);
+    wad += "PLAYPAL";
+    return wad + '\0';
+}
+
+class FileCommandsTest : public ::testing::Test {
+protected:
+    FileCommandsTest() {
+        program.programFolder = PLINKET3_PROGRAM_FOLDER;
+        program.settingsFolder = folder / "settings";
+        program.documentsFolder = folder / "documents";
+        std::filesystem::create_directories(program.settingsFolder);
+        program.settings.File(program.settingsFolder / "plinket3.cfg");
+        program.settings.CreateDefaults(program.documentsFolder);
+        program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
+        WriteFile(folder / "test.wad", PaletteWad("IWAD"));
+        program.settings.AddIwad("Test", (folder / "test.wad").string());
+        recovery = std::make_unique<Recovery>(program.settingsFolder);
+        commands = std::make_unique<FileCommands>(
+            program, edits, dialogs, *recovery,
+            [this](const modPatchFiles::Header* header) { return ChooseSession(header); });
+    }
+
+    std::optional<Session> ChooseSession(const modPatchFiles::Header* header) {
+        ++sessionsAsked;
+        if (sessionCancelled)
+            return std::nullopt;
+        Session session;
+        const SessionChoice choice{EngineAt(engine), 0, dataWad, header == nullptr ? -1 : 19};
+        if (LoadSession(program, choice, session) != SessionResult::Loaded)
+            return std::nullopt;
+        return session;
+    }
+
+    std::size_t EngineAt(const std::string& name) const {
+        for (std::size_t i = 0; i < program.engines.size(); ++i)
+            if (program.engines[i].file.stem() == name)
+                return i;
+        ADD_FAILURE() << "no engine " << name << " beside the tests";
+        return 0;
+    }
+
+    void Edit() { edits.Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 999); }
+    std::string Open(const char* name, std::string_view bytes) {
+        const std::filesystem::path file = folder / name;
+        WriteFile(file, bytes);
+        commands->openFile(QString::fromStdString(file.string()));
+        return file.string();
+    }
+
+    test::TemporaryFolder folder;
+    test::ExpectingNotifier notifier;
+    Program program{notifier};
+    Edits edits{program.patch};
+    test::FakeDialogs dialogs;
+    std::unique_ptr<Recovery> recovery;
+    std::unique_ptr<FileCommands> commands;
+    std::string engine = "doom19", dataWad;
+    bool sessionCancelled = false;
+    int sessionsAsked = 0;
+};
+
+TEST_F(FileCommandsTest, NewPatchIsUnnamedInTheDocumentsFolder) {
+    commands->createNewFile();
+    EXPECT_EQ(program.patch.fileName, program.documentsFolder / "unnamed.deh");
+    engine = "mbf19";
+    commands->createNewFile();
+    EXPECT_EQ(program.patch.fileName, program.documentsFolder / "unnamed.bex");
+    dialogs.Expect("Save patch file", "");
+    EXPECT_FALSE(commands->Save()) << "an unnamed patch asks for its name";
+    EXPECT_EQ(dialogs.lastDetail, "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*");
+}
+
+TEST_F(FileCommandsTest, OpenReadsThePatchAndRemembersTheFile) {
+    const std::string file = Open("mine.deh", normalPatch);
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 200);
+    EXPECT_EQ(program.patch.fileName, file);
+    EXPECT_FALSE(program.patch.changed);
+    EXPECT_EQ(program.settings.RecentFiles().back(), file);
+}
+
+TEST_F(FileCommandsTest, OpenAsksForAFileWithoutAPath) {
+    dialogs.Expect("Load patch file", "");
+    commands->openFile({});
+    EXPECT_EQ(dialogs.lastDetail, "All known file types|*.deh;*.bex|Dehacked files (*.deh)|*.deh|"
+                                  "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*");
+    EXPECT_EQ(sessionsAsked, 0);
+}
+
+TEST_F(FileCommandsTest, RefusedFilesLeaveTheOpenPatchAsItWas) {
+    struct Case {
+        const char* bytes;
+        const char* message; // FILE stands for the file's path
+        int sessions;
+    };
+    const Case cases[]{
+        {"nothing", "Invalid file or unsupported patch version.", 0},
+        {"Patch format = 5\nDoom version = 19\n", "Invalid file or unsupported patch version.", 0},
+        {"Patch format = 6\nDoom version = 12\n",
+         "There were no engine configuration files found that match the patch file's target engine.", 0},
+        {"Patch format = 6\nPatch format = 6\n",
+         "Could not open FILE: the line \"Patch format\" stands in it twice, again in line 2", 0},
+        {"Patch format = 6\nDoom version = 19\n", "Invalid patch file.", 1},
+        {"Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\nText 3 3\nxyzabc\n",
+         "Could not find string replacement.", 1},
+    };
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    edits.MarkSaved();
+    for (const Case& row : cases) {
+        sessionsAsked = 0;
+        std::string message = row.message;
+        const std::string file = (folder / "bad.deh").string();
+        if (const std::size_t at = message.find("FILE"); at != std::string::npos)
+            message.replace(at, 4, file);
+        notifier.Expect(MessageKind::Exclamation, message);
+        Open("bad.deh", row.bytes);
+        notifier.AllAsked();
+        EXPECT_EQ(sessionsAsked, row.sessions) << row.bytes;
+        EXPECT_EQ(program.patch.fileName, mine);
+        EXPECT_EQ(program.patch.current.things[11].hitPoints, 999);
+    }
+}
+
+TEST_F(FileCommandsTest, VanishedFileIsToldAndChangesNothing) {
+    notifier.Expect(MessageKind::Exclamation,
+                    "Could not open " + (folder / "gone.deh").string() + ": No such file or directory");
+    commands->openFile(QString::fromStdString((folder / "gone.deh").string()));
+    EXPECT_FALSE(commands->SessionOpen());
+}
+
+TEST_F(FileCommandsTest, AFailedSessionLeavesTheFormerOneUsable) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    sessionCancelled = true;
+    Open("other.deh", normalPatch);
+    EXPECT_EQ(program.patch.fileName, mine);
+
+    sessionCancelled = false;
+    WriteFile(folder / "test.wad", "PWAD");
+    notifier.Expect(MessageKind::Exclamation, "Could not load PLAYPAL lump.");
+    Open("other.deh", normalPatch);
+    EXPECT_EQ(program.patch.fileName, mine);
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 200);
+    EXPECT_EQ(program.palette.size(), 768U);
+    EXPECT_EQ(program.wads.Count(), 1U);
+}
+
+TEST_F(FileCommandsTest, MissingDataWadIsLoggedAndTheSessionGoesOn) {
+    const std::filesystem::path log = folder / "log.txt";
+    ASSERT_TRUE(program.log.StartLog(log, false));
+    dataWad = "/nowhere/data.wad";
+    Open("mine.deh", normalPatch);
+    EXPECT_TRUE(commands->SessionOpen());
+    EXPECT_NE(ReadFile(log).find("WARNING: Unable to load data WAD, file does not exist"), std::string::npos);
+    EXPECT_EQ(program.dataWad, nullptr);
+}
+
+TEST_F(FileCommandsTest, DataWadPaletteReplacesTheIwads) {
+    std::string wad = PaletteWad("PWAD");
+    wad.replace(12, 3, "abc");
+    WriteFile(folder / "Data.wad", wad);
+    dataWad = (folder / "data.WAD").string(); // another case than on disk
+    Open("mine.deh", normalPatch);
+    EXPECT_EQ(program.palette.substr(0, 3), "abc");
+    EXPECT_EQ(program.wads.Count(), 2U);
+}
+
+TEST_F(FileCommandsTest, AsksBeforeChangesAreLost) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    notifier.Expect(loseChanges, Answer::No);
+    Open("other.deh", normalPatch);
+    notifier.Expect(loseChanges, Answer::No);
+    commands->createNewFile();
+    notifier.Expect(loseChanges, Answer::No);
+    commands->LoadTable();
+    notifier.AllAsked();
+    EXPECT_EQ(program.patch.fileName, mine);
+    notifier.Expect(loseChanges, Answer::Yes);
+    Open("other.deh", normalPatch);
+    EXPECT_EQ(program.patch.fileName, folder / "other.deh");
+    EXPECT_FALSE(edits.CanUndo()) << "the steps belonged to the former patch";
+}
+
+TEST_F(FileCommandsTest, SaveWritesABackupAndClearsTheChangedFlag) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    EXPECT_TRUE(commands->Save());
+    EXPECT_FALSE(program.patch.changed);
+    EXPECT_NE(ReadFile(mine).find("Hit points = 999\r\n"), std::string::npos);
+    EXPECT_EQ(ReadFile(mine + ".bak"), normalPatch);
+    edits.Undo();
+    EXPECT_TRUE(program.patch.changed);
+}
+
+TEST_F(FileCommandsTest, SaveAsTakesTheNewNameAndFailuresKeepTheChanges) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    const std::string nowhere = (folder / "nowhere" / "mine.deh").string();
+    dialogs.Expect("Save patch file", nowhere);
+    notifier.Expect(MessageKind::Exclamation, "Could not save " + nowhere + ": No such file or directory");
+    EXPECT_FALSE(commands->SaveAs());
+    EXPECT_TRUE(program.patch.changed);
+    EXPECT_EQ(program.patch.fileName, mine);
+
+    const std::string copy = (folder / "copy.deh").string();
+    dialogs.Expect("Save patch file", copy);
+    EXPECT_TRUE(commands->SaveAs());
+    EXPECT_EQ(program.patch.fileName, copy);
+    EXPECT_EQ(ReadFile(mine), normalPatch);
+    EXPECT_EQ(program.settings.RecentFiles().back(), copy);
+}
+
+TEST_F(FileCommandsTest, TableOfAnEditedPatchBecomesTheNewDefaults) {
+    Open("mine.deh", normalPatch);
+    const std::string table = (folder / "mine.tbl").string();
+    dialogs.Expect("Save table", table);
+    commands->SaveTable();
+    EXPECT_EQ(dialogs.lastDetail, "Plinket3 table files (*.tbl)|*.tbl|All files (*.*)|*.*");
+    commands->createNewFile();
+    EXPECT_EQ(program.patch.defaults.things[11].hitPoints, 60);
+    dialogs.Expect("Load table", table);
+    commands->LoadTable();
+    EXPECT_EQ(program.patch.defaults.things[11].hitPoints, 200);
+    EXPECT_EQ(program.patch.current, program.patch.defaults);
+
+    WriteFile(folder / "bad.tbl", "ETBL\x01\x02");
+    dialogs.Expect("Load table", (folder / "bad.tbl").string());
+    notifier.Expect(MessageKind::Exclamation, "Invalid table version.");
+    commands->LoadTable();
+    EXPECT_EQ(program.patch.defaults.things[11].hitPoints, 200);
+}
+
+TEST_F(FileCommandsTest, ClosingAsksAboutUnsavedChanges) {
+    EXPECT_TRUE(commands->MayClose());
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    const std::string question = "The file " + mine + " has been changed. Do you want to save it?";
+    notifier.Expect(question, Answer::Cancel);
+    EXPECT_FALSE(commands->MayClose());
+    notifier.Expect(question, Answer::No);
+    EXPECT_TRUE(commands->MayClose());
+    EXPECT_EQ(ReadFile(mine), normalPatch);
+    notifier.Expect(question, Answer::Yes);
+    EXPECT_TRUE(commands->MayClose());
+    EXPECT_NE(ReadFile(mine).find("999"), std::string::npos);
+}
+
+TEST_F(FileCommandsTest, NoticesAFileThatAnotherProgramChanged) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    commands->CheckFileOnDisk();
+    const std::string question = "The file " + mine + " was changed by another program. Do you want to reload it? "
+                                 "With No, what is open here is kept.";
+    WriteFile(mine, std::string(normalPatch) + "Speed = 15\n");
+    notifier.Expect(question, Answer::No);
+    commands->CheckFileOnDisk();
+    EXPECT_TRUE(program.patch.changed) << "what is open is not what is on disk";
+    commands->CheckFileOnDisk(); // asks once for each change
+    WriteFile(mine, std::string(normalPatch) + "Speed = 155\n");
+    notifier.Expect(question, Answer::Yes);
+    commands->CheckFileOnDisk();
+    EXPECT_EQ(program.patch.current.things[11].speed, 155);
+    EXPECT_FALSE(program.patch.changed);
+    EXPECT_TRUE(commands->Save());
+    commands->CheckFileOnDisk(); // our own save is no change of others
+}
+
+TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
+    for (const std::string mode : {"doom19", "mbf19"}) {
+        engine = mode;
+        commands->createNewFile();
+        Edit();
+        edits.Store({RecordKind::Sound, 1, RowOf(&SoundRecord::value)}, 77);
+        edits.Store({RecordKind::String, 0, textField}, std::string("a\\n\xe9\n"));
+        edits.Store({RecordKind::Par, 0, listField}, std::vector<ParRecord>{{1, 2, 95}, {0, 3, 40}});
+        commands->KeepRecovery();
+        const PatchSet lost = program.patch.current;
+        recovery = nullptr; // the crash: nothing is forgotten, only the lock is gone
+
+        Program next(notifier);
+        static_cast<Environment&>(next).programFolder = program.programFolder;
+        next.settingsFolder = program.settingsFolder;
+        next.engines = program.engines;
+        next.settings.AddIwad("Test", (folder / "test.wad").string());
+        Edits nextEdits(next.patch);
+        Recovery nextRecovery(next.settingsFolder);
+        FileCommands nextCommands(next, nextEdits, dialogs, nextRecovery, {});
+        notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " +
+                            program.patch.fileName.string() + " were kept. Do you want to go on with them?",
+                        Answer::Yes);
+        EXPECT_TRUE(nextCommands.OfferRecovery()) << mode;
+        EXPECT_EQ(next.patch.current, lost) << mode;
+        EXPECT_TRUE(next.patch.changed);
+        EXPECT_EQ(next.patch.named, program.patch.named);
+        Recovery other(next.settingsFolder);
+        EXPECT_FALSE(other.TakeOver()) << "the files of a running program are its own";
+        nextRecovery.Forget();
+        EXPECT_FALSE(nextCommands.OfferRecovery());
+        edits.Clear();
+        recovery = std::make_unique<Recovery>(program.settingsFolder);
+        commands = std::make_unique<FileCommands>(
+            program, edits, dialogs, *recovery,
+            [this](const modPatchFiles::Header* header) { return ChooseSession(header); });
+    }
+}
+
+TEST_F(FileCommandsTest, SavingAndGivingUpRemoveTheRecoveryFile) {
+    Open("mine.deh", normalPatch);
+    const auto kept = [this] { return FileExists(program.settingsFolder / "recovery-0.dat"); };
+    commands->KeepRecovery();
+    EXPECT_FALSE(kept()) << "nothing is unsaved";
+    Edit();
+    commands->KeepRecovery();
+    EXPECT_TRUE(kept());
+    EXPECT_TRUE(commands->Save());
+    EXPECT_FALSE(kept());
+    edits.Undo();
+    commands->KeepRecovery();
+    notifier.Expect("The file " + (folder / "mine.deh").string() + " has been changed. Do you want to save it?",
+                    Answer::No);
+    EXPECT_TRUE(commands->MayClose());
+    EXPECT_FALSE(kept());
+}
+
+} // namespace
+} // namespace plinket3
