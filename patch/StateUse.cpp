@@ -1,5 +1,10 @@
 #include "patch/StateUse.h"
 
+#include "core/Text.h"
+
+#include <algorithm>
+#include <string_view>
+
 namespace plinket3 {
 
 namespace {
@@ -53,6 +58,26 @@ std::vector<std::int32_t> StatesOfRecord(const PatchSet& set, const std::vector<
     return marks.States(true);
 }
 
+/// "Far attack frame" is "far attack" in a list.
+std::string ShortLabel(std::string_view label) {
+    constexpr std::string_view ending = " frame";
+    if (label.ends_with(ending))
+        label.remove_suffix(ending.size());
+    return ToLower(label);
+}
+
+template <class Record> void AddUsers(std::vector<std::string>& users, const std::vector<Record>& records,
+                                      const std::vector<std::string>& names, std::int32_t state) {
+    for (std::size_t index = 0; index < std::min(records.size(), names.size()); ++index) {
+        std::string fields;
+        for (const Field<Record>& field : fieldsOf<Record>)
+            if (field.unit == FieldUnit::State && records[index].*field.member == state)
+                fields += (fields.empty() ? "" : ", ") + ShortLabel(field.label);
+        if (!fields.empty())
+            users.push_back(names[index] + " (" + fields + ")");
+    }
+}
+
 } // namespace
 
 std::vector<std::int32_t> StatesOfThing(const PatchSet& set, std::size_t thing) {
@@ -72,6 +97,15 @@ std::vector<std::int32_t> UnusedStates(const PatchSet& set) {
     for (const StateRecord& state : set.states)
         marks.Mark(state.nextState);
     return marks.States(false);
+}
+
+std::vector<std::string> UsersOfState(const PatchSet& set, std::int32_t state) {
+    std::vector<std::string> users;
+    if (state == 0)
+        return users;
+    AddUsers(users, set.things, set.thingNames, state);
+    AddUsers(users, set.weapons, set.weaponNames, state);
+    return users;
 }
 
 } // namespace plinket3

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace plinket3 {
@@ -16,5 +17,9 @@ std::vector<std::int32_t> StatesOfWeapon(const PatchSet& set, std::size_t weapon
 /// The states that no thing, no weapon and no state points to, ascending. A state that only other unused states lead to
 /// counts as used.
 std::vector<std::int32_t> UnusedStates(const PatchSet& set);
+
+/// The things, then the weapons, whose record names the state, each with the fields that do: "Imp (injury, death)".
+/// None for state 0, which stands for "no state".
+std::vector<std::string> UsersOfState(const PatchSet& set, std::int32_t state);
 
 } // namespace plinket3
