@@ -1,0 +1,60 @@
+#pragma once
+
+#include "patch/Edits.h"
+#include "patch/Program.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace plinket3 {
+
+/// What lists and fields show of a state. Frame and lit flag stand in one number of the record.
+enum class StateColumn {
+    Number,
+    Name, // sprite and frame letter
+    Sprite,
+    Frame, // without the lit bit
+    Lit,
+    NextState,
+    Duration,
+    Parameter1,
+    Parameter2,
+    Action,
+    Count, // of the columns in lists
+    FrameAndLit,
+};
+inline constexpr int stateColumnCount = static_cast<int>(StateColumn::Count);
+
+QString StateColumnHeading(StateColumn column);
+/// False for columns whose text is words.
+bool IsNumberColumn(StateColumn column);
+
+/// The row of the states' table behind a column; `codePointerField` for the action. Not for `Number` and `Name`.
+int StateColumnField(StateColumn column);
+
+/// `state` must be one of the set's. Lit is `litBit` or 0. Not for `Number` and `Name`.
+std::int32_t StateColumnValue(const PatchSet& set, std::int32_t state, StateColumn column);
+/// What a list shows. Empty for an action that the engine's configuration does not name.
+QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state, StateColumn column);
+
+struct StateColumnAssignment {
+    StateColumn column = StateColumn::Sprite;
+    std::int32_t value = 0;
+};
+
+/// Stores values in several states as one step ("duration of 3 frames"). State 0 stays as it is, and so does, in a
+/// patch that is not extended, the action of a state that has none.
+void StoreInStates(Edits& edits, const PatchData& patch, const std::vector<std::int32_t>& states,
+                   std::span<const StateColumnAssignment> values, bool typing = false);
+
+/// Restores one column of these states; for `Name` sprite and frame, for `Number` nothing.
+void RestoreStateColumn(Edits& edits, const PatchData& patch, const std::vector<std::int32_t>& states,
+                        StateColumn column);
+/// Restores these states with their actions.
+void RestoreStates(Edits& edits, const std::vector<std::int32_t>& states);
+
+} // namespace plinket3

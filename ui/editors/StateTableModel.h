@@ -1,0 +1,44 @@
+#pragma once
+
+#include "patch/Edits.h"
+#include "patch/Program.h"
+
+#include <QAbstractTableModel>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace plinket3 {
+
+/// The states of the patch that are to be shown, a row each, with `StateColumn`s. Values that are not the engine's are
+/// bold, with the engine's own in the tooltip.
+class StateTableModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    StateTableModel(const Session& session, QObject* parent);
+
+    /// `states` in ascending order. Numbers beyond the patch's states show nothing.
+    void Show(std::vector<std::int32_t> states);
+    const std::vector<std::int32_t>& Shown() const { return shown_; }
+    std::optional<int> RowOfState(std::int32_t state) const;
+    /// Tells the views about those of the cells that are shown.
+    void CellsChanged(const std::vector<Cell>& cells);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& at, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+private:
+    const Session& session_;
+    std::vector<std::int32_t> shown_;
+};
+
+/// Every state's number.
+std::vector<std::int32_t> AllStates(const PatchSet& set);
+/// Those of `states` whose number begins with each word of `text`, or whose name or action contains it, upper and lower
+/// case alike; all for a text without words.
+std::vector<std::int32_t> MatchingStates(const Session& session, std::vector<std::int32_t> states, const QString& text);
+
+} // namespace plinket3
