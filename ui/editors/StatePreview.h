@@ -1,0 +1,45 @@
+#pragma once
+
+#include "patch/Program.h"
+#include "ui/editors/SpriteView.h"
+#include "ui/editors/StatePlayer.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+
+#include <cstdint>
+#include <optional>
+
+namespace plinket3 {
+
+/// The picture of a state, which can be brought to life: the states from there on are shown one after the other as a
+/// game does.
+class StatePreview : public QWidget {
+    Q_OBJECT
+public:
+    explicit StatePreview(const Session& session);
+
+    /// Ends playing and shows the state; none blanks the view.
+    void ShowState(std::optional<std::int32_t> state);
+    /// Draws anew: a value of the state may be another one.
+    void Update();
+    void Stop() { player_->Stop(); }
+    StatePlayer& Player() { return *player_; }
+
+protected:
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void Draw(std::int32_t state);
+    void PlayOrStop();
+
+    const Session& session_;
+    std::optional<std::int32_t> state_; // from which playing starts
+    SpriteView* picSprite_;
+    QLabel* lblPreview_;
+    QPushButton* cmdPlay_;
+    StatePlayer* player_;
+};
+
+} // namespace plinket3
