@@ -1,0 +1,51 @@
+#pragma once
+
+#include "patch/Program.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QWidget>
+
+#include <cstdint>
+#include <vector>
+
+namespace plinket3 {
+
+enum class StateFilterMode { All, Thing, Weapon, Unused };
+
+/// Chooses which states the editor lists: all of them, those of one thing or weapon, or the unused ones; and of these,
+/// as one types, those whose number, name or action fits.
+class StateFilterPanel : public QWidget {
+    Q_OBJECT
+public:
+    explicit StateFilterPanel(const Session& session);
+
+    /// Lists the things and weapons of the patch, which is another one, and goes back to all states. Emits nothing.
+    void Fill();
+    void setFilterMode(StateFilterMode mode);
+    /// The mode with that thing or weapon; forgets the text.
+    void ShowStatesOf(StateFilterMode mode, int entry);
+    /// Forgets the text, so that it hides no state.
+    void ClearText();
+    /// An entry beyond the list is ignored.
+    void ReplaceThing(int entry, const QString& text);
+    /// The states to list, ascending.
+    std::vector<std::int32_t> States() const;
+
+signals:
+    void Changed();
+
+private:
+    QComboBox* List(StateFilterMode mode) const;
+    void ShowMode(StateFilterMode mode);
+
+    const Session& session_;
+    StateFilterMode mode_ = StateFilterMode::All;
+    QButtonGroup* modes_;
+    QComboBox* cmbFilterThings_;
+    QComboBox* cmbFilterWeapons_;
+    QLineEdit* txtFilter_;
+};
+
+} // namespace plinket3

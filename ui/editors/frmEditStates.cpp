@@ -1,0 +1,188 @@
+#include "ui/editors/frmEditStates.h"
+
+#include "ui/editors/StateColumns.h"
+#include "ui/editors/StateFieldsPanel.h"
+#include "ui/editors/StateFilterPanel.h"
+#include "ui/editors/StateListView.h"
+#include "ui/editors/StatePreview.h"
+#include "ui/editors/StateTableModel.h"
+
+#include <QAction>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+namespace plinket3 {
+
+frmEditStates::frmEditStates(const EditorContext& context) : EditorWindow("frmEditStates", tr("States"), context) {}
+
+void frmEditStates::Build() {
+    filter_ = new StateFilterPanel(context_.program);
+    BuildList();
+    fields_ = new StateFieldsPanel(context_);
+    preview_ = new StatePreview(context_.program);
+    connect(filter_, &StateFilterPanel::Changed, this, &frmEditStates::updateStateList);
+
+    auto* list = new QWidget;
+    auto* listLayout = new QVBoxLayout(list);
+    listLayout->setContentsMargins({});
+    listLayout->addWidget(filter_);
+    listLayout->addWidget(lvwStates_, 1);
+    auto* selected = new QWidget;
+    auto* selectedLayout = new QHBoxLayout(selected);
+    selectedLayout->setContentsMargins({});
+    selectedLayout->addWidget(fields_, 3);
+    selectedLayout->addWidget(preview_, 1);
+    auto* parts = new QSplitter(Qt::Vertical);
+    parts->setObjectName(QStringLiteral("splStates"));
+    parts->addWidget(list);
+    parts->addWidget(selected);
+    parts->setStretchFactor(0, 1);
+    parts->setChildrenCollapsible(false);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(parts);
+}
+
+void frmEditStates::BuildList() {
+    model_ = new StateTableModel(context_.program, this);
+    lvwStates_ = new QTableView;
+    SetUpStateList(*lvwStates_, *model_, QStringLiteral("lvwStates"), tr("States"));
+    lvwStates_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    lvwStates_->setContextMenuPolicy(Qt::CustomContextMenu);
+    lvwStates_->setMinimumHeight(lvwStates_->fontMetrics().height() * 6);
+    auto* activate = new QAction(lvwStates_);
+    activate->setShortcuts({QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
+    activate->setShortcutContext(Qt::WidgetShortcut);
+    lvwStates_->addAction(activate);
+    connect(activate, &QAction::triggered, this, &frmEditStates::ActivateRow);
+    connect(lvwStates_, &QTableView::doubleClicked, this, &frmEditStates::ActivateRow);
+    connect(lvwStates_, &QTableView::customContextMenuRequested, this, &frmEditStates::ShowListMenu);
+    const QItemSelectionModel* selection = lvwStates_->selectionModel();
+    connect(selection, &QItemSelectionModel::selectionChanged, this, &frmEditStates::ShowSelected);
+    connect(selection, &QItemSelectionModel::currentRowChanged, this, &frmEditStates::ShowSelected);
+}
+
+void frmEditStates::fillStaticData() {
+    filter_->Fill();
+    fields_->Fill();
+}
+
+void frmEditStates::updateStateList() {
+    busy_ = true;
+    model_->Show(filter_->States());
+    if (const auto row = model_->RowOfState(currentState_))
+        SelectStateRow(*lvwStates_, *row);
+    busy_ = false;
+    ShowSelected();
+}
+
+void frmEditStates::selectSingleState(int state, int thing, int weapon) {
+    BringUpToDate();
+    if (thing != -1) {
+        filter_->ShowStatesOf(StateFilterMode::Thing, thing);
+    } else if (weapon != -1) {
+        filter_->ShowStatesOf(StateFilterMode::Weapon, weapon);
+    } else if (!model_->RowOfState(state)) {
+        filter_->ClearText();
+        updateStateList();
+    }
+    if (const auto row = model_->RowOfState(state))
+        SelectRow(*row);
+}
+
+void frmEditStates::SelectRow(int row) {
+    busy_ = true;
+    SelectStateRow(*lvwStates_, row);
+    busy_ = false;
+    ShowSelected();
+}
+
+std::optional<int> frmEditStates::SelectedRow() {
+    BringUpToDate();
+    if (!fields_->Selection().states.empty())
+        return model_->RowOfState(fields_->Selection().current);
+    return std::nullopt;
+}
+
+void frmEditStates::ReplaceThingFilterEntry(int entry, const QString& text) {
+    BringUpToDate();
+    filter_->ReplaceThing(entry, text);
+}
+
+StateSelection frmEditStates::SelectedStates() const {
+    const std::vector<std::int32_t>& shown = model_->Shown();
+    StateSelection selection;
+    // By ranges: asking row by row takes long when many rows are selected one by one.
+    for (const QItemSelectionRange& range : lvwStates_->selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            selection.states.push_back(shown[static_cast<std::size_t>(row)]);
+    std::sort(selection.states.begin(), selection.states.end());
+    selection.states.erase(std::unique(selection.states.begin(), selection.states.end()), selection.states.end());
+    if (selection.states.empty())
+        return selection;
+    const int clicked = lvwStates_->currentIndex().row();
+    selection.current = clicked < 0 ? selection.states.front() : shown[static_cast<std::size_t>(clicked)];
+    if (!std::binary_search(selection.states.begin(), selection.states.end(), selection.current))
+        selection.current = selection.states.front();
+    return selection;
+}
+
+void frmEditStates::ShowSelected() {
+    if (busy_)
+        return;
+    fields_->ShowSelection(SelectedStates());
+    const StateSelection& selection = fields_->Selection();
+    if (selection.states.empty()) {
+        preview_->ShowState(std::nullopt);
+    } else {
+        currentState_ = selection.current;
+        preview_->ShowState(currentState_);
+    }
+}
+
+void frmEditStates::ShowCells(const std::vector<Cell>& cells) {
+    const auto isShown = [](const Cell& cell) {
+        return cell.kind == RecordKind::State || cell.kind == RecordKind::Thing || cell.kind == RecordKind::Weapon;
+    };
+    if (!std::any_of(cells.begin(), cells.end(), isShown))
+        return;
+    model_->CellsChanged(cells);
+    fields_->Update();
+    preview_->Update();
+}
+
+/// What a double click opens is the user's choice.
+void frmEditStates::ActivateRow() {
+    constexpr std::array browsers{&StateFieldsPanel::BrowseSprite, &StateFieldsPanel::BrowseNextState,
+                                  &StateFieldsPanel::BrowseAction};
+    const auto chosen = static_cast<std::size_t>(context_.program.settings.Number("stateActivate"));
+    if (chosen < browsers.size())
+        (fields_->*browsers[chosen])();
+}
+
+void frmEditStates::ShowListMenu(const QPoint& place) {
+    const QModelIndex clicked = lvwStates_->indexAt(place);
+    const std::vector<std::int32_t> states = fields_->Selection().states;
+    if (!clicked.isValid() || states.empty())
+        return;
+    const auto column = static_cast<StateColumn>(clicked.column());
+    const int count = static_cast<int>(states.size());
+    QMenu menu;
+    const QString heading = StateColumnHeading(column);
+    QAction* restoreColumn = menu.addAction(
+        count == 1 ? tr("Restore \"%1\"").arg(heading) : tr("Restore \"%1\" of %n states", nullptr, count).arg(heading),
+        this, [&] { RestoreStateColumn(context_.edits, context_.program.patch, states, column); });
+    restoreColumn->setObjectName(QStringLiteral("restoreColumn"));
+    restoreColumn->setEnabled(column != StateColumn::Number);
+    QAction* restoreStates =
+        menu.addAction(count == 1 ? tr("Restore this state...") : tr("Restore %n states...", nullptr, count), fields_,
+                       &StateFieldsPanel::Restore);
+    restoreStates->setObjectName(QStringLiteral("restoreStates"));
+    menu.exec(lvwStates_->viewport()->mapToGlobal(place));
+}
+
+} // namespace plinket3
