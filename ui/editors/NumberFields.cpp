@@ -73,6 +73,11 @@ void MarkDifference(QWidget& widget, bool differs, const QString& defaultText, c
     widget.setToolTip(differs ? QObject::tr("Default: %1").arg(defaultText) : plainTip);
 }
 
+int WidthForDigits(const QLineEdit& box, int digits) {
+    constexpr int marginDigits = 2; // frame and caret
+    return box.fontMetrics().horizontalAdvance(QString(digits + marginDigits, QLatin1Char('0')));
+}
+
 FieldBox::FieldBox(const QString& name, const QString& accessibleName, Edits& edits) : edits_(edits) {
     setObjectName(name);
     setAccessibleName(accessibleName);

@@ -55,6 +55,9 @@ protected:
     Edits& edits_;
 };
 
+/// The width at which a box shows that many digits.
+int WidthForDigits(const QLineEdit& box, int digits);
+
 /// A box for one numeric cell of the patch: shows it, stores what the user types (a run of typing is one step) and
 /// marks a value that is not the engine's (bold, and the default in the tooltip).
 class NumberBox : public FieldBox {

@@ -10,22 +10,29 @@ namespace {
 
 constexpr int longestDigits = 6; // of a state's or sound's number
 
+/// A button no wider than its text needs: a form has many of them.
+QPushButton* NewSmallButton(const QString& name, const QString& text, const QString& accessibleName) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(name);
+    button->setAccessibleName(accessibleName);
+    button->setMaximumWidth(button->fontMetrics().horizontalAdvance("  " + text + "  "));
+    return button;
+}
+
 } // namespace
 
 ReferenceRow::ReferenceRow(Reference reference, const QString& stem, const QString& label, const EditorContext& context,
                            QGridLayout& form, std::function<void(std::int32_t)> show)
     : reference_(reference), context_(context), label_(label),
       box_(new NumberBox("txt" + stem + "N", label, context.edits, NumberForm::Index)),
-      description_(new LinkLabel("lbl" + stem + "S")), assign_(new QPushButton(tr("Assign"))) {
+      description_(new LinkLabel("lbl" + stem + "S")),
+      assign_(NewSmallButton("cmd" + stem + "A", tr("Assign"), tr("Assign %1").arg(label))) {
     setParent(box_);
     const bool isState = reference == Reference::State;
-    box_->setMinimumWidth(box_->fontMetrics().horizontalAdvance(QString(longestDigits, QLatin1Char('0'))) +
-                          2 * box_->fontMetrics().averageCharWidth());
+    box_->setFixedWidth(WidthForDigits(*box_, longestDigits));
     description_->setToolTip(isState ? tr("Show in the state editor")
                                      : tr("Show in the sound editor; a double click plays it"));
     description_->setMinimumWidth(description_->fontMetrics().horizontalAdvance(QStringLiteral("WWWWWW")));
-    assign_->setObjectName("cmd" + stem + "A");
-    assign_->setAccessibleName(tr("Assign %1").arg(label));
     assign_->setToolTip(isState ? tr("Take the row selected in the state editor")
                                 : tr("Take the row selected in the sound editor"));
 
@@ -36,9 +43,7 @@ ReferenceRow::ReferenceRow(Reference reference, const QString& stem, const QStri
     form.addWidget(box_, row, 1);
     form.addWidget(description_, row, 2);
     if (!isState) {
-        play_ = new QPushButton(tr("Play"));
-        play_->setObjectName("cmd" + stem + "P");
-        play_->setAccessibleName(tr("Play %1").arg(label));
+        play_ = NewSmallButton("cmd" + stem + "P", tr("Play"), tr("Play %1").arg(label));
         form.addWidget(play_, row, 3);
         const auto play = [this] { context_.links.PlaySoundLump(Number()); };
         connect(play_, &QPushButton::clicked, this, play);

@@ -1,0 +1,384 @@
+#include "ui/editors/frmEditThings.h"
+
+#include "patch/modPatchText.h"
+#include "ui/LatinLineEdit.h"
+#include "ui/LatinText.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QStyle>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr int longestDigits = 11;   // of a 32-bit number with its sign
+constexpr int usualNameLength = 32; // with the number before it, and the scroll bar
+
+struct NumberField {
+    const char* control;
+    std::int32_t ThingRecord::*member;
+    const char* hint;
+};
+constexpr NumberField numberFields[]{
+    {"txtID", &ThingRecord::id, QT_TRANSLATE_NOOP("frmEditThings", "The number with which maps place the thing")},
+    {"txtHitPoints", &ThingRecord::hitPoints, QT_TRANSLATE_NOOP("frmEditThings", "Damage that it takes to kill it")},
+    {"txtSpeed", &ThingRecord::speed,
+     QT_TRANSLATE_NOOP("frmEditThings", "Map units: of a projectile each tic, of a monster each step")},
+    {"txtRadius", &ThingRecord::width, QT_TRANSLATE_NOOP("frmEditThings", "Map units from its middle to its side")},
+    {"txtHeight", &ThingRecord::height, QT_TRANSLATE_NOOP("frmEditThings", "Map units")},
+    {"txtMass", &ThingRecord::mass, QT_TRANSLATE_NOOP("frmEditThings", "The more, the less hits push it")},
+    {"txtMissileDamage", &ThingRecord::missileDamage,
+     QT_TRANSLATE_NOOP("frmEditThings", "Damage of a projectile, multiplied by a roll of the dice")},
+    {"txtPainChance", &ThingRecord::painChance,
+     QT_TRANSLATE_NOOP("frmEditThings", "How often a hit makes it flinch: never at 0, always at 256")},
+    {"txtReactionTime", &ThingRecord::reactionTime,
+     QT_TRANSLATE_NOOP("frmEditThings", "How long it waits before it attacks")},
+};
+
+using ReferenceField = frmEditThings::ReferenceField;
+constexpr ReferenceField stateFields[]{
+    {"SpawnState", &ThingRecord::initialState},       {"MoveState", &ThingRecord::firstMovingState},
+    {"PainState", &ThingRecord::injuryState},         {"MeleeState", &ThingRecord::closeAttackState},
+    {"AttackState", &ThingRecord::farAttackState},    {"DeathState", &ThingRecord::deathState},
+    {"ExplodingState", &ThingRecord::explodingState}, {"RespawnState", &ThingRecord::respawnState},
+};
+constexpr ReferenceField soundFields[]{
+    {"AlertSound", &ThingRecord::alertSound},   {"AttackSound", &ThingRecord::attackSound},
+    {"PainSound", &ThingRecord::painSound},     {"DeathSound", &ThingRecord::deathSound},
+    {"ActionSound", &ThingRecord::actionSound},
+};
+
+const Field<ThingRecord>& RowFor(std::int32_t ThingRecord::*member) {
+    return fieldTable<ThingRecord>[static_cast<std::size_t>(RowOf(member))];
+}
+
+QString LabelFor(std::int32_t ThingRecord::*member) { return ShownText(RowFor(member).label); }
+
+/// Of the widest label beside a state or sound number, so that both groups line up.
+int LabelWidth(const QFontMetrics& metrics) {
+    int width = 0;
+    for (const std::span<const ReferenceField> fields : {std::span<const ReferenceField>(stateFields), {soundFields}})
+        for (const ReferenceField& field : fields)
+            width = std::max(width, metrics.horizontalAdvance(LabelFor(field.member)));
+    return width;
+}
+
+QAction* NewAction(const char* name, const QString& text, QWidget* owner) {
+    auto* action = new QAction(text, owner);
+    action->setObjectName(QString::fromLatin1(name));
+    owner->addAction(action);
+    return action;
+}
+
+/// Scrolls only where there is no room for the whole form.
+class FormArea : public QScrollArea {
+public:
+    explicit FormArea(QWidget* form) {
+        setFrameShape(NoFrame);
+        setWidgetResizable(true);
+        setWidget(form);
+    }
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+};
+
+QPushButton* NewButton(const char* name, const QString& text) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(QString::fromLatin1(name));
+    return button;
+}
+
+} // namespace
+
+frmEditThings::frmEditThings(const EditorContext& context)
+    : EditorWindow("frmEditThings", tr("Thing editor"), context),
+      names_(context, RecordKind::Thing, &PatchSet::thingNames), listed_(names_), flags_(context) {}
+
+void frmEditThings::ShowThing(int thing) {
+    BringUpToDate();
+    if (thing >= 0 && thing < names_.rowCount())
+        thingNames_->setCurrentIndex(thing);
+}
+
+void frmEditThings::Build() {
+    auto* splitter = new QSplitter;
+    splitter->setObjectName(QStringLiteral("splThings"));
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(BuildList());
+    splitter->addWidget(BuildFields());
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({fontMetrics().averageCharWidth() * usualNameLength, splitter->sizeHint().width()});
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(splitter);
+}
+
+QWidget* frmEditThings::BuildList() {
+    auto* filter = new QLineEdit;
+    filter->setObjectName(QStringLiteral("txtFilter"));
+    filter->setAccessibleName(tr("Filter the things"));
+    filter->setPlaceholderText(tr("Name or number"));
+    filter->setClearButtonEnabled(true);
+    connect(filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+        const QScopedValueRollback filling(filling_, true);
+        listed_.Narrow(text);
+        SelectInList();
+    });
+    connect(filter, &QLineEdit::returnPressed, this, [this] {
+        if (listed_.rowCount() == 0)
+            return;
+        list_->setCurrentIndex(listed_.index(0, 0));
+        list_->setFocus();
+    });
+
+    list_ = new QListView;
+    list_->setObjectName(QStringLiteral("lstThings"));
+    list_->setAccessibleName(tr("Things"));
+    list_->setUniformItemSizes(true);
+    list_->setTextElideMode(Qt::ElideRight);
+    list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    list_->setModel(&listed_);
+    list_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(NewAction("actRename", tr("Rename..."), list_), &QAction::triggered, this, &frmEditThings::Rename);
+    connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this,
+            [this] { Restore(SelectedThings()); });
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex& current) {
+        if (!filling_ && current.isValid())
+            thingNames_->setCurrentIndex(listed_.mapToSource(current).row());
+    });
+
+    auto* panel = new QWidget;
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(filter);
+    layout->addWidget(list_);
+    return panel;
+}
+
+QWidget* frmEditThings::BuildFields() {
+    auto* panel = new QWidget;
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing), 0, 0, 0);
+    layout->addWidget(BuildHead());
+
+    auto* page = new QWidget;
+    auto* grid = new QGridLayout(page);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->addWidget(BuildNumbers(), 0, 0, 2, 1);
+    grid->addWidget(BuildReferences(Reference::State, tr("Frames"), stateFields,
+                                    [this](int state) { context_.links.SelectSingleState(state, thing_, -1); }),
+                    0, 1);
+    grid->addWidget(BuildReferences(Reference::Sound, tr("Sounds"), soundFields,
+                                    [this](int sound) { context_.links.ShowSoundInEditor(sound); }),
+                    1, 1);
+    grid->addWidget(BuildFlags(), 0, 2, 3, 1);
+    grid->setRowStretch(2, 1);
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(2, 1);
+    layout->addWidget(new FormArea(page));
+    return panel;
+}
+
+QWidget* frmEditThings::BuildHead() {
+    thingNames_ = new QComboBox;
+    thingNames_->setObjectName(QStringLiteral("cmbThingNames"));
+    thingNames_->setAccessibleName(tr("Thing"));
+    thingNames_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    thingNames_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon); // for any name
+    thingNames_->setModel(&names_);
+    connect(thingNames_, &QComboBox::currentIndexChanged, this, [this](int thing) {
+        if (filling_)
+            return;
+        thing_ = thing;
+        updateForm();
+    });
+    number_ = new QLabel;
+    number_->setBuddy(thingNames_);
+    auto* rename = NewButton("cmdRename", tr("Re&name..."));
+    connect(rename, &QPushButton::clicked, this, &frmEditThings::Rename);
+    auto* restore = NewButton("cmdRestore", tr("&Restore"));
+    connect(restore, &QPushButton::clicked, this, [this] { Restore({thing_}); });
+
+    auto* head = new QWidget;
+    auto* layout = new QHBoxLayout(head);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(number_);
+    layout->addWidget(thingNames_, 1);
+    layout->addWidget(rename);
+    layout->addWidget(restore);
+    return head;
+}
+
+QWidget* frmEditThings::BuildNumbers() {
+    sprite_ = new SpriteView(QStringLiteral("picThing"));
+    auto* group = new QGroupBox(tr("Properties"));
+    auto* form = new QGridLayout(group);
+    form->addWidget(sprite_, 0, 0, 1, 2);
+    form->setRowStretch(0, 1);
+    for (const NumberField& field : numberFields) {
+        const QString text = LabelFor(field.member);
+        const FieldUnit unit = RowFor(field.member).unit;
+        auto* box = new NumberBox(QString::fromLatin1(field.control), text, context_.edits,
+                                  unit == FieldUnit::Fixed16 ? NumberForm::Fixed : NumberForm::Long);
+        box->setFixedWidth(WidthForDigits(*box, longestDigits));
+        box->setAccessibleDescription(tr(field.hint));
+        auto* label = new QLabel(text);
+        label->setBuddy(box);
+        label->setToolTip(tr(field.hint));
+        const int row = form->rowCount();
+        form->addWidget(label, row, 0);
+        form->addWidget(box, row, 1);
+        boxes_.push_back({box, RowOf(field.member)});
+        if (unit == FieldUnit::ProjectileSpeed)
+            speed_ = box;
+    }
+    return group;
+}
+
+QWidget* frmEditThings::BuildReferences(Reference reference, const QString& heading,
+                                        std::span<const ReferenceField> fields,
+                                        const std::function<void(std::int32_t)>& show) {
+    auto* group = new QGroupBox(heading);
+    auto* form = new QGridLayout(group);
+    form->setColumnMinimumWidth(0, LabelWidth(fontMetrics()));
+    form->setColumnStretch(2, 1);
+    for (const ReferenceField& field : fields) {
+        auto* row =
+            new ReferenceRow(reference, QString::fromLatin1(field.stem), LabelFor(field.member), context_, *form, show);
+        references_.push_back(row);
+        boxes_.push_back({&row->Box(), RowOf(field.member)});
+    }
+    form->setRowStretch(form->rowCount(), 1);
+    return group;
+}
+
+QWidget* frmEditThings::BuildFlags() {
+    auto* tree = new QTreeView;
+    tree->setObjectName(QStringLiteral("trvFlags"));
+    tree->setAccessibleName(tr("Flags"));
+    tree->setHeaderHidden(true);
+    tree->setRootIsDecorated(false);
+    tree->setUniformRowHeights(true);
+    tree->setModel(&flags_);
+    flagTree_ = tree;
+    auto* group = new QGroupBox(tr("Flags"));
+    auto* layout = new QVBoxLayout(group);
+    layout->addWidget(tree);
+    return group;
+}
+
+void frmEditThings::fillStaticData() {
+    const QScopedValueRollback filling(filling_, true);
+    names_.Reset();
+    flags_.ShowThing(-1); // until the patch's things are known to be there
+    flags_.Reload();
+    flagTree_->setMinimumWidth(flagTree_->sizeHintForColumn(0) +
+                               2 * flagTree_->verticalScrollBar()->sizeHint().width());
+    thing_ = std::min(std::max(thing_, 0), names_.rowCount() - 1);
+    thingNames_->setCurrentIndex(thing_);
+}
+
+void frmEditThings::updateForm() {
+    number_->setText(tr("Thing %1").arg(thing_ + 1));
+    ShowSpeedForm();
+    for (const BoundBox& bound : boxes_)
+        bound.box->ShowCell(thing_ < 0 ? std::nullopt : std::optional(Cell{RecordKind::Thing, thing_, bound.field}));
+    flags_.ShowThing(thing_);
+    ShowSprite();
+    SelectInList();
+}
+
+void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
+    names_.ShowCells(cells);
+    const auto concerns = [this](const Cell& cell) { return cell.kind == RecordKind::Thing && cell.index == thing_; };
+    const bool states =
+        std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
+    if (std::any_of(cells.begin(), cells.end(), concerns)) {
+        ShowSpeedForm();
+        for (const BoundBox& bound : boxes_)
+            bound.box->Update();
+        flags_.FlagsChanged();
+        ShowSprite();
+    } else if (states) { // they may look otherwise
+        for (ReferenceRow* row : references_)
+            row->UpdateDescription();
+        ShowSprite();
+    }
+}
+
+/// The list follows the current thing, which is not selected in it while the filter hides it.
+void frmEditThings::SelectInList() {
+    const QScopedValueRollback filling(filling_, true);
+    const QModelIndex place = thing_ < 0 ? QModelIndex() : listed_.mapFromSource(names_.index(thing_));
+    if (!place.isValid())
+        list_->selectionModel()->clear();
+    else if (list_->currentIndex() != place || !list_->selectionModel()->isSelected(place))
+        list_->setCurrentIndex(place);
+}
+
+void frmEditThings::ShowSpeedForm() {
+    const bool projectile =
+        thing_ >= 0 && modPatchText::GetFlag(Current().things[static_cast<std::size_t>(thing_)].bits, projectileBit);
+    speed_->ShowForm(projectile ? NumberForm::Fixed : NumberForm::Long);
+}
+
+void frmEditThings::ShowSprite() {
+    if (thing_ < 0)
+        sprite_->Clear();
+    else
+        sprite_->ShowState(context_.program, Current().things[static_cast<std::size_t>(thing_)].initialState);
+}
+
+void frmEditThings::Rename() {
+    if (thing_ < 0)
+        return;
+    const Cell cell{RecordKind::Thing, thing_, nameField};
+    const QString name = context_.links.AskText(tr("Thing %1").arg(thing_ + 1), tr("Enter a new name"),
+                                                ShownText(std::get<std::string>(context_.edits.Value(cell))));
+    if (name.isEmpty())
+        return;
+    if (!IsStorable(name)) {
+        context_.links.ShowStatus(WhyNotStorable(name));
+        return;
+    }
+    context_.edits.Store(cell, StoredText(name));
+    // Kept: the text goes to the entry of the thing after this one. docs/kept-behaviour.md
+    context_.links.ReplaceThingFilterEntry(thing_ + 1, name);
+}
+
+void frmEditThings::Restore(const std::vector<int>& things) {
+    if (things.empty() || things.front() < 0)
+        return;
+    const char* question = things.size() == 1 ? "Are you sure you want to restore this thing?"
+                                              : "Are you sure you want to restore these things?";
+    if (context_.program.notifier.Ask(question, Buttons::YesNo) == Answer::No)
+        return;
+    std::vector<Cell> cells;
+    for (const int thing : things) {
+        const std::vector<Cell> more = context_.edits.CellsOf(RecordKind::Thing, thing);
+        cells.insert(cells.end(), more.begin(), more.end());
+    }
+    context_.edits.Restore(cells, "restore " + (things.size() == 1
+                                                    ? context_.edits.RecordName(RecordKind::Thing, things.front())
+                                                    : std::to_string(things.size()) + " things"));
+}
+
+std::vector<int> frmEditThings::SelectedThings() const {
+    std::vector<int> things;
+    for (const QModelIndex& place : list_->selectionModel()->selectedRows())
+        things.push_back(listed_.mapToSource(place).row());
+    return things;
+}
+
+} // namespace plinket3

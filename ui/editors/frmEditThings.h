@@ -1,0 +1,79 @@
+#pragma once
+
+#include "ui/editors/EditorWindow.h"
+#include "ui/editors/FlagListModel.h"
+#include "ui/editors/NamesModel.h"
+#include "ui/editors/NumberFields.h"
+#include "ui/editors/ReferenceRow.h"
+#include "ui/editors/SpriteView.h"
+#include "ui/editors/ThingFilter.h"
+
+#include <functional>
+#include <span>
+#include <vector>
+
+class QAbstractItemView;
+class QComboBox;
+class QLabel;
+class QListView;
+
+namespace plinket3 {
+
+/// The editor of things: a list of them all, and every value, flag and name of the current one.
+class frmEditThings : public EditorWindow {
+    Q_OBJECT
+public:
+    /// Binds the controls named after `stem` to a state or sound number.
+    struct ReferenceField {
+        const char* stem;
+        std::int32_t ThingRecord::*member;
+    };
+
+    explicit frmEditThings(const EditorContext& context);
+
+    /// Makes a thing the current one. `thing` is its index; one that the patch does not have changes nothing.
+    void ShowThing(int thing);
+
+protected:
+    void Build() override;
+    void fillStaticData() override;
+    void updateForm() override;
+    void ShowCells(const std::vector<Cell>& cells) override;
+
+private:
+    struct BoundBox {
+        NumberBox* box;
+        int field; // a row of the table of things
+    };
+
+    QWidget* BuildList();
+    QWidget* BuildFields();
+    QWidget* BuildHead();
+    QWidget* BuildNumbers();
+    QWidget* BuildReferences(Reference reference, const QString& heading, std::span<const ReferenceField> fields,
+                             const std::function<void(std::int32_t)>& show);
+    QWidget* BuildFlags();
+
+    void SelectInList();
+    void ShowSpeedForm();
+    void ShowSprite();
+    void Rename();
+    void Restore(const std::vector<int>& things);
+    std::vector<int> SelectedThings() const;
+
+    int thing_ = -1;       // none before the first filling, and when the patch has none
+    bool filling_ = false; // lists are being filled: what they select is not the user's choice
+    NamesModel names_;
+    ThingFilter listed_;
+    FlagListModel flags_;
+    std::vector<BoundBox> boxes_;
+    std::vector<ReferenceRow*> references_;
+    NumberBox* speed_ = nullptr;
+    QListView* list_ = nullptr;
+    QComboBox* thingNames_ = nullptr;
+    QAbstractItemView* flagTree_ = nullptr;
+    QLabel* number_ = nullptr;
+    SpriteView* sprite_ = nullptr;
+};
+
+} // namespace plinket3
