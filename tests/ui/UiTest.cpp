@@ -44,8 +44,8 @@ QString TestLinks::AskText(const QString& title, const QString& prompt, const QS
 
 void EditorTest::LoadEngine(const std::string& engine) {
     program.programFolder = PLINKET3_PROGRAM_FOLDER;
-    ASSERT_TRUE(modConfig::LoadEngineConfiguration(program.programFolder / "config" / (engine + ".cfg"),
-                                                   program.engine, notifier));
+    ASSERT_TRUE(modConfig::LoadEngineConfiguration(program.programFolder / "config" / (engine + ".cfg"), program.engine,
+                                                   notifier));
     ASSERT_TRUE(modTables::LoadEngineTable(program, program.engine, program.patch));
     program.wads.ClearWads();
     if (FileExists(freedoom)) {
@@ -57,6 +57,26 @@ void EditorTest::LoadEngine(const std::string& engine) {
         program.palette = palette->wad->ReadLumpString(palette->num);
     }
     edits.Clear();
+}
+
+namespace {
+
+QPoint PointOfRow(QAbstractItemView& view, int row) {
+    const QModelIndex index = view.model()->index(row, 0);
+    view.scrollTo(index);
+    return view.visualRect(index).center();
+}
+
+} // namespace
+
+void ClickRow(QAbstractItemView& view, int row, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
+    QTest::mouseClick(view.viewport(), button, modifiers, PointOfRow(view, row));
+}
+
+void DoubleClickRow(QAbstractItemView& view, int row) {
+    const QPoint point = PointOfRow(view, row);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, point);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, point);
 }
 
 void Type(QLineEdit& box, const char* text) {

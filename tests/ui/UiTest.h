@@ -7,10 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QTest>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,11 +53,23 @@ protected:
     const PatchSet& Current() const { return program.patch.current; }
     const PatchSet& Defaults() const { return program.patch.defaults; }
     bool HasWad() const { return program.wads.Count() > 0; }
+    /// Opens an editor that hears of every edit, as it does in the main window.
+    template <class Editor> Editor& Open() {
+        auto editor = std::make_unique<Editor>(Context());
+        Editor& opened = *editor;
+        edits.Listen([&opened](const std::vector<Cell>& cells) { opened.CellsChanged(cells); });
+        windows_.push_back(std::move(editor));
+        opened.show();
+        return opened;
+    }
 
     ExpectingNotifier notifier;
     Program program{notifier};
     Edits edits{program.patch};
     TestLinks links;
+
+private:
+    std::vector<std::unique_ptr<EditorWindow>> windows_;
 };
 
 /// The control of that object name inside `window`; fails the test (and returns a fresh one) when there is none.
@@ -67,6 +81,11 @@ template <class Widget> Widget& Find(QWidget& window, const char* name) {
     }
     return *widget;
 }
+
+/// Clicks a row of a list, or double clicks it, as a user does.
+void ClickRow(QAbstractItemView& view, int row, Qt::MouseButton button = Qt::LeftButton,
+              Qt::KeyboardModifiers modifiers = {});
+void DoubleClickRow(QAbstractItemView& view, int row);
 
 /// Clicks into a box, as a user does, and types over what it holds.
 void Type(QLineEdit& box, const char* text);

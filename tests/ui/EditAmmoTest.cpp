@@ -1,0 +1,85 @@
+#include "tests/ui/UiTest.h"
+#include "ui/editors/frmEditAmmo.h"
+
+#include <QListView>
+#include <QPushButton>
+
+namespace plinket3::test {
+
+namespace {
+
+class frmEditAmmoTest : public EditorTest {
+protected:
+    void SetUp() override {
+        LoadEngine("doom19");
+        window = &Open<frmEditAmmo>();
+    }
+    void Click(const char* button) { QTest::mouseClick(&Find<QPushButton>(*window, button), Qt::LeftButton); }
+    void Select(int ammo) { ClickRow(Find<QListView>(*window, "lstAmmo"), ammo); }
+    frmEditAmmo* window = nullptr;
+};
+
+struct AmmoCase {
+    const char* box;
+    std::int32_t AmmoRecord::*member;
+    const char* typed;
+    const char* shown;
+    std::int32_t stored;
+};
+constexpr AmmoCase ammoCases[]{
+    {"txtMaxAmmo", &AmmoRecord::maxAmmo, "1000000", "999999", 999999},
+    {"txtMaxAmmo", &AmmoRecord::maxAmmo, "-1", "0", 0},
+    {"txtMaxAmmo", &AmmoRecord::maxAmmo, "300", "300", 300},
+    {"txtPickupAmmo", &AmmoRecord::perAmmo, "1000000", "999999", 999999},
+    {"txtPickupAmmo", &AmmoRecord::perAmmo, "-1", "0", 0},
+    {"txtPickupAmmo", &AmmoRecord::perAmmo, "", "", 0},
+};
+
+TEST_F(frmEditAmmoTest, NumbersAreLimitedStoredAndUndone) {
+    for (const AmmoCase& row : ammoCases) {
+        Select(1);
+        auto& box = Find<QLineEdit>(*window, row.box);
+        EXPECT_EQ(box.text().toInt(), Defaults().ammo[1].*row.member);
+        EXPECT_FALSE(box.font().bold());
+        Type(box, row.typed);
+        if (*row.typed == '\0')
+            QTest::keyClick(&box, Qt::Key_Backspace);
+        EXPECT_EQ(box.text(), row.shown) << row.typed;
+        EXPECT_EQ(Current().ammo[1].*row.member, row.stored) << row.typed;
+        EXPECT_TRUE(program.patch.changed);
+        EXPECT_TRUE(box.font().bold());
+        edits.Undo();
+        EXPECT_FALSE(edits.CanUndo()) << "typing is one step";
+        EXPECT_EQ(Current(), Defaults());
+        EXPECT_EQ(box.text().toInt(), Defaults().ammo[1].*row.member);
+    }
+}
+
+TEST_F(frmEditAmmoTest, RenamingCountsAmmunitionFromZero) {
+    Select(1);
+    links.typedText = "Nails";
+    Click("cmdRename");
+    EXPECT_EQ(links.calls.back(), "ask Ammo 1|Enter a new name|Shells");
+    EXPECT_EQ(Current().ammoNames[1], "Nails");
+    EXPECT_EQ(Find<QListView>(*window, "lstAmmo").model()->index(1, 0).data().toString(), "Nails");
+}
+
+TEST_F(frmEditAmmoTest, RestoringAsksAndRestoresThatAmmunitionOnly) {
+    edits.Store({RecordKind::Ammo, 0, 0}, 1);
+    edits.Store({RecordKind::Ammo, 2, 1}, 2);
+    edits.Store({RecordKind::Ammo, 2, nameField}, std::string("Volts"));
+    Select(2);
+    notifier.Expect("Are you sure you want to restore this ammo entry?", Answer::No);
+    Click("cmdRestore");
+    EXPECT_EQ(Current().ammoNames[2], "Volts");
+    notifier.Expect("Are you sure you want to restore this ammo entry?", Answer::Yes);
+    Click("cmdRestore");
+    EXPECT_EQ(Current().ammo[2], Defaults().ammo[2]);
+    EXPECT_EQ(Current().ammoNames, Defaults().ammoNames);
+    EXPECT_EQ(Current().ammo[0].maxAmmo, 1);
+    EXPECT_EQ(edits.UndoName(), "restore Volts");
+}
+
+} // namespace
+
+} // namespace plinket3::test

@@ -1,0 +1,60 @@
+#include "ui/editors/frmEditAmmo.h"
+
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QVBoxLayout>
+
+namespace plinket3 {
+
+namespace {
+
+struct AmmoBox {
+    const char* name;
+    const char* label;
+    std::int32_t AmmoRecord::*member;
+};
+constexpr AmmoBox ammoBoxes[]{
+    {"txtMaxAmmo", QT_TRANSLATE_NOOP("frmEditAmmo", "Most that a player carries"), &AmmoRecord::maxAmmo},
+    {"txtPickupAmmo", QT_TRANSLATE_NOOP("frmEditAmmo", "In a pickup"), &AmmoRecord::perAmmo},
+};
+
+} // namespace
+
+// Kept: ammunition is counted from 0 in the title, weapons from 1. docs/kept-behaviour.md
+frmEditAmmo::frmEditAmmo(const EditorContext& context)
+    : NamedRecordEditor("frmEditAmmo", tr("Ammo editor"), context, RecordKind::Ammo, &PatchSet::ammoNames,
+                        {.list = "lstAmmo",
+                         .renameTitle = "Ammo ",
+                         .firstNumber = 0,
+                         .renamePrompt = "Enter a new name",
+                         .restoreQuestion = "Are you sure you want to restore this ammo entry?"}) {}
+
+QWidget* frmEditAmmo::BuildFields() {
+    auto* group = new QGroupBox(tr("Rounds"));
+    auto* form = new QFormLayout(group);
+    for (const AmmoBox& row : ammoBoxes) {
+        const QString label = tr(row.label);
+        auto* box = new NumberBox(QString::fromLatin1(row.name), label, context_.edits, NumberForm::Ranged);
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QString(9, '0')));
+        form->addRow(label, box);
+        boxes_.push_back({box, RowOf(row.member)});
+    }
+    auto* fields = new QWidget;
+    auto* layout = new QVBoxLayout(fields);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(group);
+    layout->addStretch();
+    return fields;
+}
+
+void frmEditAmmo::ShowRecord(std::optional<std::int32_t> record) {
+    for (const Box& box : boxes_)
+        box.box->ShowCell(record ? std::optional<Cell>({RecordKind::Ammo, *record, box.field}) : std::nullopt);
+}
+
+void frmEditAmmo::UpdateRecord() {
+    for (const Box& box : boxes_)
+        box.box->Update();
+}
+
+} // namespace plinket3
