@@ -20,7 +20,7 @@ StateFieldBox::StateFieldBox(const QString& name, const QString& accessibleName,
 void StateFieldBox::ShowSelection() {
     setEnabled(selection_.Editable());
     setPlaceholderText(selection_.Several() ? tr("leave as is") : QString());
-    clear();
+    setText({}); // not `clear`, which counts as typing
     ShowValue();
 }
 
@@ -29,7 +29,7 @@ void StateFieldBox::Update() {
     const bool typing = hasFocus() && isModified();
     const bool keep = shown ? IsValueOfAll(*shown) && (typing || selection_.Several()) : typing;
     if (!keep)
-        clear();
+        setText({});
     ShowValue();
 }
 

@@ -14,7 +14,7 @@ namespace plinket3 {
 namespace {
 
 /// Characters that fit into each column; a heading may need more.
-constexpr std::array<int, stateColumnCount> columnWidths{6, 6, 5, 5, 4, 6, 6, 6, 6, 16};
+constexpr std::array<int, stateColumnCount> columnWidths{6, 8, 5, 5, 4, 6, 6, 6, 6, 16};
 
 } // namespace
 
@@ -25,7 +25,6 @@ void SetUpStateList(QTableView& view, StateTableModel& model, const QString& nam
     view.setSelectionBehavior(QAbstractItemView::SelectRows);
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     view.setAlternatingRowColors(true);
-    view.setShowGrid(false);
     view.setWordWrap(false);
     view.setTabKeyNavigation(false);
     view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);

@@ -5,8 +5,8 @@
 namespace plinket3 {
 
 StatePreview::StatePreview(const Session& session)
-    : session_(session), picSprite_(new SpriteView(QStringLiteral("picSprite"))), lblPreview_(new QLabel),
-      cmdPlay_(new QPushButton), player_(new StatePlayer(session.patch.current, this)) {
+    : QGroupBox(tr("Preview")), session_(session), picSprite_(new SpriteView(QStringLiteral("picSprite"))),
+      lblPreview_(new QLabel), cmdPlay_(new QPushButton), player_(new StatePlayer(session.patch.current, this)) {
     lblPreview_->setObjectName(QStringLiteral("lblPreview"));
     lblPreview_->setAlignment(Qt::AlignCenter);
     cmdPlay_->setObjectName(QStringLiteral("cmdPlay"));
@@ -15,7 +15,6 @@ StatePreview::StatePreview(const Session& session)
     connect(player_, &StatePlayer::StateShown, this, &StatePreview::Draw);
     connect(player_, &StatePlayer::Stopped, this, [this] { cmdPlay_->setText(tr("&Play")); });
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins({});
     layout->addWidget(picSprite_, 1);
     layout->addWidget(lblPreview_);
     layout->addWidget(cmdPlay_);
@@ -58,7 +57,7 @@ void StatePreview::PlayOrStop() {
 
 void StatePreview::hideEvent(QHideEvent* event) {
     player_->Stop();
-    QWidget::hideEvent(event);
+    QGroupBox::hideEvent(event);
 }
 
 } // namespace plinket3

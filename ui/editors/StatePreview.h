@@ -4,9 +4,9 @@
 #include "ui/editors/SpriteView.h"
 #include "ui/editors/StatePlayer.h"
 
+#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QWidget>
 
 #include <cstdint>
 #include <optional>
@@ -15,7 +15,7 @@ namespace plinket3 {
 
 /// The picture of a state, which can be brought to life: the states from there on are shown one after the other as a
 /// game does.
-class StatePreview : public QWidget {
+class StatePreview : public QGroupBox {
     Q_OBJECT
 public:
     explicit StatePreview(const Session& session);
