@@ -18,8 +18,9 @@ namespace {
 constexpr double unitsPerFixed = 65536.0;
 constexpr std::int32_t firstFrameLetter = 'A';
 
+/// Kept: what does not fit wraps, a width of 40000 too. docs/kept-behaviour.md
 std::int32_t FixedFromUnits(std::int32_t units) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(units) << 16); // wraps, as engines do
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(units) << 16);
 }
 
 /// A number within the limits; one beyond them is written back with the caret at its end.

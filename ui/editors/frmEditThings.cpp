@@ -88,6 +88,7 @@ class FormArea : public QScrollArea {
 public:
     explicit FormArea(QWidget* form) {
         setFrameShape(NoFrame);
+        setFocusPolicy(Qt::NoFocus);
         setWidgetResizable(true);
         setWidget(form);
     }
@@ -323,7 +324,7 @@ void frmEditThings::SelectInList() {
     const QModelIndex place = thing_ < 0 ? QModelIndex() : listed_.mapFromSource(names_.index(thing_));
     if (!place.isValid())
         list_->selectionModel()->clear();
-    else if (list_->currentIndex() != place || !list_->selectionModel()->isSelected(place))
+    else if (list_->currentIndex() != place)
         list_->setCurrentIndex(place);
 }
 
@@ -364,6 +365,7 @@ void frmEditThings::Restore(const std::vector<int>& things) {
                                               : "Are you sure you want to restore these things?";
     if (context_.program.notifier.Ask(question, Buttons::YesNo) == Answer::No)
         return;
+    // Kept: the state editor's list of things keeps a restored thing's former name. docs/kept-behaviour.md
     std::vector<Cell> cells;
     for (const int thing : things) {
         const std::vector<Cell> more = context_.edits.CellsOf(RecordKind::Thing, thing);
