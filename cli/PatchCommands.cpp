@@ -110,9 +110,8 @@ void LoadPatch(Run& run, const std::string& file) {
     program.patch.dataWadPath = value("datawad");
 }
 
-std::string FileOr(const Run& run, std::size_t index, std::string absent) {
-    return index < run.arguments.files.size() ? run.arguments.files[index] : std::move(absent);
-}
+/// The one plain argument of a command that may go without it.
+std::string PatchArgument(const Run& run) { return run.arguments.files.empty() ? standardSet : run.arguments.files[0]; }
 
 int Engines(Run& run) {
     const std::vector<std::string> skipped = FindEngines(run.program);
@@ -135,7 +134,7 @@ int Info(Run& run) {
 }
 
 int Dump(Run& run) {
-    LoadPatch(run, FileOr(run, 0, standardSet));
+    LoadPatch(run, PatchArgument(run));
     run.out << DumpJson(run.program) << '\n';
     return done;
 }
@@ -199,7 +198,7 @@ int States(Run& run) {
     const bool byThing = run.arguments.thing >= 0, byWeapon = run.arguments.weapon >= 0;
     if (byThing + byWeapon + run.arguments.unused != 1)
         throw Refused("states: give one of --thing, --weapon and --unused; see --help");
-    LoadPatch(run, FileOr(run, 0, standardSet));
+    LoadPatch(run, PatchArgument(run));
     const PatchSet& set = run.program.patch.current;
     const auto require = [](std::int32_t number, std::size_t count, std::string_view what) {
         if (static_cast<std::size_t>(number) >= count)
