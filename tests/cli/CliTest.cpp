@@ -173,7 +173,7 @@ TEST_F(CliTest, FiltersStates) {
                   "Close attack frame = 0\nFar attack frame = 0\nDeath frame = 0\nExploding frame = 0\n"
                   "Respawn frame = 0\nFrame 966\nNext frame = 7\nFrame 7\nNext frame = 7\n");
     EXPECT_EQ(Run("states -e doom19 @a.deh --thing 0").out, "0\n7\n966\n");
-    EXPECT_EQ(Run("states -e doom19 @a.deh --weapon 0").out, "0\n2\n3\n4\n5\n6\n7\n8\n9\n");
+    EXPECT_EQ(Run("states -e doom19 --weapon 0").out, "0\n2\n3\n4\n5\n6\n7\n8\n9\n");
     EXPECT_FALSE(Run("states -e doom19 --unused").out.empty());
 }
 
