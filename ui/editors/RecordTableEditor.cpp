@@ -1,0 +1,104 @@
+#include "ui/editors/RecordTableEditor.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace plinket3 {
+
+RecordTableEditor::RecordTableEditor(const char* name, const QString& caption, const EditorContext& context,
+                                     RecordKind kind, RecordTableModel& model, const Words& words)
+    : EditorWindow(name, caption, context), kind_(kind), model_(model), words_(words) {}
+
+void RecordTableEditor::Build() {
+    list_ = new RecordList(QString::fromLatin1(words_.list), windowTitle(), model_);
+    SizeColumns();
+    connect(list_, &RecordList::EditAsked, this, &RecordTableEditor::EditRecord);
+    connect(list_, &RecordList::MenuAsked, this, [this](const QPoint& place, bool byKeyboard) {
+        if (byKeyboard || MenuByMouse())
+            ShowMenu(place);
+    });
+
+    filter_ = new QLineEdit;
+    filter_->setObjectName(QStringLiteral("txtFilter"));
+    filter_->setClearButtonEnabled(true);
+    filter_->setPlaceholderText(tr("Type a part of what you look for"));
+    auto* filterLabel = new QLabel(tr("&Filter"));
+    filterLabel->setBuddy(filter_);
+    filter_->setAccessibleName(tr("Filter"));
+    connect(filter_, &QLineEdit::textChanged, list_, &RecordList::Filter);
+
+    auto* edit = new QPushButton(tr("&Edit..."));
+    edit->setObjectName(QStringLiteral("cmdEdit"));
+    connect(edit, &QPushButton::clicked, this, &RecordTableEditor::EditSelected);
+    auto* restore = new QPushButton(tr("&Restore"));
+    restore->setObjectName(QStringLiteral("cmdRestore"));
+    restore->setToolTip(tr("Give the selected records the engine's values"));
+    connect(restore, &QPushButton::clicked, this, &RecordTableEditor::Restore);
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(filterLabel);
+    top->addWidget(filter_);
+    auto* buttons = new QHBoxLayout;
+    AddButtons(*buttons);
+    buttons->addWidget(edit);
+    buttons->addStretch();
+    buttons->addWidget(restore);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addWidget(list_);
+    layout->addLayout(buttons);
+    setFocusProxy(list_);
+}
+
+void RecordTableEditor::fillStaticData() {
+    const std::optional<int> selected = SelectedRow();
+    model_.Reset();
+    if (selected)
+        list_->SelectRecord(*selected);
+}
+
+std::optional<int> RecordTableEditor::SelectedRow() const {
+    return list_ != nullptr ? list_->SelectedRecord() : std::nullopt;
+}
+
+void RecordTableEditor::SelectRecord(int record) {
+    BringUpToDate();
+    list_->SelectRecord(record);
+    if (SelectedRow() == record)
+        return;
+    filter_->clear(); // it hides the record
+    list_->SelectRecord(record);
+}
+
+void RecordTableEditor::EditSelected() {
+    if (const std::optional<int> record = SelectedRow())
+        EditRecord(*record);
+}
+
+void RecordTableEditor::Restore() {
+    const std::vector<int> records = list_->SelectedRecords();
+    const char* question = records.size() == 1 ? words_.restoreOne : words_.restoreMany;
+    if (context_.program.notifier.Ask(question, Buttons::YesNo) == Answer::No)
+        return;
+    Edits& edits = context_.edits;
+    std::vector<Cell> cells;
+    for (const int record : records)
+        for (const Cell& cell : edits.CellsOf(kind_, record))
+            cells.push_back(cell);
+    edits.Restore(cells, "restore " + (records.size() == 1 ? edits.RecordName(kind_, records.front())
+                                                           : std::to_string(records.size()) + " " + words_.many));
+}
+
+void RecordTableEditor::ShowMenu(const QPoint& place) {
+    QMenu menu;
+    menu.addAction(tr("&Edit..."), this, &RecordTableEditor::EditSelected)->setEnabled(SelectedRow().has_value());
+    QAction* restore = menu.addAction(tr("&Restore"), this, &RecordTableEditor::Restore);
+    restore->setObjectName(QStringLiteral("restoreRows"));
+    restore->setEnabled(SelectedRow().has_value());
+    menu.exec(place);
+}
+
+} // namespace plinket3

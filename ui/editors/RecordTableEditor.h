@@ -1,0 +1,60 @@
+#pragma once
+
+#include "ui/editors/EditorWindow.h"
+#include "ui/editors/RecordList.h"
+#include "ui/editors/RecordTableModel.h"
+
+class QBoxLayout;
+class QLineEdit;
+class QMenu;
+
+namespace plinket3 {
+
+/// An editor that lists all records of a kind, narrowed by a filter box, changes one in a dialog and restores those
+/// that are selected.
+class RecordTableEditor : public EditorWindow {
+    Q_OBJECT
+public:
+    /// The selected record; absent when none is.
+    std::optional<int> SelectedRow() const;
+
+protected:
+    struct Words {
+        const char* list;       // the list's name
+        const char* many;       // the records together, in the name of a step
+        const char* restoreOne; // the questions
+        const char* restoreMany;
+    };
+    RecordTableEditor(const char* name, const QString& caption, const EditorContext& context, RecordKind kind,
+                      RecordTableModel& model, const Words& words);
+
+    /// What the columns' widths are until the user draws others.
+    virtual void SizeColumns() = 0;
+    virtual void EditRecord(int record) = 0;
+    /// Adds what the window can do beside editing and restoring, to the buttons below the list.
+    virtual void AddButtons(QBoxLayout& /*buttons*/) {}
+
+    /// Whether the menu belongs to the right mouse button, too.
+    virtual bool MenuByMouse() const { return true; }
+
+    void SelectRecord(int record);
+    RecordList& List() { return *list_; }
+
+    void Build() final;
+    void fillStaticData() final;
+    void updateForm() final {}
+    void ShowCells(const std::vector<Cell>& cells) final { model_.ShowCells(cells); }
+
+private:
+    void EditSelected();
+    void Restore();
+    void ShowMenu(const QPoint& place);
+
+    RecordKind kind_;
+    RecordTableModel& model_;
+    Words words_;
+    RecordList* list_ = nullptr;
+    QLineEdit* filter_ = nullptr;
+};
+
+} // namespace plinket3

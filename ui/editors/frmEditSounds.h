@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ui/editors/RecordTableEditor.h"
+#include "ui/editors/SoundsModel.h"
+
+namespace plinket3 {
+
+class frmPropSound;
+
+/// Lists the sounds, plays them and changes them. The right mouse button plays, so the menu comes by the keyboard; all
+/// that it holds stands below the list, too.
+class frmEditSounds : public RecordTableEditor {
+    Q_OBJECT
+public:
+    explicit frmEditSounds(const EditorContext& context);
+
+    /// What sounds are changed in; until it is given, they are not. It outlives the editor.
+    void PropertyDialog(frmPropSound& dialog) { dialog_ = &dialog; }
+    /// Selects a sound's row and scrolls it into view.
+    void ShowSound(int sound) { SelectRecord(sound); }
+
+protected:
+    void SizeColumns() override;
+    void EditRecord(int record) override { startEditSound(record); }
+    void AddButtons(QBoxLayout& buttons) override;
+    bool MenuByMouse() const override { return false; }
+
+private:
+    void startEditSound(int sound);
+
+    SoundsModel model_;
+    frmPropSound* dialog_ = nullptr;
+};
+
+} // namespace plinket3
