@@ -2,11 +2,13 @@
 #include "patch/modPatchFiles.h"
 #include "tests/support/SmallEngine.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using namespace plinket3;
 
@@ -32,9 +34,16 @@ std::vector<ThingRecord> WithoutBits(std::vector<ThingRecord> things) {
     return things;
 }
 
+/// A carriage return takes the character behind it along, which at the end of a patch is first there when it is saved.
+bool EndsInCarriageReturn(const std::vector<StringRecord>& strings) {
+    return std::any_of(strings.begin(), strings.end(),
+                       [](const StringRecord& string) { return string.text.ends_with('\r'); });
+}
+
 /// What was read from a patch is there again after writing and reading, but for what a patch cannot hold: bits without
-/// a name, code pointers of no other state, brackets in names, blanks and backslashes at the ends of strings. As a
-/// string that ends in a backslash takes the next one's line along, it may need some rounds until nothing is lost.
+/// a name, code pointers of no other state, brackets in names, blanks and backslashes at the ends of strings, a
+/// carriage return at the end of a text. As a string that ends in a backslash takes the next one's line along, it may
+/// need some rounds until nothing is lost.
 void CheckRoundTrips(PatchData& patch, const EngineConfiguration& engine) {
     constexpr int mostRounds = 8;
     const PatchSet read = patch.current;
@@ -42,7 +51,7 @@ void CheckRoundTrips(PatchData& patch, const EngineConfiguration& engine) {
     Check(WithoutBits(patch.current.things) == WithoutBits(read.things));
     Check(engine.extended || patch.current.things == read.things);
     Check(!engine.extended || patch.current.codePointers == read.codePointers);
-    Check(engine.extended || patch.current.strings == read.strings);
+    Check(engine.extended || patch.current.strings == read.strings || EndsInCarriageReturn(read.strings));
     Check(patch.current.states == read.states && patch.current.weapons == read.weapons);
     Check(patch.current.ammo == read.ammo && patch.current.cheats == read.cheats);
     Check(patch.current.misc == read.misc && patch.current.pars == read.pars);
