@@ -233,6 +233,9 @@ TEST_F(frmEditThingsTest, SpeedKeepsItsMeaningWhenAThingBecomesAProjectile) {
     EXPECT_TRUE(IsChecked(projectileBit));
     QTest::keyClick(&speed, Qt::Key_Tab);
     EXPECT_EQ(speed.text(), "2.5");
+    Trigger("actRestoreFlags");
+    EXPECT_EQ(Imp().speed, 2);
+    EXPECT_FALSE(IsChecked(projectileBit));
     UndoAll();
     EXPECT_EQ(Current(), Defaults());
     EXPECT_EQ(speed.text(), "8");

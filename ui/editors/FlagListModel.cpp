@@ -77,7 +77,11 @@ QVariant FlagListModel::data(const QModelIndex& index, int role) const {
 bool FlagListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     if (role != Qt::CheckStateRole || !HasThing() || !checkIndex(index, CheckIndexOption::IndexIsValid))
         return false;
-    StoreFlag(index.row(), value.value<Qt::CheckState>() == Qt::Checked);
+    const int bit = index.row();
+    const std::int32_t bits = context_.program.patch.current.things[static_cast<std::size_t>(thing_)].bits;
+    const bool on = value.value<Qt::CheckState>() == Qt::Checked;
+    StoreBits(on ? SetFlag(bits, bit) : RemoveFlag(bits, bit),
+              "flag " + context_.program.engine.flagNames[static_cast<std::size_t>(bit)] + " of ");
     return true;
 }
 
@@ -91,19 +95,24 @@ bool FlagListModel::HasThing() const {
     return thing_ >= 0 && static_cast<std::size_t>(thing_) < context_.program.patch.current.things.size();
 }
 
+void FlagListModel::Restore() {
+    if (HasThing())
+        StoreBits(context_.program.patch.defaults.things[static_cast<std::size_t>(thing_)].bits, "restore flags of ");
+}
+
 /// The speed of a projectile is fixed point: it keeps its meaning when a thing becomes one or stops being one.
-void FlagListModel::StoreFlag(int bit, bool on) {
+void FlagListModel::StoreBits(std::int32_t bits, const std::string& stepName) {
     const ThingRecord& record = context_.program.patch.current.things[static_cast<std::size_t>(thing_)];
-    const std::int32_t bits = on ? SetFlag(record.bits, bit) : RemoveFlag(record.bits, bit);
+    const bool wasProjectile = GetFlag(record.bits, projectileBit);
+    const bool isProjectile = GetFlag(bits, projectileBit);
     std::int32_t speed = record.speed;
-    if (GetFlag(bits, projectileBit) && !GetFlag(record.bits, projectileBit))
+    if (isProjectile && !wasProjectile)
         speed = static_cast<std::int32_t>(static_cast<std::uint32_t>(speed) << fixedBits);
-    else if (GetFlag(record.bits, projectileBit) && !GetFlag(bits, projectileBit))
+    else if (wasProjectile && !isProjectile)
         speed = RoundToInt32(speed / double{1 << fixedBits});
     context_.edits.StoreGroup({{{RecordKind::Thing, thing_, RowOf(&ThingRecord::bits)}, bits},
                                {{RecordKind::Thing, thing_, RowOf(&ThingRecord::speed)}, speed}},
-                              "flag " + context_.program.engine.flagNames[static_cast<std::size_t>(bit)] + " of " +
-                                  context_.edits.RecordName(RecordKind::Thing, thing_));
+                              stepName + context_.edits.RecordName(RecordKind::Thing, thing_));
 }
 
 } // namespace plinket3

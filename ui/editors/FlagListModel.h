@@ -19,6 +19,8 @@ public:
     void ShowThing(int thing);
     /// The shown thing has other flags now.
     void FlagsChanged();
+    /// Gives the shown thing the engine's own flags.
+    void Restore();
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -27,7 +29,7 @@ public:
 
 private:
     bool HasThing() const;
-    void StoreFlag(int bit, bool on);
+    void StoreBits(std::int32_t bits, const std::string& stepName);
 
     EditorContext context_;
     int thing_ = -1;

@@ -19,7 +19,7 @@ void ThingFilter::Narrow(const QString& text) {
 }
 
 QVariant ThingFilter::data(const QModelIndex& index, int role) const {
-    const QVariant value = QSortFilterProxyModel::data(index, role);
+    QVariant value = QSortFilterProxyModel::data(index, role);
     if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
         return value;
     const int thing = mapToSource(index).row();

@@ -272,6 +272,9 @@ QWidget* frmEditThings::BuildFlags() {
     tree->setRootIsDecorated(false);
     tree->setUniformRowHeights(true);
     tree->setModel(&flags_);
+    tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(NewAction("actRestoreFlags", tr("Restore flags"), tree), &QAction::triggered, &flags_,
+            &FlagListModel::Restore);
     flagTree_ = tree;
     auto* group = new QGroupBox(tr("Flags"));
     auto* layout = new QVBoxLayout(group);
