@@ -7,7 +7,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QListView>
 #include <QPushButton>
 #include <QTreeView>
 
@@ -27,7 +26,7 @@ protected:
     }
     const ThingRecord& Imp() const { return Current().things[imp]; }
     QLineEdit& Box(const std::string& name) { return Find<QLineEdit>(*window, name.c_str()); }
-    QListView& List() { return Find<QListView>(*window, "lstThings"); }
+    QTreeView& List() { return Find<QTreeView>(*window, "lstThings"); }
     QComboBox& Names() { return Find<QComboBox>(*window, "cmbThingNames"); }
     void Click(const std::string& button) {
         QTest::mouseClick(&Find<QPushButton>(*window, button.c_str()), Qt::LeftButton);

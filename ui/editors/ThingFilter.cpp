@@ -24,7 +24,8 @@ QVariant ThingFilter::data(const QModelIndex& index, int role) const {
         return value;
     const int thing = mapToSource(index).row();
     if (role == Qt::ToolTipRole) {
-        const QString place = tr("Thing %1 (index %2)").arg(thing + 1).arg(thing);
+        const QString name = sourceModel()->data(mapToSource(index)).toString();
+        const QString place = tr("Thing %1 (index %2): %3").arg(thing + 1).arg(thing).arg(name);
         return value.isValid() ? place + QLatin1Char('\n') + value.toString() : place;
     }
     const auto width = static_cast<int>(QString::number(sourceModel()->rowCount()).size());

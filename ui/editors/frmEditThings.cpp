@@ -8,7 +8,6 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
-#include <QListView>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollArea>
@@ -95,6 +94,17 @@ public:
     QSize sizeHint() const override { return widget()->sizeHint(); }
 };
 
+/// A list whose rows take the width that there is: long texts end in dots.
+QTreeView* NewPlainList(const char* name, const QString& accessibleName) {
+    auto* list = new QTreeView;
+    list->setObjectName(QString::fromLatin1(name));
+    list->setAccessibleName(accessibleName);
+    list->setHeaderHidden(true);
+    list->setRootIsDecorated(false);
+    list->setUniformRowHeights(true);
+    return list;
+}
+
 QPushButton* NewButton(const char* name, const QString& text) {
     auto* button = new QPushButton(text);
     button->setObjectName(QString::fromLatin1(name));
@@ -143,11 +153,7 @@ QWidget* frmEditThings::BuildList() {
         list_->setFocus();
     });
 
-    list_ = new QListView;
-    list_->setObjectName(QStringLiteral("lstThings"));
-    list_->setAccessibleName(tr("Things"));
-    list_->setUniformItemSizes(true);
-    list_->setTextElideMode(Qt::ElideRight);
+    list_ = NewPlainList("lstThings", tr("Things"));
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setModel(&listed_);
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -265,20 +271,14 @@ QWidget* frmEditThings::BuildReferences(Reference reference, const QString& head
 }
 
 QWidget* frmEditThings::BuildFlags() {
-    auto* tree = new QTreeView;
-    tree->setObjectName(QStringLiteral("trvFlags"));
-    tree->setAccessibleName(tr("Flags"));
-    tree->setHeaderHidden(true);
-    tree->setRootIsDecorated(false);
-    tree->setUniformRowHeights(true);
-    tree->setModel(&flags_);
-    tree->setContextMenuPolicy(Qt::ActionsContextMenu);
-    connect(NewAction("actRestoreFlags", tr("Restore flags"), tree), &QAction::triggered, &flags_,
+    flagTree_ = NewPlainList("trvFlags", tr("Flags"));
+    flagTree_->setModel(&flags_);
+    flagTree_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(NewAction("actRestoreFlags", tr("Restore flags"), flagTree_), &QAction::triggered, &flags_,
             &FlagListModel::Restore);
-    flagTree_ = tree;
     auto* group = new QGroupBox(tr("Flags"));
     auto* layout = new QVBoxLayout(group);
-    layout->addWidget(tree);
+    layout->addWidget(flagTree_);
     return group;
 }
 

@@ -15,7 +15,6 @@
 class QAbstractItemView;
 class QComboBox;
 class QLabel;
-class QListView;
 
 namespace plinket3 {
 
@@ -69,7 +68,7 @@ private:
     std::vector<BoundBox> boxes_;
     std::vector<ReferenceRow*> references_;
     NumberBox* speed_ = nullptr;
-    QListView* list_ = nullptr;
+    QAbstractItemView* list_ = nullptr;
     QComboBox* thingNames_ = nullptr;
     QAbstractItemView* flagTree_ = nullptr;
     QLabel* number_ = nullptr;
