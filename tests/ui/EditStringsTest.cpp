@@ -1,0 +1,214 @@
+#include "tests/ui/UiTest.h"
+#include "ui/editors/EscapedTextEdit.h"
+#include "ui/editors/frmEditStrings.h"
+#include "ui/editors/frmPropString.h"
+
+#include <QAbstractItemModelTester>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeView>
+
+namespace plinket3::test {
+
+namespace {
+
+class frmEditStringsTest : public EditorTest {
+protected:
+    void Start(const char* engine) {
+        LoadEngine(engine);
+        dialog = std::make_unique<frmPropString>(Context(), nullptr);
+        window = &Open<frmEditStrings>();
+        window->PropertyDialog(*dialog);
+        window->resize(700, 500);
+    }
+    QTreeView& List() { return Find<QTreeView>(*window, "lvwStrings"); }
+    QPlainTextEdit& New() { return Find<QPlainTextEdit>(*dialog, "txtNewString"); }
+    QString Label(const char* name) { return Find<QLabel>(*dialog, name).text(); }
+    void Click(QWidget& in, const char* button) { QTest::mouseClick(&Find<QPushButton>(in, button), Qt::LeftButton); }
+    /// Opens the dialog for a string with Enter, works in it, and closes it with `button`.
+    void Edit(int string, const std::function<void()>& work, const char* button = "cmdAccept") {
+        ClickRow(List(), string);
+        QTimer::singleShot(0, dialog.get(), [&] {
+            work();
+            Click(*dialog, button);
+        });
+        QTest::keyClick(&List(), Qt::Key_Return);
+    }
+    void Empty() {
+        New().selectAll();
+        QTest::keyClick(&New(), Qt::Key_Delete);
+    }
+    /// Gives a string both as the engine's and as the patch's text.
+    void SetDefault(std::size_t string, const std::string& text) {
+        for (PatchSet* set : {&program.patch.current, &program.patch.defaults})
+            set->strings[string] = {0, static_cast<std::int32_t>(text.size()), text};
+        window->Refresh();
+    }
+    const std::string& Text(std::size_t string) const { return Current().strings[string].text; }
+    std::unique_ptr<frmPropString> dialog;
+    frmEditStrings* window = nullptr;
+};
+
+TEST_F(frmEditStringsTest, ListsNumberEscapedTextAndLengthOrKey) {
+    for (const char* engine : {"doom19", "mbf19"}) {
+        Start(engine);
+        const QAbstractItemModelTester tester(List().model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        SetDefault(3, "one\ntwo \"three\"");
+        const bool extended = program.patch.extended;
+        EXPECT_EQ(List().model()->headerData(2, Qt::Horizontal).toString(), extended ? "String" : "Length");
+        ASSERT_EQ(List().model()->rowCount(), static_cast<int>(Current().strings.size()));
+        const QString expected[]{"3", "one\\ntwo \\\"three\\\"",
+                                 extended ? QString::fromStdString(program.engine.strings[3].mnemonic) : "15"};
+        for (int column = 0; column < 3; ++column)
+            EXPECT_EQ(List().model()->index(3, column).data().toString(), expected[column]);
+    }
+}
+
+TEST_F(frmEditStringsTest, ANewTextFitsTheSpaceOfTheEnginesText) {
+    Start("doom19");
+    for (const int length : {0, 3, 4, 5, 7, 8, 11}) {
+        SetDefault(1, std::string(static_cast<std::size_t>(length), 'x'));
+        const int limit = length / 4 * 4 + 3;
+        Edit(1, [&] {
+            EXPECT_EQ(Label("lblLength"), QString("Length: %1").arg(length));
+            EXPECT_EQ(Label("lblCharsLeft"), QString("Characters left: %1").arg(limit - length));
+            Empty();
+            QTest::keyClicks(&New(), QString(limit - 1, 'a'));
+            QTest::keyClick(&New(), Qt::Key_Return); // one character
+            EXPECT_EQ(Label("lblCharsLeft"), "Characters left: 0");
+            New().moveCursor(QTextCursor::Start);
+            QTest::keyClick(&New(), 'b');
+            EXPECT_EQ(New().toPlainText(), QString(limit - 1, 'a') + "\\n");
+            EXPECT_EQ(New().textCursor().position(), 0);
+            EXPECT_NE(Label("lblNote"), "");
+        });
+        EXPECT_EQ(Text(1), std::string(static_cast<std::size_t>(limit - 1), 'a') + "\n") << length;
+        EXPECT_EQ(Current().strings[1].length, limit);
+        EXPECT_TRUE(program.patch.changed);
+        edits.Undo();
+        EXPECT_EQ(Current(), Defaults());
+    }
+}
+
+TEST_F(frmEditStringsTest, ATextThatIsTooLongAlreadyMayOnlyBecomeShorter) {
+    Start("doom19");
+    SetDefault(1, "abc");
+    edits.Store({RecordKind::String, 1, textField}, std::string("abcdefgh"));
+    Edit(1, [&] {
+        EXPECT_EQ(New().toPlainText(), "abcdefgh");
+        EXPECT_EQ(Label("lblCharsLeft"), "Characters left: -5");
+        QTest::keyClick(&New(), 'i');
+        EXPECT_EQ(New().toPlainText(), "abcdefgh");
+        QTest::keyClick(&New(), Qt::Key_End);
+        QTest::keyClick(&New(), Qt::Key_Backspace);
+        EXPECT_EQ(New().toPlainText(), "abcdefg");
+        New().undo();
+        QTest::keyClick(&New(), 'x');
+        QTest::keyClick(&New(), Qt::Key_Backspace);
+    });
+    EXPECT_EQ(Text(1), "abcdef");
+}
+
+TEST_F(frmEditStringsTest, AnExtendedPatchTakesTextsOfAnyLength) {
+    Start("mbf19");
+    SetDefault(2, "two\nlines");
+    Edit(2, [&] {
+        EXPECT_EQ(dialog->windowTitle(), QString("String 2: %1").arg(program.engine.strings[2].mnemonic.c_str()));
+        EXPECT_EQ(Label("lblLength"), "Length: 10");
+        EXPECT_EQ(New().toPlainText(), "two\\n\nlines") << "with a line break for the eye";
+        Empty();
+        QTest::keyClicks(&New(), QString(500, 'a'));
+        EXPECT_EQ(Label("lblCharsLeft"), "Length: 500");
+    });
+    EXPECT_EQ(Text(2), std::string(500, 'a'));
+}
+
+TEST_F(frmEditStringsTest, TheDialogLeavesATextAsItIsUnlessItIsEditedAndAccepted) {
+    Start("doom19");
+    const std::string lossy = "C:\\new \xa0 no-break";
+    edits.Store({RecordKind::String, 4, textField}, lossy);
+    Edit(4, [] {});
+    EXPECT_EQ(Text(4), lossy) << "its escaped form would read back otherwise";
+    Edit(
+        4, [&] { Empty(); }, "cmdCancel");
+    EXPECT_EQ(Text(4), lossy);
+    Edit(4, [&] {
+        EXPECT_EQ(dialog->windowTitle(), "String 4");
+        Click(*dialog, "cmdRestore");
+    });
+    EXPECT_EQ(Text(4), Defaults().strings[4].text);
+}
+
+TEST_F(frmEditStringsTest, EveryByteComesThroughTheDialog) {
+    Start("mbf19");
+    std::string bytes;
+    for (int byte = 1; byte < 256; ++byte)
+        if (byte != '\\')
+            bytes += static_cast<char>(byte);
+    edits.Store({RecordKind::String, 4, textField}, bytes);
+    Edit(4, [&] {
+        New().moveCursor(QTextCursor::End);
+        QTest::keyClick(&New(), '!');
+        EXPECT_EQ(Find<QPlainTextEdit>(*dialog, "txtPreview").toPlainText().count('\\'), 0);
+    });
+    EXPECT_EQ(Text(4), bytes + "!");
+}
+
+TEST_F(frmEditStringsTest, PastedLinesBecomeEscapesAndStrangeCharactersAreRefused) {
+    Start("mbf19");
+    Edit(5, [&] {
+        Empty();
+        QGuiApplication::clipboard()->setText("a\r\nb\tc\\n\nd");
+        New().paste();
+        EXPECT_EQ(New().toPlainText(), "a\\nb\\tc\\nd");
+        QGuiApplication::clipboard()->setText(QString::fromUtf8("\u20ac"));
+        New().paste();
+        EXPECT_EQ(New().toPlainText(), "a\\nb\\tc\\nd");
+        EXPECT_TRUE(Label("lblNote").contains(QString::fromUtf8("\u20ac")));
+        New().undo();
+        EXPECT_EQ(New().toPlainText(), "") << "what was refused is no step of its own";
+        New().redo();
+    });
+    EXPECT_EQ(Text(5), "a\nb\tc\nd");
+}
+
+TEST_F(frmEditStringsTest, RestoringAsksForOneOrSeveral) {
+    Start("mbf19");
+    for (const std::int32_t string : {1, 2, 3})
+        edits.Store({RecordKind::String, string, textField}, std::string("changed"));
+    ClickRow(List(), 1);
+    notifier.Expect("Are you sure you want to restore this string?", Answer::Yes);
+    Click(*window, "cmdRestore");
+    EXPECT_EQ(Current().strings[1], Defaults().strings[1]);
+    ClickRow(List(), 2, Qt::LeftButton, Qt::ControlModifier);
+    notifier.Expect("Are you sure you want to restore these strings?", Answer::No);
+    Click(*window, "cmdRestore");
+    EXPECT_EQ(Text(2), "changed");
+    notifier.Expect("Are you sure you want to restore these strings?", Answer::Yes);
+    Click(*window, "cmdRestore");
+    EXPECT_EQ(Current().strings[2], Defaults().strings[2]);
+    EXPECT_EQ(Text(3), "changed");
+}
+
+TEST_F(frmEditStringsTest, TheFilterLooksIntoTextAndKey) {
+    Start("mbf19");
+    SetDefault(7, "quite unmistakable");
+    auto& filter = Find<QLineEdit>(*window, "txtFilter");
+    QTest::keyClicks(&filter, "UNMISTAK");
+    ASSERT_EQ(List().model()->rowCount(), 1);
+    QTimer::singleShot(0, dialog.get(), [&] {
+        EXPECT_TRUE(dialog->windowTitle().startsWith("String 7"));
+        Click(*dialog, "cmdCancel");
+    });
+    DoubleClickRow(List(), 0);
+    EXPECT_EQ(window->SelectedRow(), 7);
+    filter.setText(program.engine.strings[9].mnemonic.c_str());
+    ASSERT_GE(List().model()->rowCount(), 1);
+}
+
+} // namespace
+
+} // namespace plinket3::test
