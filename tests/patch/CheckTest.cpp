@@ -20,6 +20,7 @@ struct CheckRow {
     std::vector<std::string> findings;
     Modes modes = both;
 };
+void PrintTo(const CheckRow& row, std::ostream* out) { *out << row.name; }
 
 const CheckRow checkRows[]{
     {"ACleanPatch",

@@ -26,15 +26,14 @@ TEST(PatchText, ShowsEscapedLineFeedsAsLineBreaksAndHidesThemAgain) {
 TEST(PatchText, CountsALineEndAsOneCharacter) {
     struct {
         std::string text;
-        std::int32_t count;
+        std::int32_t count, taken;
         std::string characters;
         std::size_t position;
-        std::int32_t taken;
     } const rows[]{
-        {"abcdef", 3, "abc", 3, 3},     {"a\r\nb", 2, "a\n", 3, 2}, {"a\nb", 2, "a\n", 2, 2},
-        {"\rxy", 1, "\rx", 2, 1}, // a carriage return alone takes the next character with it
-        {"\r\r\ny", 2, "\r\r\n", 3, 2}, {"a\r", 2, "a\r", 2, 2},    {"abc", 2147483647, "abc", 3, 3},
-        {"abc", 0, "", 0, 0},           {"abc", -5, "", 0, 0},      {"a\0b"s, 3, "a\0b"s, 3, 3},
+        {"abcdef", 3, 3, "abc", 3},     {"a\r\nb", 2, 2, "a\n", 3}, {"a\nb", 2, 2, "a\n", 2},
+        {"\rxy", 1, 1, "\rx", 2}, // a carriage return alone takes the next character with it
+        {"\r\r\ny", 2, 2, "\r\r\n", 3}, {"a\r", 2, 2, "a\r", 2},    {"abc", 2147483647, 3, "abc", 3},
+        {"abc", 0, 0, "", 0},           {"abc", -5, 0, "", 0},      {"a\0b"s, 3, 3, "a\0b"s, 3},
     };
     for (const auto& row : rows) {
         std::size_t position = 0;

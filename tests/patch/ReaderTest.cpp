@@ -23,6 +23,7 @@ struct ReaderRow {
     void (*edit)(PatchSet&); // what must differ from the defaults
     bool extended = false;
 };
+void PrintTo(const ReaderRow& row, std::ostream* out) { *out << row.name; }
 
 void Nothing(PatchSet&) {}
 

@@ -9,6 +9,7 @@
 namespace plinket3::test {
 namespace {
 
+using namespace std::string_literals;
 using modTables::FormatTable;
 using modTables::ParseTable;
 
@@ -36,7 +37,7 @@ PatchSet DistinctSet(const EngineConfiguration& engine) {
         extra.fill(static_cast<std::uint8_t>(++value));
     for (std::int32_t& codePointer : set.codePointers)
         codePointer = -++value;
-    set.cheats[3] = {1, "a\0\xff", -2};
+    set.cheats[3] = {1, "a\0\xff"s, -2};
     return set;
 }
 
@@ -112,7 +113,7 @@ TEST(Tables, StandInTheFileAsDrawn) {
 TEST(Tables, RefusesWhatIsNoTable) {
     const EngineConfiguration engine = SmallEngine(false);
     const std::string good = FormatTable(SmallDefaults(engine), false);
-    const auto withCount = [&good](const char* count) { return good.substr(0, 6) + std::string(count, 4); };
+    const auto withCount = [&good](const std::string& count) { return good.substr(0, 6) + count; };
     struct {
         std::string bytes;
         const char* reason;
@@ -123,11 +124,11 @@ TEST(Tables, RefusesWhatIsNoTable) {
         {"ETBL", "Invalid table version."},
         {"ETBL\x01\x02" + good.substr(6), "Invalid table version."},
         {"ETBL\x02\x03" + good.substr(6), "Invalid table version."},
-        {withCount("\xff\xff\xff\x7f"), "Damaged table file."},
-        {withCount("\x00\x00\x00\x80"), "Damaged table file."},
-        {withCount("\xfe\xff\xff\xff"), "Damaged table file."},
-        {withCount("\x00\x00\x10\x00"), "Damaged table file."},
-        {withCount("\xff\xff\xff\xff") + "\xff\xff\xff\x7f", "Damaged table file."},
+        {withCount("\xff\xff\xff\x7f"s), "Damaged table file."},
+        {withCount("\x00\x00\x00\x80"s), "Damaged table file."},
+        {withCount("\xfe\xff\xff\xff"s), "Damaged table file."},
+        {withCount("\x00\x00\x10\x00"s), "Damaged table file."},
+        {withCount("\xff\xff\xff\xff"s) + "\xff\xff\xff\x7f", "Damaged table file."},
     };
     for (const auto& row : rows) {
         PatchSet set = SmallDefaults(engine);

@@ -33,6 +33,7 @@ struct WriterRow {
     const char* normal;   // expected behind the header; null: not written in this mode
     const char* extended; // expected between the header and the strings
 };
+void PrintTo(const WriterRow& row, std::ostream* out) { *out << row.name; }
 
 const WriterRow writerRows[]{
     {"Nothing", [](PatchSet&) {}, "", ""},
