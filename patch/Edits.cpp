@@ -204,20 +204,20 @@ Limits Edits::LimitsOf(RecordKind kind, int field) const {
     }
 }
 
+std::int32_t Edits::Limited(const Cell& cell, std::int32_t number) const {
+    const RowFacts facts = FactsOf(cell.kind, cell.field);
+    const Limits limits = LimitsOf(cell.kind, cell.field);
+    if (facts.unit == FieldUnit::SpriteFrame)
+        return limits.Apply(number & ~litBit) | (number & litBit);
+    number = limits.Apply(number);
+    return facts.width == FieldWidth::Byte && number < 0 ? number + 256 : number;
+}
+
 void Edits::Store(const Cell& cell, CellValue value, bool typing) {
     if (!Exists(cell))
         return;
-    if (cell.field >= 0) {
-        const RowFacts facts = FactsOf(cell.kind, cell.field);
-        const Limits limits = LimitsOf(cell.kind, cell.field);
-        std::int32_t& number = std::get<std::int32_t>(value);
-        if (facts.unit == FieldUnit::SpriteFrame)
-            number = limits.Apply(number & ~litBit) | (number & litBit);
-        else
-            number = limits.Apply(number);
-        if (facts.width == FieldWidth::Byte && number < 0)
-            number += 256;
-    }
+    if (cell.field >= 0)
+        value = Limited(cell, std::get<std::int32_t>(value));
     std::vector<Assignment> assignments{{cell, std::move(value)}};
     if (const std::vector<Cell> derived = DerivedFrom(cell); !derived.empty()) {
         MiscRecord misc = patch_.current.misc;

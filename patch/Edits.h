@@ -65,8 +65,10 @@ public:
     /// What an editor lets into a numeric field: the row's limits, or those of what it refers to.
     Limits LimitsOf(RecordKind kind, int field) const;
 
-    /// Stores one value as a step named after it ("hit points of Imp"). Numbers are limited (a byte's negative value is
-    /// stored as its unsigned reading), what the engine derives from the value is stored with it, and the patch is
+    /// The number as `Store` stores it in a row of a table: limited, a byte's negative value as its unsigned reading.
+    std::int32_t Limited(const Cell& cell, std::int32_t number) const;
+
+    /// Stores one value as a step named after it ("hit points of Imp"). Numbers are limited, what the engine derives from the value is stored with it, and the patch is
     /// marked changed unless the field is one that does not mark it. `typing`: a step that continues the one before, of
     /// the same cell, becomes one with it. A cell that the patch does not have, or an equal value, is no step.
     void Store(const Cell& cell, CellValue value, bool typing = false);

@@ -121,7 +121,7 @@ void NumberBox::Update() {
     const bool typing = hasFocus() && isModified();
     const std::int32_t shown = form_ == NumberForm::Fixed ? FixedFromUnits(LeadingInt32(StoredText(text())))
                                                           : LeadingInt32(StoredText(text()));
-    if (!typing || shown != value)
+    if (!typing || edits_.Limited(*cell_, shown) != value)
         setText(TextOf(value));
     MarkDifference();
     emit Shown();

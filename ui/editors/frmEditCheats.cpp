@@ -1,0 +1,148 @@
+#include "ui/editors/frmEditCheats.h"
+
+#include "ui/LatinLineEdit.h"
+#include "ui/LatinText.h"
+#include "ui/editors/NumberFields.h"
+
+#include <QContextMenuEvent>
+#include <QFocusEvent>
+#include <QFontDatabase>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr int widthInCharacters = 14;
+constexpr int noLimit = 32767; // characters; what a line edit takes without being told
+constexpr std::size_t firstColumn = 9;
+
+// By cheat.
+constexpr std::array<const char*, cheatLabels.size()> boxNames{
+    "txtChangeMus", "txtChainsaw", "txtGodMode", "txtAmmokeys", "txtAmmo",   "txtNoClip1",
+    "txtNoClip2",   "txtInvinc",   "txtBerserk", "txtInvis",    "txtRadSuit", "txtAutomap",
+    "txtGoggles",   "txtBehold",   "txtWarp",    "txtPosition", "txtMap"};
+
+Cell CellOf(std::size_t cheat) { return {RecordKind::Cheat, static_cast<std::int32_t>(cheat), textField}; }
+
+/// A cheat's box: its whole text is selected when it gets the focus, a run of typing ends when it goes.
+class CheatEdit : public LatinLineEdit {
+public:
+    CheatEdit(std::size_t cheat, const QString& label, const EditorContext& context)
+        : LatinLineEdit(QString::fromLatin1(boxNames[cheat]), label,
+                        [&links = context.links](const QString& word) { links.ShowStatus(word); }),
+          edits_(context.edits), cell_(CellOf(cheat)) {
+        setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    }
+
+protected:
+    void focusInEvent(QFocusEvent* event) override {
+        LatinLineEdit::focusInEvent(event);
+        if (event->reason() != Qt::PopupFocusReason)
+            QTimer::singleShot(0, this, &QLineEdit::selectAll);
+    }
+    void focusOutEvent(QFocusEvent* event) override {
+        LatinLineEdit::focusOutEvent(event);
+        edits_.EndTyping();
+    }
+    void contextMenuEvent(QContextMenuEvent* event) override {
+        const std::unique_ptr<QMenu> menu(createStandardContextMenu());
+        menu->addSeparator();
+        const std::string standard = std::get<std::string>(edits_.DefaultValue(cell_));
+        QAction* restore = menu->addAction(tr("Restore default (%1)").arg(ShownText(standard)), this, [this] {
+            edits_.Restore({cell_}, "restore " + edits_.NameOf(cell_));
+        });
+        restore->setObjectName(QStringLiteral("restoreField"));
+        restore->setEnabled(!edits_.IsDefault(cell_));
+        menu->exec(event->globalPos());
+    }
+
+private:
+    Edits& edits_;
+    Cell cell_;
+};
+
+} // namespace
+
+frmEditCheats::frmEditCheats(const EditorContext& context)
+    : EditorWindow("frmEditCheats", tr("Cheat editor"), context) {}
+
+void frmEditCheats::Build() {
+    auto* group = new QGroupBox(tr("Cheat codes"));
+    auto* columns = new QHBoxLayout(group);
+    QFormLayout* form = nullptr;
+    for (std::size_t cheat = 0; cheat < boxes_.size(); ++cheat) {
+        if (cheat % firstColumn == 0) {
+            form = new QFormLayout;
+            columns->addLayout(form);
+        }
+        const QString label = ShownText(cheatLabels[cheat]);
+        boxes_[cheat] = new CheatEdit(cheat, label, context_);
+        boxes_[cheat]->setMinimumWidth(WidthForDigits(*boxes_[cheat], widthInCharacters));
+        form->addRow(QString(label).replace(QLatin1Char('&'), QStringLiteral("&&")), boxes_[cheat]);
+        connect(boxes_[cheat], &QLineEdit::textEdited, this, [this, cheat] { Store(cheat); });
+    }
+    auto* cmdRestoreAll = new QPushButton(tr("&Restore all"));
+    cmdRestoreAll->setObjectName(QStringLiteral("cmdRestoreAll"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(group);
+    layout->addStretch();
+    layout->addWidget(cmdRestoreAll, 0, Qt::AlignRight);
+    connect(cmdRestoreAll, &QPushButton::clicked, this, &frmEditCheats::RestoreAll);
+}
+
+void frmEditCheats::fillStaticData() {
+    for (std::size_t cheat = 0; cheat < boxes_.size(); ++cheat) {
+        const bool exists = cheat < Current().cheats.size();
+        boxes_[cheat]->setEnabled(exists);
+        const std::int32_t maximum = exists ? Current().cheats[cheat].maximumLength & 0xffff : 0;
+        const bool limited = exists && !context_.program.patch.extended;
+        boxes_[cheat]->setMaxLength(limited ? maximum : noLimit);
+    }
+}
+
+void frmEditCheats::updateForm() {
+    for (std::size_t cheat = 0; cheat < boxes_.size(); ++cheat) {
+        boxes_[cheat]->clear(); // not what is being typed: another patch
+        Update(cheat);
+    }
+}
+
+void frmEditCheats::Update(std::size_t cheat) {
+    if (cheat >= Current().cheats.size())
+        return;
+    const QString text = ShownText(Current().cheats[cheat].text);
+    if (boxes_[cheat]->text() != text)
+        boxes_[cheat]->setText(text);
+    const Cell cell = CellOf(cheat);
+    MarkDifference(*boxes_[cheat], !context_.edits.IsDefault(cell),
+                   ShownText(std::get<std::string>(context_.edits.DefaultValue(cell))));
+}
+
+void frmEditCheats::ShowCells(const std::vector<Cell>& cells) {
+    for (const Cell& cell : cells)
+        if (cell.kind == RecordKind::Cheat && static_cast<std::size_t>(cell.index) < boxes_.size())
+            Update(static_cast<std::size_t>(cell.index));
+}
+
+void frmEditCheats::Store(std::size_t cheat) {
+    context_.edits.Store(CellOf(cheat), StoredText(boxes_[cheat]->text()), true);
+}
+
+void frmEditCheats::RestoreAll() {
+    if (context_.program.notifier.Ask("Are you sure you want to restore ALL cheat strings?", Buttons::YesNo) ==
+        Answer::No)
+        return;
+    std::vector<Cell> cells;
+    for (std::size_t cheat = 0; cheat < Current().cheats.size(); ++cheat)
+        cells.push_back(CellOf(cheat));
+    context_.edits.Restore(cells, "restore all cheats");
+}
+
+} // namespace plinket3

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "patch/modTableDef.h"
+#include "ui/editors/EditorWindow.h"
+
+#include <array>
+
+class QLineEdit;
+
+namespace plinket3 {
+
+/// Edits the texts of the cheat codes.
+class frmEditCheats : public EditorWindow {
+    Q_OBJECT
+public:
+    explicit frmEditCheats(const EditorContext& context);
+
+protected:
+    void Build() override;
+    void fillStaticData() override;
+    void updateForm() override;
+    void ShowCells(const std::vector<Cell>& cells) override;
+
+private:
+    void Store(std::size_t cheat);
+    void Update(std::size_t cheat);
+    void RestoreAll();
+
+    std::array<QLineEdit*, cheatLabels.size()> boxes_{};
+};
+
+} // namespace plinket3

@@ -1,0 +1,122 @@
+#include "ui/editors/frmEditMisc.h"
+
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr int digitsOfABox = 6;
+constexpr Cell infight{RecordKind::Misc, 0, RowOf(&MiscRecord::monstersInfight)};
+
+struct MiscBox {
+    const char* group;
+    const char* name;
+    std::int32_t MiscRecord::*member;
+};
+// In the order of the windows' columns; boxes of a group stand together.
+constexpr MiscBox miscBoxes[]{
+    {QT_TRANSLATE_NOOP("frmEditMisc", "A new player"), "txtIH", &MiscRecord::initialHealth},
+    {"", "txtIB", &MiscRecord::initialBullets},
+    {QT_TRANSLATE_NOOP("frmEditMisc", "Limits"), "txtMaxH", &MiscRecord::maxHealth},
+    {"", "txtMaxA", &MiscRecord::maxArmor},
+    {"", "txtMaxSP", &MiscRecord::maxSoulsphere},
+    {QT_TRANSLATE_NOOP("frmEditMisc", "Pickups"), "txtGreenAC", &MiscRecord::greenArmorClass},
+    {"", "txtBlueAC", &MiscRecord::blueArmorClass},
+    {"", "txtSPHealth", &MiscRecord::soulsphereHealth},
+    {"", "txtMegaH", &MiscRecord::megasphereHealth},
+    {QT_TRANSLATE_NOOP("frmEditMisc", "Cheats"), "txtGMHealth", &MiscRecord::godModeHealth},
+    {"", "txtIDFAArmor", &MiscRecord::idfaArmor},
+    {"", "txtIDFAClass", &MiscRecord::idfaArmorClass},
+    {"", "txtIDKFAArmor", &MiscRecord::idkfaArmor},
+    {"", "txtIDKFAClass", &MiscRecord::idkfaArmorClass},
+    {QT_TRANSLATE_NOOP("frmEditMisc", "Fighting"), "txtBFGShot", &MiscRecord::bfgCells},
+};
+constexpr std::size_t groupsInTheFirstColumn = 3;
+
+QString LabelOf(int field) {
+    const std::string_view label = fieldTable<MiscRecord>[static_cast<std::size_t>(field)].label;
+    return QString::fromLatin1(label.data(), static_cast<qsizetype>(label.size()));
+}
+
+} // namespace
+
+frmEditMisc::frmEditMisc(const EditorContext& context) : EditorWindow("frmEditMisc", tr("Misc. editor"), context) {}
+
+void frmEditMisc::Build() {
+    auto* first = new QVBoxLayout;
+    auto* second = new QVBoxLayout;
+    QFormLayout* form = nullptr;
+    std::size_t groups = 0;
+    for (const MiscBox& row : miscBoxes) {
+        if (*row.group != '\0') {
+            auto* group = new QGroupBox(tr(row.group));
+            form = new QFormLayout(group);
+            (groups++ < groupsInTheFirstColumn ? first : second)->addWidget(group);
+        }
+        const int field = RowOf(row.member);
+        auto* box = new NumberBox(QString::fromLatin1(row.name), LabelOf(field), context_.edits, NumberForm::Ranged);
+        box->setMinimumWidth(WidthForDigits(*box, digitsOfABox));
+        form->addRow(LabelOf(field), box);
+        boxes_.push_back(box);
+        fields_.push_back(field);
+    }
+    chkMonstersInfight_ = new QCheckBox(tr("Monsters of a kind &hurt each other"));
+    chkMonstersInfight_->setObjectName(QStringLiteral("chkMonstersInfight"));
+    chkMonstersInfight_->setAccessibleName(LabelOf(infight.field));
+    form->addRow(chkMonstersInfight_);
+    first->addStretch();
+    second->addStretch();
+
+    auto* cmdRestoreAll = new QPushButton(tr("&Restore all"));
+    cmdRestoreAll->setObjectName(QStringLiteral("cmdRestoreAll"));
+    auto* columns = new QHBoxLayout;
+    columns->addLayout(first);
+    columns->addLayout(second);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(columns, 1);
+    layout->addWidget(cmdRestoreAll, 0, Qt::AlignRight);
+
+    connect(chkMonstersInfight_, &QCheckBox::clicked, this, &frmEditMisc::StoreInfight);
+    connect(cmdRestoreAll, &QPushButton::clicked, this, &frmEditMisc::RestoreAll);
+}
+
+void frmEditMisc::updateForm() {
+    for (std::size_t i = 0; i < boxes_.size(); ++i)
+        boxes_[i]->ShowCell(Cell{RecordKind::Misc, 0, fields_[i]});
+    ShowInfight();
+}
+
+void frmEditMisc::ShowCells(const std::vector<Cell>& cells) {
+    if (std::none_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::Misc; }))
+        return;
+    for (NumberBox* box : boxes_)
+        box->Update();
+    ShowInfight();
+}
+
+void frmEditMisc::ShowInfight() {
+    chkMonstersInfight_->setChecked(Current().misc.monstersInfight != monstersDoNotFight);
+    MarkDifference(*chkMonstersInfight_, !context_.edits.IsDefault(infight),
+                   Defaults().misc.monstersInfight != monstersDoNotFight ? tr("on") : tr("off"));
+}
+
+void frmEditMisc::StoreInfight(bool checked) {
+    context_.edits.Store(infight, checked ? monstersFight : monstersDoNotFight);
+}
+
+void frmEditMisc::RestoreAll() {
+    if (context_.program.notifier.Ask("Are you sure you want to restore ALL miscellaneous values?", Buttons::YesNo) ==
+        Answer::No)
+        return;
+    context_.edits.Restore(context_.edits.CellsOf(RecordKind::Misc, 0), "restore all miscellaneous values");
+}
+
+} // namespace plinket3
