@@ -1,0 +1,292 @@
+#include "patch/modTables.h"
+#include "tests/support/TestSupport.h"
+#include "tests/ui/FakeDialogs.h"
+#include "tests/ui/ModalDriver.h"
+#include "tests/ui/UiTest.h"
+#include "ui/frmMain.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace plinket3 {
+namespace {
+
+using test::Find;
+using test::ModalDriver;
+
+constexpr const char* iwad = "/usr/share/games/doom/freedoom2.wad";
+constexpr const char* windows[]{"frmEditThings", "frmEditStates",   "frmEditSounds",  "frmEditStrings",
+                                "frmEditWeapons", "frmEditAmmo",    "frmEditCheats",  "frmEditMisc",
+                                "frmEditPars",    "frmPropSound",   "frmPropString",  "frmSelectSprite",
+                                "frmSelectState", "frmSelectAction"};
+
+class MainWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!std::filesystem::exists(iwad))
+            GTEST_SKIP() << "the Debian package freedoom is not installed";
+        program.programFolder = PLINKET3_PROGRAM_FOLDER;
+        program.settingsFolder = folder / "settings";
+        program.documentsFolder = folder / "documents";
+        std::filesystem::create_directories(program.settingsFolder);
+        program.settings.File(program.settingsFolder / "plinket3.cfg");
+        program.settings.CreateDefaults(program.documentsFolder);
+        program.settings.AddIwad("Freedoom", iwad);
+        program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
+        Restart();
+    }
+
+    /// The main window as a new start of the program would make it.
+    void Restart() {
+        window = nullptr;
+        static_cast<Session&>(program) = {};
+        edits = std::make_unique<Edits>(program.patch);
+        window = std::make_unique<frmMain>(program, *edits, audio, dialogs);
+        for (const char* name : windows)
+            window->Load(name);
+        window->updateCaption();
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    QAction& Action(const char* name) { return Find<QAction>(name); }
+    template <class Object> Object& Find(const char* name) {
+        auto* object = window->findChild<Object*>(QString::fromLatin1(name));
+        if (object == nullptr)
+            throw std::runtime_error(std::string("there is no ") + name);
+        return *object;
+    }
+
+    /// Chooses an engine in the session dialog and accepts it.
+    static std::function<void(QDialog&)> Accept(const char* engine) {
+        return [engine](QDialog& dialog) {
+            auto& engines = *dialog.findChild<QComboBox*>("cmbEngines");
+            const int row = engines.findText(QString::fromLatin1(engine), Qt::MatchStartsWith);
+            EXPECT_GE(row, 0) << engine;
+            engines.setCurrentIndex(row);
+            QTest::mouseClick(dialog.findChild<QPushButton*>("cmdAccept"), Qt::LeftButton);
+        };
+    }
+    void NewPatch(const char* engine) {
+        const ModalDriver driver("frmNewFile", Accept(engine));
+        Action("FileNew").trigger();
+    }
+    std::string Caption() const { return window->windowTitle().toStdString(); }
+
+    test::TemporaryFolder folder;
+    test::ExpectingNotifier notifier;
+    Program program{notifier};
+    std::unique_ptr<Edits> edits;
+    Audio audio;
+    test::FakeDialogs dialogs;
+    std::unique_ptr<frmMain> window;
+};
+
+TEST_F(MainWindowTest, WithoutASessionOnlyNewOpenOptionsAndHelpCanBeChosen) {
+    EXPECT_EQ(Caption(), "Plinket3");
+    for (const char* name : {"FileNew", "FileOpen", "FileExit", "ViewOptions", "HelpWebsite", "HelpAbout"})
+        EXPECT_TRUE(Action(name).isEnabled()) << name;
+    for (const char* name : {"FileSave", "FileSaveAs", "FileLoadTable", "FileSaveTable", "EditUndo", "EditRedo",
+                             "ViewThingEditor", "ViewStateEditor", "ViewSoundEditor", "ViewStringEditor",
+                             "ViewWeaponEditor", "ViewAmmoEditor", "ViewCheatEditor", "ViewMiscEditor", "ViewParEditor"})
+        EXPECT_FALSE(Action(name).isEnabled()) << name;
+    EXPECT_EQ(Find<QLabel>("lblEngine").text(), "No patch is open");
+}
+
+TEST_F(MainWindowTest, MenusToolbarsAndShortcutsAreTheToldOnes) {
+    struct Row {
+        const char *name, *text, *shortcut;
+    };
+    const Row rows[]{{"FileNew", "&New...", "Ctrl+N"},
+                     {"FileOpen", "&Open...", "Ctrl+O"},
+                     {"FileSave", "&Save", "Ctrl+S"},
+                     {"FileSaveAs", "Save &as...", "Ctrl+Shift+S"},
+                     {"FileLoadTable", "&Load table...", ""},
+                     {"FileSaveTable", "Save &table...", ""},
+                     {"FileExit", "E&xit", "Ctrl+Q"},
+                     {"EditUndo", "&Undo", "Ctrl+Z"},
+                     {"EditRedo", "&Redo", "Ctrl+Shift+Z"},
+                     {"ViewOptions", "&Options...", ""},
+                     {"ViewThingEditor", "Thing editor", "Ctrl+1"},
+                     {"ViewParEditor", "Par. editor", "Ctrl+9"},
+                     {"HelpWebsite", "Plinket3 &website...", ""},
+                     {"HelpAbout", "&About...", ""}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(Action(row.name).text(), row.text);
+        EXPECT_EQ(Action(row.name).shortcut().toString(), row.shortcut) << row.name;
+    }
+    QStringList tips, captions;
+    for (const QAction* action : Find<QToolBar>("tlbProgram").actions())
+        tips << (action->isSeparator() ? QStringLiteral("|") : action->toolTip());
+    EXPECT_EQ(tips, QStringList({"Create a new file", "|", "Open a file", "Save this file", "|",
+                                 "Display the options", "|", "About Plinket3"}));
+    for (const QAction* action : Find<QToolBar>("tlbEditors").actions())
+        captions << action->iconText();
+    EXPECT_EQ(captions, QStringList({"Things", "States", "Sounds", "Strings", "Weapons", "Ammo", "Cheats", "Misc.",
+                                     "Par."}));
+}
+
+TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
+    NewPatch("MBF");
+    EXPECT_EQ(Caption(), "Plinket3 - [" + (folder / "documents/unnamed.bex").string() + "] - Extended mode");
+    EXPECT_TRUE(Action("ViewParEditor").isEnabled());
+    EXPECT_EQ(Find<QLabel>("lblIWAD").text(), "freedoom2.wad");
+    EXPECT_EQ(Find<QLabel>("lblMode").text(), "Extended mode");
+    Action("ViewParEditor").trigger();
+    EXPECT_TRUE(window->Editors().IsShown(parEditor));
+
+    NewPatch("Doom and Doom II");
+    EXPECT_EQ(Caption(), "Plinket3 - [" + (folder / "documents/unnamed.deh").string() + "] - Normal mode");
+    EXPECT_FALSE(Action("ViewParEditor").isEnabled());
+    EXPECT_FALSE(window->Editors().IsShown(parEditor)) << "a normal patch has no par times";
+    EXPECT_TRUE(Action("ViewThingEditor").isEnabled());
+}
+
+TEST_F(MainWindowTest, EditorButtonsShowAndHideTheirWindow) {
+    NewPatch("MBF");
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
+        QAction& action = Action(editorEntries[editor].command);
+        if (!window->Editors().IsShown(editor))
+            action.trigger();
+        EXPECT_TRUE(window->Editors().IsShown(editor)) << editorEntries[editor].window;
+        EXPECT_TRUE(action.isChecked());
+        action.trigger();
+        EXPECT_FALSE(window->Editors().IsShown(editor)) << editorEntries[editor].window;
+        EXPECT_FALSE(action.isChecked());
+    }
+    Action("ViewThingEditor").trigger();
+    window->Editors().Frame(0)->close();
+    EXPECT_FALSE(window->Editors().IsShown(0)) << "closing an editor hides it";
+    EXPECT_FALSE(Action("ViewThingEditor").isChecked());
+    Action("ViewThingEditor").trigger();
+    EXPECT_TRUE(window->Editors().IsShown(0));
+}
+
+TEST_F(MainWindowTest, UndoAndRedoNameTheirStepAndDriveSave) {
+    NewPatch("Doom and Doom II");
+    edits->Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 7);
+    EXPECT_EQ(Action("EditUndo").text(), "&Undo hit points of Imp");
+    EXPECT_TRUE(Action("FileSave").isEnabled());
+    Action("EditUndo").trigger();
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 60);
+    EXPECT_EQ(Action("EditRedo").text(), "&Redo hit points of Imp");
+    EXPECT_FALSE(Action("FileSave").isEnabled());
+    Action("EditRedo").trigger();
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 7);
+}
+
+TEST_F(MainWindowTest, RecentFilesComeNewestFirst) {
+    for (int i = 0; i < 6; ++i)
+        EXPECT_FALSE(Action(("Recent" + std::to_string(i)).c_str()).isVisible());
+    for (const char* path : {"/a&b.deh", "/c.deh", "/d.deh"})
+        program.settings.AddRecentFile(path);
+    window->UpdateRecentList();
+    EXPECT_EQ(Action("Recent0").text(), "&1 /d.deh");
+    EXPECT_EQ(Action("Recent2").text(), "&3 /a&&b.deh") << "the menu shows one &";
+    EXPECT_FALSE(Action("Recent3").isVisible());
+    notifier.Expect(MessageKind::Exclamation, "Could not open /a&b.deh: No such file or directory");
+    Action("Recent2").trigger();
+}
+
+TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNames) {
+    program.settings.AddIwad("Doom II", "/elsewhere/doom2.wad");
+    test::WriteFile(folder / "mine.bex", "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n"
+                                         "Engine config = mbf19.cfg\nIWAD = FREEDOOM\nData WAD = /x/data.wad\n");
+    const ModalDriver driver("frmNewFile", [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "File settings of mine.bex");
+        EXPECT_TRUE(dialog.findChild<QComboBox*>("cmbEngines")->currentText().endsWith(" (recommended)"));
+        EXPECT_EQ(dialog.findChild<QComboBox*>("cmbIWADs")->currentText(), "Freedoom (recommended)");
+        EXPECT_EQ(dialog.findChild<QLineEdit*>("txtDataWAD")->text(), "/x/data.wad");
+        QTest::mouseClick(dialog.findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
+    });
+    window->Commands().openFile(QString::fromStdString((folder / "mine.bex").string()));
+    EXPECT_EQ(Caption(), "Plinket3");
+}
+
+TEST_F(MainWindowTest, SessionDialogStaysOpenForAnEngineOfAnotherVersion) {
+    test::WriteFile(folder / "mine.deh", "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\n");
+    notifier.Expect(MessageKind::Exclamation,
+                    "The patch file is not compatible with the selected engine configuration.");
+    const ModalDriver driver("frmNewFile", [](QDialog& dialog) {
+        Accept("Doom and Doom II")(dialog);
+        EXPECT_TRUE(dialog.isVisible());
+        Accept("Ultimate")(dialog);
+    });
+    window->Commands().openFile(QString::fromStdString((folder / "mine.deh").string()));
+    EXPECT_EQ(Find<QLabel>("lblMode").text(), "Normal mode");
+    EXPECT_EQ(program.engine.fileName, "ultimate.cfg");
+}
+
+TEST_F(MainWindowTest, DroppedPatchIsOpened) {
+    const std::filesystem::path file = folder / "mine.deh";
+    test::WriteFile(file, "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\nThing 12\nSpeed = 5\n");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(file.string()))});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    const ModalDriver driver("frmNewFile", Accept("Doom and Doom II"));
+    QApplication::sendEvent(window.get(), &drop);
+    QTRY_VERIFY(window->Commands().SessionOpen());
+    EXPECT_EQ(program.patch.current.things[11].speed, 5);
+}
+
+TEST_F(MainWindowTest, StartupDialogListsRecentPatchesAndOpensThem) {
+    program.settings.AddRecentFile("/old.deh");
+    program.settings.AddRecentFile("/new.deh");
+    window->ShowStartup();
+    auto& startup = Find<frmStartup>("frmStartup");
+    auto& recent = *startup.findChild<QListWidget*>("lstRecent");
+    ASSERT_EQ(recent.count(), 2);
+    EXPECT_EQ(recent.item(0)->text(), "/new.deh");
+    notifier.Expect(MessageKind::Exclamation, "Could not open /new.deh: No such file or directory");
+    recent.setFocus();
+    QTest::keyClick(&recent, Qt::Key_Return);
+    EXPECT_TRUE(startup.isHidden());
+    window->ShowStartup();
+    QTest::mouseClick(startup.findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
+    EXPECT_TRUE(startup.isHidden());
+    window->ShowStartup();
+    const ModalDriver driver("frmNewFile", Accept("MBF"));
+    QTest::mouseClick(startup.findChild<QPushButton*>("cmdNew"), Qt::LeftButton);
+    EXPECT_TRUE(window->Commands().SessionOpen());
+}
+
+TEST_F(MainWindowTest, ClosingAsksAndPlacesComeBack) {
+    NewPatch("MBF");
+    Action("ViewSoundEditor").trigger();
+    window->Editors().Frame(2)->setGeometry(40, 30, 510, 333);
+    const QRect place = window->Editors().Frame(2)->geometry();
+    edits->Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 7);
+    const std::string question =
+        "The file " + program.patch.fileName.string() + " has been changed. Do you want to save it?";
+    bool closing = false;
+    QObject::connect(window.get(), &frmMain::Closing, [&closing] { closing = true; });
+    notifier.Expect(question, Answer::Cancel);
+    EXPECT_FALSE(window->close());
+    EXPECT_FALSE(closing);
+    notifier.Expect(question, Answer::No);
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(closing);
+
+    Restart();
+    NewPatch("MBF");
+    EXPECT_TRUE(window->Editors().IsShown(2));
+    EXPECT_EQ(window->Editors().Frame(2)->geometry(), place);
+}
+
+} // namespace
+} // namespace plinket3

@@ -1,0 +1,155 @@
+#include "tests/support/TestSupport.h"
+#include "tests/ui/FakeDialogs.h"
+#include "tests/ui/ModalDriver.h"
+#include "ui/frmFindIwads.h"
+#include "ui/frmOptions.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTreeWidget>
+
+namespace plinket3 {
+namespace {
+
+using test::ModalDriver;
+using test::ReadFile;
+using test::WriteFile;
+
+class OptionsTest : public ::testing::Test {
+protected:
+    OptionsTest() {
+        environment.settings.File(folder / "plinket3.cfg");
+        environment.settings.CreateDefaults("/documents");
+        environment.settings.Number("firstRun", 0);
+        EXPECT_TRUE(environment.log.StartLog(folder / "log.txt", false));
+        EXPECT_TRUE(environment.iwadDetect.InputConfiguration("doom2 = \"Doom II\";"));
+        options = std::make_unique<frmOptions>(environment, dialogs, nullptr);
+    }
+
+    std::string MakeWad(const char* name, std::string bytes) {
+        WriteFile(folder / name, bytes);
+        return (folder / name).string();
+    }
+    static std::string EmptyWad(const char* identification) {
+        return identification + std::string("\0\0\0\0\x0c\0\0\0", 8);
+    }
+    void Click(const char* name) {
+        auto* button = options->findChild<QPushButton*>(QString::fromLatin1(name));
+        ASSERT_NE(button, nullptr) << name;
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+    QTreeWidget& List() { return *options->findChild<QTreeWidget*>("lvwIWADs"); }
+    void Add(const std::string& file, const char* name) {
+        dialogs.Expect("Select a WAD file", file);
+        dialogs.Expect("Enter name", name);
+        Click("cmdAddIWAD");
+    }
+
+    test::TemporaryFolder folder;
+    test::ExpectingNotifier notifier;
+    Environment environment{notifier};
+    test::FakeDialogs dialogs;
+    std::unique_ptr<frmOptions> options;
+};
+
+TEST_F(OptionsTest, AddsAnIwadWithItsNameWithoutSemicolons) {
+    Add(MakeWad("Doom2.wad", EmptyWad("IWAD")), "Doom;II");
+    EXPECT_EQ(dialogs.lastDetail, "Enter a name for Doom2.");
+    ASSERT_EQ(environment.settings.Iwads().size(), 1U);
+    EXPECT_EQ(environment.settings.Iwads()[0].name, "DoomII");
+    EXPECT_EQ(List().topLevelItem(0)->text(0), "DoomII");
+    EXPECT_EQ(List().topLevelItem(0)->text(1).toStdString(), (folder / "Doom2.wad").string());
+}
+
+TEST_F(OptionsTest, RefusesWhatIsNoIwad) {
+    for (const std::string& file :
+         {MakeWad("p.wad", EmptyWad("PWAD")), MakeWad("i.wad", EmptyWad("iwad")), MakeWad("x.wad", "x"),
+          std::string("/nowhere/doom.wad"), folder.Path().string()}) {
+        dialogs.Expect("Select a WAD file", file);
+        notifier.Expect(MessageKind::Exclamation, "Selected WAD file is not an IWAD.");
+        Click("cmdAddIWAD");
+        notifier.AllAsked();
+    }
+    dialogs.Expect("Select a WAD file", "");
+    Click("cmdAddIWAD");
+    Add(MakeWad("i2.wad", EmptyWad("IWAD")), "");
+    EXPECT_TRUE(environment.settings.Iwads().empty());
+}
+
+TEST_F(OptionsTest, RemovingAsksAndRenumbers) {
+    for (const char* name : {"a", "b", "c"})
+        environment.settings.AddIwad(name, std::string("/") + name);
+    options->updateControls();
+    EXPECT_FALSE(options->findChild<QPushButton*>("cmdRemoveIWAD")->isEnabled());
+    List().setCurrentItem(List().topLevelItem(0));
+    notifier.Expect("Are you sure you want to remove this IWAD?", Answer::No);
+    Click("cmdRemoveIWAD");
+    EXPECT_EQ(List().topLevelItemCount(), 3);
+    notifier.Expect("Are you sure you want to remove this IWAD?", Answer::Yes);
+    Click("cmdRemoveIWAD");
+    EXPECT_EQ(List().topLevelItemCount(), 2);
+    ASSERT_TRUE(environment.settings.Save());
+    const std::string text = ReadFile(folder / "plinket3.cfg");
+    EXPECT_NE(text.find("\t0wad = \"b;/b\";\r\n\t1wad = \"c;/c\";\r\n}"), std::string::npos) << text;
+}
+
+TEST_F(OptionsTest, AcceptStoresTheGeneralOptions) {
+    environment.settings.AddIwad("a", "/a");
+    options->updateControls();
+    options->findChild<QCheckBox*>("chkMakeBackup")->setChecked(false);
+    options->findChild<QCheckBox*>("chkFrameCharacters")->setChecked(true);
+    options->findChild<QComboBox*>("cmbStateActivate")->setCurrentIndex(2);
+    EXPECT_EQ(environment.settings.Number("createBackup"), 1) << "only accepting stores";
+    bool accepted = false;
+    QObject::connect(options.get(), &frmOptions::Accepted, [&accepted] { accepted = true; });
+    Click("cmdAccept");
+    EXPECT_TRUE(accepted);
+    const std::string text = ReadFile(folder / "plinket3.cfg");
+    for (const char* line : {"createBackup = 0;\r\n", "frameCharacter = 1;\r\n", "stateActivate = 2;\r\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+}
+
+TEST_F(OptionsTest, CancelDiscardsTheGeneralOptions) {
+    options->findChild<QCheckBox*>("chkMakeBackup")->setChecked(false);
+    Click("cmdCancel");
+    EXPECT_EQ(environment.settings.Number("createBackup"), 1);
+}
+
+TEST_F(OptionsTest, AcceptingWithoutAnIwadStaysOrEndsTheProgram) {
+    const std::string question = "At least one valid IWAD has to be added to the IWAD list.";
+    notifier.Expect(question, Answer::Ok);
+    notifier.Expect(question, Answer::Cancel);
+    const ModalDriver driver("frmOptions", [this](QDialog& dialog) {
+        EXPECT_EQ(options->findChild<QTabWidget*>("tabOptions")->currentIndex(), 1) << "the IWADs are in front";
+        Click("cmdAccept");
+        EXPECT_TRUE(dialog.isVisible());
+        Click("cmdAccept");
+    });
+    EXPECT_FALSE(options->Edit());
+    EXPECT_TRUE(ReadFile(folder / "log.txt").ends_with("User ended because he didnt add an IWAD.\r\n"));
+}
+
+TEST_F(OptionsTest, FindsIwadsBesideTheKnownOnesAndNamesThem) {
+    environment.settings.AddIwad("known", MakeWad("known.wad", EmptyWad("IWAD")));
+    MakeWad("DOOM2.WAD", EmptyWad("IWAD"));
+    MakeWad("mod.wad", EmptyWad("PWAD"));
+    options->updateControls();
+    const std::string found = (folder / "DOOM2.WAD").string();
+    const ModalDriver driver("frmFindIWADs", [&found](QDialog& dialog) {
+        auto& list = *dialog.findChild<QTreeWidget*>("lvwFound");
+        for (int row = 0; row < list.topLevelItemCount(); ++row) // others may be installed on this machine
+            if (list.topLevelItem(row)->text(1).toStdString() != found)
+                list.topLevelItem(row)->setCheckState(0, Qt::Unchecked);
+        QTest::mouseClick(dialog.findChild<QPushButton*>("cmdAccept"), Qt::LeftButton);
+    });
+    Click("cmdFindIWADs");
+    ASSERT_EQ(environment.settings.Iwads().size(), 2U);
+    EXPECT_EQ(environment.settings.Iwads()[1].name, "Doom II");
+    EXPECT_EQ(environment.settings.Iwads()[1].path, found);
+}
+
+} // namespace
+} // namespace plinket3
