@@ -28,7 +28,6 @@ ActionBox::ActionBox(const QString& name, const QString& accessibleName, const E
     disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
     disconnect(lineEdit(), &QLineEdit::returnPressed, this, nullptr);
     connect(lineEdit(), &QLineEdit::returnPressed, this, &ActionBox::TakeTyped);
-    lineEdit()->installEventFilter(this);
     connect(this, &QComboBox::activated, this, &ActionBox::Chosen);
 }
 
@@ -65,16 +64,15 @@ void ActionBox::TakeTyped() {
         emit Unknown();
 }
 
-bool ActionBox::eventFilter(QObject* watched, QEvent* event) {
+void ActionBox::focusOutEvent(QFocusEvent* event) {
     // Another program's window, or a list that pops up, does not take the focus for good.
-    if (watched == lineEdit() && event->type() == QEvent::FocusOut && window()->isActiveWindow() &&
-        static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason && IsTyping()) {
+    if (window()->isActiveWindow() && event->reason() != Qt::PopupFocusReason && IsTyping()) {
         if (const int entry = TypedEntry(); entry >= 0)
             emit Named(entry);
         else
             emit Unknown();
     }
-    return QComboBox::eventFilter(watched, event);
+    QComboBox::focusOutEvent(event);
 }
 
 void ActionBox::wheelEvent(QWheelEvent* event) {

@@ -32,7 +32,7 @@ signals:
     void Unknown();
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private:

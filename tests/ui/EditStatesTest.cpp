@@ -1,0 +1,549 @@
+#include "patch/StateUse.h"
+#include "tests/ui/UiTest.h"
+#include "ui/editors/SpriteView.h"
+#include "ui/editors/StateColumns.h"
+#include "ui/editors/StatePlayer.h"
+#include "ui/editors/StateTableModel.h"
+#include "ui/editors/frmEditStates.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableView>
+#include <QTimer>
+
+namespace plinket3::test {
+
+namespace {
+
+constexpr int imp = 11, pistol = 1, noRecord = -1;
+constexpr std::int32_t walking = 450, attack = 454, pain = 455, litBall = 97; // the last two without an engine action
+
+class frmEditStatesTest : public EditorTest {
+protected:
+    void SetUp() override { OpenWith("doom19"); }
+    void OpenWith(const std::string& engine) {
+        LoadEngine(engine);
+        window = &Open<frmEditStates>();
+        window->resize(900, 700);
+    }
+    QTableView& List() { return Find<QTableView>(*window, "lvwStates"); }
+    QLineEdit& Box(const char* name) { return Find<QLineEdit>(*window, name); }
+    QComboBox& Actions() { return Find<QComboBox>(*window, "cmbActions"); }
+    QCheckBox& Lit() { return Find<QCheckBox>(*window, "chkLit"); }
+    QString Text(const char* label) { return Find<QLabel>(*window, label).text(); }
+    void Click(const char* button) {
+        auto* found = window->findChild<QAbstractButton*>(QString::fromLatin1(button));
+        ASSERT_NE(found, nullptr) << button;
+        QTest::mouseClick(found, Qt::LeftButton, {}, {8, found->height() / 2});
+    }
+    /// Types an action's name, and past the names that are offered below the box.
+    void TypeAction(const char* name) {
+        Type(*Actions().lineEdit(), name);
+        if (QWidget* offered = QApplication::activePopupWidget())
+            QTest::keyClick(offered, Qt::Key_Escape);
+        window->activateWindow(); // without a window manager the list that popped up stays the active one
+        QApplication::processEvents();
+    }
+    QImage Picture() { return window->findChild<SpriteView*>(QStringLiteral("picSprite"))->Picture(); }
+    /// Selects states by clicks; the list must show all states.
+    void Select(const std::vector<int>& states) {
+        for (const int state : states)
+            ClickRow(List(), state, Qt::LeftButton, state == states.front() ? Qt::NoModifier : Qt::ControlModifier);
+    }
+    const StateRecord& State(std::int32_t state) const { return Current().states[static_cast<std::size_t>(state)]; }
+    std::int32_t Action(std::int32_t state) const { return Current().codePointers[static_cast<std::size_t>(state)]; }
+    void Put(std::int32_t state, std::int32_t StateRecord::*member, std::int32_t value) {
+        edits.Store({RecordKind::State, state, RowOf(member)}, value);
+    }
+    std::vector<std::int32_t> Listed() {
+        std::vector<std::int32_t> states;
+        for (int row = 0; row < List().model()->rowCount(); ++row)
+            states.push_back(List().model()->index(row, 0).data().toInt());
+        return states;
+    }
+    /// Right-clicks a cell and triggers an entry of the menu that comes.
+    void TriggerMenu(QWidget& widget, QPoint place, const char* entry) {
+        QTimer::singleShot(0, &widget, [entry] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            auto* action = menu->findChild<QAction*>(QString::fromLatin1(entry));
+            ASSERT_NE(action, nullptr) << entry;
+            menu->setActiveAction(action);
+            QTest::keyClick(menu, Qt::Key_Return);
+        });
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget.mapToGlobal(place));
+        QApplication::sendEvent(&widget, &event);
+    }
+
+    frmEditStates* window = nullptr;
+};
+
+TEST_F(frmEditStatesTest, TypedNumbersAreLimitedAndStoredAsOneStep) {
+    const auto lastState = static_cast<std::int32_t>(Current().states.size()) - 1;
+    const auto lastSprite = static_cast<std::int32_t>(Current().spriteNames.size()) - 1;
+    const struct {
+        const char* box;
+        std::int32_t StateRecord::*member;
+        const char* typed;
+        std::int32_t stored;
+        const char* step;
+    } cases[]{
+        {"txtDuration", &StateRecord::duration, "1500", 999, "duration of frame 450"},
+        {"txtDuration", &StateRecord::duration, "-7", -1, "duration of frame 450"},
+        {"txtDuration", &StateRecord::duration, "2.5", 2, "duration of frame 450"},
+        {"txtParameter1", &StateRecord::unknown1, "40000", 32768, "parameter 1 of frame 450"},
+        {"txtParameter1", &StateRecord::unknown1, "-40000", -32767, "parameter 1 of frame 450"},
+        {"txtParameter2", &StateRecord::unknown2, "40000", 32768, "parameter 2 of frame 450"},
+        {"txtFrame", &StateRecord::subnumber, "40", 31, "sprite frame of frame 450"},
+        {"txtSprite", &StateRecord::sprite, "99999", lastSprite, "sprite of frame 450"},
+        {"txtNextState", &StateRecord::nextState, "99999", lastState, "next frame of frame 450"},
+        {"txtNextState", &StateRecord::nextState, "-5", 0, "next frame of frame 450"},
+    };
+    Select({walking});
+    for (const auto& row : cases) {
+        SCOPED_TRACE(std::string(row.box) + " " + row.typed);
+        Type(Box(row.box), row.typed);
+        EXPECT_EQ(State(walking).*row.member, row.stored);
+        EXPECT_EQ(Box(row.box).text(), QString::number(row.stored));
+        EXPECT_TRUE(Box(row.box).font().bold());
+        EXPECT_EQ(edits.UndoName(), row.step);
+        edits.Undo();
+        EXPECT_EQ(State(walking), Defaults().states[walking]);
+        EXPECT_EQ(Box(row.box).text().toInt(), State(walking).*row.member);
+        EXPECT_FALSE(edits.CanUndo());
+        edits.Redo();
+        EXPECT_EQ(Box(row.box).text(), QString::number(row.stored));
+        edits.Undo();
+        QTest::keyClick(&Box(row.box), Qt::Key_Tab);
+    }
+    EXPECT_FALSE(program.patch.changed);
+}
+
+TEST_F(frmEditStatesTest, SelectingAndFilteringStoresNothing) {
+    Put(attack, &StateRecord::duration, 5000); // the row limits what an editor stores, a patch may hold more
+    program.patch.current.states[attack].duration = 5000;
+    edits.Clear();
+    for (const int state : {attack, litBall, 0, walking})
+        Select({state});
+    Select({1, 2, 3});
+    Click("optFilterUnused");
+    Click("optFilterDisabled");
+    EXPECT_FALSE(edits.CanUndo());
+    EXPECT_FALSE(program.patch.changed);
+    EXPECT_EQ(State(attack).duration, 5000);
+}
+
+TEST_F(frmEditStatesTest, OfSeveralStatesOnlyWhatIsTypedChanges) {
+    const PatchSet before = Current();
+    Select({walking, 0, pain, attack});
+    for (const char* box : {"txtSprite", "txtFrame", "txtDuration", "txtNextState", "txtParameter1", "txtParameter2"})
+        EXPECT_EQ(Box(box).text(), "") << box;
+    EXPECT_EQ(Lit().checkState(), Qt::PartiallyChecked);
+    EXPECT_EQ(Text("lblSpriteName"), "");
+
+    Type(Box("txtDuration"), "77");
+    PatchSet expected = before;
+    for (const std::int32_t state : {walking, pain, attack})
+        expected.states[static_cast<std::size_t>(state)].duration = 77;
+    EXPECT_EQ(Current(), expected);
+    EXPECT_EQ(edits.UndoName(), "duration of 3 frames");
+    edits.Undo();
+    EXPECT_EQ(Current(), before);
+    EXPECT_EQ(Box("txtDuration").text(), "") << "the value is no longer that of all";
+
+    Type(Box("txtParameter1"), "\b");
+    EXPECT_EQ(Current(), before) << "an empty box leaves values alone";
+}
+
+TEST_F(frmEditStatesTest, AnEmptiedBoxKeepsTheValueAndShowsItAgain) {
+    Select({walking});
+    Type(Box("txtDuration"), "\b");
+    EXPECT_EQ(State(walking), Defaults().states[walking]);
+    EXPECT_EQ(Box("txtDuration").text(), "");
+    QTest::keyClick(&Box("txtDuration"), Qt::Key_Tab);
+    EXPECT_EQ(Box("txtDuration").text(), "3");
+}
+
+TEST_F(frmEditStatesTest, StateZeroIsShownButNotEdited) {
+    Select({0});
+    EXPECT_FALSE(Box("txtDuration").isEnabled());
+    EXPECT_EQ(Box("txtDuration").text(), "-1");
+    EXPECT_FALSE(Lit().isEnabled());
+    EXPECT_FALSE(Actions().isEnabled());
+}
+
+TEST_F(frmEditStatesTest, TheLitFlagIsSetAndClearedForAllSelected) {
+    ASSERT_NE(State(litBall).subnumber & litBit, 0);
+    Select({litBall, walking});
+    Type(Box("txtFrame"), "5");
+    EXPECT_EQ(State(litBall).subnumber, 5 | litBit) << "a number leaves each state its flag";
+    EXPECT_EQ(State(walking).subnumber, 5);
+    Click("chkLit");
+    EXPECT_EQ(State(walking).subnumber, 5 | litBit);
+    EXPECT_EQ(Lit().checkState(), Qt::Checked);
+    Click("chkLit");
+    EXPECT_EQ(State(litBall).subnumber, 5);
+    EXPECT_EQ(Lit().checkState(), Qt::Unchecked) << "a click never leads back to undetermined";
+    EXPECT_EQ(edits.UndoName(), "lit of 2 frames");
+    edits.Undo();
+    EXPECT_EQ(State(walking).subnumber, 5 | litBit);
+    Select({walking});
+    EXPECT_EQ(Lit().checkState(), Qt::Checked);
+    EXPECT_EQ(Lit().toolTip(), "Default: not lit");
+}
+
+TEST_F(frmEditStatesTest, ALetterStoresTheBareFrame) {
+    program.settings.Number("frameCharacter", 1);
+    window->Refresh();
+    const struct {
+        const char* typed;
+        const char* shown;
+        std::int32_t stored;
+    } cases[]{{"c", "C", 2}, {"~", "`", 31}, {"1", "A", 0}};
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.typed);
+        Select({litBall});
+        EXPECT_EQ(Box("txtFrame").text(), "A");
+        EXPECT_TRUE(Lit().isChecked());
+        Type(Box("txtFrame"), row.typed);
+        EXPECT_EQ(Box("txtFrame").text(), row.shown);
+        EXPECT_EQ(State(litBall).subnumber, row.stored);
+        EXPECT_FALSE(Lit().isChecked());
+        edits.Undo();
+        EXPECT_TRUE(Lit().isChecked());
+    }
+}
+
+TEST_F(frmEditStatesTest, ActionsBelongToStatesThatHaveOneUnlessThePatchIsExtended) {
+    Select({pain});
+    EXPECT_FALSE(Actions().isEnabled());
+    EXPECT_FALSE(Find<QPushButton>(*window, "cmdActionBrowse").isEnabled());
+    Select({walking});
+    EXPECT_TRUE(Actions().isEnabled());
+    EXPECT_EQ(Actions().currentText(), "Chase");
+
+    Select({walking, pain});
+    EXPECT_EQ(Actions().currentText(), "");
+    TypeAction("Look");
+    QTest::keyClick(Actions().lineEdit(), Qt::Key_Return);
+    EXPECT_EQ(program.engine.MnemonicOf(Action(walking))->compare("Look"), 0);
+    EXPECT_EQ(Action(pain), 0) << "a state without an action cannot get one";
+
+    OpenWith("boom19");
+    Select({pain});
+    ASSERT_TRUE(Actions().isEnabled());
+    TypeAction("look"); // the other case will do
+    QTest::keyClick(&Actions(), Qt::Key_Tab);
+    EXPECT_EQ(*program.engine.MnemonicOf(Action(pain)), "Look");
+    EXPECT_EQ(Actions().currentText(), "Look");
+    EXPECT_EQ(edits.UndoName(), "action of frame 455");
+    Actions().setCurrentIndex(0);
+    emit Actions().activated(0);
+    EXPECT_EQ(Action(pain), 0);
+}
+
+TEST_F(frmEditStatesTest, RefusedActionsGiveTheListBack) {
+    Select({walking});
+    Actions().setFocus();
+    notifier.Expect(MessageKind::Exclamation, "Nullifying states is only possible in extended Dehacked patches.");
+    QTest::keyClick(&Actions(), Qt::Key_Home, Qt::ControlModifier);
+    Actions().setCurrentIndex(0);
+    emit Actions().activated(0);
+    EXPECT_EQ(Actions().currentText(), "Chase");
+    notifier.AllAsked();
+
+    TypeAction("NULL"); // leaving with the empty action's name typed says nothing and does nothing
+    QTest::mouseClick(&Box("txtDuration"), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(Actions().currentText(), "NULL");
+
+    notifier.Expect(MessageKind::Exclamation, "Invalid action.");
+    TypeAction("Dance");
+    QTest::mouseClick(&Box("txtDuration"), Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return QApplication::focusWidget() == &Actions(); }));
+    EXPECT_EQ(Actions().currentText(), "Chase");
+    EXPECT_FALSE(edits.CanUndo());
+}
+
+TEST_F(frmEditStatesTest, BrowsingStartsAtTheValueAndStoresTheChoice) {
+    Select({litBall});
+    Click("cmdSpriteBrowse");
+    Click("cmdNextStateBrowse");
+    EXPECT_FALSE(edits.CanUndo()) << "cancelled";
+    EXPECT_EQ(links.calls, (std::vector<std::string>{"pick sprite " + std::to_string(State(litBall).sprite) + " " +
+                                                         std::to_string(litBit),
+                                                     "pick state " + std::to_string(State(litBall).nextState)}));
+
+    links.pickedSprite = EditorLinks::SpriteChoice{7, 3 | litBit};
+    Click("cmdSpriteBrowse");
+    EXPECT_EQ(State(litBall).sprite, 7);
+    EXPECT_EQ(State(litBall).subnumber, 3 | litBit);
+    EXPECT_EQ(Text("lblSpriteName").toStdString(), Current().SpriteName(7));
+    edits.Undo();
+    EXPECT_EQ(State(litBall), Defaults().states[litBall]) << "sprite and frame are one step";
+
+    links.pickedState = 12;
+    Click("cmdNextStateBrowse");
+    EXPECT_EQ(Box("txtNextState").text(), "12");
+
+    Select({walking});
+    links.pickedAction = 0;
+    notifier.Expect(MessageKind::Exclamation, "Nullifying states is only possible in extended Dehacked patches.");
+    Click("cmdActionBrowse");
+    EXPECT_EQ(links.calls.back(), "pick action " + std::to_string(Defaults().codePointers[walking]));
+    links.pickedAction = 5;
+    Click("cmdActionBrowse");
+    EXPECT_EQ(Action(walking), 5);
+}
+
+TEST_F(frmEditStatesTest, ADoubleClickOpensTheBrowserOfTheSettings) {
+    const struct {
+        int setting;
+        const char* call;
+    } cases[]{{0, "pick sprite 0 3"}, {1, "pick state 451"}, {2, "pick action "}, {3, nullptr}, {-1, nullptr}};
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.setting);
+        program.settings.Number("stateActivate", row.setting);
+        links.calls.clear();
+        DoubleClickRow(List(), walking);
+        ASSERT_EQ(links.calls.size(), row.call == nullptr ? 0 : 1);
+        if (row.call != nullptr) {
+            EXPECT_EQ(links.calls[0].find(row.call), 0) << links.calls[0];
+        }
+    }
+}
+
+TEST_F(frmEditStatesTest, FiltersListTheStatesOfTheirMode) {
+    EXPECT_EQ(Listed(), AllStates(Current()));
+    Find<QComboBox>(*window, "cmbFilterThings").setCurrentIndex(imp);
+    Click("optFilterThings");
+    EXPECT_EQ(Listed(), StatesOfThing(Current(), imp));
+    EXPECT_TRUE(Find<QComboBox>(*window, "cmbFilterThings").isEnabled());
+    EXPECT_FALSE(Find<QComboBox>(*window, "cmbFilterWeapons").isEnabled());
+    QTest::keyClick(&Find<QComboBox>(*window, "cmbFilterThings"), Qt::Key_Down);
+    EXPECT_EQ(Listed(), StatesOfThing(Current(), imp + 1));
+    Click("optFilterWeapons");
+    EXPECT_EQ(Listed(), StatesOfWeapon(Current(), 0));
+    EXPECT_FALSE(Find<QComboBox>(*window, "cmbFilterThings").isEnabled());
+    Click("optFilterUnused");
+    EXPECT_EQ(Listed(), UnusedStates(Current()));
+    window->Refresh();
+    EXPECT_EQ(Listed(), AllStates(Current())) << "a new patch starts with all states";
+}
+
+TEST_F(frmEditStatesTest, TypingNarrowsTheListByNumberNameAndAction) {
+    const struct {
+        const char* typed;
+        std::vector<std::int32_t> listed;
+    } cases[]{{"454", {454}}, {"troog", {454}}, {"TroopAtt", {454}}, {"troo pain", {456}}, {"nosuch", {}}};
+    for (const auto& row : cases) {
+        Type(Box("txtFilter"), row.typed);
+        EXPECT_EQ(Listed(), row.listed) << row.typed;
+    }
+    EXPECT_EQ(window->SelectedRow(), std::nullopt);
+    EXPECT_EQ(Box("txtDuration").text(), "");
+    EXPECT_TRUE(Picture().isNull());
+    Click("optFilterThings");
+    EXPECT_TRUE(Listed().empty()) << "the text narrows every mode";
+}
+
+TEST_F(frmEditStatesTest, TheCurrentStateStaysSelectedWhereItIsListed) {
+    Select({walking});
+    Type(Box("txtFilter"), "chase");
+    EXPECT_EQ(Box("txtDuration").text(), "3");
+    EXPECT_EQ(List().currentIndex().siblingAtColumn(0).data().toInt(), walking);
+    EXPECT_EQ(List().selectionModel()->selectedRows().size(), 1);
+}
+
+TEST_F(frmEditStatesTest, OtherWindowsSelectAStateInAWindowThatWasNeverShown) {
+    frmEditStates hidden(Context());
+    EXPECT_EQ(hidden.SelectedRow(), 0) << "state 0 is the current one at first";
+    hidden.selectSingleState(walking, imp, noRecord);
+    const auto states = StatesOfThing(Current(), imp);
+    const auto place = std::find(states.begin(), states.end(), walking) - states.begin();
+    EXPECT_EQ(hidden.SelectedRow(), static_cast<int>(place)) << "the row, not the state";
+    EXPECT_EQ(Find<QComboBox>(hidden, "cmbFilterThings").currentIndex(), imp);
+    EXPECT_EQ(Find<QLineEdit>(hidden, "txtNextState").text(), "451");
+
+    hidden.selectSingleState(attack, noRecord, noRecord);
+    EXPECT_EQ(Find<QLineEdit>(hidden, "txtDuration").text(), "6") << "in the list that is there";
+    hidden.selectSingleState(1, noRecord, noRecord);
+    EXPECT_EQ(Find<QLineEdit>(hidden, "txtDuration").text(), "6") << "not in the list";
+    hidden.selectSingleState(Current().weapons[pistol].firingState, noRecord, pistol);
+    EXPECT_TRUE(Find<QRadioButton>(hidden, "optFilterWeapons").isChecked());
+    EXPECT_EQ(Find<QLabel>(hidden, "lblUsedBy").text(), "Used by: Pistol (firing)");
+
+    hidden.ReplaceThingFilterEntry(imp, QStringLiteral("Goat"));
+    hidden.ReplaceThingFilterEntry(100000, QStringLiteral("Nobody"));
+    EXPECT_EQ(Find<QComboBox>(hidden, "cmbFilterThings").itemText(imp), "Goat");
+}
+
+TEST_F(frmEditStatesTest, UsersOfAStateAreNamedWithTheirFields) {
+    Select({Current().things[imp].farAttackState});
+    EXPECT_EQ(Text("lblUsedBy"), "Used by: Imp (close attack, far attack)");
+    for (const int thing : {20, 21, 22, 23})
+        edits.Store({RecordKind::Thing, thing, RowOf(&ThingRecord::deathState)}, attack);
+    Select({attack});
+    EXPECT_TRUE(Text("lblUsedBy").endsWith(" and 1 more")) << Text("lblUsedBy").toStdString();
+    EXPECT_EQ(Find<QLabel>(*window, "lblUsedBy").toolTip().count(QLatin1Char('\n')), 3);
+    edits.Undo();
+    EXPECT_FALSE(Text("lblUsedBy").contains("more")) << "follows edits of things";
+    Select({pain + 1});
+    EXPECT_EQ(Text("lblUsedBy"), "Used by: no thing or weapon directly");
+}
+
+TEST_F(frmEditStatesTest, RestoringAsksAndTakesStateZeroToo) {
+    for (const std::int32_t state : {0, walking, attack}) {
+        Put(state, &StateRecord::duration, 44);
+        edits.Store({RecordKind::State, state, codePointerField}, 9);
+    }
+    const PatchSet changed = Current();
+    Select({0, walking});
+    notifier.Expect("Are you sure you want to restore these states?", Answer::No);
+    Click("cmdRestore");
+    EXPECT_EQ(Current(), changed);
+    notifier.Expect("Are you sure you want to restore these states?", Answer::Yes);
+    Click("cmdRestore");
+    EXPECT_EQ(State(0), Defaults().states[0]);
+    EXPECT_EQ(State(walking), Defaults().states[walking]);
+    EXPECT_EQ(Action(walking), Defaults().codePointers[walking]);
+    EXPECT_EQ(State(attack).duration, 44) << "not selected";
+    EXPECT_EQ(edits.UndoName(), "restore 2 frames");
+    edits.Undo();
+    EXPECT_EQ(Current(), changed);
+}
+
+TEST_F(frmEditStatesTest, TheListsMenuRestoresOneColumnOfTheSelectedStates) {
+    Put(walking, &StateRecord::duration, 44);
+    Put(walking, &StateRecord::subnumber, 9 | litBit);
+    Put(attack, &StateRecord::duration, 44);
+    const auto cell = [this](int state, StateColumn column) {
+        return List().visualRect(List().model()->index(state, static_cast<int>(column))).center();
+    };
+    Select({walking, attack});
+    TriggerMenu(*List().viewport(), cell(walking, StateColumn::Duration), "restoreColumn");
+    EXPECT_EQ(State(walking).duration, Defaults().states[walking].duration);
+    EXPECT_EQ(State(attack).duration, Defaults().states[attack].duration);
+    EXPECT_EQ(edits.UndoName(), "restore duration of 2 frames");
+    TriggerMenu(*List().viewport(), cell(walking, StateColumn::Frame), "restoreColumn");
+    EXPECT_EQ(State(walking).subnumber, Defaults().states[walking].subnumber | litBit) << "the flag is another column";
+    notifier.Expect("Are you sure you want to restore these states?", Answer::Yes);
+    TriggerMenu(*List().viewport(), cell(walking, StateColumn::Frame), "restoreStates");
+    EXPECT_EQ(State(walking), Defaults().states[walking]);
+
+    Select({walking});
+    Put(walking, &StateRecord::duration, 44);
+    TriggerMenu(Box("txtDuration"), {5, 5}, "restoreField");
+    EXPECT_EQ(State(walking), Defaults().states[walking]);
+}
+
+TEST_F(frmEditStatesTest, TheModelShowsColumnsAndMarksWhatIsNotTheEngines) {
+    auto& model = static_cast<StateTableModel&>(*List().model());
+    const QAbstractItemModelTester tester(&model);
+    const char* expected[]{"454", "TROOG", "0", "6", "Yes", "444", "6", "0", "-3", "TroopAttack"};
+    Put(attack, &StateRecord::subnumber, 6 | litBit);
+    Put(attack, &StateRecord::unknown2, -3);
+    for (int column = 0; column < stateColumnCount; ++column) {
+        const QModelIndex cell = model.index(attack, column);
+        EXPECT_EQ(cell.data(), expected[column]);
+        const auto which = static_cast<StateColumn>(column);
+        const bool differs = which == StateColumn::Lit || which == StateColumn::Parameter2;
+        EXPECT_EQ(cell.data(Qt::FontRole).value<QFont>().bold(), differs) << column;
+        EXPECT_EQ(cell.data(Qt::ToolTipRole).isValid(), differs) << column;
+    }
+    EXPECT_EQ(model.index(attack, static_cast<int>(StateColumn::Parameter2)).data(Qt::ToolTipRole), "Default: 0");
+    model.Show({454, 100000}); // the patch may have been replaced by a smaller one
+    EXPECT_FALSE(model.index(1, 0).data().isValid());
+}
+
+TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
+    Put(walking, &StateRecord::duration, 2);
+    Put(walking + 1, &StateRecord::duration, 0);
+    Put(walking + 1, &StateRecord::nextState, attack);
+    Put(attack, &StateRecord::duration, 1);
+    Put(attack, &StateRecord::nextState, pain);
+    Put(pain, &StateRecord::duration, -1);
+    std::vector<std::int32_t> shown;
+    auto& player = *window->findChild<StatePlayer*>();
+    QObject::connect(&player, &StatePlayer::StateShown, [&shown](std::int32_t state) { shown.push_back(state); });
+    Select({walking});
+    Click("cmdPlay");
+    EXPECT_EQ(Find<QPushButton>(*window, "cmdPlay").text(), "Sto&p");
+    player.Advance();
+    EXPECT_EQ(shown, (std::vector<std::int32_t>{walking}));
+    player.Advance(); // passes the state without duration
+    player.Advance();
+    EXPECT_EQ(shown, (std::vector<std::int32_t>{walking, attack, pain}));
+    EXPECT_FALSE(player.IsPlaying()) << "the last one stays for ever";
+    EXPECT_TRUE(Text("lblPreview").startsWith("455:"));
+    EXPECT_EQ(Find<QPushButton>(*window, "cmdPlay").text(), "&Play");
+
+    Click("cmdPlay");
+    Click("cmdPlay");
+    EXPECT_FALSE(player.IsPlaying());
+    EXPECT_TRUE(Text("lblPreview").startsWith("450:")) << "stopping goes back to the selected state";
+    Click("cmdPlay");
+    Select({attack});
+    EXPECT_FALSE(player.IsPlaying()) << "so does selecting another";
+}
+
+TEST_F(frmEditStatesTest, PlayingEndsAfterALoopHasRunTwice) {
+    const struct {
+        std::int32_t duration;
+        std::size_t shown;
+    } cases[]{{1, 4}, {0, 0}}; // states without duration are passed, and do not hang
+    auto& player = *window->findChild<StatePlayer*>();
+    for (const auto& row : cases) {
+        for (const std::int32_t state : {walking, attack})
+            Put(state, &StateRecord::duration, row.duration);
+        Put(walking, &StateRecord::nextState, attack);
+        Put(attack, &StateRecord::nextState, walking);
+        std::size_t shown = 0;
+        const auto count = QObject::connect(&player, &StatePlayer::StateShown, [&shown] { ++shown; });
+        player.Start(walking);
+        for (int tic = 0; tic < 10; ++tic)
+            player.Advance();
+        EXPECT_FALSE(player.IsPlaying());
+        EXPECT_EQ(shown, row.shown);
+        QObject::disconnect(count);
+    }
+}
+
+TEST_F(frmEditStatesTest, ThePreviewFollowsTheState) {
+    if (!HasWad())
+        GTEST_SKIP() << "no IWAD is installed";
+    Select({walking});
+    EXPECT_EQ(Text("lblPreview"), "450: TROOD1");
+    const QImage picture = Picture();
+    Type(Box("txtFrame"), "0");
+    EXPECT_NE(Picture(), picture);
+    Type(Box("txtFrame"), "31");
+    EXPECT_TRUE(Picture().isNull());
+}
+
+TEST_F(frmEditStatesTest, AHundredThousandStatesAreEditedAtOnce) {
+    for (PatchSet* set : {&program.patch.defaults, &program.patch.current}) {
+        set->states.resize(100000, set->states[walking]);
+        set->codePointers.resize(100000, 0);
+    }
+    window->Refresh();
+    EXPECT_EQ(List().model()->rowCount(), 100000);
+    List().setFocus();
+    QTest::keyClick(&List(), Qt::Key_A, Qt::ControlModifier);
+    Type(Box("txtDuration"), "9");
+    EXPECT_EQ(edits.UndoName(), "duration of 99999 frames");
+    EXPECT_EQ(State(99999).duration, 9);
+    window->selectSingleState(99999, noRecord, noRecord);
+    EXPECT_TRUE(List().viewport()->rect().contains(List().visualRect(List().currentIndex()).center()));
+}
+
+} // namespace
+
+} // namespace plinket3::test
