@@ -1,5 +1,5 @@
-// The least that a program of this kind can be: a main window with an empty document area, shown once. The floor for the
-// figures of start_up.py. Prints the milliseconds since the process began and its peak memory in KiB.
+// The least that a program of this kind can be: a main window with an empty document area, shown once. The floor for
+// the figures of start_up.py. Prints the milliseconds since the process began and its peak memory in KiB.
 #include "bench/ProcessFigures.h"
 
 #include <QApplication>

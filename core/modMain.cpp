@@ -13,16 +13,16 @@ namespace {
 
 /// In the order in which they are loaded.
 constexpr std::array<std::string_view, 19> loadedWindows{
-    "frmMain",      "frmEditThings", "frmEditStates", "frmEditSounds",  "frmEditStrings",  "frmEditWeapons",
-    "frmEditAmmo",  "frmEditCheats", "frmEditMisc",   "frmEditPars",    "frmPropSound",    "frmPropString",
-    "frmSelectSprite", "frmSelectState", "frmSelectAction", "frmOptions", "frmAbout",      "frmNewFile",
-    "frmStartup"};
+    "frmMain",        "frmEditThings", "frmEditStates",   "frmEditSounds",  "frmEditStrings",
+    "frmEditWeapons", "frmEditAmmo",   "frmEditCheats",   "frmEditMisc",    "frmEditPars",
+    "frmPropSound",   "frmPropString", "frmSelectSprite", "frmSelectState", "frmSelectAction",
+    "frmOptions",     "frmAbout",      "frmNewFile",      "frmStartup"};
 
 /// In the order in which they are unloaded; the main window is the one that closes.
 constexpr std::array<std::string_view, 18> unloadedWindows{
-    "frmEditThings", "frmEditStates", "frmEditSounds", "frmEditStrings", "frmEditWeapons",  "frmEditAmmo",
-    "frmEditCheats", "frmEditMisc",   "frmEditPars",   "frmOptions",     "frmPropSound",    "frmPropString",
-    "frmSelectSprite", "frmSelectState", "frmSelectAction", "frmAbout",  "frmNewFile",      "frmStartup"};
+    "frmEditThings",   "frmEditStates",  "frmEditSounds",   "frmEditStrings", "frmEditWeapons", "frmEditAmmo",
+    "frmEditCheats",   "frmEditMisc",    "frmEditPars",     "frmOptions",     "frmPropSound",   "frmPropString",
+    "frmSelectSprite", "frmSelectState", "frmSelectAction", "frmAbout",       "frmNewFile",     "frmStartup"};
 
 constexpr std::string_view loadOption = "-load";
 
@@ -69,9 +69,10 @@ bool FirstRun(Environment& environment, FrontEnd& frontEnd) {
 
 void LoadEngines(Environment& environment) {
     environment.log.Add("Loading engine configurations...");
-    environment.engines = modConfig::EnumerateEngines(
-        environment.programFolder / "config",
-        [&environment](std::string_view skipped) { environment.log.Add("  Skipped " + std::string(skipped)); });
+    environment.engines =
+        modConfig::EnumerateEngines(environment.programFolder / "config", [&environment](std::string_view skipped) {
+            environment.log.Add("  Skipped " + std::string(skipped));
+        });
     environment.log.Add("  Loaded " + std::to_string(environment.engines.size()) + " configuration files");
 }
 

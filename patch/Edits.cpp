@@ -333,8 +333,8 @@ void Edits::UpdateChangedFlag() {
     }
     const auto first = static_cast<std::ptrdiff_t>(std::min(*saved_, position_));
     const auto last = static_cast<std::ptrdiff_t>(std::max(*saved_, position_));
-    patch_.changed = std::any_of(steps_.begin() + first, steps_.begin() + last,
-                                 [](const Step& step) { return step.marks; });
+    patch_.changed =
+        std::any_of(steps_.begin() + first, steps_.begin() + last, [](const Step& step) { return step.marks; });
 }
 
 void Edits::MarkSaved() {
@@ -399,7 +399,7 @@ std::string Edits::NameOf(const Cell& cell) const {
     const std::string record = RecordName(cell.kind, cell.index);
     if (cell.field == textField || cell.field == listField)
         return record;
-    std::string label = cell.field == nameField            ? "name"
+    std::string label = cell.field == nameField          ? "name"
                         : cell.field == codePointerField ? "action"
                                                          : std::string(FactsOf(cell.kind, cell.field).label);
     const bool abbreviation = label.size() > 1 && ToLower(label[1]) != label[1];

@@ -44,9 +44,7 @@ template <class Record> constexpr int RowOf(std::int32_t Record::*member) {
 
 struct Limits {
     std::int32_t lowest = INT32_MIN, highest = INT32_MAX;
-    std::int32_t Apply(std::int32_t value) const {
-        return value < lowest ? lowest : value > highest ? highest : value;
-    }
+    std::int32_t Apply(std::int32_t value) const { return value < lowest ? lowest : value > highest ? highest : value; }
 };
 
 /// The one way in for edits of the open patch. Each call that changes something is one step that can be undone.
@@ -68,9 +66,10 @@ public:
     /// The number as `Store` stores it in a row of a table: limited, a byte's negative value as its unsigned reading.
     std::int32_t Limited(const Cell& cell, std::int32_t number) const;
 
-    /// Stores one value as a step named after it ("hit points of Imp"). Numbers are limited, what the engine derives from the value is stored with it, and the patch is
-    /// marked changed unless the field is one that does not mark it. `typing`: a step that continues the one before, of
-    /// the same cell, becomes one with it. A cell that the patch does not have, or an equal value, is no step.
+    /// Stores one value as a step named after it ("hit points of Imp"). Numbers are limited, what the engine derives
+    /// from the value is stored with it, and the patch is marked changed unless the field is one that does not mark it.
+    /// `typing`: a step that continues the one before, of the same cell, becomes one with it. A cell that the patch
+    /// does not have, or an equal value, is no step.
     void Store(const Cell& cell, CellValue value, bool typing = false);
     /// Stores several values as one step. Numbers are stored as they are.
     void StoreGroup(const std::vector<Assignment>& assignments, std::string name, bool typing = false);

@@ -51,9 +51,8 @@ private:
 
 /// The rows of a record kind that a patch has, by label.
 template <class Record> const Field<Record>* FindField(std::string_view key) {
-    static const LabelIndex<64> index(fieldsOf<Record>, [](const Field<Record>& field) {
-        return field.inPatch ? field.label : std::string_view();
-    });
+    static const LabelIndex<64> index(
+        fieldsOf<Record>, [](const Field<Record>& field) { return field.inPatch ? field.label : std::string_view(); });
     const int place = index.Find(key);
     return place < 0 ? nullptr : &fieldsOf<Record>[static_cast<std::size_t>(place)];
 }

@@ -28,9 +28,7 @@ public:
     }
 
     /// The next `count` logical characters, across lines; see `ReadCountedCharacters`.
-    std::string Characters(std::int32_t count) {
-        return modPatchText::ReadCountedCharacters(bytes_, position_, count);
-    }
+    std::string Characters(std::int32_t count) { return modPatchText::ReadCountedCharacters(bytes_, position_, count); }
 
 private:
     std::string_view bytes_;

@@ -24,7 +24,9 @@ public:
     }
 
     /// The lowest state whose action is `codePointer`; the number of states when there is none.
-    std::int32_t StateWithAction(std::int32_t codePointer) const { return Find(stateByAction_, codePointer, stateCount_); }
+    std::int32_t StateWithAction(std::int32_t codePointer) const {
+        return Find(stateByAction_, codePointer, stateCount_);
+    }
     /// The lowest pointer number that belongs to `state`; the number of pointers when there is none.
     std::int32_t PointerOf(std::int32_t state) const { return Find(pointerByState_, state, pointerCount_); }
 

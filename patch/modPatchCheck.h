@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-/// Finds what in a patch does not do what its author meant: lines that reading ignores, limits or reads otherwise than a
-/// game engine would, and data that a save would lose.
+/// Finds what in a patch does not do what its author meant: lines that reading ignores, limits or reads otherwise than
+/// a game engine would, and data that a save would lose.
 namespace plinket3::modPatchCheck {
 
 struct Finding {
@@ -17,7 +17,7 @@ struct Finding {
 };
 
 struct CheckResult {
-    Status status;             // fails as reading does; the line is then `failedLine`
+    Status status; // fails as reading does; the line is then `failedLine`
     std::size_t failedLine = 0;
     std::vector<Finding> findings; // by line
 };

@@ -63,10 +63,10 @@ private:
         return heading;
     }
 
-    template <class Record>
-    void Records(const SectionRule& section, const std::vector<Record>& before, const std::vector<Record>& after,
-                 const std::vector<std::string>* namesBefore = nullptr,
-                 const std::vector<std::string>* namesAfter = nullptr) {
+    template <class Record> void Records(const SectionRule& section, const std::vector<Record>& before,
+                                         const std::vector<Record>& after,
+                                         const std::vector<std::string>* namesBefore = nullptr,
+                                         const std::vector<std::string>* namesAfter = nullptr) {
         for (std::size_t i = 0; i < before.size(); ++i) {
             const bool renamed = namesBefore != nullptr && (*namesBefore)[i] != (*namesAfter)[i];
             if (!renamed && before[i] == after[i])
@@ -125,8 +125,7 @@ private:
         for (const auto& [level, seconds] : levels)
             if (seconds.first != seconds.second)
                 Line("Par " + modPatchText::LevelName(level.first, level.second), "",
-                     seconds.first.empty() ? "none" : seconds.first,
-                     seconds.second.empty() ? "none" : seconds.second);
+                     seconds.first.empty() ? "none" : seconds.first, seconds.second.empty() ? "none" : seconds.second);
     }
 
     const PatchSet& before_;

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-/// DeHackEd patches, normal (.deh) and extended (.bex): the text files that hold what differs from an engine's own data.
-/// docs/formats.md draws the dialect.
+/// DeHackEd patches, normal (.deh) and extended (.bex): the text files that hold what differs from an engine's own
+/// data. docs/formats.md draws the dialect.
 namespace plinket3::modPatchFiles {
 
 /// What the lines of a patch say of what it was made for, by name: "patchversion", "engineversion", "engineconfig",

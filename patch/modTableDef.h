@@ -116,8 +116,7 @@ inline constexpr std::int32_t monstersFight = 221, monstersDoNotFight = 202;
 
 template <class Record> inline constexpr std::array<Field<Record>, 0> fieldTable{};
 
-template <>
-inline constexpr std::array fieldTable<ThingRecord>{
+template <> inline constexpr std::array fieldTable<ThingRecord>{
     Field<ThingRecord>{"ID #", &ThingRecord::id},
     Field<ThingRecord>{"Initial frame", &ThingRecord::initialState, FieldUnit::State},
     Field<ThingRecord>{"Hit points", &ThingRecord::hitPoints},
@@ -143,8 +142,7 @@ inline constexpr std::array fieldTable<ThingRecord>{
     Field<ThingRecord>{"Respawn frame", &ThingRecord::respawnState, FieldUnit::State},
 };
 
-template <>
-inline constexpr std::array fieldTable<StateRecord>{
+template <> inline constexpr std::array fieldTable<StateRecord>{
     Field<StateRecord>{"Sprite number", &StateRecord::sprite, FieldUnit::Sprite},
     Field<StateRecord>{"Sprite subnumber", &StateRecord::subnumber, FieldUnit::SpriteFrame, 0, 31},
     Field<StateRecord>{"Duration", &StateRecord::duration, FieldUnit::Number, -1, 999},
@@ -156,8 +154,7 @@ inline constexpr std::array fieldTable<StateRecord>{
     Field<StateRecord>{"Unknown 2", &StateRecord::unknown2, FieldUnit::Number, -32767, 32768},
 };
 
-template <>
-inline constexpr std::array fieldTable<SoundRecord>{
+template <> inline constexpr std::array fieldTable<SoundRecord>{
     Field<SoundRecord>{"Offset", &SoundRecord::offset},      Field<SoundRecord>{"Zero/One", &SoundRecord::zeroOne},
     Field<SoundRecord>{"Value", &SoundRecord::value},        Field<SoundRecord>{"Zero 1", &SoundRecord::zero1},
     Field<SoundRecord>{"Neg. One 1", &SoundRecord::negOne1}, Field<SoundRecord>{"Neg. One 2", &SoundRecord::negOne2},
@@ -165,8 +162,7 @@ inline constexpr std::array fieldTable<SoundRecord>{
     Field<SoundRecord>{"Zero 4", &SoundRecord::zero4},
 };
 
-template <>
-inline constexpr std::array fieldTable<WeaponRecord>{
+template <> inline constexpr std::array fieldTable<WeaponRecord>{
     Field<WeaponRecord>{"Ammo type", &WeaponRecord::ammoType, FieldUnit::AmmoType},
     Field<WeaponRecord>{"Deselect frame", &WeaponRecord::deselectState, FieldUnit::State},
     Field<WeaponRecord>{"Select frame", &WeaponRecord::selectState, FieldUnit::State},
@@ -175,8 +171,7 @@ inline constexpr std::array fieldTable<WeaponRecord>{
     Field<WeaponRecord>{"Firing frame", &WeaponRecord::firingState, FieldUnit::State},
 };
 
-template <>
-inline constexpr std::array fieldTable<AmmoRecord>{
+template <> inline constexpr std::array fieldTable<AmmoRecord>{
     Field<AmmoRecord>{"Max ammo", &AmmoRecord::maxAmmo, FieldUnit::Number, 0, 999999},
     Field<AmmoRecord>{"Per ammo", &AmmoRecord::perAmmo, FieldUnit::Number, 0, 999999},
 };
@@ -195,8 +190,7 @@ constexpr Field<M> MiscCopy(std::string_view label, std::int32_t M::*member) {
 }
 } // namespace detail
 
-template <>
-inline constexpr std::array fieldTable<MiscRecord>{
+template <> inline constexpr std::array fieldTable<MiscRecord>{
     detail::MiscNumber("Initial Health", &MiscRecord::initialHealth),
     detail::MiscNumber("Initial Bullets", &MiscRecord::initialBullets),
     detail::MiscNumber("Max Health", &MiscRecord::maxHealth, &MiscRecord::secondMaxHealth),
@@ -233,9 +227,9 @@ static_assert(everyMemberHasARow<ThingRecord> && everyMemberHasARow<StateRecord>
 
 /// The labels of the cheats, in record order.
 inline constexpr std::array<std::string_view, 17> cheatLabels{
-    "Change music", "Chainsaw",  "God mode",     "Ammo & Keys",    "Ammo",       "No Clipping 1",
-    "No Clipping 2", "Invincibility", "Berserk", "Invisibility",   "Radiation Suit", "Auto-map",
-    "Lite-Amp Goggles", "BEHOLD menu", "Level Warp", "Player Position", "Map cheat"};
+    "Change music",     "Chainsaw",      "God mode",   "Ammo & Keys",     "Ammo",           "No Clipping 1",
+    "No Clipping 2",    "Invincibility", "Berserk",    "Invisibility",    "Radiation Suit", "Auto-map",
+    "Lite-Amp Goggles", "BEHOLD menu",   "Level Warp", "Player Position", "Map cheat"};
 
 /// Calls visit(field, value) for each field of a patch that differs, in record order.
 template <class Record, class Visit>
@@ -307,7 +301,7 @@ struct PatchData {
     bool changed = false;  // there are unsaved changes
     bool extended = false; // the format of extended patches (.bex)
     std::int32_t doomVersion = 0, patchFormat = supportedPatchFormat;
-    std::string engineConfig;        // the configuration's file name without its folder
+    std::string engineConfig;          // the configuration's file name without its folder
     std::string iwadPath, dataWadPath; // the second one empty when there is none
 };
 

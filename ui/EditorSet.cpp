@@ -94,9 +94,7 @@ bool EditorSet::Load(std::string_view name) {
     return true;
 }
 
-bool EditorSet::IsShown(std::size_t editor) const {
-    return frames_[editor] != nullptr && !frames_[editor]->isHidden();
-}
+bool EditorSet::IsShown(std::size_t editor) const { return frames_[editor] != nullptr && !frames_[editor]->isHidden(); }
 
 void EditorSet::Show(std::size_t editor, bool shown) {
     if (editors_[editor] == nullptr || (!shown && frames_[editor] == nullptr))

@@ -137,8 +137,7 @@ void FileCommands::LoadTable() {
 }
 
 void FileCommands::SaveTable() {
-    const QString file =
-        dialogs_.SaveFile(QStringLiteral("Save table"), QString::fromLatin1(tableFilter), QString());
+    const QString file = dialogs_.SaveFile(QStringLiteral("Save table"), QString::fromLatin1(tableFilter), QString());
     if (file.isEmpty())
         return;
     if (const Status status = modTables::SaveTable(program_.patch, StoredPath(file)); !status)

@@ -2,7 +2,6 @@
 
 #include "core/Notifier.h"
 
-
 namespace plinket3 {
 
 /// Message boxes with the program's title over the window that has the focus.

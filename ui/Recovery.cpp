@@ -92,8 +92,7 @@ std::filesystem::path Recovery::FileAt(int place) const {
 }
 
 std::unique_ptr<QLockFile> Recovery::LockAt(int place) const {
-    auto lock =
-        std::make_unique<QLockFile>(ShownPath(folder_ / ("recovery-" + std::to_string(place) + ".lock")));
+    auto lock = std::make_unique<QLockFile>(ShownPath(folder_ / ("recovery-" + std::to_string(place) + ".lock")));
     lock->setStaleLockTime(0); // only the end of the program that holds it makes a lock void
     return lock;
 }
@@ -118,8 +117,8 @@ Status Recovery::Keep(const PatchData& patch) const {
         pars->Set(std::to_string(i), par);
     }
     root->Set("pars", pars);
-    return WriteFileAtomically(FileAt(place_), Join(texts.OutputConfiguration("\n", false),
-                                                    modTables::FormatTable(patch.current, false)));
+    return WriteFileAtomically(
+        FileAt(place_), Join(texts.OutputConfiguration("\n", false), modTables::FormatTable(patch.current, false)));
 }
 
 void Recovery::Forget() const {

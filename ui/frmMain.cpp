@@ -106,7 +106,8 @@ void frmMain::BuildFileMenu() {
         recent_[i] = Action("Recent", {});
         recent_[i]->setObjectName(QStringLiteral("Recent%1").arg(i));
         menu->addAction(recent_[i]);
-        connect(recent_[i], &QAction::triggered, this, [this, i] { commands_.openFile(recent_[i]->data().toString()); });
+        connect(recent_[i], &QAction::triggered, this,
+                [this, i] { commands_.openFile(recent_[i]->data().toString()); });
     }
     recentEnd_ = menu->addSeparator();
     menu->addAction(fileExit_);
@@ -141,9 +142,8 @@ void frmMain::BuildViewMenu() {
                         QKeySequence(QStringLiteral("Ctrl+%1").arg(editor + 1)));
         action->setCheckable(true);
         action->setIconText(tr(editorEntries[editor].button));
-        action->setToolTip(tr("Show or hide the %1 (Ctrl+%2)")
-                               .arg(tr(editorEntries[editor].menuText).toLower())
-                               .arg(editor + 1));
+        action->setToolTip(
+            tr("Show or hide the %1 (Ctrl+%2)").arg(tr(editorEntries[editor].menuText).toLower()).arg(editor + 1));
         menu->addAction(action);
         connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
     }
@@ -155,8 +155,7 @@ void frmMain::BuildHelpMenu() {
     QAction* website = Action("HelpWebsite", tr("Plinket3 &website..."));
     helpAbout_ = Action("HelpAbout", tr("&About..."));
     menu->addActions({website, helpAbout_});
-    connect(website, &QAction::triggered, this,
-            [] { QDesktopServices::openUrl(QUrl(QString::fromLatin1(webSite))); });
+    connect(website, &QAction::triggered, this, [] { QDesktopServices::openUrl(QUrl(QString::fromLatin1(webSite))); });
     connect(helpAbout_, &QAction::triggered, this, [this] {
         Load("frmAbout");
         about_->exec();
@@ -201,10 +200,9 @@ void frmMain::BuildStatusBar() {
 }
 
 void frmMain::SetIcons() {
-    const std::pair<QAction*, const char*> icons[]{{fileNew_, "new"},         {fileOpen_, "open"},
-                                                   {fileSave_, "save"},       {viewOptions_, "options"},
-                                                   {helpAbout_, "about"},     {editUndo_, "undo"},
-                                                   {editRedo_, "redo"}};
+    const std::pair<QAction*, const char*> icons[]{
+        {fileNew_, "new"},     {fileOpen_, "open"}, {fileSave_, "save"}, {viewOptions_, "options"},
+        {helpAbout_, "about"}, {editUndo_, "undo"}, {editRedo_, "redo"}};
     for (const auto& [action, name] : icons)
         action->setIcon(ProgramIcon(name, palette()));
 }
@@ -313,8 +311,8 @@ void frmMain::UpdateRecentList() {
             continue;
         const QString path = ShownPath(recent[recent.size() - 1 - i]);
         recent_[i]->setData(path);
-        recent_[i]->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(
-            QString(path).replace(QLatin1Char('&'), QStringLiteral("&&"))));
+        recent_[i]->setText(
+            QStringLiteral("&%1 %2").arg(i + 1).arg(QString(path).replace(QLatin1Char('&'), QStringLiteral("&&"))));
     }
     recentEnd_->setVisible(!recent.empty());
 }

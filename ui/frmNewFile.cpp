@@ -134,8 +134,7 @@ void frmNewFile::SelectConfig(const modPatchFiles::Header& header) {
             Recommend(*cmbIwads_, *iwad);
     version_ = LeadingInt32(HeaderText(header, "engineversion").toStdString());
     txtDataWad_->setText(HeaderText(header, "datawad"));
-    setWindowTitle(tr("File settings of %1")
-                       .arg(ShownPath(StoredPath(HeaderText(header, "filename")).filename())));
+    setWindowTitle(tr("File settings of %1").arg(ShownPath(StoredPath(HeaderText(header, "filename")).filename())));
 }
 
 std::optional<Session> frmNewFile::Choose() {

@@ -176,8 +176,8 @@ void frmOptions::AddIwad() {
 
 void frmOptions::RemoveIwad() {
     const QList<QTreeWidgetItem*> selected = lvwIwads_->selectedItems();
-    if (selected.isEmpty() || environment_.notifier.Ask("Are you sure you want to remove this IWAD?", Buttons::YesNo) !=
-                                  Answer::Yes)
+    if (selected.isEmpty() ||
+        environment_.notifier.Ask("Are you sure you want to remove this IWAD?", Buttons::YesNo) != Answer::Yes)
         return;
     environment_.settings.RemoveIwad(static_cast<std::size_t>(lvwIwads_->indexOfTopLevelItem(selected.constFirst())));
     FillIwads();
@@ -216,8 +216,8 @@ void frmOptions::FindIwads() {
 
 void frmOptions::Accept() {
     if (environment_.settings.Iwads().empty()) {
-        if (environment_.notifier.Ask("At least one valid IWAD has to be added to the IWAD list.",
-                                      Buttons::OkCancel) == Answer::Ok)
+        if (environment_.notifier.Ask("At least one valid IWAD has to be added to the IWAD list.", Buttons::OkCancel) ==
+            Answer::Ok)
             return;
         environment_.log.Add("User ended because he didnt add an IWAD.");
         ended_ = true;

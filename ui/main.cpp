@@ -58,7 +58,8 @@ int main(int argc, char** argv) {
         ended = true;
         QApplication::quit();
     });
-    if (!plinket3::modMain::StartUp(program, frontEnd, plinket3::modMain::ReadCommandLine({argv + 1, argv + argc})) || ended)
+    if (!plinket3::modMain::StartUp(program, frontEnd, plinket3::modMain::ReadCommandLine({argv + 1, argv + argc})) ||
+        ended)
         return 0;
     return QApplication::exec();
 }

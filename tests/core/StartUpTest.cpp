@@ -17,9 +17,9 @@ using test::TemporaryFolder;
 using test::WriteFile;
 
 constexpr const char* betaNotice = "This is a beta release of Plinket3 -- use it at your own risk!";
-constexpr const char* firstRunNotice =
-    "This is the first time Plinket3 is run from this location. Please adjust the program's settings and be sure to add "
-    "at least one IWAD.";
+constexpr const char* firstRunNotice = "This is the first time Plinket3 is run from this location. Please adjust the "
+                                       "program's settings and be sure to add "
+                                       "at least one IWAD.";
 constexpr const char* validDetect = "type = \"Plinket3 IWAD detect configuration file\";\n";
 
 /// Records what start-up asks for, and logs as windows do.
@@ -101,20 +101,43 @@ TEST_F(StartUpTest, LogsEachStepInItsOrder) {
     ExpectBetaNotice();
     ASSERT_TRUE(modMain::StartUp(environment, frontEnd, {}));
     modMain::ShutDown(environment, frontEnd);
-    const std::vector<std::string> expected{
-        "Setting program defaults...", "Loading IWAD detect configuration...", "Loading program configuration...",
-        "Loading engine configurations...", "  Loaded 0 configuration files", "Loaing custom fonts...",
-        "Loading forms...", "  Loaded frmMain", "  Loaded frmEditThings", "  Loaded frmEditStates",
-        "  Loaded frmEditSounds", "  Loaded frmEditStrings", "  Loaded frmEditWeapons", "  Loaded frmEditAmmo",
-        "  Loaded frmEditCheats", "  Loaded frmEditMisc", "  Loaded frmEditPars", "  Loaded frmPropSound",
-        "  Loaded frmPropString", "  Loaded frmSelectSprite", "  Loaded frmSelectState", "  Loaded frmSelectAction",
-        "  Loaded frmOptions", "  Loaded frmAbout", "  Loaded frmNewFile", "  Loaded frmStartup",
-        "Initialising BASS library...", "Applying program settings...", "Ready.", "Writing configuration file...",
-        "Freeing BASS library...", "Unloading forms...", "Buh-bye..."};
+    const std::vector<std::string> expected{"Setting program defaults...",
+                                            "Loading IWAD detect configuration...",
+                                            "Loading program configuration...",
+                                            "Loading engine configurations...",
+                                            "  Loaded 0 configuration files",
+                                            "Loaing custom fonts...",
+                                            "Loading forms...",
+                                            "  Loaded frmMain",
+                                            "  Loaded frmEditThings",
+                                            "  Loaded frmEditStates",
+                                            "  Loaded frmEditSounds",
+                                            "  Loaded frmEditStrings",
+                                            "  Loaded frmEditWeapons",
+                                            "  Loaded frmEditAmmo",
+                                            "  Loaded frmEditCheats",
+                                            "  Loaded frmEditMisc",
+                                            "  Loaded frmEditPars",
+                                            "  Loaded frmPropSound",
+                                            "  Loaded frmPropString",
+                                            "  Loaded frmSelectSprite",
+                                            "  Loaded frmSelectState",
+                                            "  Loaded frmSelectAction",
+                                            "  Loaded frmOptions",
+                                            "  Loaded frmAbout",
+                                            "  Loaded frmNewFile",
+                                            "  Loaded frmStartup",
+                                            "Initialising BASS library...",
+                                            "Applying program settings...",
+                                            "Ready.",
+                                            "Writing configuration file...",
+                                            "Freeing BASS library...",
+                                            "Unloading forms...",
+                                            "Buh-bye..."};
     EXPECT_EQ(LogLines(), expected);
-    const std::vector<std::string> calls{"splash",       "repaint splash", "font VeraMono.ttf", "interface font",
-                                         "caption",      "refresh save",   "unload splash",     "main window",
-                                         "startup",      "stop audio"};
+    const std::vector<std::string> calls{"splash",  "repaint splash", "font VeraMono.ttf", "interface font",
+                                         "caption", "refresh save",   "unload splash",     "main window",
+                                         "startup", "stop audio"};
     EXPECT_EQ(frontEnd.calls, calls);
     EXPECT_EQ(frontEnd.unloaded.size(), 18U);
     EXPECT_EQ(frontEnd.unloaded.front(), "frmEditThings");

@@ -95,8 +95,9 @@ TEST_F(EditsTest, TypingDoesNotMergeAcrossASaveOrAnotherField) {
 
 TEST_F(EditsTest, TypingOverManyRecordsMergesAlsoWhenSomeHeldTheValue) {
     const auto type = [this](std::int32_t duration) {
-        edits.StoreGroup({{{RecordKind::State, 1, durationRow}, duration}, {{RecordKind::State, 2, durationRow}, duration}},
-                         "duration of 2 frames", true);
+        edits.StoreGroup(
+            {{{RecordKind::State, 1, durationRow}, duration}, {{RecordKind::State, 2, durationRow}, duration}},
+            "duration of 2 frames", true);
     };
     patch.current.states[1].duration = 4;
     type(4);

@@ -1,8 +1,7 @@
-#include "tests/support/TestSupport.h"
 #include "ui/Audio.h"
+#include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
-
 
 #include <algorithm>
 #include <chrono>

@@ -104,9 +104,10 @@ TEST_F(frmEditMiscTest, RestoresAllAfterAsking) {
 
 class frmEditCheatsTest : public EditorTest {};
 
-constexpr const char* cheatBoxes[]{"txtChangeMus", "txtChainsaw", "txtGodMode", "txtAmmokeys", "txtAmmo",   "txtNoClip1",
-                                   "txtNoClip2",   "txtInvinc",   "txtBerserk", "txtInvis",    "txtRadSuit", "txtAutomap",
-                                   "txtGoggles",   "txtBehold",   "txtWarp",    "txtPosition", "txtMap"};
+constexpr const char* cheatBoxes[]{"txtChangeMus", "txtChainsaw", "txtGodMode", "txtAmmokeys", "txtAmmo",
+                                   "txtNoClip1",   "txtNoClip2",  "txtInvinc",  "txtBerserk",  "txtInvis",
+                                   "txtRadSuit",   "txtAutomap",  "txtGoggles", "txtBehold",   "txtWarp",
+                                   "txtPosition",  "txtMap"};
 
 TEST_F(frmEditCheatsTest, BoxesTakeTheCheatsLengthInNormalModeOnly) {
     for (const char* engine : {"doom19", "mbf19"}) {
@@ -197,8 +198,12 @@ TEST_F(frmEditParsTest, TypingStoresWithoutARangeAndIsOneStep) {
         const char *typed, *title;
         std::int32_t seconds;
     };
-    for (const Case& row : {Case{"125", "E2M3 (2:05)", 125}, {"1:30", "E2M3 (1:30)", 90}, {"x", "E2M3 (0:00)", 0},
-                            {"-5", "E2M3 (-0:05)", -5}, {"12.5", "E2M3 (0:12)", 12}, {"1:5", "E2M3 (1:05)", 65}}) {
+    for (const Case& row : {Case{"125", "E2M3 (2:05)", 125},
+                            {"1:30", "E2M3 (1:30)", 90},
+                            {"x", "E2M3 (0:00)", 0},
+                            {"-5", "E2M3 (-0:05)", -5},
+                            {"12.5", "E2M3 (0:12)", 12},
+                            {"1:5", "E2M3 (1:05)", 65}}) {
         Type(Box("txtTime"), row.typed);
         EXPECT_EQ(Current().pars[0], (ParRecord{2, 3, row.seconds})) << row.typed;
         EXPECT_EQ(Title(), row.title);

@@ -1,8 +1,8 @@
+#include "ui/FileCommands.h"
 #include "core/Files.h"
 #include "patch/Session.h"
 #include "tests/support/TestSupport.h"
 #include "tests/ui/FakeDialogs.h"
-#include "ui/FileCommands.h"
 
 #include <gtest/gtest.h>
 
@@ -280,7 +280,8 @@ TEST_F(FileCommandsTest, ClosingAsksAboutUnsavedChanges) {
 TEST_F(FileCommandsTest, NoticesAFileThatAnotherProgramChanged) {
     const std::string mine = Open("mine.deh", normalPatch);
     commands->CheckFileOnDisk();
-    const std::string question = "The file " + mine + " was changed by another program. Do you want to reload it? "
+    const std::string question = "The file " + mine +
+                                 " was changed by another program. Do you want to reload it? "
                                  "With No, what is open here is kept.";
     WriteFile(mine, std::string(normalPatch) + "Speed = 15\n");
     notifier.Expect(question, Answer::No);
@@ -316,8 +317,8 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
         Edits nextEdits(next.patch);
         Recovery nextRecovery(next.settingsFolder);
         FileCommands nextCommands(next, nextEdits, dialogs, nextRecovery, {});
-        notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " +
-                            program.patch.fileName.string() + " were kept. Do you want to go on with them?",
+        notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + program.patch.fileName.string() +
+                            " were kept. Do you want to go on with them?",
                         Answer::Yes);
         EXPECT_TRUE(nextCommands.OfferRecovery()) << mode;
         EXPECT_EQ(next.patch.current, lost) << mode;

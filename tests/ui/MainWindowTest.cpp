@@ -27,9 +27,9 @@ using test::Find;
 using test::ModalDriver;
 
 constexpr const char* iwad = "/usr/share/games/doom/freedoom2.wad";
-constexpr const char* windows[]{"frmEditThings", "frmEditStates",   "frmEditSounds",  "frmEditStrings",
-                                "frmEditWeapons", "frmEditAmmo",    "frmEditCheats",  "frmEditMisc",
-                                "frmEditPars",    "frmPropSound",   "frmPropString",  "frmSelectSprite",
+constexpr const char* windows[]{"frmEditThings",  "frmEditStates",  "frmEditSounds", "frmEditStrings",
+                                "frmEditWeapons", "frmEditAmmo",    "frmEditCheats", "frmEditMisc",
+                                "frmEditPars",    "frmPropSound",   "frmPropString", "frmSelectSprite",
                                 "frmSelectState", "frmSelectAction"};
 
 class MainWindowTest : public ::testing::Test {
@@ -98,9 +98,10 @@ TEST_F(MainWindowTest, WithoutASessionOnlyNewOpenOptionsAndHelpCanBeChosen) {
     EXPECT_EQ(Caption(), "Plinket3");
     for (const char* name : {"FileNew", "FileOpen", "FileExit", "ViewOptions", "HelpWebsite", "HelpAbout"})
         EXPECT_TRUE(Action(name).isEnabled()) << name;
-    for (const char* name : {"FileSave", "FileSaveAs", "FileLoadTable", "FileSaveTable", "EditUndo", "EditRedo",
-                             "ViewThingEditor", "ViewStateEditor", "ViewSoundEditor", "ViewStringEditor",
-                             "ViewWeaponEditor", "ViewAmmoEditor", "ViewCheatEditor", "ViewMiscEditor", "ViewParEditor"})
+    for (const char* name :
+         {"FileSave", "FileSaveAs", "FileLoadTable", "FileSaveTable", "EditUndo", "EditRedo", "ViewThingEditor",
+          "ViewStateEditor", "ViewSoundEditor", "ViewStringEditor", "ViewWeaponEditor", "ViewAmmoEditor",
+          "ViewCheatEditor", "ViewMiscEditor", "ViewParEditor"})
         EXPECT_FALSE(Action(name).isEnabled()) << name;
     EXPECT_EQ(Find<QLabel>("lblEngine").text(), "No patch is open");
 }
@@ -130,12 +131,12 @@ TEST_F(MainWindowTest, MenusToolbarsAndShortcutsAreTheToldOnes) {
     QStringList tips, captions;
     for (const QAction* action : Find<QToolBar>("tlbProgram").actions())
         tips << (action->isSeparator() ? QStringLiteral("|") : action->toolTip());
-    EXPECT_EQ(tips, QStringList({"Create a new file", "|", "Open a file", "Save this file", "|",
-                                 "Display the options", "|", "About Plinket3"}));
+    EXPECT_EQ(tips, QStringList({"Create a new file", "|", "Open a file", "Save this file", "|", "Display the options",
+                                 "|", "About Plinket3"}));
     for (const QAction* action : Find<QToolBar>("tlbEditors").actions())
         captions << action->iconText();
-    EXPECT_EQ(captions, QStringList({"Things", "States", "Sounds", "Strings", "Weapons", "Ammo", "Cheats", "Misc.",
-                                     "Par."}));
+    EXPECT_EQ(captions,
+              QStringList({"Things", "States", "Sounds", "Strings", "Weapons", "Ammo", "Cheats", "Misc.", "Par."}));
 }
 
 TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {

@@ -10,8 +10,8 @@
 
 namespace plinket3::test {
 
-/// Lets `act` loose on the next modal dialog of that object name, as soon as it is there; fails the test when the dialog
-/// does not come within two seconds. Put it on the stack before what shows the dialog.
+/// Lets `act` loose on the next modal dialog of that object name, as soon as it is there; fails the test when the
+/// dialog does not come within two seconds. Put it on the stack before what shows the dialog.
 class ModalDriver {
 public:
     ModalDriver(const char* name, std::function<void(QDialog&)> act) : name_(name), act_(std::move(act)) {

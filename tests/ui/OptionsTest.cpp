@@ -65,9 +65,8 @@ TEST_F(OptionsTest, AddsAnIwadWithItsNameWithoutSemicolons) {
 }
 
 TEST_F(OptionsTest, RefusesWhatIsNoIwad) {
-    for (const std::string& file :
-         {MakeWad("p.wad", EmptyWad("PWAD")), MakeWad("i.wad", EmptyWad("iwad")), MakeWad("x.wad", "x"),
-          std::string("/nowhere/doom.wad"), folder.Path().string()}) {
+    for (const std::string& file : {MakeWad("p.wad", EmptyWad("PWAD")), MakeWad("i.wad", EmptyWad("iwad")),
+                                    MakeWad("x.wad", "x"), std::string("/nowhere/doom.wad"), folder.Path().string()}) {
         dialogs.Expect("Select a WAD file", file);
         notifier.Expect(MessageKind::Exclamation, "Selected WAD file is not an IWAD.");
         Click("cmdAddIWAD");

@@ -25,7 +25,7 @@ constexpr std::size_t firstColumn = 9;
 
 // By cheat.
 constexpr std::array<const char*, cheatLabels.size()> boxNames{
-    "txtChangeMus", "txtChainsaw", "txtGodMode", "txtAmmokeys", "txtAmmo",   "txtNoClip1",
+    "txtChangeMus", "txtChainsaw", "txtGodMode", "txtAmmokeys", "txtAmmo",    "txtNoClip1",
     "txtNoClip2",   "txtInvinc",   "txtBerserk", "txtInvis",    "txtRadSuit", "txtAutomap",
     "txtGoggles",   "txtBehold",   "txtWarp",    "txtPosition", "txtMap"};
 
@@ -55,9 +55,8 @@ protected:
         const std::unique_ptr<QMenu> menu(createStandardContextMenu());
         menu->addSeparator();
         const std::string standard = std::get<std::string>(edits_.DefaultValue(cell_));
-        QAction* restore = menu->addAction(tr("Restore default (%1)").arg(ShownText(standard)), this, [this] {
-            edits_.Restore({cell_}, "restore " + edits_.NameOf(cell_));
-        });
+        QAction* restore = menu->addAction(tr("Restore default (%1)").arg(ShownText(standard)), this,
+                                           [this] { edits_.Restore({cell_}, "restore " + edits_.NameOf(cell_)); });
         restore->setObjectName(QStringLiteral("restoreField"));
         restore->setEnabled(!edits_.IsDefault(cell_));
         menu->exec(event->globalPos());
