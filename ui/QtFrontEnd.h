@@ -41,13 +41,14 @@ public:
     bool CloseIwad() override;
     bool CloseDataWad() override;
 
+    /// Made when it is first asked for.
+    frmMain& Main();
+
 signals:
     /// The program is to end; `shutDown` has been run when it is to be run.
     void Ended();
 
 private:
-    frmMain& Main();
-
     Program& program_;
     FileDialogs& dialogs_;
     Edits edits_;

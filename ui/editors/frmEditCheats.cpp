@@ -15,6 +15,9 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <memory>
+
 namespace plinket3 {
 
 namespace {
@@ -100,9 +103,12 @@ void frmEditCheats::fillStaticData() {
     for (std::size_t cheat = 0; cheat < boxes_.size(); ++cheat) {
         const bool exists = cheat < Current().cheats.size();
         boxes_[cheat]->setEnabled(exists);
-        const std::int32_t maximum = exists ? Current().cheats[cheat].maximumLength & 0xffff : 0;
-        const bool limited = exists && !context_.program.patch.extended;
-        boxes_[cheat]->setMaxLength(limited ? maximum : noLimit);
+        if (!exists)
+            continue;
+        const CheatRecord& record = Current().cheats[cheat];
+        const int limit = context_.program.patch.extended ? noLimit : record.maximumLength & 0xffff;
+        // A text that a patch brought along is never cut off by being shown.
+        boxes_[cheat]->setMaxLength(std::max(limit, static_cast<int>(record.text.size())));
     }
 }
 
