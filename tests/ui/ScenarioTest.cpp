@@ -296,19 +296,19 @@ protected:
 };
 INSTANTIATE_TEST_SUITE_P(
     Modes, EveryEditorTest,
-    ::testing::Values(Mode{"Doom and Doom II", "doom19.cfg", "all.deh", "4194310 -> 4210694", "448", {}},
+    ::testing::Values(Mode{"Doom and Doom II", "doom19", "all.deh", "4194310 -> 4210694", "448", {}},
                       Mode{"MBF 2.03 (Doom version 19)",
-                           "mbf19.cfg",
+                           "mbf19",
                            "all.bex",
                            "SOLID + SHOOTABLE + COUNTKILL -> SOLID + SHOOTABLE + FLOAT + COUNTKILL",
                            "GOTARMOR",
                            {"Par MAP07: none -> 90"}}),
-    [](const auto& mode) { return std::string(mode.param.config, 0, std::string_view(mode.param.config).find('.')); });
+    [](const auto& mode) { return std::string(mode.param.config); });
 
 TEST_P(EveryEditorTest, WhatIsEditedSavedAndOpenedAgainIsWhatWasEdited) {
     const std::filesystem::path file = folder / GetParam().file;
     NewPatch(GetParam().engine);
-    ASSERT_EQ(run->program.engine.fileName, GetParam().config);
+    ASSERT_EQ(run->program.engine.fileName, std::string(GetParam().config) + ".cfg");
     ChangeThingsAndStates();
     ChangeSoundsAndStrings();
     ChangeTheRest();
@@ -318,7 +318,7 @@ TEST_P(EveryEditorTest, WhatIsEditedSavedAndOpenedAgainIsWhatWasEdited) {
     End();
 
     StartWith(file);
-    EXPECT_EQ(run->program.engine.fileName, GetParam().config);
+    EXPECT_EQ(run->program.engine.fileName, std::string(GetParam().config) + ".cfg");
     // Kept: sounds are written from 1 and read from 0. docs/kept-behaviour.md
     EXPECT_EQ(DifferencesFrom(run->program.patch.defaults), Expected("Sound 3 (shotgn)"));
     EXPECT_EQ(Find<QLineEdit>(Thing(imp), "txtHitPoints").text(), "200");
