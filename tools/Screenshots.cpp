@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QStyleFactory>
@@ -73,6 +74,20 @@ void AcceptSession() {
             accept->click();
 }
 
+/// Something to see: the Imp, a little tougher than it was, and the frame in which it throws its fire.
+void ShowTheImp(frmMain& window) {
+    constexpr int imp = 11, throwing = 454, thingEditor = 0, stateEditor = 1;
+    window.Editors().Show(thingEditor, true);
+    window.findChild<QComboBox*>(QStringLiteral("cmbThingNames"))->setCurrentIndex(imp);
+    if (auto* hitPoints = window.findChild<QLineEdit*>(QStringLiteral("txtHitPoints"))) {
+        hitPoints->setText(QStringLiteral("120"));
+        emit hitPoints->textEdited(hitPoints->text());
+    }
+    window.Editors().SelectSingleState(throwing, imp, -1);
+    window.Editors().Show(stateEditor, false);
+    window.Editors().Show(thingEditor, false);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -117,6 +132,7 @@ int main(int argc, char** argv) {
         return 1;
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor)
         window.Editors().Show(editor, false);
+    ShowTheImp(window);
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         window.Editors().Show(editor, true);
         window.Editors().Frame(editor)->showMaximized();

@@ -45,7 +45,9 @@ void frmAbout::Build() {
     words->setObjectName(QStringLiteral("lblAbout"));
     words->setWordWrap(true);
     words->setTextInteractionFlags(Qt::TextBrowserInteraction);
-    words->setMinimumWidth(fontMetrics().averageCharWidth() * 64);
+    // A label with wrapped words tells its height only when it knows its width.
+    const int width = fontMetrics().averageCharWidth() * 64;
+    words->setMinimumSize(width, words->heightForWidth(width));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 

@@ -65,7 +65,7 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     iwad->addWidget(cmdOptions_);
 
     auto* form = new QFormLayout;
-    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(tr("&Engine:"), cmbEngines_);
     form->addRow(tr("&IWAD:"), iwad);
     form->addRow(tr("Data &WAD:"), dataWad);
