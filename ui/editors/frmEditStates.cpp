@@ -18,7 +18,7 @@
 
 namespace plinket3 {
 
-frmEditStates::frmEditStates(const EditorContext& context) : EditorWindow("frmEditStates", tr("States"), context) {}
+frmEditStates::frmEditStates(const EditorContext& context) : EditorWindow("frmEditStates", tr("State editor"), context) {}
 
 void frmEditStates::Build() {
     filter_ = new StateFilterPanel(context_.program);
@@ -45,6 +45,7 @@ void frmEditStates::Build() {
     parts->setChildrenCollapsible(false);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(parts);
+    setFocusProxy(lvwStates_);
 }
 
 void frmEditStates::BuildList() {
