@@ -3,6 +3,7 @@
 #include "ui/editors/StateListView.h"
 #include "ui/editors/StateTableModel.h"
 
+#include <QHeaderView>
 #include <QTableView>
 
 namespace plinket3 {
@@ -13,7 +14,8 @@ frmSelectState::frmSelectState(Program& program, Edits& edits, QWidget* parent)
     SetUpStateList(*lvwSelectStates_, *model_, QStringLiteral("lvwSelectStates"), tr("States"));
     lvwSelectStates_->setSelectionMode(QAbstractItemView::SingleSelection);
     SetList(*lvwSelectStates_, nullptr);
-    resize(fontMetrics().averageCharWidth() * 110, fontMetrics().height() * 32);
+    resize(lvwSelectStates_->horizontalHeader()->length() + fontMetrics().averageCharWidth() * 10,
+           fontMetrics().height() * 32); // every column and the scroll bar
     edits.Listen([this](const std::vector<Cell>& cells) { model_->CellsChanged(cells); });
 }
 
