@@ -19,6 +19,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
+#include <utility>
+
 namespace plinket3 {
 
 EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
@@ -82,12 +84,8 @@ bool EditorSet::Load(std::string_view name) {
     } else if (name == "frmPropString" && !propString_) {
         propString_ = std::make_unique<frmPropString>(context, parent);
         static_cast<frmEditStrings*>(editors_[*PlaceOf("frmEditStrings")])->PropertyDialog(*propString_);
-    } else if (name == "frmSelectSprite" && !selectSprite_) {
-        selectSprite_ = std::make_unique<frmSelectSprite>(program_, parent);
-    } else if (name == "frmSelectState" && !selectState_) {
-        selectState_ = std::make_unique<frmSelectState>(program_, edits_, parent);
-    } else if (name == "frmSelectAction" && !selectAction_) {
-        selectAction_ = std::make_unique<frmSelectAction>(program_, parent);
+    } else if (name == "frmSelectSprite" || name == "frmSelectState" || name == "frmSelectAction") {
+        program_.log.Add("  Loaded " + std::string(name)); // its controls are made when it is first shown
     } else {
         return false;
     }
@@ -164,13 +162,28 @@ void EditorSet::ReplaceThingFilterEntry(int entry, const QString& text) {
 
 void EditorSet::PlaySoundLump(int sound) { audio_.PlaySoundLump(program_, program_.log, sound); }
 
-std::optional<EditorLinks::SpriteChoice> EditorSet::PickSprite(SpriteChoice start) {
-    return selectSprite_->Choose(start);
+namespace {
+
+/// The dialog, made when it is first shown.
+template <class Dialog, class... Arguments> Dialog& Made(std::unique_ptr<Dialog>& dialog, Arguments&&... arguments) {
+    if (!dialog)
+        dialog = std::make_unique<Dialog>(std::forward<Arguments>(arguments)...);
+    return *dialog;
 }
 
-std::optional<std::int32_t> EditorSet::PickState(std::int32_t start) { return selectState_->Choose(start); }
+} // namespace
 
-std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) { return selectAction_->Choose(start); }
+std::optional<EditorLinks::SpriteChoice> EditorSet::PickSprite(SpriteChoice start) {
+    return Made(selectSprite_, program_, area_.window()).Choose(start);
+}
+
+std::optional<std::int32_t> EditorSet::PickState(std::int32_t start) {
+    return Made(selectState_, program_, edits_, area_.window()).Choose(start);
+}
+
+std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
+    return Made(selectAction_, program_, area_.window()).Choose(start);
+}
 
 QString EditorSet::AskText(const QString& title, const QString& prompt, const QString& start) {
     return dialogs_.AskText(title, prompt, start);

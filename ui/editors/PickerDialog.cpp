@@ -14,7 +14,6 @@ PickerDialog::PickerDialog(const char* name, const QString& caption, Program& pr
     txtFilter_->setPlaceholderText(tr("Find"));
     txtFilter_->setClearButtonEnabled(true);
     layout_->addWidget(txtFilter_);
-    program.log.Add("  Loaded " + std::string(name));
 }
 
 void PickerDialog::SetList(QAbstractItemView& list, QWidget* beside) {

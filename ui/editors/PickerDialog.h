@@ -19,7 +19,7 @@ public:
     void Refresh() { upToDate_ = false; }
 
 protected:
-    /// `name` is the object name and what the log says: "  Loaded " and the name.
+    /// `name` is the object name.
     PickerDialog(const char* name, const QString& caption, Program& program, QWidget* parent);
 
     /// Puts `list` under the box; what is beside and below it belongs to the dialog. Call once, at the end.

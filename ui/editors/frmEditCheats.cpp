@@ -22,8 +22,8 @@ namespace plinket3 {
 
 namespace {
 
-constexpr int widthInCharacters = 14;
-constexpr int noLimit = 32767; // characters; what a line edit takes without being told
+constexpr int fewestCharacters = 14, mostCharacters = 28; // that a box has room for
+constexpr int noLimit = 32767;                            // characters; what a line edit takes without being told
 constexpr std::size_t firstColumn = 9;
 
 // By cheat.
@@ -86,7 +86,8 @@ void frmEditCheats::Build() {
         }
         const QString label = ShownText(cheatLabels[cheat]);
         boxes_[cheat] = new CheatEdit(cheat, label, context_);
-        boxes_[cheat]->setMinimumWidth(WidthForDigits(*boxes_[cheat], widthInCharacters));
+        boxes_[cheat]->setMinimumWidth(WidthForDigits(*boxes_[cheat], fewestCharacters));
+        boxes_[cheat]->setMaximumWidth(WidthForDigits(*boxes_[cheat], mostCharacters));
         form->addRow(QString(label).replace(QLatin1Char('&'), QStringLiteral("&&")), boxes_[cheat]);
         connect(boxes_[cheat], &QLineEdit::textEdited, this, [this, cheat] { Store(cheat); });
     }

@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -13,7 +14,7 @@ namespace plinket3 {
 
 namespace {
 
-constexpr int digitsOfABox = 6;
+constexpr int fewestDigits = 6, mostDigits = 14; // that a box has room for
 constexpr Cell infight{RecordKind::Misc, 0, RowOf(&MiscRecord::monstersInfight)};
 
 struct MiscBox {
@@ -46,6 +47,15 @@ QString LabelOf(int field) {
     return QString::fromLatin1(label.data(), static_cast<qsizetype>(label.size()));
 }
 
+/// Gives the labels of all groups one width, so that the boxes stand below each other.
+void AlignLabels(const std::vector<QLabel*>& labels) {
+    int width = 0;
+    for (const QLabel* label : labels)
+        width = std::max(width, label->sizeHint().width());
+    for (QLabel* label : labels)
+        label->setMinimumWidth(width);
+}
+
 } // namespace
 
 frmEditMisc::frmEditMisc(const EditorContext& context) : EditorWindow("frmEditMisc", tr("Misc. editor"), context) {}
@@ -54,6 +64,7 @@ void frmEditMisc::Build() {
     auto* first = new QVBoxLayout;
     auto* second = new QVBoxLayout;
     QFormLayout* form = nullptr;
+    std::vector<QLabel*> labels;
     std::size_t groups = 0;
     for (const MiscBox& row : miscBoxes) {
         if (*row.group != '\0') {
@@ -63,8 +74,11 @@ void frmEditMisc::Build() {
         }
         const int field = RowOf(row.member);
         auto* box = new NumberBox(QString::fromLatin1(row.name), LabelOf(field), context_.edits, NumberForm::Ranged);
-        box->setMinimumWidth(WidthForDigits(*box, digitsOfABox));
-        form->addRow(LabelOf(field), box);
+        box->setMinimumWidth(WidthForDigits(*box, fewestDigits));
+        box->setMaximumWidth(WidthForDigits(*box, mostDigits));
+        labels.push_back(new QLabel(LabelOf(field)));
+        labels.back()->setBuddy(box);
+        form->addRow(labels.back(), box);
         boxes_.push_back(box);
         fields_.push_back(field);
     }
@@ -72,6 +86,7 @@ void frmEditMisc::Build() {
     chkMonstersInfight_->setObjectName(QStringLiteral("chkMonstersInfight"));
     chkMonstersInfight_->setAccessibleName(LabelOf(infight.field));
     form->addRow(chkMonstersInfight_);
+    AlignLabels(labels);
     first->addStretch();
     second->addStretch();
 
