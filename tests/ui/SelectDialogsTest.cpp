@@ -36,17 +36,6 @@ protected:
     static void Accept(QDialog& dialog) { QTest::mouseClick(&Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton); }
 };
 
-TEST_F(SelectDialogsTest, EachDialogLogsThatItWasMade) {
-    const TemporaryFolder folder;
-    ASSERT_TRUE(program.log.StartLog(folder.Path() / "log", false));
-    const frmSelectSprite sprite(program, nullptr);
-    const frmSelectState state(program, edits, nullptr);
-    const frmSelectAction action(program, nullptr);
-    const std::string log = ReadFile(folder.Path() / "log");
-    for (const char* name : {"frmSelectSprite", "frmSelectState", "frmSelectAction"})
-        EXPECT_NE(log.find("  Loaded " + std::string(name)), std::string::npos) << name;
-}
-
 TEST_F(SelectDialogsTest, ASpriteStartsAtTheGivenFrameAndKeepsItsLitBit) {
     frmSelectSprite dialog(program, nullptr);
     auto& list = Find<QListView>(dialog, "lstSprites");
