@@ -18,7 +18,8 @@
 
 namespace plinket3 {
 
-frmEditStates::frmEditStates(const EditorContext& context) : EditorWindow("frmEditStates", tr("State editor"), context) {}
+frmEditStates::frmEditStates(const EditorContext& context)
+    : EditorWindow("frmEditStates", tr("State editor"), context) {}
 
 void frmEditStates::Build() {
     filter_ = new StateFilterPanel(context_.program);
