@@ -179,6 +179,7 @@ bool FileCommands::OfferRecovery() {
     if (!engine || !iwad ||
         LoadSession(program_, {*engine, *iwad, recovered->dataWadPath, -1}, session) != SessionResult::Loaded ||
         !ApplyRecovered(*recovered, session)) {
+        recovery_.SetAside();
         program_.notifier.Show(MessageKind::Exclamation,
                                "The unsaved changes do not fit the engine configurations and IWADs that are there now. "
                                "They stay in the settings folder.");

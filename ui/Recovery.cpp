@@ -128,6 +128,15 @@ void Recovery::Forget() const {
     std::filesystem::remove(FileAt(place_), ignored);
 }
 
+void Recovery::SetAside() const {
+    if (place_ < 0)
+        return;
+    std::filesystem::path aside = FileAt(place_);
+    aside += ".kept";
+    std::error_code ignored;
+    std::filesystem::rename(FileAt(place_), aside, ignored);
+}
+
 std::optional<RecoveredPatch> Recovery::TakeOver() {
     for (int place = 0; place < mostPlaces; ++place) {
         if (place == place_ || !FileExists(FileAt(place)))

@@ -32,6 +32,9 @@ public:
     /// Removes it: the work is saved, or given up by the user.
     void Forget() const;
 
+    /// Puts the file away under another name, so that later work does not replace it.
+    void SetAside() const;
+
     /// What a run that is no longer there has left behind, which is then taken over: kept until `Forget`. Absent when
     /// there is nothing, or nothing that can be read.
     std::optional<RecoveredPatch> TakeOver();

@@ -336,6 +336,28 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
     }
 }
 
+TEST_F(FileCommandsTest, UnsavedWorkThatFitsNoEngineIsPutAside) {
+    commands->createNewFile();
+    Edit();
+    commands->KeepRecovery();
+    recovery = nullptr;
+    program.engines.clear();
+    Recovery next(program.settingsFolder);
+    FileCommands nextCommands(program, edits, dialogs, next, {});
+    notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + program.patch.fileName.string() +
+                        " were kept. Do you want to go on with them?",
+                    Answer::Yes);
+    notifier.Expect(
+        MessageKind::Exclamation,
+        "The unsaved changes do not fit the engine configurations and IWADs that are there now. They stay in "
+        "the settings folder.");
+    EXPECT_FALSE(nextCommands.OfferRecovery());
+    next.Forget();
+    EXPECT_TRUE(FileExists(program.settingsFolder / "recovery-0.dat.kept"));
+    EXPECT_FALSE(nextCommands.OfferRecovery()) << "it is offered once";
+    commands = nullptr;
+}
+
 TEST_F(FileCommandsTest, SavingAndGivingUpRemoveTheRecoveryFile) {
     Open("mine.deh", normalPatch);
     const auto kept = [this] { return FileExists(program.settingsFolder / "recovery-0.dat"); };
