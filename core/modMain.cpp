@@ -105,9 +105,9 @@ CommandLine ReadCommandLine(const std::vector<std::string>& arguments) {
         commandLine.text += (commandLine.text.empty() ? "" : " ") + argument;
         option = option || EqualIgnoringCase(std::string_view(argument).substr(0, loadOption.size()), loadOption);
     }
-    if (!option && !arguments.empty() && FileExists(arguments.front()))
-        return {{}, arguments.front()};
-    return commandLine;
+    if (option || arguments.empty() || arguments.front().starts_with('-'))
+        return commandLine;
+    return {{}, arguments.front()};
 }
 
 bool StartUp(Environment& environment, FrontEnd& frontEnd, const CommandLine& commandLine) {

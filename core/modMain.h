@@ -51,10 +51,10 @@ namespace modMain {
 
 struct CommandLine {
     std::string text;                    // everything after the program's own path, as "-load" is searched in it
-    std::filesystem::path plainArgument; // a first argument that is an existing file; empty when there is none
+    std::filesystem::path plainArgument; // a first argument that is no option; empty when there is none
 };
 
-/// Reads a command line without the program's own path. A plain first argument that is a file is opened as it is, also
+/// Reads a command line without the program's own path. A plain first argument is a file that is opened as it is, also
 /// when its name happens to hold "-load"; an argument that begins with "-load" wins over it.
 CommandLine ReadCommandLine(const std::vector<std::string>& arguments);
 

@@ -102,10 +102,12 @@ void EditorSet::Show(std::size_t editor, bool shown) {
         frames_[editor] = area_.addSubWindow(unshown_[editor].release());
         frames_[editor]->installEventFilter(this);
         frames_[editor]->setAttribute(Qt::WA_DeleteOnClose, false);
-        emit EditorShown(editors_[editor]);
+        emit EditorMade(editor);
     }
     frames_[editor]->setVisible(shown);
     if (shown) {
+        if (frames_[editor]->isMinimized())
+            frames_[editor]->showNormal();
         editors_[editor]->show();
         area_.setActiveSubWindow(frames_[editor]);
         editors_[editor]->setFocus();

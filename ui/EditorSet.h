@@ -82,8 +82,8 @@ signals:
     /// Editors were shown or hidden.
     void ShownChanged();
     void StatusText(const QString& text);
-    /// An editor was built: its splitters and columns can be given back their places.
-    void EditorShown(QWidget* editor);
+    /// An editor has its controls and its frame: they can be given back their places.
+    void EditorMade(std::size_t editor);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

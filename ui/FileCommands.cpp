@@ -7,6 +7,8 @@
 #include "patch/modTables.h"
 #include "ui/LatinText.h"
 
+#include <QApplication>
+
 #include <utility>
 
 namespace plinket3 {
@@ -41,7 +43,6 @@ void FileCommands::Adopt(Session session) {
     stamp_ = program_.patch.named ? StampOf(program_.patch.fileName) : std::nullopt;
     sessionOpen_ = true;
     edits_.Clear();
-    recovery_.Forget();
     emit SessionChanged();
 }
 
@@ -52,6 +53,7 @@ void FileCommands::createNewFile() {
     if (!session)
         return;
     Adopt(std::move(*session));
+    recovery_.Forget();
     emit StatusText(tr("New patch for %1").arg(ShownText(program_.engine.name)));
 }
 
@@ -63,7 +65,7 @@ void FileCommands::openFile(const QString& path) {
         chosen = dialogs_.OpenFile(QStringLiteral("Load patch file"), QString::fromLatin1(openFilter));
     if (chosen.isEmpty())
         return;
-    const std::filesystem::path file = StoredPath(chosen);
+    const std::filesystem::path file = std::filesystem::absolute(StoredPath(chosen));
 
     modPatchFiles::Header header;
     if (const Status status = modPatchFiles::ScanHeader(file, header); !status) {
@@ -84,6 +86,7 @@ void FileCommands::openFile(const QString& path) {
     if (!session || !modPatchFiles::ReadPatch(program_.notifier, file, *session))
         return;
     Adopt(std::move(*session));
+    recovery_.Forget();
     AddRecent(file);
     emit StatusText(tr("Opened %1").arg(chosen));
 }
@@ -115,7 +118,7 @@ bool FileCommands::SaveAs() {
 }
 
 void FileCommands::AddRecent(const std::filesystem::path& file) {
-    program_.settings.AddRecentFile(std::filesystem::absolute(file).string());
+    program_.settings.AddRecentFile(file.string());
     emit RecentFilesChanged();
 }
 
@@ -133,6 +136,7 @@ void FileCommands::LoadTable() {
     edits_.Clear();
     recovery_.Forget();
     emit SessionChanged();
+    emit TableLoaded();
     emit StatusText(tr("Loaded the table %1").arg(file));
 }
 
@@ -148,8 +152,10 @@ void FileCommands::SaveTable() {
 }
 
 bool FileCommands::MayClose() {
-    if (!program_.patch.changed)
+    if (!program_.patch.changed) {
+        recovery_.Forget(); // what it may hold was undone
         return true;
+    }
     switch (program_.notifier.Ask("The file " + program_.patch.fileName.string() +
                                       " has been changed. Do you want to save it?",
                                   Buttons::YesNoCancel)) {
@@ -167,10 +173,14 @@ bool FileCommands::OfferRecovery() {
     const std::optional<RecoveredPatch> recovered = recovery_.TakeOver();
     if (!recovered)
         return false;
-    if (program_.notifier.Ask("Plinket3 did not end as it should. Unsaved changes of " + recovered->fileName +
-                                  " were kept. Do you want to go on with them?",
-                              Buttons::YesNo) != Answer::Yes) {
-        recovery_.Forget();
+    const Answer answer = program_.notifier.Ask("Plinket3 did not end as it should. Unsaved changes of " +
+                                                    recovered->fileName + " were kept. Do you want to go on with them?",
+                                                Buttons::YesNoCancel);
+    if (answer != Answer::Yes) {
+        if (answer == Answer::No)
+            recovery_.Forget();
+        else
+            recovery_.SetAside(); // a question that was only closed gives nothing up
         return false;
     }
     const auto engine = ChooseEngine(program_.engines, recovered->engineConfig);
@@ -193,8 +203,11 @@ bool FileCommands::OfferRecovery() {
 }
 
 void FileCommands::KeepRecovery() {
-    if (!program_.patch.changed)
+    if (!program_.patch.changed) {
+        if (sessionOpen_)
+            recovery_.Forget(); // what it may hold was undone
         return;
+    }
     if (const Status status = recovery_.Keep(program_.patch); !status)
         emit StatusText(tr("The recovery file could not be written: %1").arg(ShownPath(status.Reason())));
 }
@@ -212,7 +225,8 @@ std::optional<FileCommands::FileStamp> FileCommands::StampOf(const std::filesyst
 }
 
 void FileCommands::CheckFileOnDisk() {
-    if (!stamp_ || asking_)
+    // While a dialog is open, another question would stand on top of it; closing it asks again.
+    if (!stamp_ || asking_ || QApplication::activeModalWidget() != nullptr)
         return;
     const std::optional<FileStamp> now = StampOf(program_.patch.fileName);
     if (!now || now == stamp_)
@@ -234,6 +248,7 @@ bool FileCommands::ReloadFile() {
     if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, session))
         return false;
     Adopt(std::move(session));
+    recovery_.Forget();
     emit StatusText(tr("Reloaded %1").arg(ShownPath(program_.patch.fileName)));
     return true;
 }

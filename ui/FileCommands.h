@@ -47,6 +47,8 @@ public:
 signals:
     /// Another patch, engine or file name: everything is to be shown anew.
     void SessionChanged();
+    /// Another table is the engine's own data now.
+    void TableLoaded();
     /// The patch was saved, or its name is another one.
     void Saved();
     void RecentFilesChanged();

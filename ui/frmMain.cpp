@@ -5,10 +5,12 @@
 #include "ui/LatinText.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -65,12 +67,14 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
         updateCaption();
         RefreshSave();
     });
+    connect(&commands_, &FileCommands::TableLoaded, this, &frmMain::SettingsChanged);
     connect(&commands_, &FileCommands::RecentFilesChanged, this, &frmMain::UpdateRecentList);
     const auto tell = [this](const QString& text) { statusBar()->showMessage(text, statusDuration); };
     connect(&commands_, &FileCommands::StatusText, this, tell);
     connect(&editors_, &EditorSet::StatusText, this, tell);
     connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
-    connect(&editors_, &EditorSet::EditorShown, this, [this](QWidget* editor) { state_.RestoreParts(*editor); });
+    connect(&editors_, &EditorSet::EditorMade, this, &frmMain::RestoreEditor);
+    qApp->installEventFilter(this);
     connect(&recoveryTimer_, &QTimer::timeout, &commands_, &FileCommands::KeepRecovery);
     recoveryTimer_.start(recoveryInterval);
 
@@ -153,7 +157,7 @@ void frmMain::BuildViewMenu() {
 void frmMain::BuildHelpMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Help"));
     QAction* website = Action("HelpWebsite", tr("Plinket3 &website..."));
-    helpAbout_ = Action("HelpAbout", tr("&About..."));
+    helpAbout_ = Action("HelpAbout", tr("&About..."), QKeySequence(Qt::Key_F1));
     menu->addActions({website, helpAbout_});
     connect(website, &QAction::triggered, this, [] { QDesktopServices::openUrl(QUrl(QString::fromLatin1(webSite))); });
     connect(helpAbout_, &QAction::triggered, this, [this] {
@@ -271,8 +275,6 @@ void frmMain::SessionChanged() {
         if (!show || !viewEditors_[editor]->isEnabled())
             continue;
         editors_.Show(editor, true);
-        if (const QByteArray place = state_.Bytes(GeometryKey(editor)); !place.isEmpty())
-            editors_.Frame(editor)->restoreGeometry(place);
     }
 }
 
@@ -334,6 +336,26 @@ void frmMain::UpdateStatus() {
     lblIwad_->setToolTip(open ? ShownPath(program_.patch.iwadPath) : QString());
 }
 
+void frmMain::RestoreEditor(std::size_t editor) {
+    QMdiSubWindow* frame = editors_.Frame(editor);
+    state_.RestoreParts(*frame->widget());
+    if (const QByteArray place = state_.Bytes(GeometryKey(editor)); !place.isEmpty())
+        frame->restoreGeometry(place);
+}
+
+/// Undo and redo are the patch's everywhere in this window: a text field would take the keys for itself.
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (event->type() == QEvent::ShortcutOverride && widget != nullptr && widget->window() == this) {
+        const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+        if (keys == editUndo_->shortcut() || keys == editRedo_->shortcut()) {
+            event->ignore();
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
 void frmMain::RestorePlaces() {
     if (!restoreGeometry(state_.Bytes(QString::fromLatin1(geometryKey))))
         resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
@@ -363,6 +385,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
         return;
     }
     KeepPlaces();
+    recoveryTimer_.stop();
     event->accept();
     emit Closing();
 }
@@ -387,7 +410,10 @@ void frmMain::dropEvent(QDropEvent* event) {
             continue;
         event->acceptProposedAction();
         const QString file = url.toLocalFile();
-        QTimer::singleShot(0, &commands_, [this, file] { commands_.openFile(file); }); // the drop must end first
+        QTimer::singleShot(0, &commands_, [this, file] { // the drop must end first
+            if (QApplication::activeModalWidget() == nullptr)
+                commands_.openFile(file);
+        });
         return;
     }
 }

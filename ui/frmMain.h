@@ -59,6 +59,7 @@ protected:
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     static constexpr std::size_t recentCount = 6;
@@ -76,6 +77,7 @@ private:
     void UpdateEditorButtons();
     void UpdateStatus();
     void RestorePlaces();
+    void RestoreEditor(std::size_t editor);
     void KeepPlaces();
     std::optional<Session> ChooseSession(const modPatchFiles::Header* header);
 

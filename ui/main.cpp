@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
     bool ended = false;
     QObject::connect(&frontEnd, &plinket3::QtFrontEnd::Ended, &application, [&ended] {
         ended = true;
-        QApplication::quit();
+        QApplication::exit(); // not quit(), which would ask every window to close first
     });
     if (!plinket3::modMain::StartUp(program, frontEnd, plinket3::modMain::ReadCommandLine({argv + 1, argv + argc})) ||
         ended)

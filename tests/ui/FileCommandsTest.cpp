@@ -361,6 +361,12 @@ TEST_F(FileCommandsTest, UnsavedWorkThatFitsNoEngineIsPutAside) {
 TEST_F(FileCommandsTest, SavingAndGivingUpRemoveTheRecoveryFile) {
     Open("mine.deh", normalPatch);
     const auto kept = [this] { return FileExists(program.settingsFolder / "recovery-0.dat"); };
+    Edit();
+    commands->KeepRecovery();
+    EXPECT_TRUE(kept());
+    edits.Undo();
+    EXPECT_TRUE(commands->MayClose());
+    EXPECT_FALSE(kept()) << "what it held was undone";
     commands->KeepRecovery();
     EXPECT_FALSE(kept()) << "nothing is unsaved";
     Edit();

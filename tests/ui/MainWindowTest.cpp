@@ -123,7 +123,7 @@ TEST_F(MainWindowTest, MenusToolbarsAndShortcutsAreTheToldOnes) {
                      {"ViewThingEditor", "Thing editor", "Ctrl+1"},
                      {"ViewParEditor", "Par. editor", "Ctrl+9"},
                      {"HelpWebsite", "Plinket3 &website...", ""},
-                     {"HelpAbout", "&About...", ""}};
+                     {"HelpAbout", "&About...", "F1"}};
     for (const Row& row : rows) {
         EXPECT_EQ(Action(row.name).text(), row.text);
         EXPECT_EQ(Action(row.name).shortcut().toString(), row.shortcut) << row.name;
@@ -186,6 +186,19 @@ TEST_F(MainWindowTest, UndoAndRedoNameTheirStepAndDriveSave) {
     EXPECT_FALSE(Action("FileSave").isEnabled());
     Action("EditRedo").trigger();
     EXPECT_EQ(program.patch.current.things[11].hitPoints, 7);
+}
+
+TEST_F(MainWindowTest, UndoIsThePatchsAlsoWhileATextFieldHasTheFocus) {
+    NewPatch("Doom and Doom II");
+    auto& hitPoints = Find<QLineEdit>("txtHitPoints");
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    test::Type(hitPoints, "7");
+    const std::int32_t typed = program.patch.current.things[0].hitPoints;
+    EXPECT_EQ(typed, 7);
+    QTest::keyClick(&hitPoints, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(program.patch.current.things[0].hitPoints, program.patch.defaults.things[0].hitPoints);
+    EXPECT_EQ(hitPoints.text(), "100");
 }
 
 TEST_F(MainWindowTest, RecentFilesComeNewestFirst) {
