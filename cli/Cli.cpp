@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <sstream>
 
 namespace plinket3::cli {
@@ -31,10 +32,10 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option = app.add_flag("--compact", arguments.compact, "Without blanks, indentation and empty lines");
     else if (name == "thing")
         option = app.add_option("--thing", arguments.thing, "The states of this thing, counted from 0")
-                     ->check(CLI::NonNegativeNumber);
+                     ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
     else if (name == "weapon")
         option = app.add_option("--weapon", arguments.weapon, "The states of this weapon, counted from 0")
-                     ->check(CLI::NonNegativeNumber);
+                     ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
     else if (name == "unused")
         option = app.add_flag("--unused", arguments.unused, "The states that nothing uses");
     else if (name == "sprite")

@@ -86,6 +86,8 @@ PatchSet ReadSet(Run& run, const std::string& file, std::string_view bytes) {
     const modPatchFiles::ReadResult read =
         modPatchFiles::ParsePatch(bytes, run.program.engine, run.program.patch.defaults, set);
     Require(read.status, file + ":" + std::to_string(LineOf(bytes, read.offset)));
+    if (read.unsupported)
+        Complain(run.err, file + ": " + std::string(modPatchFiles::unsupportedEntries));
     return set;
 }
 

@@ -382,16 +382,23 @@ private:
 
     bool StoreString(std::string_view key, std::string_view value) {
         std::string text(value);
-        if (text.ends_with('\\')) { // goes on in the next lines, also when the key is unknown
+        bool keepsBackslash = false; // of a line behind the first one that goes on
+        if (text.ends_with('\\')) {  // goes on in the next lines, also when the key is unknown
             text.pop_back();
             std::string_view next;
+            bool again = false;
             do {
                 if (lines_.AtEnd())
                     break;
+                if (std::exchange(again, true))
+                    keepsBackslash = true;
                 next = TrimLeft(lines_.Next());
                 text += next;
             } while (next.ends_with('\\'));
         }
+        if (keepsBackslash)
+            Ignore("goes on over more than two lines: the backslashes that end the later ones stay in the text, where "
+                   "game engines drop them");
         const auto found = StringIndex().find(ToUpper(key));
         if (found == keys_.end())
             return false;
@@ -449,9 +456,7 @@ bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& s
     session.patch.named = true;
     session.patch.changed = false;
     if (result.unsupported)
-        notifier.Show(MessageKind::Exclamation,
-                      "Unsupported entries were found in the patch file. Those entries will be ignored. This "
-                      "means that Plinket3 will not save those entries again either!");
+        notifier.Show(MessageKind::Exclamation, unsupportedEntries);
     return true;
 }
 

@@ -58,6 +58,10 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
         if (FileExists(file)) {
             log.Add("Loading data WAD...");
             dataWad = OpenWad(file);
+            if (dataWad->WadFileName().empty()) {
+                log.Add("WARNING: Unable to load data WAD, file is not a WAD file");
+                dataWad.reset();
+            }
         } else {
             log.Add("WARNING: Unable to load data WAD, file does not exist");
         }

@@ -21,6 +21,11 @@ using Header = std::map<std::string, std::string, std::less<>>;
 Status ScanHeader(const std::filesystem::path& file, Header& header);
 Status ScanHeader(std::string_view bytes, Header& header);
 
+/// What the user is told when a patch held sections that are not supported.
+inline constexpr std::string_view unsupportedEntries = "Unsupported entries were found in the patch file. Those "
+                                                       "entries will be ignored. This means that Plinket3 will not "
+                                                       "save those entries again either!";
+
 /// Told of what a read did with the patch's lines, in file order; `offset` is the place in the bytes where the line
 /// begins. `check` watches a read this way.
 class ReadObserver {

@@ -213,10 +213,12 @@ TEST_F(CliTest, ReadsFreedoomsPatchesAndItsOwnCopiesOfThemAlike) {
             dump->erase("patch");
         EXPECT_EQ(in, out);
         EXPECT_EQ(Run("check -e boom19 @out.deh").out, "");
-        // Strings of other engines are all there is to tell.
+        // Strings of other engines, and texts over several lines, are all there is to tell.
         std::istringstream findings(Run("check -e boom19 @in.deh").out);
         for (std::string line; std::getline(findings, line);)
-            EXPECT_TRUE(line.ends_with("is ignored: the engine has no string of that name")) << line;
+            EXPECT_TRUE(line.ends_with("is ignored: the engine has no string of that name") ||
+                        line.ends_with("stay in the text, where game engines drop them"))
+                << line;
     }
 }
 
@@ -303,7 +305,7 @@ TEST_F(CliTest, RefusesBadInputInOneLine) {
         {"states -e doom19 --thing 0 --unused", "states: give one of --thing, --weapon and --unused; see --help"},
         {"states -e doom19 --thing 137", "there is no thing 137, the last one is 136"},
         {"states -e doom19 --weapon 9", "there is no weapon 9, the last one is 8"},
-        {"states -e doom19 --thing 99999999999", "Could not convert: --thing = 99999999999; see --help"},
+        {"states -e doom19 --thing 99999999999", "--thing: Value 99999999999 not in range 0 to 2147483647; see --help"},
         {"wad @none", "@none: is not a WAD file that can be read"},
         {"wad @", "@: is not a WAD file that can be read"},
         {"wad @fifo", "@fifo: is not a WAD file that can be read"},
