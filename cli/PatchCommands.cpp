@@ -104,12 +104,8 @@ void LoadPatch(Run& run, const std::string& file) {
     program.patch.current = ReadSet(run, file, bytes);
     program.patch.fileName = file;
     program.patch.named = true;
-    const auto value = [&header](std::string_view name) {
-        const auto found = header.find(name);
-        return found == header.end() ? std::string() : found->second;
-    };
-    program.patch.iwadPath = value("iwad");
-    program.patch.dataWadPath = value("datawad");
+    program.patch.iwadPath = modPatchFiles::HeaderValue(header, "iwad");
+    program.patch.dataWadPath = modPatchFiles::HeaderValue(header, "datawad");
 }
 
 /// The one plain argument of a command that may go without it.

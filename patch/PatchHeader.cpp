@@ -18,6 +18,11 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> headerKey
 
 } // namespace
 
+std::string HeaderValue(const Header& header, std::string_view name) {
+    const auto found = header.find(name);
+    return found == header.end() ? std::string() : found->second;
+}
+
 Status ScanHeader(std::string_view bytes, Header& header) {
     Header found;
     PatchLines lines(bytes);

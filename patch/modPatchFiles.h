@@ -17,6 +17,9 @@ namespace plinket3::modPatchFiles {
 /// "datawad", "iwad" (only those found) and "filename".
 using Header = std::map<std::string, std::string, std::less<>>;
 
+/// What the header says under a name; empty when it says nothing.
+std::string HeaderValue(const Header& header, std::string_view name);
+
 /// Scans a patch for its header lines. Fails when the file cannot be read or when a header line stands in it twice.
 Status ScanHeader(const std::filesystem::path& file, Header& header);
 Status ScanHeader(std::string_view bytes, Header& header);

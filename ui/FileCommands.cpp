@@ -22,11 +22,6 @@ constexpr const char* extendedFilter = "Extended Dehacked files (*.bex)|*.bex|Al
 constexpr const char* tableFilter = "Plinket3 table files (*.tbl)|*.tbl|All files (*.*)|*.*";
 constexpr std::string_view loseChanges = "All changes will be lost. Are you sure?";
 
-std::string Value(const modPatchFiles::Header& header, std::string_view name) {
-    const auto found = header.find(name);
-    return found == header.end() ? std::string() : found->second;
-}
-
 } // namespace
 
 FileCommands::FileCommands(Program& program, Edits& edits, FileDialogs& dialogs, Recovery& recovery,
@@ -72,11 +67,11 @@ void FileCommands::openFile(const QString& path) {
         program_.notifier.Show(MessageKind::Exclamation, "Could not open " + file.string() + ": " + status.Reason());
         return;
     }
-    if (LeadingInt32(Value(header, "patchversion")) != supportedPatchFormat) {
+    if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != supportedPatchFormat) {
         program_.notifier.Show(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
         return;
     }
-    if (!FirstEngineOfVersion(program_.engines, LeadingInt32(Value(header, "engineversion")))) {
+    if (!FirstEngineOfVersion(program_.engines, LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion")))) {
         program_.notifier.Show(MessageKind::Exclamation,
                                "There were no engine configuration files found that match the patch file's target "
                                "engine.");

@@ -20,8 +20,7 @@ namespace {
 constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
 
 QString HeaderText(const modPatchFiles::Header& header, std::string_view name) {
-    const auto found = header.find(name);
-    return found == header.end() ? QString() : ShownPath(found->second);
+    return ShownPath(modPatchFiles::HeaderValue(header, name));
 }
 
 void Recommend(QComboBox& list, std::size_t index) {
