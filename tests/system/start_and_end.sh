@@ -33,7 +33,12 @@ fail() {
 # answer NAME KEY: waits for a window of that name and presses a key in it.
 answer() {
     local window
-    window=$(timeout 20 xdotool search --sync --onlyvisible --name "$1" | head -1) || fail "no window \"$1\""
+    for _ in $(seq 200); do # a search can hit a window that is just going, and fail for it
+        window=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1) || true
+        [ -z "$window" ] || break
+        sleep 0.1
+    done
+    [ -n "$window" ] || fail "no window \"$1\""
     xdotool windowactivate --sync "$window" 2>/dev/null || true
     sleep 0.3
     xdotool key "$2"
