@@ -252,6 +252,14 @@ void Edits::Restore(const std::vector<Cell>& cells, std::string name) {
     Push(std::move(assignments), std::move(name), false, true);
 }
 
+void Edits::RestoreRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) {
+    std::vector<Cell> cells;
+    for (const std::int32_t record : records)
+        for (const Cell& cell : CellsOf(kind, record))
+            cells.push_back(cell);
+    Restore(cells, "restore " + RecordsName(kind, records, many));
+}
+
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> Edits::DerivedFrom(const Cell& cell) {
     if (cell.kind != RecordKind::Misc || cell.field < 0)
@@ -298,7 +306,16 @@ void Edits::Push(std::vector<Assignment> assignments, std::string name, bool typ
     Step& last = steps_.back();
     for (std::size_t i = 0; i < last.changes.size(); ++i)
         last.changes[i].after = std::move(step.changes[i].after);
-    Move(last, true);
+    if (std::all_of(last.changes.begin(), last.changes.end(),
+                    [](const Change& change) { return change.before == change.after; })) {
+        step = std::move(last);
+        steps_.pop_back();
+        --position_;
+        typing_ = false;
+        Move(step, true);
+    } else {
+        Move(last, true);
+    }
 }
 
 void Edits::Undo() {
@@ -393,6 +410,11 @@ std::string Edits::RecordName(RecordKind kind, std::int32_t index) const {
     default:
         return (*NamesOf(set, kind))[place];
     }
+}
+
+std::string Edits::RecordsName(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) const {
+    return records.size() == 1 ? RecordName(kind, records.front())
+                               : std::to_string(records.size()) + " " + std::string(many);
 }
 
 std::string Edits::NameOf(const Cell& cell) const {

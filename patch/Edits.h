@@ -34,14 +34,6 @@ struct Assignment {
     CellValue value;
 };
 
-/// The row of `Record`'s table that holds `member`; every member has one.
-template <class Record> constexpr int RowOf(std::int32_t Record::*member) {
-    for (std::size_t row = 0; row < fieldTable<Record>.size(); ++row)
-        if (fieldTable<Record>[row].member == member)
-            return static_cast<int>(row);
-    return 0;
-}
-
 struct Limits {
     std::int32_t lowest = INT32_MIN, highest = INT32_MAX;
     std::int32_t Apply(std::int32_t value) const { return value < lowest ? lowest : value > highest ? highest : value; }
@@ -68,13 +60,17 @@ public:
 
     /// Stores one value as a step named after it ("hit points of Imp"). Numbers are limited, what the engine derives
     /// from the value is stored with it, and the patch is marked changed unless the field is one that does not mark it.
-    /// `typing`: a step that continues the one before, of the same cell, becomes one with it. A cell that the patch
-    /// does not have, or an equal value, is no step.
+    /// `typing`: a step that continues the one before, of the same cell, becomes one with it, and none when it leads
+    /// back to where that began. A cell that the patch does not have, or an equal value, is no step.
     void Store(const Cell& cell, CellValue value, bool typing = false);
     /// Stores several values as one step. Numbers are stored as they are.
     void StoreGroup(const std::vector<Assignment>& assignments, std::string name, bool typing = false);
     /// `StoreGroup` of the default values.
     void Restore(const std::vector<Cell>& cells, std::string name);
+    /// The same for one value, as a step named after it.
+    void RestoreCell(const Cell& cell) { Restore({cell}, "restore " + NameOf(cell)); }
+    /// The same for every cell of these records, as a step named by `RecordsName`.
+    void RestoreRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many);
     /// Ends a run of typing: the next step stands for itself.
     void EndTyping() { typing_ = false; }
 
@@ -87,6 +83,8 @@ public:
     std::string NameOf(const Cell& cell) const;
     /// "Imp", "frame 12", "sound pistol".
     std::string RecordName(RecordKind kind, std::int32_t index) const;
+    /// The one record's name, or "3 frames" when `many` is "frames".
+    std::string RecordsName(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) const;
 
     bool CanUndo() const { return position_ > 0; }
     bool CanRedo() const { return position_ < steps_.size(); }

@@ -219,6 +219,17 @@ template <> inline constexpr std::array fieldTable<MiscRecord>{
 
 template <class Record> inline constexpr std::span<const Field<Record>> fieldsOf{fieldTable<Record>};
 
+/// The row of `Record`'s table that holds `member`; every member has one.
+template <class Record> constexpr int RowOf(std::int32_t Record::*member) {
+    for (std::size_t row = 0; row < fieldTable<Record>.size(); ++row)
+        if (fieldTable<Record>[row].member == member)
+            return static_cast<int>(row);
+    return 0;
+}
+template <class Record> constexpr const Field<Record>& FieldOf(std::int32_t Record::*member) {
+    return fieldTable<Record>[static_cast<std::size_t>(RowOf(member))];
+}
+
 // A member without a row would be lost by everything that walks the rows.
 template <class Record>
 inline constexpr bool everyMemberHasARow = sizeof(Record) == fieldTable<Record>.size() * sizeof(std::int32_t);

@@ -1,12 +1,14 @@
 #include "ui/FileDialogs.h"
 
 #include "core/modConfig.h"
+#include "ui/LatinLineEdit.h"
 #include "ui/LatinText.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLineEdit>
 
 namespace plinket3 {
 
@@ -57,11 +59,19 @@ QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, con
     return Remember(dialog.selectedFiles().constFirst());
 }
 
-QString QtFileDialogs::AskText(const QString& title, const QString& prompt, const QString& start) {
-    bool accepted = false;
-    const QString text =
-        QInputDialog::getText(QApplication::activeWindow(), title, prompt, QLineEdit::Normal, start, &accepted);
-    return accepted ? text : QString();
+QString QtFileDialogs::AskText(const QString& title, const QString& prompt, const QString& start,
+                               Characters characters) {
+    QInputDialog dialog(QApplication::activeWindow());
+    dialog.setObjectName(QStringLiteral("askText"));
+    dialog.setWindowTitle(title);
+    dialog.setLabelText(prompt);
+    dialog.setTextValue(start);
+    if (characters == Characters::OfPatches) {
+        auto* box = dialog.findChild<QLineEdit*>();
+        box->setValidator(new LatinValidator(
+            box, [&dialog, prompt](const QString& why) { dialog.setLabelText(prompt + QLatin1Char('\n') + why); }));
+    }
+    return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }
 
 } // namespace plinket3

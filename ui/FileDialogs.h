@@ -7,13 +7,17 @@ namespace plinket3 {
 /// Asks for the names of files and for lines of text; tests answer in its place.
 class FileDialogs {
 public:
+    /// What may be typed as a text: anything, or only what a patch can hold.
+    enum class Characters { Any, OfPatches };
+
     virtual ~FileDialogs() = default;
     /// `filter` in the form "Name (*.ext)|*.ext|...". Empty when nothing was chosen.
     virtual QString OpenFile(const QString& title, const QString& filter) = 0;
     /// The same for a file to write, which is asked about when it exists. `proposed` is where the dialog starts.
     virtual QString SaveFile(const QString& title, const QString& filter, const QString& proposed) = 0;
     /// A line of text; empty when the user cancels.
-    virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;
+    virtual QString AskText(const QString& title, const QString& prompt, const QString& start,
+                            Characters characters) = 0;
 };
 
 /// The real dialogs. They start in the folder of the setting "lastDir" and remember it.
@@ -23,7 +27,7 @@ public:
     explicit QtFileDialogs(Settings& settings) : settings_(settings) {}
     QString OpenFile(const QString& title, const QString& filter) override;
     QString SaveFile(const QString& title, const QString& filter, const QString& proposed) override;
-    QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+    QString AskText(const QString& title, const QString& prompt, const QString& start, Characters characters) override;
 
 private:
     QString Remember(const QString& file);

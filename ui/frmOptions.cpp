@@ -165,9 +165,9 @@ void frmOptions::AddIwad() {
         return;
     }
     const std::string base = path.stem().string();
-    const QString name =
-        dialogs_.AskText(QStringLiteral("Enter name"), QStringLiteral("Enter a name for %1.").arg(ShownPath(base)),
-                         ShownPath(modConfig::DetectIwadName(environment_.iwadDetect, path)));
+    const QString name = dialogs_.AskText(
+        QStringLiteral("Enter name"), QStringLiteral("Enter a name for %1.").arg(ShownPath(base)),
+        ShownPath(modConfig::DetectIwadName(environment_.iwadDetect, path)), FileDialogs::Characters::Any);
     if (name.isEmpty())
         return;
     environment_.settings.AddIwad(StoredPath(name).string(), path.string());

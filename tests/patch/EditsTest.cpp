@@ -56,6 +56,19 @@ TEST_F(EditsTest, OneEditIsOneNamedStepThatCanBeUndoneAndRedone) {
     EXPECT_EQ(told.size(), 3U);
 }
 
+TEST_F(EditsTest, TypingBackToTheOldValueIsNoStep) {
+    edits.Store(impHitPoints, 100);
+    edits.EndTyping();
+    for (const std::int32_t typed : {2, 20, 100})
+        edits.Store(impHitPoints, typed, true);
+    edits.Store(impHitPoints, 3, true); // a new run
+    edits.Undo();
+    EXPECT_EQ(HitPoints(), 100);
+    edits.Undo();
+    EXPECT_EQ(HitPoints(), 60);
+    EXPECT_FALSE(edits.CanUndo());
+}
+
 TEST_F(EditsTest, EqualValuesAndMissingCellsAreNoStep) {
     edits.Store(impHitPoints, 60);
     edits.Store({RecordKind::Thing, 2, hitPointsRow}, 1);

@@ -20,7 +20,7 @@ public:
     QString SaveFile(const QString& title, const QString& filter, const QString&) override {
         return Answer(title, filter);
     }
-    QString AskText(const QString& title, const QString& prompt, const QString&) override {
+    QString AskText(const QString& title, const QString& prompt, const QString&, Characters) override {
         return Answer(title, prompt);
     }
 

@@ -1,6 +1,8 @@
 #include "core/Files.h"
 #include "patch/modPatchText.h"
+#include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
+#include "ui/FileDialogs.h"
 #include "ui/editors/SpriteView.h"
 #include "ui/editors/frmSelectAction.h"
 #include "ui/editors/frmSelectSprite.h"
@@ -176,6 +178,27 @@ TEST_F(SelectDialogsTest, AnotherEngineFillsTheListsAnew) {
         EXPECT_EQ(Find<QListView>(dialog, "lstActions").model()->rowCount(),
                   static_cast<int>(program.engine.actions.size()));
     });
+}
+
+TEST(AskText, TakesForAPatchOnlyWhatAPatchCanHold) {
+    Settings settings;
+    QtFileDialogs dialogs(settings);
+    struct {
+        FileDialogs::Characters characters;
+        QString taken;
+    } const cases[]{{FileDialogs::Characters::OfPatches, QStringLiteral("D\u00e9j\u00e0")},
+                    {FileDialogs::Characters::Any, QStringLiteral("D\u00e9j\u20ac\u00e0")}};
+    for (const auto& row : cases) {
+        const ModalDriver driver("askText", [&row](QDialog& dialog) {
+            auto& box = *dialog.findChild<QLineEdit*>();
+            for (const QChar character : QStringLiteral("D\u00e9j\u20ac\u00e0"))
+                QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_unknown, character, Qt::NoModifier);
+            EXPECT_EQ(dialog.findChild<QLabel*>()->text().contains(QStringLiteral("\"\u20ac\" cannot be stored")),
+                      row.characters == FileDialogs::Characters::OfPatches);
+            dialog.accept();
+        });
+        EXPECT_EQ(dialogs.AskText("Thing 1", "Enter a new name", {}, row.characters), row.taken);
+    }
 }
 
 } // namespace

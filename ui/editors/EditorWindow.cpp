@@ -1,9 +1,10 @@
 #include "ui/editors/EditorWindow.h"
 
+#include "ui/LatinText.h"
+
 namespace plinket3 {
 
-EditorWindow::EditorWindow(const char* name, const QString& caption, const EditorContext& context)
-    : context_(context) {
+EditorWindow::EditorWindow(const char* name, const QString& caption, const EditorContext& context) : context_(context) {
     setObjectName(QString::fromLatin1(name));
     setWindowTitle(caption);
     context_.program.log.Add("  Loaded " + std::string(name));
@@ -34,6 +35,15 @@ void EditorWindow::BringUpToDate() {
 void EditorWindow::showEvent(QShowEvent* event) {
     BringUpToDate();
     QWidget::showEvent(event);
+}
+
+QString EditorWindow::AskName(RecordKind kind, std::int32_t record, const QString& title, const QString& prompt) {
+    const Cell cell{kind, record, nameField};
+    const QString name =
+        context_.links.AskText(title, prompt, ShownText(std::get<std::string>(context_.edits.Value(cell))));
+    if (!name.isEmpty())
+        context_.edits.Store(cell, StoredText(name));
+    return name;
 }
 
 } // namespace plinket3

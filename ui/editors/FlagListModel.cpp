@@ -3,8 +3,7 @@
 #include "core/Numbers.h"
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
-
-#include <QFont>
+#include "ui/editors/Marking.h"
 
 #include <algorithm>
 
@@ -60,15 +59,9 @@ QVariant FlagListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
         if (on == standard)
             return hint;
-        return (hint.isEmpty() ? QString() : hint + QLatin1Char('\n')) +
-               (standard ? tr("Default: on") : tr("Default: off"));
+        return (hint.isEmpty() ? QString() : hint + QLatin1Char('\n')) + DefaultTip(standard ? tr("on") : tr("off"));
     case Qt::FontRole:
-        if (on != standard) {
-            QFont bold;
-            bold.setBold(true);
-            return bold;
-        }
-        return {};
+        return MarkedFont(on != standard);
     default:
         return {};
     }

@@ -1,7 +1,5 @@
 #include "ui/editors/NamedRecordEditor.h"
 
-#include "ui/LatinText.h"
-
 #include <QAction>
 #include <QHBoxLayout>
 #include <QListView>
@@ -83,20 +81,15 @@ void NamedRecordEditor::Rename() {
     const std::optional<std::int32_t> record = CurrentRecord();
     if (!record)
         return;
-    const Cell cell{kind_, *record, nameField};
-    const QString title = QString::fromLatin1(words_.renameTitle) + QString::number(*record + words_.firstNumber);
-    const QString name = context_.links.AskText(title, QString::fromLatin1(words_.renamePrompt),
-                                                ShownText(std::get<std::string>(context_.edits.Value(cell))));
-    if (!name.isEmpty())
-        context_.edits.Store(cell, StoredText(name));
+    AskName(kind_, *record, QString::fromLatin1(words_.renameTitle) + QString::number(*record + words_.firstNumber),
+            QString::fromLatin1(words_.renamePrompt));
 }
 
 void NamedRecordEditor::Restore() {
     const std::optional<std::int32_t> record = CurrentRecord();
     if (!record || context_.program.notifier.Ask(words_.restoreQuestion, Buttons::YesNo) == Answer::No)
         return;
-    Edits& edits = context_.edits;
-    edits.Restore(edits.CellsOf(kind_, *record), "restore " + edits.RecordName(kind_, *record));
+    context_.edits.RestoreRecords(kind_, {*record}, {});
 }
 
 } // namespace plinket3

@@ -1,8 +1,7 @@
 #include "ui/editors/NamesModel.h"
 
 #include "ui/LatinText.h"
-
-#include <QFont>
+#include "ui/editors/Marking.h"
 
 #include <algorithm>
 
@@ -37,9 +36,7 @@ QVariant NamesModel::data(const QModelIndex& index, int role) const {
         return {};
     if (role == Qt::ToolTipRole)
         return tr("Not as in the engine");
-    QFont bold;
-    bold.setBold(true);
-    return bold;
+    return MarkedFont(true);
 }
 
 bool NamesModel::Differs(std::int32_t record) const {

@@ -83,13 +83,7 @@ void RecordTableEditor::Restore() {
     const char* question = records.size() == 1 ? words_.restoreOne : words_.restoreMany;
     if (context_.program.notifier.Ask(question, Buttons::YesNo) == Answer::No)
         return;
-    Edits& edits = context_.edits;
-    std::vector<Cell> cells;
-    for (const int record : records)
-        for (const Cell& cell : edits.CellsOf(kind_, record))
-            cells.push_back(cell);
-    edits.Restore(cells, "restore " + (records.size() == 1 ? edits.RecordName(kind_, records.front())
-                                                           : std::to_string(records.size()) + " " + words_.many));
+    context_.edits.RestoreRecords(kind_, records, words_.many);
 }
 
 void RecordTableEditor::ShowMenu(const QPoint& place) {

@@ -1,6 +1,6 @@
 #include "ui/editors/RecordTableModel.h"
 
-#include <QFont>
+#include "ui/editors/Marking.h"
 
 namespace plinket3 {
 
@@ -32,15 +32,10 @@ QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
         return SearchText(record);
     case Qt::TextAlignmentRole:
         return Alignment(index.column());
-    case Qt::FontRole: {
-        if (!Differs(record, index.column()))
-            return {};
-        QFont bold;
-        bold.setBold(true);
-        return bold;
-    }
+    case Qt::FontRole:
+        return MarkedFont(Differs(record, index.column()));
     case Qt::ToolTipRole:
-        return Differs(record, index.column()) ? tr("Default: %1").arg(Text(Defaults(), record, index.column()))
+        return Differs(record, index.column()) ? DefaultTip(Text(Defaults(), record, index.column()))
                                                : PlainTip(record, index.column());
     default:
         return {};

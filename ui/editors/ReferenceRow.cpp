@@ -1,5 +1,7 @@
 #include "ui/editors/ReferenceRow.h"
 
+#include "ui/editors/Labels.h"
+
 #include <QStyle>
 
 #include <algorithm>
@@ -24,7 +26,7 @@ QPushButton* NewSmallButton(const QString& name, const QString& text, const QStr
 ReferenceRow::ReferenceRow(Reference reference, const QString& stem, const QString& label, const EditorContext& context,
                            QGridLayout& form, std::function<void(std::int32_t)> show)
     : reference_(reference), context_(context), label_(label),
-      box_(new NumberBox("txt" + stem + "N", label, context.edits, NumberForm::Index)),
+      box_(new NumberBox("txt" + stem + "N", label, context, NumberForm::Index)),
       description_(new LinkLabel("lbl" + stem + "S")),
       assign_(NewSmallButton("cmd" + stem + "A", tr("Assign"), tr("Assign %1").arg(label))) {
     setParent(box_);

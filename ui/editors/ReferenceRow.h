@@ -2,7 +2,7 @@
 
 #include "ui/editors/EditorWindow.h"
 #include "ui/editors/LinkLabel.h"
-#include "ui/editors/NumberFields.h"
+#include "ui/editors/NumberBox.h"
 
 #include <QGridLayout>
 #include <QPushButton>

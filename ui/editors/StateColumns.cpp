@@ -2,7 +2,7 @@
 
 #include "core/Text.h"
 #include "ui/LatinText.h"
-#include "ui/editors/NumberFields.h"
+#include "ui/editors/Labels.h"
 
 #include <QCoreApplication>
 
@@ -39,9 +39,8 @@ constexpr std::array<ColumnFacts, stateColumnCount + 2> columns{{
 
 const ColumnFacts& FactsOf(StateColumn column) { return columns[static_cast<std::size_t>(column)]; }
 
-std::string StepName(std::string_view what, const std::vector<std::int32_t>& states, std::size_t count) {
-    const std::string name(what);
-    return count == 1 ? name + "frame " + std::to_string(states.front()) : name + std::to_string(count) + " frames";
+std::string StepName(const Edits& edits, StateColumn column, const std::vector<std::int32_t>& states) {
+    return std::string(FactsOf(column).stepName) + " of " + edits.RecordsName(RecordKind::State, states, "frames");
 }
 
 std::int32_t StoredNumber(const PatchSet& set, std::int32_t state, StateColumn column) {
@@ -119,8 +118,7 @@ void StoreInStates(Edits& edits, const PatchData& patch, const std::vector<std::
             taken.push_back(state);
     if (taken.empty() || which.empty())
         return;
-    std::string name = StepName(std::string(FactsOf(which.front()).stepName) + " of ", taken, taken.size());
-    StoreColumns(edits, patch.current, taken, which, std::move(name), typing,
+    StoreColumns(edits, patch.current, taken, which, StepName(edits, which.front(), taken), typing,
                  [values](std::int32_t, StateColumn column) {
                      for (const StateColumnAssignment& assignment : values)
                          if (assignment.column == column)
@@ -136,21 +134,10 @@ void RestoreStateColumn(Edits& edits, const PatchData& patch, const std::vector<
     std::vector<StateColumn> which{column};
     if (column == StateColumn::Name)
         which = {StateColumn::Sprite, StateColumn::Frame};
-    std::string name = StepName("restore " + std::string(FactsOf(column).stepName) + " of ", states, states.size());
-    StoreColumns(edits, patch.current, states, which, std::move(name), false,
+    StoreColumns(edits, patch.current, states, which, "restore " + StepName(edits, column, states), false,
                  [&patch](std::int32_t state, StateColumn restored) {
                      return StateColumnValue(patch.defaults, state, restored);
                  });
-}
-
-void RestoreStates(Edits& edits, const std::vector<std::int32_t>& states) {
-    if (states.empty())
-        return;
-    std::vector<Cell> cells;
-    for (const std::int32_t state : states)
-        for (const Cell& cell : edits.CellsOf(RecordKind::State, state))
-            cells.push_back(cell);
-    edits.Restore(cells, StepName("restore ", states, states.size()));
 }
 
 } // namespace plinket3

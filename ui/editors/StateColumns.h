@@ -54,7 +54,5 @@ void StoreInStates(Edits& edits, const PatchData& patch, const std::vector<std::
 /// Restores one column of these states; for `Name` sprite and frame, for `Number` nothing.
 void RestoreStateColumn(Edits& edits, const PatchData& patch, const std::vector<std::int32_t>& states,
                         StateColumn column);
-/// Restores these states with their actions.
-void RestoreStates(Edits& edits, const std::vector<std::int32_t>& states);
 
 } // namespace plinket3

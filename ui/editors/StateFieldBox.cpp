@@ -2,6 +2,8 @@
 
 #include "core/Numbers.h"
 #include "ui/LatinText.h"
+#include "ui/editors/Marking.h"
+#include "ui/editors/NumberBox.h"
 
 #include <QFocusEvent>
 #include <QMenu>
@@ -12,8 +14,7 @@ namespace plinket3 {
 
 StateFieldBox::StateFieldBox(const QString& name, const QString& accessibleName, StateColumn column,
                              const StateSelection& selection, const EditorContext& context)
-    : FieldBox(name, accessibleName, context.edits), patch_(context.program.patch), column_(column),
-      selection_(selection) {
+    : FieldBox(name, accessibleName, context), patch_(context.program.patch), column_(column), selection_(selection) {
     connect(this, &QLineEdit::textEdited, this, &StateFieldBox::StoreText);
 }
 
@@ -35,7 +36,7 @@ void StateFieldBox::Update() {
 
 void StateFieldBox::ShowValue() {
     if (selection_.states.size() != 1)
-        return plinket3::MarkDifference(*this, false, {});
+        return MarkDifference(*this, false, {});
     const std::int32_t value = StateColumnValue(patch_.current, selection_.current, column_);
     const std::int32_t standard = StateColumnValue(patch_.defaults, selection_.current, column_);
     if (text().isEmpty() && !isModified())

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "ui/editors/EditorWindow.h"
+#include "ui/editors/FieldBox.h"
 #include "ui/editors/FrameForm.h"
-#include "ui/editors/NumberFields.h"
 #include "ui/editors/StateColumns.h"
 #include "ui/editors/StateSelection.h"
 

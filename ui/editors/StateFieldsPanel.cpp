@@ -2,7 +2,9 @@
 
 #include "patch/StateUse.h"
 #include "ui/LatinText.h"
+#include "ui/editors/Labels.h"
 #include "ui/editors/LinkLabel.h"
+#include "ui/editors/Marking.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -310,7 +312,7 @@ void StateFieldsPanel::BrowseAction() {
 
 void StateFieldsPanel::Restore() {
     if (!selection_.states.empty() && context_.program.notifier.Ask(restoreQuestion, Buttons::YesNo) != Answer::No)
-        RestoreStates(context_.edits, selection_.states);
+        context_.edits.RestoreRecords(RecordKind::State, selection_.states, "frames");
 }
 
 } // namespace plinket3

@@ -2,9 +2,9 @@
 
 #include "core/Text.h"
 #include "ui/LatinText.h"
+#include "ui/editors/Marking.h"
 #include "ui/editors/StateColumns.h"
 
-#include <QFont>
 #include <QFontDatabase>
 
 #include <algorithm>
@@ -64,12 +64,10 @@ QVariant StateTableModel::data(const QModelIndex& at, int role) const {
     case Qt::DisplayRole:
         return text(current);
     case Qt::ToolTipRole:
-        return text(current) == text(defaults) ? QVariant() : QVariant(tr("Default: %1").arg(text(defaults)));
+        return text(current) == text(defaults) ? QVariant() : QVariant(DefaultTip(text(defaults)));
     case Qt::FontRole: {
-        QFont font = IsNumberColumn(column) ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QFont();
-        if (text(current) != text(defaults))
-            font.setBold(true);
-        return font;
+        const QFont font = IsNumberColumn(column) ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QFont();
+        return MarkedFont(text(current) != text(defaults), font);
     }
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(Qt::AlignVCenter | (IsNumberColumn(column) ? Qt::AlignRight : Qt::AlignLeft));

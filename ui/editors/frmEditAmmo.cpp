@@ -8,6 +8,8 @@ namespace plinket3 {
 
 namespace {
 
+constexpr int mostDigits = 6;
+
 struct AmmoBox {
     const char* name;
     const char* label;
@@ -34,10 +36,10 @@ QWidget* frmEditAmmo::BuildFields() {
     auto* form = new QFormLayout(group);
     for (const AmmoBox& row : ammoBoxes) {
         const QString label = tr(row.label);
-        auto* box = new NumberBox(QString::fromLatin1(row.name), label, context_.edits, NumberForm::Ranged);
-        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QString(9, '0')));
+        auto* box = new NumberBox(QString::fromLatin1(row.name), label, context_, NumberForm::Ranged);
+        box->setMinimumWidth(WidthForDigits(*box, mostDigits));
         form->addRow(label, box);
-        boxes_.push_back({box, RowOf(row.member)});
+        boxes_.Add(*box, RowOf(row.member));
     }
     auto* fields = new QWidget;
     auto* layout = new QVBoxLayout(fields);
@@ -45,16 +47,6 @@ QWidget* frmEditAmmo::BuildFields() {
     layout->addWidget(group);
     layout->addStretch();
     return fields;
-}
-
-void frmEditAmmo::ShowRecord(std::optional<std::int32_t> record) {
-    for (const Box& box : boxes_)
-        box.box->ShowCell(record ? std::optional<Cell>({RecordKind::Ammo, *record, box.field}) : std::nullopt);
-}
-
-void frmEditAmmo::UpdateRecord() {
-    for (const Box& box : boxes_)
-        box.box->Update();
 }
 
 } // namespace plinket3

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/editors/NamedRecordEditor.h"
-#include "ui/editors/NumberFields.h"
+#include "ui/editors/NumberBox.h"
 
 namespace plinket3 {
 
@@ -13,15 +13,11 @@ public:
 
 protected:
     QWidget* BuildFields() override;
-    void ShowRecord(std::optional<std::int32_t> record) override;
-    void UpdateRecord() override;
+    void ShowRecord(std::optional<std::int32_t> record) override { boxes_.Show(record); }
+    void UpdateRecord() override { boxes_.Update(); }
 
 private:
-    struct Box {
-        NumberBox* box;
-        int field;
-    };
-    std::vector<Box> boxes_;
+    NumberBoxes boxes_{RecordKind::Ammo};
 };
 
 } // namespace plinket3

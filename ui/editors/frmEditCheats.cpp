@@ -1,22 +1,16 @@
 #include "ui/editors/frmEditCheats.h"
 
-#include "ui/LatinLineEdit.h"
 #include "ui/LatinText.h"
-#include "ui/editors/NumberFields.h"
+#include "ui/editors/FieldBox.h"
+#include "ui/editors/Marking.h"
 
-#include <QContextMenuEvent>
-#include <QFocusEvent>
-#include <QFontDatabase>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QMenu>
 #include <QPushButton>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <memory>
 
 namespace plinket3 {
 
@@ -34,39 +28,19 @@ constexpr std::array<const char*, cheatLabels.size()> boxNames{
 
 Cell CellOf(std::size_t cheat) { return {RecordKind::Cheat, static_cast<std::int32_t>(cheat), textField}; }
 
-/// A cheat's box: its whole text is selected when it gets the focus, a run of typing ends when it goes.
-class CheatEdit : public LatinLineEdit {
+class CheatEdit : public FieldBox {
 public:
     CheatEdit(std::size_t cheat, const QString& label, const EditorContext& context)
-        : LatinLineEdit(QString::fromLatin1(boxNames[cheat]), label,
-                        [&links = context.links](const QString& word) { links.ShowStatus(word); }),
-          edits_(context.edits), cell_(CellOf(cheat)) {
-        setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        : FieldBox(QString::fromLatin1(boxNames[cheat]), label, context), cell_(CellOf(cheat)) {
+        setAlignment(Qt::AlignLeft);
     }
 
 protected:
-    void focusInEvent(QFocusEvent* event) override {
-        LatinLineEdit::focusInEvent(event);
-        if (event->reason() != Qt::PopupFocusReason)
-            QTimer::singleShot(0, this, &QLineEdit::selectAll);
-    }
-    void focusOutEvent(QFocusEvent* event) override {
-        LatinLineEdit::focusOutEvent(event);
-        edits_.EndTyping();
-    }
-    void contextMenuEvent(QContextMenuEvent* event) override {
-        const std::unique_ptr<QMenu> menu(createStandardContextMenu());
-        menu->addSeparator();
-        const std::string standard = std::get<std::string>(edits_.DefaultValue(cell_));
-        QAction* restore = menu->addAction(tr("Restore default (%1)").arg(ShownText(standard)), this,
-                                           [this] { edits_.Restore({cell_}, "restore " + edits_.NameOf(cell_)); });
-        restore->setObjectName(QStringLiteral("restoreField"));
-        restore->setEnabled(!edits_.IsDefault(cell_));
-        menu->exec(event->globalPos());
+    void AddRestore(QMenu& menu) override {
+        AddRestoreEntry(menu, cell_, ShownText(std::get<std::string>(edits_.DefaultValue(cell_))));
     }
 
 private:
-    Edits& edits_;
     Cell cell_;
 };
 

@@ -1,5 +1,8 @@
 #include "ui/editors/frmEditMisc.h"
 
+#include "ui/editors/Labels.h"
+#include "ui/editors/Marking.h"
+
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -42,11 +45,6 @@ constexpr MiscBox miscBoxes[]{
 };
 constexpr std::size_t groupsInTheFirstColumn = 3;
 
-QString LabelOf(int field) {
-    const std::string_view label = fieldTable<MiscRecord>[static_cast<std::size_t>(field)].label;
-    return QString::fromLatin1(label.data(), static_cast<qsizetype>(label.size()));
-}
-
 /// Gives the labels of all groups one width, so that the boxes stand below each other.
 void AlignLabels(const std::vector<QLabel*>& labels) {
     int width = 0;
@@ -72,19 +70,18 @@ void frmEditMisc::Build() {
             form = new QFormLayout(group);
             (groups++ < groupsInTheFirstColumn ? first : second)->addWidget(group);
         }
-        const int field = RowOf(row.member);
-        auto* box = new NumberBox(QString::fromLatin1(row.name), LabelOf(field), context_.edits, NumberForm::Ranged);
+        const QString label = FieldLabel(row.member);
+        auto* box = new NumberBox(QString::fromLatin1(row.name), label, context_, NumberForm::Ranged);
         box->setMinimumWidth(WidthForDigits(*box, fewestDigits));
         box->setMaximumWidth(WidthForDigits(*box, mostDigits));
-        labels.push_back(new QLabel(LabelOf(field)));
+        labels.push_back(new QLabel(label));
         labels.back()->setBuddy(box);
         form->addRow(labels.back(), box);
-        boxes_.push_back(box);
-        fields_.push_back(field);
+        boxes_.Add(*box, RowOf(row.member));
     }
     chkMonstersInfight_ = new QCheckBox(tr("Monsters of a kind &hurt each other"));
     chkMonstersInfight_->setObjectName(QStringLiteral("chkMonstersInfight"));
-    chkMonstersInfight_->setAccessibleName(LabelOf(infight.field));
+    chkMonstersInfight_->setAccessibleName(FieldLabel(&MiscRecord::monstersInfight));
     form->addRow(chkMonstersInfight_);
     AlignLabels(labels);
     first->addStretch();
@@ -104,16 +101,14 @@ void frmEditMisc::Build() {
 }
 
 void frmEditMisc::updateForm() {
-    for (std::size_t i = 0; i < boxes_.size(); ++i)
-        boxes_[i]->ShowCell(Cell{RecordKind::Misc, 0, fields_[i]});
+    boxes_.Show(0);
     ShowInfight();
 }
 
 void frmEditMisc::ShowCells(const std::vector<Cell>& cells) {
     if (std::none_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::Misc; }))
         return;
-    for (NumberBox* box : boxes_)
-        box->Update();
+    boxes_.Update();
     ShowInfight();
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/editors/NumberFields.h"
-
-#include <vector>
+#include "ui/editors/NumberBox.h"
 
 class QCheckBox;
 
@@ -26,8 +24,7 @@ private:
     void ShowInfight();
     void RestoreAll();
 
-    std::vector<NumberBox*> boxes_;
-    std::vector<int> fields_; // of the boxes, in their order
+    NumberBoxes boxes_{RecordKind::Misc};
     QCheckBox* chkMonstersInfight_ = nullptr;
 };
 

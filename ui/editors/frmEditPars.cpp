@@ -3,7 +3,7 @@
 #include "core/Numbers.h"
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
-#include "ui/editors/NumberFields.h"
+#include "ui/editors/FieldBox.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -40,7 +40,6 @@ constexpr ParBox parBoxes[]{
      QT_TRANSLATE_NOOP("frmEditPars", "Seconds, or minutes and seconds as in 1:30")},
 };
 
-/// A line edit of which the whole text is selected when it gets the focus.
 class ParEdit : public FieldBox {
 public:
     using FieldBox::FieldBox;
@@ -85,7 +84,7 @@ void frmEditPars::Build() {
     auto* form = new QFormLayout(group);
     for (std::size_t i = 0; i < boxCount; ++i) {
         const ParBox& row = parBoxes[i];
-        boxes_[i] = new ParEdit(QString::fromLatin1(row.name), tr(row.label).remove(QLatin1Char('&')), context_.edits);
+        boxes_[i] = new ParEdit(QString::fromLatin1(row.name), tr(row.label).remove(QLatin1Char('&')), context_);
         boxes_[i]->setToolTip(tr(row.tip));
         boxes_[i]->setMinimumWidth(WidthForDigits(*boxes_[i], digitsOfABox));
         form->addRow(tr(row.label), boxes_[i]);

@@ -1,8 +1,8 @@
 #include "ui/editors/frmEditThings.h"
 
 #include "patch/modPatchText.h"
-#include "ui/LatinLineEdit.h"
 #include "ui/LatinText.h"
+#include "ui/editors/Labels.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -60,18 +60,12 @@ constexpr ReferenceField soundFields[]{
     {"ActionSound", &ThingRecord::actionSound},
 };
 
-const Field<ThingRecord>& RowFor(std::int32_t ThingRecord::*member) {
-    return fieldTable<ThingRecord>[static_cast<std::size_t>(RowOf(member))];
-}
-
-QString LabelFor(std::int32_t ThingRecord::*member) { return ShownText(RowFor(member).label); }
-
 /// Of the widest label beside a state or sound number, so that both groups line up.
 int LabelWidth(const QFontMetrics& metrics) {
     int width = 0;
     for (const std::span<const ReferenceField> fields : {std::span<const ReferenceField>(stateFields), {soundFields}})
         for (const ReferenceField& field : fields)
-            width = std::max(width, metrics.horizontalAdvance(LabelFor(field.member)));
+            width = std::max(width, metrics.horizontalAdvance(FieldLabel(field.member)));
     return width;
 }
 
@@ -234,9 +228,9 @@ QWidget* frmEditThings::BuildNumbers() {
     form->addWidget(sprite_, 0, 0, 1, 2);
     form->setRowStretch(0, 1);
     for (const NumberField& field : numberFields) {
-        const QString text = LabelFor(field.member);
-        const FieldUnit unit = RowFor(field.member).unit;
-        auto* box = new NumberBox(QString::fromLatin1(field.control), text, context_.edits,
+        const QString text = FieldLabel(field.member);
+        const FieldUnit unit = FieldOf(field.member).unit;
+        auto* box = new NumberBox(QString::fromLatin1(field.control), text, context_,
                                   unit == FieldUnit::Fixed16 ? NumberForm::Fixed : NumberForm::Long);
         box->setFixedWidth(WidthForDigits(*box, longestDigits));
         box->setAccessibleDescription(tr(field.hint));
@@ -246,7 +240,7 @@ QWidget* frmEditThings::BuildNumbers() {
         const int row = form->rowCount();
         form->addWidget(label, row, 0);
         form->addWidget(box, row, 1);
-        boxes_.push_back({box, RowOf(field.member)});
+        boxes_.Add(*box, RowOf(field.member));
         if (unit == FieldUnit::ProjectileSpeed)
             speed_ = box;
     }
@@ -261,10 +255,10 @@ QWidget* frmEditThings::BuildReferences(Reference reference, const QString& head
     form->setColumnMinimumWidth(0, LabelWidth(fontMetrics()));
     form->setColumnStretch(2, 1);
     for (const ReferenceField& field : fields) {
-        auto* row =
-            new ReferenceRow(reference, QString::fromLatin1(field.stem), LabelFor(field.member), context_, *form, show);
+        auto* row = new ReferenceRow(reference, QString::fromLatin1(field.stem), FieldLabel(field.member), context_,
+                                     *form, show);
         references_.push_back(row);
-        boxes_.push_back({&row->Box(), RowOf(field.member)});
+        boxes_.Add(row->Box(), RowOf(field.member));
     }
     form->setRowStretch(form->rowCount(), 1);
     return group;
@@ -296,8 +290,7 @@ void frmEditThings::fillStaticData() {
 void frmEditThings::updateForm() {
     number_->setText(tr("Thing %1").arg(thing_ + 1));
     ShowSpeedForm();
-    for (const BoundBox& bound : boxes_)
-        bound.box->ShowCell(thing_ < 0 ? std::nullopt : std::optional(Cell{RecordKind::Thing, thing_, bound.field}));
+    boxes_.Show(thing_ < 0 ? std::nullopt : std::optional<std::int32_t>(thing_));
     flags_.ShowThing(thing_);
     ShowSprite();
     SelectInList();
@@ -310,8 +303,7 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
         std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
     if (std::any_of(cells.begin(), cells.end(), concerns)) {
         ShowSpeedForm();
-        for (const BoundBox& bound : boxes_)
-            bound.box->Update();
+        boxes_.Update();
         flags_.FlagsChanged();
         ShowSprite();
     } else if (states) { // they may look otherwise
@@ -347,18 +339,10 @@ void frmEditThings::ShowSprite() {
 void frmEditThings::Rename() {
     if (thing_ < 0)
         return;
-    const Cell cell{RecordKind::Thing, thing_, nameField};
-    const QString name = context_.links.AskText(tr("Thing %1").arg(thing_ + 1), tr("Enter a new name"),
-                                                ShownText(std::get<std::string>(context_.edits.Value(cell))));
-    if (name.isEmpty())
-        return;
-    if (!IsStorable(name)) {
-        context_.links.ShowStatus(WhyNotStorable(name));
-        return;
-    }
-    context_.edits.Store(cell, StoredText(name));
+    const QString name = AskName(RecordKind::Thing, thing_, tr("Thing %1").arg(thing_ + 1), tr("Enter a new name"));
     // Kept: the text goes to the entry of the thing after this one. docs/kept-behaviour.md
-    context_.links.ReplaceThingFilterEntry(thing_ + 1, name);
+    if (!name.isEmpty())
+        context_.links.ReplaceThingFilterEntry(thing_ + 1, name);
 }
 
 void frmEditThings::Restore(const std::vector<int>& things) {
@@ -369,14 +353,7 @@ void frmEditThings::Restore(const std::vector<int>& things) {
     if (context_.program.notifier.Ask(question, Buttons::YesNo) == Answer::No)
         return;
     // Kept: the state editor's list of things keeps a restored thing's former name. docs/kept-behaviour.md
-    std::vector<Cell> cells;
-    for (const int thing : things) {
-        const std::vector<Cell> more = context_.edits.CellsOf(RecordKind::Thing, thing);
-        cells.insert(cells.end(), more.begin(), more.end());
-    }
-    context_.edits.Restore(cells, "restore " + (things.size() == 1
-                                                    ? context_.edits.RecordName(RecordKind::Thing, things.front())
-                                                    : std::to_string(things.size()) + " things"));
+    context_.edits.RestoreRecords(RecordKind::Thing, things, "things");
 }
 
 std::vector<int> frmEditThings::SelectedThings() const {

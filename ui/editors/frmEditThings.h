@@ -3,7 +3,7 @@
 #include "ui/editors/EditorWindow.h"
 #include "ui/editors/FlagListModel.h"
 #include "ui/editors/NamesModel.h"
-#include "ui/editors/NumberFields.h"
+#include "ui/editors/NumberBox.h"
 #include "ui/editors/ReferenceRow.h"
 #include "ui/editors/SpriteView.h"
 #include "ui/editors/ThingFilter.h"
@@ -40,11 +40,6 @@ protected:
     void ShowCells(const std::vector<Cell>& cells) override;
 
 private:
-    struct BoundBox {
-        NumberBox* box;
-        int field; // a row of the table of things
-    };
-
     QWidget* BuildList();
     QWidget* BuildFields();
     QWidget* BuildHead();
@@ -65,7 +60,7 @@ private:
     NamesModel names_;
     ThingFilter listed_;
     FlagListModel flags_;
-    std::vector<BoundBox> boxes_;
+    NumberBoxes boxes_{RecordKind::Thing};
     std::vector<ReferenceRow*> references_;
     NumberBox* speed_ = nullptr;
     QAbstractItemView* list_ = nullptr;

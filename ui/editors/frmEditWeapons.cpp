@@ -1,5 +1,7 @@
 #include "ui/editors/frmEditWeapons.h"
 
+#include "ui/editors/Marking.h"
+
 #include <QAction>
 #include <QComboBox>
 #include <QFormLayout>
@@ -46,10 +48,7 @@ QWidget* frmEditWeapons::BuildFields() {
     restoreAmmoType_ = new QAction(ammoType_);
     ammoType_->addAction(restoreAmmoType_);
     ammoType_->setContextMenuPolicy(Qt::ActionsContextMenu);
-    connect(restoreAmmoType_, &QAction::triggered, this, [this] {
-        const Cell cell = *AmmoTypeCell();
-        context_.edits.Restore({cell}, "restore " + context_.edits.NameOf(cell));
-    });
+    connect(restoreAmmoType_, &QAction::triggered, this, [this] { context_.edits.RestoreCell(*AmmoTypeCell()); });
     auto* ammo = new QGroupBox(tr("Ammunition"));
     auto* ammoForm = new QFormLayout(ammo);
     ammoForm->addRow(tr("Ammo type"), ammoType_);
@@ -62,9 +61,10 @@ QWidget* frmEditWeapons::BuildFields() {
             context_.links.SelectSingleState(state, -1, *weapon);
     };
     for (const StateBox& row : stateBoxes)
-        states_.push_back({new ReferenceRow(Reference::State, QString::fromLatin1(row.stem), tr(row.label), context_,
-                                            *statesForm, bringUp),
-                           RowOf(row.member)});
+        states_.Add((new ReferenceRow(Reference::State, QString::fromLatin1(row.stem), tr(row.label), context_,
+                                      *statesForm, bringUp))
+                        ->Box(),
+                    RowOf(row.member));
 
     auto* preview = new QGroupBox(tr("Held ready"));
     sprite_ = new SpriteView(QStringLiteral("picSprite"));
@@ -86,16 +86,13 @@ void frmEditWeapons::fillStaticData() {
 }
 
 void frmEditWeapons::ShowRecord(std::optional<std::int32_t> record) {
-    for (const StateRow& state : states_)
-        state.row->Box().ShowCell(record ? std::optional<Cell>({RecordKind::Weapon, *record, state.field})
-                                         : std::nullopt);
+    states_.Show(record);
     ShowAmmoType();
     ShowSprite();
 }
 
 void frmEditWeapons::UpdateRecord() {
-    for (const StateRow& state : states_)
-        state.row->Box().Update();
+    states_.Update();
     ShowAmmoType();
     ShowSprite();
 }

@@ -23,10 +23,6 @@ protected:
     void ShowCells(const std::vector<Cell>& cells) override;
 
 private:
-    struct StateRow {
-        ReferenceRow* row;
-        int field;
-    };
     std::optional<Cell> AmmoTypeCell() const;
     QString AmmoName(std::int32_t type) const;
     void ShowAmmoType();
@@ -35,7 +31,7 @@ private:
     NamesModel ammoNames_;
     QComboBox* ammoType_ = nullptr;
     QAction* restoreAmmoType_ = nullptr;
-    std::vector<StateRow> states_;
+    NumberBoxes states_{RecordKind::Weapon};
     SpriteView* sprite_ = nullptr;
 };
 

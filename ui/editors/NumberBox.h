@@ -1,17 +1,9 @@
 #pragma once
 
-#include "patch/Edits.h"
-#include "patch/modTableDef.h"
-
-#include <QLabel>
-#include <QLineEdit>
+#include "ui/editors/FieldBox.h"
 
 #include <cstdint>
-#include <functional>
 #include <optional>
-#include <string>
-
-class QMenu;
 
 namespace plinket3 {
 
@@ -22,12 +14,6 @@ std::int32_t ReadLongField(QLineEdit& box);
 /// A box's text as a whole number within the limits. Text with another value than the result is replaced by it.
 std::int32_t ReadRangedField(QLineEdit& box, Limits limits);
 
-/// A state as lists and labels show it: "-" for state 0, else its sprite's name and the letter of its frame.
-QString StateLabelText(const PatchSet& set, std::int32_t state);
-
-/// A sound as labels show it: "-" for sound 0, else its name.
-QString SoundLabelText(const PatchSet& set, std::int32_t sound);
-
 /// How the number of a cell stands in its box.
 enum class NumberForm {
     Long,   // whole, 32 bits
@@ -36,35 +22,12 @@ enum class NumberForm {
     Ranged, // whole, within the cell's limits
 };
 
-/// What the boxes for numbers share: digits on the right, the whole text selected when the focus comes, a run of typing
-/// that ends when it goes, and a context menu that offers to restore the default.
-class FieldBox : public QLineEdit {
-    Q_OBJECT
-public:
-    /// `accessibleName` is what the field's label says. The box is disabled until it has something to show.
-    FieldBox(const QString& name, const QString& accessibleName, Edits& edits);
-
-protected:
-    /// Adds the entry that restores what the box shows, if there is something.
-    virtual void AddRestore(QMenu& menu) = 0;
-
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void contextMenuEvent(QContextMenuEvent* event) override;
-
-    Edits& edits_;
-};
-
-/// The width at which a box shows that many digits.
-int WidthForDigits(const QLineEdit& box, int digits);
-
 /// A box for one numeric cell of the patch: shows it, stores what the user types (a run of typing is one step) and
-/// marks a value that is not the engine's (bold, and the default in the tooltip).
+/// marks a value that is not the engine's.
 class NumberBox : public FieldBox {
     Q_OBJECT
 public:
-    /// `accessibleName` is what the field's label says.
-    NumberBox(const QString& name, const QString& accessibleName, Edits& edits, NumberForm form);
+    NumberBox(const QString& name, const QString& accessibleName, const EditorContext& context, NumberForm form);
 
     /// The cell that the box stands for from now on; none: the box is empty and disabled. Stores nothing.
     void ShowCell(const std::optional<Cell>& cell);
@@ -86,14 +49,33 @@ protected:
 private:
     std::int32_t ReadText();
     QString TextOf(std::int32_t value) const;
+    QString DefaultText() const;
     void StoreText(bool typing);
-    void MarkDifference();
+    void Mark();
 
     NumberForm form_;
     std::optional<Cell> cell_;
 };
 
-/// Bold, and the default in the tooltip, for a value that is not the engine's; plain and `plainTip` for one that is.
-void MarkDifference(QWidget& widget, bool differs, const QString& defaultText, const QString& plainTip = {});
+/// The number boxes of a form that shows one record at a time.
+class NumberBoxes {
+public:
+    explicit NumberBoxes(RecordKind kind) : kind_(kind) {}
+
+    /// Adds a box for a row of the kind's table.
+    void Add(NumberBox& box, int field) { boxes_.push_back({&box, field}); }
+    /// Shows a record's values; none: the boxes are empty and disabled.
+    void Show(std::optional<std::int32_t> record);
+    /// Shows other values of the same record.
+    void Update();
+
+private:
+    struct Box {
+        NumberBox* box;
+        int field;
+    };
+    RecordKind kind_;
+    std::vector<Box> boxes_;
+};
 
 } // namespace plinket3

@@ -1,22 +1,16 @@
-#include "ui/editors/NumberFields.h"
+#include "ui/editors/NumberBox.h"
 
 #include "core/Numbers.h"
 #include "ui/LatinText.h"
+#include "ui/editors/Marking.h"
 
-#include <QContextMenuEvent>
 #include <QFocusEvent>
-#include <QFontDatabase>
-#include <QMenu>
-#include <QTimer>
-
-#include <memory>
 
 namespace plinket3 {
 
 namespace {
 
 constexpr double unitsPerFixed = 65536.0;
-constexpr std::int32_t firstFrameLetter = 'A';
 
 /// Kept: what does not fit wraps, a width of 40000 too. docs/kept-behaviour.md
 std::int32_t FixedFromUnits(std::int32_t units) {
@@ -53,42 +47,8 @@ std::int32_t ReadRangedField(QLineEdit& box, Limits limits) {
     return value;
 }
 
-QString StateLabelText(const PatchSet& set, std::int32_t state) {
-    if (state <= 0 || static_cast<std::size_t>(state) >= set.states.size())
-        return QStringLiteral("-");
-    const StateRecord& record = set.states[static_cast<std::size_t>(state)];
-    const std::int32_t letter = firstFrameLetter + (record.subnumber & ~litBit);
-    return ShownText(set.SpriteName(record.sprite)) + QChar(static_cast<char16_t>(letter & 0xff));
-}
-
-QString SoundLabelText(const PatchSet& set, std::int32_t sound) {
-    return sound == 0 ? QStringLiteral("-") : ShownText(set.SoundName(sound));
-}
-
-void MarkDifference(QWidget& widget, bool differs, const QString& defaultText, const QString& plainTip) {
-    if (widget.font().bold() != differs) {
-        QFont font = widget.font();
-        font.setBold(differs);
-        widget.setFont(font);
-    }
-    widget.setToolTip(differs ? QObject::tr("Default: %1").arg(defaultText) : plainTip);
-}
-
-int WidthForDigits(const QLineEdit& box, int digits) {
-    constexpr int marginDigits = 2; // frame and caret
-    return box.fontMetrics().horizontalAdvance(QString(digits + marginDigits, QLatin1Char('0')));
-}
-
-FieldBox::FieldBox(const QString& name, const QString& accessibleName, Edits& edits) : edits_(edits) {
-    setObjectName(name);
-    setAccessibleName(accessibleName);
-    setAlignment(Qt::AlignRight);
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    setEnabled(false);
-}
-
-NumberBox::NumberBox(const QString& name, const QString& accessibleName, Edits& edits, NumberForm form)
-    : FieldBox(name, accessibleName, edits), form_(form) {
+NumberBox::NumberBox(const QString& name, const QString& accessibleName, const EditorContext& context, NumberForm form)
+    : FieldBox(name, accessibleName, context), form_(form) {
     connect(this, &QLineEdit::textEdited, this, [this] { StoreText(true); });
 }
 
@@ -99,10 +59,10 @@ void NumberBox::ShowCell(const std::optional<Cell>& cell) {
     setEnabled(cell_.has_value());
     if (cell_) {
         setText(TextOf(std::get<std::int32_t>(edits_.Value(*cell_))));
-        MarkDifference();
+        Mark();
     } else {
         clear();
-        plinket3::MarkDifference(*this, false, {});
+        MarkDifference(*this, false, {});
     }
     emit Shown();
 }
@@ -123,7 +83,7 @@ void NumberBox::Update() {
                                                           : LeadingInt32(StoredText(text()));
     if (!typing || edits_.Limited(*cell_, shown) != value)
         setText(TextOf(value));
-    MarkDifference();
+    Mark();
     emit Shown();
 }
 
@@ -159,41 +119,17 @@ void NumberBox::StoreText(bool typing) {
     const std::int32_t value = ReadText();
     setModified(typing);
     edits_.Store(*cell_, value, typing);
-    MarkDifference();
+    Mark();
     emit Shown();
 }
 
-void NumberBox::MarkDifference() {
-    const std::int32_t standard = std::get<std::int32_t>(edits_.DefaultValue(*cell_));
-    plinket3::MarkDifference(*this, !edits_.IsDefault(*cell_), TextOf(standard));
-}
+QString NumberBox::DefaultText() const { return TextOf(std::get<std::int32_t>(edits_.DefaultValue(*cell_))); }
+
+void NumberBox::Mark() { MarkDifference(*this, !edits_.IsDefault(*cell_), DefaultText()); }
 
 void NumberBox::AddRestore(QMenu& menu) {
-    if (!cell_)
-        return;
-    const Cell cell = *cell_;
-    menu.addSeparator();
-    QAction* restore =
-        menu.addAction(tr("Restore default (%1)").arg(TextOf(std::get<std::int32_t>(edits_.DefaultValue(cell)))), this,
-                       [this, cell] { edits_.Restore({cell}, "restore " + edits_.NameOf(cell)); });
-    restore->setObjectName(QStringLiteral("restoreField"));
-    restore->setEnabled(!edits_.IsDefault(cell));
-}
-
-void FieldBox::focusInEvent(QFocusEvent* event) {
-    QLineEdit::focusInEvent(event);
-    if (event->reason() == Qt::PopupFocusReason)
-        return;
-    // A click sets the caret after the focus came; select when it is done.
-    QTimer::singleShot(0, this, &QLineEdit::selectAll);
-}
-
-void FieldBox::focusOutEvent(QFocusEvent* event) {
-    QLineEdit::focusOutEvent(event);
-    if (event->reason() == Qt::PopupFocusReason)
-        return;
-    edits_.EndTyping();
-    setModified(false);
+    if (cell_)
+        AddRestoreEntry(menu, *cell_, DefaultText());
 }
 
 void NumberBox::focusOutEvent(QFocusEvent* event) {
@@ -202,10 +138,14 @@ void NumberBox::focusOutEvent(QFocusEvent* event) {
         Update(); // what was typed with a fraction, or not as a number, now stands as it was stored
 }
 
-void FieldBox::contextMenuEvent(QContextMenuEvent* event) {
-    const std::unique_ptr<QMenu> menu(createStandardContextMenu());
-    AddRestore(*menu);
-    menu->exec(event->globalPos());
+void NumberBoxes::Show(std::optional<std::int32_t> record) {
+    for (const Box& box : boxes_)
+        box.box->ShowCell(record ? std::optional<Cell>({kind_, *record, box.field}) : std::nullopt);
+}
+
+void NumberBoxes::Update() {
+    for (const Box& box : boxes_)
+        box.box->Update();
 }
 
 } // namespace plinket3
