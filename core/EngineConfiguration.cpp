@@ -168,30 +168,6 @@ private:
     Status result_;
 };
 
-void ReadCounts(EngineReader& reader, EngineConfiguration::Counts& counts) {
-    counts.things = reader.Count("things");
-    counts.states = reader.Count("states");
-    counts.sounds = reader.Count("sounds");
-    counts.sprites = reader.Count("sprites");
-    counts.strings = reader.Count("strings");
-    counts.weapons = reader.Count("weapons");
-    counts.ammunition = reader.Count("ammunition");
-    counts.cheats = reader.Count("cheats");
-}
-
-void ReadOffsets(EngineReader& reader, EngineConfiguration::Offsets& offsets) {
-    offsets.dataSegment = reader.Whole("datasegment");
-    offsets.things = reader.Whole("things");
-    offsets.states = reader.Whole("states");
-    offsets.sounds = reader.Whole("sounds");
-    offsets.sprites = reader.Whole("sprites");
-    offsets.strings = reader.Whole("strings");
-    offsets.codePointers = reader.Whole("codepointers");
-    offsets.weapons = reader.Whole("weapons");
-    offsets.ammunition = reader.Whole("ammunition");
-    offsets.cheats = reader.Whole("cheats");
-}
-
 void ReadActions(EngineReader& reader, EngineConfiguration& engine) {
     reader.Enter("actiondescriptions");
     for (auto& [value, description] : reader.NumberedTexts())
@@ -224,9 +200,11 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     engine.exeSize = reader.Whole("exesize");
     engine.extended = reader.Flag("extended");
     reader.Enter("itemcounts");
-    ReadCounts(reader, engine.itemCounts);
+    for (const CountKey& row : countKeys)
+        engine.itemCounts.*row.member = reader.Count(row.key);
     if (reader.EnterOptional("offsets"))
-        ReadOffsets(reader, engine.offsets);
+        for (const OffsetKey& row : offsetKeys)
+            engine.offsets.*row.member = reader.Whole(row.key);
     reader.Enter("flagnames");
     engine.flagNames = reader.Keys();
     reader.Enter("flagtooltips");

@@ -72,6 +72,34 @@ struct EngineConfiguration {
     std::unordered_map<std::string, std::int32_t, TextHash, std::equal_to<>> valueByMnemonic; // the first of each
 };
 
+/// The keys of "itemcounts" and "offsets", in the order of a written file.
+struct CountKey {
+    std::string_view key;
+    std::int32_t EngineConfiguration::Counts::*member;
+};
+inline constexpr CountKey countKeys[]{
+    {"things", &EngineConfiguration::Counts::things},         {"states", &EngineConfiguration::Counts::states},
+    {"sounds", &EngineConfiguration::Counts::sounds},         {"sprites", &EngineConfiguration::Counts::sprites},
+    {"strings", &EngineConfiguration::Counts::strings},       {"weapons", &EngineConfiguration::Counts::weapons},
+    {"ammunition", &EngineConfiguration::Counts::ammunition}, {"cheats", &EngineConfiguration::Counts::cheats},
+};
+struct OffsetKey {
+    std::string_view key;
+    std::int32_t EngineConfiguration::Offsets::*member;
+};
+inline constexpr OffsetKey offsetKeys[]{
+    {"datasegment", &EngineConfiguration::Offsets::dataSegment},
+    {"things", &EngineConfiguration::Offsets::things},
+    {"states", &EngineConfiguration::Offsets::states},
+    {"sounds", &EngineConfiguration::Offsets::sounds},
+    {"sprites", &EngineConfiguration::Offsets::sprites},
+    {"strings", &EngineConfiguration::Offsets::strings},
+    {"codepointers", &EngineConfiguration::Offsets::codePointers},
+    {"weapons", &EngineConfiguration::Offsets::weapons},
+    {"ammunition", &EngineConfiguration::Offsets::ammunition},
+    {"cheats", &EngineConfiguration::Offsets::cheats},
+};
+
 namespace modConfig {
 
 inline constexpr std::string_view settingsType = "Plinket3 Program Configuration file";

@@ -54,28 +54,11 @@ Structure EngineStructure(const EngineConfiguration& engine) {
                         {"extended", engine.extended ? 1 : 0}});
 }
 
-Structure CountStructure(const EngineConfiguration::Counts& counts) {
-    return ToStructure({{"things", counts.things},
-                        {"states", counts.states},
-                        {"sounds", counts.sounds},
-                        {"sprites", counts.sprites},
-                        {"strings", counts.strings},
-                        {"weapons", counts.weapons},
-                        {"ammunition", counts.ammunition},
-                        {"cheats", counts.cheats}});
-}
-
-Structure OffsetStructure(const EngineConfiguration::Offsets& offsets) {
-    return ToStructure({{"datasegment", offsets.dataSegment},
-                        {"things", offsets.things},
-                        {"states", offsets.states},
-                        {"sounds", offsets.sounds},
-                        {"sprites", offsets.sprites},
-                        {"strings", offsets.strings},
-                        {"codepointers", offsets.codePointers},
-                        {"weapons", offsets.weapons},
-                        {"ammunition", offsets.ammunition},
-                        {"cheats", offsets.cheats}});
+/// The numbers of a record under the keys of its rows.
+template <class Record, class Rows> Structure Numbers(const Record& record, const Rows& rows) {
+    return ToStructure(rows, [&record](const auto& row, std::int32_t) {
+        return SettingTree::Entry(std::string(row.key), record.*row.member);
+    });
 }
 
 using Files = std::map<std::filesystem::path, std::string>;
@@ -101,8 +84,8 @@ std::string FormatEngine(const EngineConfiguration& engine) {
     };
     write("type", std::string(modConfig::engineType));
     write("engine", EngineStructure(engine));
-    write("itemcounts", CountStructure(engine.itemCounts));
-    write("offsets", OffsetStructure(engine.offsets));
+    write("itemcounts", Numbers(engine.itemCounts, countKeys));
+    write("offsets", Numbers(engine.offsets, offsetKeys));
     write("flagnames", Keys(engine.flagNames));
     write("flagtooltips", Values(engine.flagTooltips));
     write("thingnames", Keys(engine.thingNames));

@@ -19,40 +19,21 @@ protected:
     frmEditAmmo* window = nullptr;
 };
 
-struct AmmoCase {
-    const char* box;
-    std::int32_t AmmoRecord::*member;
-    const char* typed;
-    const char* shown;
-    std::int32_t stored;
-};
-constexpr AmmoCase ammoCases[]{
-    {"txtMaxAmmo", &AmmoRecord::maxAmmo, "1000000", "999999", 999999},
-    {"txtMaxAmmo", &AmmoRecord::maxAmmo, "-1", "0", 0},
-    {"txtMaxAmmo", &AmmoRecord::maxAmmo, "300", "300", 300},
-    {"txtPickupAmmo", &AmmoRecord::perAmmo, "1000000", "999999", 999999},
-    {"txtPickupAmmo", &AmmoRecord::perAmmo, "-1", "0", 0},
-    {"txtPickupAmmo", &AmmoRecord::perAmmo, "", "", 0},
-};
-
 TEST_F(frmEditAmmoTest, NumbersAreLimitedStoredAndUndone) {
-    for (const AmmoCase& row : ammoCases) {
-        Select(1);
-        auto& box = Find<QLineEdit>(*window, row.box);
-        EXPECT_EQ(box.text().toInt(), Defaults().ammo[1].*row.member);
-        EXPECT_FALSE(box.font().bold());
-        Type(box, row.typed);
-        if (*row.typed == '\0')
-            QTest::keyClick(&box, Qt::Key_Backspace);
-        EXPECT_EQ(box.text(), row.shown) << row.typed;
-        EXPECT_EQ(Current().ammo[1].*row.member, row.stored) << row.typed;
-        EXPECT_TRUE(program.patch.changed);
-        EXPECT_TRUE(box.font().bold());
-        edits.Undo();
-        EXPECT_FALSE(edits.CanUndo()) << "typing is one step";
-        EXPECT_EQ(Current(), Defaults());
-        EXPECT_EQ(box.text().toInt(), Defaults().ammo[1].*row.member);
-    }
+    struct {
+        const char* box;
+        Typed typed;
+    } const cases[]{
+        {"txtMaxAmmo", {{RecordKind::Ammo, 1, RowOf(&AmmoRecord::maxAmmo)}, "1000000", "999999", 999999}},
+        {"txtMaxAmmo", {{RecordKind::Ammo, 1, RowOf(&AmmoRecord::maxAmmo)}, "-1", "0", 0}},
+        {"txtMaxAmmo", {{RecordKind::Ammo, 1, RowOf(&AmmoRecord::maxAmmo)}, "300", "300", 300}},
+        {"txtPickupAmmo", {{RecordKind::Ammo, 1, RowOf(&AmmoRecord::perAmmo)}, "1000000", "999999", 999999}},
+        {"txtPickupAmmo", {{RecordKind::Ammo, 1, RowOf(&AmmoRecord::perAmmo)}, "-1", "0", 0}},
+        {"txtPickupAmmo", {{RecordKind::Ammo, 1, RowOf(&AmmoRecord::perAmmo)}, "", "", 0}},
+    };
+    Select(1);
+    for (const auto& row : cases)
+        CheckTyping(Find<QLineEdit>(*window, row.box), row.typed);
 }
 
 TEST_F(frmEditAmmoTest, RenamingCountsAmmunitionFromZero) {

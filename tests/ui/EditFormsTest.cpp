@@ -52,19 +52,9 @@ constexpr MiscCase miscCases[]{
 };
 
 TEST_F(frmEditMiscTest, EachBoxShowsLimitsStoresAndUndoes) {
-    for (const MiscCase& row : miscCases) {
-        auto& box = Find<QLineEdit>(*window, row.box);
-        EXPECT_EQ(box.text().toInt(), Defaults().misc.*row.member) << row.box;
-        EXPECT_FALSE(box.accessibleName().isEmpty());
-        Type(box, row.typed);
-        EXPECT_EQ(box.text(), row.shown) << row.box;
-        EXPECT_EQ(Current().misc.*row.member, row.stored) << row.box;
-        EXPECT_TRUE(program.patch.changed);
-        EXPECT_TRUE(box.font().bold());
-        edits.Undo();
-        EXPECT_EQ(Current(), Defaults()) << row.box << ": second copies are undone, too";
-        EXPECT_FALSE(program.patch.changed);
-    }
+    for (const MiscCase& row : miscCases)
+        CheckTyping(Find<QLineEdit>(*window, row.box),
+                    {{RecordKind::Misc, 0, RowOf(row.member)}, row.typed, row.shown, row.stored});
 }
 
 TEST_F(frmEditMiscTest, SecondCopiesFollow) {

@@ -1,8 +1,8 @@
 #include "ui/FileCommands.h"
 #include "core/Files.h"
 #include "patch/Session.h"
-#include "tests/support/TestSupport.h"
 #include "tests/ui/FakeDialogs.h"
+#include "tests/ui/UiTest.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,7 @@ namespace plinket3 {
 namespace {
 
 using test::ReadFile;
+using test::UseFolder;
 using test::WriteFile;
 
 constexpr const char* loseChanges = "All changes will be lost. Are you sure?";
@@ -37,13 +38,7 @@ std::string PaletteWad(const char* identification) {
 class FileCommandsTest : public ::testing::Test {
 protected:
     FileCommandsTest() {
-        program.programFolder = PLINKET3_PROGRAM_FOLDER;
-        program.settingsFolder = folder / "settings";
-        program.documentsFolder = folder / "documents";
-        std::filesystem::create_directories(program.settingsFolder);
-        program.settings.File(program.settingsFolder / "plinket3.cfg");
-        program.settings.CreateDefaults(program.documentsFolder);
-        program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
+        UseFolder(program, folder.Path());
         WriteFile(folder / "test.wad", PaletteWad("IWAD"));
         program.settings.AddIwad("Test", (folder / "test.wad").string());
         recovery = std::make_unique<Recovery>(program.settingsFolder);

@@ -24,6 +24,7 @@ namespace plinket3 {
 namespace {
 
 using test::Find;
+using test::UseFolder;
 using test::ModalDriver;
 
 constexpr const char* iwad = "/usr/share/games/doom/freedoom2.wad";
@@ -37,14 +38,8 @@ protected:
     void SetUp() override {
         if (!std::filesystem::exists(iwad))
             GTEST_SKIP() << "the Debian package freedoom is not installed";
-        program.programFolder = PLINKET3_PROGRAM_FOLDER;
-        program.settingsFolder = folder / "settings";
-        program.documentsFolder = folder / "documents";
-        std::filesystem::create_directories(program.settingsFolder);
-        program.settings.File(program.settingsFolder / "plinket3.cfg");
-        program.settings.CreateDefaults(program.documentsFolder);
+        UseFolder(program, folder.Path());
         program.settings.AddIwad("Freedoom", iwad);
-        program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
         Restart();
     }
 

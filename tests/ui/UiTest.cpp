@@ -59,6 +59,36 @@ void EditorTest::LoadEngine(const std::string& engine) {
     edits.Clear();
 }
 
+void EditorTest::CheckTyping(QLineEdit& box, const Typed& typed) {
+    const ::testing::ScopedTrace trace(__FILE__, __LINE__, box.objectName().toStdString() + " " + typed.text);
+    const std::int32_t standard = std::get<std::int32_t>(edits.DefaultValue(typed.cell));
+    EXPECT_EQ(box.text().toInt(), standard);
+    EXPECT_FALSE(box.font().bold());
+    EXPECT_FALSE(box.accessibleName().isEmpty());
+    Type(box, typed.text);
+    if (*typed.text == '\0')
+        QTest::keyClick(&box, Qt::Key_Backspace);
+    EXPECT_EQ(box.text(), typed.shown);
+    EXPECT_EQ(std::get<std::int32_t>(edits.Value(typed.cell)), typed.stored);
+    EXPECT_TRUE(program.patch.changed);
+    EXPECT_TRUE(box.font().bold());
+    edits.Undo();
+    EXPECT_FALSE(edits.CanUndo()) << "typing is one step";
+    EXPECT_EQ(Current(), Defaults());
+    EXPECT_FALSE(program.patch.changed);
+    EXPECT_EQ(box.text().toInt(), standard);
+}
+
+void UseFolder(Program& program, const std::filesystem::path& folder) {
+    program.programFolder = PLINKET3_PROGRAM_FOLDER;
+    program.settingsFolder = folder / "settings";
+    program.documentsFolder = folder / "documents";
+    std::filesystem::create_directories(program.settingsFolder);
+    program.settings.File(program.settingsFolder / "plinket3.cfg");
+    program.settings.CreateDefaults(program.documentsFolder);
+    program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
+}
+
 namespace {
 
 QPoint PointOfRow(QAbstractItemView& view, int row) {

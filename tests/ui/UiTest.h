@@ -63,6 +63,17 @@ protected:
         return opened;
     }
 
+    /// A value typed into a number box of an unchanged patch, and what comes of it.
+    struct Typed {
+        Cell cell;
+        const char* text;
+        const char* shown;
+        std::int32_t stored;
+    };
+    /// Types, and checks that the default was shown, that the value is limited, stored and marked, and that one undo
+    /// takes all of it back.
+    void CheckTyping(QLineEdit& box, const Typed& typed);
+
     ExpectingNotifier notifier;
     Program program{notifier};
     Edits edits{program.patch};
@@ -71,6 +82,9 @@ protected:
 private:
     std::vector<std::unique_ptr<EditorWindow>> windows_;
 };
+
+/// Gives the program its folders below `folder`, the settings of a first run and the engines beside the tests.
+void UseFolder(Program& program, const std::filesystem::path& folder);
 
 /// The control of that object name inside `window`; fails the test (and returns a fresh one) when there is none.
 template <class Widget> Widget& Find(QWidget& window, const char* name) {
