@@ -105,6 +105,13 @@ private:
         Ignore("is ignored, because it stands before the lines \"Doom version\" and \"Patch format\"");
     }
 
+    /// A number that is no field's value.
+    std::int32_t PlainNumber(std::string_view text) {
+        if (observer_ != nullptr)
+            observer_->Number(offset_, FieldUnit::Number, FieldWidth::Int32, text);
+        return LeadingInt32(text);
+    }
+
     // Header lines
 
     Status HeaderLine(std::string_view line) {
@@ -126,42 +133,41 @@ private:
             Ignore("is not supported and will be lost when the patch is saved");
             return {};
         }
-        const std::int32_t number = LeadingInt32(words[1]);
         if (VersionsKnown())
             section_ = section->section;
         if (section->section == Section::Text)
-            return TextReplacement(number, LeadingInt32(words[2]));
+            return TextReplacement(LeadingInt32(words[1]), LeadingInt32(words[2]));
         if (!VersionsKnown()) {
             IgnoreEarly();
             return {};
         }
         if (observer_ != nullptr)
             observer_->Section(offset_, section->word);
-        Select(number, words);
+        Select(words);
         return {};
     }
 
-    void Select(std::int32_t number, const HeaderWords& words) {
+    void Select(const HeaderWords& words) {
         switch (section_) {
         case Section::Thing:
-            SelectRecord(number, thingSection, set_.things.size());
+            SelectRecord(words[1], thingSection, set_.things.size());
             Rename(set_.thingNames, words);
             break;
         case Section::Frame:
-            SelectRecord(number, frameSection, set_.states.size());
+            SelectRecord(words[1], frameSection, set_.states.size());
             break;
         case Section::Sound:
-            SelectRecord(number, soundSection, set_.sounds.size());
+            SelectRecord(words[1], soundSection, set_.sounds.size());
             break;
         case Section::Pointer:
-            SelectRecord(number, pointerSection, engine_.codePointerStates.size());
+            SelectRecord(words[1], pointerSection, engine_.codePointerStates.size());
             break;
         case Section::Weapon:
-            SelectRecord(number, weaponSection, set_.weapons.size());
+            SelectRecord(words[1], weaponSection, set_.weapons.size());
             Rename(set_.weaponNames, words);
             break;
         case Section::Ammo:
-            SelectRecord(number, ammoSection, set_.ammo.size());
+            SelectRecord(words[1], ammoSection, set_.ammo.size());
             Rename(set_.ammoNames, words);
             break;
         default:
@@ -169,8 +175,8 @@ private:
         }
     }
 
-    void SelectRecord(std::int32_t number, const SectionRule& section, std::size_t count) {
-        const std::int64_t index = std::int64_t{number} - section.firstRead;
+    void SelectRecord(std::string_view number, const SectionRule& section, std::size_t count) {
+        const std::int64_t index = std::int64_t{PlainNumber(number)} - section.firstRead;
         index_ = index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
         if (index_ < 0)
             Ignore("has a number that the engine does not have, so its lines are ignored");
@@ -183,9 +189,9 @@ private:
 
     void Par(const HeaderWords& words) {
         if (words.Count() == 4)
-            set_.pars.push_back({LeadingInt32(words[1]), LeadingInt32(words[2]), LeadingInt32(words[3])});
+            set_.pars.push_back({PlainNumber(words[1]), PlainNumber(words[2]), PlainNumber(words[3])});
         else if (words.Count() == 3)
-            set_.pars.push_back({0, LeadingInt32(words[1]), LeadingInt32(words[2])});
+            set_.pars.push_back({0, PlainNumber(words[1]), PlainNumber(words[2])});
         else
             Ignore("is ignored: two or three numbers must follow \"par\"");
     }
@@ -335,7 +341,7 @@ private:
         if (index_ < 0)
             return true;
         const std::int32_t target = engine_.codePointerStates[static_cast<std::size_t>(index_)];
-        const StateRecord* source = At(set_.states, LeadingInt32(value));
+        const StateRecord* source = At(set_.states, PlainNumber(value));
         if (source == nullptr)
             Ignore("is ignored: it names a frame that the engine does not have");
         else
@@ -348,7 +354,7 @@ private:
         if (!EqualIgnoringCase(key.substr(0, frame.size()), frame))
             return false;
         if (const auto codePointer = engine_.CodePointerOf(value))
-            StoreCodePointer(LeadingInt32(Trim(key.substr(frame.size()))), *codePointer);
+            StoreCodePointer(PlainNumber(Trim(key.substr(frame.size()))), *codePointer);
         else if (observer_ != nullptr)
             Ignore("is ignored: the engine knows no code pointer \"" + std::string(value) + "\"");
         return true;

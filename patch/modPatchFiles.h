@@ -38,7 +38,7 @@ public:
     virtual void Ignored(std::size_t offset, std::string_view reason) = 0;
     /// A line that selects a record or begins a section; `word` as a patch writes it.
     virtual void Section(std::size_t offset, std::string_view word) = 0;
-    /// A number was read for a field.
+    /// A number was read, for a field or as a part of another line.
     virtual void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) = 0;
     /// Thing flags were read from their names.
     virtual void FlagNames(std::size_t offset, std::string_view text) = 0;

@@ -188,7 +188,7 @@ std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
 }
 
 QString EditorSet::AskText(const QString& title, const QString& prompt, const QString& start) {
-    return dialogs_.AskText(title, prompt, start, FileDialogs::Characters::OfPatches);
+    return dialogs_.AskText(title, prompt, start, FileDialogs::Characters::OfNames);
 }
 
 } // namespace plinket3

@@ -66,10 +66,11 @@ QString QtFileDialogs::AskText(const QString& title, const QString& prompt, cons
     dialog.setWindowTitle(title);
     dialog.setLabelText(prompt);
     dialog.setTextValue(start);
-    if (characters == Characters::OfPatches) {
+    if (characters == Characters::OfNames) {
         auto* box = dialog.findChild<QLineEdit*>();
-        box->setValidator(new LatinValidator(
-            box, [&dialog, prompt](const QString& why) { dialog.setLabelText(prompt + QLatin1Char('\n') + why); }));
+        box->setValidator(new TextValidator(box, WhyNoName, [&dialog, prompt](const QString& why) {
+            dialog.setLabelText(prompt + QLatin1Char('\n') + why);
+        }));
     }
     return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }

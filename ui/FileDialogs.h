@@ -7,8 +7,8 @@ namespace plinket3 {
 /// Asks for the names of files and for lines of text; tests answer in its place.
 class FileDialogs {
 public:
-    /// What may be typed as a text: anything, or only what a patch can hold.
-    enum class Characters { Any, OfPatches };
+    /// What may be typed as a text: anything, or only what a record can be called in a patch.
+    enum class Characters { Any, OfNames };
 
     virtual ~FileDialogs() = default;
     /// `filter` in the form "Name (*.ext)|*.ext|...". Empty when nothing was chosen.

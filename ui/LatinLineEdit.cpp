@@ -16,17 +16,27 @@ QString WhyNotStorable(const QString& text) {
         .arg(text.mid(character - text.begin(), length));
 }
 
-QValidator::State LatinValidator::validate(QString& text, int&) const {
-    if (IsStorable(text))
+QString WhyNoName(const QString& text) {
+    if (QString why = WhyNotStorable(text); !why.isEmpty())
+        return why;
+    for (const QChar end : {QLatin1Char(')'), QLatin1Char('=')})
+        if (text.contains(end))
+            return QObject::tr("A name cannot hold \"%1\": a patch that is read would end there.").arg(end);
+    return {};
+}
+
+QValidator::State TextValidator::validate(QString& text, int&) const {
+    const QString why = why_(text);
+    if (why.isEmpty())
         return Acceptable;
-    tell_(WhyNotStorable(text));
+    tell_(why);
     return Invalid;
 }
 
 LatinLineEdit::LatinLineEdit(const QString& name, const QString& accessibleName, Tell tell) {
     setObjectName(name);
     setAccessibleName(accessibleName);
-    setValidator(new LatinValidator(this, tell));
+    setValidator(new TextValidator(this, WhyNotStorable, tell));
     connect(this, &QLineEdit::inputRejected, this, [this, tell] {
         if (text().size() >= maxLength())
             tell(tr("There is room for %1 characters here.").arg(maxLength()));

@@ -10,19 +10,24 @@ namespace plinket3 {
 /// Says a word to the user, in passing.
 using Tell = std::function<void(const QString&)>;
 
-/// Refuses a text with a character that has no Latin-1 byte, and tells why.
-class LatinValidator : public QValidator {
+/// Why a text cannot be stored: names its first character without a byte. Empty for a text that can.
+QString WhyNotStorable(const QString& text);
+/// Why a text cannot be the name of a record: the same, or a character at which a patch would end the name.
+QString WhyNoName(const QString& text);
+
+/// Refuses a text for which there is a reason, and tells it.
+class TextValidator : public QValidator {
     Q_OBJECT
 public:
-    LatinValidator(QObject* parent, Tell tell) : QValidator(parent), tell_(std::move(tell)) {}
+    /// `why` gives the reason against a text; empty for none.
+    TextValidator(QObject* parent, QString (*why)(const QString&), Tell tell)
+        : QValidator(parent), why_(why), tell_(std::move(tell)) {}
     State validate(QString& text, int& position) const override;
 
 private:
+    QString (*why_)(const QString&);
     Tell tell_;
 };
-
-/// Why a text cannot be stored: names its first character without a byte. Empty for a text that can.
-QString WhyNotStorable(const QString& text);
 
 /// A line of text that a patch can hold. Refuses at once, with a word why, what has no byte and what is too long.
 class LatinLineEdit : public QLineEdit {

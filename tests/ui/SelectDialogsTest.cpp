@@ -180,21 +180,24 @@ TEST_F(SelectDialogsTest, AnotherEngineFillsTheListsAnew) {
     });
 }
 
-TEST(AskText, TakesForAPatchOnlyWhatAPatchCanHold) {
+TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {
     Settings settings;
     QtFileDialogs dialogs(settings);
     struct {
         FileDialogs::Characters characters;
-        QString taken;
-    } const cases[]{{FileDialogs::Characters::OfPatches, QStringLiteral("D\u00e9j\u00e0")},
-                    {FileDialogs::Characters::Any, QStringLiteral("D\u00e9j\u20ac\u00e0")}};
+        QString typed, taken, told;
+    } const cases[]{
+        {FileDialogs::Characters::OfNames, u"D\u00e9j\u20ac\u00e0"_qs, u"D\u00e9j\u00e0"_qs,
+         u"\"\u20ac\" cannot be stored"_qs},
+        {FileDialogs::Characters::OfNames, u"Imp (fast)=2"_qs, u"Imp (fast2"_qs, u"cannot hold \"=\""_qs},
+        {FileDialogs::Characters::Any, u"(\u20ac=)"_qs, u"(\u20ac=)"_qs, {}},
+    };
     for (const auto& row : cases) {
         const ModalDriver driver("askText", [&row](QDialog& dialog) {
             auto& box = *dialog.findChild<QLineEdit*>();
-            for (const QChar character : QStringLiteral("D\u00e9j\u20ac\u00e0"))
+            for (const QChar character : row.typed)
                 QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_unknown, character, Qt::NoModifier);
-            EXPECT_EQ(dialog.findChild<QLabel*>()->text().contains(QStringLiteral("\"\u20ac\" cannot be stored")),
-                      row.characters == FileDialogs::Characters::OfPatches);
+            EXPECT_TRUE(dialog.findChild<QLabel*>()->text().contains(row.told));
             dialog.accept();
         });
         EXPECT_EQ(dialogs.AskText("Thing 1", "Enter a new name", {}, row.characters), row.taken);

@@ -40,7 +40,7 @@ public:
     virtual std::optional<std::int32_t> PickState(std::int32_t start) = 0;
     virtual std::optional<std::int32_t> PickAction(std::int32_t start) = 0; // a code pointer value
 
-    /// Asks for a line of text that a patch can hold; empty when the user cancels or leaves it empty.
+    /// Asks for a name that a patch can hold; empty when the user cancels or leaves it empty.
     virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;
     /// A word in the status bar.
     virtual void ShowStatus(const QString& text) = 0;
