@@ -36,6 +36,15 @@ std::optional<std::size_t> FirstEngineOfVersion(const std::vector<modConfig::Eng
     return First(engines, [&](const modConfig::EngineEntry& entry) { return entry.version == version; });
 }
 
+std::optional<std::size_t> LikelyEngine(const std::vector<modConfig::EngineEntry>& engines, std::int32_t version,
+                                        const std::filesystem::path& patch) {
+    const bool extended = EqualIgnoringCase(patch.extension().string(), ".bex");
+    const auto likely = First(engines, [&](const modConfig::EngineEntry& entry) {
+        return entry.version == version && entry.extended == extended;
+    });
+    return likely ? likely : FirstEngineOfVersion(engines, version);
+}
+
 std::optional<std::size_t> ChooseIwad(const std::vector<Settings::Iwad>& iwads, std::string_view named) {
     using Iwad = Settings::Iwad;
     if (const auto byName = First(iwads, [&](const Iwad& iwad) { return EqualIgnoringCase(iwad.name, named); }))

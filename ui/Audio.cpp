@@ -47,7 +47,8 @@ Status Audio::Play(int rate, const std::uint8_t* samples, std::size_t count) {
         return Status::Failure("the sample rate is " + std::to_string(rate));
     if (count == 0 || count > std::numeric_limits<Uint32>::max())
         return Status::Failure("the sound has no samples");
-    if (device_ != 0 && rate_ != rate)
+    // A device that was unplugged has stopped for good.
+    if (device_ != 0 && (rate_ != rate || SDL_GetAudioDeviceStatus(device_) == SDL_AUDIO_STOPPED))
         CloseDevice();
     if (device_ == 0) {
         SDL_AudioSpec wanted{};

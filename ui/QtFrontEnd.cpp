@@ -76,6 +76,9 @@ void QtFrontEnd::ShowStartup() {
 void QtFrontEnd::OpenFile(const std::filesystem::path& file) {
     if (!Main().Commands().OfferRecovery())
         Main().Commands().openFile(ShownPath(file));
+    else
+        program_.notifier.Show(MessageKind::Information,
+                               file.string() + " was not opened, because the unsaved changes are open now.");
 }
 
 bool QtFrontEnd::CloseIwad() {

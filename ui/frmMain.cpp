@@ -37,6 +37,9 @@ QString GeometryKey(std::size_t editor) {
     return QString::fromLatin1(editorEntries[editor].window) + QStringLiteral("/geometry");
 }
 
+/// A text whose ampersands are no keys of a menu.
+QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLiteral("&&")); }
+
 } // namespace
 
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
@@ -159,7 +162,10 @@ void frmMain::BuildHelpMenu() {
     QAction* website = Action("HelpWebsite", tr("Plinket3 &website..."));
     helpAbout_ = Action("HelpAbout", tr("&About..."), QKeySequence(Qt::Key_F1));
     menu->addActions({website, helpAbout_});
-    connect(website, &QAction::triggered, this, [] { QDesktopServices::openUrl(QUrl(QString::fromLatin1(webSite))); });
+    connect(website, &QAction::triggered, this, [this] {
+        if (!QDesktopServices::openUrl(QUrl(QString::fromLatin1(webSite))))
+            program_.notifier.Show(MessageKind::Exclamation, std::string("No browser could be started for ") + webSite);
+    });
     connect(helpAbout_, &QAction::triggered, this, [this] {
         Load("frmAbout");
         about_->exec();
@@ -313,8 +319,7 @@ void frmMain::UpdateRecentList() {
             continue;
         const QString path = ShownPath(recent[recent.size() - 1 - i]);
         recent_[i]->setData(path);
-        recent_[i]->setText(
-            QStringLiteral("&%1 %2").arg(i + 1).arg(QString(path).replace(QLatin1Char('&'), QStringLiteral("&&"))));
+        recent_[i]->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(MenuText(path)));
     }
     recentEnd_->setVisible(!recent.empty());
 }
@@ -322,8 +327,8 @@ void frmMain::UpdateRecentList() {
 void frmMain::UpdateEditMenu() {
     editUndo_->setEnabled(edits_.CanUndo());
     editRedo_->setEnabled(edits_.CanRedo());
-    editUndo_->setText(edits_.CanUndo() ? tr("&Undo %1").arg(ShownText(edits_.UndoName())) : tr("&Undo"));
-    editRedo_->setText(edits_.CanRedo() ? tr("&Redo %1").arg(ShownText(edits_.RedoName())) : tr("&Redo"));
+    editUndo_->setText(edits_.CanUndo() ? tr("&Undo %1").arg(MenuText(ShownText(edits_.UndoName()))) : tr("&Undo"));
+    editRedo_->setText(edits_.CanRedo() ? tr("&Redo %1").arg(MenuText(ShownText(edits_.RedoName()))) : tr("&Redo"));
 }
 
 void frmMain::RefreshSave() { fileSave_->setEnabled(commands_.SessionOpen() && program_.patch.changed); }

@@ -3,13 +3,13 @@
 #include "core/Numbers.h"
 #include "patch/SessionChoice.h"
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -18,10 +18,6 @@ namespace plinket3 {
 namespace {
 
 constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
-
-QString HeaderText(const modPatchFiles::Header& header, std::string_view name) {
-    return ShownPath(modPatchFiles::HeaderValue(header, name));
-}
 
 void Recommend(QComboBox& list, std::size_t index) {
     const int row = static_cast<int>(index);
@@ -39,18 +35,16 @@ void SelectRemembered(QComboBox& list, std::int32_t index) {
 frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* parent)
     : QDialog(parent), environment_(environment), dialogs_(dialogs), cmbEngines_(new QComboBox),
       cmbIwads_(new QComboBox), txtDataWad_(new QLineEdit), lblNoIwad_(new QLabel(tr("No IWAD is known yet."))),
-      cmdOptions_(new QPushButton(tr("A&dd IWADs..."))) {
+      cmdOptions_(NewButton("cmdOptions", tr("A&dd IWADs..."))) {
     setObjectName(QStringLiteral("frmNewFile"));
     environment_.log.Add("  Loaded frmNewFile");
     cmbEngines_->setObjectName(QStringLiteral("cmbEngines"));
     cmbIwads_->setObjectName(QStringLiteral("cmbIWADs"));
     txtDataWad_->setObjectName(QStringLiteral("txtDataWAD"));
-    cmdOptions_->setObjectName(QStringLiteral("cmdOptions"));
     for (QComboBox* list : {cmbEngines_, cmbIwads_})
         list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
 
-    auto* cmdBrowse = new QPushButton(tr("&Browse..."));
-    cmdBrowse->setObjectName(QStringLiteral("cmdBrowseDataWAD"));
+    auto* cmdBrowse = NewButton("cmdBrowseDataWAD", tr("&Browse..."));
     auto* dataWad = new QHBoxLayout;
     dataWad->addWidget(txtDataWad_, 1);
     dataWad->addWidget(cmdBrowse);
@@ -109,6 +103,9 @@ void frmNewFile::FillIwads() {
         cmbIwads_->setItemData(cmbIwads_->count() - 1, ShownPath(iwad.path), Qt::ToolTipRole);
     }
     SelectRemembered(*cmbIwads_, environment_.settings.Number("lastIWAD"));
+    if (namedIwad_)
+        if (const auto iwad = ChooseIwad(environment_.settings.Iwads(), *namedIwad_))
+            Recommend(*cmbIwads_, *iwad);
     const bool any = cmbIwads_->count() > 0;
     cmbIwads_->setVisible(any);
     lblNoIwad_->setVisible(!any);
@@ -117,23 +114,30 @@ void frmNewFile::FillIwads() {
 }
 
 void frmNewFile::SetNewFile() {
+    namedIwad_.reset();
     FillLists();
     version_ = -1;
     txtDataWad_->clear();
     setWindowTitle(tr("New file"));
 }
 
+bool frmNewFile::SelectedEngineFits() const {
+    const auto engine = static_cast<std::size_t>(cmbEngines_->currentIndex());
+    return engine < environment_.engines.size() && environment_.engines[engine].version == version_;
+}
+
 void frmNewFile::SelectConfig(const modPatchFiles::Header& header) {
+    const auto named = header.find("iwad");
+    namedIwad_ = named == header.end() ? std::nullopt : std::optional(named->second);
     FillLists();
-    if (const auto named = header.find("engineconfig"); named != header.end())
-        if (const auto engine = ChooseEngine(environment_.engines, named->second))
-            Recommend(*cmbEngines_, *engine);
-    if (const auto named = header.find("iwad"); named != header.end())
-        if (const auto iwad = ChooseIwad(environment_.settings.Iwads(), named->second))
-            Recommend(*cmbIwads_, *iwad);
-    version_ = LeadingInt32(HeaderText(header, "engineversion").toStdString());
-    txtDataWad_->setText(HeaderText(header, "datawad"));
-    setWindowTitle(tr("File settings of %1").arg(ShownPath(StoredPath(HeaderText(header, "filename")).filename())));
+    const std::filesystem::path file = modPatchFiles::HeaderValue(header, "filename");
+    version_ = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
+    if (const auto engine = ChooseEngine(environment_.engines, modPatchFiles::HeaderValue(header, "engineconfig")))
+        Recommend(*cmbEngines_, *engine);
+    else if (!SelectedEngineFits())
+        cmbEngines_->setCurrentIndex(static_cast<int>(LikelyEngine(environment_.engines, version_, file).value_or(0)));
+    txtDataWad_->setText(ShownPath(modPatchFiles::HeaderValue(header, "datawad")));
+    setWindowTitle(tr("File settings of %1").arg(ShownPath(file.filename())));
 }
 
 std::optional<Session> frmNewFile::Choose() {

@@ -35,6 +35,7 @@ signals:
 private:
     void FillLists();
     void FillIwads();
+    bool SelectedEngineFits() const;
     void Accept();
     void Browse();
 
@@ -45,6 +46,7 @@ private:
     QLabel* lblNoIwad_;
     QPushButton *cmdOptions_, *cmdAccept_;
     std::int32_t version_ = -1;
+    std::optional<std::string> namedIwad_; // by the patch
     std::optional<Session> session_;
 };
 

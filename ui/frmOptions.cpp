@@ -2,6 +2,7 @@
 
 #include "core/Text.h"
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 #include "ui/frmFindIwads.h"
 #include "wad/IwadSearch.h"
 #include "wad/clsWad.h"
@@ -14,7 +15,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QPushButton>
 #include <QStandardPaths>
 #include <QTabWidget>
 #include <QTreeWidget>
@@ -40,7 +40,8 @@ frmOptions::frmOptions(Environment& environment, FileDialogs& dialogs, QWidget* 
     tabOptions_->addTab(BuildIwads(), tr("I&WADs"));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdAccept"));
+    cmdAccept_ = buttons->button(QDialogButtonBox::Ok);
+    cmdAccept_->setObjectName(QStringLiteral("cmdAccept"));
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
     connect(buttons, &QDialogButtonBox::accepted, this, &frmOptions::Accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -87,13 +88,10 @@ QWidget* frmOptions::BuildIwads() {
     lvwIwads_->setHeaderLabels({tr("Name"), tr("File")});
     lvwIwads_->setRootIsDecorated(false);
     lvwIwads_->setTextElideMode(Qt::ElideMiddle);
-    cmdFindIwads_ = new QPushButton(tr("&Find IWADs"));
-    cmdFindIwads_->setObjectName(QStringLiteral("cmdFindIWADs"));
+    cmdFindIwads_ = NewButton("cmdFindIWADs", tr("&Find IWADs"));
     cmdFindIwads_->setToolTip(tr("Look for IWADs in the usual folders"));
-    auto* cmdAdd = new QPushButton(tr("&Add IWAD"));
-    cmdAdd->setObjectName(QStringLiteral("cmdAddIWAD"));
-    cmdRemoveIwad_ = new QPushButton(tr("&Remove IWAD"));
-    cmdRemoveIwad_->setObjectName(QStringLiteral("cmdRemoveIWAD"));
+    auto* cmdAdd = NewButton("cmdAddIWAD", tr("&Add IWAD"));
+    cmdRemoveIwad_ = NewButton("cmdRemoveIWAD", tr("&Remove IWAD"));
     auto* buttons = new QVBoxLayout;
     buttons->addWidget(cmdFindIwads_);
     buttons->addWidget(cmdAdd);
@@ -118,7 +116,6 @@ bool frmOptions::Edit() {
     ended_ = false;
     if (lvwIwads_->topLevelItemCount() == 0) {
         tabOptions_->setCurrentIndex(iwadsTab);
-        cmdFindIwads_->setDefault(true);
         cmdFindIwads_->setFocus();
     }
     exec();
@@ -151,6 +148,7 @@ void frmOptions::FillIwads() {
     }
     lvwIwads_->resizeColumnToContents(0);
     cmdRemoveIwad_->setEnabled(false);
+    (lvwIwads_->topLevelItemCount() == 0 ? cmdFindIwads_ : cmdAccept_)->setDefault(true); // what Enter does
 }
 
 void frmOptions::AddIwad() {

@@ -52,7 +52,7 @@ private:
     QCheckBox *chkMakeBackup_, *chkFrameCharacters_;
     QComboBox* cmbStateActivate_;
     QTreeWidget* lvwIwads_;
-    QPushButton *cmdRemoveIwad_, *cmdFindIwads_;
+    QPushButton *cmdRemoveIwad_, *cmdFindIwads_, *cmdAccept_;
     bool ended_ = false; // the user ends the program
 };
 

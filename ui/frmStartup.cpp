@@ -1,33 +1,23 @@
 #include "ui/frmStartup.h"
 
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 
 #include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace plinket3 {
-
-namespace {
-
-QPushButton* MakeButton(const QString& name, const QString& text) {
-    auto* button = new QPushButton(text);
-    button->setObjectName(name);
-    return button;
-}
-
-} // namespace
 
 frmStartup::frmStartup(Environment& environment, QWidget* parent) : QDialog(parent), environment_(environment) {
     setObjectName(QStringLiteral("frmStartup"));
     setWindowTitle(tr("Welcome to Plinket3"));
     environment_.log.Add("  Loaded frmStartup");
 
-    auto* cmdNew = MakeButton(QStringLiteral("cmdNew"), tr("&New patch..."));
-    auto* cmdOpen = MakeButton(QStringLiteral("cmdOpen"), tr("&Open a patch..."));
-    auto* cmdCancel = MakeButton(QStringLiteral("cmdCancel"), tr("Cancel"));
+    auto* cmdNew = NewButton("cmdNew", tr("&New patch..."));
+    auto* cmdOpen = NewButton("cmdOpen", tr("&Open a patch..."));
+    auto* cmdCancel = NewButton("cmdCancel", tr("Cancel"));
     lstRecent_ = new QListWidget;
     lstRecent_->setObjectName(QStringLiteral("lstRecent"));
     lstRecent_->setAccessibleName(tr("Recently used patches"));

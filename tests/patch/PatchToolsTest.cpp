@@ -82,6 +82,10 @@ TEST(SessionChoice, PrefersFileNamesToEngineNames) {
     EXPECT_FALSE(ChooseEngine(engines, "A.cfg") || ChooseEngine(engines, "/c/a.cfg") || ChooseEngine(engines, ""));
     EXPECT_EQ(FirstEngineOfVersion(engines, 21), 1U);
     EXPECT_FALSE(FirstEngineOfVersion(engines, 16));
+    EXPECT_EQ(LikelyEngine(engines, 19, "x.deh"), 0U);
+    EXPECT_EQ(LikelyEngine(engines, 19, "x.BEX"), 0U); // there is none that is extended
+    EXPECT_EQ(LikelyEngine(engines, 21, "x.BEX"), 1U);
+    EXPECT_FALSE(LikelyEngine(engines, 16, "x.deh"));
 }
 
 TEST(SessionChoice, FindsAnIwadByNameThenPathThenFileName) {

@@ -229,6 +229,8 @@ TEST_F(MainWindowTest, SessionDialogStaysOpenForAnEngineOfAnotherVersion) {
     notifier.Expect(MessageKind::Exclamation,
                     "The patch file is not compatible with the selected engine configuration.");
     const ModalDriver driver("frmNewFile", [](QDialog& dialog) {
+        EXPECT_TRUE(dialog.findChild<QComboBox*>("cmbEngines")->currentText().startsWith("Ultimate"))
+            << "the engine used last is of another version";
         Accept("Doom and Doom II")(dialog);
         EXPECT_TRUE(dialog.isVisible());
         Accept("Ultimate")(dialog);

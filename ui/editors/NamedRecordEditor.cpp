@@ -1,9 +1,10 @@
 #include "ui/editors/NamedRecordEditor.h"
 
+#include "ui/NewButton.h"
+
 #include <QAction>
 #include <QHBoxLayout>
 #include <QListView>
-#include <QPushButton>
 #include <QSplitter>
 
 namespace plinket3 {
@@ -23,11 +24,9 @@ void NamedRecordEditor::Build() {
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { updateForm(); });
     connect(list_, &QListView::doubleClicked, this, &NamedRecordEditor::Rename);
 
-    auto* rename = new QPushButton(tr("Re&name..."));
-    rename->setObjectName(QStringLiteral("cmdRename"));
+    auto* rename = NewButton("cmdRename", tr("Re&name..."));
     connect(rename, &QPushButton::clicked, this, &NamedRecordEditor::Rename);
-    auto* restore = new QPushButton(tr("&Restore"));
-    restore->setObjectName(QStringLiteral("cmdRestore"));
+    auto* restore = NewButton("cmdRestore", tr("&Restore"));
     restore->setToolTip(tr("Give the selected record the engine's values and name"));
     connect(restore, &QPushButton::clicked, this, &NamedRecordEditor::Restore);
 

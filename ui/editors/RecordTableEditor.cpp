@@ -1,9 +1,10 @@
 #include "ui/editors/RecordTableEditor.h"
 
+#include "ui/NewButton.h"
+
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace plinket3 {
@@ -30,11 +31,9 @@ void RecordTableEditor::Build() {
     filter_->setAccessibleName(tr("Filter"));
     connect(filter_, &QLineEdit::textChanged, list_, &RecordList::Filter);
 
-    auto* edit = new QPushButton(tr("&Edit..."));
-    edit->setObjectName(QStringLiteral("cmdEdit"));
+    auto* edit = NewButton("cmdEdit", tr("&Edit..."));
     connect(edit, &QPushButton::clicked, this, &RecordTableEditor::EditSelected);
-    auto* restore = new QPushButton(tr("&Restore"));
-    restore->setObjectName(QStringLiteral("cmdRestore"));
+    auto* restore = NewButton("cmdRestore", tr("&Restore"));
     restore->setToolTip(tr("Give the selected records the engine's values"));
     connect(restore, &QPushButton::clicked, this, &RecordTableEditor::Restore);
 

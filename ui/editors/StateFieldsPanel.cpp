@@ -2,6 +2,7 @@
 
 #include "patch/StateUse.h"
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 #include "ui/editors/Labels.h"
 #include "ui/editors/LinkLabel.h"
 #include "ui/editors/Marking.h"
@@ -44,12 +45,11 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
       cmdNextStateBrowse_(
           NewBrowseButton("cmdNextStateBrowse", tr("Choose a state"), &StateFieldsPanel::BrowseNextState)),
       cmdActionBrowse_(NewBrowseButton("cmdActionBrowse", tr("Choose an action"), &StateFieldsPanel::BrowseAction)),
-      cmdRestore_(new QPushButton(tr("&Restore..."))), lblSpriteName_(NewLabel("lblSpriteName")),
+      cmdRestore_(NewButton("cmdRestore", tr("&Restore..."))), lblSpriteName_(NewLabel("lblSpriteName")),
       lblNextState_(new LinkLabel(QStringLiteral("lblNextState"))), lblUsedBy_(NewLabel("lblUsedBy")) {
     setObjectName(QStringLiteral("framState"));
     chkLit_->setObjectName(QStringLiteral("chkLit"));
     chkLit_->setToolTip(tr("Drawn fully lit, also in the dark"));
-    cmdRestore_->setObjectName(QStringLiteral("cmdRestore"));
     lblUsedBy_->setWordWrap(true);
     txtDuration_->setToolTip(tr("In tics, 35 a second; -1 for ever"));
     BuildLayout();

@@ -1,13 +1,13 @@
 #include "ui/editors/frmEditCheats.h"
 
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 #include "ui/editors/FieldBox.h"
 #include "ui/editors/Marking.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -65,8 +65,7 @@ void frmEditCheats::Build() {
         form->addRow(QString(label).replace(QLatin1Char('&'), QStringLiteral("&&")), boxes_[cheat]);
         connect(boxes_[cheat], &QLineEdit::textEdited, this, [this, cheat] { Store(cheat); });
     }
-    auto* cmdRestoreAll = new QPushButton(tr("&Restore all"));
-    cmdRestoreAll->setObjectName(QStringLiteral("cmdRestoreAll"));
+    auto* cmdRestoreAll = NewButton("cmdRestoreAll", tr("&Restore all"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(group);
     layout->addStretch();

@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditMisc.h"
 
+#include "ui/NewButton.h"
 #include "ui/editors/Labels.h"
 #include "ui/editors/Marking.h"
 
@@ -8,7 +9,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -87,8 +87,7 @@ void frmEditMisc::Build() {
     first->addStretch();
     second->addStretch();
 
-    auto* cmdRestoreAll = new QPushButton(tr("&Restore all"));
-    cmdRestoreAll->setObjectName(QStringLiteral("cmdRestoreAll"));
+    auto* cmdRestoreAll = NewButton("cmdRestoreAll", tr("&Restore all"));
     auto* columns = new QHBoxLayout;
     columns->addLayout(first);
     columns->addLayout(second);

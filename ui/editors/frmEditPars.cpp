@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 #include "ui/editors/FieldBox.h"
 
 #include <QFormLayout>
@@ -10,7 +11,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QPushButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -93,10 +93,8 @@ void frmEditPars::Build() {
     lblMapTitle_ = new QLabel;
     lblMapTitle_->setObjectName(QStringLiteral("lblMapTitle"));
     form->addRow(tr("Shown as"), lblMapTitle_);
-    auto* cmdAdd = new QPushButton(tr("&Add"));
-    cmdAdd->setObjectName(QStringLiteral("cmdAdd"));
-    cmdRemove_ = new QPushButton(tr("&Remove"));
-    cmdRemove_->setObjectName(QStringLiteral("cmdRemove"));
+    auto* cmdAdd = NewButton("cmdAdd", tr("&Add"));
+    cmdRemove_ = NewButton("cmdRemove", tr("&Remove"));
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdAdd);

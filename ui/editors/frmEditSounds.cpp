@@ -1,10 +1,10 @@
 #include "ui/editors/frmEditSounds.h"
 
+#include "ui/NewButton.h"
 #include "ui/editors/frmPropSound.h"
 
 #include <QBoxLayout>
 #include <QHeaderView>
-#include <QPushButton>
 
 namespace plinket3 {
 
@@ -25,8 +25,7 @@ void frmEditSounds::SizeColumns() {
 }
 
 void frmEditSounds::AddButtons(QBoxLayout& buttons) {
-    auto* play = new QPushButton(tr("&Play"));
-    play->setObjectName(QStringLiteral("cmdPlay"));
+    auto* play = NewButton("cmdPlay", tr("&Play"));
     play->setToolTip(tr("Hear the selected sound, as by a right click on it"));
     connect(play, &QPushButton::clicked, this, [this] {
         if (const std::optional<int> sound = SelectedRow())

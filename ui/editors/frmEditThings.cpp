@@ -2,13 +2,13 @@
 
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 #include "ui/editors/Labels.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
-#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -97,12 +97,6 @@ QTreeView* NewPlainList(const char* name, const QString& accessibleName) {
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
     return list;
-}
-
-QPushButton* NewButton(const char* name, const QString& text) {
-    auto* button = new QPushButton(text);
-    button->setObjectName(QString::fromLatin1(name));
-    return button;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "ui/editors/frmPropSound.h"
 
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 #include "ui/editors/SoundsModel.h"
 
 #include <QCheckBox>
@@ -9,7 +10,6 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <QSlider>
 
@@ -49,12 +49,10 @@ frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
     reference_->setObjectName(QStringLiteral("lblRefSound"));
     reference_->setTextFormat(Qt::PlainText);
 
-    auto* accept = new QPushButton(tr("OK"));
-    accept->setObjectName(QStringLiteral("cmdAccept"));
+    auto* accept = NewButton("cmdAccept", tr("OK"));
     accept->setDefault(true);
     connect(accept, &QPushButton::clicked, this, &QDialog::accept);
-    auto* cancel = new QPushButton(tr("Cancel"));
-    cancel->setObjectName(QStringLiteral("cmdCancel"));
+    auto* cancel = NewButton("cmdCancel", tr("Cancel"));
     connect(cancel, &QPushButton::clicked, this, &frmPropSound::reject);
     auto* buttons = new QDialogButtonBox;
     buttons->addButton(accept, QDialogButtonBox::AcceptRole);

@@ -2,12 +2,12 @@
 
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
+#include "ui/NewButton.h"
 #include "ui/editors/EscapedTextEdit.h"
 #include "ui/editors/StringsModel.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace plinket3 {
@@ -51,15 +51,12 @@ frmPropString::frmPropString(const EditorContext& context, QWidget* parent)
     connect(newString_, &EscapedTextEdit::Edited, this, &frmPropString::ShowNewText);
     connect(newString_, &EscapedTextEdit::Refused, note_, &QLabel::setText);
 
-    auto* restore = new QPushButton(tr("&Restore"));
-    restore->setObjectName(QStringLiteral("cmdRestore"));
+    auto* restore = NewButton("cmdRestore", tr("&Restore"));
     restore->setToolTip(tr("Put the engine's text in"));
     connect(restore, &QPushButton::clicked, this, [this] { newString_->ReplaceText(oldString_->Stored()); });
-    auto* accept = new QPushButton(tr("OK"));
-    accept->setObjectName(QStringLiteral("cmdAccept"));
+    auto* accept = NewButton("cmdAccept", tr("OK"));
     connect(accept, &QPushButton::clicked, this, &QDialog::accept);
-    auto* cancel = new QPushButton(tr("Cancel"));
-    cancel->setObjectName(QStringLiteral("cmdCancel"));
+    auto* cancel = NewButton("cmdCancel", tr("Cancel"));
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* buttons = new QDialogButtonBox;
     buttons->addButton(restore, QDialogButtonBox::ResetRole);
