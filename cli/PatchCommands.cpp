@@ -1,12 +1,12 @@
 #include "cli/Command.h"
 #include "core/Numbers.h"
+#include "core/Text.h"
 #include "patch/SessionChoice.h"
 #include "patch/StateUse.h"
 #include "patch/modPatchCheck.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modTables.h"
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -76,26 +76,22 @@ void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
         refuse(modTables::TablePath(program.programFolder, program.engine));
 }
 
-std::size_t LineOf(std::string_view bytes, std::size_t offset) {
-    return 1 + static_cast<std::size_t>(
-                   std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(offset), '\n'));
-}
-
 PatchSet ReadSet(Run& run, const std::string& file, std::string_view bytes) {
     PatchSet set;
     const modPatchFiles::ReadResult read =
         modPatchFiles::ParsePatch(bytes, run.program.engine, run.program.patch.defaults, set);
-    Require(read.status, file + ":" + std::to_string(LineOf(bytes, read.offset)));
+    Require(read.status, file + ":" + std::to_string(LineAt(bytes, read.offset)));
     if (read.unsupported)
         Complain(run.err, file + ": " + std::string(modPatchFiles::unsupportedEntries));
     return set;
 }
 
-/// Loads the engine and reads `file` (none, or "-": the engine's own data) into the open patch.
-void LoadPatch(Run& run, const std::string& file) {
+/// Loads the engine and reads `file` ("-": the engine's own data) into the open patch. The engine is the one that
+/// `other` speaks of where `file` says nothing.
+void LoadPatch(Run& run, const std::string& file, const std::string& other = standardSet) {
     Program& program = run.program;
-    if (file.empty() || file == standardSet) {
-        LoadEngine(run, {});
+    if (file == standardSet) {
+        LoadEngine(run, other == standardSet ? Header() : HeaderOf(other, ReadInput(other)));
         return;
     }
     const std::string bytes = ReadInput(file);
@@ -138,9 +134,9 @@ int Dump(Run& run) {
 }
 
 int Diff(Run& run) {
-    LoadPatch(run, run.arguments.files[0]);
-    Program& program = run.program;
     const bool two = run.arguments.files.size() > 1;
+    LoadPatch(run, run.arguments.files[0], two ? run.arguments.files[1] : standardSet);
+    Program& program = run.program;
     const PatchSet other = two && run.arguments.files[1] != standardSet
                                ? ReadSet(run, run.arguments.files[1], ReadInput(run.arguments.files[1]))
                                : program.patch.defaults;

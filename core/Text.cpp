@@ -54,6 +54,11 @@ std::string ReplaceAll(std::string_view text, std::string_view what, std::string
     return result.append(text, from);
 }
 
+std::size_t LineAt(std::string_view text, std::size_t offset) {
+    const std::string_view before = text.substr(0, offset);
+    return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+}
+
 std::string Latin1ToUtf8(std::string_view text) {
     std::string utf8;
     utf8.reserve(text.size());

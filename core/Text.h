@@ -20,6 +20,9 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right);
 /// Replaces every occurrence of `what` (not empty), from left to right, without looking at what was put in.
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by);
 
+/// The number, from 1, of the line in which the byte at `offset` stands.
+std::size_t LineAt(std::string_view text, std::size_t offset);
+
 /// The same characters in UTF-8, for output that other programs read.
 std::string Latin1ToUtf8(std::string_view text);
 

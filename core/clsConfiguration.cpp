@@ -172,8 +172,7 @@ private:
     }
 
     bool Fail(const std::string& reason) {
-        const auto line = 1 + std::count(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(at_), '\n');
-        status_ = Status::Failure("line " + std::to_string(line) + ": " + reason);
+        status_ = Status::Failure("line " + std::to_string(LineAt(text_, at_)) + ": " + reason);
         return false;
     }
 

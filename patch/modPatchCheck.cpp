@@ -139,9 +139,7 @@ public:
         findings.reserve(places_.size());
         std::size_t line = 1, counted = 0;
         for (Place& place : places_) {
-            line +=
-                static_cast<std::size_t>(std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted),
-                                                    bytes_.begin() + static_cast<std::ptrdiff_t>(place.offset), '\n'));
+            line += LineAt(bytes_.substr(counted), place.offset - counted) - 1;
             counted = place.offset;
             findings.push_back({line, std::move(place.text)});
         }
@@ -217,8 +215,7 @@ CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine
     modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker);
     CheckResult result;
     result.status = std::move(read.status);
-    result.failedLine = 1 + static_cast<std::size_t>(std::count(
-                                bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(read.offset), '\n'));
+    result.failedLine = LineAt(bytes, read.offset);
     if (result.status) {
         checker.Finish(set);
         result.findings = checker.TakeFindings();

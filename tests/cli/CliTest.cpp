@@ -65,6 +65,8 @@ protected:
 TEST_F(CliTest, AnswersWithOutputAndExitCode) {
     Write("@a.deh", start + "IWAD = my.wad\nEngine config = doom19.cfg\nThing 12 (Imp)\nHit points = 200\n");
     Write("@b.deh", start + "Frame 5\nDuration = 9\nMiss = 1\n");
+    Write("@u.deh",
+          "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\nAmmo 0 (Bullets)\nPer ammo = 5\n");
     Write("@clean.deh", start);
     Write("@c.cfg", "a = 1; b { c = \"x\"; }");
     struct {
@@ -77,6 +79,7 @@ TEST_F(CliTest, AnswersWithOutputAndExitCode) {
              Place("@a.deh") + "\n"},
         {"diff @a.deh", 1, "Thing 12 (Imp): Hit points 60 -> 200\n"},
         {"diff -e doom19 @a.deh -", 1, "Thing 12 (Imp): Hit points 200 -> 60\n"},
+        {"diff - @u.deh", 1, "Ammo 0 (Bullets): Per ammo 10 -> 5\n"},
         {"diff -e doom19.cfg - @a.deh", 1, "Thing 12 (Imp): Hit points 60 -> 200\n"},
         {"diff @a.deh @a.deh", 0, ""},
         {"diff -e mbf19 @b.deh @clean.deh", 1, "Frame 5: Duration 9 -> 4\n"},
