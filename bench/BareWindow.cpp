@@ -1,5 +1,5 @@
 // The least that a program of this kind can be: a main window with an empty document area, shown once. The floor for
-// the figures of start_up.py. Prints the milliseconds since the process began and its peak memory in KiB.
+// the figures of figures.py. Prints the milliseconds since the process began and its peak memory in KiB.
 #include "bench/ProcessFigures.h"
 
 #include <QApplication>
@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
     window.resize(1000, 700);
     window.show();
     QTimer::singleShot(0, [] {
-        plinket3::PrintProcessFigures("ready");
+        plinket3::PrintFigure("ready", plinket3::ProcessMilliseconds());
         QApplication::quit();
     });
     return QApplication::exec();

@@ -1,6 +1,5 @@
 #include "bench/ProcessFigures.h"
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <ctime>
@@ -27,6 +26,15 @@ double StartMilliseconds() {
     return std::stod(field) * 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
+/// Not what getrusage tells, which is at least what the process that started this one had.
+long PeakKib() {
+    std::ifstream file("/proc/self/status");
+    for (std::string word; file >> word;)
+        if (long kib = 0; word == "VmHWM:" && file >> kib)
+            return kib;
+    return 0;
+}
+
 } // namespace
 
 double ProcessMilliseconds() {
@@ -35,10 +43,8 @@ double ProcessMilliseconds() {
     return static_cast<double>(now.tv_sec) * 1000.0 + static_cast<double>(now.tv_nsec) / 1e6 - StartMilliseconds();
 }
 
-void PrintProcessFigures(const char* name) {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    std::cout << name << ' ' << ProcessMilliseconds() << ' ' << usage.ru_maxrss << std::endl;
+void PrintFigure(const char* name, double milliseconds) {
+    std::cout << name << ' ' << milliseconds << ' ' << PeakKib() << std::endl;
 }
 
 } // namespace plinket3

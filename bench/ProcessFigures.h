@@ -2,9 +2,8 @@
 
 namespace plinket3 {
 
-/// Prints "NAME MILLISECONDS KIB": the time since this process was started, the loading of its libraries included, and
-/// its peak memory. Linux only, as the figures are.
-void PrintProcessFigures(const char* name);
+/// Prints "NAME MILLISECONDS KIB", the KiB being this process's peak memory. Linux only.
+void PrintFigure(const char* name, double milliseconds);
 
 /// Milliseconds since this process was started.
 double ProcessMilliseconds();

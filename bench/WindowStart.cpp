@@ -1,5 +1,5 @@
 // The real start-up of the program with each message answered at once: to "Ready.", then to an open patch with its
-// editors refreshed. start_up.py sets its figures against those of a bare window.
+// editors refreshed. figures.py sets its figures against those of a bare window.
 //   plinket3_window_start PROGRAM-FOLDER SETTINGS-FOLDER IWAD PATCH
 #include "bench/ProcessFigures.h"
 #include "ui/FileDialogs.h"
@@ -30,7 +30,7 @@ public:
 class MeasuredFrontEnd : public QtFrontEnd {
 public:
     using QtFrontEnd::QtFrontEnd;
-    void ShowStartup() override { PrintProcessFigures("ready"); }
+    void ShowStartup() override { PrintFigure("ready", ProcessMilliseconds()); }
     using QtFrontEnd::OpenFile;
 };
 
@@ -73,6 +73,6 @@ int main(int argc, char** argv) {
     QTimer::singleShot(0, [&accepted] { AcceptSessionDialog(accepted); });
     frontEnd.OpenFile(argv[4]);
     QApplication::processEvents();
-    std::cout << "open " << ProcessMilliseconds() - accepted << " 0" << std::endl;
+    PrintFigure("open", ProcessMilliseconds() - accepted);
     return frontEnd.SessionOpen() ? 0 : 1;
 }

@@ -1,13 +1,14 @@
 #include "bench/BenchFiles.h"
 #include "bench/GeneratedPatch.h"
-#include "bench/RatioReporter.h"
 #include "core/ProgramFolder.h"
+
+#include <benchmark/benchmark.h>
 
 #include <cstring>
 #include <iostream>
 
 /// plinket3_bench [--write-data FOLDER | --iwad FILE] [Google Benchmark's options]
-/// 0 when every target was reached, 1 when one was missed, 2 when something could not be done.
+/// figures.py sets what it measures against what is promised.
 int main(int argc, char** argv) {
     using namespace plinket3::bench;
     dataFolder = plinket3::ProgramFolder(argv[0]);
@@ -26,7 +27,6 @@ int main(int argc, char** argv) {
         std::cerr << "usage: plinket3_bench [--write-data FOLDER | --iwad FILE] [--benchmark_...]\n";
         return 2;
     }
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    return reporter.AllReached() ? 0 : 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
 }

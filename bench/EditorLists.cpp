@@ -1,0 +1,109 @@
+// How long the state editor takes for what a user does to many states at once; figures.py sets it against its limits.
+//   plinket3_editor_lists PROGRAM-FOLDER IWAD
+#include "bench/ProcessFigures.h"
+#include "core/modConfig.h"
+#include "patch/Session.h"
+#include "ui/Audio.h"
+#include "ui/EditorSet.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTest>
+
+#include <algorithm>
+#include <functional>
+#include <iostream>
+#include <vector>
+
+namespace {
+
+using namespace plinket3;
+
+constexpr int repetitions = 9;
+constexpr int manyRows = 1000;
+constexpr std::size_t manyStates = 100'000;
+
+class SilentNotifier : public Notifier {
+public:
+    void Show(MessageKind, std::string_view text) override { std::cerr << text << '\n'; }
+    Answer Ask(std::string_view, Buttons) override { return Answer::Yes; }
+};
+
+/// Prints the median of the times that `act` takes until its outcome is on the screen; `prepare` goes before each.
+void Measure(const char* name, const std::function<void()>& prepare, const std::function<void()>& act) {
+    std::vector<double> times;
+    for (int i = 0; i < repetitions; ++i) {
+        prepare();
+        QApplication::processEvents();
+        QElapsedTimer timer;
+        timer.start();
+        act();
+        QApplication::processEvents();
+        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    std::nth_element(times.begin(), times.begin() + repetitions / 2, times.end());
+    PrintFigure(name, times[repetitions / 2]);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "usage: plinket3_editor_lists PROGRAM-FOLDER IWAD\n";
+        return 2;
+    }
+    QApplication application(argc, argv);
+    SilentNotifier notifier;
+    Program program(notifier);
+    program.programFolder = argv[1];
+    program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
+    program.settings.AddIwad("IWAD", argv[2]);
+    const auto extended = std::find_if(program.engines.begin(), program.engines.end(),
+                                       [](const auto& engine) { return engine.file.filename() == "dehextra19.cfg"; });
+    Session session;
+    if (LoadSession(program, {static_cast<std::size_t>(extended - program.engines.begin()), 0, {}, -1}, session) !=
+        SessionResult::Loaded)
+        return 1;
+    static_cast<Session&>(program) = std::move(session);
+
+    Edits edits(program.patch);
+    Audio audio;
+    QtFileDialogs dialogs(program.settings);
+    QMdiArea area;
+    EditorSet editors(program, edits, audio, dialogs, area);
+    editors.Load("frmEditStates");
+    area.resize(1000, 800);
+    area.show();
+    editors.Show(1, true);
+    auto& list = *area.findChild<QTableView*>("lvwStates");
+    auto& filter = *area.findChild<QLineEdit*>("txtFilter");
+    auto& duration = *area.findChild<QLineEdit*>("txtDuration");
+    const QModelIndex first = list.model()->index(1, 0);
+    const auto select = [&](int row) {
+        list.selectionModel()->select({first, list.model()->index(row, 0)},
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    };
+
+    Measure(
+        "filter", [&] { filter.clear(); }, [&] { QTest::keyClick(&filter, Qt::Key_P); });
+    filter.clear();
+    Measure(
+        "select", [&] { select(1); }, [&] { select(manyRows); });
+    Measure(
+        "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
+
+    for (PatchSet* set : {&program.patch.current, &program.patch.defaults}) {
+        set->states.resize(manyStates);
+        set->codePointers.resize(manyStates);
+    }
+    edits.Clear();
+    editors.Refresh();
+    QScrollBar& bar = *list.verticalScrollBar();
+    Measure(
+        "scroll", [] {}, [&] { bar.setValue(bar.value() + bar.maximum() / (repetitions + 1)); });
+    return 0;
+}

@@ -1,0 +1,163 @@
+#!/usr/bin/env python3
+"""Every promised figure of speed and size in one table, each as a ratio to what it is measured against.
+
+    bench/figures.py [--markdown] [BUILD]      BUILD: a release build; build/release if not told
+
+What a figure is measured against is either the least work that could do the job, taken in the same run, or a limit.
+Windows are shown under Xvfb when there is no display. Exits with 1 when a promise is not kept.
+"""
+import json
+import os
+import pathlib
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+IWAD = "/usr/share/games/doom/freedoom2.wad"
+MEGA = 1024 * 1024
+INFO_RUNS = 50
+START_RUNS = 15
+
+# Figures of plinket3_bench: what, benchmark, its floor (a benchmark, or a limit in ms), the most it may be of that.
+JOBS = [
+    ("read a patch of 1,000,000 lines", "ReadPatch/1000000", "SplitLinesFloor/1000000", 4),
+    ("read a patch of 10,000 lines", "ReadPatch/10000", "SplitLinesFloor/10000", 4),
+    ("read 10 times the lines", "ReadPatch/1000000", "ReadPatch/100000", 11),
+    ("write a patch of 1,000,000 lines", "WritePatch/1000000", "CopyLinesFloor/1000000", 4),
+    ("write a patch of 10,000 lines", "WritePatch/10000", "CopyLinesFloor/10000", 4),
+    ("write 10 times the lines", "WritePatch/1000000", "WritePatch/100000", 11),
+    ("load the engine doom19", "LoadEngine/0", 5, 1),
+    ("load the engine dehextra21", "LoadEngine/1", 5, 1),
+    ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),
+]
+FLOORS = {"SplitLinesFloor": "splitting its lines", "CopyLinesFloor": "copying its lines",
+          "ReadDirectoryFloor": "reading its directory", "ReadPatch": "a tenth of them", "WritePatch": "a tenth of them"}
+
+# Figures of plinket3_editor_lists, in milliseconds.
+LISTS = [
+    ("4,000 states: a letter in the filter", "filter", 50),
+    ("4,000 states: select 1,000 rows", "select", 50),
+    ("4,000 states: type a value into 1,000 rows", "edit", 50),
+    ("100,000 states: scroll by a tenth", "scroll", 50),
+]
+
+
+class Table:
+    def __init__(self, markdown):
+        self.markdown = markdown
+        self.kept = True
+        if markdown:
+            print("| figure | measured | against | ratio | promised |\n| --- | ---: | ---: | ---: | ---: |")
+
+    def row(self, what, measured, against, most, unit, floor):
+        ratio = measured / against
+        kept = ratio <= most
+        self.kept = self.kept and kept
+        cells = (what, f"{measured:.3g} {unit}", f"{floor} {against:.3g} {unit}", f"{ratio:.2f}",
+                 f"at most {most:g}{'' if kept else ', MISSED'}")
+        print(("| {} | {} | {} | {} | {} |" if self.markdown else "{:44} {:>10}   {:36} {:>6}   {}").format(*cells),
+              flush=True)
+
+
+def run(*command):
+    """Runs a command; returns its time in seconds and its peak memory in bytes."""
+    started = time.perf_counter()
+    process = subprocess.Popen([str(word) for word in command], stdout=subprocess.DEVNULL)
+    _, status, usage = os.wait4(process.pid, 0)
+    elapsed = time.perf_counter() - started
+    process.returncode = os.waitstatus_to_exitcode(status)
+    if process.returncode != 0:
+        sys.exit(f"{' '.join(process.args)}: ended with {process.returncode}")
+    return elapsed, usage.ru_maxrss * 1024
+
+
+def printed(*command):
+    """The figures that a program prints: name -> (milliseconds, KiB)."""
+    done = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                          check=True, text=True)
+    rows = (line.split() for line in done.stdout.splitlines())
+    return {name: (float(milliseconds), int(memory)) for name, milliseconds, memory in rows}
+
+
+def jobs(table, build, folder):
+    out = folder / "bench.json"
+    run(build / "plinket3_bench", "--benchmark_repetitions=5", "--benchmark_enable_random_interleaving=true",
+        f"--benchmark_out={out}", "--benchmark_out_format=json")
+    milliseconds = {}
+    units = {"us": 1e-3, "ms": 1, "ns": 1e-6}
+    for entry in json.loads(out.read_text())["benchmarks"]:
+        if entry.get("error_occurred"):
+            sys.exit(f"{entry['name']}: {entry['error_message']}")
+        if entry["run_type"] == "iteration":
+            taken = entry["cpu_time"] * units[entry["time_unit"]]
+            milliseconds[entry["run_name"]] = min(taken, milliseconds.get(entry["run_name"], taken))
+    for what, name, floor, most in JOBS:
+        if isinstance(floor, str):
+            table.row(what, milliseconds[name], milliseconds[floor], most, "ms", FLOORS[floor.split("/")[0]])
+        else:
+            table.row(what, milliseconds[name], floor, most, "ms", "the limit of")
+
+
+def command_line(table, build, folder):
+    cli = build / "plinket3-cli"
+    run(build / "plinket3_bench", "--write-data", folder)
+    small, large, out = folder / "small.deh", folder / "large.deh", folder / "out.deh"
+    info = statistics.median(run(cli, "info", small)[0] for _ in range(INFO_RUNS)) * 1000
+    memory = run(cli, "--data", folder, "convert", "-e", "bench", large, out)[1]
+    if out.read_bytes() != large.read_bytes():
+        sys.exit("convert did not write the patch as it was")
+    table.row("plinket3-cli info, the whole process", info, 10, 1, "ms", "the limit of")
+    table.row("plinket3-cli convert, peak memory", memory / MEGA, 3 * large.stat().st_size / MEGA + 50, 1, "MB",
+              "3 times the file and 50 MB:")
+
+
+def window(table, build, folder):
+    patch = folder / "freedoom2.bex"
+    patch.write_bytes(subprocess.run([build / "plinket3-cli", "wad", IWAD, "DEHACKED"], stdout=subprocess.PIPE,
+                                     check=True).stdout)
+    settings = folder / "settings"
+    settings.mkdir()
+    bare, real = [], []
+    for _ in range(START_RUNS + 1):
+        bare.append(printed(build / "bench" / "plinket3_bare_window"))
+        real.append(printed(build / "bench" / "plinket3_window_start", build, settings, IWAD, patch))
+
+    def median(samples, name, place):
+        return statistics.median(sample[name][place] for sample in samples[1:])  # the first one warms up
+
+    table.row('window: start to "Ready."', median(real, "ready", 0), median(bare, "ready", 0), 2.5, "ms",
+              "a bare window's")
+    table.row("window: peak memory when ready", median(real, "ready", 1) / 1024, median(bare, "ready", 1) / 1024, 2,
+              "MiB", "a bare window's")
+    table.row("window: open Freedoom's patch", median(real, "open", 0), 100, 1, "ms", "the limit of")
+
+
+def lists(table, build):
+    figures = printed(build / "bench" / "plinket3_editor_lists", build, IWAD)
+    for what, name, limit in LISTS:
+        table.row(what, figures[name][0], limit, 1, "ms", "the limit of")
+
+
+def main():
+    arguments = sys.argv[1:]
+    markdown = "--markdown" in arguments
+    if markdown:
+        arguments.remove("--markdown")
+    if "DISPLAY" not in os.environ and "WAYLAND_DISPLAY" not in os.environ:
+        os.execvp("xvfb-run", ["xvfb-run", "--auto-servernum", sys.executable, *sys.argv])
+    root = pathlib.Path(__file__).resolve().parent.parent
+    build = pathlib.Path(arguments[0] if arguments else root / "build" / "release").resolve()
+    table = Table(markdown)
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        jobs(table, build, folder)
+        command_line(table, build, folder)
+        window(table, build, folder)
+    lists(table, build)
+    return 0 if table.kept else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
