@@ -24,8 +24,8 @@ namespace plinket3 {
 namespace {
 
 using test::Find;
-using test::UseFolder;
 using test::ModalDriver;
+using test::UseFolder;
 
 constexpr const char* iwad = "/usr/share/games/doom/freedoom2.wad";
 constexpr const char* windows[]{"frmEditThings",  "frmEditStates",  "frmEditSounds", "frmEditStrings",
