@@ -418,7 +418,7 @@ std::string Edits::RecordsName(RecordKind kind, const std::vector<std::int32_t>&
 }
 
 std::string Edits::NameOf(const Cell& cell) const {
-    const std::string record = RecordName(cell.kind, cell.index);
+    std::string record = RecordName(cell.kind, cell.index);
     if (cell.field == textField || cell.field == listField)
         return record;
     std::string label = cell.field == nameField          ? "name"

@@ -65,7 +65,7 @@ void frmEditMisc::Build() {
     std::vector<QLabel*> labels;
     std::size_t groups = 0;
     for (const MiscBox& row : miscBoxes) {
-        if (*row.group != '\0') {
+        if (form == nullptr || *row.group != '\0') {
             auto* group = new QGroupBox(tr(row.group));
             form = new QFormLayout(group);
             (groups++ < groupsInTheFirstColumn ? first : second)->addWidget(group);
