@@ -3,16 +3,19 @@
 #include "core/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdio>
+#include <functional>
 #include <new>
 #include <optional>
-#include <random>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -32,8 +35,6 @@ public:
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
     int Get() const { return descriptor_; }
-    /// False when the system reports a write that failed late.
-    bool Close() { return close(std::exchange(descriptor_, -1)) == 0; }
 
 private:
     int descriptor_;
@@ -105,17 +106,48 @@ std::filesystem::path FollowLinks(std::filesystem::path path) {
     return {};
 }
 
-/// Creates a new file in `folder` under a name of its own; -1 with errno set on failure.
-int CreateBeside(const std::filesystem::path& folder, mode_t mode, std::filesystem::path& created) {
-    constexpr int attempts = 100;
-    std::random_device random;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        // The name does not build on the target's, which may be as long as the file system allows.
-        created = folder / (".plinket3-" + std::to_string(getpid()) + "-" + std::to_string(random()));
-        const int descriptor = open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-        if (descriptor >= 0 || errno != EEXIST)
-            return descriptor;
+/// True when `path` still names the file that `descriptor` has open.
+bool IsFileAt(int descriptor, const std::filesystem::path& path) {
+    struct stat opened {
+    }, named{};
+    return fstat(descriptor, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+           opened.st_ino == named.st_ino;
+}
+
+/// Removes what a program that was killed while it saved has left under this name: an ordinary file that can be written
+/// and that no running program holds the lock of. False when it is none such.
+bool RemoveLeftover(const std::filesystem::path& path) {
+    const FileDescriptor found(open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat information {};
+    return found.Get() >= 0 && fstat(found.Get(), &information) == 0 && S_ISREG(information.st_mode) &&
+           flock(found.Get(), LOCK_EX | LOCK_NB) == 0 && IsFileAt(found.Get(), path) && unlink(path.c_str()) == 0;
+}
+
+/// Creates a new file in the folder of `target` for what is to replace it; -1 with errno set on failure. It is locked
+/// until it is closed. Its name depends only on that of `target`, so that the next save takes the place of what a
+/// killed one has left, but does not contain it, as that may be as long as the file system allows.
+int CreateBeside(const std::filesystem::path& target, mode_t mode, std::filesystem::path& created) {
+    constexpr int mostAtOnce = 100; // programs that save the same file, or that were killed where nothing can be locked
+    std::array<char, 17> digits{};
+    std::snprintf(digits.data(), digits.size(), "%016zx", std::hash<std::string>{}(target.filename().string()));
+    for (int number = 0; number < mostAtOnce; ++number) {
+        created = target.parent_path() / (".plinket3-" + std::string(digits.data()) + "-" + std::to_string(number));
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            const int descriptor = open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+            if (descriptor < 0 && errno != EEXIST)
+                return -1;
+            if (descriptor < 0) {
+                if (!RemoveLeftover(created))
+                    break;
+                continue;
+            }
+            // Until it is locked, another program may take it for a leftover. Not all file systems have locks.
+            if ((flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) && IsFileAt(descriptor, created))
+                return descriptor;
+            close(descriptor);
+        }
     }
+    errno = EEXIST;
     return -1;
 }
 
@@ -183,7 +215,10 @@ Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes, std:
     return Status::Failure("does not fit into memory");
 }
 
-Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes) {
+namespace {
+
+/// `like`: whose owner, group and permissions the file gets instead of those that it has.
+Status Replace(const std::filesystem::path& file, std::string_view bytes, const struct stat* like) {
     const std::filesystem::path target = FollowLinks(file);
     if (target.empty())
         return file.empty() ? Status::Failure("no file name") : SystemFailure();
@@ -192,23 +227,41 @@ Status WriteFileAtomically(const std::filesystem::path& file, std::string_view b
     if (Status writable = LookAtTarget(target, replaced); !writable)
         return writable;
 
-    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    if (like == nullptr && replaced)
+        like = &*replaced;
     std::filesystem::path created;
-    FileDescriptor descriptor(CreateBeside(folder, replaced ? 0600 : 0666, created));
+    const FileDescriptor descriptor(CreateBeside(target, like == nullptr ? 0666 : 0600, created));
     if (descriptor.Get() < 0)
         return SystemFailure();
     TemporaryFile temporary(created);
-    if (replaced)
-        TakeOver(descriptor.Get(), *replaced);
-    if (!WriteFully(descriptor.Get(), bytes) || fsync(descriptor.Get()) != 0 || !descriptor.Close() ||
-        !temporary.RenameTo(target))
+    if (like != nullptr)
+        TakeOver(descriptor.Get(), *like);
+    // Closed, and with it unlocked, only when it has its name.
+    if (!WriteFully(descriptor.Get(), bytes) || fsync(descriptor.Get()) != 0 || !temporary.RenameTo(target))
         return SystemFailure();
 
+    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
     // The new content stands; a file system that cannot bring the folder to disk is no failure of the writing.
     const FileDescriptor folderDescriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folderDescriptor.Get() >= 0)
         fsync(folderDescriptor.Get());
     return {};
+}
+
+} // namespace
+
+Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes) {
+    return Replace(file, bytes, nullptr);
+}
+
+Status CopyFileAtomically(const std::filesystem::path& from, const std::filesystem::path& to) {
+    std::string bytes;
+    struct stat information {};
+    if (stat(from.c_str(), &information) != 0)
+        return SystemFailure();
+    if (Status read = ReadWholeFile(from, bytes); !read)
+        return read;
+    return Replace(to, bytes, &information);
 }
 
 std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path) {

@@ -21,8 +21,12 @@ Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes,
 /// Replaces the content of `file` in one step: the bytes are written beside it, brought to disk and renamed over it.
 /// A symbolic link is followed, the permissions of an existing file are kept.
 /// Fails for a folder, for what is no regular file and for a file that is read-only. After a failure the old file is as
-/// it was and nothing lies beside it.
+/// it was and nothing lies beside it. A program that is killed meanwhile leaves its half behind, under a name that
+/// begins with ".plinket3-"; the next writing of the same file removes it.
 Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes);
+
+/// Makes `to` a copy of `from` in the same way. It gets the owner and the permissions of `from`, as far as it can.
+Status CopyFileAtomically(const std::filesystem::path& from, const std::filesystem::path& to);
 
 /// The existing file or folder that `path` means on a file system that tells upper from lower case: each part is taken
 /// exactly as written when it exists, otherwise the first entry (in byte order) that differs from it in ASCII case

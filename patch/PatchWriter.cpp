@@ -240,14 +240,9 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 
 Status SavePatch(Program& program, const std::filesystem::path& file, bool createBackup) {
     if (createBackup && FileExists(file)) {
-        std::string old;
-        Status status = ReadWholeFile(file, old);
-        if (status) {
-            std::filesystem::path backup = file;
-            backup += ".bak";
-            status = WriteFileAtomically(backup, old);
-        }
-        if (!status)
+        std::filesystem::path backup = file;
+        backup += ".bak";
+        if (const Status status = CopyFileAtomically(file, backup); !status)
             return Status::Failure("no backup could be made: " + status.Reason());
     }
     Status status = WriteFileAtomically(file, FormatPatch(program.patch, program.engine));

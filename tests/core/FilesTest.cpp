@@ -5,8 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace plinket3 {
@@ -110,6 +113,65 @@ TEST_F(FilesTest, AFailedWriteLeavesEverythingAsItWas) {
     }
     EXPECT_EQ(ReadFile(folder_ / "a"), "old");
     EXPECT_EQ(EntriesIn(folder_.Path()), 1U);
+}
+
+/// Writes in a process that is killed in the middle of it.
+void WriteAndBeKilled(const fs::path& file) {
+    const pid_t writer = fork();
+    if (writer == 0) {
+        const SmallDisk disk(1000);
+        const rlimit noCore{0, 0};
+        setrlimit(RLIMIT_CORE, &noCore);
+        std::signal(SIGXFSZ, SIG_DFL); // beyond the limit the system ends the process
+        static_cast<void>(WriteFileAtomically(file, std::string(5000, 'x')));
+        _exit(0);
+    }
+    int ended = 0;
+    ASSERT_EQ(waitpid(writer, &ended, 0), writer);
+    ASSERT_TRUE(WIFSIGNALED(ended));
+}
+
+TEST_F(FilesTest, WhatAKilledWriterLeftIsRemovedByTheNextOneOfTheSameFile) {
+    WriteFile(folder_ / "a", "old");
+    for (int kill = 0; kill < 3; ++kill) {
+        WriteAndBeKilled(folder_ / "a");
+        EXPECT_EQ(ReadFile(folder_ / "a"), "old");
+        EXPECT_EQ(EntriesIn(folder_.Path()), 2U);
+    }
+    ASSERT_TRUE(WriteFileAtomically(folder_ / "b", "other"));
+    EXPECT_EQ(EntriesIn(folder_.Path()), 3U) << "the leftover is no business of another file";
+    ASSERT_TRUE(WriteFileAtomically(folder_ / "a", "new"));
+    EXPECT_EQ(ReadFile(folder_ / "a"), "new");
+    EXPECT_EQ(EntriesIn(folder_.Path()), 2U);
+}
+
+TEST_F(FilesTest, WhatIsNoLeftoverStaysAndHindersNoWriting) {
+    WriteAndBeKilled(folder_ / "a");
+    const fs::path leftover = fs::directory_iterator(folder_.Path())->path();
+    const int running = open(leftover.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(running, LOCK_EX), 0); // as a program does that is still writing
+    EXPECT_TRUE(WriteFileAtomically(folder_ / "a", "new"));
+    EXPECT_TRUE(fs::exists(leftover));
+    close(running);
+
+    fs::remove(leftover);
+    WriteFile(folder_ / "mine", "mine");
+    fs::create_symlink("mine", leftover);
+    EXPECT_TRUE(WriteFileAtomically(folder_ / "a", "newer"));
+    EXPECT_EQ(ReadFile(folder_ / "mine"), "mine");
+    EXPECT_EQ(ReadFile(folder_ / "a"), "newer");
+    EXPECT_EQ(EntriesIn(folder_.Path()), 3U);
+}
+
+TEST_F(FilesTest, ACopyHasThePermissionsOfTheOriginal) {
+    WriteFile(folder_ / "a", "secret");
+    fs::permissions(folder_ / "a", fs::perms(0600));
+    WriteFile(folder_ / "old.bak", "old");
+    for (const char* to : {"new.bak", "old.bak"}) {
+        ASSERT_TRUE(CopyFileAtomically(folder_ / "a", folder_ / to));
+        EXPECT_EQ(ReadFile(folder_ / to), "secret");
+        EXPECT_EQ(fs::status(folder_ / to).permissions(), fs::perms(0600));
+    }
 }
 
 TEST_F(FilesTest, WritingRefusesWhatMustNotBeReplaced) {
