@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
         std::cerr << argv[2] << " cannot be written\n";
         return 2;
     }
-    QtFileDialogs dialogs(program.settings);
+    QtFileDialogs dialogs(program.settings, notifier);
     MeasuredFrontEnd frontEnd(program, dialogs);
     if (!modMain::StartUp(program, frontEnd, {}))
         return 1;

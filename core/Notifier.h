@@ -7,7 +7,8 @@ namespace plinket3 {
 /// The icon of a message box. Critical is always followed by the end of the program.
 enum class MessageKind { Critical, Exclamation, Information };
 
-enum class Buttons { YesNo, YesNoCancel, OkCancel };
+/// The first is what the Return key chooses: `NoYes` is for what cannot be taken back.
+enum class Buttons { YesNo, NoYes, YesNoCancel, OkCancel };
 enum class Answer { Yes, No, Ok, Cancel };
 
 /// How everything below the windows speaks to the user. The windows show message boxes, the command line prints,

@@ -114,7 +114,7 @@ int main(int argc, char** argv) {
     settings.AddIwad("Freedoom: Phase 2", argv[2]);
     if (!settings.Save())
         return 1;
-    QtFileDialogs dialogs(program.settings);
+    QtFileDialogs dialogs(program.settings, notifier);
     PictureFrontEnd frontEnd(program, dialogs);
     if (!modMain::StartUp(program, frontEnd, {}))
         return 1;

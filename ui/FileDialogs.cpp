@@ -1,5 +1,6 @@
 #include "ui/FileDialogs.h"
 
+#include "core/Notifier.h"
 #include "core/modConfig.h"
 #include "ui/LatinLineEdit.h"
 #include "ui/LatinText.h"
@@ -51,12 +52,19 @@ QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, con
                        ToolkitFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setDefaultSuffix(FirstSuffix(filter));
+    dialog.setOption(QFileDialog::DontConfirmOverwrite); // a desktop's own dialog asks before the suffix is there
     if (!proposed.isEmpty())
         dialog.selectFile(proposed);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return {};
-    return Remember(dialog.selectedFiles().constFirst());
+    while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+        QString file = dialog.selectedFiles().constFirst();
+        if (!QFileInfo(file).fileName().contains(QLatin1Char('.')))
+            file += QLatin1Char('.') + FirstSuffix(filter);
+        if (!QFileInfo::exists(file) ||
+            notifier_.Ask("The file " + StoredPath(file).string() + " exists already. Do you want to overwrite it?",
+                          Buttons::NoYes) == Answer::Yes)
+            return Remember(file);
+    }
+    return {};
 }
 
 QString QtFileDialogs::AskText(const QString& title, const QString& prompt, const QString& start,

@@ -21,10 +21,11 @@ public:
 };
 
 /// The real dialogs. They start in the folder of the setting "lastDir" and remember it.
+class Notifier;
 class Settings;
 class QtFileDialogs : public FileDialogs {
 public:
-    explicit QtFileDialogs(Settings& settings) : settings_(settings) {}
+    QtFileDialogs(Settings& settings, Notifier& notifier) : settings_(settings), notifier_(notifier) {}
     QString OpenFile(const QString& title, const QString& filter) override;
     QString SaveFile(const QString& title, const QString& filter, const QString& proposed) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start, Characters characters) override;
@@ -33,6 +34,7 @@ private:
     QString Remember(const QString& file);
 
     Settings& settings_;
+    Notifier& notifier_;
 };
 
 } // namespace plinket3

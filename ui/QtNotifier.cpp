@@ -21,10 +21,12 @@ QMessageBox::Icon IconOf(MessageKind kind) {
     }
 }
 
-int Run(QMessageBox::Icon icon, std::string_view text, QMessageBox::StandardButtons buttons) {
+int Run(QMessageBox::Icon icon, std::string_view text, QMessageBox::StandardButtons buttons,
+        QMessageBox::StandardButton first = QMessageBox::NoButton) {
     QMessageBox box(icon, QString::fromLatin1(programTitle), {}, buttons, QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText); // names and paths are not markup
     box.setText(ShownPath(std::string(text)));
+    box.setDefaultButton(first);
     return box.exec();
 }
 
@@ -37,6 +39,9 @@ Answer QtNotifier::Ask(std::string_view question, Buttons buttons) {
     switch (buttons) {
     case Buttons::YesNo:
         answer = Run(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No);
+        break;
+    case Buttons::NoYes:
+        answer = Run(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
         break;
     case Buttons::YesNoCancel:
         answer = Run(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
@@ -53,7 +58,7 @@ Answer QtNotifier::Ask(std::string_view question, Buttons buttons) {
     case QMessageBox::Ok:
         return Answer::Ok;
     default: // also a box that was closed
-        return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+        return buttons == Buttons::YesNo || buttons == Buttons::NoYes ? Answer::No : Answer::Cancel;
     }
 }
 

@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
     program.programFolder = plinket3::ProgramFolder(argv[0]);
     program.settingsFolder = Folder(QStandardPaths::GenericConfigLocation) / plinket3::programTitle;
     program.documentsFolder = Folder(QStandardPaths::DocumentsLocation);
-    plinket3::QtFileDialogs dialogs(program.settings);
+    plinket3::QtFileDialogs dialogs(program.settings, notifier);
     plinket3::QtFrontEnd frontEnd(program, dialogs);
     bool ended = false;
     QObject::connect(&frontEnd, &plinket3::QtFrontEnd::Ended, &application, [&ended] {

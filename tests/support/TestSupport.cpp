@@ -32,23 +32,28 @@ void ExpectingNotifier::Show(MessageKind kind, std::string_view text) {
     expected_.pop_front();
 }
 
-Answer ExpectingNotifier::Ask(std::string_view question, Buttons) {
+Answer ExpectingNotifier::Ask(std::string_view question, Buttons buttons) {
     if (expected_.empty() || expected_.front().text != question || !expected_.front().answer) {
         ADD_FAILURE() << "question that was not expected: " << question
                       << (expected_.empty() ? "" : "\nexpected: " + expected_.front().text);
         return Answer::Cancel;
     }
+    EXPECT_EQ(expected_.front().buttons.value_or(buttons), buttons) << question;
     const Answer answer = *expected_.front().answer;
     expected_.pop_front();
     return answer;
 }
 
 void ExpectingNotifier::Expect(MessageKind kind, std::string text) {
-    expected_.push_back({std::move(text), kind, std::nullopt});
+    expected_.push_back({std::move(text), kind, std::nullopt, std::nullopt});
 }
 
 void ExpectingNotifier::Expect(std::string question, Answer answer) {
-    expected_.push_back({std::move(question), std::nullopt, answer});
+    expected_.push_back({std::move(question), std::nullopt, answer, std::nullopt});
+}
+
+void ExpectingNotifier::Expect(std::string question, Answer answer, Buttons buttons) {
+    expected_.push_back({std::move(question), std::nullopt, answer, buttons});
 }
 
 void ExpectingNotifier::AllAsked() {

@@ -34,6 +34,8 @@ public:
 
     void Expect(MessageKind kind, std::string text);
     void Expect(std::string question, Answer answer);
+    /// The same, and the question must offer these buttons.
+    void Expect(std::string question, Answer answer, Buttons buttons);
     /// Fails the test when an expected message has not come; the destructor does the same.
     void AllAsked();
 
@@ -42,6 +44,7 @@ private:
         std::string text;
         std::optional<MessageKind> kind;
         std::optional<Answer> answer;
+        std::optional<Buttons> buttons;
     };
     std::deque<Expected> expected_;
 };
