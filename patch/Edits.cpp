@@ -333,6 +333,7 @@ void Edits::Redo() {
 }
 
 void Edits::Move(const Step& step, bool forward) {
+    ++revision_;
     std::vector<Cell> cells;
     cells.reserve(step.changes.size());
     for (const Change& change : step.changes) {
@@ -364,6 +365,7 @@ void Edits::MarkSaved() {
 void Edits::Clear() {
     steps_.clear();
     position_ = 0;
+    ++revision_;
     MarkSaved();
 }
 

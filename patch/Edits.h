@@ -93,6 +93,9 @@ public:
     void Undo();
     void Redo();
 
+    /// Another number after everything that changed the patch.
+    std::uint64_t Revision() const { return revision_; }
+
     /// The patch was saved, or is an unchanged one: undoing back to here clears the changed flag.
     void MarkSaved();
     /// Forgets every step: another patch was opened.
@@ -126,7 +129,8 @@ private:
     std::vector<Step> steps_;
     std::size_t position_ = 0;             // steps that are done
     std::optional<std::size_t> saved_ = 0; // steps that were done when the patch was saved; none when out of reach
-    bool typing_ = false;                  // the last step may go on
+    std::uint64_t revision_ = 0;
+    bool typing_ = false; // the last step may go on
 };
 
 } // namespace plinket3

@@ -16,6 +16,7 @@ struct Session {
     WadList wads;
     std::shared_ptr<clsWad> iwad, dataWad; // null when there is none
     std::string palette;                   // the lump PLAYPAL: 768 bytes for each palette
+    std::string missingDataWad;            // a data WAD that was wanted and could not be opened
 };
 
 /// Everything that the process holds: start-up builds one and hands it, or the part that is needed, to all others.

@@ -31,8 +31,7 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
     if (choice.iwad >= iwads.size())
         return Fail(environment, "No IWAD is selected. IWADs are added in the options.");
     if (choice.version != -1 && choice.version != environment.engines[choice.engine].version) {
-        environment.notifier.Show(MessageKind::Exclamation,
-                                  "The patch file is not compatible with the selected engine configuration.");
+        environment.notifier.Show(MessageKind::Exclamation, otherEngine);
         return SessionResult::Incompatible;
     }
 
@@ -80,7 +79,9 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
     patch.dataWadPath = dataWad ? choice.dataWad : std::string();
     std::string colours = palette->wad->ReadLumpString(palette->num);
     log.Add("  Loaded PLAYPAL lump");
-    session = {std::move(engine), std::move(patch), std::move(wads), iwad, std::move(dataWad), std::move(colours)};
+    std::string missing = dataWad ? std::string() : choice.dataWad;
+    session = {std::move(engine),  std::move(patch),   std::move(wads),   iwad,
+               std::move(dataWad), std::move(colours), std::move(missing)};
     environment.settings.Number("lastConfig", static_cast<std::int32_t>(choice.engine));
     environment.settings.Number("lastIWAD", static_cast<std::int32_t>(choice.iwad));
     return SessionResult::Loaded;

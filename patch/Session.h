@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace plinket3 {
 
@@ -15,6 +16,10 @@ struct SessionChoice {
     std::string dataWad;       // its path as typed; empty for none
     std::int32_t version = -1; // "Doom version" of the patch that is opened, -1 for a new one
 };
+
+/// What is said when a patch's version is not its engine's.
+inline constexpr std::string_view otherEngine =
+    "The patch file is not compatible with the selected engine configuration.";
 
 enum class SessionResult {
     Loaded,

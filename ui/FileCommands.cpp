@@ -22,6 +22,10 @@ constexpr const char* extendedFilter = "Extended Dehacked files (*.bex)|*.bex|Al
 constexpr const char* tableFilter = "Plinket3 table files (*.tbl)|*.tbl|All files (*.*)|*.*";
 constexpr std::string_view loseChanges = "All changes will be lost. Are you sure?";
 
+std::int32_t VersionIn(const modPatchFiles::Header& header) {
+    return LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
+}
+
 } // namespace
 
 FileCommands::FileCommands(Program& program, Edits& edits, FileDialogs& dialogs, Recovery& recovery,
@@ -52,6 +56,25 @@ void FileCommands::createNewFile() {
     emit StatusText(tr("New patch for %1").arg(ShownText(program_.engine.name)));
 }
 
+std::optional<modPatchFiles::Header> FileCommands::HeaderOf(const std::filesystem::path& file) const {
+    modPatchFiles::Header header;
+    if (const Status status = modPatchFiles::ScanHeader(file, header); !status) {
+        program_.notifier.Show(MessageKind::Exclamation, "Could not open " + file.string() + ": " + status.Reason());
+        return std::nullopt;
+    }
+    if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != supportedPatchFormat) {
+        program_.notifier.Show(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
+        return std::nullopt;
+    }
+    if (!FirstEngineOfVersion(program_.engines, VersionIn(header))) {
+        program_.notifier.Show(MessageKind::Exclamation,
+                               "There were no engine configuration files found that match the patch file's target "
+                               "engine.");
+        return std::nullopt;
+    }
+    return header;
+}
+
 void FileCommands::openFile(const QString& path) {
     if (!MayLoseChanges())
         return;
@@ -62,22 +85,10 @@ void FileCommands::openFile(const QString& path) {
         return;
     const std::filesystem::path file = std::filesystem::absolute(StoredPath(chosen));
 
-    modPatchFiles::Header header;
-    if (const Status status = modPatchFiles::ScanHeader(file, header); !status) {
-        program_.notifier.Show(MessageKind::Exclamation, "Could not open " + file.string() + ": " + status.Reason());
+    const std::optional<modPatchFiles::Header> header = HeaderOf(file);
+    if (!header)
         return;
-    }
-    if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != supportedPatchFormat) {
-        program_.notifier.Show(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
-        return;
-    }
-    if (!FirstEngineOfVersion(program_.engines, LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion")))) {
-        program_.notifier.Show(MessageKind::Exclamation,
-                               "There were no engine configuration files found that match the patch file's target "
-                               "engine.");
-        return;
-    }
-    std::optional<Session> session = sessionDialog_(&header);
+    std::optional<Session> session = sessionDialog_(&*header);
     if (!session || !modPatchFiles::ReadPatch(program_.notifier, file, *session))
         return;
     Adopt(std::move(*session));
@@ -103,7 +114,16 @@ bool FileCommands::SaveTo(const std::filesystem::path& file) {
     return true;
 }
 
-bool FileCommands::Save() { return program_.patch.named ? SaveTo(program_.patch.fileName) : SaveAs(); }
+bool FileCommands::Save() {
+    if (!program_.patch.named)
+        return SaveAs();
+    const std::filesystem::path file = program_.patch.fileName;
+    if (ChangedStamp() && program_.notifier.Ask("The file " + file.string() +
+                                                    " was changed by another program. Do you want to overwrite it?",
+                                                Buttons::NoYes) != Answer::Yes)
+        return false;
+    return SaveTo(file);
+}
 
 bool FileCommands::SaveAs() {
     const QString file = dialogs_.SaveFile(QStringLiteral("Save patch file"),
@@ -165,7 +185,13 @@ bool FileCommands::MayClose() {
 }
 
 bool FileCommands::OfferRecovery() {
-    const std::optional<RecoveredPatch> recovered = recovery_.TakeOver();
+    std::vector<std::filesystem::path> damaged;
+    const std::optional<RecoveredPatch> recovered = recovery_.TakeOver(damaged);
+    for (const std::filesystem::path& file : damaged)
+        program_.notifier.Show(MessageKind::Exclamation,
+                               "Plinket3 did not end as it should. The file with its unsaved changes is damaged and "
+                               "stays as " +
+                                   file.string() + ".");
     if (!recovered)
         return false;
     const Answer answer = program_.notifier.Ask("Plinket3 did not end as it should. Unsaved changes of " +
@@ -174,8 +200,8 @@ bool FileCommands::OfferRecovery() {
     if (answer != Answer::Yes) {
         if (answer == Answer::No)
             recovery_.Forget();
-        else
-            recovery_.SetAside(); // a question that was only closed gives nothing up
+        else // a question that was only closed gives nothing up
+            emit StatusText(tr("The unsaved changes stay in %1").arg(ShownPath(recovery_.SetAside())));
         return false;
     }
     const auto engine = ChooseEngine(program_.engines, recovered->engineConfig);
@@ -184,10 +210,10 @@ bool FileCommands::OfferRecovery() {
     if (!engine || !iwad ||
         LoadSession(program_, {*engine, *iwad, recovered->dataWadPath, -1}, session) != SessionResult::Loaded ||
         !ApplyRecovered(*recovered, session)) {
-        recovery_.SetAside();
         program_.notifier.Show(MessageKind::Exclamation,
                                "The unsaved changes do not fit the engine configurations and IWADs that are there now. "
-                               "They stay in the settings folder.");
+                               "They stay in " +
+                                   recovery_.SetAside().string() + ".");
         return false;
     }
     Adopt(std::move(session));
@@ -203,7 +229,9 @@ void FileCommands::KeepRecovery() {
             recovery_.Forget(); // what it may hold was undone
         return;
     }
-    if (const Status status = recovery_.Keep(program_.patch); !status)
+    const Status status = recovery_.Keep(program_.patch, edits_.Revision());
+    const bool told = std::exchange(recoveryFails_, !status);
+    if (!status && !told)
         emit StatusText(tr("The recovery file could not be written: %1").arg(ShownPath(status.Reason())));
 }
 
@@ -219,26 +247,43 @@ std::optional<FileCommands::FileStamp> FileCommands::StampOf(const std::filesyst
     return stamp;
 }
 
+std::optional<FileCommands::FileStamp> FileCommands::ChangedStamp() const {
+    if (!stamp_)
+        return std::nullopt;
+    const std::optional<FileStamp> now = StampOf(program_.patch.fileName);
+    return now == stamp_ ? std::nullopt : now;
+}
+
 void FileCommands::CheckFileOnDisk() {
     // While a dialog is open, another question would stand on top of it; closing it asks again.
-    if (!stamp_ || asking_ || QApplication::activeModalWidget() != nullptr)
+    if (asking_ || QApplication::activeModalWidget() != nullptr)
         return;
-    const std::optional<FileStamp> now = StampOf(program_.patch.fileName);
-    if (!now || now == stamp_)
+    const std::optional<FileStamp> now = ChangedStamp();
+    if (!now)
         return;
     asking_ = true;
     stamp_ = now;
-    const bool reload =
-        program_.notifier.Ask("The file " + program_.patch.fileName.string() +
-                                  " was changed by another program. Do you want to reload it? With No, what is open "
-                                  "here is kept.",
-                              Buttons::YesNo) == Answer::Yes;
+    const bool unsaved = program_.patch.changed;
+    std::string question =
+        "The file " + program_.patch.fileName.string() + " was changed by another program. Do you want to reload it? ";
+    if (unsaved || edits_.CanUndo())
+        question +=
+            unsaved ? "That gives up your unsaved changes and all undo steps. " : "That gives up all undo steps. ";
+    question += "With No, what is open here is kept.";
+    const bool reload = program_.notifier.Ask(question, unsaved ? Buttons::NoYes : Buttons::YesNo) == Answer::Yes;
     if (!reload || !ReloadFile())
         edits_.MarkChangedForGood(); // what is open here is no longer what is on disk
     asking_ = false;
 }
 
 bool FileCommands::ReloadFile() {
+    const std::optional<modPatchFiles::Header> header = HeaderOf(program_.patch.fileName);
+    if (!header)
+        return false;
+    if (VersionIn(*header) != program_.engine.version) {
+        program_.notifier.Show(MessageKind::Exclamation, otherEngine);
+        return false;
+    }
     Session session = program_;
     if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, session))
         return false;

@@ -63,8 +63,12 @@ private:
         bool operator==(const FileStamp&) const = default;
     };
     static std::optional<FileStamp> StampOf(const std::filesystem::path& file);
+    /// How the patch's file looks now, when another program has written it since we did.
+    std::optional<FileStamp> ChangedStamp() const;
 
     bool MayLoseChanges();
+    /// The header of a patch that can be opened; shows what is wrong with another.
+    std::optional<modPatchFiles::Header> HeaderOf(const std::filesystem::path& file) const;
     void Adopt(Session session);
     bool SaveTo(const std::filesystem::path& file);
     void AddRecent(const std::filesystem::path& file);
@@ -78,6 +82,7 @@ private:
     bool sessionOpen_ = false;
     std::optional<FileStamp> stamp_; // of the patch's file as we know it; none for a patch without a file
     bool asking_ = false;            // a question is open
+    bool recoveryFails_ = false;     // and the user was told so
 };
 
 } // namespace plinket3

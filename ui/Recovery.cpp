@@ -46,6 +46,19 @@ std::string Join(std::string_view texts, std::string_view table) {
     return bytes;
 }
 
+/// Renames a file to the first name of its own with ".kept" behind it; returns where it is then.
+std::filesystem::path PutAway(const std::filesystem::path& file) {
+    std::filesystem::path aside = file;
+    aside += ".kept";
+    for (int number = 2; FileExists(aside); ++number) {
+        aside = file;
+        aside += "." + std::to_string(number) + ".kept";
+    }
+    std::error_code error;
+    std::filesystem::rename(file, aside, error);
+    return error ? file : aside;
+}
+
 std::optional<RecoveredPatch> Split(std::string_view bytes) {
     const std::size_t lineEnd = bytes.find('\n');
     if (lineEnd == std::string_view::npos)
@@ -81,10 +94,15 @@ Recovery::Recovery(std::filesystem::path folder) : folder_(std::move(folder)) {
         auto lock = LockAt(place);
         if (!lock->tryLock(0))
             continue;
-        lock_ = std::move(lock);
-        place_ = place;
+        Own(place, std::move(lock));
         return;
     }
+}
+
+void Recovery::Own(int place, std::unique_ptr<QLockFile> lock) {
+    lock_ = std::move(lock);
+    place_ = place;
+    kept_.reset();
 }
 
 std::filesystem::path Recovery::FileAt(int place) const {
@@ -97,9 +115,11 @@ std::unique_ptr<QLockFile> Recovery::LockAt(int place) const {
     return lock;
 }
 
-Status Recovery::Keep(const PatchData& patch) const {
+Status Recovery::Keep(const PatchData& patch, std::uint64_t revision) {
     if (place_ < 0)
         return Status::Failure("the settings folder cannot be written");
+    if (kept_ == revision)
+        return {};
     clsConfiguration texts;
     const auto root = texts.Root(true);
     root->Set("type", std::string(recoveryType));
@@ -117,27 +137,27 @@ Status Recovery::Keep(const PatchData& patch) const {
         pars->Set(std::to_string(i), par);
     }
     root->Set("pars", pars);
-    return WriteFileAtomically(
+    Status status = WriteFileAtomically(
         FileAt(place_), Join(texts.OutputConfiguration("\n", false), modTables::FormatTable(patch.current, false)));
+    if (status)
+        kept_ = revision;
+    return status;
 }
 
-void Recovery::Forget() const {
+void Recovery::Forget() {
+    kept_.reset();
     if (place_ < 0)
         return;
     std::error_code ignored;
     std::filesystem::remove(FileAt(place_), ignored);
 }
 
-void Recovery::SetAside() const {
-    if (place_ < 0)
-        return;
-    std::filesystem::path aside = FileAt(place_);
-    aside += ".kept";
-    std::error_code ignored;
-    std::filesystem::rename(FileAt(place_), aside, ignored);
+std::filesystem::path Recovery::SetAside() {
+    kept_.reset();
+    return PutAway(FileAt(place_));
 }
 
-std::optional<RecoveredPatch> Recovery::TakeOver() {
+std::optional<RecoveredPatch> Recovery::TakeOver(std::vector<std::filesystem::path>& damaged) {
     for (int place = 0; place < mostPlaces; ++place) {
         if (place == place_ || !FileExists(FileAt(place)))
             continue;
@@ -149,10 +169,11 @@ std::optional<RecoveredPatch> Recovery::TakeOver() {
             continue;
         auto recovered = Split(bytes);
         if (!recovered)
-            continue;
-        lock_ = std::move(lock);
-        place_ = place;
-        return recovered;
+            damaged.push_back(PutAway(FileAt(place)));
+        if (recovered || place_ < 0)
+            Own(place, std::move(lock));
+        if (recovered)
+            return recovered;
     }
     return std::nullopt;
 }

@@ -4,10 +4,12 @@
 
 #include <QLockFile>
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace plinket3 {
 
@@ -27,25 +29,27 @@ public:
     /// Takes a place of its own in `folder`. Without one (a folder that cannot be written) nothing is kept.
     explicit Recovery(std::filesystem::path folder);
 
-    /// Writes the recovery file. Fails as writing files does.
-    Status Keep(const PatchData& patch) const;
+    /// Writes the recovery file, unless it holds this `revision` of the patch already. Fails as writing files does.
+    Status Keep(const PatchData& patch, std::uint64_t revision);
     /// Removes it: the work is saved, or given up by the user.
-    void Forget() const;
+    void Forget();
 
-    /// Puts the file away under another name, so that later work does not replace it.
-    void SetAside() const;
+    /// Puts the file away under another name, so that later work does not replace it. Returns that name.
+    std::filesystem::path SetAside();
 
     /// What a run that is no longer there has left behind, which is then taken over: kept until `Forget`. Absent when
-    /// there is nothing, or nothing that can be read.
-    std::optional<RecoveredPatch> TakeOver();
+    /// there is nothing. Files that hold nothing that can be read are put away; `damaged` gets their new names.
+    std::optional<RecoveredPatch> TakeOver(std::vector<std::filesystem::path>& damaged);
 
 private:
+    void Own(int place, std::unique_ptr<QLockFile> lock);
     std::filesystem::path FileAt(int place) const;
     std::unique_ptr<QLockFile> LockAt(int place) const;
 
     std::filesystem::path folder_;
     int place_ = -1;
     std::unique_ptr<QLockFile> lock_;
+    std::optional<std::uint64_t> kept_; // the revision that the file holds
 };
 
 /// Puts the records into `session`, whose engine must have as many of each kind. False, with nothing changed, when the

@@ -72,9 +72,8 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     });
     connect(&commands_, &FileCommands::TableLoaded, this, &frmMain::SettingsChanged);
     connect(&commands_, &FileCommands::RecentFilesChanged, this, &frmMain::UpdateRecentList);
-    const auto tell = [this](const QString& text) { statusBar()->showMessage(text, statusDuration); };
-    connect(&commands_, &FileCommands::StatusText, this, tell);
-    connect(&editors_, &EditorSet::StatusText, this, tell);
+    connect(&commands_, &FileCommands::StatusText, this, &frmMain::Tell);
+    connect(&editors_, &EditorSet::StatusText, this, &frmMain::Tell);
     connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
     connect(&editors_, &EditorSet::EditorMade, this, &frmMain::RestoreEditor);
     qApp->installEventFilter(this);
@@ -88,6 +87,8 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
 }
 
 frmMain::~frmMain() = default;
+
+void frmMain::Tell(const QString& text) { statusBar()->showMessage(text, statusDuration); }
 
 QAction* frmMain::Action(const char* name, const QString& text, const QKeySequence& shortcut) {
     auto* action = new QAction(text, this);
@@ -224,6 +225,7 @@ void frmMain::Load(std::string_view name) {
         about_ = std::make_unique<frmAbout>(program_, this);
     } else if (name == "frmNewFile" && !newFile_) {
         newFile_ = std::make_unique<frmNewFile>(program_, dialogs_, this);
+        connect(newFile_.get(), &frmNewFile::StatusText, this, &frmMain::Tell);
         connect(newFile_.get(), &frmNewFile::OptionsWanted, this, &frmMain::ShowOptions);
     } else if (name == "frmStartup" && !startup_) {
         startup_ = std::make_unique<frmStartup>(program_, this);
@@ -337,8 +339,15 @@ void frmMain::UpdateStatus() {
     const bool open = commands_.SessionOpen();
     lblEngine_->setText(open ? ShownText(program_.engine.name) : tr("No patch is open"));
     lblMode_->setText(!open ? QString() : program_.patch.extended ? tr("Extended mode") : tr("Normal mode"));
-    lblIwad_->setText(open ? ShownPath(std::filesystem::path(program_.patch.iwadPath).filename()) : QString());
-    lblIwad_->setToolTip(open ? ShownPath(program_.patch.iwadPath) : QString());
+    QString wads = open ? ShownPath(std::filesystem::path(program_.patch.iwadPath).filename()) : QString();
+    if (const std::filesystem::path missing = program_.missingDataWad; !missing.empty())
+        wads += tr(", without %1").arg(ShownPath(missing.filename()));
+    lblIwad_->setText(wads);
+    lblIwad_->setToolTip(!open ? QString()
+                         : program_.missingDataWad.empty()
+                             ? ShownPath(program_.patch.iwadPath)
+                             : tr("%1\nThe data WAD %2 could not be opened.")
+                                   .arg(ShownPath(program_.patch.iwadPath), ShownPath(program_.missingDataWad)));
 }
 
 void frmMain::RestoreEditor(std::size_t editor) {

@@ -76,6 +76,8 @@ private:
     void UpdateEditMenu();
     void UpdateEditorButtons();
     void UpdateStatus();
+    /// Shows a text in the status bar for a while.
+    void Tell(const QString& text);
     void RestorePlaces();
     void RestoreEditor(std::size_t editor);
     void KeepPlaces();

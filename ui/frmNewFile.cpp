@@ -1,5 +1,6 @@
 #include "ui/frmNewFile.h"
 
+#include "core/Files.h"
 #include "core/Numbers.h"
 #include "patch/SessionChoice.h"
 #include "ui/LatinText.h"
@@ -168,6 +169,9 @@ void frmNewFile::Accept() {
         accept();
         return;
     case SessionResult::Failed:
+        if (const auto iwads = environment_.settings.Iwads();
+            choice.iwad < iwads.size() && !FileExists(iwads[choice.iwad].path))
+            emit StatusText(tr("The IWAD %1 does not exist").arg(ShownPath(iwads[choice.iwad].path)));
         reject();
         return;
     }

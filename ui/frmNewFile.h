@@ -31,6 +31,8 @@ public:
 signals:
     /// The user wants to add an IWAD; the options are open while the signal is handled.
     void OptionsWanted();
+    /// What just happened, for the status bar.
+    void StatusText(const QString& text);
 
 private:
     void FillLists();

@@ -179,6 +179,7 @@ TEST_F(FileCommandsTest, MissingDataWadIsLoggedAndTheSessionGoesOn) {
     EXPECT_TRUE(commands->SessionOpen());
     EXPECT_NE(ReadFile(log).find("WARNING: Unable to load data WAD, file does not exist"), std::string::npos);
     EXPECT_EQ(program.dataWad, nullptr);
+    EXPECT_EQ(program.missingDataWad, dataWad);
 }
 
 TEST_F(FileCommandsTest, DataWadPaletteReplacesTheIwads) {
@@ -275,21 +276,56 @@ TEST_F(FileCommandsTest, ClosingAsksAboutUnsavedChanges) {
 TEST_F(FileCommandsTest, NoticesAFileThatAnotherProgramChanged) {
     const std::string mine = Open("mine.deh", normalPatch);
     commands->CheckFileOnDisk();
-    const std::string question = "The file " + mine +
-                                 " was changed by another program. Do you want to reload it? "
-                                 "With No, what is open here is kept.";
+    const std::string question = "The file " + mine + " was changed by another program. Do you want to reload it? ";
+    const std::string kept = "With No, what is open here is kept.";
     WriteFile(mine, std::string(normalPatch) + "Speed = 15\n");
-    notifier.Expect(question, Answer::No);
+    notifier.Expect(question + kept, Answer::No, Buttons::YesNo);
     commands->CheckFileOnDisk();
     EXPECT_TRUE(program.patch.changed) << "what is open is not what is on disk";
     commands->CheckFileOnDisk(); // asks once for each change
+
+    WriteFile(mine, std::string(normalPatch) + "Doom version = 21\n");
+    const std::string gone = "That gives up your unsaved changes and all undo steps. ";
+    notifier.Expect(question + gone + kept, Answer::Yes, Buttons::NoYes);
+    notifier.Expect(MessageKind::Exclamation,
+                    "Could not open " + mine + ": the line \"Doom version\" stands in it twice, again in line 10");
+    commands->CheckFileOnDisk();
+    std::string otherVersion = normalPatch;
+    otherVersion.replace(otherVersion.find("19"), 2, "21");
+    WriteFile(mine, otherVersion);
+    notifier.Expect(question + gone + kept, Answer::Yes, Buttons::NoYes);
+    notifier.Expect(MessageKind::Exclamation, std::string(otherEngine));
+    commands->CheckFileOnDisk();
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 200);
+
     WriteFile(mine, std::string(normalPatch) + "Speed = 155\n");
-    notifier.Expect(question, Answer::Yes);
+    notifier.Expect(question + gone + kept, Answer::Yes, Buttons::NoYes);
     commands->CheckFileOnDisk();
     EXPECT_EQ(program.patch.current.things[11].speed, 155);
     EXPECT_FALSE(program.patch.changed);
     EXPECT_TRUE(commands->Save());
     commands->CheckFileOnDisk(); // our own save is no change of others
+}
+
+TEST_F(FileCommandsTest, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    const std::string others = std::string(normalPatch) + "Speed = 15\n";
+    WriteFile(mine, others);
+    const std::string question = "The file " + mine + " was changed by another program. Do you want to overwrite it?";
+    notifier.Expect(question, Answer::No, Buttons::NoYes);
+    EXPECT_FALSE(commands->Save());
+    EXPECT_EQ(ReadFile(mine), others);
+    EXPECT_TRUE(program.patch.changed);
+    notifier.Expect(question, Answer::Yes, Buttons::NoYes);
+    EXPECT_TRUE(commands->Save());
+    EXPECT_EQ(ReadFile(mine + ".bak"), others);
+
+    edits.Undo();
+    std::filesystem::remove(mine);
+    commands->CheckFileOnDisk();
+    EXPECT_TRUE(commands->Save()) << "a deleted file is written anew";
+    EXPECT_TRUE(FileExists(mine));
 }
 
 TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
@@ -320,7 +356,8 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
         EXPECT_TRUE(next.patch.changed);
         EXPECT_EQ(next.patch.named, program.patch.named);
         Recovery other(next.settingsFolder);
-        EXPECT_FALSE(other.TakeOver()) << "the files of a running program are its own";
+        std::vector<std::filesystem::path> damaged;
+        EXPECT_FALSE(other.TakeOver(damaged)) << "the files of a running program are its own";
         nextRecovery.Forget();
         EXPECT_FALSE(nextCommands.OfferRecovery());
         edits.Clear();
@@ -344,13 +381,61 @@ TEST_F(FileCommandsTest, UnsavedWorkThatFitsNoEngineIsPutAside) {
                     Answer::Yes);
     notifier.Expect(
         MessageKind::Exclamation,
-        "The unsaved changes do not fit the engine configurations and IWADs that are there now. They stay in "
-        "the settings folder.");
+        "The unsaved changes do not fit the engine configurations and IWADs that are there now. They stay in " +
+            (program.settingsFolder / "recovery-0.dat.kept").string() + ".");
     EXPECT_FALSE(nextCommands.OfferRecovery());
     next.Forget();
     EXPECT_TRUE(FileExists(program.settingsFolder / "recovery-0.dat.kept"));
     EXPECT_FALSE(nextCommands.OfferRecovery()) << "it is offered once";
     commands = nullptr;
+}
+
+TEST_F(FileCommandsTest, ADamagedRecoveryFileIsToldAndBlocksNoPlace) {
+    recovery = nullptr;
+    for (const char* name : {"recovery-0.dat.kept", "recovery-0.dat.2.kept"}) {
+        WriteFile(program.settingsFolder / "recovery-0.dat", "12\nnonsense");
+        Recovery next(program.settingsFolder);
+        FileCommands nextCommands(program, edits, dialogs, next, {});
+        notifier.Expect(MessageKind::Exclamation, "Plinket3 did not end as it should. The file with its unsaved "
+                                                  "changes is damaged and stays as " +
+                                                      (program.settingsFolder / name).string() + ".");
+        EXPECT_FALSE(nextCommands.OfferRecovery());
+        EXPECT_EQ(ReadFile(program.settingsFolder / name), "12\nnonsense");
+    }
+    commands = nullptr;
+}
+
+TEST_F(FileCommandsTest, TheRecoveryFileIsWrittenAfterEditsOnlyAndAFailureIsToldOnce) {
+    std::vector<std::string> told;
+    QObject::connect(commands.get(), &FileCommands::StatusText,
+                     [&told](const QString& text) { told.push_back(text.toStdString()); });
+    Open("mine.deh", normalPatch);
+    Edit();
+    const std::filesystem::path file = program.settingsFolder / "recovery-0.dat";
+    commands->KeepRecovery();
+    WriteFile(file, "untouched");
+    commands->KeepRecovery();
+    EXPECT_EQ(ReadFile(file), "untouched");
+    edits.Store({RecordKind::Thing, 11, RowOf(&ThingRecord::speed)}, 7);
+    commands->KeepRecovery();
+    EXPECT_NE(ReadFile(file), "untouched");
+
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file); // nothing can be written there
+    edits.Undo();
+    told.clear();
+    commands->KeepRecovery();
+    commands->KeepRecovery();
+    EXPECT_EQ(told, std::vector<std::string>{"The recovery file could not be written: is a folder"});
+    std::filesystem::remove(file);
+    commands->KeepRecovery();
+    EXPECT_TRUE(FileExists(file)) << "it is tried again";
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    edits.Redo();
+    commands->KeepRecovery();
+    EXPECT_EQ(told.size(), 2U);
+    std::filesystem::remove(file);
 }
 
 TEST_F(FileCommandsTest, SavingAndGivingUpRemoveTheRecoveryFile) {

@@ -14,6 +14,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
 #include <QToolButton>
@@ -222,6 +223,25 @@ TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNames) {
     });
     window->Commands().openFile(QString::fromStdString((folder / "mine.bex").string()));
     EXPECT_EQ(Caption(), "Plinket3");
+}
+
+TEST_F(MainWindowTest, WadsThatAreGoneAreNamedInTheStatusBar) {
+    test::WriteFile(folder / "mine.bex", "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n"
+                                         "Data WAD = /x/data.wad\n");
+    const QString patch = QString::fromStdString((folder / "mine.bex").string());
+    {
+        const ModalDriver driver("frmNewFile", Accept("Boom"));
+        window->Commands().openFile(patch);
+    }
+    EXPECT_EQ(Find<QLabel>("lblIWAD").text(), "freedoom2.wad, without data.wad");
+    EXPECT_TRUE(Find<QLabel>("lblIWAD").toolTip().endsWith("The data WAD /x/data.wad could not be opened."));
+
+    program.settings.RemoveIwad(0);
+    program.settings.AddIwad("Doom II", "/elsewhere/doom2.wad");
+    notifier.Expect(MessageKind::Exclamation, "Could not load PLAYPAL lump.");
+    const ModalDriver driver("frmNewFile", Accept("Boom"));
+    window->Commands().openFile(patch);
+    EXPECT_EQ(Find<QStatusBar>("").currentMessage(), "The IWAD /elsewhere/doom2.wad does not exist");
 }
 
 TEST_F(MainWindowTest, SessionDialogStaysOpenForAnEngineOfAnotherVersion) {
