@@ -23,6 +23,7 @@ struct Environment {
     clsConfiguration iwadDetect;
     Settings settings;
     std::vector<modConfig::EngineEntry> engines;
+    bool settingsLost = false; // the user knows that settings cannot be stored
 };
 
 } // namespace plinket3

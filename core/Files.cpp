@@ -289,6 +289,10 @@ std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path) {
     return resolved;
 }
 
+Status FolderIsWritable(const std::filesystem::path& folder) {
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 ? Status() : SystemFailure();
+}
+
 bool FileExists(const std::filesystem::path& file) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(file, error);

@@ -33,6 +33,9 @@ Status CopyFileAtomically(const std::filesystem::path& from, const std::filesyst
 /// only. A path of which some part exists in neither way comes back as it was given.
 std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path);
 
+/// Fails when no file can be made in that folder.
+Status FolderIsWritable(const std::filesystem::path& folder);
+
 /// True for an existing file that is no folder.
 bool FileExists(const std::filesystem::path& file);
 

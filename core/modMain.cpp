@@ -6,6 +6,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 namespace plinket3::modMain {
 
@@ -31,20 +32,30 @@ void OpenSettingsFolder(Environment& environment) {
     std::error_code error;
     if (!std::filesystem::is_directory(environment.settingsFolder, error))
         std::filesystem::create_directories(environment.settingsFolder, error);
-    Status status;
+    std::string failure;
     if (error)
-        status = Status::Failure("Could not create the settings folder " + environment.settingsFolder.string() + ": " +
-                                 error.message() + ". Settings and log will not be kept.");
-    else
-        status = environment.log.StartLog(environment.settingsFolder / "plinket3.log", false);
-    if (!status)
-        environment.notifier.Show(MessageKind::Exclamation, status.Reason());
+        failure = "create the settings folder " + environment.settingsFolder.string() + ": " + error.message();
+    else if (Status writable = FolderIsWritable(environment.settingsFolder); !writable)
+        failure = "write into the settings folder " + environment.settingsFolder.string() + ": " + writable.Reason();
+    environment.settingsLost = !failure.empty();
+    if (environment.settingsLost) {
+        environment.notifier.Show(MessageKind::Exclamation,
+                                  "Could not " + failure + ". Settings, log and unsaved work will not be kept.");
+        return;
+    }
+    const std::filesystem::path log = environment.settingsFolder / "plinket3.log";
+    if (const Status status = environment.log.StartLog(log, false); !status)
+        environment.notifier.Show(MessageKind::Exclamation,
+                                  "Could not write the log " + log.string() + ": " + status.Reason());
 }
 
+/// Told of once in a run, since every later save fails for the same reason.
 void SaveSettings(Environment& environment) {
-    if (const Status status = environment.settings.Save(); !status)
-        environment.notifier.Show(MessageKind::Exclamation,
-                                  "Could not save " + environment.settings.File().string() + ": " + status.Reason());
+    const Status status = environment.settings.Save();
+    if (status || std::exchange(environment.settingsLost, true))
+        return;
+    environment.notifier.Show(MessageKind::Exclamation,
+                              "Could not save " + environment.settings.File().string() + ": " + status.Reason());
 }
 
 bool Refuse(Environment& environment, FrontEnd& frontEnd, std::string_view message) {

@@ -6,6 +6,9 @@
 #include <QApplication>
 #include <QMessageBox>
 
+#include <iostream>
+#include <string>
+
 namespace plinket3 {
 
 namespace {
@@ -26,6 +29,7 @@ int Run(QMessageBox::Icon icon, std::string_view text, QMessageBox::StandardButt
     QMessageBox box(icon, QString::fromLatin1(programTitle), {}, buttons, QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText); // names and paths are not markup
     box.setText(ShownPath(std::string(text)));
+    std::cerr << text << std::endl; // for whoever started the program from a terminal
     box.setDefaultButton(first);
     return box.exec();
 }

@@ -196,22 +196,28 @@ TEST_F(StartUpTest, GoesOnWithoutFontAndAudio) {
 
 TEST_F(StartUpTest, GoesOnWithoutASettingsFolder) {
     WriteFile(folder / "config", "a file stands where the folder would be");
-    class Counting : public Notifier {
-    public:
-        void Show(MessageKind, std::string_view text) override { shown.emplace_back(text); }
-        Answer Ask(std::string_view, Buttons) override { return Answer::No; }
-        std::vector<std::string> shown;
-    } counting;
-    Environment other(counting);
-    other.programFolder = environment.programFolder;
-    other.settingsFolder = environment.settingsFolder;
-    RecordingFrontEnd otherFrontEnd(other.log);
-    ASSERT_TRUE(modMain::StartUp(other, otherFrontEnd, {}));
-    EXPECT_EQ(otherFrontEnd.calls.back(), "startup");
-    ASSERT_GE(counting.shown.size(), 3U);
-    EXPECT_TRUE(counting.shown[0].starts_with("Could not create the settings folder ")) << counting.shown[0];
-    EXPECT_EQ(counting.shown[1], betaNotice);
-    EXPECT_TRUE(counting.shown[2].starts_with("Could not save ")) << counting.shown[2];
+    notifier.Expect(MessageKind::Exclamation,
+                    "Could not create the settings folder " + environment.settingsFolder.string() +
+                        ": Not a directory. Settings, log and unsaved work will not be kept.");
+    ExpectBetaNotice();
+    notifier.Expect(MessageKind::Information, firstRunNotice);
+    ASSERT_TRUE(modMain::StartUp(environment, frontEnd, {}));
+    EXPECT_EQ(frontEnd.calls.back(), "startup");
+    modMain::ShutDown(environment, frontEnd);
+}
+
+TEST_F(StartUpTest, TellsOnceWhatItCannotWrite) {
+    MakeSettings();
+    std::filesystem::create_directory(LogFile());
+    std::filesystem::remove(SettingsFile());
+    std::filesystem::create_symlink("nowhere/plinket3.cfg", SettingsFile());
+    notifier.Expect(MessageKind::Exclamation, "Could not write the log " + LogFile().string() + ": Is a directory");
+    ExpectBetaNotice();
+    notifier.Expect(MessageKind::Exclamation,
+                    "Could not save " + SettingsFile().string() + ": No such file or directory");
+    notifier.Expect(MessageKind::Information, firstRunNotice);
+    ASSERT_TRUE(modMain::StartUp(environment, frontEnd, {}));
+    modMain::ShutDown(environment, frontEnd);
 }
 
 TEST_F(StartUpTest, RefreshesTheEditorsOnlyWhileASessionIsOpen) {
