@@ -1,0 +1,192 @@
+"""Starts the real window program on a display of its own and presses its keys."""
+
+import os
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+from pathlib import Path
+
+IWAD = "/usr/share/games/doom/freedoom2.wad"
+BETA = "This is a beta release of Plinket3 -- use it at your own risk!"
+SKIPPED = 77
+
+
+class Failed(Exception):
+    """What the program should have done and did not."""
+
+
+def require(*tools):
+    """Ends the test as skipped when something that it drives the program with is not installed."""
+    missing = [tool for tool in tools if shutil.which(tool) is None and not os.path.exists(tool)]
+    if missing:
+        print("skipped: not installed:", *missing)
+        sys.exit(SKIPPED)
+
+
+class Display:
+    """An X server with a window manager, without which nothing gets the keyboard."""
+
+    def __enter__(self):
+        self.folder = tempfile.mkdtemp(prefix="plinket3_display_")
+        read, write = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
+            pass_fds=[write], stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as numbers:
+            self.name = ":" + numbers.readline().strip()
+        settings = Path(self.folder, "jwmrc")
+        settings.write_text('<?xml version="1.0"?><JWM><FocusModel>click</FocusModel></JWM>')
+        self.manager = subprocess.Popen(["jwm", "-f", str(settings), "-display", self.name], stderr=subprocess.DEVNULL)
+        return self
+
+    def __exit__(self, *_):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+        shutil.rmtree(self.folder)
+
+
+class Account:
+    """A home folder with settings that know Freedoom."""
+
+    def __init__(self, home, backup=1):
+        self.home = Path(home)
+        self.settings = self.home / ".config/Plinket3"
+        self.settings.mkdir(parents=True)
+        run = self.home / "run"
+        run.mkdir(mode=0o700)
+        (self.settings / "plinket3.cfg").write_text(
+            'Type = "Plinket3 Program Configuration file"; IWADs { 0wad = "Freedoom;%s"; } recentFiles { } '
+            'createBackup = %d; firstRun = 0; lastDir = "%s";' % (IWAD, backup, home))
+
+    def environment(self, display):
+        changed = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.home / "run"), "SDL_AUDIODRIVER": "dummy",
+                   "QT_QPA_PLATFORM": "xcb", "DISPLAY": display.name, "LC_ALL": "C.UTF-8"}
+        return {key: value for key, value in os.environ.items() if key != "XDG_CONFIG_HOME"} | changed
+
+    def log(self):
+        return (self.settings / "plinket3.log").read_text("latin-1")
+
+
+class Program:
+    """The running program. Its message boxes are known from what it prints of them."""
+
+    def __init__(self, program, account, display, *arguments, prefix=()):
+        self.environment = account.environment(display)
+        self.messages = []
+        self.process = subprocess.Popen([*prefix, str(program), *map(str, arguments)], env=self.environment,
+                                        stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True, errors="replace")
+        self.reader = threading.Thread(target=self._read, daemon=True)
+        self.reader.start()
+        self.answered = 0
+
+    def _read(self):
+        for line in self.process.stderr:
+            self.messages.append(line.rstrip("\n"))
+
+    def running(self):
+        return self.process.poll() is None
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *arguments], env=self.environment, text=True, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, check=False).stdout
+
+    def until(self, condition, what, seconds=20, may_end=False):
+        """Waits for a condition and returns it; fails when it does not come or the program ends before."""
+        end = time.monotonic() + seconds
+        while not (value := condition()):
+            if not self.running():
+                if may_end:
+                    return None
+                self.reader.join(1)
+                if value := condition():
+                    return value
+                raise Failed(f"the program ended with {self.process.returncode} before {what}\n" + self.said())
+            if time.monotonic() > end:
+                raise Failed(f"waited in vain for {what}\n" + self.said())
+            time.sleep(0.01)
+        return value
+
+    def said(self):
+        return "it said: " + "\n".join(self.messages)
+
+    def focused(self):
+        return self.xdotool("getwindowfocus", "getwindowname").strip()
+
+    def focus(self, pattern):
+        """Waits until a window of that title has the keyboard."""
+        def there():
+            title = self.focused()
+            if re.search(pattern, title):
+                return title
+            window = self.xdotool("search", "--onlyvisible", "--name", pattern).split()
+            if window:
+                self.xdotool("windowactivate", window[0])
+                time.sleep(0.02)
+            return None
+        return self.until(there, f'a window "{pattern}"')
+
+    def key(self, *keys):
+        self.xdotool("key", *keys)
+
+    def press(self, *keys):
+        """Like `key`, but does not wait until the keys are on their way."""
+        subprocess.Popen(["xdotool", "key", *keys], env=self.environment, stderr=subprocess.DEVNULL)
+
+    def answer(self, text, key="Return"):
+        """Waits for a message that holds `text`, the next one that was not answered yet, and presses a key in it."""
+        self.until(lambda: len(self.messages) > self.answered, f'the message "{text}"')
+        if text not in self.messages[self.answered]:
+            raise Failed(f'instead of "{text}" ' + self.said())
+        self.answered += 1
+        self.focus("^Plinket3$")
+        box = self.xdotool("getwindowfocus")
+        self.until(lambda: self.key(key) or time.sleep(0.05) or self.xdotool("getwindowfocus") != box,
+                   f'the message "{text}" to go', may_end=True)
+
+    def pass_by(self, title, *others):
+        """Presses Return in every dialog, those of `others` too, until a window of that title has the keyboard."""
+        def there():
+            focused = self.focused()
+            if re.search(title, focused):
+                return focused
+            if any(re.search(other, focused) for other in (*others, "^Plinket3$")):
+                self.key("Return")
+                time.sleep(0.05)
+            else:
+                for window in self.xdotool("search", "--onlyvisible", "--name", "^Plinket3").split()[-1:]:
+                    self.xdotool("windowactivate", window)
+            return None
+        self.until(there, f'a window "{title}"')
+        self.answered = len(self.messages)
+
+    def open_patch(self):
+        """From the start with a patch to the main window that shows it."""
+        self.pass_by(r"^Plinket3 - \[", "^File settings of ")
+        if self.messages != [BETA]:
+            raise Failed(self.said())
+
+    def end(self):
+        """Ends it by its menu; fails when it does not end as it should."""
+        self.focus("^Plinket3")
+        self.key("ctrl+q")
+        self.ended()
+
+    def ended(self):
+        try:
+            code = self.process.wait(20)
+        except subprocess.TimeoutExpired:
+            self.kill()
+            raise Failed("it does not end\n" + self.said()) from None
+        if code != 0:
+            raise Failed(f"it ended with {code}\n" + self.said())
+
+    def kill(self):
+        self.process.send_signal(signal.SIGKILL)
+        self.process.wait()
