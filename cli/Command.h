@@ -82,7 +82,7 @@ std::string ReadInput(const std::string& file);
 /// Writes `bytes` to `file` in one step. Throws `Refused`.
 void WriteOutput(const std::string& file, std::string_view bytes);
 
-/// The current set as JSON text.
-std::string DumpJson(const Program& program);
+/// Writes the current set as JSON text.
+void DumpJson(const Program& program, std::ostream& out);
 
 } // namespace plinket3::cli

@@ -16,103 +16,87 @@ template <class Record> void PutFields(Json& object, const Record& record) {
         object[std::string(field.label)] = record.*field.member;
 }
 
-template <class Record> Json Records(const std::vector<Record>& records, const std::vector<std::string>& names) {
-    Json list = Json::array();
-    for (std::size_t i = 0; i < records.size(); ++i) {
+/// Writes the records `at(0)` ... as one list. Each is forgotten when it is written: a list may have a million.
+template <class At> void PutList(std::ostream& out, std::string_view key, std::size_t count, At at) {
+    out << ",\"" << key << "\":[";
+    for (std::size_t i = 0; i < count; ++i)
+        out << (i == 0 ? "" : ",") << at(i).dump();
+    out << ']';
+}
+
+template <class Record> void PutRecords(std::ostream& out, std::string_view key, const std::vector<Record>& records,
+                                        const std::vector<std::string>& names) {
+    PutList(out, key, records.size(), [&](std::size_t i) {
         Json object;
         object["name"] = Utf8(names[i]);
         PutFields(object, records[i]);
-        list.push_back(std::move(object));
-    }
-    return list;
+        return object;
+    });
 }
 
-Json States(const PatchSet& set, const EngineConfiguration& engine) {
-    Json list = Json::array();
-    for (std::size_t i = 0; i < set.states.size(); ++i) {
-        Json object;
-        PutFields(object, set.states[i]);
-        object["Code pointer"] = set.codePointers[i];
-        const std::string* mnemonic = engine.MnemonicOf(set.codePointers[i]);
-        object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
-        list.push_back(std::move(object));
-    }
-    return list;
+Json StateAt(const PatchSet& set, const EngineConfiguration& engine, std::size_t i) {
+    Json object;
+    PutFields(object, set.states[i]);
+    object["Code pointer"] = set.codePointers[i];
+    const std::string* mnemonic = engine.MnemonicOf(set.codePointers[i]);
+    object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
+    return object;
 }
 
-Json Sounds(const PatchSet& set) {
-    Json list = Json::array();
-    for (std::size_t i = 0; i < set.sounds.size(); ++i) {
-        Json object;
-        object["name"] = Utf8(set.SoundName(static_cast<std::int32_t>(i)));
-        PutFields(object, set.sounds[i]);
-        list.push_back(std::move(object));
-    }
-    return list;
+Json SoundAt(const PatchSet& set, std::size_t i) {
+    Json object;
+    object["name"] = Utf8(set.SoundName(static_cast<std::int32_t>(i)));
+    PutFields(object, set.sounds[i]);
+    return object;
 }
 
-Json Sprites(const PatchSet& set) {
-    Json list = Json::array();
-    for (std::size_t i = 0; i < set.spriteNames.size(); ++i)
-        list.push_back({{"name", Utf8(set.SpriteName(static_cast<std::int32_t>(i)))}, {"value", set.spriteValues[i]}});
-    return list;
+Json SpriteAt(const PatchSet& set, std::size_t i) {
+    return {{"name", Utf8(set.SpriteName(static_cast<std::int32_t>(i)))}, {"value", set.spriteValues[i]}};
 }
 
-Json Strings(const PatchSet& set, const EngineConfiguration& engine) {
-    Json list = Json::array();
-    for (std::size_t i = 0; i < set.strings.size(); ++i) {
-        const StringRecord& string = set.strings[i];
-        const bool keyed = engine.extended && i < engine.strings.size();
-        list.push_back({{"key", keyed ? Json(Utf8(engine.strings[i].mnemonic)) : Json()},
-                        {"position", string.position},
-                        {"length", string.length},
-                        {"text", Utf8(string.text)}});
-    }
-    return list;
+Json StringAt(const PatchSet& set, const EngineConfiguration& engine, std::size_t i) {
+    const StringRecord& string = set.strings[i];
+    const bool keyed = engine.extended && i < engine.strings.size();
+    return {{"key", keyed ? Json(Utf8(engine.strings[i].mnemonic)) : Json()},
+            {"position", string.position},
+            {"length", string.length},
+            {"text", Utf8(string.text)}};
 }
 
-Json Cheats(const PatchSet& set) {
-    Json list = Json::array();
-    for (std::size_t i = 0; i < set.cheats.size(); ++i)
-        list.push_back({{"label", i < cheatLabels.size() ? Json(cheatLabels[i]) : Json()},
-                        {"max", set.cheats[i].maximumLength},
-                        {"text", Utf8(set.cheats[i].text)}});
-    return list;
+Json CheatAt(const PatchSet& set, std::size_t i) {
+    return {{"label", i < cheatLabels.size() ? Json(cheatLabels[i]) : Json()},
+            {"max", set.cheats[i].maximumLength},
+            {"text", Utf8(set.cheats[i].text)}};
 }
 
-Json Pars(const PatchSet& set) {
-    Json list = Json::array();
-    for (const ParRecord& par : set.pars)
-        list.push_back({{"episode", par.episode}, {"map", par.map}, {"seconds", par.seconds}});
-    return list;
-}
+Json ParOf(const ParRecord& par) { return {{"episode", par.episode}, {"map", par.map}, {"seconds", par.seconds}}; }
 
 } // namespace
 
-std::string DumpJson(const Program& program) {
+void DumpJson(const Program& program, std::ostream& out) {
     const PatchSet& set = program.patch.current;
     const EngineConfiguration& engine = program.engine;
-    Json dump;
-    dump["engine"] = {{"file", Utf8(engine.fileName)},
-                      {"name", Utf8(engine.name)},
-                      {"version", engine.version},
-                      {"extended", engine.extended}};
-    dump["patch"] = {{"file", Utf8(program.patch.fileName.string())},
-                     {"version", program.patch.doomVersion},
-                     {"format", program.patch.patchFormat}};
-    dump["things"] = Records(set.things, set.thingNames);
-    dump["states"] = States(set, engine);
-    dump["sounds"] = Sounds(set);
-    dump["sprites"] = Sprites(set);
-    dump["strings"] = Strings(set, engine);
-    dump["weapons"] = Records(set.weapons, set.weaponNames);
-    dump["ammo"] = Records(set.ammo, set.ammoNames);
-    dump["cheats"] = Cheats(set);
+    const Json engineFacts{{"file", Utf8(engine.fileName)},
+                           {"name", Utf8(engine.name)},
+                           {"version", engine.version},
+                           {"extended", engine.extended}};
+    const Json patchFacts{{"file", Utf8(program.patch.fileName.string())},
+                          {"version", program.patch.doomVersion},
+                          {"format", program.patch.patchFormat}};
     Json misc;
     PutFields(misc, set.misc);
-    dump["misc"] = std::move(misc);
-    dump["pars"] = Pars(set);
-    return dump.dump();
+    out << "{\"engine\":" << engineFacts.dump() << ",\"patch\":" << patchFacts.dump();
+    PutRecords(out, "things", set.things, set.thingNames);
+    PutList(out, "states", set.states.size(), [&](std::size_t i) { return StateAt(set, engine, i); });
+    PutList(out, "sounds", set.sounds.size(), [&](std::size_t i) { return SoundAt(set, i); });
+    PutList(out, "sprites", set.spriteNames.size(), [&](std::size_t i) { return SpriteAt(set, i); });
+    PutList(out, "strings", set.strings.size(), [&](std::size_t i) { return StringAt(set, engine, i); });
+    PutRecords(out, "weapons", set.weapons, set.weaponNames);
+    PutRecords(out, "ammo", set.ammo, set.ammoNames);
+    PutList(out, "cheats", set.cheats.size(), [&](std::size_t i) { return CheatAt(set, i); });
+    out << ",\"misc\":" << misc.dump();
+    PutList(out, "pars", set.pars.size(), [&](std::size_t i) { return ParOf(set.pars[i]); });
+    out << '}';
 }
 
 } // namespace plinket3::cli

@@ -129,7 +129,8 @@ int Info(Run& run) {
 
 int Dump(Run& run) {
     LoadPatch(run, PatchArgument(run));
-    run.out << DumpJson(run.program) << '\n';
+    DumpJson(run.program, run.out);
+    run.out << '\n';
     return done;
 }
 
