@@ -167,7 +167,7 @@ def read_only_settings(build, display, folder):
     program.answer(f"Could not write into the settings folder {account.settings}: Read-only file system. Settings, log "
                    "and unsaved work will not be kept.")
     program.answer(BETA)
-    program.pass_by(r"^Plinket3 - \[", "^File settings of ")
+    program.reach_patch()
     edit(program)
     program.key("ctrl+s")
     program.until(lambda: b"Initial Health = 5\r\n" in patch.read_bytes(), "the saved patch")

@@ -33,22 +33,33 @@ class Display:
 
     def __enter__(self):
         self.folder = tempfile.mkdtemp(prefix="plinket3_display_")
-        read, write = os.pipe()
-        self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-            pass_fds=[write], stderr=subprocess.DEVNULL)
-        os.close(write)
-        with os.fdopen(read) as numbers:
-            self.name = ":" + numbers.readline().strip()
         settings = Path(self.folder, "jwmrc")
         settings.write_text('<?xml version="1.0"?><JWM><FocusModel>click</FocusModel></JWM>')
-        self.manager = subprocess.Popen(["jwm", "-f", str(settings), "-display", self.name], stderr=subprocess.DEVNULL)
-        return self
+        for _ in range(10):  # servers that start at the same time may take each other's number
+            read, write = os.pipe()
+            self.server = subprocess.Popen(
+                ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
+                pass_fds=[write], stderr=subprocess.DEVNULL)
+            os.close(write)
+            with os.fdopen(read) as numbers:
+                self.name = ":" + numbers.readline().strip()
+            self.manager = subprocess.Popen(["jwm", "-f", str(settings), "-display", self.name],
+                                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            try:
+                self.manager.wait(0.3)
+            except subprocess.TimeoutExpired:
+                return self
+            self.stop(self.server)
+        raise Failed("no X server starts")
+
+    @staticmethod
+    def stop(process):
+        process.terminate()
+        process.wait()
 
     def __exit__(self, *_):
-        for process in (self.manager, self.server):
-            process.terminate()
-            process.wait()
+        self.stop(self.manager)
+        self.stop(self.server)
         shutil.rmtree(self.folder)
 
 
@@ -77,11 +88,12 @@ class Account:
 class Program:
     """The running program. Its message boxes are known from what it prints of them."""
 
-    def __init__(self, program, account, display, *arguments, prefix=()):
+    def __init__(self, program, account, display, *arguments, limit=None):
         self.environment = account.environment(display)
         self.messages = []
-        self.process = subprocess.Popen([*prefix, str(program), *map(str, arguments)], env=self.environment,
-                                        stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True, errors="replace")
+        self.process = subprocess.Popen([str(program), *map(str, arguments)], env=self.environment, preexec_fn=limit,
+                                        stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True,
+                                        encoding="latin-1")
         self.reader = threading.Thread(target=self._read, daemon=True)
         self.reader.start()
         self.answered = 0
@@ -102,9 +114,9 @@ class Program:
         end = time.monotonic() + seconds
         while not (value := condition()):
             if not self.running():
+                self.reader.join(1)
                 if may_end:
                     return None
-                self.reader.join(1)
                 if value := condition():
                     return value
                 raise Failed(f"the program ended with {self.process.returncode} before {what}\n" + self.said())
@@ -150,25 +162,29 @@ class Program:
         self.until(lambda: self.key(key) or time.sleep(0.05) or self.xdotool("getwindowfocus") != box,
                    f'the message "{text}" to go', may_end=True)
 
-    def pass_by(self, title, *others):
-        """Presses Return in every dialog, those of `others` too, until a window of that title has the keyboard."""
+    def pass_by(self, what, reached, *dialogs):
+        """Presses Return in every dialog, those of these titles too, until reached(title of the focused window)."""
         def there():
             focused = self.focused()
-            if re.search(title, focused):
-                return focused
-            if any(re.search(other, focused) for other in (*others, "^Plinket3$")):
+            if reached(focused):
+                return True
+            if any(re.search(dialog, focused) for dialog in (*dialogs, "^Plinket3$")):
                 self.key("Return")
                 time.sleep(0.05)
             else:
-                for window in self.xdotool("search", "--onlyvisible", "--name", "^Plinket3").split()[-1:]:
+                for window in self.xdotool("search", "--onlyvisible", "--name", ".").split()[-1:]:
                     self.xdotool("windowactivate", window)
-            return None
-        self.until(there, f'a window "{title}"')
+            return False
+        self.until(there, what)
         self.answered = len(self.messages)
 
-    def open_patch(self):
+    def reach_patch(self):
         """From the start with a patch to the main window that shows it."""
-        self.pass_by(r"^Plinket3 - \[", "^File settings of ")
+        self.pass_by("the open patch", lambda title: title.startswith("Plinket3 - ["), "^File settings of ")
+
+    def open_patch(self):
+        """The same, of a patch about which nothing is said."""
+        self.reach_patch()
         if self.messages != [BETA]:
             raise Failed(self.said())
 
@@ -176,6 +192,16 @@ class Program:
         """Ends it by its menu; fails when it does not end as it should."""
         self.focus("^Plinket3")
         self.key("ctrl+q")
+        self.ended()
+
+    def get_to_end(self):
+        """Ends it whatever it still shows."""
+        def gone():
+            self.key("Escape" if self.focused() == "Welcome to Plinket3" else "Return")
+            self.key("ctrl+q")
+            time.sleep(0.05)
+            return not self.running()
+        self.until(gone, "its end", may_end=True)
         self.ended()
 
     def ended(self):
