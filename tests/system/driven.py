@@ -197,7 +197,7 @@ class Program:
     def get_to_end(self):
         """Ends it whatever it still shows."""
         def gone():
-            self.key("Escape" if self.focused() == "Welcome to Plinket3" else "Return")
+            self.key("Return" if self.focused().startswith("Plinket3") else "Escape")
             self.key("ctrl+q")
             time.sleep(0.05)
             return not self.running()
