@@ -182,7 +182,8 @@ TEST_F(SelectDialogsTest, AnotherEngineFillsTheListsAnew) {
 
 TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {
     Settings settings;
-    QtFileDialogs dialogs(settings);
+    ExpectingNotifier notifier;
+    QtFileDialogs dialogs(settings, notifier);
     struct {
         FileDialogs::Characters characters;
         QString typed, taken, told;
