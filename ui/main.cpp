@@ -51,6 +51,8 @@ int main(int argc, char** argv) {
     program.programFolder = plinket3::ProgramFolder(argv[0]);
     program.settingsFolder = Folder(QStandardPaths::GenericConfigLocation) / plinket3::programTitle;
     program.documentsFolder = Folder(QStandardPaths::DocumentsLocation);
+    if (!std::filesystem::is_directory(program.documentsFolder)) // a folder that is not there saves nothing
+        program.documentsFolder = Folder(QStandardPaths::HomeLocation);
     plinket3::QtFileDialogs dialogs(program.settings, notifier);
     plinket3::QtFrontEnd frontEnd(program, dialogs);
     bool ended = false;

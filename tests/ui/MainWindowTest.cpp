@@ -14,10 +14,12 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
 #include <QToolButton>
+#include <QTreeView>
 
 #include <algorithm>
 
@@ -169,6 +171,30 @@ TEST_F(MainWindowTest, EditorButtonsShowAndHideTheirWindow) {
     EXPECT_FALSE(Action("ViewThingEditor").isChecked());
     Action("ViewThingEditor").trigger();
     EXPECT_TRUE(window->Editors().IsShown(0));
+}
+
+TEST_F(MainWindowTest, EditorsOpenWithEveryColumnInViewAndWithKeysOfTheirOwn) {
+    NewPatch("MBF");
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
+        const char* name = editorEntries[editor].window;
+        window->Editors().Show(editor, true);
+        QApplication::processEvents();
+        const QWidget& shown = *window->Editors().Frame(editor)->widget();
+        for (const auto* list : shown.findChildren<QTreeView*>())
+            EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0) << name;
+        QStringList texts;
+        for (const QAction* menu : window->menuBar()->actions())
+            texts << menu->text();
+        for (const auto* label : shown.findChildren<QLabel*>())
+            texts << label->text();
+        for (const auto* button : shown.findChildren<QAbstractButton*>())
+            texts << button->text();
+        QStringList keys;
+        for (const QString& text : texts)
+            if (const QKeySequence key = QKeySequence::mnemonic(text); !key.isEmpty())
+                keys << key.toString();
+        EXPECT_EQ(keys.removeDuplicates(), 0) << name << ": " << texts.join('|').toStdString();
+    }
 }
 
 TEST_F(MainWindowTest, UndoAndRedoNameTheirStepAndDriveSave) {

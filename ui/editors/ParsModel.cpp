@@ -43,9 +43,11 @@ QVariant ParsModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant ParsModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+    if (orientation != Qt::Horizontal)
         return {};
-    return tr(headers[section]);
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    return role == Qt::DisplayRole ? tr(headers[section]) : QVariant();
 }
 
 } // namespace plinket3

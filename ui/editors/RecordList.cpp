@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -55,6 +56,12 @@ void RecordList::SelectRecord(int record) {
         return;
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(index);
+}
+
+QSize RecordList::sizeHint() const {
+    constexpr int lines = 24;
+    return {header()->length() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
+            fontMetrics().lineSpacing() * lines};
 }
 
 void RecordList::keyPressEvent(QKeyEvent* event) {

@@ -25,6 +25,9 @@ public:
     /// Selects this one record only and scrolls to it; nothing happens for one that the filter hides.
     void SelectRecord(int record);
 
+    /// With room for every column.
+    QSize sizeHint() const override;
+
 signals:
     /// By a double click or the Enter key.
     void EditAsked(int record);

@@ -26,12 +26,12 @@ void RecordTableEditor::Build() {
     filter_->setObjectName(QStringLiteral("txtFilter"));
     filter_->setClearButtonEnabled(true);
     filter_->setPlaceholderText(tr("Type a part of what you look for"));
-    auto* filterLabel = new QLabel(tr("&Filter"));
+    auto* filterLabel = new QLabel(tr("Fi&lter"));
     filterLabel->setBuddy(filter_);
     filter_->setAccessibleName(tr("Filter"));
     connect(filter_, &QLineEdit::textChanged, list_, &RecordList::Filter);
 
-    auto* edit = NewButton("cmdEdit", tr("&Edit..."));
+    auto* edit = NewButton("cmdEdit", tr("E&dit..."));
     connect(edit, &QPushButton::clicked, this, &RecordTableEditor::EditSelected);
     auto* restore = NewButton("cmdRestore", tr("&Restore"));
     restore->setToolTip(tr("Give the selected records the engine's values"));
@@ -87,7 +87,7 @@ void RecordTableEditor::Restore() {
 
 void RecordTableEditor::ShowMenu(const QPoint& place) {
     QMenu menu;
-    menu.addAction(tr("&Edit..."), this, &RecordTableEditor::EditSelected)->setEnabled(SelectedRow().has_value());
+    menu.addAction(tr("E&dit..."), this, &RecordTableEditor::EditSelected)->setEnabled(SelectedRow().has_value());
     QAction* restore = menu.addAction(tr("&Restore"), this, &RecordTableEditor::Restore);
     restore->setObjectName(QStringLiteral("restoreRows"));
     restore->setEnabled(SelectedRow().has_value());

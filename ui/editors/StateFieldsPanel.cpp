@@ -95,7 +95,7 @@ void StateFieldsPanel::BuildLayout() {
         QWidget* beside;
     };
     const std::array<Row, 4> left{{{tr("&Sprite:"), txtSprite_, cmdSpriteBrowse_, lblSpriteName_},
-                                   {tr("&Frame:"), txtFrame_, nullptr, chkLit_},
+                                   {tr("Fra&me:"), txtFrame_, nullptr, chkLit_},
                                    {tr("&Duration:"), txtDuration_, nullptr, nullptr},
                                    {tr("&Next state:"), txtNextState_, cmdNextStateBrowse_, lblNextState_}}};
     const std::array<Row, 3> right{{{tr("A&ction:"), cmbActions_, cmdActionBrowse_, nullptr},

@@ -79,7 +79,7 @@ void frmEditMisc::Build() {
         form->addRow(labels.back(), box);
         boxes_.Add(*box, RowOf(row.member));
     }
-    chkMonstersInfight_ = new QCheckBox(tr("Monsters of a kind &hurt each other"));
+    chkMonstersInfight_ = new QCheckBox(tr("Monsters of a kind hurt each &other"));
     chkMonstersInfight_->setObjectName(QStringLiteral("chkMonstersInfight"));
     chkMonstersInfight_->setAccessibleName(FieldLabel(&MiscRecord::monstersInfight));
     form->addRow(chkMonstersInfight_);

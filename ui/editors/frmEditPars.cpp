@@ -25,7 +25,7 @@ constexpr Cell parList{RecordKind::Par, 0, listField};
 constexpr ParRecord newPar{0, 1, 30};
 constexpr std::int32_t secondsAMinute = 60;
 constexpr std::size_t timeBox = 2;
-constexpr int digitsOfABox = 8;
+constexpr int digitsOfABox = 8, charactersOfAColumn = 9;
 
 struct ParBox {
     const char* name;
@@ -33,7 +33,7 @@ struct ParBox {
     const char* tip;
 };
 constexpr ParBox parBoxes[]{
-    {"txtEpisode", QT_TRANSLATE_NOOP("frmEditPars", "&Episode"),
+    {"txtEpisode", QT_TRANSLATE_NOOP("frmEditPars", "E&pisode"),
      QT_TRANSLATE_NOOP("frmEditPars", "0 for a game whose levels are named MAP01 and so on")},
     {"txtMap", QT_TRANSLATE_NOOP("frmEditPars", "&Map"), ""},
     {"txtTime", QT_TRANSLATE_NOOP("frmEditPars", "&Time"),
@@ -79,6 +79,8 @@ void frmEditPars::Build() {
     lvwPars_->setRootIsDecorated(false);
     lvwPars_->setUniformRowHeights(true);
     lvwPars_->setAllColumnsShowFocus(true);
+    for (int column = 0; column < model_->columnCount(); ++column)
+        lvwPars_->setColumnWidth(column, fontMetrics().horizontalAdvance(QString(charactersOfAColumn, '0')));
 
     auto* group = new QGroupBox(tr("Level"));
     auto* form = new QFormLayout(group);
