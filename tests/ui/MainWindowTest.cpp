@@ -173,13 +173,17 @@ TEST_F(MainWindowTest, EditorButtonsShowAndHideTheirWindow) {
     EXPECT_TRUE(window->Editors().IsShown(0));
 }
 
-TEST_F(MainWindowTest, EditorsOpenWithEveryColumnInViewAndWithKeysOfTheirOwn) {
+TEST_F(MainWindowTest, EditorsOpenWithTheFocusWithEveryColumnInViewAndWithKeysOfTheirOwn) {
     NewPatch("MBF");
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }));
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         const char* name = editorEntries[editor].window;
         window->Editors().Show(editor, true);
         QApplication::processEvents();
         const QWidget& shown = *window->Editors().Frame(editor)->widget();
+        const QWidget* focus = QApplication::focusWidget();
+        EXPECT_TRUE(focus != &shown && shown.isAncestorOf(focus)) << name;
         for (const auto* list : shown.findChildren<QTreeView*>())
             EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0) << name;
         QStringList texts;

@@ -70,6 +70,7 @@ void frmEditCheats::Build() {
     layout->addWidget(group);
     layout->addStretch();
     layout->addWidget(cmdRestoreAll, 0, Qt::AlignRight);
+    setFocusProxy(boxes_.front());
     connect(cmdRestoreAll, &QPushButton::clicked, this, &frmEditCheats::RestoreAll);
 }
 

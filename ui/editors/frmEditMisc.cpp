@@ -94,6 +94,7 @@ void frmEditMisc::Build() {
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(columns, 1);
     layout->addWidget(cmdRestoreAll, 0, Qt::AlignRight);
+    setFocusProxy(labels.front()->buddy());
 
     connect(chkMonstersInfight_, &QCheckBox::clicked, this, &frmEditMisc::StoreInfight);
     connect(cmdRestoreAll, &QPushButton::clicked, this, &frmEditMisc::RestoreAll);

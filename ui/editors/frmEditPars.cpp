@@ -108,6 +108,7 @@ void frmEditPars::Build() {
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(lvwPars_, 1);
     layout->addLayout(right);
+    setFocusProxy(lvwPars_);
 
     connect(lvwPars_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { updateForm(); });
     connect(cmdAdd, &QPushButton::clicked, this, &frmEditPars::Add);

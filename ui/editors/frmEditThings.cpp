@@ -121,6 +121,7 @@ void frmEditThings::Build() {
     splitter->setSizes({fontMetrics().averageCharWidth() * usualNameLength, splitter->sizeHint().width()});
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(splitter);
+    setFocusProxy(list_);
 }
 
 QWidget* frmEditThings::BuildList() {
