@@ -1,24 +1,35 @@
 // Takes the pictures of the documentation from the real windows, so that they never show another program than this one.
 //   plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]
 #include "ui/FileDialogs.h"
+#include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/QtFrontEnd.h"
+#include "ui/editors/RecordList.h"
+#include "ui/frmFindIwads.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTreeView>
 
+#include <functional>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 
 namespace {
 
 using namespace plinket3;
+
+constexpr int imp = 11, impThrowing = 454, pistol = 1, firstSound = 1, shotgunText = 62;
 
 class SilentNotifier : public Notifier {
 public:
@@ -41,31 +52,95 @@ QPalette DarkPalette() {
     return dark;
 }
 
+template <class Widget> Widget& Find(QWidget& window, const char* name) {
+    auto* widget = window.findChild<Widget*>(QString::fromLatin1(name));
+    if (widget == nullptr)
+        throw std::runtime_error(std::string("there is no control ") + name);
+    return *widget;
+}
+
+void Type(QWidget& window, const char* box, const char* text) {
+    auto& edit = Find<QLineEdit>(window, box);
+    edit.setText(QString::fromLatin1(text));
+    emit edit.textEdited(edit.text());
+}
+
+void SelectRow(QWidget& window, const char* list, int row) {
+    auto& view = Find<QAbstractItemView>(window, list);
+    view.setCurrentIndex(view.model()->index(row, 0));
+}
+
 class Pictures {
 public:
-    explicit Pictures(QString folder, bool dark) : folder_(std::move(folder)), end_(dark ? "-dark.png" : ".png") {}
+    Pictures(frmMain& window, QString folder) : window_(window), folder_(std::move(folder)) {}
 
-    void Take(QWidget& window, const QString& name) {
+    void Take(QWidget& widget, const QString& name) {
         for (int i = 0; i < 5; ++i)
             QApplication::processEvents();
-        const QString file = folder_ + QLatin1Char('/') + name + QString::fromLatin1(end_);
-        if (!window.grab().save(file))
-            std::cerr << file.toStdString() << " cannot be written\n";
+        const QString file = folder_ + QLatin1Char('/') + name + QStringLiteral(".png");
+        if (!widget.grab().save(file))
+            throw std::runtime_error(file.toStdString() + " cannot be written");
     }
-    /// Takes the next modal dialog of that name and closes it.
-    void TakeModal(const char* name) {
-        QTimer::singleShot(200, [this, name] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            if (dialog == nullptr)
-                return;
-            Take(*dialog, QString::fromLatin1(name));
-            dialog->close();
+    /// Takes the modal dialog that `show` brings up, after `prepare`, and closes it.
+    void TakeModal(
+        const char* name, const std::function<void()>& show,
+        const std::function<void(QWidget&)>& prepare = [](QWidget&) {}) {
+        QTimer::singleShot(200, [&] {
+            if (QWidget* dialog = QApplication::activeModalWidget()) {
+                prepare(*dialog);
+                Take(*dialog, QString::fromLatin1(name));
+                dialog->close();
+            }
         });
+        show();
+    }
+
+    void TakeEditors() {
+        PrepareEditors();
+        for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
+            window_.Editors().Show(editor, true);
+            Take(*window_.Editors().Frame(editor), QString::fromLatin1(editorEntries[editor].window).mid(7).toLower());
+            window_.Editors().Show(editor, false);
+        }
+        window_.statusBar()->clearMessage();
+        for (const std::size_t editor : {thingEditor, stateEditor}) {
+            window_.Editors().Show(editor, true);
+            window_.Editors().Frame(editor)->showMaximized();
+            Take(window_, editor == thingEditor ? QStringLiteral("main-things") : QStringLiteral("main-states"));
+            window_.Editors().Show(editor, false);
+        }
+        TakeModal("sprite", [this] { window_.Editors().PickSprite({28, 6}); });
+        TakeModal("state", [this] { window_.Editors().PickState(impThrowing); });
+        TakeModal("action", [this] { window_.Editors().PickAction(52); });
+        TakeModal("string", [this] { emit Find<RecordList>(window_, "lvwStrings").EditAsked(shotgunText); });
+        TakeModal("sound", [this] { emit Find<RecordList>(window_, "lvwSounds").EditAsked(firstSound); });
     }
 
 private:
+    static constexpr std::size_t thingEditor = 0, stateEditor = 1;
+
+    /// Something to see in each editor, with a value or two that are not the engine's.
+    void PrepareEditors() {
+        for (std::size_t editor = 0; editor < editorEntries.size(); ++editor)
+            window_.Editors().Show(editor, true);
+        Find<QComboBox>(window_, "cmbThingNames").setCurrentIndex(imp);
+        Type(window_, "txtHitPoints", "120");
+        Type(window_, "txtSpeed", "16");
+        window_.Editors().SelectSingleState(impThrowing, imp, -1);
+        Type(*window_.Editors().Frame(stateEditor), "txtDuration", "2");
+        SelectRow(window_, "lstWeapons", pistol);
+        Type(window_, "txtMaxAmmo", "400");
+        Type(window_, "txtAmmokeys", "idall");
+        Type(window_, "txtIB", "80");
+        SelectRow(window_, "lvwPars", 0);
+        SelectRow(window_, "lvwSounds", firstSound);
+        SelectRow(window_, "lvwStrings", 1);
+        for (std::size_t editor = 0; editor < editorEntries.size(); ++editor)
+            window_.Editors().Show(editor, false);
+    }
+
+    frmMain& window_;
     QString folder_;
-    const char* end_;
 };
 
 void AcceptSession() {
@@ -74,33 +149,7 @@ void AcceptSession() {
             accept->click();
 }
 
-/// Something to see: the Imp, a little tougher than it was, and the frame in which it throws its fire.
-void ShowTheImp(frmMain& window) {
-    constexpr int imp = 11, throwing = 454, thingEditor = 0, stateEditor = 1;
-    window.Editors().Show(thingEditor, true);
-    window.findChild<QComboBox*>(QStringLiteral("cmbThingNames"))->setCurrentIndex(imp);
-    if (auto* hitPoints = window.findChild<QLineEdit*>(QStringLiteral("txtHitPoints"))) {
-        hitPoints->setText(QStringLiteral("120"));
-        emit hitPoints->textEdited(hitPoints->text());
-    }
-    window.Editors().SelectSingleState(throwing, imp, -1);
-    window.Editors().Show(stateEditor, false);
-    window.Editors().Show(thingEditor, false);
-}
-
-} // namespace
-
-int main(int argc, char** argv) {
-    if (argc < 5) {
-        std::cerr << "usage: plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]\n";
-        return 2;
-    }
-    QApplication application(argc, argv);
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    const bool dark = argc > 5 && std::string_view(argv[5]) == "dark";
-    if (dark)
-        QApplication::setPalette(DarkPalette());
-
+int Run(char** argv) {
     QTemporaryDir settingsFolder;
     SilentNotifier notifier;
     Program program(notifier);
@@ -119,33 +168,52 @@ int main(int argc, char** argv) {
     if (!modMain::StartUp(program, frontEnd, {}))
         return 1;
     frmMain& window = frontEnd.Main();
-    window.resize(1240, 860);
-    Pictures pictures(QString::fromLocal8Bit(argv[4]), dark);
+    window.resize(1000, 700);
+    Pictures pictures(window, QString::fromLocal8Bit(argv[4]));
 
-    pictures.TakeModal("options");
-    window.ShowOptions();
-    pictures.TakeModal("session");
-    frontEnd.OpenFile(argv[3]);
+    const auto showOptions = [&window] { window.ShowOptions(); };
+    pictures.TakeModal("options", showOptions);
+    pictures.TakeModal("options-iwads", showOptions,
+                       [](QWidget& dialog) { Find<QTabWidget>(dialog, "tabOptions").setCurrentIndex(1); });
+    pictures.TakeModal("session", [&] { frontEnd.OpenFile(argv[3]); });
+    frmFindIwads found({{"Freedoom: Phase 1", "/usr/share/games/doom/freedoom1.wad"}, {"Freedoom: Phase 2", argv[2]}},
+                       nullptr);
+    found.show();
+    pictures.Take(found, QStringLiteral("find-iwads"));
+    found.hide();
+
     QTimer::singleShot(0, AcceptSession);
     frontEnd.OpenFile(argv[3]);
     if (!frontEnd.SessionOpen())
         return 1;
-    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor)
-        window.Editors().Show(editor, false);
-    ShowTheImp(window);
-    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
-        window.Editors().Show(editor, true);
-        window.Editors().Frame(editor)->showMaximized();
-        pictures.Take(window, QString::fromLatin1(editorEntries[editor].window).mid(7).toLower());
-        window.Editors().Frame(editor)->showNormal();
-        window.Editors().Show(editor, false);
-    }
-    window.ShowStartup();
-    if (auto* startup = window.findChild<QDialog*>(QStringLiteral("frmStartup"))) {
-        pictures.Take(*startup, QStringLiteral("startup"));
-        startup->hide();
-    }
-    pictures.TakeModal("about");
-    window.findChild<QAction*>(QStringLiteral("HelpAbout"))->trigger();
+    pictures.TakeEditors();
+
+    Program another(notifier); // which knows no other patches than these
+    another.settings.CreateDefaults(program.documentsFolder);
+    for (const char* recent : {"/home/you/mods/old.deh", "/home/you/mods/first.bex"})
+        another.settings.AddRecentFile(recent);
+    frmStartup startup(another, nullptr);
+    startup.show();
+    pictures.Take(startup, QStringLiteral("startup"));
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 5) {
+        std::cerr << "usage: plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]\n";
+        return 2;
+    }
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    if (argc > 5 && std::string_view(argv[5]) == "dark")
+        QApplication::setPalette(DarkPalette());
+    QApplication::setWindowIcon(ProgramIcon("plinket3", QApplication::palette()));
+    try {
+        return Run(argv);
+    } catch (const std::exception& fault) {
+        std::cerr << fault.what() << '\n';
+        return 1;
+    }
 }
