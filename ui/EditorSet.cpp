@@ -129,7 +129,7 @@ void EditorSet::Refresh() {
 
 std::optional<std::size_t> EditorSet::Active() const {
     for (std::size_t editor = 0; editor < frames_.size(); ++editor)
-        if (frames_[editor] != nullptr && frames_[editor] == area_.activeSubWindow())
+        if (IsShown(editor) && frames_[editor] == area_.activeSubWindow()) // which may be hidden
             return editor;
     return std::nullopt;
 }

@@ -29,17 +29,18 @@ struct EditorEntry {
     const char* command;
     const char* menuText;
     const char* button;
+    const char* manualPage;
 };
 inline constexpr std::array<EditorEntry, 9> editorEntries{{
-    {"frmEditThings", "ViewThingEditor", "Thing editor", "Things"},
-    {"frmEditStates", "ViewStateEditor", "State editor", "States"},
-    {"frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds"},
-    {"frmEditStrings", "ViewStringEditor", "String editor", "Strings"},
-    {"frmEditWeapons", "ViewWeaponEditor", "Weapon editor", "Weapons"},
-    {"frmEditAmmo", "ViewAmmoEditor", "Ammo editor", "Ammo"},
-    {"frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats"},
-    {"frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc."},
-    {"frmEditPars", "ViewParEditor", "Par. editor", "Par."},
+    {"frmEditThings", "ViewThingEditor", "Thing editor", "Things", "things.md"},
+    {"frmEditStates", "ViewStateEditor", "State editor", "States", "states.md"},
+    {"frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds", "sounds.md"},
+    {"frmEditStrings", "ViewStringEditor", "String editor", "Strings", "strings.md"},
+    {"frmEditWeapons", "ViewWeaponEditor", "Weapon editor", "Weapons", "weapons.md"},
+    {"frmEditAmmo", "ViewAmmoEditor", "Ammo editor", "Ammo", "ammo.md"},
+    {"frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats", "cheats.md"},
+    {"frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc.", "misc.md"},
+    {"frmEditPars", "ViewParEditor", "Par. editor", "Par.", "pars.md"},
 }};
 inline constexpr std::size_t parEditor = editorEntries.size() - 1;
 

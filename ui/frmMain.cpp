@@ -33,6 +33,31 @@ constexpr const char* toolbarsKey = "frmMain/toolbars";
 constexpr const char* shownKey = "frmMain/shownEditors";
 constexpr const char* webSite = PLINKET3_WEBSITE;
 
+/// The manual's pages of the dialogs, by their names; those of the editors stand in editorEntries.
+struct DialogPage {
+    const char* dialog;
+    const char* page;
+};
+constexpr DialogPage dialogPages[]{
+    {"frmStartup", "opening.md"},
+    {"frmNewFile", "opening.md#engine-iwad-and-data-wad"},
+    {"frmOptions", "options.md"},
+    {"frmFindIWADs", "options.md#iwads"},
+    {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
+    {"frmPropString", "strings.md#the-dialog-of-a-string"},
+    {"frmSelectSprite", "states.md#choosing-a-sprite"},
+    {"frmSelectState", "states.md#choosing-a-state"},
+    {"frmSelectAction", "states.md#choosing-an-action"},
+};
+
+/// Empty for a dialog without a page.
+QString PageOf(const QWidget& dialog) {
+    for (const DialogPage& row : dialogPages)
+        if (dialog.objectName() == QLatin1String(row.dialog))
+            return QString::fromLatin1(row.page);
+    return {};
+}
+
 QString GeometryKey(std::size_t editor) {
     return QString::fromLatin1(editorEntries[editor].window) + QStringLiteral("/geometry");
 }
@@ -160,9 +185,11 @@ void frmMain::BuildViewMenu() {
 
 void frmMain::BuildHelpMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Help"));
+    QAction* manual = Action("HelpManual", tr("&Manual"), QKeySequence(Qt::Key_F1));
     QAction* website = Action("HelpWebsite", tr("Plinket3 &website..."));
-    helpAbout_ = Action("HelpAbout", tr("&About..."), QKeySequence(Qt::Key_F1));
-    menu->addActions({website, helpAbout_});
+    helpAbout_ = Action("HelpAbout", tr("&About..."));
+    menu->addActions({manual, website, helpAbout_});
+    connect(manual, &QAction::triggered, this, [this] { ShowManual(); });
     connect(website, &QAction::triggered, this, [this] {
         if (!QDesktopServices::openUrl(QUrl(QString::fromLatin1(webSite))))
             program_.notifier.Show(MessageKind::Exclamation, std::string("No browser could be started for ") + webSite);
@@ -255,6 +282,13 @@ bool frmMain::ShowOptions() {
     commands_.KeepRecovery(); // the program ends at once: unsaved work is offered at the next start
     emit EndedAtOnce();
     return false;
+}
+
+void frmMain::ShowManual(const QString& page) {
+    if (!manual_)
+        manual_ = std::make_unique<frmManual>(program_, state_);
+    const std::optional<std::size_t> editor = editors_.Active();
+    manual_->Open(page.isEmpty() && editor ? QString::fromLatin1(editorEntries[*editor].manualPage) : page);
 }
 
 std::optional<Session> frmMain::ChooseSession(const modPatchFiles::Header* header) {
@@ -357,13 +391,21 @@ void frmMain::RestoreEditor(std::size_t editor) {
         frame->restoreGeometry(place);
 }
 
-/// Undo and redo are the patch's everywhere in this window: a text field would take the keys for itself.
+/// Undo and redo are the patch's everywhere in this window: a text field would take the keys for itself. F1 belongs to
+/// this window's dialogs, too.
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::ShortcutOverride && widget != nullptr && widget->window() == this) {
         const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
         if (keys == editUndo_->shortcut() || keys == editRedo_->shortcut()) {
             event->ignore();
+            return true;
+        }
+    }
+    if (event->type() == QEvent::KeyPress && widget != nullptr &&
+        static_cast<QKeyEvent*>(event)->keyCombination() == QKeyCombination(Qt::Key_F1)) {
+        if (const QString page = PageOf(*widget->window()); !page.isEmpty()) {
+            ShowManual(page);
             return true;
         }
     }
@@ -399,6 +441,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
         return;
     }
     KeepPlaces();
+    if (manual_)
+        manual_->close();
     recoveryTimer_.stop();
     event->accept();
     emit Closing();

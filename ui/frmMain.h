@@ -4,6 +4,7 @@
 #include "ui/FileCommands.h"
 #include "ui/WindowState.h"
 #include "ui/frmAbout.h"
+#include "ui/frmManual.h"
 #include "ui/frmNewFile.h"
 #include "ui/frmOptions.h"
 #include "ui/frmStartup.h"
@@ -38,6 +39,8 @@ public:
     void ShowStartup();
     /// False: the user ends the program.
     bool ShowOptions();
+    /// Shows a page of the manual; without one that of the editor that has the focus, or the contents.
+    void ShowManual(const QString& page = {});
 
     void SetEditBar(bool enabled);
     void ToggleEditForm(std::size_t editor);
@@ -93,6 +96,7 @@ private:
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
+    std::unique_ptr<frmManual> manual_;
     std::unique_ptr<frmNewFile> newFile_;
     std::unique_ptr<frmStartup> startup_;
 

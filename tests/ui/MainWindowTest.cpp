@@ -121,7 +121,8 @@ TEST_F(MainWindowTest, MenusToolbarsAndShortcutsAreTheToldOnes) {
                      {"ViewThingEditor", "Thing editor", "Ctrl+1"},
                      {"ViewParEditor", "Par. editor", "Ctrl+9"},
                      {"HelpWebsite", "Plinket3 &website...", ""},
-                     {"HelpAbout", "&About...", "F1"}};
+                     {"HelpManual", "&Manual", "F1"},
+                     {"HelpAbout", "&About...", ""}};
     for (const Row& row : rows) {
         EXPECT_EQ(Action(row.name).text(), row.text);
         EXPECT_EQ(Action(row.name).shortcut().toString(), row.shortcut) << row.name;
@@ -199,6 +200,31 @@ TEST_F(MainWindowTest, EditorsOpenWithTheFocusWithEveryColumnInViewAndWithKeysOf
                 keys << key.toString();
         EXPECT_EQ(keys.removeDuplicates(), 0) << name << ": " << texts.join('|').toStdString();
     }
+}
+
+TEST_F(MainWindowTest, F1OpensTheManualAtThePageOfTheEditorOrDialog) {
+    const auto pageAfterF1 = [](QWidget& pressedIn) -> std::string {
+        pressedIn.activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([&pressedIn] { return QApplication::activeWindow() == &pressedIn; }));
+        QTest::keyClick(&pressedIn, Qt::Key_F1);
+        const auto manual = [] { return qobject_cast<frmManual*>(QApplication::activeWindow()); };
+        return QTest::qWaitFor([&manual] { return manual() != nullptr; })
+                   ? manual()->findChild<ManualPage*>()->Title().toStdString()
+                   : "no manual";
+    };
+    EXPECT_EQ(pageAfterF1(*window), "Manual of Plinket3");
+    const ModalDriver driver("frmNewFile", [&pageAfterF1](QDialog& dialog) {
+        EXPECT_EQ(pageAfterF1(dialog), "Opening a patch");
+        Accept("MBF")(dialog);
+    });
+    Action("FileNew").trigger();
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
+        window->Editors().Show(editor, true);
+        EXPECT_EQ(pageAfterF1(*window), editorEntries[editor].menuText);
+    }
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor)
+        window->Editors().Show(editor, false);
+    EXPECT_EQ(pageAfterF1(*window), "Manual of Plinket3") << "no editor is seen";
 }
 
 TEST_F(MainWindowTest, UndoAndRedoNameTheirStepAndDriveSave) {

@@ -1,0 +1,122 @@
+#!/usr/bin/env python3
+"""Fails when a document links to what is not there, or when the manual misses something.
+
+    manual_is_whole.py ROOT PLINKET3-CLI
+
+- Every relative link of every document leads to a file, and to a heading of it where it names one.
+- The manual's pages link to nothing outside of it, each is reached from its first page, and each picture is shown.
+- The pages that the windows open are there.
+- The page of formats names every field that the program knows, in the section of its records, and no other.
+"""
+
+import json
+import pathlib
+import re
+import subprocess
+import sys
+
+CODE_BLOCK = re.compile(r"^( *)```.*?^\1```$", re.MULTILINE | re.DOTALL)
+LINK = re.compile(r"\[[^\]]*\]\(([^)\s]+)\)")
+HEADING = re.compile(r"^(#+) (.+)$", re.MULTILINE)
+PAGE_IN_SOURCE = re.compile(r'"([\w-]+\.md(?:#[\w-]+)?)"')
+FIELD = re.compile(r"`([^`]+)`")
+
+# The records of a dump by the page's headings, and what a dump tells of a record beside its fields.
+SECTIONS = {"things": "Things", "states": "States", "sounds": "Sounds", "weapons": "Weapons", "ammo": "Ammo"}
+NO_FIELDS = {"name", "Code pointer", "Mnemonic"}
+# What stands in the states' section beside fields of a state.
+OTHER_WORDS = {"Frame", "Codep Frame = S", "Pointer", "[CODEPTR]", "Frame 13 = FirePistol"}
+
+
+def text_of(page):
+    return CODE_BLOCK.sub("", page.read_text(encoding="utf-8"))
+
+
+def anchors_of(page):
+    """Headings as web sites name them; ui/ManualPage.cpp does the same."""
+    for _, heading in HEADING.findall(text_of(page)):
+        yield re.sub(r"[^\w -]", "", heading.lower()).replace(" ", "-")
+
+
+def link_fault(folder, link):
+    name, _, anchor = link.partition("#")
+    target = folder / name
+    if not target.is_file():
+        return "leads nowhere"
+    if anchor and anchor not in anchors_of(target):
+        return "names no heading"
+    return None
+
+
+def links_of(page):
+    for link in LINK.findall(text_of(page)):
+        if not re.match(r"\w+:", link):
+            yield link if not link.startswith("#") else page.name + link
+
+
+def link_faults(root):
+    for page in [*root.glob("*.md"), *root.glob("docs/**/*.md"), *root.glob("data/**/*.md")]:
+        for link in links_of(page):
+            if fault := link_fault(page.parent, link):
+                yield f"{page.relative_to(root)}: {link} {fault}"
+
+
+def manual_faults(manual):
+    reached, shown, waiting = set(), set(), [manual / "index.md"]
+    while waiting:
+        page = waiting.pop()
+        if page in reached or not page.is_file():
+            continue
+        reached.add(page)
+        for link in links_of(page):
+            target = (manual / link.partition("#")[0]).resolve()
+            if manual not in target.parents:
+                yield f"{page.name}: {link} is not in the manual"
+            elif target.suffix == ".md":
+                waiting.append(target)
+            else:
+                shown.add(target)
+    for page in set(manual.glob("*.md")) - reached:
+        yield f"{page.name} is not reached from the first page"
+    for picture in set((manual / "images").iterdir()) - shown:
+        yield f"images/{picture.name} is not shown"
+
+
+def source_faults(root, manual):
+    pages = set()
+    for source in [*root.glob("ui/*.h"), *root.glob("ui/*.cpp")]:
+        for page in PAGE_IN_SOURCE.findall(source.read_text(encoding="utf-8")):
+            pages.add(page)
+            if fault := link_fault(manual, page):
+                yield f"{source.relative_to(root)}: {page} {fault}"
+    if len(pages) < 2:
+        yield "the windows name no pages"
+
+
+def field_faults(manual, cli):
+    dump = json.loads(subprocess.run([cli, "dump", "-e", "mbf19"], check=True, capture_output=True).stdout)
+    fields = {heading: set(dump[kind][0]) - NO_FIELDS for kind, heading in SECTIONS.items()}
+    fields["Cheats"] = {cheat["label"] for cheat in dump["cheats"]}
+    fields["Misc."] = set(dump["misc"])
+    sections = re.split(r"^## (.+)\n", text_of(manual / "formats.md"), flags=re.MULTILINE)
+    named = {heading: set(FIELD.findall(text)) for heading, text in zip(sections[1::2], sections[2::2])}
+    for heading, labels in fields.items():
+        words = named.get(heading, set()) - OTHER_WORDS
+        for label in sorted(labels - words):
+            yield f"formats.md: {heading} does not name the field {label}"
+        for word in sorted(words - labels):
+            yield f"formats.md: {heading} names {word}, which is no field"
+
+
+def main():
+    root = pathlib.Path(sys.argv[1]).resolve()
+    manual = root / "docs" / "manual"
+    faults = [*link_faults(root), *manual_faults(manual), *source_faults(root, manual),
+              *field_faults(manual, sys.argv[2])]
+    for fault in faults:
+        print(fault)
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

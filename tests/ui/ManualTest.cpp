@@ -1,0 +1,90 @@
+#include "tests/ui/UiTest.h"
+#include "ui/frmManual.h"
+
+#include <QAction>
+#include <QImage>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTextBlock>
+
+#include <algorithm>
+
+namespace plinket3 {
+namespace {
+
+using test::Find;
+
+class ManualTest : public ::testing::Test {
+protected:
+    ManualTest() { program.programFolder = PLINKET3_PROGRAM_FOLDER; }
+
+    void Open(const char* page) {
+        manual.Open(QString::fromLatin1(page));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&manual));
+    }
+    ManualPage& Page() { return Find<ManualPage>(manual, "manualPage"); }
+    void Press(const char* action) { Find<QAction>(manual, action).trigger(); }
+    /// The text at the top of the window.
+    std::string TopLine() { return Page().cursorForPosition({20, 10}).block().text().toStdString(); }
+
+    test::TemporaryFolder folder;
+    test::ExpectingNotifier notifier;
+    Program program{notifier};
+    WindowState state{folder.Path()};
+    frmManual manual{program, state};
+};
+
+TEST_F(ManualTest, GoesToHeadingsAndBackToWhereOneWas) {
+    Open("oddities.md#numbers");
+    EXPECT_EQ(manual.windowTitle(), "Kept oddities - Plinket3 manual");
+    EXPECT_EQ(TopLine(), "Numbers");
+    Page().verticalScrollBar()->setValue(Page().verticalScrollBar()->value() + 40);
+    const std::string left = TopLine();
+    Page().setSource(QUrl(QStringLiteral("formats.md#states")));
+    EXPECT_EQ(TopLine(), "States");
+    Press("back");
+    EXPECT_EQ(TopLine(), left);
+    Press("forward");
+    EXPECT_EQ(TopLine(), "States");
+    Press("contents");
+    EXPECT_EQ(TopLine(), "Manual of Plinket3") << "another page begins at its top";
+}
+
+TEST_F(ManualTest, PicturesAreNeverWiderThanThePage) {
+    Open("things.md");
+    for (const int width : {1200, 500, 800}) {
+        manual.resize(width, 600);
+        EXPECT_TRUE(QTest::qWaitFor([this, width] {
+            const QVariant picture =
+                Page().document()->resource(QTextDocument::ImageResource, QUrl(QStringLiteral("images/things.png")));
+            const qreal shown = picture.value<QImage>().deviceIndependentSize().width();
+            return shown <= Page().viewport()->width() && shown > std::min(1000, width) * 0.8 &&
+                   Page().horizontalScrollBar()->maximum() == 0;
+        })) << width;
+    }
+}
+
+TEST_F(ManualTest, FindsAroundTheEndAndSaysWhatIsNotThere) {
+    Open("things.md");
+    auto& find = Find<QLineEdit>(manual, "txtFind");
+    QTest::keyClicks(&find, "respawn frame");
+    EXPECT_EQ(Page().textCursor().selectedText(), "Respawn frame");
+    const int first = Page().textCursor().position();
+    QTest::keyClick(&find, Qt::Key_Return);
+    EXPECT_EQ(Page().textCursor().position(), first) << "the only place, again";
+    Press("findPrevious");
+    EXPECT_EQ(Page().textCursor().position(), first);
+    QTest::keyClicks(&find, "x");
+    EXPECT_EQ(manual.statusBar()->currentMessage(), "\"respawn framex\" is not on this page");
+}
+
+TEST_F(ManualTest, WithoutItsFilesSaysWhereTheyWereLookedFor) {
+    program.programFolder = folder / "bare";
+    notifier.Expect(MessageKind::Exclamation,
+                    "The manual could not be opened: " + (folder / "bare/manual/index.md").string() + " is not there.");
+    manual.Open({});
+    EXPECT_TRUE(manual.isHidden());
+}
+
+} // namespace
+} // namespace plinket3
