@@ -68,7 +68,7 @@ def large_patch():
 
 def edit(program, shown=False):
     """Changes the first of the miscellaneous values, whose editor may be shown already."""
-    program.key(*["ctrl+8"] * (1 + shown), "Tab", "5")
+    program.key(*["ctrl+8"] * (1 + shown), "5")
 
 
 def choose_file(program, title, file):

@@ -107,7 +107,7 @@ def window(build, display, patch, backup, kills, chance):
             (account.settings / "windows.ini").unlink(missing_ok=True)  # the editors as at a first start
             program = Program(build / "plinket3", account, display, target.file)
             program.open_patch()
-            program.key("ctrl+8", "Tab")  # the first field of the miscellaneous values
+            program.key("ctrl+8")  # the first field of the miscellaneous values
             return program
 
         def edit(program, version):
