@@ -210,6 +210,8 @@ void frmOptions::FindIwads() {
     for (const auto& [name, path] : frmFindIwads(found, this).Choose())
         environment_.settings.AddIwad(name, path.string());
     FillIwads();
+    if (lvwIwads_->topLevelItemCount() > 0)
+        cmdAccept_->setFocus(); // what comes next
 }
 
 void frmOptions::Accept() {

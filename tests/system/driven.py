@@ -64,14 +64,17 @@ class Display:
 
 
 class Account:
-    """A home folder with settings that know Freedoom."""
+    """A home folder with settings that know Freedoom; with none if it is `new`."""
 
-    def __init__(self, home, backup=1):
+    def __init__(self, home, backup=1, new=False):
         self.home = Path(home)
         self.settings = self.home / ".config/Plinket3"
-        self.settings.mkdir(parents=True)
+        self.home.mkdir(parents=True, exist_ok=True)
         run = self.home / "run"
         run.mkdir(mode=0o700)
+        if new:
+            return
+        self.settings.mkdir(parents=True)
         (self.settings / "plinket3.cfg").write_text(
             'Type = "Plinket3 Program Configuration file"; IWADs { 0wad = "Freedoom;%s"; } recentFiles { } '
             'createBackup = %d; firstRun = 0; lastDir = "%s";' % (IWAD, backup, home))
@@ -88,11 +91,11 @@ class Account:
 class Program:
     """The running program. Its message boxes are known from what it prints of them."""
 
-    def __init__(self, program, account, display, *arguments, limit=None):
+    def __init__(self, program, account, display, *arguments, limit=None, folder=None):
         self.environment = account.environment(display)
         self.messages = []
         self.process = subprocess.Popen([str(program), *map(str, arguments)], env=self.environment, preexec_fn=limit,
-                                        stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True,
+                                        cwd=folder, stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True,
                                         encoding="latin-1")
         self.reader = threading.Thread(target=self._read, daemon=True)
         self.reader.start()
@@ -157,10 +160,23 @@ class Program:
         if text not in self.messages[self.answered]:
             raise Failed(f'instead of "{text}" ' + self.said())
         self.answered += 1
-        self.focus("^Plinket3$")
-        box = self.xdotool("getwindowfocus")
-        self.until(lambda: self.key(key) or time.sleep(0.05) or self.xdotool("getwindowfocus") != box,
-                   f'the message "{text}" to go', may_end=True)
+        self.through("^Plinket3$", key)
+
+    def through(self, title, key="Return"):
+        """Waits for a dialog of that title and presses a key in it; once more only if the dialog stays for long."""
+        self.focus(title)
+        dialog = self.xdotool("getwindowfocus")
+
+        def gone():
+            self.key(key)
+            end = time.monotonic() + 3
+            while self.running() and time.monotonic() < end:
+                if self.xdotool("getwindowfocus") != dialog:
+                    return True
+                time.sleep(0.02)
+            return False
+
+        self.until(gone, f'the dialog "{title}" to go', may_end=True)
 
     def pass_by(self, what, reached, *dialogs):
         """Presses Return in every dialog, those of these titles too, until reached(title of the focused window)."""
