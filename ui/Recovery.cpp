@@ -38,14 +38,6 @@ std::vector<ParRecord> ParsOf(const SettingTree& root) {
     return pars;
 }
 
-/// The file: the length of the texts as decimal number, a line feed, the texts, the table.
-std::string Join(std::string_view texts, std::string_view table) {
-    std::string bytes = std::to_string(texts.size()) + "\n";
-    bytes += texts;
-    bytes += table;
-    return bytes;
-}
-
 /// Renames a file to the first name of its own with ".kept" behind it; returns where it is then.
 std::filesystem::path PutAway(const std::filesystem::path& file) {
     std::filesystem::path aside = file;
@@ -59,6 +51,7 @@ std::filesystem::path PutAway(const std::filesystem::path& file) {
     return error ? file : aside;
 }
 
+/// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the two tables.
 std::optional<RecoveredPatch> Split(std::string_view bytes) {
     const std::size_t lineEnd = bytes.find('\n');
     if (lineEnd == std::string_view::npos)
@@ -79,9 +72,21 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.iwadPath = TextOf(*root, "iwad");
     recovered.dataWadPath = TextOf(*root, "dataWad");
     recovered.named = NumberOf(*root, "named") != 0;
-    recovered.table = bytes.substr(static_cast<std::size_t>(length));
+    bytes.remove_prefix(static_cast<std::size_t>(length));
+    const std::int32_t tableSize = NumberOf(*root, "tableSize");
+    if (tableSize < 0 || static_cast<std::size_t>(tableSize) > bytes.size())
+        return std::nullopt;
+    recovered.table = bytes.substr(0, static_cast<std::size_t>(tableSize));
+    recovered.defaultsTable = bytes.substr(static_cast<std::size_t>(tableSize));
     recovered.pars = ParsOf(*root);
     return recovered;
+}
+
+bool HaveSameCounts(const PatchSet& left, const PatchSet& right) {
+    return left.things.size() == right.things.size() && left.states.size() == right.states.size() &&
+           left.sounds.size() == right.sounds.size() && left.spriteNames.size() == right.spriteNames.size() &&
+           left.strings.size() == right.strings.size() && left.weapons.size() == right.weapons.size() &&
+           left.ammo.size() == right.ammo.size() && left.cheats.size() == right.cheats.size();
 }
 
 } // namespace
@@ -137,8 +142,11 @@ Status Recovery::Keep(const PatchData& patch, std::uint64_t revision) {
         pars->Set(std::to_string(i), par);
     }
     root->Set("pars", pars);
-    Status status = WriteFileAtomically(
-        FileAt(place_), Join(texts.OutputConfiguration("\n", false), modTables::FormatTable(patch.current, false)));
+    const std::string table = modTables::FormatTable(patch.current, false);
+    root->Set("tableSize", static_cast<std::int32_t>(table.size()));
+    const std::string text = texts.OutputConfiguration("\n", false);
+    Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table +
+                                                            modTables::FormatTable(patch.defaults, false));
     if (status)
         kept_ = revision;
     return status;
@@ -181,17 +189,14 @@ std::optional<RecoveredPatch> Recovery::TakeOver(std::vector<std::filesystem::pa
 bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
     EngineConfiguration layout = session.engine;
     layout.extended = false; // the records are kept with their strings
-    PatchSet set;
-    if (!modTables::ParseTable(recovered.table, layout, set))
-        return false;
-    const PatchSet& defaults = session.patch.defaults;
-    if (set.things.size() != defaults.things.size() || set.states.size() != defaults.states.size() ||
-        set.sounds.size() != defaults.sounds.size() || set.spriteNames.size() != defaults.spriteNames.size() ||
-        set.strings.size() != defaults.strings.size() || set.weapons.size() != defaults.weapons.size() ||
-        set.ammo.size() != defaults.ammo.size() || set.cheats.size() != defaults.cheats.size())
+    PatchSet set, defaults;
+    if (!modTables::ParseTable(recovered.table, layout, set) ||
+        !modTables::ParseTable(recovered.defaultsTable, layout, defaults) ||
+        !HaveSameCounts(set, session.patch.defaults) || !HaveSameCounts(defaults, session.patch.defaults))
         return false;
     set.pars = recovered.pars;
     session.patch.current = std::move(set);
+    session.patch.defaults = std::move(defaults);
     session.patch.fileName = recovered.fileName;
     session.patch.named = recovered.named;
     return true;

@@ -17,7 +17,9 @@ namespace plinket3 {
 struct RecoveredPatch {
     std::string fileName, engineConfig, iwadPath, dataWadPath;
     bool named = false;
-    std::string table; // the records as a table file with strings, whatever the mode
+    // The records, and those of the engine or of a table that was loaded in its place: as table files with strings,
+    // whatever the mode.
+    std::string table, defaultsTable;
     std::vector<ParRecord> pars;
 };
 

@@ -332,12 +332,13 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
     for (const std::string mode : {"doom19", "mbf19"}) {
         engine = mode;
         commands->createNewFile();
+        program.patch.defaults.things[3].mass = 77; // as a loaded table may have it
         Edit();
         edits.Store({RecordKind::Sound, 1, RowOf(&SoundRecord::value)}, 77);
         edits.Store({RecordKind::String, 0, textField}, std::string("a\\n\xe9\n"));
         edits.Store({RecordKind::Par, 0, listField}, std::vector<ParRecord>{{1, 2, 95}, {0, 3, 40}});
         commands->KeepRecovery();
-        const PatchSet lost = program.patch.current;
+        const PatchSet lost = program.patch.current, standard = program.patch.defaults;
         recovery = nullptr; // the crash: nothing is forgotten, only the lock is gone
 
         Program next(notifier);
@@ -353,6 +354,7 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
                         Answer::Yes);
         EXPECT_TRUE(nextCommands.OfferRecovery()) << mode;
         EXPECT_EQ(next.patch.current, lost) << mode;
+        EXPECT_EQ(next.patch.defaults, standard) << mode;
         EXPECT_TRUE(next.patch.changed);
         EXPECT_EQ(next.patch.named, program.patch.named);
         Recovery other(next.settingsFolder);
