@@ -212,6 +212,7 @@ def recoveries():
         ("length_negative.dat", b"-5\n" + texts, DAMAGED),
         ("length_short.dat", b"%d\n" % (len(texts) - 20) + texts, "Unsaved changes of"),
         ("no_table.dat", b"%d\n" % len(texts) + texts, "Unsaved changes of"),
+        ("table_size_lies.dat", b"%d\n" % (len(texts) + 24) + texts + b'tableSize = 999999999;  ' + b"ETBL", DAMAGED),
         ("noise_table.dat", b"%d\n" % len(texts) + texts + b"ETBL\1\3" + CHANCE.randbytes(65536), "Unsaved changes of"),
     ]
 
