@@ -26,8 +26,10 @@ def limit_memory():
 class Case:
     def __init__(self, kind, file, said, build, place):
         self.kind, self.file, self.said, self.build, self.place = kind, file, said, build, place
-        # AddressSanitizer reserves more than any limit.
-        self.limit = None if b"__asan_init" in (build / "plinket3").read_bytes() else limit_memory
+        # AddressSanitizer reserves more than any limit, and makes everything several times as slow.
+        sanitized = b"__asan_init" in (build / "plinket3").read_bytes()
+        self.limit = None if sanitized else limit_memory
+        self.seconds = SECONDS * (5 if sanitized else 1)
         self.programs = build
         self.good = place / "good.deh"
         place.mkdir()
@@ -103,7 +105,7 @@ class Case:
 
     def command_line(self):
         for command in self.commands():
-            run = subprocess.run([self.build / "plinket3-cli", *command], capture_output=True, timeout=SECONDS,
+            run = subprocess.run([self.build / "plinket3-cli", *command], capture_output=True, timeout=self.seconds,
                                  preexec_fn=self.limit, check=False)
             said = run.stderr.decode("latin-1")
             if run.returncode not in (0, 1, 2) or (run.returncode == 2 and (said.count("\n") != 1 or len(said) < 10)):

@@ -28,10 +28,10 @@ void FieldBox::AddRestoreEntry(QMenu& menu, const Cell& cell, const QString& sta
 
 void FieldBox::focusInEvent(QFocusEvent* event) {
     LatinLineEdit::focusInEvent(event);
-    if (event->reason() == Qt::PopupFocusReason)
-        return;
-    // A click sets the caret after the focus came; select when it is done.
-    QTimer::singleShot(0, this, &QLineEdit::selectAll);
+    if (event->reason() == Qt::MouseFocusReason) // a click sets the caret after the focus came
+        QTimer::singleShot(0, this, &QLineEdit::selectAll);
+    else if (event->reason() != Qt::PopupFocusReason)
+        selectAll(); // at once: a key may follow
 }
 
 void FieldBox::focusOutEvent(QFocusEvent* event) {
