@@ -3,6 +3,7 @@
 #include "bench/ProcessFigures.h"
 #include "core/modConfig.h"
 #include "patch/Session.h"
+#include "tools/SilentNotifier.h"
 #include "ui/Audio.h"
 #include "ui/EditorSet.h"
 
@@ -26,12 +27,6 @@ using namespace plinket3;
 constexpr int repetitions = 9;
 constexpr int manyRows = 1000;
 constexpr std::size_t manyStates = 100'000;
-
-class SilentNotifier : public Notifier {
-public:
-    void Show(MessageKind, std::string_view text) override { std::cerr << text << '\n'; }
-    Answer Ask(std::string_view, Buttons) override { return Answer::Yes; }
-};
 
 /// Prints the median of the times that `act` takes until its outcome is on the screen; `prepare` goes before each.
 void Measure(const char* name, const std::function<void()>& prepare, const std::function<void()>& act) {

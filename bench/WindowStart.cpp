@@ -2,6 +2,7 @@
 // editors refreshed. figures.py sets its figures against those of a bare window.
 //   plinket3_window_start PROGRAM-FOLDER SETTINGS-FOLDER IWAD PATCH
 #include "bench/ProcessFigures.h"
+#include "tools/SilentNotifier.h"
 #include "ui/FileDialogs.h"
 #include "ui/QtFrontEnd.h"
 
@@ -16,15 +17,6 @@
 namespace {
 
 using namespace plinket3;
-
-/// Answers every message at once.
-class SilentNotifier : public Notifier {
-public:
-    void Show(MessageKind, std::string_view) override {}
-    Answer Ask(std::string_view, Buttons buttons) override {
-        return buttons == Buttons::OkCancel ? Answer::Ok : Answer::Yes;
-    }
-};
 
 /// The real front end, which tells when the start-up dialog would come.
 class MeasuredFrontEnd : public QtFrontEnd {

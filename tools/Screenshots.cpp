@@ -1,5 +1,6 @@
 // Takes the pictures of the documentation from the real windows, so that they never show another program than this one.
 //   plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]
+#include "tools/SilentNotifier.h"
 #include "ui/FileDialogs.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
@@ -30,12 +31,6 @@ namespace {
 using namespace plinket3;
 
 constexpr int imp = 11, impThrowing = 454, pistol = 1, firstSound = 1, shotgunText = 62;
-
-class SilentNotifier : public Notifier {
-public:
-    void Show(MessageKind, std::string_view) override {}
-    Answer Ask(std::string_view, Buttons) override { return Answer::Yes; }
-};
 
 class PictureFrontEnd : public QtFrontEnd {
 public:
