@@ -130,8 +130,11 @@ int CreateBeside(const std::filesystem::path& target, mode_t mode, std::filesyst
     constexpr int mostAtOnce = 100; // programs that save the same file, or that were killed where nothing can be locked
     std::array<char, 17> digits{};
     std::snprintf(digits.data(), digits.size(), "%016zx", std::hash<std::string>{}(target.filename().string()));
+    const auto name = [&](int number) {
+        return target.parent_path() / (".plinket3-" + std::string(digits.data()) + "-" + std::to_string(number));
+    };
     for (int number = 0; number < mostAtOnce; ++number) {
-        created = target.parent_path() / (".plinket3-" + std::string(digits.data()) + "-" + std::to_string(number));
+        created = name(number);
         for (int attempt = 0; attempt < 2; ++attempt) {
             const int descriptor = open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
             if (descriptor < 0 && errno != EEXIST)
@@ -142,13 +145,16 @@ int CreateBeside(const std::filesystem::path& target, mode_t mode, std::filesyst
                 continue;
             }
             // Until it is locked, another program may take it for a leftover. Not all file systems have locks.
-            if ((flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) && IsFileAt(descriptor, created))
+            if ((flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) && IsFileAt(descriptor, created)) {
+                for (int next = number + 1; RemoveLeftover(name(next));)
+                    ++next;
                 return descriptor;
+            }
             close(descriptor);
         }
     }
-    errno = EEXIST;
-    return -1;
+    created = name(mostAtOnce + getpid());
+    return open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
 }
 
 /// Looks at the file that is to be replaced; `replaced` stays empty when there is none. Fails when it must not be.
@@ -261,6 +267,7 @@ Status CopyFileAtomically(const std::filesystem::path& from, const std::filesyst
         return SystemFailure();
     if (Status read = ReadWholeFile(from, bytes); !read)
         return read;
+    information.st_mode |= S_IWUSR; // a copy that is read-only could not be replaced by the next one
     return Replace(to, bytes, &information);
 }
 

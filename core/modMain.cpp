@@ -49,7 +49,8 @@ void OpenSettingsFolder(Environment& environment) {
                                   "Could not write the log " + log.string() + ": " + status.Reason());
 }
 
-/// Told of once in a run, since every later save fails for the same reason.
+} // namespace
+
 void SaveSettings(Environment& environment) {
     const Status status = environment.settings.Save();
     if (status || std::exchange(environment.settingsLost, true))
@@ -57,6 +58,8 @@ void SaveSettings(Environment& environment) {
     environment.notifier.Show(MessageKind::Exclamation,
                               "Could not save " + environment.settings.File().string() + ": " + status.Reason());
 }
+
+namespace {
 
 bool Refuse(Environment& environment, FrontEnd& frontEnd, std::string_view message) {
     environment.notifier.Show(MessageKind::Critical, message);

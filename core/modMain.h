@@ -62,6 +62,9 @@ CommandLine ReadCommandLine(const std::vector<std::string>& arguments);
 /// shut-down has then been done that is to be done.
 [[nodiscard]] bool StartUp(Environment& environment, FrontEnd& frontEnd, const CommandLine& commandLine);
 
+/// Writes the settings. A failure is told once in a run, since later saves fail for the same reason.
+void SaveSettings(Environment& environment);
+
 /// Has the editors follow the settings. At the end of start-up, when options were accepted and when a table was loaded.
 void ApplySettings(Environment& environment, FrontEnd& frontEnd);
 

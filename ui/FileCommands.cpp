@@ -75,15 +75,18 @@ std::optional<modPatchFiles::Header> FileCommands::HeaderOf(const std::filesyste
     return header;
 }
 
-void FileCommands::openFile(const QString& path) {
+void FileCommands::openFile(const std::filesystem::path& path) {
     if (!MayLoseChanges())
         return;
-    QString chosen = path;
-    if (chosen.isEmpty())
-        chosen = dialogs_.OpenFile(QStringLiteral("Load patch file"), QString::fromLatin1(openFilter));
-    if (chosen.isEmpty())
+    std::filesystem::path chosen = path;
+    if (chosen.empty())
+        chosen = StoredPath(dialogs_.OpenFile(QStringLiteral("Load patch file"), QString::fromLatin1(openFilter)));
+    if (chosen.empty())
         return;
-    const std::filesystem::path file = std::filesystem::absolute(StoredPath(chosen));
+    std::error_code error; // the current folder may be gone
+    std::filesystem::path file = std::filesystem::absolute(chosen, error);
+    if (error)
+        file = chosen;
 
     const std::optional<modPatchFiles::Header> header = HeaderOf(file);
     if (!header)
@@ -94,7 +97,7 @@ void FileCommands::openFile(const QString& path) {
     Adopt(std::move(*session));
     recovery_.Forget();
     AddRecent(file);
-    emit StatusText(tr("Opened %1").arg(chosen));
+    emit StatusText(tr("Opened %1").arg(ShownPath(file)));
 }
 
 bool FileCommands::SaveTo(const std::filesystem::path& file) {
@@ -217,6 +220,7 @@ bool FileCommands::OfferRecovery() {
         return false;
     }
     Adopt(std::move(session));
+    stamp_ = recovered->stamp; // what another program has written since is asked about
     edits_.MarkChangedForGood();
     KeepRecovery();
     emit StatusText(tr("Went on with unsaved changes"));
@@ -229,25 +233,13 @@ void FileCommands::KeepRecovery() {
             recovery_.Forget(); // what it may hold was undone
         return;
     }
-    const Status status = recovery_.Keep(program_.patch, edits_.Revision());
+    const Status status = recovery_.Keep(program_.patch, stamp_, edits_.Revision());
     const bool told = std::exchange(recoveryFails_, !status);
     if (!status && !told)
         emit StatusText(tr("The recovery file could not be written: %1").arg(ShownPath(status.Reason())));
 }
 
-std::optional<FileCommands::FileStamp> FileCommands::StampOf(const std::filesystem::path& file) {
-    std::error_code error;
-    FileStamp stamp;
-    stamp.time = std::filesystem::last_write_time(file, error);
-    if (error)
-        return std::nullopt;
-    stamp.size = std::filesystem::file_size(file, error);
-    if (error)
-        return std::nullopt;
-    return stamp;
-}
-
-std::optional<FileCommands::FileStamp> FileCommands::ChangedStamp() const {
+std::optional<FileStamp> FileCommands::ChangedStamp() const {
     if (!stamp_)
         return std::nullopt;
     const std::optional<FileStamp> now = StampOf(program_.patch.fileName);
@@ -258,6 +250,12 @@ void FileCommands::CheckFileOnDisk() {
     // While a dialog is open, another question would stand on top of it; closing it asks again.
     if (asking_ || QApplication::activeModalWidget() != nullptr)
         return;
+    if (stamp_ && !StampOf(program_.patch.fileName)) {
+        stamp_.reset();
+        edits_.MarkChangedForGood();
+        emit StatusText(tr("%1 is gone: save it anew").arg(ShownPath(program_.patch.fileName)));
+        return;
+    }
     const std::optional<FileStamp> now = ChangedStamp();
     if (!now)
         return;

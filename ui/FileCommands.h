@@ -4,6 +4,7 @@
 #include "patch/Program.h"
 #include "patch/modPatchFiles.h"
 #include "ui/FileDialogs.h"
+#include "ui/FileStamp.h"
 #include "ui/Recovery.h"
 
 #include <QObject>
@@ -28,7 +29,7 @@ public:
 
     void createNewFile();
     /// Opens a patch; an empty path asks for one first.
-    void openFile(const QString& path);
+    void openFile(const std::filesystem::path& path);
     /// True when the patch was saved.
     bool Save();
     bool SaveAs();
@@ -56,13 +57,6 @@ signals:
     void StatusText(const QString& text);
 
 private:
-    /// What a file on disk looked like; compared to see whether somebody else changed it.
-    struct FileStamp {
-        std::filesystem::file_time_type time;
-        std::uintmax_t size = 0;
-        bool operator==(const FileStamp&) const = default;
-    };
-    static std::optional<FileStamp> StampOf(const std::filesystem::path& file);
     /// How the patch's file looks now, when another program has written it since we did.
     std::optional<FileStamp> ChangedStamp() const;
 

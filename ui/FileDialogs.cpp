@@ -79,6 +79,7 @@ QString QtFileDialogs::AskText(const QString& title, const QString& prompt, cons
         box->setValidator(new TextValidator(box, WhyNoName, [&dialog, prompt](const QString& why) {
             dialog.setLabelText(prompt + QLatin1Char('\n') + why);
         }));
+        QObject::connect(box, &QLineEdit::textEdited, &dialog, [&dialog, prompt] { dialog.setLabelText(prompt); });
     }
     return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }

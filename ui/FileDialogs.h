@@ -4,6 +4,9 @@
 
 namespace plinket3 {
 
+class Notifier;
+class Settings;
+
 /// Asks for the names of files and for lines of text; tests answer in its place.
 class FileDialogs {
 public:
@@ -21,8 +24,6 @@ public:
 };
 
 /// The real dialogs. They start in the folder of the setting "lastDir" and remember it.
-class Notifier;
-class Settings;
 class QtFileDialogs : public FileDialogs {
 public:
     QtFileDialogs(Settings& settings, Notifier& notifier) : settings_(settings), notifier_(notifier) {}

@@ -75,7 +75,7 @@ void QtFrontEnd::ShowStartup() {
 
 void QtFrontEnd::OpenFile(const std::filesystem::path& file) {
     if (!Main().Commands().OfferRecovery())
-        Main().Commands().openFile(ShownPath(file));
+        Main().Commands().openFile(file);
     else
         program_.notifier.Show(MessageKind::Information,
                                file.string() + " was not opened, because the unsaved changes are open now.");

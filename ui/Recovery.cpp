@@ -6,6 +6,7 @@
 #include "patch/modTables.h"
 #include "ui/LatinText.h"
 
+#include <charconv>
 #include <utility>
 
 namespace plinket3 {
@@ -51,6 +52,22 @@ std::filesystem::path PutAway(const std::filesystem::path& file) {
     return error ? file : aside;
 }
 
+/// The numbers are kept as texts, since those of the format do not hold 64 bits.
+std::optional<FileStamp> FileStampOf(const SettingTree& root) {
+    const auto number = [&root](std::string_view key) {
+        const std::string text = TextOf(root, key);
+        std::optional<std::int64_t> value(0);
+        if (std::from_chars(text.data(), text.data() + text.size(), *value).ec != std::errc())
+            value.reset();
+        return value;
+    };
+    const auto time = number("fileTime"), size = number("fileSize");
+    if (!time || !size)
+        return std::nullopt;
+    using Time = std::filesystem::file_time_type;
+    return FileStamp{Time(Time::duration(*time)), static_cast<std::uintmax_t>(*size)};
+}
+
 /// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the two tables.
 std::optional<RecoveredPatch> Split(std::string_view bytes) {
     const std::size_t lineEnd = bytes.find('\n');
@@ -79,6 +96,7 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.table = bytes.substr(0, static_cast<std::size_t>(tableSize));
     recovered.defaultsTable = bytes.substr(static_cast<std::size_t>(tableSize));
     recovered.pars = ParsOf(*root);
+    recovered.stamp = FileStampOf(*root);
     return recovered;
 }
 
@@ -120,7 +138,7 @@ std::unique_ptr<QLockFile> Recovery::LockAt(int place) const {
     return lock;
 }
 
-Status Recovery::Keep(const PatchData& patch, std::uint64_t revision) {
+Status Recovery::Keep(const PatchData& patch, const std::optional<FileStamp>& stamp, std::uint64_t revision) {
     if (place_ < 0)
         return Status::Failure("the settings folder cannot be written");
     if (kept_ == revision)
@@ -133,6 +151,10 @@ Status Recovery::Keep(const PatchData& patch, std::uint64_t revision) {
     root->Set("engineConfig", patch.engineConfig);
     root->Set("iwad", patch.iwadPath);
     root->Set("dataWad", patch.dataWadPath);
+    if (stamp) {
+        root->Set("fileTime", std::to_string(stamp->time.time_since_epoch().count()));
+        root->Set("fileSize", std::to_string(stamp->size));
+    }
     const auto pars = std::make_shared<SettingTree>();
     for (std::size_t i = 0; i < patch.current.pars.size(); ++i) {
         const auto par = std::make_shared<SettingTree>();
@@ -173,15 +195,14 @@ std::optional<RecoveredPatch> Recovery::TakeOver(std::vector<std::filesystem::pa
         if (!lock->tryLock(0))
             continue; // its program is running
         std::string bytes;
-        if (!ReadWholeFile(FileAt(place), bytes))
-            continue;
-        auto recovered = Split(bytes);
-        if (!recovered)
-            damaged.push_back(PutAway(FileAt(place)));
-        if (recovered || place_ < 0)
+        const Status read = ReadWholeFile(FileAt(place), bytes);
+        if (auto recovered = read ? Split(bytes) : std::nullopt) {
             Own(place, std::move(lock));
-        if (recovered)
             return recovered;
+        }
+        damaged.push_back(PutAway(FileAt(place)));
+        if (place_ < 0 && !FileExists(FileAt(place)))
+            Own(place, std::move(lock));
     }
     return std::nullopt;
 }

@@ -2,6 +2,8 @@
 
 #include "patch/Program.h"
 
+#include "ui/FileStamp.h"
+
 #include <QLockFile>
 
 #include <cstdint>
@@ -21,6 +23,7 @@ struct RecoveredPatch {
     // whatever the mode.
     std::string table, defaultsTable;
     std::vector<ParRecord> pars;
+    std::optional<FileStamp> stamp; // of the patch's file as the run knew it
 };
 
 /// Keeps the unsaved state of the open patch in the settings folder, so that a crash costs at most half a minute. Each
@@ -32,7 +35,7 @@ public:
     explicit Recovery(std::filesystem::path folder);
 
     /// Writes the recovery file, unless it holds this `revision` of the patch already. Fails as writing files does.
-    Status Keep(const PatchData& patch, std::uint64_t revision);
+    Status Keep(const PatchData& patch, const std::optional<FileStamp>& stamp, std::uint64_t revision);
     /// Removes it: the work is saved, or given up by the user.
     void Forget();
 

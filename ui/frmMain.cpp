@@ -140,7 +140,7 @@ void frmMain::BuildFileMenu() {
         recent_[i]->setObjectName(QStringLiteral("Recent%1").arg(i));
         menu->addAction(recent_[i]);
         connect(recent_[i], &QAction::triggered, this,
-                [this, i] { commands_.openFile(recent_[i]->data().toString()); });
+                [this, i] { commands_.openFile(StoredPath(recent_[i]->data().toString())); });
     }
     recentEnd_ = menu->addSeparator();
     menu->addAction(fileExit_);
@@ -258,7 +258,8 @@ void frmMain::Load(std::string_view name) {
         startup_ = std::make_unique<frmStartup>(program_, this);
         connect(startup_.get(), &frmStartup::NewChosen, &commands_, &FileCommands::createNewFile);
         connect(startup_.get(), &frmStartup::OpenChosen, &commands_, [this] { commands_.openFile({}); });
-        connect(startup_.get(), &frmStartup::RecentChosen, &commands_, &FileCommands::openFile);
+        connect(startup_.get(), &frmStartup::RecentChosen, &commands_,
+                [this](const QString& path) { commands_.openFile(StoredPath(path)); });
     } else {
         editors_.Load(name);
     }
@@ -470,7 +471,7 @@ void frmMain::dropEvent(QDropEvent* event) {
         const QString file = url.toLocalFile();
         QTimer::singleShot(0, &commands_, [this, file] { // the drop must end first
             if (QApplication::activeModalWidget() == nullptr)
-                commands_.openFile(file);
+                commands_.openFile(StoredPath(file));
         });
         return;
     }

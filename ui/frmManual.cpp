@@ -112,14 +112,19 @@ void frmManual::Open(const QString& page) {
 
 void frmManual::BringUp() {
     // A modal dialog lets no other windows be used but those that stand over it.
-    const auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    QWindow* below = dialog == nullptr ? nullptr : dialog->windowHandle();
     winId(); // makes the window's handle
-    if (windowHandle()->transientParent() != below) {
-        hide();
-        windowHandle()->setTransientParent(below);
-        if (dialog != nullptr)
-            connect(dialog, &QDialog::finished, this, [this] { windowHandle()->setTransientParent(nullptr); });
+    if (const auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+        StandOver(dialog->windowHandle());
+        const auto next = [this] {
+            if (const QWidget* outer = QApplication::activeModalWidget())
+                StandOver(outer->windowHandle());
+            else
+                windowHandle()->setTransientParent(nullptr); // without coming up again
+        };
+        connect(dialog, &QDialog::finished, this, next,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    } else {
+        StandOver(nullptr);
     }
     if (isMinimized())
         showNormal();
@@ -127,6 +132,16 @@ void frmManual::BringUp() {
     raise();
     activateWindow();
     page_->setFocus();
+}
+
+/// Of the dialog, if there is one.
+void frmManual::StandOver(QWindow* below) {
+    if (windowHandle()->transientParent() == below)
+        return;
+    const bool shown = isVisible();
+    hide();
+    windowHandle()->setTransientParent(below);
+    setVisible(shown);
 }
 
 /// From the selection on and around the end; `further` passes over what is selected.

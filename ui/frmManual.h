@@ -31,6 +31,7 @@ private:
     void BuildBar();
     void SetIcons();
     void BringUp();
+    void StandOver(QWindow* below);
     void Find(bool backward, bool further);
 
     Environment& environment_;

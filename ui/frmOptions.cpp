@@ -1,6 +1,7 @@
 #include "ui/frmOptions.h"
 
 #include "core/Text.h"
+#include "core/modMain.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/frmFindIwads.h"
@@ -135,9 +136,7 @@ void frmOptions::updateConfiguration() {
     settings.Number("createBackup", chkMakeBackup_->isChecked() ? 1 : 0);
     settings.Number("frameCharacter", chkFrameCharacters_->isChecked() ? 1 : 0);
     settings.Number("stateActivate", cmbStateActivate_->currentIndex());
-    if (const Status status = settings.Save(); !status)
-        environment_.notifier.Show(MessageKind::Exclamation,
-                                   "Could not save " + settings.File().string() + ": " + status.Reason());
+    modMain::SaveSettings(environment_);
 }
 
 void frmOptions::FillIwads() {

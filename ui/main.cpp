@@ -39,6 +39,9 @@ int main(int argc, char** argv) {
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write, told like any other
 #endif
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN); // messages are also printed, perhaps to a program that has ended
+#endif
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString::fromLatin1(plinket3::programTitle));
@@ -51,7 +54,8 @@ int main(int argc, char** argv) {
     program.programFolder = plinket3::ProgramFolder(argv[0]);
     program.settingsFolder = Folder(QStandardPaths::GenericConfigLocation) / plinket3::programTitle;
     program.documentsFolder = Folder(QStandardPaths::DocumentsLocation);
-    if (!std::filesystem::is_directory(program.documentsFolder)) // a folder that is not there saves nothing
+    if (std::error_code ignored;
+        !std::filesystem::is_directory(program.documentsFolder, ignored)) // a folder that is not there saves nothing
         program.documentsFolder = Folder(QStandardPaths::HomeLocation);
     plinket3::QtFileDialogs dialogs(program.settings, notifier);
     plinket3::QtFrontEnd frontEnd(program, dialogs);

@@ -165,12 +165,15 @@ TEST_F(FilesTest, WhatIsNoLeftoverStaysAndHindersNoWriting) {
 
 TEST_F(FilesTest, ACopyHasThePermissionsOfTheOriginal) {
     WriteFile(folder_ / "a", "secret");
-    fs::permissions(folder_ / "a", fs::perms(0600));
     WriteFile(folder_ / "old.bak", "old");
-    for (const char* to : {"new.bak", "old.bak"}) {
-        ASSERT_TRUE(CopyFileAtomically(folder_ / "a", folder_ / to));
-        EXPECT_EQ(ReadFile(folder_ / to), "secret");
-        EXPECT_EQ(fs::status(folder_ / to).permissions(), fs::perms(0600));
+    for (const auto original : {0600, 0444}) {
+        fs::permissions(folder_ / "a", fs::perms(original));
+        for (const char* to : {"new.bak", "old.bak"}) {
+            ASSERT_TRUE(CopyFileAtomically(folder_ / "a", folder_ / to));
+            EXPECT_EQ(ReadFile(folder_ / to), "secret");
+            EXPECT_EQ(fs::status(folder_ / to).permissions(), fs::perms(original | 0200))
+                << "the next copy replaces it";
+        }
     }
 }
 

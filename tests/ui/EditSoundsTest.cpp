@@ -61,7 +61,7 @@ TEST_P(frmEditSoundsTest, ListsEverySoundInTableOrder) {
     for (int column = 0; column < 8; ++column) {
         EXPECT_EQ(Shown(1, column), expected[column]);
         EXPECT_EQ(List().model()->headerData(column, Qt::Horizontal).toString(), headers[column]);
-        EXPECT_EQ(List().model()->index(1, column).data(Qt::FontRole).value<QFont>().bold(), column == 2) << column;
+        EXPECT_EQ(List().model()->index(1, column).data(Qt::FontRole).isValid(), column == 2) << column;
     }
     Set(1, &SoundRecord::zeroOne, 1);
     EXPECT_EQ(Shown(1, 3), "Yes");

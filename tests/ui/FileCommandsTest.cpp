@@ -70,7 +70,7 @@ protected:
     std::string Open(const char* name, std::string_view bytes) {
         const std::filesystem::path file = folder / name;
         WriteFile(file, bytes);
-        commands->openFile(QString::fromStdString(file.string()));
+        commands->openFile(file);
         return file.string();
     }
 
@@ -151,7 +151,7 @@ TEST_F(FileCommandsTest, RefusedFilesLeaveTheOpenPatchAsItWas) {
 TEST_F(FileCommandsTest, VanishedFileIsToldAndChangesNothing) {
     notifier.Expect(MessageKind::Exclamation,
                     "Could not open " + (folder / "gone.deh").string() + ": No such file or directory");
-    commands->openFile(QString::fromStdString((folder / "gone.deh").string()));
+    commands->openFile(folder / "gone.deh");
     EXPECT_FALSE(commands->SessionOpen());
 }
 
@@ -322,8 +322,10 @@ TEST_F(FileCommandsTest, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
     EXPECT_EQ(ReadFile(mine + ".bak"), others);
 
     edits.Undo();
+    commands->Save();
     std::filesystem::remove(mine);
     commands->CheckFileOnDisk();
+    EXPECT_TRUE(program.patch.changed) << "what is open here is the only one";
     EXPECT_TRUE(commands->Save()) << "a deleted file is written anew";
     EXPECT_TRUE(FileExists(mine));
 }
@@ -368,6 +370,26 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
             program, edits, dialogs, *recovery,
             [this](const modPatchFiles::Header* header) { return ChooseSession(header); });
     }
+}
+
+TEST_F(FileCommandsTest, RecoveredWorkDoesNotOverwriteWhatAnotherProgramWroteMeanwhile) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    commands->KeepRecovery();
+    recovery = nullptr;
+    const std::string others = std::string(normalPatch) + "Speed = 15\n";
+    WriteFile(mine, others);
+    Recovery next(program.settingsFolder);
+    FileCommands nextCommands(program, edits, dialogs, next, {});
+    notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + mine +
+                        " were kept. Do you want to go on with them?",
+                    Answer::Yes);
+    EXPECT_TRUE(nextCommands.OfferRecovery());
+    notifier.Expect("The file " + mine + " was changed by another program. Do you want to overwrite it?", Answer::No,
+                    Buttons::NoYes);
+    EXPECT_FALSE(nextCommands.Save());
+    EXPECT_EQ(ReadFile(mine), others);
+    commands = nullptr;
 }
 
 TEST_F(FileCommandsTest, UnsavedWorkThatFitsNoEngineIsPutAside) {

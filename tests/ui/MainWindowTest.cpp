@@ -277,14 +277,14 @@ TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNames) {
         EXPECT_EQ(dialog.findChild<QLineEdit*>("txtDataWAD")->text(), "/x/data.wad");
         QTest::mouseClick(dialog.findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
     });
-    window->Commands().openFile(QString::fromStdString((folder / "mine.bex").string()));
+    window->Commands().openFile(folder / "mine.bex");
     EXPECT_EQ(Caption(), "Plinket3");
 }
 
 TEST_F(MainWindowTest, WadsThatAreGoneAreNamedInTheStatusBar) {
     test::WriteFile(folder / "mine.bex", "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n"
                                          "Data WAD = /x/data.wad\n");
-    const QString patch = QString::fromStdString((folder / "mine.bex").string());
+    const std::filesystem::path patch = folder / "mine.bex";
     {
         const ModalDriver driver("frmNewFile", Accept("Boom"));
         window->Commands().openFile(patch);
@@ -311,7 +311,7 @@ TEST_F(MainWindowTest, SessionDialogStaysOpenForAnEngineOfAnotherVersion) {
         EXPECT_TRUE(dialog.isVisible());
         Accept("Ultimate")(dialog);
     });
-    window->Commands().openFile(QString::fromStdString((folder / "mine.deh").string()));
+    window->Commands().openFile(folder / "mine.deh");
     EXPECT_EQ(Find<QLabel>("lblMode").text(), "Normal mode");
     EXPECT_EQ(program.engine.fileName, "ultimate.cfg");
 }

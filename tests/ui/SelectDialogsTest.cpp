@@ -184,6 +184,7 @@ TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {
     Settings settings;
     ExpectingNotifier notifier;
     QtFileDialogs dialogs(settings, notifier);
+    const QString prompt = "Enter a new name";
     struct {
         FileDialogs::Characters characters;
         QString typed, taken, told;
@@ -194,14 +195,19 @@ TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {
         {FileDialogs::Characters::Any, u"(\u20ac=)"_qs, u"(\u20ac=)"_qs, {}},
     };
     for (const auto& row : cases) {
-        const ModalDriver driver("askText", [&row](QDialog& dialog) {
+        const ModalDriver driver("askText", [&](QDialog& dialog) {
             auto& box = *dialog.findChild<QLineEdit*>();
-            for (const QChar character : row.typed)
+            const auto& label = *dialog.findChild<QLabel*>();
+            QString told;
+            for (const QChar character : row.typed) {
                 QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_unknown, character, Qt::NoModifier);
-            EXPECT_TRUE(dialog.findChild<QLabel*>()->text().contains(row.told));
+                told += label.text().remove(prompt);
+            }
+            EXPECT_TRUE(told.contains(row.told) && told.isEmpty() == row.told.isEmpty()) << told.toStdString();
+            EXPECT_EQ(label.text(), prompt) << "the reason goes when something else is typed";
             dialog.accept();
         });
-        EXPECT_EQ(dialogs.AskText("Thing 1", "Enter a new name", {}, row.characters), row.taken);
+        EXPECT_EQ(dialogs.AskText("Thing 1", prompt, {}, row.characters), row.taken);
     }
 }
 

@@ -39,8 +39,7 @@ void EditorWindow::showEvent(QShowEvent* event) {
 
 QString EditorWindow::AskName(RecordKind kind, std::int32_t record, const QString& title, const QString& prompt) {
     const Cell cell{kind, record, nameField};
-    QString name =
-        context_.links.AskText(title, prompt, ShownText(std::get<std::string>(context_.edits.Value(cell))));
+    QString name = context_.links.AskText(title, prompt, ShownText(std::get<std::string>(context_.edits.Value(cell))));
     if (!name.isEmpty())
         context_.edits.Store(cell, StoredText(name));
     return name;

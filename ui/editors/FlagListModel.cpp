@@ -61,7 +61,7 @@ QVariant FlagListModel::data(const QModelIndex& index, int role) const {
             return hint;
         return (hint.isEmpty() ? QString() : hint + QLatin1Char('\n')) + DefaultTip(standard ? tr("on") : tr("off"));
     case Qt::FontRole:
-        return MarkedFont(on != standard);
+        return on != standard ? MarkedFont() : QVariant();
     default:
         return {};
     }

@@ -4,14 +4,17 @@ namespace plinket3 {
 
 QString DefaultTip(const QString& defaultText) { return QObject::tr("Default: %1").arg(defaultText); }
 
-QFont MarkedFont(bool differs, QFont font) {
-    font.setBold(differs);
+QFont MarkedFont(QFont font) {
+    font.setBold(true);
     return font;
 }
 
 void MarkDifference(QWidget& widget, bool differs, const QString& defaultText, const QString& plainTip) {
-    if (widget.font().bold() != differs)
-        widget.setFont(MarkedFont(differs, widget.font()));
+    if (widget.font().bold() != differs) {
+        QFont font = widget.font();
+        font.setBold(differs);
+        widget.setFont(font);
+    }
     widget.setToolTip(differs ? DefaultTip(defaultText) : plainTip);
 }
 

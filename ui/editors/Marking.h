@@ -11,8 +11,8 @@ namespace plinket3 {
 /// The engine's own value as a tooltip tells it.
 QString DefaultTip(const QString& defaultText);
 
-/// `font`, bold when the value differs.
-QFont MarkedFont(bool differs, QFont font = {});
+/// `font` for a value that differs.
+QFont MarkedFont(QFont font = {});
 
 /// Marks a control when its value differs; makes it plain, with the tooltip `plainTip`, when it does not.
 void MarkDifference(QWidget& widget, bool differs, const QString& defaultText, const QString& plainTip = {});

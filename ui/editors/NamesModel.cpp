@@ -36,7 +36,7 @@ QVariant NamesModel::data(const QModelIndex& index, int role) const {
         return {};
     if (role == Qt::ToolTipRole)
         return tr("Not as in the engine");
-    return MarkedFont(true);
+    return MarkedFont();
 }
 
 bool NamesModel::Differs(std::int32_t record) const {

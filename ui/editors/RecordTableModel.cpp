@@ -33,7 +33,7 @@ QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
         return Alignment(index.column());
     case Qt::FontRole:
-        return MarkedFont(Differs(record, index.column()));
+        return Differs(record, index.column()) ? MarkedFont() : QVariant();
     case Qt::ToolTipRole:
         return Differs(record, index.column()) ? DefaultTip(Text(Defaults(), record, index.column()))
                                                : PlainTip(record, index.column());

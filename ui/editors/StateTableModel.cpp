@@ -67,7 +67,7 @@ QVariant StateTableModel::data(const QModelIndex& at, int role) const {
         return text(current) == text(defaults) ? QVariant() : QVariant(DefaultTip(text(defaults)));
     case Qt::FontRole: {
         const QFont font = IsNumberColumn(column) ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QFont();
-        return MarkedFont(text(current) != text(defaults), font);
+        return text(current) != text(defaults) ? MarkedFont(font) : font;
     }
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(Qt::AlignVCenter | (IsNumberColumn(column) ? Qt::AlignRight : Qt::AlignLeft));
