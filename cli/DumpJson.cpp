@@ -76,16 +76,19 @@ Json ParOf(const ParRecord& par) { return {{"episode", par.episode}, {"map", par
 void DumpJson(const Program& program, std::ostream& out) {
     const PatchSet& set = program.patch.current;
     const EngineConfiguration& engine = program.engine;
-    const Json engineFacts{{"file", Utf8(engine.fileName)},
+    // File names are mostly UTF-8 already.
+    constexpr auto bytesThatAreNot = Json::error_handler_t::replace;
+    const Json engineFacts{{"file", engine.fileName},
                            {"name", Utf8(engine.name)},
                            {"version", engine.version},
                            {"extended", engine.extended}};
-    const Json patchFacts{{"file", Utf8(program.patch.fileName.string())},
+    const Json patchFacts{{"file", program.patch.fileName.string()},
                           {"version", program.patch.doomVersion},
                           {"format", program.patch.patchFormat}};
     Json misc;
     PutFields(misc, set.misc);
-    out << "{\"engine\":" << engineFacts.dump() << ",\"patch\":" << patchFacts.dump();
+    out << "{\"engine\":" << engineFacts.dump(-1, ' ', false, bytesThatAreNot)
+        << ",\"patch\":" << patchFacts.dump(-1, ' ', false, bytesThatAreNot);
     PutRecords(out, "things", set.things, set.thingNames);
     PutList(out, "states", set.states.size(), [&](std::size_t i) { return StateAt(set, engine, i); });
     PutList(out, "sounds", set.sounds.size(), [&](std::size_t i) { return SoundAt(set, i); });

@@ -86,12 +86,12 @@ PatchSet ReadSet(Run& run, const std::string& file, std::string_view bytes) {
     return set;
 }
 
-/// Loads the engine and reads `file` ("-": the engine's own data) into the open patch. The engine is the one that
-/// `other` speaks of where `file` says nothing.
-void LoadPatch(Run& run, const std::string& file, const std::string& other = standardSet) {
+/// Loads the engine and reads `file` ("-": the engine's own data) into the open patch. Where there is no file, the
+/// engine is the one that `other` speaks of.
+void LoadPatch(Run& run, const std::string& file, const Header& other = {}) {
     Program& program = run.program;
     if (file == standardSet) {
-        LoadEngine(run, other == standardSet ? Header() : HeaderOf(other, ReadInput(other)));
+        LoadEngine(run, other);
         return;
     }
     const std::string bytes = ReadInput(file);
@@ -136,11 +136,11 @@ int Dump(Run& run) {
 
 int Diff(Run& run) {
     const bool two = run.arguments.files.size() > 1;
-    LoadPatch(run, run.arguments.files[0], two ? run.arguments.files[1] : standardSet);
+    const std::string second = two ? run.arguments.files[1] : standardSet;
+    const std::string bytes = second == standardSet ? std::string() : ReadInput(second);
+    LoadPatch(run, run.arguments.files[0], second == standardSet ? Header() : HeaderOf(second, bytes));
     Program& program = run.program;
-    const PatchSet other = two && run.arguments.files[1] != standardSet
-                               ? ReadSet(run, run.arguments.files[1], ReadInput(run.arguments.files[1]))
-                               : program.patch.defaults;
+    const PatchSet other = second == standardSet ? program.patch.defaults : ReadSet(run, second, bytes);
     const std::vector<std::string> lines =
         two ? modPatchDiff::Differences(program.patch.current, other, program.engine)
             : modPatchDiff::Differences(other, program.patch.current, program.engine);

@@ -136,7 +136,7 @@ private:
         if (VersionsKnown())
             section_ = section->section;
         if (section->section == Section::Text)
-            return TextReplacement(LeadingInt32(words[1]), LeadingInt32(words[2]));
+            return TextReplacement(PlainNumber(words[1]), PlainNumber(words[2]));
         if (!VersionsKnown()) {
             IgnoreEarly();
             return {};
@@ -233,11 +233,11 @@ private:
         if (VersionsKnown() && StoreField(key, value))
             return {};
         if (EqualIgnoringCase(key, "Doom version")) {
-            if (LeadingInt32(value) != engine_.version)
+            if (PlainNumber(value) != engine_.version)
                 return Status::Failure("Patch file version does not match engine version.");
             doomVersionKnown_ = true;
         } else if (EqualIgnoringCase(key, "Patch format")) {
-            if (LeadingInt32(value) != supportedPatchFormat)
+            if (PlainNumber(value) != supportedPatchFormat)
                 return Status::Failure("Unsupported patch format.");
             patchFormatKnown_ = true;
         } else if (observer_ != nullptr && !key.starts_with('#') && !IsSessionKey(key)) {
