@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
 
     Edits edits(program.patch);
     Audio audio;
-    QtFileDialogs dialogs(program.settings);
+    QtFileDialogs dialogs(program.settings, notifier);
     QMdiArea area;
     EditorSet editors(program, edits, audio, dialogs, area);
     editors.Load("frmEditStates");
