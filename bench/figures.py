@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Every promised figure of speed and size in one table, each as a ratio to what it is measured against.
+"""Every promised figure of speed and size in one table, each a median, as a ratio to what it is measured against.
 
     bench/figures.py [--markdown] [BUILD]      BUILD: a release build; build/release if not told
 
@@ -83,16 +83,16 @@ def printed(*command):
 
 def jobs(table, build, folder):
     out = folder / "bench.json"
-    run(build / "plinket3_bench", "--benchmark_repetitions=5", "--benchmark_enable_random_interleaving=true",
+    run(build / "plinket3_bench", "--benchmark_repetitions=9", "--benchmark_enable_random_interleaving=true",
         f"--benchmark_out={out}", "--benchmark_out_format=json")
-    milliseconds = {}
+    samples = {}
     units = {"us": 1e-3, "ms": 1, "ns": 1e-6}
     for entry in json.loads(out.read_text())["benchmarks"]:
         if entry.get("error_occurred"):
             sys.exit(f"{entry['name']}: {entry['error_message']}")
         if entry["run_type"] == "iteration":
-            taken = entry["cpu_time"] * units[entry["time_unit"]]
-            milliseconds[entry["run_name"]] = min(taken, milliseconds.get(entry["run_name"], taken))
+            samples.setdefault(entry["run_name"], []).append(entry["cpu_time"] * units[entry["time_unit"]])
+    milliseconds = {name: statistics.median(taken) for name, taken in samples.items()}
     for what, name, floor, most in JOBS:
         if isinstance(floor, str):
             table.row(what, milliseconds[name], milliseconds[floor], most, "ms", FLOORS[floor.split("/")[0]])

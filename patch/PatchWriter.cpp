@@ -159,6 +159,8 @@ private:
     }
 
     bool Pointers() {
+        if (current_.codePointers == defaults_.codePointers)
+            return false; // most patches need no look at every state
         const PointerTargets targets(current_.states, engine_.codePointerStates);
         bool any = false;
         for (std::size_t i = 0; i < current_.codePointers.size(); ++i) {
