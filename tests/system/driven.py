@@ -169,7 +169,7 @@ class Program:
 
         def gone():
             self.key(key)
-            end = time.monotonic() + 3
+            end = time.monotonic() + 10
             while self.running() and time.monotonic() < end:
                 if self.xdotool("getwindowfocus") != dialog:
                     return True
@@ -179,13 +179,20 @@ class Program:
         self.until(gone, f'the dialog "{title}" to go', may_end=True)
 
     def pass_by(self, what, reached, *dialogs):
-        """Presses Return in every dialog, those of these titles too, until reached(title of the focused window)."""
+        """Presses Return in every dialog, those of these titles too, until reached(title of the focused window). Once
+        in each window, and again only if it stays for long: a second key would go to what comes behind it."""
+        pressed = {}
+
         def there():
-            focused = self.focused()
+            window = self.xdotool("getwindowfocus").strip()
+            focused = self.xdotool("getwindowname", window).strip()
             if reached(focused):
                 return True
             if any(re.search(dialog, focused) for dialog in (*dialogs, "^Plinket3$")):
-                self.key("Return")
+                now = time.monotonic()
+                if now > pressed.get(window, now - 3) + 2:
+                    pressed[window] = now
+                    self.key("Return")
                 time.sleep(0.05)
             else:
                 for window in self.xdotool("search", "--onlyvisible", "--name", ".").split()[-1:]:

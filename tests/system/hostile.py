@@ -24,8 +24,8 @@ def limit_memory():
 
 
 class Case:
-    def __init__(self, kind, file, said, build, place):
-        self.kind, self.file, self.said, self.build, self.place = kind, file, said, build, place
+    def __init__(self, kind, file, said, codes, build, place):
+        self.kind, self.file, self.said, self.codes, self.build, self.place = kind, file, said, codes, build, place
         # AddressSanitizer reserves more than any limit, and makes everything several times as slow.
         sanitized = b"__asan_init" in (build / "plinket3").read_bytes()
         self.limit = None if sanitized else limit_memory
@@ -104,12 +104,16 @@ class Case:
             yield ["config", self.file]
 
     def command_line(self):
+        ended = ""
         for command in self.commands():
             run = subprocess.run([self.build / "plinket3-cli", *command], capture_output=True, timeout=self.seconds,
                                  preexec_fn=self.limit, check=False)
             said = run.stderr.decode("latin-1")
             if run.returncode not in (0, 1, 2) or (run.returncode == 2 and (said.count("\n") != 1 or len(said) < 10)):
                 raise Failed(f"{' '.join(map(str, command))} ended with {run.returncode} and said: {said[:1000]}")
+            ended += str(run.returncode)
+        if ended != self.codes:
+            raise Failed(f"the commands ended with {ended} instead of {self.codes}")
 
 
 def work(cases, failures):
@@ -134,9 +138,9 @@ def main():
     cases, failures = queue.Queue(), []
     with tempfile.TemporaryDirectory(prefix="plinket3_hostile_") as folder:
         for kind, rows in make_hostile.make(folder, build).items():
-            for file, said in rows:
+            for file, said, codes in rows:
                 if part in f"{kind}/{file.name}":
-                    cases.put(Case(kind, file, said, build, Path(folder, f"case{cases.qsize()}")))
+                    cases.put(Case(kind, file, said, codes, build, Path(folder, f"case{cases.qsize()}")))
         count = cases.qsize()
         workers = [threading.Thread(target=work, args=(cases, failures)) for _ in range(2)]
         for worker in workers:

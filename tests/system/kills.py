@@ -2,7 +2,9 @@
 """Kills the window program and the command line at random moments around a save, again and again. Whatever the moment,
 the file is then the old one or the new one, byte for byte, a backup is whole, and what a killed save leaves behind
 neither piles up nor hinders the next save.
-    kills.py BUILD-FOLDER [KILLS [SEED]]      KILLS each: of the window without and with backups, of the command line
+    kills.py BUILD-FOLDER [KILLS [SEED]]      KILLS of the window without backups, as many with them, and five times as
+                                              many of the command line
+SEED gives the same patch and the same dice. The moments also follow from how long saves take, so they differ each time.
 """
 
 import random
@@ -89,10 +91,11 @@ class Target:
     def report(self, name, kills):
         print(f"{name}: {kills} kills, {self.counts['old']} left the old file, {self.counts['new']} the new one, "
               f"{self.counts['leftover']} a leftover; the moments gathered around {self.delay * 1000:.1f} ms", flush=True)
-        if min(self.counts["old"], self.counts["new"]) == 0:
-            raise Failed(f"{name}: all kills were on the same side of the save")
-        if kills >= 100 and self.counts["leftover"] == 0:
-            raise Failed(f"{name}: no kill was within the save")
+        if kills >= 100:  # fewer may miss by chance
+            if min(self.counts["old"], self.counts["new"]) == 0:
+                raise Failed(f"{name}: all kills were on the same side of the save")
+            if self.counts["leftover"] == 0:
+                raise Failed(f"{name}: no kill was within the save")
         if self.leftovers():
             raise Failed(f"{name}: a leftover stays after a save that was not killed")
 

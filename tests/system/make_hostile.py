@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Makes a folder of files that want to harm whoever reads them, the same ones each time.
     make_hostile.py FOLDER BUILD-FOLDER
-Each list below has rows of a name, the bytes and what the window program says: None for nothing, the file works."""
+Each list below has rows of a name, the bytes, what the window program says (None for nothing, the file works), and the
+exit codes of the commands that hostile.py runs on files of that kind, in their order: 2 for a refusal."""
 
 import random
 import struct
@@ -27,56 +28,60 @@ def patches():
                               b"-1", b"999999999", b"\r", b"\0", b"Health", b"Sound", b"Pointer", b"Weapon", b"Cheat"]
     nonsense = b" ".join(CHANCE.choice(words) for _ in range(50_000))
     return [
-        ("empty.deh", b"", NO_PATCH),
-        ("nuls.deh", bytes(100_000), NO_PATCH),
-        ("noise.deh", noise, NO_PATCH),
-        ("noise_behind_header.deh", NORMAL + noise, None),
-        ("nonsense.bex", EXTENDED + nonsense, None),
-        ("utf8_mark.deh", b"\xef\xbb\xbf" + NORMAL, BAD_PATCH),
-        ("utf16.deh", NORMAL.decode().encode("utf-16"), NO_PATCH),
-        ("utf8.bex", EXTENDED + "[STRINGS]\nHUSTR_1 = Grüße \u4e2d\u6587\nThing 1 (Ünicöde)\nSpeed = 3\n".encode(), None),
-        ("latin1.deh", NORMAL + bytes(range(128, 256)) + b"\nThing 1 (" + bytes(range(160, 256)) + b")\n", None),
-        ("long_line.deh", NORMAL + b"Thing 1\nHit points = " + b"9" * 10 * MEGABYTE, None),
-        ("long_name.deh", NORMAL + b"Thing 1 (" + b"x" * MEGABYTE + b")\nSpeed = 4\n", None),
-        ("long_header.deh", HEADER + b"Engine config = " + b"x" * MEGABYTE + b"\nIWAD = " + b"y" * MEGABYTE, None),
-        ("no_line_end.deh", NORMAL + b"Thing 2\nSpeed = 8", None),
-        ("carriage_returns.deh", NORMAL.replace(b"\n", b"\r"), NO_PATCH),
-        ("million_sections.deh", NORMAL + b"Thing 1\nSpeed = 8\n" * MEGABYTE, None),
-        ("million_pars.bex", EXTENDED + b"[PARS]\n" + b"par 1 2 3\n" * (MEGABYTE // 4), None),
+        ("empty.deh", b"", NO_PATCH, "02222"),
+        ("nuls.deh", bytes(100_000), NO_PATCH, "02222"),
+        ("noise.deh", noise, NO_PATCH, "02222"),
+        ("noise_behind_header.deh", NORMAL + noise, None, "01000"),
+        ("nonsense.bex", EXTENDED + nonsense, None, "01100"),
+        ("utf8_mark.deh", b"\xef\xbb\xbf" + NORMAL, BAD_PATCH, "02222"),
+        ("utf16.deh", NORMAL.decode().encode("utf-16"), NO_PATCH, "02222"),
+        ("utf8.bex", EXTENDED + "[STRINGS]\nHUSTR_1 = Grüße \u4e2d\u6587\nThing 1 (Ünicöde)\nSpeed = 3\n".encode(),
+         None, "00100"),
+        ("latin1.deh", NORMAL + bytes(range(128, 256)) + b"\nThing 1 (" + bytes(range(160, 256)) + b")\n",
+         None, "01100"),
+        ("long_line.deh", NORMAL + b"Thing 1\nHit points = " + b"9" * 10 * MEGABYTE, None, "01100"),
+        ("long_name.deh", NORMAL + b"Thing 1 (" + b"x" * MEGABYTE + b")\nSpeed = 4\n", None, "00100"),
+        ("long_header.deh", HEADER + b"Engine config = " + b"x" * MEGABYTE + b"\nIWAD = " + b"y" * MEGABYTE,
+         None, "00000"),
+        ("no_line_end.deh", NORMAL + b"Thing 2\nSpeed = 8", None, "00000"),
+        ("carriage_returns.deh", NORMAL.replace(b"\n", b"\r"), NO_PATCH, "02222"),
+        ("million_sections.deh", NORMAL + b"Thing 1\nSpeed = 8\n" * MEGABYTE, None, "00100"),
+        ("million_pars.bex", EXTENDED + b"[PARS]\n" + b"par 1 2 3\n" * (MEGABYTE // 4), None, "00100"),
         ("huge_numbers.deh", NORMAL + b"".join(
             b"%s %s\n%s = %s\n" % (section, number, field, number)
             for section, field in ((b"Thing", b"Hit points"), (b"Frame", b"Next frame"), (b"Sound", b"Value"),
                                    (b"Pointer", b"Codep Frame"), (b"Weapon", b"Ammo type"), (b"Ammo", b"Max ammo"),
                                    (b"Misc", b"Initial Health"), (b"Frame", b"Sprite number"))
             for number in (b"-1", b"2147483647", b"2147483648", b"-2147483649", b"9" * 400, b"0x7fffffff", b"1e309",
-                           b"nan")), None),
+                           b"nan")), None, "01100"),
         ("wild_frames.deh", NORMAL + b"Thing 1\nInitial frame = 2147483647\nDeath frame = -5\nFrame 149\n"
-         b"Sprite number = -7\nSprite subnumber = 2147483647\nNext frame = -149\nDuration = 0\n", None),
-        ("many_bits.bex", EXTENDED + b"Thing 1\nBits = " + b"SOLID+SHOOTABLE|" * 100_000 + b"\n", None),
-        ("long_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"\\n\\\\" * (MEGABYTE // 4) + b"\n", None),
-        ("endless_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"line \\\n" * 100_000, None),
+         b"Sprite number = -7\nSprite subnumber = 2147483647\nNext frame = -149\nDuration = 0\n", None, "01100"),
+        ("many_bits.bex", EXTENDED + b"Thing 1\nBits = " + b"SOLID+SHOOTABLE|" * 100_000 + b"\n", None, "00100"),
+        ("long_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"\\n\\\\" * (MEGABYTE // 4) + b"\n", None, "00100"),
+        ("endless_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"line \\\n" * 100_000, None, "01100"),
         ("code_pointers.bex", EXTENDED + b"[CODEPTR]\n" + b"".join(
             b"Frame %d = %s\n" % (frame, CHANCE.choice([b"A_Look", b"NULL", b"A_" + b"x" * 500, b"-1", b""]))
-            for frame in range(-5, 5000)), None),
-        ("text_too_long.deh", NORMAL + b"Text 999999999 5\nabc\n", NO_TEXT),
-        ("text_negative.deh", NORMAL + b"Text -5 -7\nabc\n", NO_TEXT),
-        ("text_ends_early.deh", NORMAL + b"Text 13 99999\nFuzzy Gen. \n", NO_TEXT),
-        ("text_of_all.deh", NORMAL + b"Text 1 2147483647\n" + b"a" * MEGABYTE, NO_TEXT),
+            for frame in range(-5, 5000)), None, "01100"),
+        ("text_too_long.deh", NORMAL + b"Text 999999999 5\nabc\n", NO_TEXT, "02222"),
+        ("text_negative.deh", NORMAL + b"Text -5 -7\nabc\n", NO_TEXT, "02222"),
+        ("text_ends_early.deh", NORMAL + b"Text 13 99999\nFuzzy Gen. \n", NO_TEXT, "02222"),
+        ("text_of_all.deh", NORMAL + b"Text 1 2147483647\n" + b"a" * MEGABYTE, NO_TEXT, "02222"),
         ("includes_itself.bex", EXTENDED + b"Include includes_itself.bex\nInclude NOTEXT includes_itself.bex\n",
-         UNSUPPORTED),
-        ("other_format.deh", NORMAL.replace(b"format = 6", b"format = 7"), NO_PATCH),
-        ("other_engine.deh", NORMAL.replace(b"version = 19", b"version = -19"), NO_ENGINE),
-        ("huge_engine.deh", NORMAL.replace(b"version = 19", b"version = 65555"), NO_ENGINE),
-        ("first_line_missing.deh", NORMAL.split(b"\n", 1)[1], BAD_PATCH),
-        ("header_twice.deh", NORMAL + b"IWAD = Freedoom\n", 'the line "IWAD" stands in it twice, again in line 7'),
-        ("engine_elsewhere.deh", HEADER + b"Engine config = ../../../../etc/passwd\nIWAD = Freedoom\n", None),
-        ("data_wad_missing.deh", NORMAL + b"Data WAD = /nowhere/" + b"x" * 5000 + b".wad\n", None),
-        ("data_wad_device.deh", NORMAL + b"Data WAD = /dev/zero\n", None),
-        ("data_wad_folder.deh", NORMAL + b"Data WAD = /\n", None),
-        ("data_wad_nul.deh", NORMAL + b"Data WAD = /etc/\0passwd\n", None),
+         UNSUPPORTED, "01000"),
+        ("other_format.deh", NORMAL.replace(b"format = 6", b"format = 7"), NO_PATCH, "02222"),
+        ("other_engine.deh", NORMAL.replace(b"version = 19", b"version = -19"), NO_ENGINE, "02222"),
+        ("huge_engine.deh", NORMAL.replace(b"version = 19", b"version = 65555"), NO_ENGINE, "02222"),
+        ("first_line_missing.deh", NORMAL.split(b"\n", 1)[1], BAD_PATCH, "02222"),
+        ("header_twice.deh", NORMAL + b"IWAD = Freedoom\n",
+         'the line "IWAD" stands in it twice, again in line 7', "22222"),
+        ("engine_elsewhere.deh", HEADER + b"Engine config = ../../../../etc/passwd\nIWAD = Freedoom\n", None, "00000"),
+        ("data_wad_missing.deh", NORMAL + b"Data WAD = /nowhere/" + b"x" * 5000 + b".wad\n", None, "00000"),
+        ("data_wad_device.deh", NORMAL + b"Data WAD = /dev/zero\n", None, "00000"),
+        ("data_wad_folder.deh", NORMAL + b"Data WAD = /\n", None, "00000"),
+        ("data_wad_nul.deh", NORMAL + b"Data WAD = /etc/\0passwd\n", None, "00000"),
         ("data_wad_iwad.deh", NORMAL + b"Data WAD = /usr/share/games/doom/freedoom2.wad\n",
-         "Unable to register data WAD."),
-        ("name %1 %n <b>&amp; \u00e4.deh", NORMAL, None),
+         "Unable to register data WAD.", "00000"),
+        ("name %1 %n <b>&amp; \u00e4.deh", NORMAL, None, "00000"),
     ]
 
 
@@ -109,32 +114,34 @@ def wads():
     good = picture(1, 3, [12], b"\0\3\0abc\0\xff")
     directory = entry(12, 768, b"PLAYPAL")
     return [
-        ("good.wad", game(good), None),
-        ("empty.wad", b"", NO_PALETTE),
-        ("short.wad", b"IWAD\1", NO_PALETTE),
-        ("other.wad", b"WAD2" + bytes(100), NO_PALETTE),
-        ("count_negative.wad", b"IWAD" + struct.pack("<ii", -1, 12) + directory, NO_PALETTE),
-        ("count_huge.wad", b"IWAD" + struct.pack("<ii", 0x7fffffff, 12) + directory + bytes(2000), None),
-        ("count_huge_of_none.wad", b"IWAD" + struct.pack("<ii", 0x7fffffff, 12), NO_PALETTE),
-        ("directory_beyond.wad", b"IWAD" + struct.pack("<ii", 5, 0x7ffffff0) + directory, NO_PALETTE),
-        ("directory_negative.wad", b"IWAD" + struct.pack("<ii", 5, -16) + directory, NO_PALETTE),
-        ("directory_is_header.wad", b"IWAD" + struct.pack("<ii", 9, 0) + directory * 9, NO_PALETTE),
-        ("lump_beyond.wad", b"IWAD" + struct.pack("<ii", 1, 12) + entry(0x7fffffff, 0x7fffffff, b"PLAYPAL"), None),
-        ("lump_negative.wad", b"IWAD" + struct.pack("<ii", 1, 12) + entry(-1, -1, b"PLAYPAL"), None),
-        ("palette_short.wad", game(good, palette=b"abc"), None),
+        ("good.wad", game(good), None, "0000"),
+        ("empty.wad", b"", NO_PALETTE, "2222"),
+        ("short.wad", b"IWAD\1", NO_PALETTE, "0111"),
+        ("other.wad", b"WAD2" + bytes(100), NO_PALETTE, "2222"),
+        ("count_negative.wad", b"IWAD" + struct.pack("<ii", -1, 12) + directory, NO_PALETTE, "0111"),
+        ("count_huge.wad", b"IWAD" + struct.pack("<ii", 0x7fffffff, 12) + directory + bytes(2000), None, "0011"),
+        ("count_huge_of_none.wad", b"IWAD" + struct.pack("<ii", 0x7fffffff, 12), NO_PALETTE, "0111"),
+        ("directory_beyond.wad", b"IWAD" + struct.pack("<ii", 5, 0x7ffffff0) + directory, NO_PALETTE, "0111"),
+        ("directory_negative.wad", b"IWAD" + struct.pack("<ii", 5, -16) + directory, NO_PALETTE, "0111"),
+        ("directory_is_header.wad", b"IWAD" + struct.pack("<ii", 9, 0) + directory * 9, NO_PALETTE, "0111"),
+        ("lump_beyond.wad", b"IWAD" + struct.pack("<ii", 1, 12) + entry(0x7fffffff, 0x7fffffff, b"PLAYPAL"),
+         None, "0011"),
+        ("lump_negative.wad", b"IWAD" + struct.pack("<ii", 1, 12) + entry(-1, -1, b"PLAYPAL"), None, "0011"),
+        ("palette_short.wad", game(good, palette=b"abc"), None, "0000"),
         ("lumps_overlap.wad", b"IWAD" + struct.pack("<ii", 20_000, 12) + b"".join(
             entry(0, 0x7fffffff, b"PLAYPAL" if lump == 0 else b"S_START" if lump == 1 else b"PLAYA1")
-            for lump in range(20_000)), None),
-        ("markers_only.wad", wad([(b"PLAYPAL", bytes(768))] + [(b"S_START", b"")] * 1000 + [(b"S_END", b"")]), None),
-        ("picture_empty.wad", game(b""), None),
-        ("picture_huge.wad", game(picture(0xffff, 0xffff, [8] * 10, b"\0\3\0abc\0\xff")), None),
-        ("picture_columns_outside.wad", game(picture(4, 4, [0x7fffffff, -1, -0x80000000, 99999], b"")), None),
-        ("picture_posts_loop.wad", game(picture(2, 255, [0, 4], b"\0\0\0\0" * 5000)), None),
-        ("picture_posts_overflow.wad", game(picture(2, 3, [16, 16], b"\xfe\xff" * 300)), None),
-        ("picture_no_end.wad", game(picture(1, 255, [12], b"\0\xff\0" + bytes(100))), None),
-        ("sound_lies.wad", game(good, sound=b"\3\0\xff\xff\xff\xff\xff\x7f"), None),
-        ("sound_empty.wad", game(good, sound=b""), None),
-        ("noise.wad", b"IWAD" + struct.pack("<ii", 4000, 12) + CHANCE.randbytes(70_000), NO_PALETTE),
+            for lump in range(20_000)), None, "0002"),
+        ("markers_only.wad", wad([(b"PLAYPAL", bytes(768))] + [(b"S_START", b"")] * 1000 + [(b"S_END", b"")]),
+         None, "0011"),
+        ("picture_empty.wad", game(b""), None, "0002"),
+        ("picture_huge.wad", game(picture(0xffff, 0xffff, [8] * 10, b"\0\3\0abc\0\xff")), None, "0002"),
+        ("picture_columns_outside.wad", game(picture(4, 4, [0x7fffffff, -1, -0x80000000, 99999], b"")), None, "0000"),
+        ("picture_posts_loop.wad", game(picture(2, 255, [0, 4], b"\0\0\0\0" * 5000)), None, "0000"),
+        ("picture_posts_overflow.wad", game(picture(2, 3, [16, 16], b"\xfe\xff" * 300)), None, "0000"),
+        ("picture_no_end.wad", game(picture(1, 255, [12], b"\0\xff\0" + bytes(100))), None, "0000"),
+        ("sound_lies.wad", game(good, sound=b"\3\0\xff\xff\xff\xff\xff\x7f"), None, "0000"),
+        ("sound_empty.wad", game(good, sound=b""), None, "0000"),
+        ("noise.wad", b"IWAD" + struct.pack("<ii", 4000, 12) + CHANCE.randbytes(70_000), NO_PALETTE, "0111"),
     ]
 
 
@@ -146,17 +153,17 @@ def tables(good):
     largest_count = good[:6] + struct.pack("<i", 1048575)
     noise = good[:6] + struct.pack("<i", 100) + CHANCE.randbytes(20_000)
     return [
-        ("empty.tbl", b"", "Invalid table Id."),
-        ("other.tbl", b"ETBX" + good[4:], "Invalid table Id."),
-        ("version.tbl", b"ETBL\x01\x7f" + good[6:], "Invalid table version."),
-        ("only_id.tbl", cut[0], "Invalid table version."),
-        ("only_version.tbl", cut[1], None),
-        ("cut_in_names.tbl", cut[2], None),
-        ("cut_in_half.tbl", cut[3], None),
-        ("count_below.tbl", bad_count, "Damaged table file."),
-        ("count_above.tbl", huge_count, "Damaged table file."),
-        ("count_largest.tbl", largest_count, None),
-        ("noise.tbl", noise, None),
+        ("empty.tbl", b"", "Invalid table Id.", "022"),
+        ("other.tbl", b"ETBX" + good[4:], "Invalid table Id.", "022"),
+        ("version.tbl", b"ETBL\x01\x7f" + good[6:], "Invalid table version.", "022"),
+        ("only_id.tbl", cut[0], "Invalid table version.", "022"),
+        ("only_version.tbl", cut[1], None, "000"),
+        ("cut_in_names.tbl", cut[2], None, "000"),
+        ("cut_in_half.tbl", cut[3], None, "000"),
+        ("count_below.tbl", bad_count, "Damaged table file.", "022"),
+        ("count_above.tbl", huge_count, "Damaged table file.", "022"),
+        ("count_largest.tbl", largest_count, None, "000"),
+        ("noise.tbl", noise, None, "000"),
     ]
 
 
@@ -165,15 +172,15 @@ def configurations(good):
     identity = b'type = "Plinket3 Engine Configuration file";\n'
     engine = b'engine { name = "Evil"; version = 19; table = "doom19.tbl"; extended = 0; }\n'
     return [
-        ("evil_counts.cfg", good.replace(b"things = 1", b"things = 2147483647"), "is out of range"),
-        ("evil_negative.cfg", good.replace(b"states = ", b"states = -"), '"itemcounts.states" is negative'),
+        ("evil_counts.cfg", good.replace(b"things = 1", b"things = 2147483647"), "is out of range", "0220"),
+        ("evil_negative.cfg", good.replace(b"states = ", b"states = -"), '"itemcounts.states" is negative', "0220"),
         ("evil_table.cfg", good.replace(b"table = \"", b"table = \"../../../../../etc/"),
-         "No table file for engine configuration."),
-        ("evil_empty.cfg", identity + engine, 'evil_empty.cfg: missing key "engine.allowexeread"'),
-        ("evil_version.cfg", good.replace(b"version = 19", b"version = 1e308"), None),
-        ("evil_deep.cfg", identity + engine + b"a{" * 100_000, None),
-        ("evil_open.cfg", good[:len(good) // 2], 'evil_open.cfg: missing structure "'),
-        ("evil_noise.cfg", identity + engine + CHANCE.randbytes(65536), 'evil_noise.cfg: missing key "'),
+         "No table file for engine configuration.", "0220"),
+        ("evil_empty.cfg", identity + engine, 'evil_empty.cfg: missing key "engine.allowexeread"', "0220"),
+        ("evil_version.cfg", good.replace(b"version = 19", b"version = 1e308"), None, "0220"),
+        ("evil_deep.cfg", identity + engine + b"a{" * 100_000, None, "0222"),
+        ("evil_open.cfg", good[:len(good) // 2], 'evil_open.cfg: missing structure "', "0220"),
+        ("evil_noise.cfg", identity + engine + CHANCE.randbytes(65536), 'evil_noise.cfg: missing key "', "0220"),
     ]
 
 
@@ -183,19 +190,20 @@ SETTINGS = b'Type = "Plinket3 Program Configuration file"; firstRun = 0;\n'
 
 def settings():
     return [
-        ("empty.cfg", b"", BAD_SETTINGS),
-        ("noise.cfg", CHANCE.randbytes(65536), BAD_SETTINGS),
-        ("twice.cfg", SETTINGS + b"a = 1; a = 2;", BAD_SETTINGS),
-        ("deep.cfg", SETTINGS + b"a{" * 100_000, BAD_SETTINGS),
-        ("kinds.cfg", SETTINGS + b'IWADs = "x"; recentFiles = 5; createBackup { } lastDir = 7; lastConfig = "y";', None),
+        ("empty.cfg", b"", BAD_SETTINGS, "0"),
+        ("noise.cfg", CHANCE.randbytes(65536), BAD_SETTINGS, "0"),
+        ("twice.cfg", SETTINGS + b"a = 1; a = 2;", BAD_SETTINGS, "2"),
+        ("deep.cfg", SETTINGS + b"a{" * 100_000, BAD_SETTINGS, "2"),
+        ("kinds.cfg", SETTINGS + b'IWADs = "x"; recentFiles = 5; createBackup { } lastDir = 7; lastConfig = "y";',
+         None, "0"),
         ("numbers.cfg", SETTINGS + b"lastConfig = 1e308; lastIWAD = -99999999999; createBackup = .; stateActivate = -;",
-         None),
+         None, "0"),
         ("iwads.cfg", SETTINGS + b"IWADs { " + b"".join(b'%dwad = "%s";' % (number, b"x;" * 20)
                                                         for number in range(5000)) + b'-1wad = ";"; 99999999999wad = ";"; }',
-         None),
+         None, "0"),
         ("recent.cfg", SETTINGS + b"recentFiles { " + b"".join(b'%d = "/dev/%s";' % (number, b"full" * (number % 2) or
                                                                                     b"x" * 5000)
-                                                               for number in range(500)) + b"}", None),
+                                                               for number in range(500)) + b"}", None, "0"),
     ]
 
 
@@ -206,14 +214,16 @@ def recoveries():
     texts = b'type = "Plinket3 recovery file";fileName = "/x/mine.deh";named = 1;engineConfig = "doom19.cfg";' \
             b'iwad = "/usr/share/games/doom/freedoom2.wad";dataWad = "";pars{}'
     return [
-        ("empty.dat", b"", DAMAGED),
-        ("noise.dat", CHANCE.randbytes(65536), DAMAGED),
-        ("length_lies.dat", b"999999999\n" + texts, DAMAGED),
-        ("length_negative.dat", b"-5\n" + texts, DAMAGED),
-        ("length_short.dat", b"%d\n" % (len(texts) - 20) + texts, "Unsaved changes of"),
-        ("no_table.dat", b"%d\n" % len(texts) + texts, "Unsaved changes of"),
-        ("table_size_lies.dat", b"%d\n" % (len(texts) + 24) + texts + b'tableSize = 999999999;  ' + b"ETBL", DAMAGED),
-        ("noise_table.dat", b"%d\n" % len(texts) + texts + b"ETBL\1\3" + CHANCE.randbytes(65536), "Unsaved changes of"),
+        ("empty.dat", b"", DAMAGED, "0"),
+        ("noise.dat", CHANCE.randbytes(65536), DAMAGED, "0"),
+        ("length_lies.dat", b"999999999\n" + texts, DAMAGED, "0"),
+        ("length_negative.dat", b"-5\n" + texts, DAMAGED, "0"),
+        ("length_short.dat", b"%d\n" % (len(texts) - 20) + texts, "Unsaved changes of", "0"),
+        ("no_table.dat", b"%d\n" % len(texts) + texts, "Unsaved changes of", "0"),
+        ("table_size_lies.dat", b"%d\n" % (len(texts) + 24) + texts + b'tableSize = 999999999;  ' + b"ETBL",
+         DAMAGED, "0"),
+        ("noise_table.dat", b"%d\n" % len(texts) + texts + b"ETBL\1\3" + CHANCE.randbytes(65536),
+         "Unsaved changes of", "0"),
     ]
 
 
@@ -221,9 +231,9 @@ def write(folder, rows):
     """Writes the files of one of the lists; returns the rows with their paths in place of the bytes."""
     folder.mkdir(parents=True)
     written = []
-    for name, content, said in rows:
+    for name, content, said, codes in rows:
         (folder / name).write_bytes(content)
-        written.append((folder / name, said))
+        written.append((folder / name, said, codes))
     return written
 
 

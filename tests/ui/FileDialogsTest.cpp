@@ -8,6 +8,8 @@
 #include <QFileDialog>
 #include <QLineEdit>
 
+#include <optional>
+
 namespace plinket3 {
 namespace {
 
@@ -29,19 +31,26 @@ TEST(FileDialogs, AFileThatExistsIsAskedAboutUnderTheNameThatItWillHave) {
     settings.Text("lastDir", folder.Path().string());
     QtFileDialogs dialogs(settings, notifier);
     const struct {
-        const char *typed, *saved;
-        bool asks;
-    } rows[]{{"new", "new.deh", false},
-             {"new.txt", "new.txt", false},
-             {"there", "there.deh", true},
-             {"there.deh", "there.deh", true}};
+        const char *typed, *askedAbout, *typedAfterNo, *saved;
+    } rows[]{{"new", nullptr, nullptr, "new.deh"},
+             {"new.txt", nullptr, nullptr, "new.txt"},
+             {"there", "there.deh", nullptr, "there.deh"},
+             {"there.deh", "there.deh", nullptr, "there.deh"},
+             {"there", "there.deh", "other", "other.deh"}};
     for (const auto& row : rows) {
-        const std::filesystem::path file = folder / row.saved;
-        const std::string question = "The file " + file.string() + " exists already. Do you want to overwrite it?";
-        const test::ModalDriver driver("QFileDialog", TypeName(row.typed));
-        if (row.asks)
-            notifier.Expect(question, Answer::Yes, Buttons::NoYes);
-        EXPECT_EQ(dialogs.SaveFile("Save patch file", "Dehacked files (*.deh)|*.deh", {}).toStdString(), file.string());
+        SCOPED_TRACE(row.typed);
+        std::optional<test::ModalDriver> again;
+        const test::ModalDriver driver("QFileDialog", [&](QDialog& dialog) {
+            TypeName(row.typed)(dialog);
+            if (row.typedAfterNo != nullptr)
+                again.emplace("QFileDialog", TypeName(row.typedAfterNo));
+        });
+        if (row.askedAbout != nullptr)
+            notifier.Expect("The file " + (folder / row.askedAbout).string() +
+                                " exists already. Do you want to overwrite it?",
+                            row.typedAfterNo == nullptr ? Answer::Yes : Answer::No, Buttons::NoYes);
+        EXPECT_EQ(dialogs.SaveFile("Save patch file", "Dehacked files (*.deh)|*.deh", {}).toStdString(),
+                  (folder / row.saved).string());
         notifier.AllAsked();
     }
 }

@@ -198,12 +198,14 @@ TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {
         const ModalDriver driver("askText", [&](QDialog& dialog) {
             auto& box = *dialog.findChild<QLineEdit*>();
             const auto& label = *dialog.findChild<QLabel*>();
-            QString told;
+            QStringList told;
             for (const QChar character : row.typed) {
                 QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_unknown, character, Qt::NoModifier);
-                told += label.text().remove(prompt);
+                if (label.text() != prompt)
+                    told << label.text();
             }
-            EXPECT_TRUE(told.contains(row.told) && told.isEmpty() == row.told.isEmpty()) << told.toStdString();
+            EXPECT_EQ(told.isEmpty(), row.told.isEmpty());
+            EXPECT_TRUE(told.isEmpty() || told.last().contains(row.told)) << told.join('\n').toStdString();
             EXPECT_EQ(label.text(), prompt) << "the reason goes when something else is typed";
             dialog.accept();
         });
