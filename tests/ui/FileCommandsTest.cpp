@@ -182,6 +182,17 @@ TEST_F(FileCommandsTest, MissingDataWadIsLoggedAndTheSessionGoesOn) {
     EXPECT_EQ(program.missingDataWad, dataWad);
 }
 
+TEST_F(FileCommandsTest, ASaveNamesTheDataWadOnlyIfItWasThere) {
+    WriteFile(folder / "data.wad", PaletteWad("PWAD"));
+    for (const bool there : {true, false}) {
+        dataWad = (folder / (there ? "data.wad" : "gone.wad")).string();
+        const std::string mine = Open("mine.deh", std::string(normalPatch) + "Data WAD = " + dataWad + "\n");
+        Edit();
+        EXPECT_TRUE(commands->Save());
+        EXPECT_EQ(ReadFile(mine).find("Data WAD = " + dataWad) != std::string::npos, there);
+    }
+}
+
 TEST_F(FileCommandsTest, DataWadPaletteReplacesTheIwads) {
     std::string wad = PaletteWad("PWAD");
     wad.replace(12, 3, "abc");
