@@ -76,6 +76,7 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
         return Fail(environment, "Could not load PLAYPAL lump.");
 
     patch.iwadPath = iwads[choice.iwad].path;
+    // Kept: a data WAD that is not there is not named in the saved patch. docs/kept-behaviour.md
     patch.dataWadPath = dataWad ? choice.dataWad : std::string();
     std::string colours = palette->wad->ReadLumpString(palette->num);
     log.Add("  Loaded PLAYPAL lump");
