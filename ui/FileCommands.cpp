@@ -282,7 +282,7 @@ bool FileCommands::ReloadFile() {
         program_.notifier.Show(MessageKind::Exclamation, otherEngine);
         return false;
     }
-    Session session = program_;
+    Session session = static_cast<const Session&>(program_);
     if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, session))
         return false;
     Adopt(std::move(session));

@@ -85,7 +85,7 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
         emit OptionsWanted();
         FillIwads();
     });
-    connect(buttons, &QDialogButtonBox::accepted, this, &frmNewFile::Accept);
+    connect(buttons, &QDialogButtonBox::accepted, this, &frmNewFile::LoadAndClose);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 
@@ -154,7 +154,7 @@ void frmNewFile::Browse() {
         txtDataWad_->setText(file);
 }
 
-void frmNewFile::Accept() {
+void frmNewFile::LoadAndClose() {
     SessionChoice choice;
     choice.engine = static_cast<std::size_t>(cmbEngines_->currentIndex());
     choice.iwad = static_cast<std::size_t>(cmbIwads_->currentIndex());

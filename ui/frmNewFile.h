@@ -38,7 +38,7 @@ private:
     void FillLists();
     void FillIwads();
     bool SelectedEngineFits() const;
-    void Accept();
+    void LoadAndClose();
     void Browse();
 
     Environment& environment_;

@@ -44,7 +44,7 @@ frmOptions::frmOptions(Environment& environment, FileDialogs& dialogs, QWidget* 
     cmdAccept_ = buttons->button(QDialogButtonBox::Ok);
     cmdAccept_->setObjectName(QStringLiteral("cmdAccept"));
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &frmOptions::Accept);
+    connect(buttons, &QDialogButtonBox::accepted, this, &frmOptions::StoreAndClose);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabOptions_, 1);
@@ -213,7 +213,7 @@ void frmOptions::FindIwads() {
         cmdAccept_->setFocus(); // what comes next
 }
 
-void frmOptions::Accept() {
+void frmOptions::StoreAndClose() {
     if (environment_.settings.Iwads().empty()) {
         if (environment_.notifier.Ask("At least one valid IWAD has to be added to the IWAD list.", Buttons::OkCancel) ==
             Answer::Ok)

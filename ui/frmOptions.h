@@ -42,7 +42,7 @@ private:
     void AddIwad();
     void RemoveIwad();
     void FindIwads();
-    void Accept();
+    void StoreAndClose();
     bool FirstRun() const;
     std::vector<std::filesystem::path> UsualFolders() const;
 
