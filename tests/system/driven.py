@@ -190,7 +190,7 @@ class Program:
                 return True
             if any(re.search(dialog, focused) for dialog in (*dialogs, "^Plinket3$")):
                 now = time.monotonic()
-                if now > pressed.get(window, now - 3) + 2:
+                if now > pressed.get(window, now - 9) + 8:
                     pressed[window] = now
                     self.key("Return")
                 time.sleep(0.05)
