@@ -73,8 +73,8 @@ class Case:
                 return any(self.said in message for message in program.messages[1:])
             program.pass_by(f'"{self.said}"', reached, "^File settings of ")
         elif self.kind == "settings":
-            # One key too many goes on from the start-up dialog.
-            program.pass_by("the start", lambda title: title in ("Welcome to Plinket3", "New file", "Load patch file"))
+            program.answer(BETA)
+            program.focus("^Welcome to Plinket3$")
         else:
             program.reach_patch()
         program.get_to_end()
