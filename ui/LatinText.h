@@ -16,14 +16,6 @@ inline QString ShownText(std::string_view text) {
 
 inline std::string StoredText(const QString& text) { return text.toLatin1().toStdString(); }
 
-/// False for a text with a character that has no byte.
-inline bool IsStorable(const QString& text) {
-    for (const QChar character : text)
-        if (character.unicode() > 0xff)
-            return false;
-    return true;
-}
-
 inline QString ShownPath(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 inline std::filesystem::path StoredPath(const QString& path) { return path.toStdString(); }
 
