@@ -5,8 +5,8 @@
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/QtFrontEnd.h"
-#include "ui/editors/RecordList.h"
 #include "ui/frmFindIwads.h"
+#include "ui/lists/RecordList.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -11,9 +11,9 @@
 #include "ui/editors/frmEditWeapons.h"
 #include "ui/editors/frmPropSound.h"
 #include "ui/editors/frmPropString.h"
-#include "ui/editors/frmSelectAction.h"
-#include "ui/editors/frmSelectSprite.h"
-#include "ui/editors/frmSelectState.h"
+#include "ui/pickers/frmSelectAction.h"
+#include "ui/pickers/frmSelectSprite.h"
+#include "ui/pickers/frmSelectState.h"
 
 #include <QEvent>
 #include <QMdiArea>

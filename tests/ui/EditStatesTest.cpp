@@ -1,10 +1,10 @@
 #include "patch/StateUse.h"
 #include "tests/ui/UiTest.h"
-#include "ui/editors/SpriteView.h"
-#include "ui/editors/StateColumns.h"
-#include "ui/editors/StatePlayer.h"
-#include "ui/editors/StateTableModel.h"
 #include "ui/editors/frmEditStates.h"
+#include "ui/fields/SpriteView.h"
+#include "ui/states/StateColumns.h"
+#include "ui/states/StatePlayer.h"
+#include "ui/states/StateTableModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>

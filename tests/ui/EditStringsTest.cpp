@@ -1,7 +1,7 @@
 #include "tests/ui/UiTest.h"
-#include "ui/editors/EscapedTextEdit.h"
 #include "ui/editors/frmEditStrings.h"
 #include "ui/editors/frmPropString.h"
+#include "ui/fields/EscapedTextEdit.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 #include "tests/ui/UiTest.h"
 #include "ui/LatinText.h"
-#include "ui/editors/SpriteView.h"
 #include "ui/editors/frmEditThings.h"
+#include "ui/fields/SpriteView.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>

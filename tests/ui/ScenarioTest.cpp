@@ -5,7 +5,7 @@
 #include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
 #include "ui/QtFrontEnd.h"
-#include "ui/editors/StatePlayer.h"
+#include "ui/states/StatePlayer.h"
 
 #include <QCheckBox>
 #include <QComboBox>

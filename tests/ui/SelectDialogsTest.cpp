@@ -3,10 +3,10 @@
 #include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
 #include "ui/FileDialogs.h"
-#include "ui/editors/SpriteView.h"
-#include "ui/editors/frmSelectAction.h"
-#include "ui/editors/frmSelectSprite.h"
-#include "ui/editors/frmSelectState.h"
+#include "ui/fields/SpriteView.h"
+#include "ui/pickers/frmSelectAction.h"
+#include "ui/pickers/frmSelectSprite.h"
+#include "ui/pickers/frmSelectState.h"
 
 #include <QAbstractItemModelTester>
 #include <QLabel>

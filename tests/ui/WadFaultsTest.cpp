@@ -1,10 +1,10 @@
 #include "tests/ui/UiTest.h"
 #include "tests/wad/WadBytes.h"
 #include "ui/Audio.h"
-#include "ui/editors/SpriteView.h"
-#include "ui/editors/StatePlayer.h"
 #include "ui/editors/frmEditStates.h"
 #include "ui/editors/frmEditThings.h"
+#include "ui/fields/SpriteView.h"
+#include "ui/states/StatePlayer.h"
 
 #include <QPushButton>
 #include <QTableView>

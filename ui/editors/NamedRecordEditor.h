@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/editors/NamesModel.h"
+#include "ui/lists/NamesModel.h"
 
 class QListView;
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/editors/RecordList.h"
-#include "ui/editors/RecordTableModel.h"
+#include "ui/lists/RecordList.h"
+#include "ui/lists/RecordTableModel.h"
 
 class QBoxLayout;
 class QLineEdit;

@@ -2,8 +2,8 @@
 
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
-#include "ui/editors/FieldBox.h"
-#include "ui/editors/Marking.h"
+#include "ui/fields/FieldBox.h"
+#include "ui/fields/Marking.h"
 
 #include <QFormLayout>
 #include <QGroupBox>

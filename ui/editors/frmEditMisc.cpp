@@ -1,8 +1,8 @@
 #include "ui/editors/frmEditMisc.h"
 
 #include "ui/NewButton.h"
-#include "ui/editors/Labels.h"
-#include "ui/editors/Marking.h"
+#include "ui/fields/Labels.h"
+#include "ui/fields/Marking.h"
 
 #include <QCheckBox>
 #include <QFormLayout>

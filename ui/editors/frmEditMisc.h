@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/editors/NumberBox.h"
+#include "ui/fields/NumberBox.h"
 
 class QCheckBox;
 

@@ -4,7 +4,7 @@
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
-#include "ui/editors/FieldBox.h"
+#include "ui/fields/FieldBox.h"
 
 #include <QFormLayout>
 #include <QGroupBox>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/editors/ParsModel.h"
+#include "ui/lists/ParsModel.h"
 
 #include <array>
 #include <iterator>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/editors/RecordTableEditor.h"
-#include "ui/editors/SoundsModel.h"
+#include "ui/lists/SoundsModel.h"
 
 namespace plinket3 {
 

@@ -1,11 +1,11 @@
 #include "ui/editors/frmEditStates.h"
 
-#include "ui/editors/StateColumns.h"
-#include "ui/editors/StateFieldsPanel.h"
-#include "ui/editors/StateFilterPanel.h"
-#include "ui/editors/StateListView.h"
-#include "ui/editors/StatePreview.h"
-#include "ui/editors/StateTableModel.h"
+#include "ui/states/StateColumns.h"
+#include "ui/states/StateFieldsPanel.h"
+#include "ui/states/StateFilterPanel.h"
+#include "ui/states/StateListView.h"
+#include "ui/states/StatePreview.h"
+#include "ui/states/StateTableModel.h"
 
 #include <QAction>
 #include <QHBoxLayout>

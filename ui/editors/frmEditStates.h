@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/editors/StateSelection.h"
+#include "ui/states/StateSelection.h"
 
 #include <QTableView>
 

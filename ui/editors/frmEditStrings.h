@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/editors/RecordTableEditor.h"
-#include "ui/editors/StringsModel.h"
+#include "ui/lists/StringsModel.h"
 
 namespace plinket3 {
 

@@ -3,7 +3,7 @@
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
-#include "ui/editors/Labels.h"
+#include "ui/fields/Labels.h"
 
 #include <QAction>
 #include <QComboBox>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/editors/FlagListModel.h"
-#include "ui/editors/NamesModel.h"
-#include "ui/editors/NumberBox.h"
-#include "ui/editors/ReferenceRow.h"
-#include "ui/editors/SpriteView.h"
-#include "ui/editors/ThingFilter.h"
+#include "ui/fields/NumberBox.h"
+#include "ui/fields/ReferenceRow.h"
+#include "ui/fields/SpriteView.h"
+#include "ui/lists/FlagListModel.h"
+#include "ui/lists/NamesModel.h"
+#include "ui/lists/ThingFilter.h"
 
 #include <functional>
 #include <span>

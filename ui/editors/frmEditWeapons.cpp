@@ -1,6 +1,6 @@
 #include "ui/editors/frmEditWeapons.h"
 
-#include "ui/editors/Marking.h"
+#include "ui/fields/Marking.h"
 
 #include <QAction>
 #include <QComboBox>

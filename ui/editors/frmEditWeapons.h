@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ui/editors/NamedRecordEditor.h"
-#include "ui/editors/ReferenceRow.h"
-#include "ui/editors/SpriteView.h"
+#include "ui/fields/ReferenceRow.h"
+#include "ui/fields/SpriteView.h"
 
 class QAction;
 class QComboBox;

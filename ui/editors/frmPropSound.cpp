@@ -2,7 +2,7 @@
 
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
-#include "ui/editors/SoundsModel.h"
+#include "ui/lists/SoundsModel.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

@@ -3,8 +3,8 @@
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
-#include "ui/editors/EscapedTextEdit.h"
-#include "ui/editors/StringsModel.h"
+#include "ui/fields/EscapedTextEdit.h"
+#include "ui/lists/StringsModel.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

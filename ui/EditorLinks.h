@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace plinket3 {
+
+/// What editors ask of each other and of the main window, so that none of them knows another.
+class EditorLinks {
+public:
+    virtual ~EditorLinks() = default;
+
+    /// Brings the state editor up with `state` selected: under the filter of `thing`, else of `weapon`, else (both -1)
+    /// under the filter it has.
+    virtual void SelectSingleState(int state, int thing, int weapon) = 0;
+    /// The position of the selected row in the state editor's list, from 0, whatever the filter; absent when no row is
+    /// selected.
+    virtual std::optional<int> SelectedStateRow() = 0;
+    /// Selects a sound's row in the sound editor and scrolls it into view.
+    virtual void ShowSoundInEditor(int sound) = 0;
+    virtual std::optional<int> SelectedSoundRow() = 0;
+    /// Rewrites one entry of the state editor's list of things; an entry beyond its end is ignored.
+    virtual void ReplaceThingFilterEntry(int entry, const QString& text) = 0;
+
+    /// Plays the sound of the current sound table at that index; problems go to the log.
+    virtual void PlaySoundLump(int sound) = 0;
+
+    // The pickers. Each starts at the given value and returns nothing when the user cancels.
+    struct SpriteChoice {
+        std::int32_t sprite = 0, frame = 0; // the frame with the lit bit
+    };
+    virtual std::optional<SpriteChoice> PickSprite(SpriteChoice start) = 0;
+    virtual std::optional<std::int32_t> PickState(std::int32_t start) = 0;
+    virtual std::optional<std::int32_t> PickAction(std::int32_t start) = 0; // a code pointer value
+
+    /// Asks for a name that a patch can hold; empty when the user cancels or leaves it empty.
+    virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;
+    /// A word in the status bar.
+    virtual void ShowStatus(const QString& text) = 0;
+};
+
+} // namespace plinket3

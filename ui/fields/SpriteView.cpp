@@ -1,0 +1,79 @@
+#include "ui/fields/SpriteView.h"
+
+#include "ui/LatinText.h"
+#include "wad/clsBitmap.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cstring>
+
+namespace plinket3 {
+
+namespace {
+
+QImage ImageOf(const clsBitmap& bitmap) {
+    QImage image(bitmap.Width(), bitmap.Height(), QImage::Format_Indexed8);
+    QList<QRgb> colours;
+    colours.reserve(static_cast<qsizetype>(bitmap.Palette().size()));
+    for (const Colour& colour : bitmap.Palette())
+        colours.append(qRgb(colour.red, colour.green, colour.blue));
+    image.setColorTable(colours);
+    for (int y = 0; y < bitmap.Height(); ++y) // the bitmap's rows run from the bottom to the top
+        std::memcpy(image.scanLine(y),
+                    bitmap.Pixels().data() +
+                        static_cast<std::size_t>(bitmap.Height() - 1 - y) * static_cast<std::size_t>(bitmap.Stride()),
+                    static_cast<std::size_t>(bitmap.Width()));
+    return image;
+}
+
+} // namespace
+
+SpriteView::SpriteView(const QString& name) {
+    setObjectName(name);
+    setAccessibleName(tr("Preview"));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+QString SpriteView::ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame) {
+    const auto lump = ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(sprite), frame);
+    clsBitmap bitmap;
+    if (!lump || !DecodePicture(lump->wad->ReadLumpString(lump->num), session.palette, bitmap)) {
+        Clear();
+        return {};
+    }
+    picture_ = ImageOf(bitmap);
+    update();
+    return ShownText(lump->name);
+}
+
+QString SpriteView::ShowState(const Session& session, std::int32_t state) {
+    const std::vector<StateRecord>& states = session.patch.current.states;
+    if (state < 0 || static_cast<std::size_t>(state) >= states.size()) {
+        Clear();
+        return {};
+    }
+    const StateRecord& record = states[static_cast<std::size_t>(state)];
+    return ShowSpriteFrame(session, record.sprite, record.subnumber & ~litBit);
+}
+
+void SpriteView::Clear() {
+    picture_ = {};
+    update();
+}
+
+void SpriteView::paintEvent(QPaintEvent*) {
+    if (picture_.isNull())
+        return;
+    QPainter painter(this);
+    // Whole device pixels per picture pixel, so that the picture is crisp at every scaling of the desktop.
+    const qreal ratio = devicePixelRatioF();
+    const QSize room(static_cast<int>(width() * ratio), static_cast<int>(height() * ratio));
+    const int scale = std::max(1, std::min(room.width() / picture_.width(), room.height() / picture_.height()));
+    const QSize size = picture_.size() * scale;
+    const QPoint corner((room.width() - size.width()) / 2, (room.height() - size.height()) / 2);
+    painter.scale(1 / ratio, 1 / ratio);
+    painter.drawImage(QRect(corner, size), picture_);
+}
+
+} // namespace plinket3

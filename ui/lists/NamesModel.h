@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/EditorContext.h"
+
+#include <QAbstractListModel>
+
+namespace plinket3 {
+
+/// The names of the things, weapons or kinds of ammunition, in record order; bold where a record is not the engine's.
+class NamesModel : public QAbstractListModel {
+    Q_OBJECT
+public:
+    /// `names` are those of `kind`.
+    NamesModel(const EditorContext& context, RecordKind kind, std::vector<std::string> PatchSet::*names);
+
+    /// Another patch is open.
+    void Reset();
+    void ShowCells(const std::vector<Cell>& cells);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+private:
+    bool Differs(std::int32_t record) const;
+
+    EditorContext context_;
+    RecordKind kind_;
+    std::vector<std::string> PatchSet::*names_;
+};
+
+} // namespace plinket3

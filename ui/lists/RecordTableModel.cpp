@@ -1,0 +1,65 @@
+#include "ui/lists/RecordTableModel.h"
+
+#include "ui/fields/Marking.h"
+
+namespace plinket3 {
+
+void RecordTableModel::Reset() {
+    beginResetModel();
+    endResetModel();
+}
+
+void RecordTableModel::ShowCells(const std::vector<Cell>& cells) {
+    for (const Cell& cell : cells)
+        if (cell.kind == kind_ && cell.index < rowCount())
+            emit dataChanged(index(cell.index, 0), index(cell.index, Columns() - 1));
+}
+
+int RecordTableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(RecordCount(Current()));
+}
+
+int RecordTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : Columns(); }
+
+QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rowCount())
+        return {};
+    const auto record = static_cast<std::size_t>(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return Text(Current(), record, index.column());
+    case searchRole:
+        return SearchText(record);
+    case Qt::TextAlignmentRole:
+        return Alignment(index.column());
+    case Qt::FontRole:
+        return Differs(record, index.column()) ? MarkedFont() : QVariant();
+    case Qt::ToolTipRole:
+        return Differs(record, index.column()) ? DefaultTip(Text(Defaults(), record, index.column()))
+                                               : PlainTip(record, index.column());
+    default:
+        return {};
+    }
+}
+
+QVariant RecordTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= Columns())
+        return {};
+    if (role == Qt::DisplayRole)
+        return Header(section);
+    if (role == Qt::ToolTipRole)
+        return HeaderTip(section);
+    if (role == Qt::TextAlignmentRole)
+        return Alignment(section);
+    return {};
+}
+
+QVariant RecordTableModel::Alignment(int column) const {
+    return QVariant::fromValue(Qt::AlignVCenter | (IsNumber(column) ? Qt::AlignRight : Qt::AlignLeft));
+}
+
+bool RecordTableModel::Differs(std::size_t record, int column) const {
+    return record < RecordCount(Defaults()) && Text(Current(), record, column) != Text(Defaults(), record, column);
+}
+
+} // namespace plinket3

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "ui/EditorContext.h"
+
+#include <QAbstractTableModel>
+
+namespace plinket3 {
+
+/// A list of records over the patch data, a row for each; bold, with the engine's own value in the tooltip, where what
+/// a column shows differs from that value.
+class RecordTableModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    /// The text in which a filter looks for a row.
+    static constexpr int searchRole = Qt::UserRole;
+
+    RecordTableModel(const EditorContext& context, RecordKind kind) : context_(context), kind_(kind) {}
+
+    /// Another patch is open.
+    void Reset();
+    virtual void ShowCells(const std::vector<Cell>& cells);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+protected:
+    virtual std::size_t RecordCount(const PatchSet& set) const = 0;
+    virtual int Columns() const = 0;
+    virtual QString Header(int column) const = 0;
+    virtual QString HeaderTip(int column) const { return Header(column); }
+    /// What a column shows for a record of the set.
+    virtual QString Text(const PatchSet& set, std::size_t record, int column) const = 0;
+    virtual QString SearchText(std::size_t record) const = 0;
+    virtual bool IsNumber(int column) const = 0;
+    /// The tooltip of a value that is the engine's.
+    virtual QString PlainTip(std::size_t /*record*/, int /*column*/) const { return {}; }
+
+    const PatchSet& Current() const { return context_.program.patch.current; }
+    const PatchSet& Defaults() const { return context_.program.patch.defaults; }
+
+    EditorContext context_;
+
+private:
+    QVariant Alignment(int column) const;
+    bool Differs(std::size_t record, int column) const;
+
+    RecordKind kind_;
+};
+
+} // namespace plinket3

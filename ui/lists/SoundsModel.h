@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/lists/RecordTableModel.h"
+
+namespace plinket3 {
+
+/// The index of the sound that is played in a sound's place, which its record keeps as an address in the engine; absent
+/// when there is none. It may be no sound's, when a patch has changed it.
+std::optional<std::int32_t> ReferencedSound(const EngineConfiguration& engine, const SoundRecord& sound);
+
+/// That sound as labels show it: its name, "-" for none, the address when it is no sound's.
+QString ReferenceText(const Session& session, const SoundRecord& sound);
+
+/// The sounds in their order.
+class SoundsModel : public RecordTableModel {
+    Q_OBJECT
+public:
+    explicit SoundsModel(const EditorContext& context) : RecordTableModel(context, RecordKind::Sound) {}
+
+protected:
+    std::size_t RecordCount(const PatchSet& set) const override { return set.sounds.size(); }
+    int Columns() const override;
+    QString Header(int column) const override;
+    QString HeaderTip(int column) const override;
+    QString Text(const PatchSet& set, std::size_t record, int column) const override;
+    QString SearchText(std::size_t record) const override;
+    bool IsNumber(int column) const override;
+    QString PlainTip(std::size_t record, int column) const override;
+};
+
+} // namespace plinket3

@@ -1,0 +1,38 @@
+#include "ui/lists/StringsModel.h"
+
+#include "patch/modPatchText.h"
+#include "ui/LatinText.h"
+
+namespace plinket3 {
+
+QString StringKey(const Session& session, std::size_t string) {
+    const auto& strings = session.engine.strings;
+    return session.patch.extended && string < strings.size() ? ShownText(strings[string].mnemonic) : QString();
+}
+
+QString StringsModel::Header(int column) const {
+    if (column == numberColumn)
+        return QStringLiteral("#");
+    if (column == textColumn)
+        return tr("Text");
+    return context_.program.patch.extended ? tr("String") : tr("Length");
+}
+
+QString StringsModel::Text(const PatchSet& set, std::size_t record, int column) const {
+    const StringRecord& string = set.strings[record];
+    if (column == numberColumn)
+        return QString::number(record);
+    if (column == textColumn)
+        return ShownText(modPatchText::EscapeText(string.text));
+    return context_.program.patch.extended ? StringKey(context_.program, record) : QString::number(string.length);
+}
+
+QString StringsModel::SearchText(std::size_t record) const {
+    return Text(Current(), record, textColumn) + '\n' + StringKey(context_.program, record);
+}
+
+bool StringsModel::IsNumber(int column) const {
+    return column == numberColumn || (column == keyColumn && !context_.program.patch.extended);
+}
+
+} // namespace plinket3

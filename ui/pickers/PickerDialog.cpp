@@ -1,0 +1,68 @@
+#include "ui/pickers/PickerDialog.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+
+namespace plinket3 {
+
+PickerDialog::PickerDialog(const char* name, const QString& caption, Program& program, QWidget* parent)
+    : QDialog(parent), program_(program), txtFilter_(new QLineEdit), layout_(new QVBoxLayout(this)) {
+    setObjectName(QString::fromLatin1(name));
+    setWindowTitle(caption);
+    txtFilter_->setObjectName(QStringLiteral("txtFilter"));
+    txtFilter_->setAccessibleName(tr("Find"));
+    txtFilter_->setPlaceholderText(tr("Find"));
+    txtFilter_->setClearButtonEnabled(true);
+    layout_->addWidget(txtFilter_);
+}
+
+void PickerDialog::SetList(QAbstractItemView& list, QWidget* beside) {
+    list_ = &list;
+    auto* body = new QHBoxLayout;
+    body->addWidget(list_, 3);
+    if (beside != nullptr)
+        body->addWidget(beside, 2);
+    layout_->addLayout(body, 1);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    cmdAccept_ = buttons->button(QDialogButtonBox::Ok);
+    cmdAccept_->setObjectName(QStringLiteral("cmdAccept"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
+    layout_->addWidget(buttons);
+
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(list_, &QAbstractItemView::doubleClicked, this, &QDialog::accept);
+    connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex& row) {
+        cmdAccept_->setEnabled(row.isValid());
+        RowSelected(row);
+    });
+    connect(txtFilter_, &QLineEdit::textEdited, this, [this](const QString& text) {
+        Narrow(text);
+        if (!list_->currentIndex().isValid())
+            Select(list_->model()->index(0, 0));
+    });
+}
+
+void PickerDialog::Prepare() {
+    txtFilter_->clear();
+    Narrow({});
+    if (!upToDate_)
+        Fill();
+    upToDate_ = true;
+}
+
+void PickerDialog::Select(const QModelIndex& index) {
+    list_->setCurrentIndex(index);
+    if (index.isValid())
+        list_->scrollTo(index, QAbstractItemView::PositionAtCenter);
+    // The list does not tell of a row that was current before.
+    cmdAccept_->setEnabled(index.isValid());
+    RowSelected(index);
+}
+
+bool PickerDialog::Run() {
+    list_->setFocus();
+    return exec() == QDialog::Accepted && list_->currentIndex().isValid();
+}
+
+} // namespace plinket3

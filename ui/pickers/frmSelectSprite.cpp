@@ -1,0 +1,75 @@
+#include "ui/pickers/frmSelectSprite.h"
+
+#include "ui/LatinText.h"
+#include "ui/fields/FrameSpinBox.h"
+#include "ui/fields/SpriteView.h"
+#include "ui/lists/TextListModel.h"
+
+#include <QHBoxLayout>
+
+namespace plinket3 {
+
+frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
+    : PickerDialog("frmSelectSprite", tr("Choose a sprite"), program, parent),
+      names_(new TextListModel(
+          this, [&program] { return program.patch.current.spriteNames.size(); },
+          [&program](std::size_t sprite) {
+              return ShownText(program.patch.current.SpriteName(static_cast<std::int32_t>(sprite)));
+          })),
+      narrowed_(new QSortFilterProxyModel(this)), lstSprites_(new QListView), udFrame_(new FrameSpinBox),
+      picPreview_(new SpriteView(QStringLiteral("picPreview"))), lblPreview_(new QLabel) {
+    narrowed_->setSourceModel(names_);
+    narrowed_->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    lstSprites_->setObjectName(QStringLiteral("lstSprites"));
+    lstSprites_->setAccessibleName(tr("Sprites"));
+    lstSprites_->setModel(narrowed_);
+    lstSprites_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    lstSprites_->setUniformItemSizes(true);
+    lblPreview_->setObjectName(QStringLiteral("lblPreview"));
+    lblPreview_->setAlignment(Qt::AlignCenter);
+
+    auto* frameLabel = new QLabel(tr("&Frame:"));
+    frameLabel->setBuddy(udFrame_);
+    auto* frame = new QHBoxLayout;
+    frame->addWidget(frameLabel);
+    frame->addWidget(udFrame_, 1);
+    auto* chosen = new QWidget;
+    auto* layout = new QVBoxLayout(chosen);
+    layout->setContentsMargins({});
+    layout->addLayout(frame);
+    layout->addWidget(picPreview_, 1);
+    layout->addWidget(lblPreview_);
+    SetList(*lstSprites_, chosen);
+    resize(fontMetrics().averageCharWidth() * 64, fontMetrics().height() * 26);
+    connect(udFrame_, &QSpinBox::valueChanged, this, &frmSelectSprite::ShowPreview);
+}
+
+void frmSelectSprite::Fill() { names_->Reset(); }
+
+void frmSelectSprite::Narrow(const QString& text) { narrowed_->setFilterFixedString(text); }
+
+/// Another sprite starts with its first frame.
+void frmSelectSprite::RowSelected(const QModelIndex&) {
+    udFrame_->setValue(0);
+    ShowPreview();
+}
+
+std::int32_t frmSelectSprite::ChosenSprite() const { return narrowed_->mapToSource(lstSprites_->currentIndex()).row(); }
+
+void frmSelectSprite::ShowPreview() {
+    const QString lump = picPreview_->ShowSpriteFrame(program_, ChosenSprite(), udFrame_->value());
+    lblPreview_->setText(lump.isEmpty() ? QStringLiteral("-") : lump);
+}
+
+std::optional<EditorLinks::SpriteChoice> frmSelectSprite::Choose(EditorLinks::SpriteChoice start) {
+    Prepare();
+    udFrame_->Form(FrameFormOf(program_.settings));
+    Select(narrowed_->index(start.sprite, 0));
+    udFrame_->setValue(lastFrame); // so that the frame is shown in the form that is chosen now
+    udFrame_->setValue(start.frame & ~litBit);
+    if (!Run())
+        return std::nullopt;
+    return EditorLinks::SpriteChoice{ChosenSprite(), udFrame_->value() | (start.frame & litBit)};
+}
+
+} // namespace plinket3

@@ -1,0 +1,318 @@
+#include "ui/states/StateFieldsPanel.h"
+
+#include "patch/StateUse.h"
+#include "ui/LatinText.h"
+#include "ui/NewButton.h"
+#include "ui/fields/Labels.h"
+#include "ui/fields/LinkLabel.h"
+#include "ui/fields/Marking.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr const char* noEmptyAction = "Nullifying states is only possible in extended Dehacked patches.";
+constexpr const char* invalidAction = "Invalid action.";
+constexpr const char* restoreQuestion = "Are you sure you want to restore these states?";
+constexpr std::size_t usersShown = 3;
+
+QLabel* NewLabel(const char* name) {
+    auto* label = new QLabel;
+    label->setObjectName(QString::fromLatin1(name));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+} // namespace
+
+StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
+    : context_(context), txtSprite_(NewBox("txtSprite", tr("Sprite"), StateColumn::Sprite)),
+      txtFrame_(NewBox("txtFrame", tr("Frame"), StateColumn::Frame)),
+      txtDuration_(NewBox("txtDuration", tr("Duration"), StateColumn::Duration)),
+      txtNextState_(NewBox("txtNextState", tr("Next state"), StateColumn::NextState)),
+      txtParameter1_(NewBox("txtParameter1", tr("Parameter 1"), StateColumn::Parameter1)),
+      txtParameter2_(NewBox("txtParameter2", tr("Parameter 2"), StateColumn::Parameter2)),
+      boxes_{txtSprite_, txtFrame_, txtDuration_, txtNextState_, txtParameter1_, txtParameter2_},
+      chkLit_(new QCheckBox(tr("&Lit"))),
+      cmbActions_(new ActionBox(QStringLiteral("cmbActions"), tr("Action"), context.program.engine)),
+      cmdSpriteBrowse_(NewBrowseButton("cmdSpriteBrowse", tr("Choose a sprite"), &StateFieldsPanel::BrowseSprite)),
+      cmdNextStateBrowse_(
+          NewBrowseButton("cmdNextStateBrowse", tr("Choose a state"), &StateFieldsPanel::BrowseNextState)),
+      cmdActionBrowse_(NewBrowseButton("cmdActionBrowse", tr("Choose an action"), &StateFieldsPanel::BrowseAction)),
+      cmdRestore_(NewButton("cmdRestore", tr("&Restore..."))), lblSpriteName_(NewLabel("lblSpriteName")),
+      lblNextState_(new LinkLabel(QStringLiteral("lblNextState"))), lblUsedBy_(NewLabel("lblUsedBy")) {
+    setObjectName(QStringLiteral("framState"));
+    chkLit_->setObjectName(QStringLiteral("chkLit"));
+    chkLit_->setToolTip(tr("Drawn fully lit, also in the dark"));
+    lblUsedBy_->setWordWrap(true);
+    txtDuration_->setToolTip(tr("In tics, 35 a second; -1 for ever"));
+    BuildLayout();
+
+    connect(chkLit_, &QCheckBox::clicked, this, &StateFieldsPanel::StoreLit);
+    connect(lblNextState_, &LinkLabel::Clicked, this, [this] {
+        if (const auto next = txtNextState_->Shown())
+            context_.links.SelectSingleState(*next, -1, -1);
+    });
+    connect(cmdRestore_, &QPushButton::clicked, this, &StateFieldsPanel::Restore);
+    connect(cmbActions_, &ActionBox::Chosen, this, [this](int entry) {
+        if (!RefusesEmptyAction(cmbActions_->ValueOf(entry)))
+            StoreAction(cmbActions_->ValueOf(entry));
+    });
+    connect(cmbActions_, &ActionBox::Named, this, [this](int entry) {
+        // Kept: leaving the box with the empty action's name typed does nothing. docs/kept-behaviour.md
+        if (cmbActions_->ValueOf(entry) != 0 || context_.program.patch.extended)
+            StoreAction(cmbActions_->ValueOf(entry));
+    });
+    connect(cmbActions_, &ActionBox::Unknown, this, &StateFieldsPanel::RefuseUnknownAction);
+}
+
+StateFieldBox* StateFieldsPanel::NewBox(const char* name, const QString& accessibleName, StateColumn column) {
+    return new StateFieldBox(QString::fromLatin1(name), accessibleName, column, selection_, context_);
+}
+
+QPushButton* StateFieldsPanel::NewBrowseButton(const char* name, const QString& toolTip,
+                                               void (StateFieldsPanel::*browse)()) {
+    auto* button = new QPushButton(QStringLiteral("..."));
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAccessibleName(toolTip);
+    button->setToolTip(toolTip);
+    button->setMaximumWidth(button->fontMetrics().averageCharWidth() * 6);
+    connect(button, &QPushButton::clicked, this, browse);
+    return button;
+}
+
+void StateFieldsPanel::BuildLayout() {
+    struct Row {
+        QString label;
+        QWidget* field;
+        QWidget* button;
+        QWidget* beside;
+    };
+    const std::array<Row, 4> left{{{tr("&Sprite:"), txtSprite_, cmdSpriteBrowse_, lblSpriteName_},
+                                   {tr("Fra&me:"), txtFrame_, nullptr, chkLit_},
+                                   {tr("&Duration:"), txtDuration_, nullptr, nullptr},
+                                   {tr("&Next state:"), txtNextState_, cmdNextStateBrowse_, lblNextState_}}};
+    const std::array<Row, 3> right{{{tr("A&ction:"), cmbActions_, cmdActionBrowse_, nullptr},
+                                    {tr("Parameter &1:"), txtParameter1_, nullptr, nullptr},
+                                    {tr("Parameter &2:"), txtParameter2_, nullptr, nullptr}}};
+    auto* grid = new QGridLayout;
+    const auto addRows = [grid](const auto& rows, int column) {
+        int line = 0;
+        for (const Row& row : rows) {
+            auto* label = new QLabel(row.label);
+            label->setBuddy(row.field);
+            grid->addWidget(label, line, column);
+            grid->addWidget(row.field, line, column + 1);
+            if (row.button != nullptr)
+                grid->addWidget(row.button, line, column + 2);
+            if (row.beside != nullptr)
+                grid->addWidget(row.beside, line, column + 3);
+            ++line;
+        }
+    };
+    addRows(left, 0);
+    addRows(right, 4);
+    const int digits = fontMetrics().averageCharWidth() * 10;
+    for (StateFieldBox* box : boxes_)
+        box->setMinimumWidth(digits);
+    lblSpriteName_->setMinimumWidth(digits / 2);
+    lblNextState_->setMinimumWidth(digits / 2);
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(5, 2);
+
+    auto* bottom = new QHBoxLayout;
+    bottom->addWidget(lblUsedBy_, 1);
+    bottom->addWidget(cmdRestore_, 0, Qt::AlignBottom);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addStretch();
+    layout->addLayout(bottom);
+}
+
+void StateFieldsPanel::Fill() {
+    txtFrame_->Form(FrameFormOf(context_.program.settings));
+    cmbActions_->Fill();
+}
+
+void StateFieldsPanel::ShowSelection(StateSelection selection) {
+    selection_ = std::move(selection);
+    for (StateFieldBox* box : boxes_)
+        box->ShowSelection();
+    chkLit_->setCheckState(Qt::PartiallyChecked);
+    for (QWidget* control : {static_cast<QWidget*>(chkLit_), static_cast<QWidget*>(cmdSpriteBrowse_),
+                             static_cast<QWidget*>(cmdNextStateBrowse_)})
+        control->setEnabled(selection_.Editable());
+    cmdRestore_->setEnabled(!selection_.states.empty());
+    ShowTitle();
+    ShowAction();
+    Update();
+}
+
+void StateFieldsPanel::Update() {
+    for (StateFieldBox* box : boxes_)
+        box->Update();
+    ShowLit();
+    ShowSpriteAndNextState();
+    if (!cmbActions_->IsTyping())
+        ShowAction();
+    ShowUsers();
+}
+
+void StateFieldsPanel::ShowTitle() {
+    setTitle(selection_.states.empty() ? tr("No state selected")
+             : selection_.Several()    ? tr("%n states", nullptr, static_cast<int>(selection_.states.size()))
+                                       : tr("State %1").arg(selection_.current));
+}
+
+/// Of several states the box goes on showing what the user has set for all of them.
+void StateFieldsPanel::ShowLit() {
+    const PatchData& patch = context_.program.patch;
+    const auto lit = [&patch](const PatchSet& set, std::int32_t state) {
+        return StateColumnValue(set, state, StateColumn::Lit) != 0 ? Qt::Checked : Qt::Unchecked;
+    };
+    const bool one = selection_.states.size() == 1;
+    if (one)
+        chkLit_->setCheckState(lit(patch.current, selection_.current));
+    else if (!std::all_of(selection_.states.begin(), selection_.states.end(), [&](std::int32_t state) {
+                 return state == 0 || lit(patch.current, state) == chkLit_->checkState();
+             }))
+        chkLit_->setCheckState(Qt::PartiallyChecked);
+    if (selection_.states.empty())
+        chkLit_->setCheckState(Qt::Unchecked);
+    chkLit_->setTristate(chkLit_->checkState() == Qt::PartiallyChecked);
+    const Qt::CheckState standard = one ? lit(patch.defaults, selection_.current) : chkLit_->checkState();
+    MarkDifference(*chkLit_, standard != chkLit_->checkState(), standard == Qt::Checked ? tr("lit") : tr("not lit"),
+                   tr("Drawn fully lit, also in the dark"));
+}
+
+void StateFieldsPanel::ShowSpriteAndNextState() {
+    const PatchSet& current = context_.program.patch.current;
+    const auto sprite = txtSprite_->Shown();
+    lblSpriteName_->setText(sprite ? ShownText(current.SpriteName(*sprite)) : QString());
+    const auto next = txtNextState_->Shown();
+    lblNextState_->setText(next ? StateLabelText(current, *next) : QString());
+}
+
+/// In a patch that is not extended only states to which the engine itself gives an action may have one.
+bool StateFieldsPanel::ActionsMayBeSet() const {
+    const PatchData& patch = context_.program.patch;
+    return std::any_of(selection_.states.begin(), selection_.states.end(), [&patch](std::int32_t state) {
+        return state != 0 && (patch.extended || patch.current.states[static_cast<std::size_t>(state)].action != 0);
+    });
+}
+
+void StateFieldsPanel::ShowAction() {
+    const PatchData& patch = context_.program.patch;
+    const bool one = selection_.states.size() == 1;
+    std::optional<std::int32_t> value;
+    if (one)
+        value = StateColumnValue(patch.current, selection_.current, StateColumn::Action);
+    cmbActions_->ShowAction(value);
+    cmbActions_->setEnabled(ActionsMayBeSet());
+    cmdActionBrowse_->setEnabled(ActionsMayBeSet());
+    const bool differs = one && value != StateColumnValue(patch.defaults, selection_.current, StateColumn::Action);
+    MarkDifference(
+        *cmbActions_, differs,
+        differs ? StateColumnText(patch.defaults, context_.program.engine, selection_.current, StateColumn::Action)
+                : QString());
+}
+
+void StateFieldsPanel::ShowUsers() {
+    lblUsedBy_->setToolTip({});
+    if (selection_.states.size() != 1)
+        return lblUsedBy_->clear();
+    if (selection_.current == 0)
+        return lblUsedBy_->setText(tr("State 0 stands for \"no state\" and cannot be edited."));
+    QStringList users;
+    for (const std::string& user : UsersOfState(context_.program.patch.current, selection_.current))
+        users.append(ShownText(user));
+    const auto count = static_cast<std::size_t>(users.size());
+    QString text = users.isEmpty() ? tr("no thing or weapon directly") : users.join(QStringLiteral(", "));
+    if (count > usersShown) {
+        lblUsedBy_->setToolTip(users.join(QLatin1Char('\n')));
+        text = tr("%1 and %n more", nullptr, static_cast<int>(count - usersShown))
+                   .arg(users.first(usersShown).join(QStringLiteral(", ")));
+    }
+    lblUsedBy_->setText(tr("Used by: %1").arg(text));
+}
+
+void StateFieldsPanel::StoreLit() {
+    if (chkLit_->checkState() == Qt::PartiallyChecked) // a click leads away from "leave as is", never back to it
+        chkLit_->setCheckState(Qt::Checked);
+    const StateColumnAssignment lit{StateColumn::Lit, chkLit_->checkState() == Qt::Checked ? litBit : 0};
+    StoreInStates(context_.edits, context_.program.patch, selection_.states, {&lit, 1});
+    Update();
+}
+
+bool StateFieldsPanel::RefusesEmptyAction(std::int32_t value) {
+    if (value != 0 || context_.program.patch.extended)
+        return false;
+    ShowAction();
+    context_.program.notifier.Show(MessageKind::Exclamation, noEmptyAction);
+    return true;
+}
+
+void StateFieldsPanel::RefuseUnknownAction() {
+    ShowAction();
+    // The focus is on its way elsewhere; let it arrive before it is called back.
+    QTimer::singleShot(0, this, [this] {
+        context_.program.notifier.Show(MessageKind::Exclamation, invalidAction);
+        cmbActions_->setFocus();
+    });
+}
+
+void StateFieldsPanel::StoreAction(std::int32_t value) {
+    const StateColumnAssignment action{StateColumn::Action, value};
+    StoreInStates(context_.edits, context_.program.patch, selection_.states, {&action, 1});
+    if (selection_.Several())
+        cmbActions_->ShowAction(value);
+    else
+        ShowAction();
+}
+
+void StateFieldsPanel::BrowseSprite() {
+    if (!selection_.Editable())
+        return;
+    const StateRecord& record = context_.program.patch.current.states[static_cast<std::size_t>(selection_.current)];
+    const auto chosen = context_.links.PickSprite({record.sprite, record.subnumber});
+    if (!chosen)
+        return;
+    const std::array<StateColumnAssignment, 2> picture{
+        {{StateColumn::Sprite, chosen->sprite}, {StateColumn::Frame, chosen->frame & ~litBit}}};
+    StoreInStates(context_.edits, context_.program.patch, selection_.states, picture);
+}
+
+void StateFieldsPanel::BrowseNextState() {
+    if (!selection_.Editable())
+        return;
+    const PatchData& patch = context_.program.patch;
+    const auto chosen =
+        context_.links.PickState(StateColumnValue(patch.current, selection_.current, StateColumn::NextState));
+    if (!chosen)
+        return;
+    const StateColumnAssignment next{StateColumn::NextState, *chosen};
+    StoreInStates(context_.edits, patch, selection_.states, {&next, 1});
+}
+
+void StateFieldsPanel::BrowseAction() {
+    if (!ActionsMayBeSet())
+        return;
+    const PatchData& patch = context_.program.patch;
+    const auto chosen =
+        context_.links.PickAction(StateColumnValue(patch.current, selection_.current, StateColumn::Action));
+    if (chosen && !RefusesEmptyAction(*chosen))
+        StoreAction(*chosen);
+}
+
+void StateFieldsPanel::Restore() {
+    if (!selection_.states.empty() && context_.program.notifier.Ask(restoreQuestion, Buttons::YesNo) != Answer::No)
+        context_.edits.RestoreRecords(RecordKind::State, selection_.states, "frames");
+}
+
+} // namespace plinket3

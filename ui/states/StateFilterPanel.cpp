@@ -1,0 +1,136 @@
+#include "ui/states/StateFilterPanel.h"
+
+#include "patch/StateUse.h"
+#include "ui/LatinText.h"
+#include "ui/states/StateTableModel.h"
+
+#include <QGridLayout>
+#include <QRadioButton>
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+namespace plinket3 {
+
+namespace {
+
+struct ModeButton {
+    StateFilterMode mode;
+    const char* name;
+    const char* text;
+    int row, column;
+};
+constexpr ModeButton modeButtons[]{
+    {StateFilterMode::All, "optFilterDisabled", QT_TRANSLATE_NOOP("StateFilterPanel", "&All states"), 0, 0},
+    {StateFilterMode::Thing, "optFilterThings", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &thing"), 0, 1},
+    {StateFilterMode::Unused, "optFilterUnused", QT_TRANSLATE_NOOP("StateFilterPanel", "&Unused"), 1, 0},
+    {StateFilterMode::Weapon, "optFilterWeapons", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &weapon"), 1, 1},
+};
+
+QComboBox* NewList(const QString& name, const QString& accessibleName) {
+    auto* list = new QComboBox;
+    list->setObjectName(name);
+    list->setAccessibleName(accessibleName);
+    list->setMaxVisibleItems(20);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    list->setMinimumContentsLength(16);
+    list->setEnabled(false);
+    return list;
+}
+
+void FillList(QComboBox& list, const std::vector<std::string>& names) {
+    const QSignalBlocker quiet(list);
+    list.clear();
+    for (const std::string& name : names)
+        list.addItem(ShownText(name));
+}
+
+} // namespace
+
+StateFilterPanel::StateFilterPanel(const Session& session)
+    : session_(session), modes_(new QButtonGroup(this)),
+      cmbFilterThings_(NewList(QStringLiteral("cmbFilterThings"), tr("Thing"))),
+      cmbFilterWeapons_(NewList(QStringLiteral("cmbFilterWeapons"), tr("Weapon"))), txtFilter_(new QLineEdit) {
+    txtFilter_->setObjectName(QStringLiteral("txtFilter"));
+    txtFilter_->setAccessibleName(tr("Find states"));
+    txtFilter_->setPlaceholderText(tr("Number, sprite or action"));
+    txtFilter_->setClearButtonEnabled(true);
+
+    auto* layout = new QGridLayout(this);
+    layout->setContentsMargins({});
+    for (const ModeButton& row : modeButtons) {
+        auto* button = new QRadioButton(tr(row.text));
+        button->setObjectName(QString::fromLatin1(row.name));
+        modes_->addButton(button, static_cast<int>(row.mode));
+        layout->addWidget(button, row.row, row.column);
+        if (QComboBox* list = List(row.mode))
+            layout->addWidget(list, row.row, row.column + 1);
+    }
+    layout->addWidget(txtFilter_, 0, 3);
+    layout->setColumnStretch(2, 2);
+    layout->setColumnStretch(3, 2);
+
+    connect(modes_, &QButtonGroup::idClicked, this,
+            [this](int mode) { setFilterMode(static_cast<StateFilterMode>(mode)); });
+    for (QComboBox* list : {cmbFilterThings_, cmbFilterWeapons_})
+        connect(list, &QComboBox::activated, this, &StateFilterPanel::Changed);
+    connect(txtFilter_, &QLineEdit::textChanged, this, &StateFilterPanel::Changed);
+}
+
+QComboBox* StateFilterPanel::List(StateFilterMode mode) const {
+    return mode == StateFilterMode::Thing    ? cmbFilterThings_
+           : mode == StateFilterMode::Weapon ? cmbFilterWeapons_
+                                             : nullptr;
+}
+
+void StateFilterPanel::Fill() {
+    FillList(*cmbFilterThings_, session_.patch.current.thingNames);
+    FillList(*cmbFilterWeapons_, session_.patch.current.weaponNames);
+    ClearText();
+    ShowMode(StateFilterMode::All);
+}
+
+void StateFilterPanel::ShowMode(StateFilterMode mode) {
+    mode_ = mode;
+    modes_->button(static_cast<int>(mode))->setChecked(true);
+    for (const StateFilterMode listed : {StateFilterMode::Thing, StateFilterMode::Weapon})
+        List(listed)->setEnabled(listed == mode);
+}
+
+void StateFilterPanel::setFilterMode(StateFilterMode mode) {
+    if (mode_ == mode)
+        return;
+    ShowMode(mode);
+    emit Changed();
+}
+
+void StateFilterPanel::ShowStatesOf(StateFilterMode mode, int entry) {
+    ClearText();
+    ShowMode(mode);
+    List(mode)->setCurrentIndex(entry);
+    emit Changed();
+}
+
+void StateFilterPanel::ClearText() {
+    const QSignalBlocker quiet(txtFilter_);
+    txtFilter_->clear();
+}
+
+void StateFilterPanel::ReplaceThing(int entry, const QString& text) {
+    if (entry >= 0 && entry < cmbFilterThings_->count())
+        cmbFilterThings_->setItemText(entry, text);
+}
+
+std::vector<std::int32_t> StateFilterPanel::States() const {
+    const PatchSet& set = session_.patch.current;
+    // Without a selected entry the index is beyond every record.
+    const auto entryOf = [](const QComboBox& list) { return static_cast<std::size_t>(list.currentIndex()); };
+    std::vector<std::int32_t> states =
+        mode_ == StateFilterMode::All      ? AllStates(set)
+        : mode_ == StateFilterMode::Thing  ? StatesOfThing(set, entryOf(*cmbFilterThings_))
+        : mode_ == StateFilterMode::Weapon ? StatesOfWeapon(set, entryOf(*cmbFilterWeapons_))
+                                           : UnusedStates(set);
+    return MatchingStates(session_, std::move(states), txtFilter_->text());
+}
+
+} // namespace plinket3

@@ -1,0 +1,54 @@
+#include "ui/states/StateListView.h"
+
+#include "ui/states/StateColumns.h"
+#include "ui/states/StateTableModel.h"
+
+#include <QFontDatabase>
+#include <QHeaderView>
+
+#include <algorithm>
+#include <array>
+
+namespace plinket3 {
+
+namespace {
+
+/// Characters that fit into each column; a heading may need more.
+constexpr std::array<int, stateColumnCount> columnWidths{6, 8, 5, 5, 4, 6, 6, 6, 6, 16};
+
+} // namespace
+
+void SetUpStateList(QTableView& view, StateTableModel& model, const QString& name, const QString& accessibleName) {
+    view.setObjectName(name);
+    view.setAccessibleName(accessibleName);
+    view.setModel(&model);
+    view.setSelectionBehavior(QAbstractItemView::SelectRows);
+    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view.setAlternatingRowColors(true);
+    view.setWordWrap(false);
+    view.setTabKeyNavigation(false);
+    view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    view.setCornerButtonEnabled(false);
+
+    QHeaderView& rows = *view.verticalHeader();
+    rows.hide();
+    rows.setMinimumSectionSize(1);
+    rows.setDefaultSectionSize(view.fontMetrics().height() + view.fontMetrics().height() / 4);
+    rows.setSectionResizeMode(QHeaderView::Fixed);
+
+    QHeaderView& columns = *view.horizontalHeader();
+    columns.setHighlightSections(false);
+    columns.setStretchLastSection(true);
+    const int digit = QFontMetrics(QFontDatabase::systemFont(QFontDatabase::FixedFont)).horizontalAdvance(u'0');
+    for (int column = 0; column < stateColumnCount; ++column)
+        columns.resizeSection(column, std::max(columns.sectionSizeHint(column),
+                                               (columnWidths[static_cast<std::size_t>(column)] + 1) * digit));
+}
+
+void SelectStateRow(QTableView& view, int row) {
+    const QModelIndex index = view.model()->index(row, 0);
+    view.selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    view.scrollTo(index, QAbstractItemView::EnsureVisible);
+}
+
+} // namespace plinket3

@@ -1,0 +1,69 @@
+#include "ui/states/StatePlayer.h"
+
+namespace plinket3 {
+
+namespace {
+
+constexpr std::uint8_t timesThroughALoop = 2;
+
+} // namespace
+
+StatePlayer::StatePlayer(const PatchSet& set, QObject* parent) : QObject(parent), set_(set) {
+    timer_.setTimerType(Qt::PreciseTimer);
+    timer_.setInterval(1000 / ticsPerSecond);
+    connect(&timer_, &QTimer::timeout, this, &StatePlayer::CatchUp);
+}
+
+void StatePlayer::Start(std::int32_t state) {
+    Stop();
+    timesEntered_.assign(set_.states.size(), 0);
+    tics_ = 0;
+    playing_ = true;
+    clock_.start();
+    timer_.start();
+    Enter(state);
+}
+
+void StatePlayer::Stop() {
+    if (!playing_)
+        return;
+    playing_ = false;
+    timer_.stop();
+    emit Stopped();
+}
+
+/// A tic is no whole number of milliseconds, and a busy machine may let some timeouts pass.
+void StatePlayer::CatchUp() {
+    const qint64 due = clock_.elapsed() * ticsPerSecond / 1000;
+    while (playing_ && tics_ < due)
+        Advance();
+}
+
+void StatePlayer::Advance() {
+    ++tics_;
+    if (!playing_ || --ticsLeft_ > 0)
+        return;
+    const auto index = static_cast<std::size_t>(state_);
+    Enter(index < set_.states.size() ? set_.states[index].nextState : 0);
+}
+
+/// States that last no time are passed through at once; as none is entered more than twice, this ends.
+void StatePlayer::Enter(std::int32_t state) {
+    for (;;) {
+        const auto index = static_cast<std::size_t>(state);
+        if (state <= 0 || index >= set_.states.size() || index >= timesEntered_.size() ||
+            timesEntered_[index] == timesThroughALoop)
+            return Stop();
+        ++timesEntered_[index];
+        state_ = state;
+        ticsLeft_ = set_.states[index].duration;
+        if (ticsLeft_ != 0)
+            break;
+        state = set_.states[index].nextState;
+    }
+    emit StateShown(state_);
+    if (ticsLeft_ < 0)
+        Stop();
+}
+
+} // namespace plinket3

@@ -1,0 +1,115 @@
+#include "ui/states/StateTableModel.h"
+
+#include "core/Text.h"
+#include "ui/LatinText.h"
+#include "ui/fields/Marking.h"
+#include "ui/states/StateColumns.h"
+
+#include <QFontDatabase>
+
+#include <algorithm>
+#include <numeric>
+#include <string>
+#include <unordered_set>
+
+namespace plinket3 {
+
+StateTableModel::StateTableModel(const Session& session, QObject* parent)
+    : QAbstractTableModel(parent), session_(session) {}
+
+void StateTableModel::Show(std::vector<std::int32_t> states) {
+    beginResetModel();
+    shown_ = std::move(states);
+    endResetModel();
+}
+
+std::optional<int> StateTableModel::RowOfState(std::int32_t state) const {
+    const auto found = std::lower_bound(shown_.begin(), shown_.end(), state);
+    if (found == shown_.end() || *found != state)
+        return std::nullopt;
+    return static_cast<int>(found - shown_.begin());
+}
+
+void StateTableModel::CellsChanged(const std::vector<Cell>& cells) {
+    // One signal for the stretch of rows between them: a view then draws once, however many cells there are.
+    int first = rowCount();
+    int last = -1;
+    for (const Cell& cell : cells)
+        if (cell.kind == RecordKind::State)
+            if (const auto row = RowOfState(cell.index)) {
+                first = std::min(first, *row);
+                last = std::max(last, *row);
+            }
+    if (last >= 0)
+        emit dataChanged(index(first, 0), index(last, columnCount() - 1));
+}
+
+int StateTableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+}
+
+int StateTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : stateColumnCount; }
+
+QVariant StateTableModel::data(const QModelIndex& at, int role) const {
+    if (!at.isValid() || at.row() >= rowCount())
+        return {};
+    const PatchSet& current = session_.patch.current;
+    const PatchSet& defaults = session_.patch.defaults;
+    const std::int32_t state = shown_[static_cast<std::size_t>(at.row())];
+    if (static_cast<std::size_t>(state) >= std::min(current.states.size(), defaults.states.size()))
+        return {};
+    const auto column = static_cast<StateColumn>(at.column());
+    const auto text = [&](const PatchSet& set) { return StateColumnText(set, session_.engine, state, column); };
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(current);
+    case Qt::ToolTipRole:
+        return text(current) == text(defaults) ? QVariant() : QVariant(DefaultTip(text(defaults)));
+    case Qt::FontRole: {
+        const QFont font = IsNumberColumn(column) ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QFont();
+        return text(current) != text(defaults) ? MarkedFont(font) : font;
+    }
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue(Qt::AlignVCenter | (IsNumberColumn(column) ? Qt::AlignRight : Qt::AlignLeft));
+    default:
+        return {};
+    }
+}
+
+QVariant StateTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= stateColumnCount)
+        return {};
+    const auto column = static_cast<StateColumn>(section);
+    if (role == Qt::DisplayRole)
+        return StateColumnHeading(column);
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::AlignVCenter | (IsNumberColumn(column) ? Qt::AlignRight : Qt::AlignLeft));
+    return {};
+}
+
+std::vector<std::int32_t> AllStates(const PatchSet& set) {
+    std::vector<std::int32_t> states(set.states.size());
+    std::iota(states.begin(), states.end(), 0);
+    return states;
+}
+
+std::vector<std::int32_t> MatchingStates(const Session& session, std::vector<std::int32_t> states,
+                                         const QString& text) {
+    const PatchSet& set = session.patch.current;
+    for (const QString& typed : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const std::string word = ToLower(StoredText(typed));
+        std::unordered_set<std::int32_t> actions; // the code pointer values whose name contains the word
+        for (const auto& [value, mnemonic] : session.engine.mnemonicByValue)
+            if (ToLower(mnemonic).find(word) != std::string::npos)
+                actions.insert(value);
+        std::erase_if(states, [&](std::int32_t state) {
+            return !std::to_string(state).starts_with(word) &&
+                   !actions.contains(StateColumnValue(set, state, StateColumn::Action)) &&
+                   ToLower(StoredText(StateColumnText(set, session.engine, state, StateColumn::Name))).find(word) ==
+                       std::string::npos;
+        });
+    }
+    return states;
+}
+
+} // namespace plinket3
