@@ -91,10 +91,8 @@ int main(int argc, char** argv) {
     Measure(
         "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
 
-    for (PatchSet* set : {&program.patch.current, &program.patch.defaults}) {
+    for (PatchSet* set : {&program.patch.current, &program.patch.defaults})
         set->states.resize(manyStates);
-        set->codePointers.resize(manyStates);
-    }
     edits.Clear();
     editors.Refresh();
     QScrollBar& bar = *list.verticalScrollBar();

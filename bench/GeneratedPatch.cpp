@@ -40,18 +40,17 @@ GeneratedPatch GeneratePatch(std::size_t lines) {
     const std::size_t things = lines / 10 / linesOfThing;
     const std::size_t states = (lines - things * linesOfThing) / linesOfState;
     defaults.things.resize(things);
-    defaults.thingExtras.resize(things);
     for (std::size_t i = 0; i < things; ++i)
-        defaults.thingNames.push_back("Thing" + std::to_string(i));
+        defaults.things[i].name = "Thing" + std::to_string(i);
     defaults.states.resize(states);
-    defaults.codePointers.resize(states);
-    engine.thingNames = defaults.thingNames;
+    for (const ThingRecord& thing : defaults.things)
+        engine.thingNames.push_back(thing.name);
     engine.itemCounts.things = static_cast<std::int32_t>(things);
     engine.itemCounts.states = static_cast<std::int32_t>(states);
 
     current = defaults;
     for (std::size_t i = 0; i < things; ++i)
-        current.things[i] = RecordFor<ThingRecord>(i);
+        static_cast<ThingNumbers&>(current.things[i]) = RecordFor<ThingRecord>(i);
     for (std::size_t i = 0; i < states; ++i)
         current.states[i] = RecordFor<StateRecord>(i);
     generated.patch.doomVersion = engine.version;
@@ -72,7 +71,7 @@ Status WriteDataFolder(const std::filesystem::path& folder) {
     Status status = write(folder / "config" / large.engine.fileName, tools::FormatEngine(large.engine));
     if (status)
         status = write(folder / "tables" / large.engine.table,
-                       modTables::FormatTable(large.patch.defaults, large.engine.extended));
+                       modTables::FormatTable(large.patch.defaults, large.engine.dialect));
     if (status)
         status = write(folder / "large.deh", modPatchFiles::FormatPatch(large.patch, large.engine));
     if (status)

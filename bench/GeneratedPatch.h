@@ -2,7 +2,7 @@
 
 #include "core/Status.h"
 #include "core/modConfig.h"
-#include "patch/modTableDef.h"
+#include "patch/PatchSet.h"
 
 #include <cstddef>
 #include <filesystem>

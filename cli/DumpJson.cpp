@@ -11,63 +11,61 @@ using Json = nlohmann::ordered_json;
 
 std::string Utf8(std::string_view text) { return Latin1ToUtf8(text); }
 
-template <class Record> void PutFields(Json& object, const Record& record) {
+template <class Record> void PutFields(Json& object, const Dialect& dialect, const Record& record) {
     for (const Field<Record>& field : fieldsOf<Record>)
-        object[std::string(field.label)] = record.*field.member;
+        if (field.since <= dialect.fields)
+            object[std::string(field.label)] =
+                record.*field.member == field.unset ? Json() : Json(record.*field.member);
 }
 
-/// Writes the records `at(0)` ... as one list. Each is forgotten when it is written: a list may have a million.
-template <class At> void PutList(std::ostream& out, std::string_view key, std::size_t count, At at) {
+/// Writes one list. Each record is forgotten when it is written: a list may have a million.
+template <class Records, class Describe>
+void PutList(std::ostream& out, std::string_view key, const Records& records, Describe describe) {
     out << ",\"" << key << "\":[";
-    for (std::size_t i = 0; i < count; ++i)
-        out << (i == 0 ? "" : ",") << at(i).dump();
+    for (std::size_t i = 0; i < records.size(); ++i)
+        out << (i == 0 ? "" : ",") << describe(i).dump();
     out << ']';
 }
 
-template <class Record> void PutRecords(std::ostream& out, std::string_view key, const std::vector<Record>& records,
-                                        const std::vector<std::string>& names) {
-    PutList(out, key, records.size(), [&](std::size_t i) {
-        Json object;
-        object["name"] = Utf8(names[i]);
-        PutFields(object, records[i]);
-        return object;
-    });
-}
+/// What a record is described by, kind by kind.
+class Descriptions {
+public:
+    Descriptions(const PatchSet& set, const EngineConfiguration& engine) : set_(set), engine_(engine) {}
 
-Json StateAt(const PatchSet& set, const EngineConfiguration& engine, std::size_t i) {
-    Json object;
-    PutFields(object, set.states[i]);
-    object["Code pointer"] = set.codePointers[i];
-    const std::string* mnemonic = engine.MnemonicOf(set.codePointers[i]);
-    object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
-    return object;
-}
+    template <class Record> Json Of(const std::vector<Record>& records, std::size_t i) const {
+        const Record& record = records[i];
+        if constexpr (std::is_same_v<Record, SpriteRecord>) {
+            return {{"name", Utf8(set_.SpriteName(static_cast<std::int32_t>(i)))}, {"value", record.value}};
+        } else if constexpr (std::is_same_v<Record, StringRecord>) {
+            const bool keyed = engine_.dialect.keyedTexts && i < engine_.strings.size();
+            return {{"key", keyed ? Json(Utf8(engine_.strings[i].mnemonic)) : Json()},
+                    {"position", record.position},
+                    {"length", record.length},
+                    {"text", Utf8(record.text)}};
+        } else if constexpr (std::is_same_v<Record, CheatRecord>) {
+            return {{"label", i < cheatLabels.size() ? Json(cheatLabels[i]) : Json()},
+                    {"max", record.maximumLength},
+                    {"text", Utf8(record.text)}};
+        } else {
+            Json object;
+            if constexpr (isNamed<Record>)
+                object["name"] = Utf8(record.name);
+            if constexpr (std::is_same_v<Record, SoundRecord>)
+                object["name"] = Utf8(set_.SoundName(static_cast<std::int32_t>(i)));
+            PutFields(object, engine_.dialect, record);
+            if constexpr (std::is_same_v<Record, StateRecord>) {
+                object["Code pointer"] = record.codePointer;
+                const std::string* mnemonic = engine_.MnemonicOf(record.codePointer);
+                object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
+            }
+            return object;
+        }
+    }
 
-Json SoundAt(const PatchSet& set, std::size_t i) {
-    Json object;
-    object["name"] = Utf8(set.SoundName(static_cast<std::int32_t>(i)));
-    PutFields(object, set.sounds[i]);
-    return object;
-}
-
-Json SpriteAt(const PatchSet& set, std::size_t i) {
-    return {{"name", Utf8(set.SpriteName(static_cast<std::int32_t>(i)))}, {"value", set.spriteValues[i]}};
-}
-
-Json StringAt(const PatchSet& set, const EngineConfiguration& engine, std::size_t i) {
-    const StringRecord& string = set.strings[i];
-    const bool keyed = engine.extended && i < engine.strings.size();
-    return {{"key", keyed ? Json(Utf8(engine.strings[i].mnemonic)) : Json()},
-            {"position", string.position},
-            {"length", string.length},
-            {"text", Utf8(string.text)}};
-}
-
-Json CheatAt(const PatchSet& set, std::size_t i) {
-    return {{"label", i < cheatLabels.size() ? Json(cheatLabels[i]) : Json()},
-            {"max", set.cheats[i].maximumLength},
-            {"text", Utf8(set.cheats[i].text)}};
-}
+private:
+    const PatchSet& set_;
+    const EngineConfiguration& engine_;
+};
 
 Json ParOf(const ParRecord& par) { return {{"episode", par.episode}, {"map", par.map}, {"seconds", par.seconds}}; }
 
@@ -81,24 +79,21 @@ void DumpJson(const Program& program, std::ostream& out) {
     const Json engineFacts{{"file", engine.fileName},
                            {"name", Utf8(engine.name)},
                            {"version", engine.version},
-                           {"extended", engine.extended}};
+                           {"extended", engine.dialect.IsExtended()}};
     const Json patchFacts{{"file", program.patch.fileName.string()},
                           {"version", program.patch.doomVersion},
                           {"format", program.patch.patchFormat}};
     Json misc;
-    PutFields(misc, set.misc);
+    PutFields(misc, engine.dialect, set.misc);
     out << "{\"engine\":" << engineFacts.dump(-1, ' ', false, bytesThatAreNot)
         << ",\"patch\":" << patchFacts.dump(-1, ' ', false, bytesThatAreNot);
-    PutRecords(out, "things", set.things, set.thingNames);
-    PutList(out, "states", set.states.size(), [&](std::size_t i) { return StateAt(set, engine, i); });
-    PutList(out, "sounds", set.sounds.size(), [&](std::size_t i) { return SoundAt(set, i); });
-    PutList(out, "sprites", set.spriteNames.size(), [&](std::size_t i) { return SpriteAt(set, i); });
-    PutList(out, "strings", set.strings.size(), [&](std::size_t i) { return StringAt(set, engine, i); });
-    PutRecords(out, "weapons", set.weapons, set.weaponNames);
-    PutRecords(out, "ammo", set.ammo, set.ammoNames);
-    PutList(out, "cheats", set.cheats.size(), [&](std::size_t i) { return CheatAt(set, i); });
+    const Descriptions descriptions(set, engine);
+    VisitKinds([&](const auto& kind) {
+        const auto& records = kind.In(set);
+        PutList(out, kind.plural, records, [&](std::size_t i) { return descriptions.Of(records, i); });
+    });
     out << ",\"misc\":" << misc.dump();
-    PutList(out, "pars", set.pars.size(), [&](std::size_t i) { return ParOf(set.pars[i]); });
+    PutList(out, "pars", set.pars, [&](std::size_t i) { return ParOf(set.pars[i]); });
     out << '}';
 }
 

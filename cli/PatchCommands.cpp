@@ -176,7 +176,7 @@ int Table(Run& run) {
     const bool patched = run.arguments.files.size() > 1;
     LoadPatch(run, patched ? run.arguments.files[0] : standardSet);
     const std::string& file = run.arguments.files.back();
-    Require(modTables::SaveTable(run.program.patch, file), file);
+    Require(modTables::SaveTable(run.program, file), file);
     return done;
 }
 

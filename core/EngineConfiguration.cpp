@@ -198,7 +198,7 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     engine.table = reader.Text("table");
     engine.allowExeRead = reader.Flag("allowexeread");
     engine.exeSize = reader.Whole("exesize");
-    engine.extended = reader.Flag("extended");
+    engine.dialect = Dialect::Of(reader.Flag("extended"));
     reader.Enter("itemcounts");
     for (const CountKey& row : countKeys)
         engine.itemCounts.*row.member = reader.Count(row.key);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Dialect.h"
 #include "core/Notifier.h"
 #include "core/Status.h"
 #include "core/Text.h"
@@ -46,7 +47,7 @@ struct EngineConfiguration {
     std::string table;        // the table file's name, looked for in the folder "tables"
     bool allowExeRead = false;
     std::int32_t exeSize = 0;
-    bool extended = false; // extended patches (.bex) instead of normal ones (.deh)
+    Dialect dialect; // of its patches
     Counts itemCounts;
     Offsets offsets;
     std::vector<std::string> flagNames;    // by bit; also the flags' mnemonics in extended patches
@@ -60,6 +61,8 @@ struct EngineConfiguration {
     std::vector<String> strings; // "boomstrings"
     std::vector<std::int32_t> miscellaneousOffsets;
 
+    /// The names of a set's bits, by bit; may be shorter than 32.
+    const std::vector<std::string>& BitNames(BitSet) const { return flagNames; }
     /// The mnemonic of a code pointer value; null when the configuration names none.
     const std::string* MnemonicOf(std::int32_t codePointer) const;
     /// The code pointer value of a mnemonic, compared exactly; absent when there is none.

@@ -35,15 +35,16 @@ private:
     std::size_t position_ = 0;
 };
 
-/// The words of a header line: parted by blanks, text in brackets being one word without its brackets. "#" outside
-/// brackets ends the line.
+/// The words of a header line: parted by blanks, text in brackets being one word without its brackets. A
+/// `comment` outside brackets ends the line.
 class HeaderWords {
 public:
-    explicit HeaderWords(std::string_view line) {
+    HeaderWords(std::string_view line, char comment) {
+        const std::array<char, 3> ends{' ', '(', comment};
         std::size_t at = 0;
         while (count_ < words_.size()) {
             at = line.find_first_not_of(' ', at);
-            if (at == std::string_view::npos || line[at] == '#')
+            if (at == std::string_view::npos || line[at] == comment)
                 return;
             std::size_t end = 0;
             if (line[at] == '(') {
@@ -53,7 +54,7 @@ public:
                     return;
                 at = end + 1;
             } else {
-                end = line.find_first_of(" (#", at);
+                end = line.find_first_of({ends.data(), ends.size()}, at);
                 words_[count_++] = line.substr(at, end - at);
                 if (end == std::string_view::npos)
                     return;

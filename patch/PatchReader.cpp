@@ -14,8 +14,6 @@ namespace plinket3::modPatchFiles {
 
 namespace {
 
-constexpr std::string_view firstLine = "Patch File for DeHackEd v3.0";
-
 enum class Section {
     Thing,
     Frame,
@@ -34,43 +32,55 @@ enum class Section {
 
 struct SectionWord {
     std::string_view word;
-    Section section;
+    Section section = Section::Unsupported;
 };
-constexpr std::array sectionWords{SectionWord{thingSection.word, Section::Thing},
-                                  SectionWord{frameSection.word, Section::Frame},
-                                  SectionWord{soundSection.word, Section::Sound},
-                                  SectionWord{pointerSection.word, Section::Pointer},
-                                  SectionWord{weaponSection.word, Section::Weapon},
-                                  SectionWord{ammoSection.word, Section::Ammo},
-                                  SectionWord{"Cheat", Section::Cheat},
-                                  SectionWord{"Misc", Section::Misc},
-                                  SectionWord{"[CODEPTR]", Section::CodePtr},
-                                  SectionWord{"[STRINGS]", Section::Strings},
-                                  SectionWord{"[PARS]", Section::Pars},
-                                  SectionWord{"Text", Section::Text},
-                                  SectionWord{"Sprite", Section::Unsupported},
-                                  SectionWord{"Include", Section::Unsupported}};
+using SectionWords = std::array<SectionWord, 14>;
+
+constexpr SectionWords WordsOf(const Dialect& dialect) {
+    return {{{dialect.things.word, Section::Thing},
+             {dialect.states.word, Section::Frame},
+             {dialect.sounds.word, Section::Sound},
+             {dialect.pointers.word, Section::Pointer},
+             {dialect.weapons.word, Section::Weapon},
+             {dialect.ammo.word, Section::Ammo},
+             {dialect.cheats, Section::Cheat},
+             {dialect.misc, Section::Misc},
+             {dialect.codePointers, Section::CodePtr},
+             {dialect.strings, Section::Strings},
+             {dialect.pars, Section::Pars},
+             {dialect.texts, Section::Text},
+             {dialect.unsupported[0], Section::Unsupported},
+             {dialect.unsupported[1], Section::Unsupported}}};
+}
+
+/// The kind whose records a section selects by number; `Par` for the other sections.
+RecordKind KindOf(Section section) {
+    switch (section) {
+    case Section::Thing:
+        return RecordKind::Thing;
+    case Section::Frame:
+        return RecordKind::State;
+    case Section::Sound:
+        return RecordKind::Sound;
+    case Section::Weapon:
+        return RecordKind::Weapon;
+    case Section::Ammo:
+        return RecordKind::Ammo;
+    default:
+        return RecordKind::Par;
+    }
+}
 
 /// Header lines that only the header scan reads.
 constexpr std::array<std::string_view, 3> sessionKeys{"Engine config", "Data WAD", "IWAD"};
-
-const SectionWord* FindSection(std::string_view word) {
-    static const LabelIndex<32> index(sectionWords, [](const SectionWord& entry) { return entry.word; });
-    const int place = index.Find(word);
-    return place < 0 ? nullptr : &sectionWords[static_cast<std::size_t>(place)];
-}
-
-template <class Record> Record* At(std::vector<Record>& records, std::int32_t index) {
-    if (index < 0 || static_cast<std::size_t>(index) >= records.size())
-        return nullptr;
-    return &records[static_cast<std::size_t>(index)];
-}
 
 class PatchReader {
 public:
     PatchReader(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
                 ReadObserver* observer)
-        : lines_(bytes), engine_(engine), defaults_(defaults), set_(set), observer_(observer) {}
+        : lines_(bytes), engine_(engine), dialect_(engine.dialect), words_(WordsOf(dialect_)),
+          wordIndex_(words_, [](const SectionWord& entry) { return entry.word; }), defaults_(defaults), set_(set),
+          observer_(observer) {}
 
     ReadResult Read() {
         Status status = ReadLines();
@@ -79,7 +89,7 @@ public:
 
 private:
     Status ReadLines() {
-        if (lines_.AtEnd() || Trim(lines_.Next()) != firstLine)
+        if (lines_.AtEnd() || Trim(lines_.Next()) != dialect_.firstLine)
             return Status::Failure("Invalid patch file.");
         while (!lines_.AtEnd()) {
             offset_ = lines_.Position();
@@ -115,11 +125,11 @@ private:
     // Header lines
 
     Status HeaderLine(std::string_view line) {
-        const HeaderWords words(line);
+        const HeaderWords words(line, dialect_.comment);
         if (words.Count() == 0)
             return {};
-        const SectionWord* section = FindSection(words[0]);
-        if (section == nullptr) {
+        const int place = wordIndex_.Find(words[0]);
+        if (place < 0) {
             if (VersionsKnown() && section_ == Section::Pars && EqualIgnoringCase(words[0], "par"))
                 Par(words);
             else if (VersionsKnown())
@@ -128,51 +138,38 @@ private:
                 IgnoreEarly();
             return {};
         }
-        if (section->section == Section::Unsupported) {
+        const SectionWord& found = words_[static_cast<std::size_t>(place)];
+        if (found.section == Section::Unsupported) {
             unsupported_ = true;
             Ignore("is not supported and will be lost when the patch is saved");
             return {};
         }
         if (VersionsKnown())
-            section_ = section->section;
-        if (section->section == Section::Text)
+            section_ = found.section;
+        if (found.section == Section::Text)
             return TextReplacement(PlainNumber(words[1]), PlainNumber(words[2]));
         if (!VersionsKnown()) {
             IgnoreEarly();
             return {};
         }
         if (observer_ != nullptr)
-            observer_->Section(offset_, section->word);
+            observer_->Section(offset_, found.word);
         Select(words);
         return {};
     }
 
     void Select(const HeaderWords& words) {
-        switch (section_) {
-        case Section::Thing:
-            SelectRecord(words[1], thingSection, set_.things.size());
-            Rename(set_.thingNames, words);
-            break;
-        case Section::Frame:
-            SelectRecord(words[1], frameSection, set_.states.size());
-            break;
-        case Section::Sound:
-            SelectRecord(words[1], soundSection, set_.sounds.size());
-            break;
-        case Section::Pointer:
-            SelectRecord(words[1], pointerSection, engine_.codePointerStates.size());
-            break;
-        case Section::Weapon:
-            SelectRecord(words[1], weaponSection, set_.weapons.size());
-            Rename(set_.weaponNames, words);
-            break;
-        case Section::Ammo:
-            SelectRecord(words[1], ammoSection, set_.ammo.size());
-            Rename(set_.ammoNames, words);
-            break;
-        default:
-            break;
-        }
+        if (section_ == Section::Pointer)
+            return SelectRecord(words[1], dialect_.pointers, engine_.codePointerStates.size());
+        VisitKind(KindOf(section_), [this, &words](const auto& kind) {
+            if (kind.section == nullptr)
+                return;
+            auto& records = kind.In(set_);
+            SelectRecord(words[1], dialect_.*kind.section, records.size());
+            if constexpr (isNamed<RecordOf<decltype(kind)>>)
+                if (auto* record = RecordAt(records, index_); record != nullptr && words.Count() >= 3)
+                    record->name = words[2];
+        });
     }
 
     void SelectRecord(std::string_view number, const SectionRule& section, std::size_t count) {
@@ -180,11 +177,6 @@ private:
         index_ = index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
         if (index_ < 0)
             Ignore("has a number that the engine does not have, so its lines are ignored");
-    }
-
-    void Rename(std::vector<std::string>& names, const HeaderWords& words) {
-        if (std::string* name = At(names, index_); name != nullptr && words.Count() >= 3)
-            *name = words[2];
     }
 
     void Par(const HeaderWords& words) {
@@ -203,9 +195,9 @@ private:
             IgnoreEarly();
             return {};
         }
-        const auto found = engine_.extended ? texts_.end() : TextIndex().find(oldText);
+        const auto found = dialect_.keyedTexts ? texts_.end() : TextIndex().find(oldText);
         const bool cutOff = modPatchText::CountCharacters(oldText) < oldLength;
-        if (engine_.extended || cutOff || found == texts_.end())
+        if (cutOff || found == texts_.end())
             return Status::Failure("Could not find string replacement.");
         const std::int32_t length = modPatchText::CountCharacters(newText);
         if (length < newLength)
@@ -237,10 +229,10 @@ private:
                 return Status::Failure("Patch file version does not match engine version.");
             doomVersionKnown_ = true;
         } else if (EqualIgnoringCase(key, "Patch format")) {
-            if (PlainNumber(value) != supportedPatchFormat)
+            if (PlainNumber(value) != dialect_.patchFormat)
                 return Status::Failure("Unsupported patch format.");
             patchFormatKnown_ = true;
-        } else if (observer_ != nullptr && !key.starts_with('#') && !IsSessionKey(key)) {
+        } else if (observer_ != nullptr && !key.starts_with(dialect_.comment) && !IsSessionKey(key)) {
             if (VersionsKnown())
                 Ignore(UnknownKey());
             else
@@ -274,16 +266,6 @@ private:
     /// False when the section does not know the key.
     bool StoreField(std::string_view key, std::string_view value) {
         switch (section_) {
-        case Section::Thing:
-            return StoreNumber(set_.things, key, value);
-        case Section::Frame:
-            return StoreNumber(set_.states, key, value);
-        case Section::Sound:
-            return StoreNumber(set_.sounds, key, value);
-        case Section::Weapon:
-            return StoreNumber(set_.weapons, key, value);
-        case Section::Ammo:
-            return StoreNumber(set_.ammo, key, value);
         case Section::Misc:
             return StoreNumber(&set_.misc, key, value);
         case Section::Pointer:
@@ -295,22 +277,27 @@ private:
         case Section::Strings:
             return StoreString(key, value);
         default:
-            return false;
+            return StoreRecordNumber(key, value);
         }
     }
 
-    template <class Record>
-    bool StoreNumber(std::vector<Record>& records, std::string_view key, std::string_view value) {
-        return StoreNumber(At(records, index_), key, value);
+    bool StoreRecordNumber(std::string_view key, std::string_view value) {
+        bool known = false;
+        VisitKind(KindOf(section_), [&](const auto& kind) {
+            if constexpr (!fieldTable<RecordOf<decltype(kind)>>.empty())
+                known = StoreNumber(RecordAt(kind.In(set_), index_), key, value);
+        });
+        return known;
     }
 
     template <class Record> bool StoreNumber(Record* record, std::string_view key, std::string_view value) {
         const Field<Record>* field = FindField<Record>(key);
-        if (field == nullptr)
+        if (field == nullptr || field->since > dialect_.fields)
             return false;
         if (record == nullptr)
             return true;
-        record->*field->member = field->unit == FieldUnit::Flags ? Bits(value) : FitWidth(*field, LeadingInt32(value));
+        record->*field->member =
+            field->unit == FieldUnit::Flags ? Bits(field->bits, value) : FitWidth(*field, LeadingInt32(value));
         if (observer_ != nullptr && !(field->unit == FieldUnit::Flags && !IsBitsNumber(value)))
             observer_->Number(offset_, field->unit, field->width, value);
         return true;
@@ -318,7 +305,7 @@ private:
 
     static bool IsBitsNumber(std::string_view value) { return value == "0" || LeadingReal(value) > 0; }
 
-    std::int32_t Bits(std::string_view value) {
+    std::int32_t Bits(BitSet set, std::string_view value) {
         if (IsBitsNumber(value)) {
             const double number = LeadingReal(value);
             if (number > INT32_MAX && number <= UINT32_MAX)
@@ -329,8 +316,9 @@ private:
             observer_->FlagNames(offset_, value);
         const std::string names = ToUpper(value);
         std::int32_t bits = 0;
-        for (std::size_t bit = 0; bit < engine_.flagNames.size(); ++bit)
-            if (!engine_.flagNames[bit].empty() && names.find(engine_.flagNames[bit]) != std::string::npos)
+        const std::vector<std::string>& known = engine_.BitNames(set);
+        for (std::size_t bit = 0; bit < known.size(); ++bit)
+            if (!known[bit].empty() && names.find(known[bit]) != std::string::npos)
                 bits = modPatchText::SetFlag(bits, static_cast<int>(bit));
         return bits;
     }
@@ -341,7 +329,7 @@ private:
         if (index_ < 0)
             return true;
         const std::int32_t target = engine_.codePointerStates[static_cast<std::size_t>(index_)];
-        const StateRecord* source = At(set_.states, PlainNumber(value));
+        const StateRecord* source = RecordAt(set_.states, PlainNumber(value));
         if (source == nullptr)
             Ignore("is ignored: it names a frame that the engine does not have");
         else
@@ -361,12 +349,12 @@ private:
     }
 
     void StoreCodePointer(std::int32_t state, std::int32_t codePointer) {
-        std::int32_t* stored = At(set_.codePointers, state);
-        if (stored == nullptr) {
+        StateRecord* record = RecordAt(set_.states, state);
+        if (record == nullptr) {
             Ignore("is ignored: it names a frame that the engine does not have");
             return;
         }
-        *stored = codePointer;
+        record->codePointer = codePointer;
         if (observer_ != nullptr)
             observer_->CodePointer(offset_, state);
     }
@@ -376,7 +364,7 @@ private:
         const int place = index.Find(key);
         if (place < 0)
             return false;
-        CheatRecord* cheat = At(set_.cheats, place);
+        CheatRecord* cheat = RecordAt(set_.cheats, place);
         if (cheat == nullptr)
             return true;
         cheat->text = modPatchText::UnpadCheat(value);
@@ -408,7 +396,7 @@ private:
         const auto found = StringIndex().find(ToUpper(key));
         if (found == keys_.end())
             return false;
-        if (StringRecord* record = At(set_.strings, found->second)) {
+        if (StringRecord* record = RecordAt(set_.strings, found->second)) {
             record->text = modPatchText::UnescapeText(text);
             record->length = static_cast<std::int32_t>(record->text.size());
         }
@@ -424,6 +412,9 @@ private:
 
     PatchLines lines_;
     const EngineConfiguration& engine_;
+    const Dialect& dialect_;
+    SectionWords words_;
+    LabelIndex<32> wordIndex_;
     const PatchSet& defaults_;
     PatchSet& set_;
     ReadObserver* observer_;

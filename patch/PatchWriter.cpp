@@ -18,23 +18,24 @@ constexpr std::string_view lineEnd = "\r\n";
 class PatchWriter {
 public:
     PatchWriter(const PatchData& patch, const EngineConfiguration& engine)
-        : patch_(patch), engine_(engine), current_(patch.current), defaults_(patch.defaults) {}
+        : patch_(patch), engine_(engine), dialect_(engine.dialect), current_(patch.current), defaults_(patch.defaults) {
+    }
 
     std::string Format() {
         out_.reserve(LikelySize());
         Header();
-        EndKind(Records(thingSection, current_.things, defaults_.things, &current_.thingNames, &defaults_.thingNames));
-        EndKind(Records(frameSection, current_.states, defaults_.states));
-        EndKind(Records(soundSection, current_.sounds, defaults_.sounds));
-        EndKind(patch_.extended ? CodePointers() : Pointers());
-        EndKind(
-            Records(weaponSection, current_.weapons, defaults_.weapons, &current_.weaponNames, &defaults_.weaponNames));
-        EndKind(Records(ammoSection, current_.ammo, defaults_.ammo, &current_.ammoNames, &defaults_.ammoNames));
-        Block("Cheat 0", [this] { Cheats(); });
-        Block("Misc 0", [this] { Fields(current_.misc, defaults_.misc); });
+        VisitKinds([this](const auto& kind) {
+            if (kind.section == nullptr)
+                return;
+            EndKind(Records(kind));
+            if (kind.kind == RecordKind::Sound)
+                EndKind(dialect_.namedCodePointers ? CodePointers() : Pointers());
+        });
+        Block(dialect_.cheats, " 0", [this] { Cheats(); });
+        Block(dialect_.misc, " 0", [this] { Fields(current_.misc, defaults_.misc); });
         EndKind(Pars());
-        if (patch_.extended)
-            Block("[STRINGS]", [this] { Strings(); });
+        if (dialect_.keyedTexts)
+            Block(dialect_.strings, "", [this] { Strings(); });
         else
             Texts();
         return std::move(out_);
@@ -61,7 +62,7 @@ private:
     }
 
     void Header() {
-        Line("Patch File for DeHackEd v3.0");
+        Line(dialect_.firstLine);
         Line("# Created with ", programVersion);
         Line();
         Line("# General version information");
@@ -87,34 +88,35 @@ private:
     template <class Record> void Fields(const Record& current, const Record& standard) {
         ForEachDifference(current, standard, [this](const Field<Record>& field, std::int32_t value) {
             if (field.unit == FieldUnit::Flags)
-                Line(field.label, " = ", modPatchText::FormatBits(value, patch_.extended, engine_.flagNames));
+                Line(field.label, " = ",
+                     modPatchText::FormatBits(value, dialect_.namedBits, engine_.BitNames(field.bits)));
             else
                 Line(field.label, " = ", value);
         });
     }
 
-    template <class Record> bool Records(const SectionRule& section, const std::vector<Record>& current,
-                                         const std::vector<Record>& defaults,
-                                         const std::vector<std::string>* names = nullptr,
-                                         const std::vector<std::string>* defaultNames = nullptr) {
+    template <class Record> bool Records(const ListKind<Record>& kind) {
+        const SectionRule& section = dialect_.*kind.section;
+        const std::vector<Record>&current = kind.In(current_), &defaults = kind.In(defaults_);
         bool any = false;
         for (std::size_t i = 0; i < current.size(); ++i) {
-            const bool renamed = names != nullptr && (*names)[i] != (*defaultNames)[i];
-            if (!renamed && current[i] == defaults[i])
+            if (current[i] == defaults[i])
                 continue;
             const std::size_t start = out_.size();
             Put(section.word);
             Put(" ");
             Put(static_cast<std::int32_t>(i) + section.firstWritten);
-            if (names != nullptr) {
+            bool renamed = false;
+            if constexpr (isNamed<Record>) {
+                renamed = current[i].name != defaults[i].name;
                 Put(" (");
-                Put((*names)[i]);
+                Put(current[i].name);
                 Put(")");
             }
             Line();
             const std::size_t headerEnd = out_.size();
             Fields(current[i], defaults[i]);
-            if (!renamed && out_.size() == headerEnd) { // only a field that no patch has differs
+            if (!renamed && out_.size() == headerEnd) { // only what no patch has differs
                 out_.resize(start);
                 continue;
             }
@@ -125,11 +127,11 @@ private:
     }
 
     /// A section of which there is one: two empty lines, the header, the lines that `write` makes, an empty line.
-    template <class Write> void Block(std::string_view header, Write write) {
+    template <class Write> void Block(std::string_view word, std::string_view number, Write write) {
         const std::size_t start = out_.size();
         Line();
         Line();
-        Line(header);
+        Line(word, number);
         const std::size_t headerEnd = out_.size();
         write();
         if (out_.size() == headerEnd)
@@ -140,14 +142,14 @@ private:
 
     bool CodePointers() {
         const std::size_t start = out_.size();
-        Line("[CODEPTR]");
+        Line(dialect_.codePointers);
         const std::size_t headerEnd = out_.size();
-        for (std::size_t state = 0; state < current_.codePointers.size(); ++state) {
-            const std::int32_t codePointer = current_.codePointers[state];
-            if (codePointer == defaults_.codePointers[state])
+        for (std::size_t state = 0; state < current_.states.size(); ++state) {
+            const std::int32_t codePointer = current_.states[state].codePointer;
+            if (codePointer == defaults_.states[state].codePointer)
                 continue;
             const std::string* mnemonic = engine_.MnemonicOf(codePointer);
-            Line("Frame ", static_cast<std::int32_t>(state), " = ",
+            Line(dialect_.states.word, " ", static_cast<std::int32_t>(state), " = ",
                  mnemonic != nullptr ? std::string_view(*mnemonic) : std::string_view());
         }
         if (out_.size() == headerEnd) {
@@ -159,20 +161,24 @@ private:
     }
 
     bool Pointers() {
-        if (current_.codePointers == defaults_.codePointers)
-            return false; // most patches need no look at every state
+        const auto samePointer = [](const StateRecord& left, const StateRecord& right) {
+            return left.codePointer == right.codePointer;
+        };
+        if (std::ranges::equal(current_.states, defaults_.states, samePointer))
+            return false; // most patches need no search for sources
         const PointerTargets targets(current_.states, engine_.codePointerStates);
         bool any = false;
-        for (std::size_t i = 0; i < current_.codePointers.size(); ++i) {
-            if (current_.codePointers[i] == defaults_.codePointers[i])
+        for (std::size_t i = 0; i < current_.states.size(); ++i) {
+            const std::int32_t codePointer = current_.states[i].codePointer;
+            if (codePointer == defaults_.states[i].codePointer)
                 continue;
             const auto state = static_cast<std::int32_t>(i);
-            const std::int32_t source = targets.StateWithAction(current_.codePointers[i]);
+            const std::int32_t source = targets.StateWithAction(codePointer);
             // Kept: the last state is never written as a source, and the number of states stands for "none found".
             // docs/kept-behaviour.md
             if (source == static_cast<std::int32_t>(current_.states.size()) - 1)
                 continue;
-            Line("Pointer ", targets.PointerOf(state), " (Frame ", state, ")");
+            Line(dialect_.pointers.word, " ", targets.PointerOf(state), " (", dialect_.states.word, " ", state, ")");
             Line("Codep Frame = ", source);
             Line();
             any = true;
@@ -192,7 +198,7 @@ private:
     bool Pars() {
         if (current_.pars.empty())
             return false;
-        Line("[PARS]");
+        Line(dialect_.pars);
         for (const ParRecord& par : current_.pars) {
             Put("par ");
             if (par.episode != 0) {
@@ -221,7 +227,7 @@ private:
             const StringRecord& standard = defaults_.strings[i];
             if (text.text == standard.text)
                 continue;
-            Line("Text ", standard.length, " ", text.length);
+            Line(dialect_.texts, " ", standard.length, " ", text.length);
             Line(std::string_view(standard.text), std::string_view(text.text));
             Line();
         }
@@ -229,6 +235,7 @@ private:
 
     const PatchData& patch_;
     const EngineConfiguration& engine_;
+    const Dialect& dialect_;
     const PatchSet& current_;
     const PatchSet& defaults_;
     std::string out_;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/Environment.h"
-#include "patch/modTableDef.h"
+#include "patch/PatchSet.h"
 #include "wad/modWADList.h"
 
 #include <memory>

@@ -66,15 +66,15 @@ std::string ShortLabel(std::string_view label) {
     return ToLower(label);
 }
 
-template <class Record> void AddUsers(std::vector<std::string>& users, const std::vector<Record>& records,
-                                      const std::vector<std::string>& names, std::int32_t state) {
-    for (std::size_t index = 0; index < std::min(records.size(), names.size()); ++index) {
+template <class Record>
+void AddUsers(std::vector<std::string>& users, const std::vector<Record>& records, std::int32_t state) {
+    for (const Record& record : records) {
         std::string fields;
         for (const Field<Record>& field : fieldsOf<Record>)
-            if (field.unit == FieldUnit::State && records[index].*field.member == state)
+            if (field.unit == FieldUnit::State && record.*field.member == state)
                 fields += (fields.empty() ? "" : ", ") + ShortLabel(field.label);
         if (!fields.empty())
-            users.push_back(names[index] + " (" + fields + ")");
+            users.push_back(record.name + " (" + fields + ")");
     }
 }
 
@@ -103,8 +103,8 @@ std::vector<std::string> UsersOfState(const PatchSet& set, std::int32_t state) {
     std::vector<std::string> users;
     if (state == 0)
         return users;
-    AddUsers(users, set.things, set.thingNames, state);
-    AddUsers(users, set.weapons, set.weaponNames, state);
+    AddUsers(users, set.things, state);
+    AddUsers(users, set.weapons, state);
     return users;
 }
 

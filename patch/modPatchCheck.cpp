@@ -51,10 +51,10 @@ public:
     void Ignored(std::size_t offset, std::string_view reason) override { Add(offset, reason); }
 
     void Section(std::size_t offset, std::string_view word) override {
-        if (word == soundSection.word)
+        if (word == engine_.dialect.sounds.word)
             Add(offset, "counts sounds from 0, as game engines do, but a saved patch counts them from 1 and names this "
                         "sound by the next number");
-        else if (word.starts_with('[') && !engine_.extended)
+        else if (word.starts_with('[') && !engine_.dialect.IsExtended())
             Add(offset, "begins a section of extended patches, which an engine of normal patches does not read");
     }
 
@@ -84,7 +84,7 @@ public:
         if (LeadingReal(text) < 0)
             return Add(offset, "is negative and so taken for names of flags; the same bits are read from " +
                                    std::to_string(static_cast<std::uint32_t>(LeadingInt32(text))));
-        if (!engine_.extended)
+        if (!engine_.dialect.namedBits)
             Add(offset, "names flags, which an engine of normal patches does not know; a saved patch has their number");
         const std::string names = ToUpper(text);
         std::vector<std::string_view> words;
@@ -123,10 +123,11 @@ public:
         const PointerTargets targets(set.states, engine_.codePointerStates);
         for (const auto& [state, offset] : codePointers_) {
             const auto index = static_cast<std::size_t>(state);
-            const std::int32_t codePointer = set.codePointers[index];
-            if (codePointer == defaults_.codePointers[index])
+            const std::int32_t codePointer = set.states[index].codePointer;
+            if (codePointer == defaults_.states[index].codePointer)
                 continue;
-            if (engine_.extended ? engine_.MnemonicOf(codePointer) == nullptr : !targets.CanExpress(state, codePointer))
+            if (engine_.dialect.namedCodePointers ? engine_.MnemonicOf(codePointer) == nullptr
+                                                  : !targets.CanExpress(state, codePointer))
                 Add(offset, "gives frame " + std::to_string(state) +
                                 " a code pointer that a saved patch of this engine cannot express");
         }
@@ -168,7 +169,7 @@ private:
         case FieldUnit::Sound:
             return beyond("sound", defaults_.sounds.size());
         case FieldUnit::Sprite:
-            return beyond("sprite", defaults_.spriteNames.size());
+            return beyond("sprite", defaults_.sprites.size());
         case FieldUnit::AmmoType:
             return beyond("kind of ammunition", lastAmmoType + 1);
         case FieldUnit::SpriteFrame:
@@ -180,7 +181,7 @@ private:
                 Add(offset, "is neither 202 (off) nor 221 (on)");
             return;
         case FieldUnit::Flags:
-            if (engine_.extended)
+            if (engine_.dialect.namedBits)
                 UnnamedFlags(offset, value);
             return;
         default:

@@ -16,12 +16,13 @@ public:
         : before_(before), after_(after), engine_(engine) {}
 
     std::vector<std::string> Lines() {
-        Records(thingSection, before_.things, after_.things, &before_.thingNames, &after_.thingNames);
-        Records(frameSection, before_.states, after_.states);
-        CodePointers();
-        Sounds();
-        Records(weaponSection, before_.weapons, after_.weapons, &before_.weaponNames, &after_.weaponNames);
-        Records(ammoSection, before_.ammo, after_.ammo, &before_.ammoNames, &after_.ammoNames);
+        VisitKinds([this](const auto& kind) {
+            if (kind.section == nullptr)
+                return;
+            Records(kind);
+            if (kind.kind == RecordKind::State)
+                CodePointers();
+        });
         Cheats();
         Fields("Misc", before_.misc, after_.misc);
         Strings();
@@ -48,7 +49,7 @@ private:
         ForEachDifference(after, before, [&](const Field<Record>& field, std::int32_t value) {
             const auto text = [&](std::int32_t number) {
                 return field.unit == FieldUnit::Flags
-                           ? modPatchText::FormatBits(number, engine_.extended, engine_.flagNames)
+                           ? modPatchText::FormatBits(number, engine_.dialect.namedBits, engine_.BitNames(field.bits))
                            : std::to_string(number);
             };
             Line(what, field.label, text(before.*field.member), text(value));
@@ -63,27 +64,24 @@ private:
         return heading;
     }
 
-    template <class Record> void Records(const SectionRule& section, const std::vector<Record>& before,
-                                         const std::vector<Record>& after,
-                                         const std::vector<std::string>* namesBefore = nullptr,
-                                         const std::vector<std::string>* namesAfter = nullptr) {
+    /// Things, weapons, ammunition and sounds are told with the name that they had.
+    template <class Record> void Records(const ListKind<Record>& kind) {
+        const std::vector<Record>&before = kind.In(before_), &after = kind.In(after_);
+        const SectionRule& section = engine_.dialect.*kind.section;
         for (std::size_t i = 0; i < before.size(); ++i) {
-            const bool renamed = namesBefore != nullptr && (*namesBefore)[i] != (*namesAfter)[i];
-            if (!renamed && before[i] == after[i])
+            if (before[i] == after[i])
                 continue;
-            const std::string heading =
-                Heading(section, i, namesBefore != nullptr ? std::string_view((*namesBefore)[i]) : std::string_view());
-            if (renamed)
-                Line(heading, "Name", (*namesBefore)[i], (*namesAfter)[i]);
+            std::string name;
+            if constexpr (isNamed<Record>)
+                name = before[i].name;
+            else if constexpr (std::is_same_v<Record, SoundRecord>)
+                name = before_.SoundName(static_cast<std::int32_t>(i));
+            const std::string heading = Heading(section, i, name);
+            if constexpr (isNamed<Record>)
+                if (before[i].name != after[i].name)
+                    Line(heading, "Name", before[i].name, after[i].name);
             Fields(heading, before[i], after[i]);
         }
-    }
-
-    void Sounds() {
-        for (std::size_t i = 0; i < before_.sounds.size(); ++i)
-            if (before_.sounds[i] != after_.sounds[i])
-                Fields(Heading(soundSection, i, before_.SoundName(static_cast<std::int32_t>(i))), before_.sounds[i],
-                       after_.sounds[i]);
     }
 
     std::string CodePointerText(std::int32_t codePointer) const {
@@ -92,10 +90,10 @@ private:
     }
 
     void CodePointers() {
-        for (std::size_t i = 0; i < before_.codePointers.size(); ++i)
-            if (before_.codePointers[i] != after_.codePointers[i])
-                Line(Heading(frameSection, i, {}), "Code pointer", CodePointerText(before_.codePointers[i]),
-                     CodePointerText(after_.codePointers[i]));
+        for (std::size_t i = 0; i < before_.states.size(); ++i)
+            if (before_.states[i].codePointer != after_.states[i].codePointer)
+                Line(Heading(engine_.dialect.states, i, {}), "Code pointer",
+                     CodePointerText(before_.states[i].codePointer), CodePointerText(after_.states[i].codePointer));
     }
 
     void Cheats() {
@@ -109,8 +107,9 @@ private:
         for (std::size_t i = 0; i < before_.strings.size(); ++i) {
             if (before_.strings[i].text == after_.strings[i].text)
                 continue;
-            const std::string key =
-                engine_.extended && i < engine_.strings.size() ? engine_.strings[i].mnemonic : std::to_string(i);
+            const std::string key = engine_.dialect.keyedTexts && i < engine_.strings.size()
+                                        ? engine_.strings[i].mnemonic
+                                        : std::to_string(i);
             Line("String " + key, "", Quoted(before_.strings[i].text), Quoted(after_.strings[i].text));
         }
     }

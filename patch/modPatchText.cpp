@@ -93,10 +93,10 @@ std::string UnpadCheat(std::string_view text) {
     return std::string(Trim(plain));
 }
 
-std::string FormatBits(std::int32_t bits, bool extended, std::span<const std::string> mnemonics) {
+std::string FormatBits(std::int32_t bits, bool byName, std::span<const std::string> mnemonics) {
     if (bits == 0)
         return "0";
-    if (!extended)
+    if (!byName)
         return std::to_string(static_cast<std::uint32_t>(bits));
     std::string text;
     for (std::size_t bit = 0; bit < mnemonics.size(); ++bit) {

@@ -39,9 +39,9 @@ std::string PadCheat(std::string_view text, std::int32_t maximumLength);
 /// Turns every character 255 into a blank and trims.
 std::string UnpadCheat(std::string_view text);
 
-/// A thing's bits as a patch writes them: in extended mode the mnemonics of the set bits joined by " + " (set bits
-/// beyond the mnemonics are left out), in normal mode the unsigned decimal; "0" for 0.
-std::string FormatBits(std::int32_t bits, bool extended, std::span<const std::string> mnemonics);
+/// A thing's bits as a patch writes them: by name the mnemonics of the set bits joined by " + " (set bits
+/// beyond the mnemonics are left out), else the unsigned decimal; "0" for 0.
+std::string FormatBits(std::int32_t bits, bool byName, std::span<const std::string> mnemonics);
 
 /// E1M1 for an episode other than 0, else MAP01.
 std::string LevelName(std::int32_t episode, std::int32_t map);

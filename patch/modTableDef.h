@@ -1,36 +1,47 @@
 #pragma once
 
+#include "core/Dialect.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace plinket3 {
 
 // The records of a patch. Every number is a signed 32-bit integer; state, sound and sprite numbers are indices from 0.
+// The numbers that have rows in a field table stand in a base of their own, so that none can be without a row.
 
-struct ThingRecord {
+struct ThingNumbers {
     std::int32_t id = 0, initialState = 0, hitPoints = 0, firstMovingState = 0, alertSound = 0, reactionTime = 0,
                  attackSound = 0, injuryState = 0, painChance = 0, painSound = 0, closeAttackState = 0,
                  farAttackState = 0, deathState = 0, explodingState = 0, deathSound = 0, speed = 0, width = 0,
                  height = 0, mass = 0, missileDamage = 0, actionSound = 0, bits = 0, respawnState = 0;
+    bool operator==(const ThingNumbers&) const = default;
+};
+struct ThingRecord : ThingNumbers {
+    std::string name;
+    std::array<std::uint8_t, 9> extra{}; // carried unchanged
     bool operator==(const ThingRecord&) const = default;
 };
 
-struct StateRecord {
+struct StateNumbers {
     std::int32_t sprite = 0;
     std::int32_t subnumber = 0; // the frame; bit 15 is set when it is drawn fully lit
     std::int32_t duration = 0;  // in tics, 35 a second; -1 for ever
     std::int32_t action = 0;    // the code pointer value that the engine itself gives the state
     std::int32_t nextState = 0, unknown1 = 0, unknown2 = 0;
+    bool operator==(const StateNumbers&) const = default;
+};
+struct StateRecord : StateNumbers {
+    std::int32_t codePointer = 0; // what a patch makes of the action
     bool operator==(const StateRecord&) const = default;
 };
 
-struct SoundRecord {
+struct SoundNumbers {
     std::int32_t offset = 0;
     std::int32_t zeroOne = 0; // singularity
     std::int32_t value = 0;   // priority
@@ -38,16 +49,34 @@ struct SoundRecord {
     std::int32_t negOne1 = 0; // pitch
     std::int32_t negOne2 = 0; // volume
     std::int32_t zero2 = 0, zero3 = 0, zero4 = 0;
+    bool operator==(const SoundNumbers&) const = default;
+};
+struct SoundRecord : SoundNumbers {
+    std::array<char, 6> name{}; // filled up with blanks or NULs
     bool operator==(const SoundRecord&) const = default;
 };
 
-struct WeaponRecord {
+struct SpriteRecord {
+    std::array<char, 4> name{};
+    std::int32_t value = 0; // carried unchanged
+    bool operator==(const SpriteRecord&) const = default;
+};
+
+struct WeaponNumbers {
     std::int32_t ammoType = 0, deselectState = 0, selectState = 0, bobbingState = 0, shootingState = 0, firingState = 0;
+    bool operator==(const WeaponNumbers&) const = default;
+};
+struct WeaponRecord : WeaponNumbers {
+    std::string name;
     bool operator==(const WeaponRecord&) const = default;
 };
 
-struct AmmoRecord {
+struct AmmoNumbers {
     std::int32_t maxAmmo = 0, perAmmo = 0;
+    bool operator==(const AmmoNumbers&) const = default;
+};
+struct AmmoRecord : AmmoNumbers {
+    std::string name;
     bool operator==(const AmmoRecord&) const = default;
 };
 
@@ -108,6 +137,10 @@ template <class Record> struct Field {
     bool inPatch = true;                                  // false: only in memory and in table files
     FieldWidth width = FieldWidth::Int32;
     std::int32_t Record::*secondCopy = nullptr; // a field that an engine wants set to the same value
+    FieldLevel since = FieldLevel::Doom;        // the first engines that know it
+    bool inTable = true;                        // false: table files do not hold it
+    std::optional<std::int32_t> unset = {};     // the value that stands for "not set", where that is another than any
+    BitSet bits = BitSet::Things;               // whose names it is written by, for `Flags`
 };
 
 inline constexpr std::int32_t litBit = 0x8000; // of a state's sprite subnumber
@@ -219,22 +252,33 @@ template <> inline constexpr std::array fieldTable<MiscRecord>{
 
 template <class Record> inline constexpr std::span<const Field<Record>> fieldsOf{fieldTable<Record>};
 
-/// The row of `Record`'s table that holds `member`; every member has one.
-template <class Record> constexpr int RowOf(std::int32_t Record::*member) {
+namespace detail {
+template <class Numbers> struct RecordWith { using Type = Numbers; };
+template <> struct RecordWith<ThingNumbers> { using Type = ThingRecord; };
+template <> struct RecordWith<StateNumbers> { using Type = StateRecord; };
+template <> struct RecordWith<SoundNumbers> { using Type = SoundRecord; };
+template <> struct RecordWith<WeaponNumbers> { using Type = WeaponRecord; };
+template <> struct RecordWith<AmmoNumbers> { using Type = AmmoRecord; };
+} // namespace detail
+
+/// The row of a record kind's table that holds `member`; every number has one.
+template <class Numbers> constexpr int RowOf(std::int32_t Numbers::*member) {
+    using Record = typename detail::RecordWith<Numbers>::Type;
     for (std::size_t row = 0; row < fieldTable<Record>.size(); ++row)
         if (fieldTable<Record>[row].member == member)
             return static_cast<int>(row);
     return 0;
 }
-template <class Record> constexpr const Field<Record>& FieldOf(std::int32_t Record::*member) {
-    return fieldTable<Record>[static_cast<std::size_t>(RowOf(member))];
+template <class Numbers> constexpr const auto& FieldOf(std::int32_t Numbers::*member) {
+    return fieldTable<typename detail::RecordWith<Numbers>::Type>[static_cast<std::size_t>(RowOf(member))];
 }
 
-// A member without a row would be lost by everything that walks the rows.
-template <class Record>
-inline constexpr bool everyMemberHasARow = sizeof(Record) == fieldTable<Record>.size() * sizeof(std::int32_t);
-static_assert(everyMemberHasARow<ThingRecord> && everyMemberHasARow<StateRecord> && everyMemberHasARow<SoundRecord> &&
-              everyMemberHasARow<WeaponRecord> && everyMemberHasARow<AmmoRecord> && everyMemberHasARow<MiscRecord>);
+// A number without a row would be lost by everything that walks the rows.
+template <class Record, class Numbers>
+inline constexpr bool everyNumberHasARow = sizeof(Numbers) == fieldTable<Record>.size() * sizeof(std::int32_t);
+static_assert(everyNumberHasARow<ThingRecord, ThingNumbers> && everyNumberHasARow<StateRecord, StateNumbers> &&
+              everyNumberHasARow<SoundRecord, SoundNumbers> && everyNumberHasARow<WeaponRecord, WeaponNumbers> &&
+              everyNumberHasARow<AmmoRecord, AmmoNumbers> && everyNumberHasARow<MiscRecord, MiscRecord>);
 
 /// The labels of the cheats, in record order.
 inline constexpr std::array<std::string_view, 17> cheatLabels{
@@ -260,60 +304,5 @@ template <class Record> constexpr std::int32_t FitWidth(const Field<Record>& fie
 /// Sets what the engine derives from other miscellaneous values: the second copies, and spare byte 2 (255 when spare
 /// byte 1 equals the cells of a BFG shot, else 0).
 void DeriveMisc(MiscRecord& misc);
-
-/// One set of records. Things, sounds, sprites, weapons and ammunition have parallel arrays of equal length.
-struct PatchSet {
-    std::vector<std::string> thingNames;
-    std::vector<ThingRecord> things;
-    std::vector<std::array<std::uint8_t, 9>> thingExtras; // carried unchanged
-    std::vector<StateRecord> states;
-    std::vector<std::int32_t> codePointers; // one for each state
-    std::vector<std::array<char, 6>> soundNames;
-    std::vector<SoundRecord> sounds;
-    std::vector<std::int32_t> spriteValues; // carried unchanged
-    std::vector<std::array<char, 4>> spriteNames;
-    std::vector<StringRecord> strings;
-    std::vector<std::string> weaponNames;
-    std::vector<WeaponRecord> weapons;
-    std::vector<std::string> ammoNames;
-    std::vector<AmmoRecord> ammo;
-    std::vector<CheatRecord> cheats;
-    MiscRecord misc;
-    std::vector<ParRecord> pars; // empty in the default set
-    bool operator==(const PatchSet&) const = default;
-
-    /// A sound's name without the blanks and NULs that fill its six characters; empty for an index beyond the sounds.
-    std::string SoundName(std::int32_t sound) const;
-    /// A sprite's four characters; empty for an index beyond the sprites.
-    std::string_view SpriteName(std::int32_t sprite) const;
-};
-
-/// A patch counts its things and sounds from 1 when it is written; where it is read, sounds count from 0.
-struct SectionRule {
-    std::string_view word;
-    std::int32_t firstWritten = 0, firstRead = 0;
-};
-inline constexpr SectionRule thingSection{"Thing", 1, 1};
-inline constexpr SectionRule frameSection{"Frame"};
-// Kept: sounds are written from 1 but read from 0, so a section comes back one sound later. docs/kept-behaviour.md
-inline constexpr SectionRule soundSection{"Sound", 1, 0};
-inline constexpr SectionRule pointerSection{"Pointer"};
-inline constexpr SectionRule weaponSection{"Weapon"};
-inline constexpr SectionRule ammoSection{"Ammo"};
-
-inline constexpr std::int32_t supportedPatchFormat = 6;
-
-/// The open patch: an engine's own data, what the patch makes of it, and where it came from.
-struct PatchData {
-    PatchSet defaults; // the engine's, never changed by editing
-    PatchSet current;
-    std::filesystem::path fileName;
-    bool named = false;    // the file name is one that the user chose
-    bool changed = false;  // there are unsaved changes
-    bool extended = false; // the format of extended patches (.bex)
-    std::int32_t doomVersion = 0, patchFormat = supportedPatchFormat;
-    std::string engineConfig;          // the configuration's file name without its folder
-    std::string iwadPath, dataWadPath; // the second one empty when there is none
-};
 
 } // namespace plinket3

@@ -5,9 +5,12 @@
 #include "patch/modPatchText.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <optional>
+#include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace plinket3::modTables {
 
@@ -28,154 +31,138 @@ std::optional<std::size_t> ReadCount(ByteReader& reader) {
 
 void WriteCount(ByteWriter& writer, std::size_t count) { writer.Int32(static_cast<std::int32_t>(count) - 1); }
 
-template <class Record> Record ReadRecord(ByteReader& reader) {
-    Record record;
-    for (const Field<Record>& field : fieldsOf<Record>)
-        record.*field.member = field.width == FieldWidth::Byte ? reader.Byte() : reader.Int32();
-    return record;
-}
+/// Reads values from a table file, in the calls in which `TableWriter` writes them.
+class TableReader {
+public:
+    explicit TableReader(std::string_view bytes) : bytes_(bytes) {}
 
-template <class Record> void WriteRecord(ByteWriter& writer, const Record& record) {
-    for (const Field<Record>& field : fieldsOf<Record>) {
+    void Int32(std::int32_t& value) { value = bytes_.Int32(); }
+    void Byte(std::int32_t& value) { value = bytes_.Byte(); }
+    void Text(std::string& text, std::int32_t length) { text = bytes_.Text(length); }
+    void CountedText(std::string& text) {
+        const std::uint16_t length = bytes_.UInt16();
+        text = bytes_.Text(length);
+    }
+    template <class Element, std::size_t size> void Block(std::array<Element, size>& block) {
+        const std::string_view text = bytes_.Text(size);
+        std::copy(text.begin(), text.end(), block.begin());
+    }
+    /// Calls one(record) for each record that the file has; those behind its end stay what they are without a value.
+    template <class Record, class One> void Each(std::vector<Record>& records, One one) {
+        for (std::size_t i = 0; i < records.size() && !bytes_.AtEnd(); ++i)
+            one(records[i]);
+    }
+    /// One value of each record, under a count of its own. False for a count that cannot be one.
+    template <class Record> bool CountedColumn(std::vector<Record>& records, std::int32_t Record::*value) {
+        const auto count = ReadCount(bytes_);
+        for (std::size_t i = 0; count && i < *count && !bytes_.AtEnd(); ++i) {
+            const std::int32_t number = bytes_.Int32();
+            if (i < records.size())
+                records[i].*value = number;
+        }
+        return count.has_value();
+    }
+    template <class Record> bool Count(std::vector<Record>& records) {
+        const auto count = ReadCount(bytes_);
+        if (count)
+            records.resize(*count);
+        return count.has_value();
+    }
+
+private:
+    ByteReader bytes_;
+};
+
+class TableWriter {
+public:
+    void Int32(std::int32_t value) { bytes_.Int32(value); }
+    void Byte(std::int32_t value) { bytes_.Byte(value); }
+    void Text(std::string_view text, std::int32_t) { bytes_.Text(text); }
+    void CountedText(std::string_view text) {
+        text = text.substr(0, longestCountedText);
+        bytes_.UInt16(static_cast<std::int32_t>(text.size()));
+        bytes_.Text(text);
+    }
+    template <class Element, std::size_t size> void Block(const std::array<Element, size>& block) {
+        for (const Element element : block)
+            bytes_.Byte(element);
+    }
+    template <class Record, class One> void Each(const std::vector<Record>& records, One one) {
+        std::for_each(records.begin(), records.end(), one);
+    }
+    template <class Record> bool CountedColumn(const std::vector<Record>& records, std::int32_t Record::*value) {
+        WriteCount(bytes_, records.size());
+        for (const Record& record : records)
+            bytes_.Int32(record.*value);
+        return true;
+    }
+    template <class Record> bool Count(const std::vector<Record>& records) {
+        WriteCount(bytes_, records.size());
+        return true;
+    }
+    std::string Take() { return bytes_.Take(); }
+
+private:
+    ByteWriter bytes_;
+};
+
+template <class File, class Record> void Rows(File& file, Record& record) {
+    for (const auto& field : fieldsOf<std::remove_const_t<Record>>) {
+        if (!field.inTable)
+            continue;
         if (field.width == FieldWidth::Byte)
-            writer.Byte(record.*field.member);
+            file.Byte(record.*field.member);
         else
-            writer.Int32(record.*field.member);
+            file.Int32(record.*field.member);
     }
 }
 
-/// Makes `count` elements and reads them one by one; from where the file ends they stay what they are without a value.
-template <class Element, class Read>
-void ReadElements(const ByteReader& reader, std::size_t count, std::vector<Element>& elements, Read read) {
-    elements.resize(count);
-    for (std::size_t i = 0; i < count && !reader.AtEnd(); ++i)
-        elements[i] = read();
+/// Reads or writes all records of a kind, column by column as they stand in the file. False for a count that cannot be
+/// one.
+template <class File, class Records> bool Columns(File& file, Records& records) {
+    using Record = typename Records::value_type;
+    if (!file.Count(records))
+        return false;
+    if constexpr (isNamed<Record>)
+        file.Each(records, [&file](auto& record) { file.CountedText(record.name); });
+    if constexpr (std::is_same_v<Record, SpriteRecord>)
+        file.Each(records, [&file](auto& record) { file.Int32(record.value); });
+    if constexpr (std::is_same_v<Record, SoundRecord> || std::is_same_v<Record, SpriteRecord>)
+        file.Each(records, [&file](auto& record) { file.Block(record.name); });
+    if constexpr (!fieldTable<Record>.empty())
+        file.Each(records, [&file](auto& record) { Rows(file, record); });
+    if constexpr (std::is_same_v<Record, ThingRecord>)
+        file.Each(records, [&file](auto& record) { file.Block(record.extra); });
+    if constexpr (std::is_same_v<Record, StateRecord>)
+        return file.CountedColumn(records, &StateRecord::codePointer);
+    if constexpr (std::is_same_v<Record, StringRecord>)
+        file.Each(records, [&file](auto& record) {
+            auto length = static_cast<std::int32_t>(record.text.size());
+            file.Int32(length);
+            file.Int32(record.position);
+            file.Text(record.text, length);
+        });
+    if constexpr (std::is_same_v<Record, CheatRecord>)
+        file.Each(records, [&file](auto& record) {
+            auto length = static_cast<std::int32_t>(std::min(record.text.size(), longestCountedText));
+            file.Int32(length); // stands there twice
+            file.Int32(record.maximumLength);
+            file.CountedText(record.text);
+            file.Int32(record.spare);
+        });
+    return true;
 }
 
-template <class Record> void ReadRecords(ByteReader& reader, std::size_t count, std::vector<Record>& records) {
-    ReadElements(reader, count, records, [&reader] { return ReadRecord<Record>(reader); });
-}
-
-template <class Record> void WriteRecords(ByteWriter& writer, const std::vector<Record>& records) {
-    for (const Record& record : records)
-        WriteRecord(writer, record);
-}
-
-void ReadNames(ByteReader& reader, std::size_t count, std::vector<std::string>& names) {
-    ReadElements(reader, count, names, [&reader] {
-        const std::uint16_t length = reader.UInt16();
-        return std::string(reader.Text(length));
+/// Reads or writes a whole set. False for a count that cannot be one.
+template <class File, class Set> bool Content(File& file, Set& set, const Dialect& dialect) {
+    bool possible = true;
+    VisitKinds([&](const auto& kind) {
+        const bool inConfiguration = kind.kind == RecordKind::String && dialect.keyedTexts;
+        if (!inConfiguration)
+            possible = possible && Columns(file, kind.In(set));
     });
-}
-
-void WriteCountedText(ByteWriter& writer, std::string_view text) {
-    text = text.substr(0, longestCountedText);
-    writer.UInt16(static_cast<std::int32_t>(text.size()));
-    writer.Text(text);
-}
-
-template <class Element, std::size_t size>
-void ReadBlocks(ByteReader& reader, std::size_t count, std::vector<std::array<Element, size>>& blocks) {
-    ReadElements(reader, count, blocks, [&reader] {
-        std::array<Element, size> block{};
-        const std::string_view bytes = reader.Text(size);
-        std::copy(bytes.begin(), bytes.end(), block.begin());
-        return block;
-    });
-}
-
-template <class Element, std::size_t size>
-void WriteBlocks(ByteWriter& writer, const std::vector<std::array<Element, size>>& blocks) {
-    for (const auto& block : blocks)
-        for (const Element element : block)
-            writer.Byte(element);
-}
-
-void ReadNumbers(ByteReader& reader, std::size_t count, std::vector<std::int32_t>& numbers) {
-    ReadElements(reader, count, numbers, [&reader] { return reader.Int32(); });
-}
-
-bool ReadThings(ByteReader& reader, PatchSet& set) {
-    const auto count = ReadCount(reader);
-    if (!count)
-        return false;
-    ReadNames(reader, *count, set.thingNames);
-    ReadRecords(reader, *count, set.things);
-    ReadBlocks(reader, *count, set.thingExtras);
-    return true;
-}
-
-bool ReadStates(ByteReader& reader, PatchSet& set) {
-    const auto count = ReadCount(reader);
-    if (!count)
-        return false;
-    ReadRecords(reader, *count, set.states);
-    const auto pointers = ReadCount(reader);
-    if (!pointers)
-        return false;
-    ReadNumbers(reader, *pointers, set.codePointers);
-    set.codePointers.resize(*count); // every state has one, whatever the file says
-    return true;
-}
-
-bool ReadSoundsAndSprites(ByteReader& reader, PatchSet& set) {
-    const auto sounds = ReadCount(reader);
-    if (!sounds)
-        return false;
-    ReadBlocks(reader, *sounds, set.soundNames);
-    ReadRecords(reader, *sounds, set.sounds);
-    const auto sprites = ReadCount(reader);
-    if (!sprites)
-        return false;
-    ReadNumbers(reader, *sprites, set.spriteValues);
-    ReadBlocks(reader, *sprites, set.spriteNames);
-    return true;
-}
-
-bool ReadStrings(ByteReader& reader, PatchSet& set) {
-    const auto count = ReadCount(reader);
-    if (!count)
-        return false;
-    ReadElements(reader, *count, set.strings, [&reader] {
-        StringRecord string;
-        const std::int32_t length = reader.Int32();
-        string.position = reader.Int32();
-        string.text = reader.Text(length);
-        // What a patch quotes is the text that there is, whatever a damaged file promises.
-        string.length = static_cast<std::int32_t>(string.text.size());
-        return string;
-    });
-    return true;
-}
-
-bool ReadWeaponsAndAmmo(ByteReader& reader, PatchSet& set) {
-    const auto weapons = ReadCount(reader);
-    if (!weapons)
-        return false;
-    ReadNames(reader, *weapons, set.weaponNames);
-    ReadRecords(reader, *weapons, set.weapons);
-    const auto ammo = ReadCount(reader);
-    if (!ammo)
-        return false;
-    ReadNames(reader, *ammo, set.ammoNames);
-    ReadRecords(reader, *ammo, set.ammo);
-    return true;
-}
-
-bool ReadCheats(ByteReader& reader, PatchSet& set) {
-    const auto count = ReadCount(reader);
-    if (!count)
-        return false;
-    ReadElements(reader, *count, set.cheats, [&reader] {
-        CheatRecord cheat;
-        reader.Int32(); // repeats the length of the text
-        cheat.maximumLength = reader.Int32();
-        const std::uint16_t length = reader.UInt16();
-        cheat.text = reader.Text(length);
-        cheat.spare = reader.Int32();
-        return cheat;
-    });
-    return true;
+    Rows(file, set.misc);
+    return possible;
 }
 
 void StringsOfConfiguration(const EngineConfiguration& engine, PatchSet& set) {
@@ -191,80 +178,33 @@ void StringsOfConfiguration(const EngineConfiguration& engine, PatchSet& set) {
 } // namespace
 
 Status ParseTable(std::string_view bytes, const EngineConfiguration& engine, PatchSet& set) {
-    ByteReader reader(bytes);
-    if (reader.Text(static_cast<std::int64_t>(magic.size())) != magic)
+    if (!bytes.starts_with(magic))
         return Status::Failure("Invalid table Id.");
-    const int major = reader.Byte(), minor = reader.Byte();
+    ByteReader version(bytes, magic.size());
+    const int major = version.Byte(), minor = version.Byte();
     if (major != majorVersion || minor != minorVersion)
         return Status::Failure("Invalid table version.");
 
     PatchSet read;
-    if (!ReadThings(reader, read) || !ReadStates(reader, read) || !ReadSoundsAndSprites(reader, read) ||
-        (!engine.extended && !ReadStrings(reader, read)) || !ReadWeaponsAndAmmo(reader, read) ||
-        !ReadCheats(reader, read))
+    TableReader file(bytes.substr(magic.size() + 2));
+    if (!Content(file, read, engine.dialect))
         return Status::Failure("Damaged table file.");
-    read.misc = ReadRecord<MiscRecord>(reader);
-    if (engine.extended)
+    // What a patch quotes is the text that there is, whatever a damaged file promises.
+    for (StringRecord& string : read.strings)
+        string.length = static_cast<std::int32_t>(string.text.size());
+    if (engine.dialect.keyedTexts)
         StringsOfConfiguration(engine, read);
     set = std::move(read);
     return {};
 }
 
-std::string FormatTable(const PatchSet& set, bool extended) {
-    ByteWriter writer;
-    writer.Text(magic);
-    writer.Byte(majorVersion);
-    writer.Byte(minorVersion);
-
-    WriteCount(writer, set.things.size());
-    for (const std::string& name : set.thingNames)
-        WriteCountedText(writer, name);
-    WriteRecords(writer, set.things);
-    WriteBlocks(writer, set.thingExtras);
-
-    WriteCount(writer, set.states.size());
-    WriteRecords(writer, set.states);
-    WriteCount(writer, set.codePointers.size());
-    for (const std::int32_t codePointer : set.codePointers)
-        writer.Int32(codePointer);
-
-    WriteCount(writer, set.sounds.size());
-    WriteBlocks(writer, set.soundNames);
-    WriteRecords(writer, set.sounds);
-
-    WriteCount(writer, set.spriteNames.size());
-    for (const std::int32_t value : set.spriteValues)
-        writer.Int32(value);
-    WriteBlocks(writer, set.spriteNames);
-
-    if (!extended) {
-        WriteCount(writer, set.strings.size());
-        for (const StringRecord& string : set.strings) {
-            writer.Int32(static_cast<std::int32_t>(string.text.size()));
-            writer.Int32(string.position);
-            writer.Text(string.text);
-        }
-    }
-
-    WriteCount(writer, set.weapons.size());
-    for (const std::string& name : set.weaponNames)
-        WriteCountedText(writer, name);
-    WriteRecords(writer, set.weapons);
-
-    WriteCount(writer, set.ammo.size());
-    for (const std::string& name : set.ammoNames)
-        WriteCountedText(writer, name);
-    WriteRecords(writer, set.ammo);
-
-    WriteCount(writer, set.cheats.size());
-    for (const CheatRecord& cheat : set.cheats) {
-        writer.Int32(static_cast<std::int32_t>(std::min(cheat.text.size(), longestCountedText)));
-        writer.Int32(cheat.maximumLength);
-        WriteCountedText(writer, cheat.text);
-        writer.Int32(cheat.spare);
-    }
-    WriteRecord(writer, set.misc);
-    return writer.Take();
+std::string FormatTable(const PatchSet& set, const Dialect& dialect) {
+    TableWriter file;
+    file.Text(magic, 0);
+    file.Byte(majorVersion);
+    file.Byte(minorVersion);
+    Content(file, set, dialect);
+    return file.Take();
 }
 
 std::filesystem::path TablePath(const std::filesystem::path& programFolder, const EngineConfiguration& engine) {
@@ -291,7 +231,7 @@ bool LoadTable(Environment& environment, const EngineConfiguration& engine, cons
     const PatchSet& loaded = patch.defaults;
     const std::pair<std::size_t, std::string_view> counts[] = {
         {loaded.things.size(), "things"},          {loaded.states.size(), "states"},
-        {loaded.sounds.size(), "sounds"},          {loaded.spriteNames.size(), "sprites"},
+        {loaded.sounds.size(), "sounds"},          {loaded.sprites.size(), "sprites"},
         {engine.MnemonicCount(), "code pointers"}, {loaded.strings.size(), "strings"},
         {loaded.weapons.size(), "weapons"},        {loaded.ammo.size(), "ammo entries"},
         {loaded.cheats.size(), "cheat strings"}};
@@ -310,19 +250,18 @@ bool LoadEngineTable(Environment& environment, const EngineConfiguration& engine
     return LoadTable(environment, engine, file, patch);
 }
 
-Status SaveTable(const PatchData& patch, const std::filesystem::path& file) {
-    return WriteFileAtomically(file, FormatTable(patch.current, patch.extended));
+Status SaveTable(const Session& session, const std::filesystem::path& file) {
+    return WriteFileAtomically(file, FormatTable(session.patch.current, session.engine.dialect));
 }
 
 void ResetPatchData(const EngineConfiguration& engine, const std::filesystem::path& folder, PatchData& patch,
                     clsLog& log) {
     patch.current = patch.defaults;
     patch.current.pars.clear();
-    patch.extended = engine.extended;
     patch.doomVersion = engine.version;
-    patch.patchFormat = supportedPatchFormat;
+    patch.patchFormat = engine.dialect.patchFormat;
     patch.engineConfig = engine.fileName;
-    patch.fileName = folder / (engine.extended ? "unnamed.bex" : "unnamed.deh");
+    patch.fileName = folder / ("unnamed" + std::string(engine.dialect.fileEnding));
     patch.changed = false;
     patch.named = false;
     log.Add("  Reset patch data");

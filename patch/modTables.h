@@ -17,7 +17,7 @@ Status ParseTable(std::string_view bytes, const EngineConfiguration& engine, Pat
 
 /// A set as a table file's bytes; par times are not part of it. Texts longer than 65,535 characters are cut where the
 /// layout counts them in 16 bits.
-std::string FormatTable(const PatchSet& set, bool extended);
+std::string FormatTable(const PatchSet& set, const Dialect& dialect);
 
 /// The path of the configuration's table file: "tables" below the program folder, upper and lower case alike.
 std::filesystem::path TablePath(const std::filesystem::path& programFolder, const EngineConfiguration& engine);
@@ -31,7 +31,7 @@ std::filesystem::path TablePath(const std::filesystem::path& programFolder, cons
 [[nodiscard]] bool LoadEngineTable(Environment& environment, const EngineConfiguration& engine, PatchData& patch);
 
 /// Writes the current set as a table file.
-Status SaveTable(const PatchData& patch, const std::filesystem::path& file);
+Status SaveTable(const Session& session, const std::filesystem::path& file);
 
 /// Makes the current set a copy of the default set and `patch` a new patch: no par times, format 6, the engine's
 /// version, neither changed nor named, in `folder` under the name "unnamed.deh" or "unnamed.bex".

@@ -51,7 +51,7 @@ Structure EngineStructure(const EngineConfiguration& engine) {
                         {"table", engine.table},
                         {"allowexeread", engine.allowExeRead ? 1 : 0}, // a truth value would be written as 0
                         {"exesize", engine.exeSize},
-                        {"extended", engine.extended ? 1 : 0}});
+                        {"extended", engine.dialect.IsExtended() ? 1 : 0}});
 }
 
 /// The numbers of a record under the keys of its rows.
@@ -102,7 +102,7 @@ std::string FormatEngine(const EngineConfiguration& engine) {
     write("codepointerstostates", ToStructure(engine.codePointerStates, [](std::int32_t state, std::int32_t pointer) {
               return SettingTree::Entry(std::to_string(state), pointer);
           }));
-    if (engine.extended)
+    if (engine.dialect.keyedTexts)
         write("boomstrings", ToStructure(engine.strings, [](const EngineConfiguration::String& string, std::int32_t) {
                   return SettingTree::Entry(string.mnemonic, string.text);
               }));
@@ -118,7 +118,7 @@ Status BuildEngines(const std::filesystem::path& data, const std::filesystem::pa
         if (fault.Found())
             break;
         files["config/" + source.configuration + ".cfg"] = FormatEngine(facts.engine);
-        files["tables/" + facts.engine.table] = modTables::FormatTable(facts.defaults, source.extended);
+        files["tables/" + facts.engine.table] = modTables::FormatTable(facts.defaults, facts.engine.dialect);
     }
     return fault.Found() ? Status::Failure(fault.Text()) : WriteFiles(output, files);
 }

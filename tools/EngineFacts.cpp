@@ -18,7 +18,7 @@ namespace {
 // No address inside an executable is known. These two are made up, so that one sound can refer to another by an address
 // as it does in the game.
 constexpr std::int32_t soundTableAddress = 65536, addressCorrection = 0;
-constexpr std::int32_t soundSizeInGame = sizeof(SoundRecord); // nine numbers there as here
+constexpr std::int32_t soundSizeInGame = sizeof(SoundNumbers); // nine numbers there as here
 constexpr std::size_t flagCount = 32;
 
 std::int32_t CountOf(const TsvTable& table) { return static_cast<std::int32_t>(table.RowCount()); }
@@ -108,6 +108,11 @@ template <std::size_t size> std::vector<std::array<char, size>> ReadNames(const 
     return names;
 }
 
+template <class Record> void GiveNames(std::vector<Record>& records, std::vector<std::string> names) {
+    for (std::size_t row = 0; row < records.size(); ++row)
+        records[row].name = std::move(names[row]);
+}
+
 /// A name that becomes part of a path.
 std::string ReadFolder(const TsvTable& table, std::size_t row, std::string_view column) {
     std::string folder(table.Text(row, column));
@@ -152,7 +157,7 @@ private:
         facts_.engine.name = source_.name;
         facts_.engine.version = source_.version;
         facts_.engine.table = source_.folder + ".tbl";
-        facts_.engine.extended = source_.extended;
+        facts_.engine.dialect = Dialect::Of(source_.extended);
         facts_.engine.offsets.sounds = soundTableAddress;
         facts_.engine.offsets.dataSegment = addressCorrection;
     }
@@ -177,15 +182,15 @@ private:
             const std::optional<std::int32_t> action = facts_.engine.CodePointerOf(mnemonic);
             if (!action)
                 table.Report(row, "action", "no routine is called \"" + std::string(mnemonic) + '"');
-            facts_.defaults.states[row].action = action.value_or(0);
-            facts_.defaults.codePointers.push_back(action.value_or(0));
+            StateRecord& state = facts_.defaults.states[row];
+            state.action = state.codePointer = action.value_or(0);
         }
     }
 
     void ReadSounds(const TsvTable& table) {
         table.ExpectIndex("index");
         facts_.engine.itemCounts.sounds = CountOf(table);
-        facts_.defaults.soundNames = ReadNames<6>(table, 0);
+        const auto names = ReadNames<6>(table, 0);
         for (std::size_t row = 0; row < table.RowCount(); ++row) {
             SoundRecord sound;
             sound.zeroOne = table.Number(row, "singularity");
@@ -194,6 +199,7 @@ private:
             sound.negOne2 = table.Number(row, "volume");
             if (const std::int32_t link = table.Number(row, "link", 0, CountOf(table) - 1); link != 0)
                 sound.zero1 = soundTableAddress - addressCorrection + soundSizeInGame * link;
+            sound.name = names[row];
             facts_.defaults.sounds.push_back(sound);
         }
     }
@@ -201,15 +207,14 @@ private:
     void ReadSprites(const TsvTable& table) {
         table.ExpectIndex("index");
         facts_.engine.itemCounts.sprites = CountOf(table);
-        facts_.defaults.spriteNames = ReadNames<4>(table, 4);
-        facts_.defaults.spriteValues.resize(table.RowCount());
+        for (const auto& name : ReadNames<4>(table, 4))
+            facts_.defaults.sprites.push_back({name, 0});
     }
 
     void ReadThings(const Targets& targets) {
         const TsvTable table = Open("things");
         facts_.defaults.things = ReadRecords<ThingRecord>(table, targets);
-        facts_.defaults.thingNames = ReadTexts(table, "name");
-        facts_.defaults.thingExtras.resize(table.RowCount());
+        GiveNames(facts_.defaults.things, ReadTexts(table, "name"));
         facts_.engine.itemCounts.things = CountOf(table);
         facts_.engine.thingNames = ReadKeys(table, "name");
     }
@@ -227,10 +232,12 @@ private:
     void ReadWeaponsAndAmmo(const Targets& targets) {
         const TsvTable weapons = Open("weapons"), ammo = Open("ammo");
         facts_.defaults.weapons = ReadRecords<WeaponRecord>(weapons, targets);
-        facts_.defaults.weaponNames = facts_.engine.weaponNames = ReadTexts(weapons, "name");
+        facts_.engine.weaponNames = ReadTexts(weapons, "name");
+        GiveNames(facts_.defaults.weapons, facts_.engine.weaponNames);
         facts_.engine.itemCounts.weapons = CountOf(weapons);
         facts_.defaults.ammo = ReadRecords<AmmoRecord>(ammo, targets);
-        facts_.defaults.ammoNames = facts_.engine.ammoNames = ReadTexts(ammo, "name");
+        facts_.engine.ammoNames = ReadTexts(ammo, "name");
+        GiveNames(facts_.defaults.ammo, facts_.engine.ammoNames);
         facts_.engine.itemCounts.ammunition = CountOf(ammo);
     }
 

@@ -62,7 +62,7 @@ std::optional<modPatchFiles::Header> FileCommands::HeaderOf(const std::filesyste
         program_.notifier.Show(MessageKind::Exclamation, "Could not open " + file.string() + ": " + status.Reason());
         return std::nullopt;
     }
-    if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != supportedPatchFormat) {
+    if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != Dialect().patchFormat) {
         program_.notifier.Show(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
         return std::nullopt;
     }
@@ -129,9 +129,10 @@ bool FileCommands::Save() {
 }
 
 bool FileCommands::SaveAs() {
-    const QString file = dialogs_.SaveFile(QStringLiteral("Save patch file"),
-                                           QString::fromLatin1(program_.patch.extended ? extendedFilter : normalFilter),
-                                           ShownPath(program_.patch.fileName));
+    const QString file =
+        dialogs_.SaveFile(QStringLiteral("Save patch file"),
+                          QString::fromLatin1(program_.engine.dialect.IsExtended() ? extendedFilter : normalFilter),
+                          ShownPath(program_.patch.fileName));
     return !file.isEmpty() && SaveTo(StoredPath(file));
 }
 
@@ -162,7 +163,7 @@ void FileCommands::SaveTable() {
     const QString file = dialogs_.SaveFile(QStringLiteral("Save table"), QString::fromLatin1(tableFilter), QString());
     if (file.isEmpty())
         return;
-    if (const Status status = modTables::SaveTable(program_.patch, StoredPath(file)); !status)
+    if (const Status status = modTables::SaveTable(program_, StoredPath(file)); !status)
         program_.notifier.Show(MessageKind::Exclamation,
                                "Could not save " + StoredPath(file).string() + ": " + status.Reason());
     else

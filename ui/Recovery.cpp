@@ -14,6 +14,7 @@ namespace plinket3 {
 namespace {
 
 constexpr int mostPlaces = 16; // programs that run at the same time
+constexpr Dialect withStrings; // its tables hold them
 constexpr std::string_view recoveryType = "Plinket3 recovery file";
 
 std::string TextOf(const SettingTree& tree, std::string_view key) {
@@ -100,13 +101,6 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     return recovered;
 }
 
-bool HaveSameCounts(const PatchSet& left, const PatchSet& right) {
-    return left.things.size() == right.things.size() && left.states.size() == right.states.size() &&
-           left.sounds.size() == right.sounds.size() && left.spriteNames.size() == right.spriteNames.size() &&
-           left.strings.size() == right.strings.size() && left.weapons.size() == right.weapons.size() &&
-           left.ammo.size() == right.ammo.size() && left.cheats.size() == right.cheats.size();
-}
-
 } // namespace
 
 Recovery::Recovery(std::filesystem::path folder) : folder_(std::move(folder)) {
@@ -164,11 +158,11 @@ Status Recovery::Keep(const PatchData& patch, const std::optional<FileStamp>& st
         pars->Set(std::to_string(i), par);
     }
     root->Set("pars", pars);
-    const std::string table = modTables::FormatTable(patch.current, false);
+    const std::string table = modTables::FormatTable(patch.current, withStrings);
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
     const std::string text = texts.OutputConfiguration("\n", false);
     Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table +
-                                                            modTables::FormatTable(patch.defaults, false));
+                                                            modTables::FormatTable(patch.defaults, withStrings));
     if (status)
         kept_ = revision;
     return status;
@@ -209,7 +203,7 @@ std::optional<RecoveredPatch> Recovery::TakeOver(std::vector<std::filesystem::pa
 
 bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
     EngineConfiguration layout = session.engine;
-    layout.extended = false; // the records are kept with their strings
+    layout.dialect = withStrings;
     PatchSet set, defaults;
     if (!modTables::ParseTable(recovered.table, layout, set) ||
         !modTables::ParseTable(recovered.defaultsTable, layout, defaults) ||

@@ -327,7 +327,7 @@ void frmMain::SetEditBar(bool enabled) {
     for (QAction* action : {fileSave_, fileSaveAs_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
     // Only extended patches have par times.
-    if (commands_.SessionOpen() && !program_.patch.extended)
+    if (commands_.SessionOpen() && !program_.engine.dialect.IsExtended())
         viewEditors_[parEditor]->setEnabled(false);
 }
 
@@ -345,7 +345,7 @@ void frmMain::updateCaption() {
     }
     setWindowTitle(QStringLiteral("Plinket3 - [%1] - %2")
                        .arg(ShownPath(program_.patch.fileName),
-                            program_.patch.extended ? tr("Extended mode") : tr("Normal mode")));
+                            program_.engine.dialect.IsExtended() ? tr("Extended mode") : tr("Normal mode")));
 }
 
 void frmMain::UpdateRecentList() {
@@ -373,7 +373,9 @@ void frmMain::RefreshSave() { fileSave_->setEnabled(commands_.SessionOpen() && p
 void frmMain::UpdateStatus() {
     const bool open = commands_.SessionOpen();
     lblEngine_->setText(open ? ShownText(program_.engine.name) : tr("No patch is open"));
-    lblMode_->setText(!open ? QString() : program_.patch.extended ? tr("Extended mode") : tr("Normal mode"));
+    lblMode_->setText(!open                                  ? QString()
+                      : program_.engine.dialect.IsExtended() ? tr("Extended mode")
+                                                             : tr("Normal mode"));
     QString wads = open ? ShownPath(std::filesystem::path(program_.patch.iwadPath).filename()) : QString();
     if (const std::filesystem::path missing = program_.missingDataWad; !missing.empty())
         wads += tr(", without %1").arg(ShownPath(missing.filename()));

@@ -65,7 +65,7 @@ TEST_F(EngineConfigurationTest, LoadsTheRequiredStructures) {
     EXPECT_EQ(engine_.table, "doom19.tbl");
     EXPECT_EQ(engine_.exeSize, 709905);
     EXPECT_TRUE(engine_.allowExeRead);
-    EXPECT_FALSE(engine_.extended);
+    EXPECT_FALSE(engine_.dialect.IsExtended());
     EXPECT_EQ(engine_.itemCounts.things, 137);
     EXPECT_EQ(engine_.itemCounts.states, 967);
     EXPECT_EQ(engine_.itemCounts.cheats, 17);

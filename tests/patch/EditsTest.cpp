@@ -13,20 +13,16 @@ class EditsTest : public ::testing::Test {
 protected:
     EditsTest() {
         PatchSet& set = patch.defaults;
-        set.thingNames = {"Player", "Imp"};
         set.things.resize(2);
+        set.things[0].name = "Player";
+        set.things[1].name = "Imp";
         set.things[1].hitPoints = 60;
-        set.thingExtras.resize(2);
         set.states.resize(4);
-        set.codePointers.resize(4);
-        set.soundNames.resize(3);
         set.sounds.resize(3);
-        set.spriteNames.resize(2);
+        set.sprites.resize(2);
         set.strings = {{0, 5, "Hello"}};
-        set.weaponNames = {"Fist"};
-        set.weapons.resize(1);
-        set.ammoNames = {"Bullets"};
-        set.ammo.resize(1);
+        set.weapons.emplace_back().name = "Fist";
+        set.ammo.emplace_back().name = "Bullets";
         set.cheats.resize(17);
         set.misc.maxHealth = set.misc.secondMaxHealth = 200;
         set.misc.bfgCells = 40;
@@ -196,10 +192,10 @@ TEST_F(EditsTest, StoresNamesTextsPointersAndPars) {
     edits.Store({RecordKind::Cheat, 2, textField}, std::string("iddqd"));
     edits.Store({RecordKind::State, 2, codePointerField}, 9);
     edits.Store({RecordKind::Par, 0, listField}, std::vector<ParRecord>{{0, 1, 30}});
-    EXPECT_EQ(patch.current.thingNames[1], "Fiend");
+    EXPECT_EQ(patch.current.things[1].name, "Fiend");
     EXPECT_EQ(patch.current.strings[0].text, "Good day");
     EXPECT_EQ(patch.current.strings[0].length, 8);
-    EXPECT_EQ(patch.current.codePointers[2], 9);
+    EXPECT_EQ(patch.current.states[2].codePointer, 9);
     EXPECT_EQ(edits.UndoName(), "par times");
     while (edits.CanUndo())
         edits.Undo();
@@ -213,7 +209,7 @@ TEST_F(EditsTest, RestoringARecordIsOneStepOverAllItsCells) {
     EXPECT_EQ(patch.current, patch.defaults);
     edits.Undo();
     EXPECT_EQ(HitPoints(), 1);
-    EXPECT_EQ(patch.current.thingNames[1], "Fiend");
+    EXPECT_EQ(patch.current.things[1].name, "Fiend");
 }
 
 } // namespace

@@ -23,7 +23,7 @@ PatchSet ReadAgain(const PatchSet& written, const PatchSet& defaults, const Engi
         if (StringRecord& string = expected.strings[i]; string.text != engine.strings[i].text)
             string.length = static_cast<std::int32_t>((string.text = Trim(string.text)).size());
     // A flag whose name is a part of another one's comes with it.
-    if (engine.extended)
+    if (engine.dialect.IsExtended())
         for (ThingRecord& thing : expected.things)
             for (std::size_t bit = 0; bit < engine.flagNames.size(); ++bit)
                 for (std::size_t part = 0; part < engine.flagNames.size(); ++part)

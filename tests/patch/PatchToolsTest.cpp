@@ -15,16 +15,16 @@ TEST(PatchDiff, NamesEveryFieldInTheOrderOfAPatch) {
     const EngineConfiguration engine = SmallEngine(true);
     const PatchSet before = SmallDefaults(engine);
     PatchSet after = before;
-    after.thingNames[2] = "Demon";
+    after.things[2].name = "Demon";
     after.things[2].hitPoints = 150;
     after.things[2].bits = 3;
     after.states[5].duration = -1;
     after.states[5].action = 1; // no patch has it
-    after.codePointers[1] = 2;
-    after.codePointers[2] = 77;
+    after.states[1].codePointer = 2;
+    after.states[2].codePointer = 77;
     after.sounds[1].value = 64;
     after.weapons[0].ammoType = 5;
-    after.ammoNames[1] = "Shell";
+    after.ammo[1].name = "Shell";
     after.cheats[0].text = "a\tb";
     after.misc.bfgCells = 1;
     after.misc.secondMaxHealth = 1; // no patch has it
@@ -57,7 +57,7 @@ TEST(StateUse, FollowsARecordsStatesAndPassesOverNumbersThatAreNone) {
     set.things[1].initialState = 2; // 2 -> 1 -> 4 -> 2
     set.things[2].deathState = -1;
     set.things[2].respawnState = 5; // -> 99
-    set.weapons[1] = {3, 3, 3, 3, 3, 3};
+    set.weapons[1] = {{3, 3, 3, 3, 3, 3}, {}};
     EXPECT_EQ(StatesOfThing(set, 1), (States{0, 1, 2, 4}));
     EXPECT_EQ(StatesOfThing(set, 2), (States{0, 5}));
     EXPECT_EQ(StatesOfWeapon(set, 0), States{0}); // its ammo type names no state

@@ -49,7 +49,7 @@ const ReaderRow readerRows[]{
     {"NamesInBrackets",
      start + "Thing 2 (a b  c) d\nWeapon 1(Gun)\nAmmo 0 (Unclosed # = \nAmmo 1 () x\nThing 3 Word (x)\n",
      [](PatchSet& set) {
-         set.thingNames[1] = "a b  c", set.weaponNames[1] = "Gun", set.ammoNames[1] = "", set.thingNames[2] = "Word";
+         set.things[1].name = "a b  c", set.weapons[1].name = "Gun", set.ammo[1].name = "", set.things[2].name = "Word";
      }},
     {"AThingWithoutANameKeepsIt", start + "Thing 2 # (x)\nThing 3#(x)\nMass = 1\n",
      [](PatchSet& set) { set.things[2].mass = 1; }},
@@ -76,10 +76,12 @@ const ReaderRow readerRows[]{
      [](PatchSet& set) { set.states[1].sprite = 2; }},
     {"PointersTakeTheCurrentCodePointerOfTheFirstEngineState",
      start + "Pointer 1 (Frame 99)\nCodep Frame = 1\nPointer 3 x\nCodep Frame = 2\nPointer 0\nCodep Frame = 0\n",
-     [](PatchSet& set) { set.codePointers[2] = 1, set.codePointers[5] = 2, set.codePointers[1] = 0; }},
+     [](PatchSet& set) {
+         set.states[2].codePointer = 1, set.states[5].codePointer = 2, set.states[1].codePointer = 0;
+     }},
     {"CodePointersInBothModes",
      start + "[CodePtr]\nFRAME  4 = Fire\nframe 1 = fire\nFrame 2 = A_Light0\nFrame = Fire\n",
-     [](PatchSet& set) { set.codePointers[4] = 2; }},
+     [](PatchSet& set) { set.states[4].codePointer = 2; }},
     {"CheatsWithoutTheirFiller",
      start + "Cheat 0\nChange music = idm\xff\xff\xff\nAMMO & KEYS = a\xff"
              "b\nNo such = x\n",
@@ -106,11 +108,11 @@ const ReaderRow readerRows[]{
     {"UnknownWordsLeaveTheFormerSection", start + "Thing 2\nSpeeches 1\nMass = 1\n# Frame 1\nWidth = 2\n",
      [](PatchSet& set) { set.things[1].mass = 1, set.things[1].width = 2; }},
     {"NulBytes", start + "Thing 2 (a\0b)\n\0Mass = 1\nMass\0 = 1\nMass = 1\0 2\n"s,
-     [](PatchSet& set) { set.thingNames[1] = "a\0b"s, set.things[1].mass = 1; }},
+     [](PatchSet& set) { set.things[1].name = "a\0b"s, set.things[1].mass = 1; }},
     {"HugeLines",
      start + "Thing 2 (" + std::string(200000, 'x') + ")\n" + std::string(200000, ' ') + "Mass = 1" +
          std::string(200000, '0') + "\n",
-     [](PatchSet& set) { set.thingNames[1].assign(200000, 'x'), set.things[1].mass = INT32_MAX; }},
+     [](PatchSet& set) { set.things[1].name.assign(200000, 'x'), set.things[1].mass = INT32_MAX; }},
     {"BitsByName",
      start + "Thing 1\nBits = special+solid\nThing 2\nBits = INFLOAT\nThing 3\nBits = SOLID\nBits = unknown\n",
      [](PatchSet& set) { set.things[0].bits = 3, set.things[1].bits = 12; }},

@@ -33,10 +33,10 @@ PatchSet DistinctSet(const EngineConfiguration& engine) {
     fillAll(set.sounds);
     fillAll(set.weapons);
     fillAll(set.ammo);
-    for (auto& extra : set.thingExtras)
-        extra.fill(static_cast<std::uint8_t>(++value));
-    for (std::int32_t& codePointer : set.codePointers)
-        codePointer = -++value;
+    for (ThingRecord& thing : set.things)
+        thing.extra.fill(static_cast<std::uint8_t>(++value));
+    for (StateRecord& state : set.states)
+        state.codePointer = -++value;
     set.cheats[3] = {1, "a\0\xff"s, -2};
     return set;
 }
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Tables, BothModes, testing::Bool(),
 TEST_P(BothModes, ReadBackWhatTheyHold) {
     const EngineConfiguration engine = SmallEngine(GetParam());
     const PatchSet written = DistinctSet(engine);
-    const std::string bytes = FormatTable(written, engine.extended);
+    const std::string bytes = FormatTable(written, engine.dialect);
     PatchSet read;
     ASSERT_TRUE(ParseTable(bytes, engine, read));
     EXPECT_EQ(read, written);
@@ -58,7 +58,7 @@ TEST_P(BothModes, ReadBackWhatTheyHold) {
 
 TEST_P(BothModes, ReadAsZerosFromWhereTheyEnd) {
     const EngineConfiguration engine = SmallEngine(GetParam());
-    const std::string bytes = FormatTable(DistinctSet(engine), engine.extended);
+    const std::string bytes = FormatTable(DistinctSet(engine), engine.dialect);
     for (std::size_t length = 6; length < bytes.size(); ++length) {
         PatchSet cut, zeros;
         ASSERT_TRUE(ParseTable(bytes.substr(0, length), engine, cut)) << length;
@@ -66,23 +66,24 @@ TEST_P(BothModes, ReadAsZerosFromWhereTheyEnd) {
         for (PatchSet* set : {&cut, &zeros}) // a text is as long as the file, not filled up
             for (StringRecord& string : set->strings)
                 string.text.resize(static_cast<std::size_t>(string.length = 0));
-        for (std::size_t i = 0; i < cut.thingNames.size(); ++i)
-            EXPECT_TRUE(zeros.thingNames[i].starts_with(cut.thingNames[i]));
+        for (std::size_t i = 0; i < cut.things.size(); ++i) {
+            EXPECT_TRUE(zeros.things[i].name.starts_with(cut.things[i].name));
+            zeros.things[i].name = cut.things[i].name; // the same holds for it
+        }
         EXPECT_EQ(cut.things, zeros.things) << length;
         EXPECT_EQ(cut.states, zeros.states) << length;
         EXPECT_EQ(cut.sounds, zeros.sounds) << length;
-        EXPECT_EQ(cut.codePointers.size(), cut.states.size()) << length;
         EXPECT_EQ(cut.misc, zeros.misc) << length;
     }
 }
 
 TEST(Tables, StandInTheFileAsDrawn) {
     PatchSet set;
-    set.thingNames = {"Imp"};
     set.things.resize(1);
+    set.things[0].name = "Imp";
     set.things[0].id = 3001;
     set.things[0].respawnState = -1;
-    set.thingExtras = {{1, 2, 3, 4, 5, 6, 7, 8, 9}};
+    set.things[0].extra = {1, 2, 3, 4, 5, 6, 7, 8, 9};
     set.strings = {{0x11, 99, "hi"}};
     set.cheats = {{5, "id", 7}};
     set.misc.initialHealth = 100;
@@ -107,12 +108,12 @@ TEST(Tables, StandInTheFileAsDrawn) {
     for (int field = 1; field < 10; ++field)
         expected += zero;
     expected += "\xc8\x04\x03\x02\x01" + std::string(6 * 4 + 3, '\0') + "\xdd";
-    EXPECT_EQ(FormatTable(set, false), expected);
+    EXPECT_EQ(FormatTable(set, Dialect()), expected);
 }
 
 TEST(Tables, RefusesWhatIsNoTable) {
     const EngineConfiguration engine = SmallEngine(false);
-    const std::string good = FormatTable(SmallDefaults(engine), false);
+    const std::string good = FormatTable(SmallDefaults(engine), engine.dialect);
     const auto withCount = [&good](const std::string& count) { return good.substr(0, 6) + count; };
     struct {
         std::string bytes;
@@ -143,7 +144,7 @@ TEST(Tables, TakesATextsLengthFromTheTextThatThereIs) {
     const EngineConfiguration engine = SmallEngine(false);
     PatchSet set;
     set.strings = {{0, 2, "hi"}};
-    std::string bytes = FormatTable(set, false);
+    std::string bytes = FormatTable(set, engine.dialect);
     bytes.replace(bytes.find("hi") - 8, 4, "\xff\xff\xff\x7f");
     ASSERT_TRUE(ParseTable(bytes, engine, set));
     ASSERT_EQ(set.strings.size(), 1U);
@@ -153,11 +154,15 @@ TEST(Tables, TakesATextsLengthFromTheTextThatThereIs) {
 
 TEST(Tables, GiveEveryStateACodePointer) {
     const EngineConfiguration engine = SmallEngine(true);
-    PatchSet set = SmallDefaults(engine);
-    set.codePointers.resize(2);
-    PatchSet read;
-    ASSERT_TRUE(ParseTable(FormatTable(set, true), engine, read));
-    EXPECT_EQ(read.codePointers, (std::vector<std::int32_t>{0, 1, 0, 0, 0, 0}));
+    PatchSet set, read;
+    set.states = SmallDefaults(engine).states;
+    constexpr std::size_t header = 6, size = 4, countOfPointers = header + size + size + 6 * 7 * size;
+    std::string bytes = FormatTable(set, engine.dialect).substr(0, countOfPointers + 3 * size);
+    bytes[countOfPointers] = 1; // the last index of two
+    ASSERT_TRUE(ParseTable(bytes, engine, read));
+    ASSERT_EQ(read.states.size(), 6U);
+    EXPECT_EQ(read.states[1].codePointer, 1);
+    EXPECT_EQ(read.states[2].codePointer, 0);
 }
 
 class TableFileTest : public testing::Test {
@@ -172,7 +177,7 @@ protected:
 TEST_F(TableFileTest, LoadsAsTheDefaultsOfANewPatch) {
     const EngineConfiguration engine = SmallEngine(true);
     std::filesystem::create_directory(folder_ / "tables");
-    WriteFile(folder_ / "tables" / "SMALL.TBL", FormatTable(SmallDefaults(engine), true));
+    WriteFile(folder_ / "tables" / "SMALL.TBL", FormatTable(SmallDefaults(engine), engine.dialect));
     PatchData patch;
     patch.changed = patch.named = true;
     patch.current.pars = {{1, 1, 30}};
@@ -180,8 +185,8 @@ TEST_F(TableFileTest, LoadsAsTheDefaultsOfANewPatch) {
     EXPECT_EQ(patch.defaults, SmallDefaults(engine));
     EXPECT_EQ(patch.current, patch.defaults);
     EXPECT_EQ(patch.fileName, "/documents/unnamed.bex");
-    EXPECT_EQ(std::tuple(patch.doomVersion, patch.patchFormat, patch.extended, patch.changed, patch.named),
-              std::tuple(19, 6, true, false, false));
+    EXPECT_EQ(std::tuple(patch.doomVersion, patch.patchFormat, patch.changed, patch.named),
+              std::tuple(19, 6, false, false));
 }
 
 TEST_F(TableFileTest, KeepsTheOpenPatchWhenItCannotBeLoaded) {
@@ -200,13 +205,15 @@ TEST_F(TableFileTest, KeepsTheOpenPatchWhenItCannotBeLoaded) {
 
 TEST_F(TableFileTest, SavesTheCurrentSetOverALongerFile) {
     const EngineConfiguration engine = SmallEngine(false);
-    PatchData patch = SmallPatch(engine);
-    patch.current.things[1].hitPoints = 5;
+    Session session;
+    session.engine = engine;
+    session.patch = SmallPatch(engine);
+    session.patch.current.things[1].hitPoints = 5;
     WriteFile(folder_ / "new.tbl", std::string(100000, 'x'));
-    ASSERT_TRUE(modTables::SaveTable(patch, folder_ / "new.tbl"));
+    ASSERT_TRUE(modTables::SaveTable(session, folder_ / "new.tbl"));
     PatchSet read;
     ASSERT_TRUE(ParseTable(ReadFile(folder_ / "new.tbl"), engine, read));
-    EXPECT_EQ(read, patch.current);
+    EXPECT_EQ(read, session.patch.current);
 }
 
 } // namespace

@@ -47,15 +47,16 @@ const WriterRow writerRows[]{
      "Thing 2 (Zombie Man)\nHit points = -20\nBits = SOLID + FLOAT\nRespawn frame = 5\n\n\n\n"},
     {"AllBits", [](PatchSet& set) { set.things[0].bits = -1; }, "Thing 1 (Player)\nBits = 4294967295\n\n\n\n",
      "Thing 1 (Player)\nBits = SPECIAL + SOLID + FLOAT + INFLOAT\n\n\n\n"},
-    {"NamesAlone", [](PatchSet& set) { set.thingNames[0] = "Hero", set.weaponNames[1] = "Gun", set.ammoNames[0] = ""; },
+    {"NamesAlone",
+     [](PatchSet& set) { set.things[0].name = "Hero", set.weapons[1].name = "Gun", set.ammo[0].name = ""; },
      "Thing 1 (Hero)\n\n\n\nWeapon 1 (Gun)\n\n\n\nAmmo 0 ()\n\n\n\n",
      "Thing 1 (Hero)\n\n\n\nWeapon 1 (Gun)\n\n\n\nAmmo 0 ()\n\n\n\n"},
     {"StatesAndSoundsInRecordOrder",
      [](PatchSet& set) {
-         set.states[0] = {1, litBit, -1, 0, 2, 3, 4};
+         set.states[0] = {{1, litBit, -1, 0, 2, 3, 4}, 0};
          set.states[5].duration = 7;
          set.states[3].action = 1; // never written
-         set.sounds[0] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+         set.sounds[0] = {{1, 2, 3, 4, 5, 6, 7, 8, 9}, {}};
      },
      "Frame 0\nSprite number = 1\nSprite subnumber = 32768\nDuration = -1\nNext frame = 2\nUnknown 1 = 3\n"
      "Unknown 2 = 4\n\nFrame 5\nDuration = 7\n\n\n\n"
@@ -65,22 +66,26 @@ const WriterRow writerRows[]{
      "Unknown 2 = 4\n\nFrame 5\nDuration = 7\n\n\n\n"
      "Sound 1\nOffset = 1\nZero/One = 2\nValue = 3\nZero 1 = 4\nNeg. One 1 = 5\nNeg. One 2 = 6\nZero 2 = 7\n"
      "Zero 3 = 8\nZero 4 = 9\n\n\n\n"},
-    {"CodePointers", [](PatchSet& set) { set.codePointers = {0, 2, 0, 1, 0, 2}; },
+    {"CodePointers",
+     [](PatchSet& set) {
+         set.states[1].codePointer = 2, set.states[2].codePointer = 0, set.states[3].codePointer = 1,
+         set.states[5].codePointer = 2;
+     },
      "Pointer 0 (Frame 1)\nCodep Frame = 2\n\nPointer 1 (Frame 2)\nCodep Frame = 0\n\n"
      "Pointer 2 (Frame 3)\nCodep Frame = 1\n\nPointer 3 (Frame 5)\nCodep Frame = 2\n\n\n\n",
      "[CODEPTR]\nFrame 1 = Fire\nFrame 2 = NULL\nFrame 3 = Light0\nFrame 5 = Fire\n\n\n\n"},
     // Kept: the last state is no source, the number of states stands for none, and the number of pointers for a frame
     // that has none. docs/kept-behaviour.md
-    {"ACodePointerOfTheLastStateOnly", [](PatchSet& set) { set.codePointers[1] = 3; }, "",
+    {"ACodePointerOfTheLastStateOnly", [](PatchSet& set) { set.states[1].codePointer = 3; }, "",
      "[CODEPTR]\nFrame 1 = Last\n\n\n\n"},
-    {"ACodePointerOfNoState", [](PatchSet& set) { set.codePointers[1] = 4; },
+    {"ACodePointerOfNoState", [](PatchSet& set) { set.states[1].codePointer = 4; },
      "Pointer 0 (Frame 1)\nCodep Frame = 6\n\n\n\n", "[CODEPTR]\nFrame 1 = Spare\n\n\n\n"},
-    {"ACodePointerForAFrameWithout", [](PatchSet& set) { set.codePointers[4] = 2; },
+    {"ACodePointerForAFrameWithout", [](PatchSet& set) { set.states[4].codePointer = 2; },
      "Pointer 4 (Frame 4)\nCodep Frame = 2\n\n\n\n", "[CODEPTR]\nFrame 4 = Fire\n\n\n\n"},
     {"WeaponsAndAmmo",
      [](PatchSet& set) {
-         set.weapons[0] = {1, 2, 3, 4, 5, 6};
-         set.ammo[1] = {99, 9};
+         set.weapons[0] = {{1, 2, 3, 4, 5, 6}, "Fist"};
+         set.ammo[1] = {{99, 9}, "Shells"};
      },
      "Weapon 0 (Fist)\nAmmo type = 1\nDeselect frame = 2\nSelect frame = 3\nBobbing frame = 4\nShooting frame = 5\n"
      "Firing frame = 6\n\n\n\nAmmo 1 (Shells)\nMax ammo = 99\nPer ammo = 9\n\n\n\n",

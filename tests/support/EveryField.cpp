@@ -41,7 +41,6 @@ PatchData BuiltEngine(const std::filesystem::path& dataFolder, const std::string
     Require(ReadWholeFile(modTables::TablePath(dataFolder, engine), table));
     Require(modTables::ParseTable(table, engine, patch.defaults));
     patch.current = patch.defaults;
-    patch.extended = engine.extended;
     patch.doomVersion = engine.version;
     patch.engineConfig = engine.fileName;
     return patch;
@@ -50,7 +49,7 @@ PatchData BuiltEngine(const std::filesystem::path& dataFolder, const std::string
 NewValue UsableValue(const PatchSet& set) {
     const auto states = static_cast<std::int32_t>(set.states.size()),
                sounds = static_cast<std::int32_t>(set.sounds.size()),
-               sprites = static_cast<std::int32_t>(set.spriteNames.size());
+               sprites = static_cast<std::int32_t>(set.sprites.size());
     return [=](FieldUnit unit, std::int32_t value) {
         constexpr std::int32_t shadow = 1 << 18; // a flag that no engine needs for spawning a thing
         switch (unit) {
@@ -81,32 +80,32 @@ void ChangeEveryNumber(PatchSet& set, const NewValue& newValue) {
             if (field.inPatch)
                 record.*field.member = FitWidth(field, newValue(field.unit, record.*field.member));
     };
-    const auto changeAll = [&change](auto& records) { std::for_each(records.begin(), records.end(), change); };
-    changeAll(set.things);
-    changeAll(set.states);
-    changeAll(set.sounds);
-    changeAll(set.weapons);
-    changeAll(set.ammo);
+    VisitKinds([&](const auto& kind) {
+        for (auto& record : kind.In(set)) {
+            change(record);
+            if constexpr (isNamed<RecordOf<decltype(kind)>>)
+                record.name += " 2";
+        }
+    });
     change(set.misc);
     DeriveMisc(set.misc);
-    for (auto* names : {&set.thingNames, &set.weaponNames, &set.ammoNames})
-        for (std::string& name : *names)
-            name += " 2";
 }
 
 void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine) {
     constexpr std::size_t firstThingState = 90; // those before are the weapons'
     const PointerTargets targets(set.states, engine.codePointerStates);
-    const std::vector<std::int32_t> standard = set.codePointers;
+    std::vector<std::int32_t> standard;
+    for (const StateRecord& state : set.states)
+        standard.push_back(state.codePointer);
     for (std::size_t state = 0; state < standard.size(); ++state) {
         const std::size_t begin = state < firstThingState ? 0 : firstThingState;
         const std::size_t end = state < firstThingState ? firstThingState : standard.size();
         for (std::size_t step = 1; standard[state] != 0 && step < end - begin; ++step) {
             const std::int32_t other = standard[begin + (state - begin + step) % (end - begin)];
             if (other == 0 || other == standard[state] ||
-                (!engine.extended && !targets.CanExpress(static_cast<std::int32_t>(state), other)))
+                (!engine.dialect.IsExtended() && !targets.CanExpress(static_cast<std::int32_t>(state), other)))
                 continue;
-            set.codePointers[state] = other;
+            set.states[state].codePointer = other;
             break;
         }
     }
@@ -118,7 +117,7 @@ void ChangeEveryText(PatchSet& set, const EngineConfiguration& engine,
         ChangeLetter(cheat.text);
     std::set<std::string> seen;
     for (StringRecord& string : set.strings)
-        if (usable(string.text) && (engine.extended || seen.insert(string.text).second))
+        if (usable(string.text) && (engine.dialect.IsExtended() || seen.insert(string.text).second))
             ChangeLetter(string.text);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/modConfig.h"
-#include "patch/modTableDef.h"
+#include "patch/PatchSet.h"
 
 #include <filesystem>
 #include <functional>

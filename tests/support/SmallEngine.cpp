@@ -10,7 +10,7 @@ EngineConfiguration SmallEngine(bool extended) {
     engine.fileName = "small.cfg";
     engine.table = "small.tbl";
     engine.version = 19;
-    engine.extended = extended;
+    engine.dialect = Dialect::Of(extended);
     engine.flagNames = {"SPECIAL", "SOLID", "FLOAT", "INFLOAT"};
     engine.codePointerStates = {1, 2, 3, 5};
     std::int32_t value = 0;
@@ -25,31 +25,29 @@ EngineConfiguration SmallEngine(bool extended) {
 
 PatchSet SmallDefaults(const EngineConfiguration& engine) {
     PatchSet set;
-    set.thingNames = {"Player", "Zombie Man", "Imp"};
-    set.things.resize(3);
-    set.thingExtras.resize(3);
+    for (const char* name : {"Player", "Zombie Man", "Imp"})
+        set.things.emplace_back().name = name;
     set.things[0].hitPoints = 100;
     set.states.resize(6);
     for (std::size_t state = 0; state < set.states.size(); ++state) {
         set.states[state].action = std::array{0, 1, 2, 2, 0, 3}[state];
-        set.codePointers.push_back(set.states[state].action);
+        set.states[state].codePointer = set.states[state].action;
     }
-    set.soundNames = {
-        {}, {'p', 'i', 's', 't', 'o', 'l'}, {'p', 'u', 'n', 'c', 'h', ' '}, {'b', 'f', 'g', '\0', '\0', '\0'}};
     set.sounds.resize(4);
-    set.spriteValues = {10, 11, 12};
-    set.spriteNames = {{{'T', 'R', 'O', 'O'}}, {{'S', 'H', 'T', 'G'}}, {{'P', 'U', 'N', 'G'}}};
-    set.weaponNames = {"Fist", "Pistol"};
-    set.weapons.resize(2);
-    set.ammoNames = {"Bullets", "Shells"};
-    set.ammo = {{200, 10}, {50, 4}};
+    set.sounds[1].name = {'p', 'i', 's', 't', 'o', 'l'};
+    set.sounds[2].name = {'p', 'u', 'n', 'c', 'h', ' '};
+    set.sounds[3].name = {'b', 'f', 'g', '\0', '\0', '\0'};
+    set.sprites = {{{'T', 'R', 'O', 'O'}, 10}, {{'S', 'H', 'T', 'G'}, 11}, {{'P', 'U', 'N', 'G'}, 12}};
+    for (const char* name : {"Fist", "Pistol"})
+        set.weapons.emplace_back().name = name;
+    set.ammo = {{{200, 10}, "Bullets"}, {{50, 4}, "Shells"}};
     set.cheats.resize(cheatLabels.size());
     set.cheats[0] = {6, "idmus", 0};
     set.misc.initialHealth = 100;
     set.misc.bfgCells = 40;
     set.misc.monstersInfight = monstersDoNotFight;
     DeriveMisc(set.misc);
-    if (engine.extended) {
+    if (engine.dialect.IsExtended()) {
         for (const EngineConfiguration::String& string : engine.strings)
             set.strings.push_back({0, 0, modPatchText::UnescapeText(string.text)});
     } else {
@@ -65,7 +63,6 @@ PatchData SmallPatch(const EngineConfiguration& engine) {
     PatchData patch;
     patch.defaults = SmallDefaults(engine);
     patch.current = patch.defaults;
-    patch.extended = engine.extended;
     patch.doomVersion = engine.version;
     patch.engineConfig = engine.fileName;
     patch.iwadPath = "doom2.wad";

@@ -71,16 +71,16 @@ TEST_P(EveryEngine, HasTheNumberOfRecordsThatItsConfigurationTells) {
     const Expected& expected = GetParam();
     const auto& [engine, set] = built_;
     EXPECT_EQ(engine.version, expected.version);
-    EXPECT_EQ(engine.extended, expected.extended);
+    EXPECT_EQ(engine.dialect.IsExtended(), expected.extended);
     const struct {
         const char* what;
         std::int32_t told;
         std::size_t loaded, named, expected;
     } counts[] = {
         {"things", engine.itemCounts.things, set.things.size(), engine.thingNames.size(), expected.things},
-        {"states", engine.itemCounts.states, set.states.size(), set.codePointers.size(), expected.states},
-        {"sounds", engine.itemCounts.sounds, set.sounds.size(), set.soundNames.size(), expected.sounds},
-        {"sprites", engine.itemCounts.sprites, set.spriteValues.size(), set.spriteNames.size(), expected.sprites},
+        {"states", engine.itemCounts.states, set.states.size(), set.states.size(), expected.states},
+        {"sounds", engine.itemCounts.sounds, set.sounds.size(), set.sounds.size(), expected.sounds},
+        {"sprites", engine.itemCounts.sprites, set.sprites.size(), set.sprites.size(), expected.sprites},
         {"strings", engine.itemCounts.strings, set.strings.size(),
          expected.extended ? engine.strings.size() : expected.strings, expected.strings},
         {"weapons", engine.itemCounts.weapons, set.weapons.size(), engine.weaponNames.size(), 9},
@@ -102,7 +102,7 @@ TEST_P(EveryEngine, HasTheNumberOfRecordsThatItsConfigurationTells) {
 TEST_P(EveryEngine, KeepsTheValuesOfTheGame) {
     const auto& [engine, set] = built_;
     const ThingRecord& imp = set.things.at(11);
-    EXPECT_EQ(set.thingNames.at(11), "Imp");
+    EXPECT_EQ(set.things.at(11).name, "Imp");
     EXPECT_EQ(engine.thingNames.at(2), "ShotgunGuy");
     EXPECT_EQ(imp.id, 3001);
     EXPECT_EQ(imp.hitPoints, 60);
@@ -110,18 +110,17 @@ TEST_P(EveryEngine, KeepsTheValuesOfTheGame) {
     EXPECT_EQ(imp.height, 56 * 65536);
     EXPECT_EQ(imp.respawnState, 470);
     EXPECT_EQ(ActionOf(174), "Look");
-    EXPECT_EQ(set.codePointers.at(174), set.states.at(174).action);
+    EXPECT_EQ(set.states.at(174).codePointer, set.states.at(174).action);
     EXPECT_EQ(ActionOf(0), "NULL");
     EXPECT_EQ(set.states.at(0).action, 0);
     EXPECT_EQ(set.SpriteName(set.states.at(174).sprite), "POSS");
-    EXPECT_EQ(set.weaponNames.at(7), "Chainsaw");
+    EXPECT_EQ(set.weapons.at(7).name, "Chainsaw");
     EXPECT_EQ(set.weapons.at(7).ammoType, 5);
     EXPECT_EQ(set.weapons.at(2).firingState, 30);
-    EXPECT_EQ(set.ammoNames.at(1), "Shells");
-    EXPECT_EQ(set.ammo.at(1), (AmmoRecord{50, 4}));
+    EXPECT_EQ(set.ammo.at(1), (AmmoRecord{{50, 4}, "Shells"}));
     EXPECT_EQ(set.cheats.at(1).text, "idchoppers");
     EXPECT_EQ(set.cheats.at(1).maximumLength, engine.cheatLengths.at(1));
-    EXPECT_EQ(engine.cheatLengths.at(1), engine.extended ? 0 : 10);
+    EXPECT_EQ(engine.cheatLengths.at(1), engine.dialect.IsExtended() ? 0 : 10);
     EXPECT_EQ(set.misc.initialBullets, 50);
     EXPECT_EQ(set.misc.secondMaxHealth, set.misc.maxHealth);
     EXPECT_EQ(set.misc.bfgCells, 40);
@@ -173,7 +172,7 @@ TEST_P(EveryEngine, ReadsBackAsTheTablesTellIt) {
         EXPECT_EQ(read.actions[i].description, told.actions[i].description);
     }
     PatchSet defaults = facts.defaults;
-    if (read.extended) { // the texts of the extended engines stand in the configuration
+    if (read.dialect.IsExtended()) { // the texts of the extended engines stand in the configuration
         ASSERT_EQ(read.strings.size(), told.strings.size());
         for (std::size_t i = 0; i < told.strings.size(); ++i) {
             EXPECT_EQ(read.strings[i].mnemonic, told.strings[i].mnemonic);
@@ -197,7 +196,7 @@ TEST(ShippedEngines, DifferWhereTheGamesDo) {
     EXPECT_EQ(mbf.set.states.at(36).subnumber, litBit);
     EXPECT_EQ(boom.engine.CodePointerOf("Detonate"), std::nullopt);
     EXPECT_EQ(mbf.engine.CodePointerOf("Detonate"), 75);
-    EXPECT_EQ(dehextra.set.thingNames.at(200), "Extra Thing 50");
+    EXPECT_EQ(dehextra.set.things.at(200).name, "Extra Thing 50");
     EXPECT_EQ(dehextra.set.SoundName(200), "");
     EXPECT_EQ(dehextra.set.SoundName(500), "fre000");
     EXPECT_EQ(doom.set.strings.at(1).text, "CODEC: Starting the \"busy\" test.\n");

@@ -31,8 +31,10 @@ protected:
         setenv("SDL_DISKAUDIODELAY", "1", 1);
         EXPECT_TRUE(log.StartLog(folder / "log.txt", false));
         PatchSet& set = session.patch.current;
-        set.soundNames = {{}, {'b', 'e', 'e', 'p', 0, 0}, {'b', 'o', 'o', 'm', ' ', ' '}, {'n', 'o', 'n', 'e'}};
-        set.sounds.resize(set.soundNames.size());
+        set.sounds.resize(4);
+        set.sounds[1].name = {'b', 'e', 'e', 'p', 0, 0};
+        set.sounds[2].name = {'b', 'o', 'o', 'm', ' ', ' '};
+        set.sounds[3].name = {'n', 'o', 'n', 'e'};
     }
 
     void AddWad(const std::vector<std::pair<std::string, std::string>>& lumps) {

@@ -41,7 +41,7 @@ TEST_F(frmEditAmmoTest, RenamingCountsAmmunitionFromZero) {
     links.typedText = "Nails";
     Click("cmdRename");
     EXPECT_EQ(links.calls.back(), "ask Ammo 1|Enter a new name|Shells");
-    EXPECT_EQ(Current().ammoNames[1], "Nails");
+    EXPECT_EQ(Current().ammo[1].name, "Nails");
     EXPECT_EQ(Find<QListView>(*window, "lstAmmo").model()->index(1, 0).data().toString(), "Nails");
 }
 
@@ -52,11 +52,11 @@ TEST_F(frmEditAmmoTest, RestoringAsksAndRestoresThatAmmunitionOnly) {
     Select(2);
     notifier.Expect("Are you sure you want to restore this ammo entry?", Answer::No);
     Click("cmdRestore");
-    EXPECT_EQ(Current().ammoNames[2], "Volts");
+    EXPECT_EQ(Current().ammo[2].name, "Volts");
     notifier.Expect("Are you sure you want to restore this ammo entry?", Answer::Yes);
     Click("cmdRestore");
     EXPECT_EQ(Current().ammo[2], Defaults().ammo[2]);
-    EXPECT_EQ(Current().ammoNames, Defaults().ammoNames);
+    EXPECT_EQ(Current().ammo[2].name, Defaults().ammo[2].name);
     EXPECT_EQ(Current().ammo[0].maxAmmo, 1);
     EXPECT_EQ(edits.UndoName(), "restore Volts");
 }

@@ -58,7 +58,9 @@ protected:
             ClickRow(List(), state, Qt::LeftButton, state == states.front() ? Qt::NoModifier : Qt::ControlModifier);
     }
     const StateRecord& State(std::int32_t state) const { return Current().states[static_cast<std::size_t>(state)]; }
-    std::int32_t Action(std::int32_t state) const { return Current().codePointers[static_cast<std::size_t>(state)]; }
+    std::int32_t Action(std::int32_t state) const {
+        return Current().states[static_cast<std::size_t>(state)].codePointer;
+    }
     void Put(std::int32_t state, std::int32_t StateRecord::*member, std::int32_t value) {
         edits.Store({RecordKind::State, state, RowOf(member)}, value);
     }
@@ -87,7 +89,7 @@ protected:
 
 TEST_F(frmEditStatesTest, TypedNumbersAreLimitedAndStoredAsOneStep) {
     const auto lastState = static_cast<std::int32_t>(Current().states.size()) - 1;
-    const auto lastSprite = static_cast<std::int32_t>(Current().spriteNames.size()) - 1;
+    const auto lastSprite = static_cast<std::int32_t>(Current().sprites.size()) - 1;
     const struct {
         const char* box;
         std::int32_t StateRecord::*member;
@@ -297,7 +299,7 @@ TEST_F(frmEditStatesTest, BrowsingStartsAtTheValueAndStoresTheChoice) {
     links.pickedAction = 0;
     notifier.Expect(MessageKind::Exclamation, "Nullifying states is only possible in extended Dehacked patches.");
     Click("cmdActionBrowse");
-    EXPECT_EQ(links.calls.back(), "pick action " + std::to_string(Defaults().codePointers[walking]));
+    EXPECT_EQ(links.calls.back(), "pick action " + std::to_string(Defaults().states[walking].codePointer));
     links.pickedAction = 5;
     Click("cmdActionBrowse");
     EXPECT_EQ(Action(walking), 5);
@@ -413,7 +415,7 @@ TEST_F(frmEditStatesTest, RestoringAsksAndTakesStateZeroToo) {
     Click("cmdRestore");
     EXPECT_EQ(State(0), Defaults().states[0]);
     EXPECT_EQ(State(walking), Defaults().states[walking]);
-    EXPECT_EQ(Action(walking), Defaults().codePointers[walking]);
+    EXPECT_EQ(Action(walking), Defaults().states[walking].codePointer);
     EXPECT_EQ(State(attack).duration, 44) << "not selected";
     EXPECT_EQ(edits.UndoName(), "restore 2 frames");
     edits.Undo();
@@ -529,10 +531,8 @@ TEST_F(frmEditStatesTest, ThePreviewFollowsTheState) {
 }
 
 TEST_F(frmEditStatesTest, AHundredThousandStatesAreEditedAtOnce) {
-    for (PatchSet* set : {&program.patch.defaults, &program.patch.current}) {
+    for (PatchSet* set : {&program.patch.defaults, &program.patch.current})
         set->states.resize(100000, set->states[walking]);
-        set->codePointers.resize(100000, 0);
-    }
     window->Refresh();
     EXPECT_EQ(List().model()->rowCount(), 100000);
     List().setFocus();

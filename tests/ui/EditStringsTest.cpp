@@ -57,7 +57,7 @@ TEST_F(frmEditStringsTest, ListsNumberEscapedTextAndLengthOrKey) {
         Start(engine);
         const QAbstractItemModelTester tester(List().model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         SetDefault(3, "one\ntwo \"three\"");
-        const bool extended = program.patch.extended;
+        const bool extended = program.engine.dialect.IsExtended();
         EXPECT_EQ(List().model()->headerData(2, Qt::Horizontal).toString(), extended ? "String" : "Length");
         ASSERT_EQ(List().model()->rowCount(), static_cast<int>(Current().strings.size()));
         const QString expected[]{"3", "one\\ntwo \\\"three\\\"",

@@ -246,7 +246,7 @@ TEST_F(frmEditThingsTest, ShowingThingsChangesNothing) {
     const PatchSet before = Current();
     for (int thing = 0; thing < Names().count(); ++thing) {
         Names().setCurrentIndex(thing);
-        EXPECT_EQ(Names().currentText().toStdString(), Current().thingNames[static_cast<std::size_t>(thing)]);
+        EXPECT_EQ(Names().currentText().toStdString(), Current().things[static_cast<std::size_t>(thing)].name);
         EXPECT_EQ(List().currentIndex().row(), thing);
     }
     window->ShowThing(0);
@@ -268,7 +268,7 @@ TEST_F(frmEditThingsTest, TheListNarrowsByNameNumberOrIndex) {
         {"barrel", {"31 Explosive Barrel", "128 Burning Barrel"}},
         {" IMP F ", {"32 Imp Fireball"}},
         {"imp", Listed().filter("imp", Qt::CaseInsensitive)},
-        {"136", {"136 " + ShownText(Current().thingNames[135]), "137 " + ShownText(Current().thingNames[136])}},
+        {"136", {"136 " + ShownText(Current().things[135].name), "137 " + ShownText(Current().things[136].name)}},
         {"nothing", {}}};
     for (const FilterCase& row : cases) {
         Filter(row.text);
@@ -292,7 +292,7 @@ TEST_F(frmEditThingsTest, RenamesAsTypedAndUndoes) {
     Click("cmdRename");
     EXPECT_EQ(links.calls,
               (std::vector<std::string>{"ask Thing 12|Enter a new name|Imp", "filter entry 12  Dev\u00efl "}));
-    EXPECT_EQ(Current().thingNames[imp], " Dev\xefl ");
+    EXPECT_EQ(Current().things[imp].name, " Dev\xefl ");
     EXPECT_EQ(Names().currentText(), links.typedText);
     EXPECT_TRUE(List().currentIndex().data().toString().endsWith(links.typedText)); // though it is not asked for
     EXPECT_TRUE(List().currentIndex().data(Qt::FontRole).value<QFont>().bold());

@@ -83,7 +83,7 @@ TEST_P(frmEditWeaponsTest, AnAmmoTypeWithoutANameShowsItsNumber) {
     EXPECT_EQ(types.placeholderText(), "5");
     Select(1);
     EXPECT_EQ(types.currentText(), "Bullets");
-    EXPECT_EQ(types.count(), static_cast<int>(Current().ammoNames.size()));
+    EXPECT_EQ(types.count(), static_cast<int>(Current().ammo.size()));
 }
 
 TEST_P(frmEditWeaponsTest, ChoosingTheAmmoTypeDoesNotMarkThePatchChanged) {
@@ -105,11 +105,11 @@ TEST_P(frmEditWeaponsTest, RenamingCountsWeaponsFromOne) {
     Select(1);
     links.typedText.clear();
     Click("cmdRename");
-    EXPECT_EQ(links.calls.back(), "ask Weapon 2|Enter new name|" + Current().weaponNames[1]);
+    EXPECT_EQ(links.calls.back(), "ask Weapon 2|Enter new name|" + Current().weapons[1].name);
     EXPECT_FALSE(program.patch.changed);
     links.typedText = QStringLiteral("Kanone f\u00fcr alle");
     DoubleClickRow(List(), 1);
-    EXPECT_EQ(Current().weaponNames[1], "Kanone f\xfcr alle");
+    EXPECT_EQ(Current().weapons[1].name, "Kanone f\xfcr alle");
     EXPECT_EQ(List().model()->index(1, 0).data().toString(), links.typedText);
     EXPECT_TRUE(program.patch.changed);
     edits.Undo();
@@ -125,12 +125,12 @@ TEST_P(frmEditWeaponsTest, RestoringAsksAndRestoresThatWeaponOnly) {
     }
     notifier.Expect("Are you sure you want to restore this weapon?", Answer::No);
     Click("cmdRestore");
-    EXPECT_EQ(Current().weaponNames[3], "Other");
+    EXPECT_EQ(Current().weapons[3].name, "Other");
     notifier.Expect("Are you sure you want to restore this weapon?", Answer::Yes);
     Click("cmdRestore");
     EXPECT_EQ(Weapon(3), Defaults().weapons[3]);
-    EXPECT_EQ(Current().weaponNames[3], Defaults().weaponNames[3]);
-    EXPECT_EQ(Current().weaponNames[1], "Other");
+    EXPECT_EQ(Current().weapons[3].name, Defaults().weapons[3].name);
+    EXPECT_EQ(Current().weapons[1].name, "Other");
     EXPECT_EQ(Find<QLineEdit>(*window, "txtMuzzleStateN").text().toInt(), Defaults().weapons[3].firingState);
 }
 

@@ -249,7 +249,7 @@ void ScenarioTest::ChangeTheRest() {
     QWidget& misc = Editor("frmEditMisc");
     TypeIn(misc, "txtIH", "75");
     Click(misc, "chkMonstersInfight");
-    if (!run->program.patch.extended)
+    if (!run->program.engine.dialect.IsExtended())
         return;
     QWidget& pars = Editor("frmEditPars");
     Click(pars, "cmdAdd");

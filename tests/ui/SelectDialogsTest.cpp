@@ -44,7 +44,7 @@ TEST_F(SelectDialogsTest, ASpriteStartsAtTheGivenFrameAndKeepsItsLitBit) {
     const QAbstractItemModelTester tester(list.model());
     auto& frame = Find<QLineEdit>(dialog, "txtFrame");
     auto chosen = Choose(dialog, EditorLinks::SpriteChoice{28, 3 | litBit}, [&] {
-        EXPECT_EQ(list.model()->rowCount(), static_cast<int>(Current().spriteNames.size()));
+        EXPECT_EQ(list.model()->rowCount(), static_cast<int>(Current().sprites.size()));
         EXPECT_EQ(list.currentIndex().data().toString().toStdString(), Current().SpriteName(28));
         EXPECT_EQ(frame.text(), "3");
         Accept(dialog);

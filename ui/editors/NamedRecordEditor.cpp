@@ -10,8 +10,8 @@
 namespace plinket3 {
 
 NamedRecordEditor::NamedRecordEditor(const char* name, const QString& caption, const EditorContext& context,
-                                     RecordKind kind, std::vector<std::string> PatchSet::*names, const Words& words)
-    : EditorWindow(name, caption, context), kind_(kind), words_(words), names_(context, kind, names) {}
+                                     RecordKind kind, const Words& words)
+    : EditorWindow(name, caption, context), kind_(kind), words_(words), names_(context, kind) {}
 
 void NamedRecordEditor::Build() {
     list_ = new QListView;

@@ -19,7 +19,7 @@ protected:
         const char* restoreQuestion;
     };
     NamedRecordEditor(const char* name, const QString& caption, const EditorContext& context, RecordKind kind,
-                      std::vector<std::string> PatchSet::*names, const Words& words);
+                      const Words& words);
 
     /// Makes what stands beside the list.
     virtual QWidget* BuildFields() = 0;

@@ -24,7 +24,7 @@ constexpr AmmoBox ammoBoxes[]{
 
 // Kept: ammunition is counted from 0 in the title, weapons from 1. docs/kept-behaviour.md
 frmEditAmmo::frmEditAmmo(const EditorContext& context)
-    : NamedRecordEditor("frmEditAmmo", tr("Ammo editor"), context, RecordKind::Ammo, &PatchSet::ammoNames,
+    : NamedRecordEditor("frmEditAmmo", tr("Ammo editor"), context, RecordKind::Ammo,
                         {.list = "lstAmmo",
                          .renameTitle = "Ammo ",
                          .firstNumber = 0,

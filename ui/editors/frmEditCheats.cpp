@@ -81,7 +81,7 @@ void frmEditCheats::fillStaticData() {
         if (!exists)
             continue;
         const CheatRecord& record = Current().cheats[cheat];
-        const int limit = context_.program.patch.extended ? noLimit : record.maximumLength & 0xffff;
+        const int limit = context_.program.engine.dialect.limitedCheats ? record.maximumLength & 0xffff : noLimit;
         // A text that a patch brought along is never cut off by being shown.
         boxes_[cheat]->setMaxLength(std::max(limit, static_cast<int>(record.text.size())));
     }

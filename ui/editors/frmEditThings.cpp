@@ -102,8 +102,8 @@ QTreeView* NewPlainList(const char* name, const QString& accessibleName) {
 } // namespace
 
 frmEditThings::frmEditThings(const EditorContext& context)
-    : EditorWindow("frmEditThings", tr("Thing editor"), context),
-      names_(context, RecordKind::Thing, &PatchSet::thingNames), listed_(names_), flags_(context) {}
+    : EditorWindow("frmEditThings", tr("Thing editor"), context), names_(context, RecordKind::Thing), listed_(names_),
+      flags_(context) {}
 
 void frmEditThings::ShowThing(int thing) {
     BringUpToDate();

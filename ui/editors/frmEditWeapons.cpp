@@ -28,13 +28,13 @@ constexpr StateBox stateBoxes[]{
 } // namespace
 
 frmEditWeapons::frmEditWeapons(const EditorContext& context)
-    : NamedRecordEditor("frmEditWeapons", tr("Weapon editor"), context, RecordKind::Weapon, &PatchSet::weaponNames,
+    : NamedRecordEditor("frmEditWeapons", tr("Weapon editor"), context, RecordKind::Weapon,
                         {.list = "lstWeapons",
                          .renameTitle = "Weapon ",
                          .firstNumber = 1,
                          .renamePrompt = "Enter new name",
                          .restoreQuestion = "Are you sure you want to restore this weapon?"}),
-      ammoNames_(context, RecordKind::Ammo, &PatchSet::ammoNames) {}
+      ammoNames_(context, RecordKind::Ammo) {}
 
 QWidget* frmEditWeapons::BuildFields() {
     ammoType_ = new QComboBox;

@@ -83,14 +83,14 @@ std::optional<std::string> frmPropString::Edit(int string) {
     const std::string& current = patch.current.strings[index].text;
 
     QString title = tr("String %1").arg(string);
-    if (patch.extended)
+    const bool keyed = context_.program.engine.dialect.keyedTexts;
+    if (keyed)
         title += ": " + StringKey(context_.program, index);
     setWindowTitle(title);
-    limit_ = patch.extended ? std::nullopt
-                            : std::optional(modPatchText::TextSpace(static_cast<std::int32_t>(standard.size())));
+    limit_ = keyed ? std::nullopt : std::optional(modPatchText::TextSpace(static_cast<std::int32_t>(standard.size())));
     oldString_->ShowText(standard, std::nullopt);
     oldLength_->setText(
-        tr("Length: %1").arg(patch.extended ? oldString_->Escaped().size() : static_cast<qsizetype>(standard.size())));
+        tr("Length: %1").arg(keyed ? oldString_->Escaped().size() : static_cast<qsizetype>(standard.size())));
     newString_->ShowText(current, limit_);
     const QString start = newString_->Escaped();
     newString_->setFocus();

@@ -7,8 +7,7 @@
 
 namespace plinket3 {
 
-NamesModel::NamesModel(const EditorContext& context, RecordKind kind, std::vector<std::string> PatchSet::*names)
-    : context_(context), kind_(kind), names_(names) {}
+NamesModel::NamesModel(const EditorContext& context, RecordKind kind) : context_(context), kind_(kind) {}
 
 void NamesModel::Reset() {
     beginResetModel();
@@ -22,14 +21,14 @@ void NamesModel::ShowCells(const std::vector<Cell>& cells) {
 }
 
 int NamesModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>((context_.program.patch.current.*names_).size());
+    return parent.isValid() ? 0 : static_cast<int>(RecordCount(context_.program.patch.current, kind_));
 }
 
 QVariant NamesModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     if (role == Qt::DisplayRole)
-        return ShownText((context_.program.patch.current.*names_)[static_cast<std::size_t>(index.row())]);
+        return ShownText(context_.edits.RecordName(kind_, index.row()));
     if (role != Qt::FontRole && role != Qt::ToolTipRole)
         return {};
     if (!Differs(index.row()))

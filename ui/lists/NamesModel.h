@@ -10,8 +10,8 @@ namespace plinket3 {
 class NamesModel : public QAbstractListModel {
     Q_OBJECT
 public:
-    /// `names` are those of `kind`.
-    NamesModel(const EditorContext& context, RecordKind kind, std::vector<std::string> PatchSet::*names);
+    /// `kind` must be one whose records have names.
+    NamesModel(const EditorContext& context, RecordKind kind);
 
     /// Another patch is open.
     void Reset();
@@ -25,7 +25,6 @@ private:
 
     EditorContext context_;
     RecordKind kind_;
-    std::vector<std::string> PatchSet::*names_;
 };
 
 } // namespace plinket3

@@ -7,7 +7,8 @@ namespace plinket3 {
 
 QString StringKey(const Session& session, std::size_t string) {
     const auto& strings = session.engine.strings;
-    return session.patch.extended && string < strings.size() ? ShownText(strings[string].mnemonic) : QString();
+    return session.engine.dialect.keyedTexts && string < strings.size() ? ShownText(strings[string].mnemonic)
+                                                                        : QString();
 }
 
 QString StringsModel::Header(int column) const {
@@ -15,7 +16,7 @@ QString StringsModel::Header(int column) const {
         return QStringLiteral("#");
     if (column == textColumn)
         return tr("Text");
-    return context_.program.patch.extended ? tr("String") : tr("Length");
+    return context_.program.engine.dialect.keyedTexts ? tr("String") : tr("Length");
 }
 
 QString StringsModel::Text(const PatchSet& set, std::size_t record, int column) const {
@@ -24,7 +25,8 @@ QString StringsModel::Text(const PatchSet& set, std::size_t record, int column) 
         return QString::number(record);
     if (column == textColumn)
         return ShownText(modPatchText::EscapeText(string.text));
-    return context_.program.patch.extended ? StringKey(context_.program, record) : QString::number(string.length);
+    return context_.program.engine.dialect.keyedTexts ? StringKey(context_.program, record)
+                                                      : QString::number(string.length);
 }
 
 QString StringsModel::SearchText(std::size_t record) const {
@@ -32,7 +34,7 @@ QString StringsModel::SearchText(std::size_t record) const {
 }
 
 bool StringsModel::IsNumber(int column) const {
-    return column == numberColumn || (column == keyColumn && !context_.program.patch.extended);
+    return column == numberColumn || (column == keyColumn && !context_.program.engine.dialect.keyedTexts);
 }
 
 } // namespace plinket3

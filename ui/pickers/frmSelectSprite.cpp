@@ -12,7 +12,7 @@ namespace plinket3 {
 frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
     : PickerDialog("frmSelectSprite", tr("Choose a sprite"), program, parent),
       names_(new TextListModel(
-          this, [&program] { return program.patch.current.spriteNames.size(); },
+          this, [&program] { return program.patch.current.sprites.size(); },
           [&program](std::size_t sprite) {
               return ShownText(program.patch.current.SpriteName(static_cast<std::int32_t>(sprite)));
           })),

@@ -17,8 +17,8 @@ constexpr std::int32_t wholeNumber = -1; // a mask
 struct ColumnFacts {
     const char* heading = "";
     const char* stepName = "";
-    std::int32_t StateRecord::*member = nullptr; // null: none, or the code pointer
-    std::int32_t mask = wholeNumber;             // the bits that belong to the column
+    std::int32_t StateNumbers::*member = nullptr; // null: none, or the code pointer
+    std::int32_t mask = wholeNumber;              // the bits that belong to the column
 };
 
 /// In the order of `StateColumn`; the entry for `Count` is a gap.
@@ -44,9 +44,9 @@ std::string StepName(const Edits& edits, StateColumn column, const std::vector<s
 }
 
 std::int32_t StoredNumber(const PatchSet& set, std::int32_t state, StateColumn column) {
-    const auto index = static_cast<std::size_t>(state);
+    const StateRecord& record = set.states[static_cast<std::size_t>(state)];
     const ColumnFacts& facts = FactsOf(column);
-    return facts.member != nullptr ? set.states[index].*facts.member : set.codePointers[index];
+    return facts.member != nullptr ? record.*facts.member : record.codePointer;
 }
 
 /// One step that sets each state's column to what `value(state, column)` tells.
@@ -103,7 +103,7 @@ QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, 
     }
 }
 
-void StoreInStates(Edits& edits, const PatchData& patch, const std::vector<std::int32_t>& states,
+void StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,
                    std::span<const StateColumnAssignment> values, bool typing) {
     std::vector<StateColumn> which;
     which.reserve(values.size());
@@ -113,12 +113,12 @@ void StoreInStates(Edits& edits, const PatchData& patch, const std::vector<std::
     std::vector<std::int32_t> taken;
     taken.reserve(states.size());
     for (const std::int32_t state : states)
-        if (state != 0 &&
-            (!action || patch.extended || StateColumnValue(patch.current, state, StateColumn::Action) != 0))
+        if (state != 0 && (!action || session.engine.dialect.namedCodePointers ||
+                           StateColumnValue(session.patch.current, state, StateColumn::Action) != 0))
             taken.push_back(state);
     if (taken.empty() || which.empty())
         return;
-    StoreColumns(edits, patch.current, taken, which, StepName(edits, which.front(), taken), typing,
+    StoreColumns(edits, session.patch.current, taken, which, StepName(edits, which.front(), taken), typing,
                  [values](std::int32_t, StateColumn column) {
                      for (const StateColumnAssignment& assignment : values)
                          if (assignment.column == column)

@@ -48,7 +48,7 @@ struct StateColumnAssignment {
 
 /// Stores values in several states as one step ("duration of 3 frames"). State 0 stays as it is, and so does, in a
 /// patch that is not extended, the action of a state that has none.
-void StoreInStates(Edits& edits, const PatchData& patch, const std::vector<std::int32_t>& states,
+void StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,
                    std::span<const StateColumnAssignment> values, bool typing = false);
 
 /// Restores one column of these states; for `Name` sprite and frame, for `Number` nothing.

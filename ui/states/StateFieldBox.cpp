@@ -14,7 +14,7 @@ namespace plinket3 {
 
 StateFieldBox::StateFieldBox(const QString& name, const QString& accessibleName, StateColumn column,
                              const StateSelection& selection, const EditorContext& context)
-    : FieldBox(name, accessibleName, context), patch_(context.program.patch), column_(column), selection_(selection) {
+    : FieldBox(name, accessibleName, context), session_(context.program), column_(column), selection_(selection) {
     connect(this, &QLineEdit::textEdited, this, &StateFieldBox::StoreText);
 }
 
@@ -37,8 +37,8 @@ void StateFieldBox::Update() {
 void StateFieldBox::ShowValue() {
     if (selection_.states.size() != 1)
         return MarkDifference(*this, false, {});
-    const std::int32_t value = StateColumnValue(patch_.current, selection_.current, column_);
-    const std::int32_t standard = StateColumnValue(patch_.defaults, selection_.current, column_);
+    const std::int32_t value = StateColumnValue(session_.patch.current, selection_.current, column_);
+    const std::int32_t standard = StateColumnValue(session_.patch.defaults, selection_.current, column_);
     if (text().isEmpty() && !isModified())
         setText(TextOf(value));
     MarkDifference(*this, value != standard, TextOf(standard));
@@ -52,7 +52,7 @@ std::optional<std::int32_t> StateFieldBox::Shown() const {
 
 bool StateFieldBox::IsValueOfAll(std::int32_t value) const {
     return std::all_of(selection_.states.begin(), selection_.states.end(), [&](std::int32_t state) {
-        return state == 0 || StateColumnValue(patch_.current, state, column_) == value;
+        return state == 0 || StateColumnValue(session_.patch.current, state, column_) == value;
     });
 }
 
@@ -73,7 +73,7 @@ void StateFieldBox::StoreText() {
         assignment.value = ReadRangedField(*this, edits_.LimitsOf(RecordKind::State, StateColumnField(column_)));
     }
     setModified(true);
-    StoreInStates(edits_, patch_, selection_.states, {&assignment, 1}, true);
+    StoreInStates(edits_, session_, selection_.states, {&assignment, 1}, true);
     Update();
 }
 
@@ -81,12 +81,12 @@ void StateFieldBox::AddRestore(QMenu& menu) {
     if (selection_.states.empty())
         return;
     menu.addSeparator();
-    const QString text =
-        selection_.Several()
-            ? tr("Restore defaults of %n states", nullptr, static_cast<int>(selection_.states.size()))
-            : tr("Restore default (%1)").arg(TextOf(StateColumnValue(patch_.defaults, selection_.current, column_)));
+    const QString text = selection_.Several()
+                             ? tr("Restore defaults of %n states", nullptr, static_cast<int>(selection_.states.size()))
+                             : tr("Restore default (%1)")
+                                   .arg(TextOf(StateColumnValue(session_.patch.defaults, selection_.current, column_)));
     QAction* restore =
-        menu.addAction(text, this, [this] { RestoreStateColumn(edits_, patch_, selection_.states, column_); });
+        menu.addAction(text, this, [this] { RestoreStateColumn(edits_, session_.patch, selection_.states, column_); });
     restore->setObjectName(QStringLiteral("restoreField"));
 }
 

@@ -37,7 +37,7 @@ private:
     void StoreText();
     void ShowValue();
 
-    const PatchData& patch_;
+    const Session& session_;
     StateColumn column_;
     const StateSelection& selection_;
     FrameForm form_ = FrameForm::Number;

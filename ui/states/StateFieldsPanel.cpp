@@ -66,7 +66,7 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
     });
     connect(cmbActions_, &ActionBox::Named, this, [this](int entry) {
         // Kept: leaving the box with the empty action's name typed does nothing. docs/kept-behaviour.md
-        if (cmbActions_->ValueOf(entry) != 0 || context_.program.patch.extended)
+        if (cmbActions_->ValueOf(entry) != 0 || context_.program.engine.dialect.namedCodePointers)
             StoreAction(cmbActions_->ValueOf(entry));
     });
     connect(cmbActions_, &ActionBox::Unknown, this, &StateFieldsPanel::RefuseUnknownAction);
@@ -201,9 +201,10 @@ void StateFieldsPanel::ShowSpriteAndNextState() {
 
 /// In a patch that is not extended only states to which the engine itself gives an action may have one.
 bool StateFieldsPanel::ActionsMayBeSet() const {
-    const PatchData& patch = context_.program.patch;
-    return std::any_of(selection_.states.begin(), selection_.states.end(), [&patch](std::int32_t state) {
-        return state != 0 && (patch.extended || patch.current.states[static_cast<std::size_t>(state)].action != 0);
+    const Session& session = context_.program;
+    return std::any_of(selection_.states.begin(), selection_.states.end(), [&session](std::int32_t state) {
+        return state != 0 && (session.engine.dialect.namedCodePointers ||
+                              session.patch.current.states[static_cast<std::size_t>(state)].action != 0);
     });
 }
 
@@ -246,12 +247,12 @@ void StateFieldsPanel::StoreLit() {
     if (chkLit_->checkState() == Qt::PartiallyChecked) // a click leads away from "leave as is", never back to it
         chkLit_->setCheckState(Qt::Checked);
     const StateColumnAssignment lit{StateColumn::Lit, chkLit_->checkState() == Qt::Checked ? litBit : 0};
-    StoreInStates(context_.edits, context_.program.patch, selection_.states, {&lit, 1});
+    StoreInStates(context_.edits, context_.program, selection_.states, {&lit, 1});
     Update();
 }
 
 bool StateFieldsPanel::RefusesEmptyAction(std::int32_t value) {
-    if (value != 0 || context_.program.patch.extended)
+    if (value != 0 || context_.program.engine.dialect.namedCodePointers)
         return false;
     ShowAction();
     context_.program.notifier.Show(MessageKind::Exclamation, noEmptyAction);
@@ -269,7 +270,7 @@ void StateFieldsPanel::RefuseUnknownAction() {
 
 void StateFieldsPanel::StoreAction(std::int32_t value) {
     const StateColumnAssignment action{StateColumn::Action, value};
-    StoreInStates(context_.edits, context_.program.patch, selection_.states, {&action, 1});
+    StoreInStates(context_.edits, context_.program, selection_.states, {&action, 1});
     if (selection_.Several())
         cmbActions_->ShowAction(value);
     else
@@ -285,19 +286,18 @@ void StateFieldsPanel::BrowseSprite() {
         return;
     const std::array<StateColumnAssignment, 2> picture{
         {{StateColumn::Sprite, chosen->sprite}, {StateColumn::Frame, chosen->frame & ~litBit}}};
-    StoreInStates(context_.edits, context_.program.patch, selection_.states, picture);
+    StoreInStates(context_.edits, context_.program, selection_.states, picture);
 }
 
 void StateFieldsPanel::BrowseNextState() {
     if (!selection_.Editable())
         return;
-    const PatchData& patch = context_.program.patch;
-    const auto chosen =
-        context_.links.PickState(StateColumnValue(patch.current, selection_.current, StateColumn::NextState));
+    const PatchSet& current = context_.program.patch.current;
+    const auto chosen = context_.links.PickState(StateColumnValue(current, selection_.current, StateColumn::NextState));
     if (!chosen)
         return;
     const StateColumnAssignment next{StateColumn::NextState, *chosen};
-    StoreInStates(context_.edits, patch, selection_.states, {&next, 1});
+    StoreInStates(context_.edits, context_.program, selection_.states, {&next, 1});
 }
 
 void StateFieldsPanel::BrowseAction() {

@@ -38,11 +38,11 @@ QComboBox* NewList(const QString& name, const QString& accessibleName) {
     return list;
 }
 
-void FillList(QComboBox& list, const std::vector<std::string>& names) {
+template <class Record> void FillList(QComboBox& list, const std::vector<Record>& records) {
     const QSignalBlocker quiet(list);
     list.clear();
-    for (const std::string& name : names)
-        list.addItem(ShownText(name));
+    for (const Record& record : records)
+        list.addItem(ShownText(record.name));
 }
 
 } // namespace
@@ -84,8 +84,8 @@ QComboBox* StateFilterPanel::List(StateFilterMode mode) const {
 }
 
 void StateFilterPanel::Fill() {
-    FillList(*cmbFilterThings_, session_.patch.current.thingNames);
-    FillList(*cmbFilterWeapons_, session_.patch.current.weaponNames);
+    FillList(*cmbFilterThings_, session_.patch.current.things);
+    FillList(*cmbFilterWeapons_, session_.patch.current.weapons);
     ClearText();
     ShowMode(StateFilterMode::All);
 }

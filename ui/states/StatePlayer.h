@@ -1,6 +1,6 @@
 #pragma once
 
-#include "patch/modTableDef.h"
+#include "patch/PatchSet.h"
 
 #include <QElapsedTimer>
 #include <QObject>

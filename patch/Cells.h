@@ -1,0 +1,65 @@
+#pragma once
+
+#include "patch/PatchSet.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace plinket3 {
+
+/// One value of a patch. `field` is a row of the kind's table, or one of the constants below.
+struct Cell {
+    RecordKind kind = RecordKind::Thing;
+    std::int32_t index = 0; // of the record; 0 for the one miscellaneous record and for the par list
+    int field = 0;
+    bool operator==(const Cell&) const = default;
+};
+inline constexpr int nameField = -1;        // things, weapons, ammunition
+inline constexpr int codePointerField = -2; // states
+inline constexpr int textField = -3;        // strings (with their length) and cheats
+inline constexpr int listField = -4;        // the par list as a whole
+
+using CellValue = std::variant<std::int32_t, std::string, std::vector<ParRecord>>;
+
+struct Limits {
+    std::int32_t lowest = INT32_MIN, highest = INT32_MAX;
+    std::int32_t Apply(std::int32_t value) const { return value < lowest ? lowest : value > highest ? highest : value; }
+};
+
+/// What the row of a cell tells, whatever the record. Only for cells whose field is a row.
+struct RowFacts {
+    std::string_view label;
+    FieldUnit unit = FieldUnit::Number;
+    FieldWidth width = FieldWidth::Int32;
+    Limits limits;
+};
+RowFacts FactsOf(RecordKind kind, int field);
+
+/// How many records a set has; 1 for the miscellaneous record and the par list.
+std::size_t RecordCount(const PatchSet& set, RecordKind kind);
+
+bool HasCell(const PatchSet& set, const Cell& cell);
+/// Both only for cells that `set` has; a value is of the cell's own type.
+CellValue ReadCell(const PatchSet& set, const Cell& cell);
+void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
+
+/// Every cell of a record: all rows of its table and its name, text or code pointer.
+std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
+/// The miscellaneous values that an engine derives from this one.
+std::vector<Cell> DerivedFrom(const Cell& cell);
+
+/// What an editor lets into a numeric field: the row's limits, or those of what it refers to in `set`.
+Limits LimitsOf(const PatchSet& set, RecordKind kind, int field);
+/// A number as an editor's is stored in a row of a table: limited, a byte's negative value as its unsigned reading.
+std::int32_t Limited(const PatchSet& set, const Cell& cell, std::int32_t number);
+
+/// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record.
+std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index);
+/// "hit points of Imp", "duration of frame 12".
+std::string CellName(const PatchSet& set, const Cell& cell);
+
+} // namespace plinket3

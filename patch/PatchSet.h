@@ -1,0 +1,111 @@
+#pragma once
+
+#include "core/Dialect.h"
+#include "patch/modTableDef.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace plinket3 {
+
+/// One set of records: an engine's own, or what a patch makes of them.
+struct PatchSet {
+    std::vector<ThingRecord> things;
+    std::vector<StateRecord> states;
+    std::vector<SoundRecord> sounds;
+    std::vector<SpriteRecord> sprites;
+    std::vector<StringRecord> strings;
+    std::vector<WeaponRecord> weapons;
+    std::vector<AmmoRecord> ammo;
+    std::vector<CheatRecord> cheats;
+    MiscRecord misc;
+    std::vector<ParRecord> pars; // empty in the default set
+    bool operator==(const PatchSet&) const = default;
+
+    /// A sound's name without the blanks and NULs that fill its six characters; empty for an index beyond the sounds.
+    std::string SoundName(std::int32_t sound) const;
+    /// A sprite's four characters; empty for an index beyond the sprites.
+    std::string_view SpriteName(std::int32_t sprite) const;
+};
+
+enum class RecordKind { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
+
+/// A kind of records of which a set has a list.
+template <class RecordType> struct ListKind {
+    using Record = RecordType;
+    RecordKind kind;
+    std::string_view plural;
+    std::vector<Record> PatchSet::*records;
+    SectionRule Dialect::*section = nullptr; // in patches; null for a kind without sections by number
+
+    auto& In(PatchSet& set) const { return set.*records; }
+    const auto& In(const PatchSet& set) const { return set.*records; }
+};
+
+/// All of them, in the order of table files and patches.
+inline constexpr std::tuple listKinds{
+    ListKind<ThingRecord>{RecordKind::Thing, "things", &PatchSet::things, &Dialect::things},
+    ListKind<StateRecord>{RecordKind::State, "states", &PatchSet::states, &Dialect::states},
+    ListKind<SoundRecord>{RecordKind::Sound, "sounds", &PatchSet::sounds, &Dialect::sounds},
+    ListKind<SpriteRecord>{RecordKind::Sprite, "sprites", &PatchSet::sprites},
+    ListKind<StringRecord>{RecordKind::String, "strings", &PatchSet::strings},
+    ListKind<WeaponRecord>{RecordKind::Weapon, "weapons", &PatchSet::weapons, &Dialect::weapons},
+    ListKind<AmmoRecord>{RecordKind::Ammo, "ammo", &PatchSet::ammo, &Dialect::ammo},
+    ListKind<CheatRecord>{RecordKind::Cheat, "cheats", &PatchSet::cheats},
+};
+
+/// Calls visit(listKind) for each of them.
+template <class Visit> constexpr void VisitKinds(Visit visit) {
+    std::apply([&visit](const auto&... kinds) { (visit(kinds), ...); }, listKinds);
+}
+
+/// Calls visit(listKind) for one of them; does nothing for the kinds that are no list of records.
+template <class Visit> constexpr void VisitKind(RecordKind kind, Visit visit) {
+    VisitKinds([kind, &visit](const auto& each) {
+        if (each.kind == kind)
+            visit(each);
+    });
+}
+
+template <class Kind> using RecordOf = typename std::remove_cvref_t<Kind>::Record;
+
+/// Things, weapons and ammunition have names of any length.
+template <class Record> inline constexpr bool isNamed = false;
+template <> inline constexpr bool isNamed<ThingRecord> = true;
+template <> inline constexpr bool isNamed<WeaponRecord> = true;
+template <> inline constexpr bool isNamed<AmmoRecord> = true;
+
+/// Whether two sets have equally many records of each kind.
+inline bool HaveSameCounts(const PatchSet& left, const PatchSet& right) {
+    bool same = true;
+    VisitKinds([&](const auto& kind) { same = same && kind.In(left).size() == kind.In(right).size(); });
+    return same;
+}
+
+/// The record at `index`; null when there is none.
+template <class Record> Record* RecordAt(std::vector<Record>& records, std::int32_t index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= records.size())
+        return nullptr;
+    return &records[static_cast<std::size_t>(index)];
+}
+
+/// The open patch: an engine's own data, what the patch makes of it, and where it came from.
+struct PatchData {
+    PatchSet defaults; // the engine's, never changed by editing
+    PatchSet current;
+    std::filesystem::path fileName;
+    bool named = false;   // the file name is one that the user chose
+    bool changed = false; // there are unsaved changes
+    std::int32_t doomVersion = 0, patchFormat = Dialect().patchFormat;
+    std::string engineConfig;          // the configuration's file name without its folder
+    std::string iwadPath, dataWadPath; // the second one empty when there is none
+};
+
+} // namespace plinket3
