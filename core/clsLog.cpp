@@ -1,5 +1,6 @@
 #include "core/clsLog.h"
 
+#include "core/SystemFiles.h"
 #include "core/Version.h"
 
 #include <array>
@@ -10,17 +11,6 @@
 namespace plinket3 {
 
 namespace {
-
-std::tm LocalTime() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &now);
-#else
-    localtime_r(&now, &local);
-#endif
-    return local;
-}
 
 std::string TimeText(const char* format, const std::tm& time) {
     std::array<char, 64> buffer{};

@@ -1,6 +1,7 @@
 #include "core/modMain.h"
 
 #include "core/Files.h"
+#include "core/SystemFiles.h"
 #include "core/Text.h"
 #include "core/modParse.h"
 

@@ -15,7 +15,7 @@ struct Session {
     PatchData patch;
     WadList wads;
     std::shared_ptr<clsWad> iwad, dataWad; // null when there is none
-    std::string palette;                   // the lump PLAYPAL: 768 bytes for each palette
+    std::string palette;                   // the first one of the lump PLAYPAL
     std::string missingDataWad;            // a data WAD that was wanted and could not be opened
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "patch/modTables.h"
+#include "wad/clsBitmap.h"
 
 #include <utility>
 
@@ -78,7 +79,7 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
     patch.iwadPath = iwads[choice.iwad].path;
     // Kept: a data WAD that is not there is not named in the saved patch. docs/kept-behaviour.md
     patch.dataWadPath = dataWad ? choice.dataWad : std::string();
-    std::string colours = palette->wad->ReadLumpString(palette->num);
+    std::string colours = palette->wad->ReadLumpString(palette->num, clsBitmap::paletteSize);
     log.Add("  Loaded PLAYPAL lump");
     std::string missing = dataWad ? std::string() : choice.dataWad;
     session = {std::move(engine),  std::move(patch),   std::move(wads),   iwad,

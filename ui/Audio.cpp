@@ -79,7 +79,7 @@ void Audio::PlaySoundLump(const Session& session, clsLog& log, std::int32_t soun
     const auto found = session.wads.FindLump(name);
     if (!found)
         return;
-    const std::vector<std::uint8_t> lump = found->wad->ReadLump(found->num);
+    const std::vector<std::uint8_t> lump = found->wad->ReadLump(found->num, longestSoundLump);
     const SoundLump read = ReadSoundLump(lump);
     if (const Status status = Play(read.rate, read.samples.data(), read.samples.size()); !status) {
         log.Add("Could not create sample. BASS error code 0: " + status.Reason());

@@ -40,6 +40,8 @@ public:
     /// The rows from the bottom to the top, `Stride` bytes each.
     const std::vector<std::uint8_t>& Pixels() const { return pixels_; }
 
+    /// The part of a PLAYPAL lump that `setPalette` uses, in bytes.
+    static constexpr std::int64_t paletteSize = 768;
     /// The longest side of a bitmap in pixels. No sprite comes near; a damaged header does.
     static constexpr int largestSide = 4096;
 
@@ -55,6 +57,9 @@ struct PictureSize {
     int width = 0, height = 0;
 };
 PictureSize ReadPictureSize(std::string_view lump);
+
+/// As much of a picture lump as is read, in bytes: room for every pixel of the largest bitmap, its posts and offsets.
+inline constexpr std::int64_t longestPictureLump = 32 << 20;
 
 /// Decodes a picture lump into a bitmap of its own size over palette index 0. False, with an empty bitmap, when the
 /// lump is no picture.

@@ -7,14 +7,9 @@
 #include <bit>
 #include <utility>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace plinket3 {
 
 namespace {
-
-static_assert(sizeof(off_t) >= sizeof(std::int64_t), "build with _FILE_OFFSET_BITS=64");
 
 constexpr std::size_t headerSize = 12;
 constexpr std::size_t nameLength = 8;
@@ -49,13 +44,12 @@ void clsWad::OpenWad(std::filesystem::path FileName) {
     CloseWad();
     if (type != std::filesystem::file_type::regular) // opening a pipe would wait for its writer
         return;
-    file_.reset(std::fopen(FileName.c_str(), "rb"));
-    if (!file_)
+    if (!file_.Open(FileName))
         return;
 
     // What a short header lacks reads as 0: such a WAD has no lumps.
     std::array<char, headerSize> header{};
-    ReadAt(0, header.data(), header.size());
+    file_.ReadAt(0, header.data(), header.size());
     const std::string_view identification(header.data(), identification_.size());
     if (identification != "IWAD" && identification != "PWAD") {
         CloseWad();
@@ -71,20 +65,23 @@ void clsWad::OpenWad(std::filesystem::path FileName) {
     const std::int64_t room = offset < 0 ? 0 : (WadSize() - offset) / static_cast<std::int64_t>(sizeof(Entry));
     const std::int64_t taken = std::max<std::int64_t>(0, std::min({count, room, std::int64_t{largestDirectory}}));
     directory_.resize(static_cast<std::size_t>(taken));
-    directory_.resize(ReadAt(offset, directory_.data(), directory_.size() * sizeof(Entry)) / sizeof(Entry));
+    directory_.resize(
+        file_.ReadAt(static_cast<std::uint64_t>(offset), directory_.data(), directory_.size() * sizeof(Entry)) /
+        sizeof(Entry));
     for (Entry& entry : directory_)
         entry.name = NormalName(entry.name);
     CreateSpriteIndex();
 }
 
-std::vector<std::uint8_t> clsWad::ReadLump(int lump) const {
-    auto bytes = ReadEntry<std::vector<std::uint8_t>>(lump, 1);
-    if (const Entry* entry = Find(lump); entry != nullptr && std::cmp_equal(bytes.size(), entry->size))
+std::vector<std::uint8_t> clsWad::ReadLump(int lump, std::int64_t most) const {
+    auto bytes = ReadEntry<std::vector<std::uint8_t>>(lump, most, 1);
+    if (const Entry* entry = Find(lump);
+        entry != nullptr && std::cmp_equal(bytes.size(), entry->size) && entry->size < most)
         bytes.push_back(0);
     return bytes;
 }
 
-std::string clsWad::ReadLumpString(int lump) const { return ReadEntry<std::string>(lump, 0); }
+std::string clsWad::ReadLumpString(int lump, std::int64_t most) const { return ReadEntry<std::string>(lump, most, 0); }
 
 int clsWad::WadType() const { return identification_[0] == 'I' ? 0 : 1; }
 
@@ -115,12 +112,7 @@ std::int32_t clsWad::LumpOffset(int lump) const {
     return entry == nullptr ? 0 : entry->offset;
 }
 
-std::int64_t clsWad::WadSize() const {
-    struct stat status {};
-    if (!file_ || fstat(fileno(file_.get()), &status) != 0)
-        return 0;
-    return status.st_size;
-}
+std::int64_t clsWad::WadSize() const { return static_cast<std::int64_t>(file_.Size()); }
 
 int clsWad::NumForName(std::string_view name) const {
     const std::string key = ToUpper(Trim(name));
@@ -166,26 +158,13 @@ const clsWad::Entry* clsWad::Find(int lump) const {
     return lump < 0 || lump >= LumpCount() ? nullptr : &directory_[static_cast<std::size_t>(lump)];
 }
 
-std::size_t clsWad::ReadAt(std::int64_t offset, void* bytes, std::size_t size) const {
-    // Not through the stream's buffer, which would show a file as it was some reads ago.
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t got = pread(fileno(file_.get()), static_cast<char*>(bytes) + done, size - done,
-                                  static_cast<off_t>(offset) + static_cast<off_t>(done));
-        if (got <= 0)
-            break;
-        done += static_cast<std::size_t>(got);
-    }
-    return done;
-}
-
-template <class Bytes> Bytes clsWad::ReadEntry(int lump, int more) const {
+template <class Bytes> Bytes clsWad::ReadEntry(int lump, std::int64_t most, int more) const {
     const Entry* entry = Find(lump);
     if (entry == nullptr || entry->offset < 0 || entry->size < 0)
         return {};
-    const std::int64_t wanted = std::int64_t{entry->size} + more;
+    const std::int64_t wanted = std::min<std::int64_t>(std::int64_t{entry->size} + more, most);
     Bytes bytes(static_cast<std::size_t>(std::clamp<std::int64_t>(WadSize() - entry->offset, 0, wanted)), 0);
-    bytes.resize(ReadAt(entry->offset, bytes.data(), bytes.size()));
+    bytes.resize(file_.ReadAt(static_cast<std::uint64_t>(entry->offset), bytes.data(), bytes.size()));
     return bytes;
 }
 

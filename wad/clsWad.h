@@ -1,11 +1,12 @@
 #pragma once
 
+#include "core/SystemFiles.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
-#include <memory>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,10 +29,11 @@ public:
     void OpenWad(std::filesystem::path FileName);
 
     /// The lump's bytes and the one byte after them in the file (`LumpSize` + 1 in all; that byte is 0 at the end of
-    /// the file); fewer when the lump reaches outside the file. -1 gives an empty vector.
-    std::vector<std::uint8_t> ReadLump(int lump) const;
-    /// The lump's bytes; fewer when the lump reaches outside the file. -1 gives an empty string.
-    std::string ReadLumpString(int lump) const;
+    /// the file), the first `most` of more; fewer when the lump reaches outside the file. -1 gives an empty vector.
+    std::vector<std::uint8_t> ReadLump(int lump, std::int64_t most = everything) const;
+    /// The lump's bytes, the first `most` of a longer one; fewer when the lump reaches outside the file. -1 gives an
+    /// empty string.
+    std::string ReadLumpString(int lump, std::int64_t most = everything) const;
 
     /// 0 for an IWAD, 1 for a PWAD; 1 when nothing is open.
     int WadType() const;
@@ -58,6 +60,8 @@ public:
     /// `OpenWad` calls it.
     void CreateSpriteIndex();
 
+    static constexpr std::int64_t everything = std::numeric_limits<std::int64_t>::max();
+
     /// No WAD comes near so many lumps; a damaged count in a file of many gigabytes does, and would cost its memory.
     static constexpr std::int32_t largestDirectory = 1 << 20;
 
@@ -67,19 +71,14 @@ private:
         std::int32_t size = 0;
         std::uint64_t name = 0; // trimmed, padded with blanks; the first character is the lowest byte
     };
-    struct CloseFile {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
     void CloseWad();
     const Entry* Find(int lump) const;
-    /// Reads up to `size` bytes and returns their number, less where the file ends.
-    std::size_t ReadAt(std::int64_t offset, void* bytes, std::size_t size) const;
-    /// The bytes of a lump and up to `more` bytes behind it, as far as the file goes.
-    template <class Bytes> Bytes ReadEntry(int lump, int more) const;
+    /// The bytes of a lump and up to `more` bytes behind it, `most` in all, as far as the file goes.
+    template <class Bytes> Bytes ReadEntry(int lump, std::int64_t most, int more) const;
 
     std::array<char, 4> identification_{'P', 'W', 'A', 'D'};
     std::filesystem::path fileName_;
-    std::unique_ptr<std::FILE, CloseFile> file_;
+    SystemFile file_;
     std::vector<Entry> directory_;
     std::vector<int> spriteIndex_; // ascending
 };

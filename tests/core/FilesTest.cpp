@@ -1,15 +1,20 @@
 #include "core/Files.h"
 
+#include "core/Bytes.h"
 #include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
+#include <thread>
 #include <unistd.h>
 
 namespace plinket3 {
@@ -42,6 +47,36 @@ private:
     void (*signal_)(int);
     rlimit before_{};
 };
+
+constexpr const char* accessList = "system.posix_acl_access";
+enum AccessTag : std::uint16_t { userOwner = 1, user = 2, groupOwner = 4, mask = 16, others = 32 };
+struct AccessEntry {
+    AccessTag tag;
+    std::uint16_t permissions;
+    std::int32_t id = -1;
+};
+
+/// An access list as the system keeps it.
+std::string AccessList(const std::vector<AccessEntry>& entries) {
+    ByteWriter writer;
+    writer.Int32(2); // version
+    for (const AccessEntry& entry : entries) {
+        writer.UInt16(entry.tag);
+        writer.UInt16(entry.permissions);
+        writer.Int32(entry.id);
+    }
+    return writer.Take();
+}
+
+bool SetAttribute(const fs::path& file, const char* name, const std::string& value) {
+    return setxattr(file.c_str(), name, value.data(), value.size(), 0) == 0;
+}
+
+std::string Attribute(const fs::path& file, const char* name) {
+    std::array<char, 1000> value{};
+    const ssize_t size = getxattr(file.c_str(), name, value.data(), value.size());
+    return {value.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
+}
 
 class FilesTest : public testing::Test {
 protected:
@@ -183,9 +218,72 @@ TEST_F(FilesTest, WritingRefusesWhatMustNotBeReplaced) {
     EXPECT_EQ(WriteFileAtomically(folder_ / "readOnly", "new").Reason(), "the file is read-only");
     EXPECT_EQ(ReadFile(folder_ / "readOnly"), "old");
     EXPECT_EQ(WriteFileAtomically(folder_.Path(), "new").Reason(), "is a folder");
-    EXPECT_EQ(WriteFileAtomically("/dev/null", "new").Reason(), "is not a regular file");
+    mkfifo((folder_ / "pipe").c_str(), 0600);
+    EXPECT_EQ(WriteFileAtomically(folder_ / "pipe", "new").Reason(), "nobody reads from it");
     EXPECT_EQ(WriteFileAtomically(folder_ / "none/a", "new").Reason(), "No such file or directory");
     EXPECT_EQ(WriteFileAtomically("", "new").Reason(), "no file name");
+}
+
+TEST_F(FilesTest, WhatIsNoRegularFileIsWrittenStraight) {
+    EXPECT_TRUE(WriteFileAtomically("/dev/null", "gone"));
+    EXPECT_EQ(WriteFileAtomically("/dev/full", "x").Reason(), "No space left on device");
+
+    const fs::path pipe = folder_ / "pipe";
+    mkfifo(pipe.c_str(), 0600);
+    const std::string bytes(1 << 20, 'x'); // more than a pipe holds
+    std::string read;
+    std::thread reader([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        read = ReadFile(pipe);
+    });
+    EXPECT_TRUE(WriteFileAtomically(pipe, bytes));
+    reader.join();
+    EXPECT_TRUE(read == bytes);
+    std::thread leaver([&] { close(open(pipe.c_str(), O_RDONLY | O_CLOEXEC)); });
+    EXPECT_EQ(WriteFileAtomically(pipe, bytes).Reason(), "Broken pipe") << "and the program goes on";
+    leaver.join();
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
+TEST_F(FilesTest, WhatTheProcessHasOpenIsWrittenWhereItIs) {
+    WriteFile(folder_ / "out", "");
+    const int out = open((folder_ / "out").c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(write(out, "first ", 6), 6);
+    fs::create_symlink("/dev/fd/" + std::to_string(out), folder_ / "link");
+    EXPECT_TRUE(WriteFileAtomically("/proc/self/fd/" + std::to_string(out), "second "));
+    EXPECT_TRUE(WriteFileAtomically(folder_ / "link", "third"));
+    ASSERT_EQ(write(out, ".", 1), 1);
+    close(out);
+    EXPECT_EQ(ReadFile(folder_ / "out"), "first second third.");
+    EXPECT_FALSE(WriteFileAtomically(folder_ / "link", "closed"));
+    EXPECT_EQ(EntriesIn(folder_.Path()), 2U);
+}
+
+TEST_F(FilesTest, WritingKeepsAttributesAndAccessListsAndNoOthers) {
+    const std::string list = AccessList({{userOwner, 6}, {user, 4, 1234}, {groupOwner, 0}, {mask, 4}, {others, 0}});
+    const std::string folderList = AccessList({{userOwner, 7}, {user, 7, 99}, {groupOwner, 5}, {mask, 7}, {others, 0}});
+    WriteFile(folder_ / "listed", "old");
+    WriteFile(folder_ / "plain", "old");
+    fs::permissions(folder_ / "plain", fs::perms(0640));
+    if (!SetAttribute(folder_ / "listed", "user.origin", "mine") || !SetAttribute(folder_ / "listed", accessList, list))
+        GTEST_SKIP() << "the file system has no attributes";
+    ASSERT_TRUE(SetAttribute(folder_.Path(), "system.posix_acl_default", folderList));
+    for (const char* name : {"listed", "plain"})
+        ASSERT_TRUE(WriteFileAtomically(folder_ / name, "new"));
+    ASSERT_TRUE(CopyFileAtomically(folder_ / "listed", folder_ / "copy"));
+    for (const char* name : {"listed", "copy"}) {
+        EXPECT_EQ(Attribute(folder_ / name, "user.origin"), "mine") << name;
+        EXPECT_EQ(Attribute(folder_ / name, accessList), list) << name;
+    }
+    EXPECT_EQ(Attribute(folder_ / "plain", accessList), "") << "not what the folder gives new files";
+    EXPECT_EQ(fs::status(folder_ / "plain").permissions(), fs::perms(0640));
+}
+
+TEST_F(FilesTest, OtherNamesOfTheSameFileKeepTheOldContent) {
+    WriteFile(folder_ / "a", "old");
+    fs::create_hard_link(folder_ / "a", folder_ / "b");
+    ASSERT_TRUE(WriteFileAtomically(folder_ / "a", "new"));
+    EXPECT_EQ(ReadFile(folder_ / "b"), "old");
 }
 
 TEST_F(FilesTest, NamesAsLongAsTheSystemAllowsCanBeWritten) {

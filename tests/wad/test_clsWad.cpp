@@ -36,6 +36,8 @@ TEST_F(WadTest, ReadsALumpWithAndWithoutTheByteBehindIt) {
     EXPECT_EQ(wad_.ReadLumpString(0), "0123456789");
     EXPECT_EQ(wad_.ReadLump(1), std::vector<std::uint8_t>{'x'});
     EXPECT_EQ(wad_.ReadLump(2), (std::vector<std::uint8_t>{'x', 'y', 'z', 0}));
+    EXPECT_EQ(wad_.ReadLumpString(0, 4), "0123");
+    EXPECT_EQ(wad_.ReadLump(2, 2), (std::vector<std::uint8_t>{'x', 'y'}));
     for (const int none : {-1, 3}) {
         EXPECT_TRUE(wad_.ReadLump(none).empty());
         EXPECT_EQ(wad_.ReadLumpString(none), "");

@@ -38,7 +38,7 @@ SpriteView::SpriteView(const QString& name) {
 QString SpriteView::ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame) {
     const auto lump = ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(sprite), frame);
     clsBitmap bitmap;
-    if (!lump || !DecodePicture(lump->wad->ReadLumpString(lump->num), session.palette, bitmap)) {
+    if (!lump || !DecodePicture(lump->wad->ReadLumpString(lump->num, longestPictureLump), session.palette, bitmap)) {
         Clear();
         return {};
     }

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "core/Status.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+#include <string_view>
+
+/// What the program asks of the operating system beyond the standard library, and nothing else does: one file for each
+/// system implements it. The reason of a failure does not name the file.
+namespace plinket3 {
+
+/// A file that is open for reading, until the object ends. Can be moved.
+class SystemFile {
+public:
+    enum class Kind { Regular, Folder, Other };
+
+    SystemFile() = default;
+    ~SystemFile();
+    SystemFile(SystemFile&& other) noexcept;
+    SystemFile& operator=(SystemFile&& other) noexcept;
+
+    /// Opens what is there, of whatever kind, without waiting for the writer of a pipe. Closes what was open.
+    Status Open(const std::filesystem::path& file);
+    bool IsOpen() const { return handle_ != closed; }
+    /// `Other` when nothing is open.
+    Kind FileKind() const;
+    /// The length in bytes as the system tells it now; 0 when nothing is open.
+    std::uint64_t Size() const;
+    /// Reads the next bytes, up to `size`; `count` is how many there were, fewer only at the file's end.
+    Status Read(char* bytes, std::size_t size, std::size_t& count);
+    /// The same at an offset and past every buffer: the bytes are as the file is at that moment. Returns their number.
+    std::size_t ReadAt(std::uint64_t offset, void* bytes, std::size_t size) const;
+
+private:
+    static constexpr std::intptr_t closed = -1;
+    std::intptr_t handle_ = closed; // what the system calls the open file
+};
+
+/// Writes as `WriteFileAtomically` tells. `like` is the file whose owner, permissions and further attributes the new
+/// one gets, as far as user and file system can, and the permission of its owner to write; null for those of the file
+/// that is replaced.
+Status ReplaceContent(const std::filesystem::path& file, std::string_view bytes,
+                      const std::filesystem::path* like = nullptr);
+
+/// Fails when no file can be made in that folder.
+Status FolderIsWritable(const std::filesystem::path& folder);
+
+/// The file that this process runs; empty when the system does not tell.
+std::filesystem::path RunningProgram();
+
+/// The time on the clock of this place.
+std::tm LocalTime();
+
+} // namespace plinket3
