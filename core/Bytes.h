@@ -37,7 +37,9 @@ public:
         position_ += taken;
         return text;
     }
-    bool AtEnd() const { return position_ >= bytes_.size(); }
+    bool AtEnd() const { return Left() == 0; }
+    /// How many bytes follow.
+    std::size_t Left() const { return position_ >= bytes_.size() ? 0 : bytes_.size() - position_; }
 
 private:
     std::string_view bytes_;

@@ -19,6 +19,7 @@ namespace {
 constexpr std::string_view magic = "ETBL";
 constexpr int majorVersion = 1, minorVersion = 3;
 constexpr std::int32_t largestUpperBound = 1048575;
+constexpr std::size_t mostWithoutBytes = 10'000; // more records than any engine has that comes with the program
 constexpr std::size_t longestCountedText = std::numeric_limits<std::uint16_t>::max();
 
 /// The number of elements that an upper bound in the file stands for; absent when it cannot be one.
@@ -30,6 +31,8 @@ std::optional<std::size_t> ReadCount(ByteReader& reader) {
 }
 
 void WriteCount(ByteWriter& writer, std::size_t count) { writer.Int32(static_cast<std::int32_t>(count) - 1); }
+
+template <class Record> std::size_t BytesOfOne();
 
 /// Reads values from a table file, in the calls in which `TableWriter` writes them.
 class TableReader {
@@ -62,11 +65,14 @@ public:
         }
         return count.has_value();
     }
+    /// Makes the records. False for a count that cannot be one: a table that ends early reads as zeros, but only as far
+    /// as that costs no memory to speak of.
     template <class Record> bool Count(std::vector<Record>& records) {
         const auto count = ReadCount(bytes_);
-        if (count)
-            records.resize(*count);
-        return count.has_value();
+        if (!count || (*count > mostWithoutBytes && *count > bytes_.Left() / BytesOfOne<Record>()))
+            return false;
+        records.resize(*count);
+        return true;
     }
 
 private:
@@ -151,6 +157,17 @@ template <class File, class Records> bool Columns(File& file, Records& records) 
             file.Int32(record.spare);
         });
     return true;
+}
+
+/// What a record takes at least in a table file, in bytes.
+template <class Record> std::size_t BytesOfOne() {
+    const auto size = [](std::size_t count) {
+        TableWriter writer;
+        const std::vector<Record> records(count);
+        Columns(writer, records);
+        return writer.Take().size();
+    };
+    return size(2) - size(1);
 }
 
 /// Reads or writes a whole set. False for a count that cannot be one.

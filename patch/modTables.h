@@ -11,8 +11,9 @@
 namespace plinket3::modTables {
 
 /// Reads a table into `set`. A table that ends early reads as zeros from there on. Fails, with `set` left as it was,
-/// with "Invalid table Id.", "Invalid table version." or, for a count below -1 or above 1,048,575, "Damaged table
-/// file.". In extended mode the file holds no strings and they are the configuration's.
+/// with "Invalid table Id.", "Invalid table version." or "Damaged table file.", for a count below -1 or above 1,048,575
+/// and for one above 10,000 of more records than the rest of the file has room for. In extended mode the file holds no
+/// strings and they are the configuration's.
 Status ParseTable(std::string_view bytes, const EngineConfiguration& engine, PatchSet& set);
 
 /// A set as a table file's bytes; par times are not part of it. Texts longer than 65,535 characters are cut where the

@@ -130,6 +130,7 @@ TEST(Tables, RefusesWhatIsNoTable) {
         {withCount("\xfe\xff\xff\xff"s), "Damaged table file."},
         {withCount("\x00\x00\x10\x00"s), "Damaged table file."},
         {withCount("\xff\xff\xff\xff"s) + "\xff\xff\xff\x7f", "Damaged table file."},
+        {withCount("\x10\x27\x00\x00"s), "Damaged table file."}, // one more than reads as zeros
     };
     for (const auto& row : rows) {
         PatchSet set = SmallDefaults(engine);
@@ -138,6 +139,25 @@ TEST(Tables, RefusesWhatIsNoTable) {
         EXPECT_EQ(status.Reason(), row.reason);
         EXPECT_EQ(set, SmallDefaults(engine)); // nothing was assigned
     }
+}
+
+TEST(Tables, TakeNoMemoryForRecordsThatTheFileDoesNotHave) {
+    const EngineConfiguration engine = SmallEngine(false);
+    constexpr int codePointers = 2,
+                  counts = 9; // things, states, code pointers, sounds, sprites, strings, weapons, ammunition, cheats
+    for (int none = 0; none < counts; ++none) {
+        std::string bytes = "ETBL\x01\x03";
+        for (int count = 0; count < none; ++count)
+            bytes += "\xff\xff\xff\xff";
+        PatchSet set;
+        if (none != codePointers) // whose states are there already
+            EXPECT_EQ(ParseTable(bytes + "\xff\xff\x0f\x00"s, engine, set).Reason(), "Damaged table file.") << none;
+        EXPECT_TRUE(ParseTable(bytes + "\x0f\x27\x00\x00"s, engine, set)) << none;
+    }
+    PatchSet large, read;
+    large.ammo.resize(20000);
+    ASSERT_TRUE(ParseTable(FormatTable(large, false), engine, read)) << "all of them are there";
+    EXPECT_EQ(read.ammo.size(), 20000U);
 }
 
 TEST(Tables, TakesATextsLengthFromTheTextThatThereIs) {
