@@ -74,4 +74,50 @@ std::string Latin1ToUtf8(std::string_view text) {
     return utf8;
 }
 
+namespace {
+
+/// How many bytes the UTF-8 character at the start of `text` has, 1 for what is none.
+std::size_t Utf8Length(std::string_view text) {
+    const auto first = static_cast<unsigned char>(text[0]);
+    const std::size_t length = first >= 0xf0 && first < 0xf8 ? 4 : first >= 0xe0 ? 3 : first >= 0xc0 ? 2 : 1;
+    if (first >= 0xf8 || text.size() < length)
+        return 1;
+    const auto continues = [](char character) { return (static_cast<unsigned char>(character) & 0xc0) == 0x80; };
+    return std::ranges::all_of(text.substr(1, length - 1), continues) ? length : 1;
+}
+
+bool IsControl(std::string_view character) {
+    const auto last = static_cast<unsigned char>(character.back());
+    const bool upper = last >= 0x80 && last < 0xa0;
+    if (character.size() == 1)
+        return last < 0x20 || last == 0x7f || upper;
+    return character.size() == 2 && character[0] == '\xc2' && upper;
+}
+
+} // namespace
+
+std::string Printable(std::string_view text) {
+    std::string printable;
+    printable.reserve(text.size());
+    while (!text.empty()) {
+        const std::string_view character = text.substr(0, Utf8Length(text));
+        text.remove_prefix(character.size());
+        if (!IsControl(character)) {
+            printable += character;
+            continue;
+        }
+        for (const char byte : character) {
+            constexpr std::string_view digits = "0123456789abcdef";
+            const auto value = static_cast<unsigned char>(byte);
+            const std::size_t named = std::string_view("\t\n\r").find(byte);
+            printable += '\\';
+            if (named != std::string_view::npos)
+                printable += std::string_view("tnr")[named];
+            else
+                (printable += 'x').append(1, digits[value >> 4]).append(1, digits[value & 0xf]);
+        }
+    }
+    return printable;
+}
+
 } // namespace plinket3

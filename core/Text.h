@@ -26,6 +26,10 @@ std::size_t LineAt(std::string_view text, std::size_t offset);
 /// The same characters in UTF-8, for output that other programs read.
 std::string Latin1ToUtf8(std::string_view text);
 
+/// The same text with every control character as an escape such as \n or \x1b, so that a terminal shows it and obeys
+/// none. Those of the upper half (128 to 159) stay where they are a part of a longer UTF-8 character.
+std::string Printable(std::string_view text);
+
 /// Lets an unordered map with std::string keys be searched by a view.
 struct TextHash {
     using is_transparent = void;

@@ -94,6 +94,8 @@ private:
         while (!lines_.AtEnd()) {
             offset_ = lines_.Position();
             const std::string_view line = Trim(lines_.Next());
+            if (observer_ != nullptr)
+                observer_->Line(offset_, line);
             const std::size_t equals = line.find('=');
             Status status = equals == std::string_view::npos
                                 ? HeaderLine(line)
@@ -222,8 +224,11 @@ private:
     // Field lines
 
     Status FieldLine(std::string_view key, std::string_view value) {
-        if (VersionsKnown() && StoreField(key, value))
+        if (VersionsKnown() && StoreField(key, value)) {
+            if (observer_ != nullptr)
+                observer_->Field(offset_);
             return {};
+        }
         if (EqualIgnoringCase(key, "Doom version")) {
             if (PlainNumber(value) != engine_.version)
                 return Status::Failure("Patch file version does not match engine version.");
@@ -376,29 +381,27 @@ private:
 
     bool StoreString(std::string_view key, std::string_view value) {
         std::string text(value);
-        bool keepsBackslash = false; // of a line behind the first one that goes on
-        if (text.ends_with('\\')) {  // goes on in the next lines, also when the key is unknown
+        // Kept: of the lines that go on only the first one loses its backslash. docs/kept-behaviour.md
+        if (text.ends_with('\\')) { // goes on in the next lines, also when the key is unknown
             text.pop_back();
             std::string_view next;
-            bool again = false;
             do {
                 if (lines_.AtEnd())
                     break;
-                if (std::exchange(again, true))
-                    keepsBackslash = true;
                 next = TrimLeft(lines_.Next());
                 text += next;
             } while (next.ends_with('\\'));
+            if (observer_ != nullptr)
+                observer_->Continued(offset_, lines_.Position());
         }
-        if (keepsBackslash)
-            Ignore("goes on over more than two lines: the backslashes that end the later ones stay in the text, where "
-                   "game engines drop them");
         const auto found = StringIndex().find(ToUpper(key));
         if (found == keys_.end())
             return false;
         if (StringRecord* record = RecordAt(set_.strings, found->second)) {
             record->text = modPatchText::UnescapeText(text);
             record->length = static_cast<std::int32_t>(record->text.size());
+            if (observer_ != nullptr)
+                observer_->String(offset_, text);
         }
         return true;
     }

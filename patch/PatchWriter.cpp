@@ -1,4 +1,5 @@
 #include "core/Files.h"
+#include "core/Text.h"
 #include "core/Version.h"
 #include "patch/PointerTargets.h"
 #include "patch/modPatchFiles.h"
@@ -213,11 +214,19 @@ private:
 
     void Strings() {
         const std::size_t count = std::min(current_.strings.size(), engine_.strings.size());
+        bool takesNextLine = false;
         for (std::size_t i = 0; i < count; ++i) {
             // Kept: the text as it is against the default with its escapes, so that every string whose default holds
             // an escape is written. docs/kept-behaviour.md
-            if (current_.strings[i].text != engine_.strings[i].text)
-                Line(engine_.strings[i].mnemonic, " = ", modPatchText::EscapeText(current_.strings[i].text));
+            if (current_.strings[i].text == engine_.strings[i].text)
+                continue;
+            // A line that ends in a backslash is read together with the next one: an empty one adds nothing. The last
+            // string has the one that ends the section.
+            if (takesNextLine)
+                Line();
+            const std::string escaped = modPatchText::EscapeText(current_.strings[i].text);
+            takesNextLine = Trim(escaped).ends_with('\\');
+            Line(engine_.strings[i].mnemonic, " = ", std::string_view(escaped));
         }
     }
 
@@ -248,7 +257,8 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 }
 
 Status SavePatch(Program& program, const std::filesystem::path& file, bool createBackup) {
-    if (createBackup && FileExists(file)) {
+    std::error_code ignored;
+    if (createBackup && std::filesystem::is_regular_file(file, ignored)) {
         std::filesystem::path backup = file;
         backup += ".bak";
         if (const Status status = CopyFileAtomically(file, backup); !status)

@@ -2,6 +2,7 @@
 
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/PatchLines.h"
 #include "patch/PointerTargets.h"
 #include "patch/modPatchText.h"
 
@@ -18,6 +19,12 @@ constexpr std::size_t longestQuote = 60;
 constexpr std::int32_t lastFrame = 31, lastAmmoType = 5;
 constexpr std::size_t mostFlagWords = 100; // no line has more, but a hostile one could
 constexpr std::string_view flagSeparators = " +|,\t";
+/// Comments that Chocolate Doom looks for, wherever they stand in the line, and how those of map editors begin.
+constexpr std::array<std::string_view, 3> engineComments{"*allow-extended-strings*", "*allow-long-strings*",
+                                                         "*allow-long-cheats*"};
+constexpr std::string_view editorComment = "#$Editor";
+/// The escapes of a string that game engines do not undo.
+constexpr std::array<std::string_view, 4> ownEscapes{"\\\\", "\\r", "\\t", "\\\""};
 
 struct Place {
     std::size_t offset = 0;
@@ -25,10 +32,7 @@ struct Place {
 };
 
 std::string Quoted(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char character : text.substr(0, longestQuote))
-        quoted += static_cast<unsigned char>(character) < ' ' ? '?' : character;
-    return quoted + (text.size() > longestQuote ? "...\"" : "\"");
+    return "\"" + Printable(text.substr(0, longestQuote)) + (text.size() > longestQuote ? "...\"" : "\"");
 }
 
 /// How many characters at the start of `text` are the number that is read: a sign, digits, a fraction; 0 for none.
@@ -50,12 +54,33 @@ public:
 
     void Ignored(std::size_t offset, std::string_view reason) override { Add(offset, reason); }
 
+    void Line(std::size_t offset, std::string_view text) override {
+        behindEmptyLine_ |= text.empty();
+        if (!text.starts_with(engine_.dialect.comment))
+            return;
+        const auto holds = [text](std::string_view sign) { return text.find(sign) != std::string_view::npos; };
+        if (std::ranges::any_of(engineComments, holds))
+            Add(offset, "is a comment that means something to Chocolate Doom and is lost when the patch is saved");
+        if (text.starts_with(editorComment))
+            Add(offset, "is a comment that means something to map editors and is lost when the patch is saved");
+    }
+
     void Section(std::size_t offset, std::string_view word) override {
+        behindEmptyLine_ = false;
+        section_ = word;
+        CheckName(offset, word);
+        CheckPointer(offset, word);
         if (word == engine_.dialect.sounds.word)
             Add(offset, "counts sounds from 0, as game engines do, but a saved patch counts them from 1 and names this "
                         "sound by the next number");
         else if (word.starts_with('[') && !engine_.dialect.IsExtended())
             Add(offset, "begins a section of extended patches, which an engine of normal patches does not read");
+    }
+
+    void Field(std::size_t offset) override {
+        // Engines go on with [STRINGS], and with [PARS], whose lines have no "=".
+        if (behindEmptyLine_ && !section_.empty() && section_ != engine_.dialect.strings)
+            Add(offset, "stands behind an empty line, where game engines no longer count it to its section");
     }
 
     void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) override {
@@ -68,7 +93,7 @@ public:
 
         if (length == 0)
             Add(offset, "holds no number and is read as 0");
-        else if (!rest.empty() && !rest.starts_with('#'))
+        else if (!rest.empty() && !rest.starts_with(dialect.comment))
             Add(offset, "is read only up to " + Quoted(rest));
         else if (exact != std::floor(exact))
             Add(offset, "holds a fraction and is read as " + std::to_string(value));
@@ -118,6 +143,53 @@ public:
                             std::to_string(space));
     }
 
+    void Continued(std::size_t offset, std::size_t end) override {
+        continuedTo_ = end;
+        PatchLines lines(bytes_.substr(offset, end - offset));
+        const std::string_view first = Trim(lines.Next());
+        if (lines.AtEnd())
+            return;
+        std::string_view next = TrimLeft(lines.Next());
+        const std::string_view nextKey = Trim(next.substr(0, next.find('=')));
+        const auto isNextKey = [nextKey](const EngineConfiguration::String& string) {
+            return EqualIgnoringCase(string.mnemonic, nextKey);
+        };
+        if (first.starts_with(engine_.dialect.comment))
+            return Add(offset, "is a comment, but ends in a backslash and so takes in the next line");
+        if (std::ranges::any_of(engine_.strings, isNextKey))
+            Add(offset, "ends in a backslash and so takes in the next line, which looks like another string");
+        if (!lines.AtEnd())
+            Add(offset, "goes on over more than two lines: the backslashes that end the later ones stay in the text, "
+                        "where game engines drop them");
+        while (!lines.AtEnd())
+            next = TrimLeft(lines.Next());
+        if (next.empty())
+            Add(offset, "ends in a backslash with nothing behind it: game engines leave out such a text");
+    }
+
+    void String(std::size_t offset, std::string_view escaped) override {
+        const std::string_view line = LineFrom(offset);
+        if (line.substr(line.find('=') + 1).starts_with("  ") || line.ends_with(' '))
+            Add(offset, "has blanks before or behind its text, which are not read");
+        if (escaped.ends_with(' '))
+            Add(offset, "has a text that ends in blanks, which are lost when the patch is saved");
+        // Looked for line by line: a backslash that ends a line begins no escape in game engines.
+        PatchLines lines(bytes_.substr(offset, std::max(continuedTo_, offset + line.size()) - offset));
+        std::string escapes;
+        while (!lines.AtEnd()) {
+            std::string_view part = Trim(lines.Next());
+            part.remove_suffix(part.ends_with('\\') ? 1 : 0);
+            for (std::size_t at = part.find('\\'); at != std::string_view::npos; at = part.find('\\', at + 2)) {
+                const std::string_view escape = part.substr(at, 2);
+                if (std::ranges::find(ownEscapes, escape) != ownEscapes.end() &&
+                    escapes.find(escape) == std::string::npos)
+                    escapes.append(escapes.empty() ? 0 : 1, ' ').append(escape);
+            }
+        }
+        if (!escapes.empty())
+            Add(offset, "has escapes that game engines show as they stand: " + escapes);
+    }
+
     /// What shows only when the whole patch is known: code pointers that a save could not write.
     void Finish(const PatchSet& set) {
         const PointerTargets targets(set.states, engine_.codePointerStates);
@@ -148,6 +220,38 @@ public:
     }
 
 private:
+    /// The line that begins at `offset`.
+    std::string_view LineFrom(std::size_t offset) const { return PatchLines(bytes_.substr(offset)).Next(); }
+
+    void CheckName(std::size_t offset, std::string_view word) {
+        const Dialect& dialect = engine_.dialect;
+        if (word != dialect.things.word && word != dialect.weapons.word && word != dialect.ammo.word)
+            return;
+        const std::string_view line = LineFrom(offset);
+        const HeaderWords words(line, dialect.comment);
+        const std::string_view rest = TrimLeft(line.substr(std::min(line.find(')'), line.size() - 1) + 1));
+        if (!rest.starts_with(dialect.comment) && rest.find(')') != std::string_view::npos)
+            Add(offset, "has a name that is read only up to its first \")\", " + Quoted(words[2]));
+    }
+
+    void CheckPointer(std::size_t offset, std::string_view word) {
+        if (word != engine_.dialect.pointers.word)
+            return;
+        const HeaderWords words(LineFrom(offset), engine_.dialect.comment);
+        const std::int32_t pointer = LeadingInt32(words[1]);
+        const std::size_t digits = words[2].find_last_not_of("0123456789") + 1;
+        if (pointer < 0 || static_cast<std::size_t>(pointer) >= engine_.codePointerStates.size() ||
+            digits == words[2].size())
+            return;
+        const std::int32_t read = engine_.codePointerStates[static_cast<std::size_t>(pointer)];
+        const std::int32_t written = LeadingInt32(words[2].substr(digits));
+        if (read != written)
+            Add(offset, "changes frame " + std::to_string(read) +
+                            ", to which its pointer number belongs; game engines "
+                            "change the one in its brackets, " +
+                            std::to_string(written));
+    }
+
     /// The line begins the sentence that `reason` ends.
     void Add(std::size_t offset, std::string_view reason) {
         std::string_view line = bytes_.substr(offset);
@@ -204,6 +308,9 @@ private:
     std::string_view bytes_;
     const EngineConfiguration& engine_;
     const PatchSet& defaults_;
+    std::string_view section_;
+    std::size_t continuedTo_ = 0;  // where the last string over several lines ends
+    bool behindEmptyLine_ = false; // since the section's header
     std::vector<Place> places_;
     std::map<std::int32_t, std::size_t> codePointers_; // where each state got its last one
 };

@@ -34,18 +34,26 @@ inline constexpr std::string_view unsupportedEntries = "Unsupported entries were
 class ReadObserver {
 public:
     virtual ~ReadObserver() = default;
+    /// A line begins that is no part of a text and of no string before it; `text` is trimmed.
+    virtual void Line(std::size_t /*offset*/, std::string_view /*text*/) {}
     /// A line that changes nothing. `reason` continues a sentence that the line begins.
-    virtual void Ignored(std::size_t offset, std::string_view reason) = 0;
+    virtual void Ignored(std::size_t /*offset*/, std::string_view /*reason*/) {}
     /// A line that selects a record or begins a section; `word` as a patch writes it.
-    virtual void Section(std::size_t offset, std::string_view word) = 0;
+    virtual void Section(std::size_t /*offset*/, std::string_view /*word*/) {}
+    /// A line with "=" was stored in the section.
+    virtual void Field(std::size_t /*offset*/) {}
     /// A number was read, for a field or as a part of another line.
-    virtual void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) = 0;
+    virtual void Number(std::size_t /*offset*/, FieldUnit /*unit*/, FieldWidth /*width*/, std::string_view /*text*/) {}
     /// Thing flags were read from their names.
-    virtual void FlagNames(std::size_t offset, std::string_view text) = 0;
+    virtual void FlagNames(std::size_t /*offset*/, std::string_view /*text*/) {}
     /// A state got another code pointer.
-    virtual void CodePointer(std::size_t offset, std::int32_t state) = 0;
+    virtual void CodePointer(std::size_t /*offset*/, std::int32_t /*state*/) {}
     /// A text of `length` characters was stored where the engine has room for `space`.
-    virtual void Text(std::size_t offset, std::size_t length, std::int32_t space) = 0;
+    virtual void Text(std::size_t /*offset*/, std::size_t /*length*/, std::int32_t /*space*/) {}
+    /// The value of a line in [STRINGS], of a comment too, has taken in the lines up to `end`.
+    virtual void Continued(std::size_t /*offset*/, std::size_t /*end*/) {}
+    /// A string was stored; `escaped` is its text, joined from its lines, before escapes are undone.
+    virtual void String(std::size_t /*offset*/, std::string_view /*escaped*/) {}
 };
 
 struct ReadResult {

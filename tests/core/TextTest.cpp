@@ -28,5 +28,16 @@ TEST(Text, WhatWasPutInIsNotReplacedAgain) {
     EXPECT_EQ(ReplaceAll("", "x", "y"), "");
 }
 
+TEST(Text, ControlCharactersArePrintedAsEscapes) {
+    using namespace std::string_view_literals;
+    EXPECT_EQ(Printable("a\tb\r\n\x1b[2J\0\x7f"sv), R"(a\tb\r\n\x1b[2J\x00\x7f)");
+    EXPECT_EQ(Printable("\xe4\xff \x9b"
+                        "31m\xc2\x9b"),
+              "\xe4\xff \\x9b"
+              "31m\\xc2\\x9b");
+    EXPECT_EQ(Printable("\xc3\x80 \xe2\x80\x9d \xf0\x9f\x98\x80 \\"), "\xc3\x80 \xe2\x80\x9d \xf0\x9f\x98\x80 \\");
+    EXPECT_EQ(Printable("\xe2\x9b"), "\xe2\\x9b") << "a character that is cut off";
+}
+
 } // namespace
 } // namespace plinket3

@@ -156,7 +156,7 @@ TEST(Tables, TakeNoMemoryForRecordsThatTheFileDoesNotHave) {
     }
     PatchSet large, read;
     large.ammo.resize(20000);
-    ASSERT_TRUE(ParseTable(FormatTable(large, false), engine, read)) << "all of them are there";
+    ASSERT_TRUE(ParseTable(FormatTable(large, engine.dialect), engine, read)) << "all of them are there";
     EXPECT_EQ(read.ammo.size(), 20000U);
 }
 

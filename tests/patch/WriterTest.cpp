@@ -1,10 +1,13 @@
 #include "patch/modPatchFiles.h"
 
 #include "core/Text.h"
+#include "patch/modPatchText.h"
 #include "tests/support/SmallEngine.h"
 #include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace plinket3::test {
 namespace {
@@ -152,6 +155,36 @@ TEST(PatchWriter, EscapesStringsInTheListsOrder) {
     EXPECT_EQ(modPatchFiles::FormatPatch(patch, engine),
               std::string(header) + "\r\n\r\n[STRINGS]\r\nGOTARMOR = \r\nE1TEXT = one\\ntwo\r\n"
                                     "QUIT = say \\\"y\\\"\\t\\\\\r\n\r\n");
+}
+
+TEST(PatchWriter, KeepsStringsOfBackslashesAndQuotesApart) {
+    EngineConfiguration engine = SmallEngine(true);
+    engine.strings.clear();
+    for (int i = 0; i < 5; ++i)
+        engine.strings.push_back({"KEY" + std::to_string(i), "standard"});
+    PatchData patch = SmallPatch(engine);
+    std::mt19937 random(1);
+    for (int round = 0; round < 20000; ++round) {
+        std::vector<std::string> expected;
+        for (StringRecord& string : patch.current.strings) {
+            string.text.clear();
+            for (std::size_t length = random() % 6; length > 0; --length)
+                string.text += std::string_view("\\\\\\\\\"\n\t\r =#nart")[random() % 16];
+            // Blanks at its ends are lost, and a backslash before one of three letters is read as an escape.
+            expected.emplace_back(Trim(string.text));
+            for (const char* escape : {"\\n", "\\r", "\\t"})
+                expected.back() = ReplaceAll(expected.back(), escape, modPatchText::UnescapeText(escape));
+        }
+        PatchSet read;
+        const std::string bytes = modPatchFiles::FormatPatch(patch, engine);
+        ASSERT_TRUE(modPatchFiles::ParsePatch(bytes, engine, patch.defaults, read).status);
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            ASSERT_EQ(read.strings[i].text, expected[i]) << bytes;
+    }
+    for (StringRecord& string : patch.current.strings)
+        string.text = "x\\";
+    EXPECT_TRUE(modPatchFiles::FormatPatch(patch, engine).ends_with("KEY3 = x\\\\\r\n\r\nKEY4 = x\\\\\r\n\r\n"))
+        << "the empty line behind the section is the last one's";
 }
 
 TEST(PatchWriter, NamesTheDataWadBeforeTheIwad) {

@@ -126,6 +126,27 @@ TEST_F(frmEditStringsTest, AnExtendedPatchTakesTextsOfAnyLength) {
     EXPECT_EQ(Text(2), std::string(500, 'a'));
 }
 
+TEST_F(frmEditStringsTest, TheDialogTellsWhileTypingWhatWillBeLost) {
+    Start("mbf19");
+    Edit(2, [&] {
+        Empty();
+        for (const auto& [key, about] : {std::pair{' ', "Blanks"}, {'a', "Blanks"}, {'\\', "Blanks"}})
+            QTest::keyClick(&New(), key), EXPECT_TRUE(Label("lblNote").startsWith(about)) << key;
+        New().moveCursor(QTextCursor::Start);
+        QTest::keyClick(&New(), Qt::Key_Delete);
+        EXPECT_TRUE(Label("lblNote").contains("backslash"));
+        New().moveCursor(QTextCursor::End);
+        QTest::keyClick(&New(), 'b');
+        EXPECT_EQ(Label("lblNote"), "");
+    });
+    Start("doom19");
+    SetDefault(1, "abcdefgh");
+    Edit(1, [&] {
+        QTest::keyClick(&New(), ' ');
+        EXPECT_EQ(Label("lblNote"), "") << "a normal patch keeps them";
+    });
+}
+
 TEST_F(frmEditStringsTest, TheDialogLeavesATextAsItIsUnlessItIsEditedAndAccepted) {
     Start("doom19");
     const std::string lossy = "C:\\new \xa0 no-break";

@@ -1,5 +1,6 @@
 #include "ui/editors/frmPropString.h"
 
+#include "core/Text.h"
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
@@ -13,6 +14,15 @@
 namespace plinket3 {
 
 namespace {
+
+/// What a saved patch or a game makes otherwise of a text in [STRINGS]; empty for nothing.
+QString WhatIsLost(std::string_view text) {
+    if (Trim(text) != text)
+        return QObject::tr("Blanks at the ends of a text are lost when the patch is saved.");
+    if (text.ends_with('\\'))
+        return QObject::tr("Games leave out a text that ends in a backslash.");
+    return {};
+}
 
 /// A caption above a box, and a word about its text at the other end of the line.
 void AddBox(QVBoxLayout& layout, const QString& caption, QPlainTextEdit& box, QLabel* about) {
@@ -105,7 +115,7 @@ void frmPropString::ShowNewText() {
     charsLeft_->setText(limit_ ? tr("Characters left: %1").arg(*limit_ - static_cast<std::int64_t>(stored.size()))
                                : tr("Length: %1").arg(newString_->Escaped().size()));
     preview_->setPlainText(ShownText(stored));
-    note_->clear();
+    note_->setText(limit_ ? QString() : WhatIsLost(stored));
 }
 
 } // namespace plinket3
