@@ -2,11 +2,11 @@
 
 #include "cli/Command.h"
 #include "core/Files.h"
+#include "core/Text.h"
 #include "core/Version.h"
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <functional>
 #include <limits>
 #include <sstream>
@@ -60,12 +60,7 @@ void AddCommand(CLI::App& app, const Command& command, Arguments& arguments, std
 
 } // namespace
 
-void Complain(std::ostream& err, std::string_view message) {
-    std::string line(message);
-    std::ranges::replace_if(
-        line, [](char character) { return static_cast<unsigned char>(character) < ' '; }, '?');
-    err << "plinket3-cli: " << line << '\n';
-}
+void Complain(std::ostream& err, std::string_view message) { err << "plinket3-cli: " << Printable(message) << '\n'; }
 
 void Require(const Status& status, std::string_view what) {
     if (!status)

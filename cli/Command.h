@@ -4,7 +4,6 @@
 #include "core/Notifier.h"
 #include "core/Status.h"
 #include "patch/Program.h"
-#include "patch/modPatchFiles.h"
 
 #include <cstdint>
 #include <ostream>
@@ -72,9 +71,6 @@ void Complain(std::ostream& err, std::string_view message);
 
 /// Throws `Refused` with "WHAT: REASON" when `status` is a failure.
 void Require(const Status& status, std::string_view what);
-
-/// Loads the engine that -e names, else the one that `header` asks for, with its table. Throws `Refused`.
-void LoadEngine(Run& run, const modPatchFiles::Header& header);
 
 /// The bytes of a file. Throws `Refused`.
 std::string ReadInput(const std::string& file);

@@ -45,22 +45,25 @@ std::size_t EngineNamed(const Program& program, const std::string& name, const s
     throw Refused(name + ": there is no such engine; \"plinket3-cli engines\" lists them");
 }
 
-std::size_t EngineFor(const Program& program, const Header& header) {
-    if (const auto named = header.find("engineconfig"); named != header.end())
-        if (const auto found = ChooseEngine(program.engines, named->second))
-            return *found;
-    const auto version = header.find("engineversion");
-    if (version == header.end())
-        return 0;
-    if (const auto found = FirstEngineOfVersion(program.engines, LeadingInt32(version->second)))
-        return *found;
-    throw Refused("there is no engine configuration for patches with \"Doom version = " + version->second + "\"");
+/// A patch as it was given on the command line.
+struct PatchFile {
+    std::string name, bytes;
+    Header header;
+};
+
+PatchFile ReadPatchFile(const std::string& name) {
+    PatchFile patch{name, ReadInput(name), {}};
+    Require(modPatchFiles::ScanHeader(std::string_view(patch.bytes), patch.header), name);
+    return patch;
 }
 
-Header HeaderOf(const std::string& file, std::string_view bytes) {
-    Header header;
-    Require(modPatchFiles::ScanHeader(bytes, header), file);
-    return header;
+std::size_t EngineFor(const Program& program, const PatchFile& patch) {
+    if (const auto found = RecommendEngine(program, patch.header, patch.bytes, patch.name))
+        return *found;
+    if (!patch.header.contains("engineversion"))
+        return 0;
+    throw Refused("there is no engine configuration for patches with \"Doom version = " +
+                  modPatchFiles::HeaderValue(patch.header, "engineversion") + "\"");
 }
 
 void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
@@ -76,32 +79,42 @@ void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
         refuse(modTables::TablePath(program.programFolder, program.engine));
 }
 
-PatchSet ReadSet(Run& run, const std::string& file, std::string_view bytes) {
+/// Loads the engine that -e names, else the one that `patch` is likely made for, with its table. Throws `Refused`.
+void LoadEngine(Run& run, const PatchFile& patch) {
+    Program& program = run.program;
+    const std::vector<std::string> skipped = FindEngines(program);
+    const std::string& name = run.arguments.engine;
+    if (!name.empty())
+        return LoadEntry(run, program.engines[EngineNamed(program, name, skipped)]);
+    RequireEngines(program);
+    LoadEntry(run, program.engines[EngineFor(program, patch)]);
+}
+
+PatchSet ReadSet(Run& run, const PatchFile& patch) {
     PatchSet set;
     const modPatchFiles::ReadResult read =
-        modPatchFiles::ParsePatch(bytes, run.program.engine, run.program.patch.defaults, set);
-    Require(read.status, file + ":" + std::to_string(LineAt(bytes, read.offset)));
+        modPatchFiles::ParsePatch(patch.bytes, run.program.engine, run.program.patch.defaults, set);
+    Require(read.status, patch.name + ":" + std::to_string(LineAt(patch.bytes, read.offset)));
     if (read.unsupported)
-        Complain(run.err, file + ": " + std::string(modPatchFiles::unsupportedEntries));
+        Complain(run.err, patch.name + ": " + std::string(modPatchFiles::unsupportedEntries));
     return set;
 }
 
 /// Loads the engine and reads `file` ("-": the engine's own data) into the open patch. Where there is no file, the
-/// engine is the one that `other` speaks of.
-void LoadPatch(Run& run, const std::string& file, const Header& other = {}) {
+/// engine is the one for `other`.
+void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}) {
     Program& program = run.program;
     if (file == standardSet) {
         LoadEngine(run, other);
         return;
     }
-    const std::string bytes = ReadInput(file);
-    const Header header = HeaderOf(file, bytes);
-    LoadEngine(run, header);
-    program.patch.current = ReadSet(run, file, bytes);
+    const PatchFile patch = ReadPatchFile(file);
+    LoadEngine(run, patch);
+    program.patch.current = ReadSet(run, patch);
     program.patch.fileName = file;
     program.patch.named = true;
-    program.patch.iwadPath = modPatchFiles::HeaderValue(header, "iwad");
-    program.patch.dataWadPath = modPatchFiles::HeaderValue(header, "datawad");
+    program.patch.iwadPath = modPatchFiles::HeaderValue(patch.header, "iwad");
+    program.patch.dataWadPath = modPatchFiles::HeaderValue(patch.header, "datawad");
 }
 
 /// The one plain argument of a command that may go without it.
@@ -123,7 +136,7 @@ int Info(Run& run) {
     Require(modPatchFiles::ScanHeader(std::filesystem::path(run.arguments.files[0]), header), run.arguments.files[0]);
     for (const std::string_view name : {"patchversion", "engineversion", "engineconfig", "datawad", "iwad", "filename"})
         if (const auto found = header.find(name); found != header.end())
-            run.out << name << " = " << found->second << '\n';
+            run.out << name << " = " << Printable(found->second) << '\n';
     return done;
 }
 
@@ -137,27 +150,26 @@ int Dump(Run& run) {
 int Diff(Run& run) {
     const bool two = run.arguments.files.size() > 1;
     const std::string second = two ? run.arguments.files[1] : standardSet;
-    const std::string bytes = second == standardSet ? std::string() : ReadInput(second);
-    LoadPatch(run, run.arguments.files[0], second == standardSet ? Header() : HeaderOf(second, bytes));
+    const PatchFile patch = second == standardSet ? PatchFile() : ReadPatchFile(second);
+    LoadPatch(run, run.arguments.files[0], patch);
     Program& program = run.program;
-    const PatchSet other = second == standardSet ? program.patch.defaults : ReadSet(run, second, bytes);
+    const PatchSet other = second == standardSet ? program.patch.defaults : ReadSet(run, patch);
     const std::vector<std::string> lines =
         two ? modPatchDiff::Differences(program.patch.current, other, program.engine)
             : modPatchDiff::Differences(other, program.patch.current, program.engine);
     for (const std::string& line : lines)
-        run.out << line << '\n';
+        run.out << Printable(line) << '\n';
     return lines.empty() ? done : no;
 }
 
 int Check(Run& run) {
-    const std::string& file = run.arguments.files[0];
-    const std::string bytes = ReadInput(file);
-    LoadEngine(run, HeaderOf(file, bytes));
+    const PatchFile patch = ReadPatchFile(run.arguments.files[0]);
+    LoadEngine(run, patch);
     const modPatchCheck::CheckResult result =
-        modPatchCheck::CheckPatch(bytes, run.program.engine, run.program.patch.defaults);
-    Require(result.status, file + ":" + std::to_string(result.failedLine));
+        modPatchCheck::CheckPatch(patch.bytes, run.program.engine, run.program.patch.defaults);
+    Require(result.status, patch.name + ":" + std::to_string(result.failedLine));
     for (const modPatchCheck::Finding& finding : result.findings)
-        run.out << file << ':' << finding.line << ": warning: " << finding.text << '\n';
+        run.out << Printable(patch.name) << ':' << finding.line << ": warning: " << Printable(finding.text) << '\n';
     return result.findings.empty() ? done : no;
 }
 
@@ -230,15 +242,5 @@ constexpr std::array patchCommands{
 } // namespace
 
 std::span<const Command> PatchCommands() { return patchCommands; }
-
-void LoadEngine(Run& run, const Header& header) {
-    Program& program = run.program;
-    const std::vector<std::string> skipped = FindEngines(program);
-    const std::string& name = run.arguments.engine;
-    if (!name.empty())
-        return LoadEntry(run, program.engines[EngineNamed(program, name, skipped)]);
-    RequireEngines(program);
-    LoadEntry(run, program.engines[EngineFor(program, header)]);
-}
 
 } // namespace plinket3::cli

@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 #include "core/Numbers.h"
+#include "core/Text.h"
 #include "wad/clsBitmap.h"
 
 #include <array>
@@ -35,8 +36,8 @@ int NotFound(Run& run, std::string_view what) {
 
 int Directory(Run& run, const clsWad& wad) {
     for (int lump = 0; lump < wad.LumpCount(); ++lump)
-        run.out << lump << '\t' << wad.lumpName(lump) << '\t' << wad.LumpOffset(lump) << '\t' << wad.LumpSize(lump)
-                << '\n';
+        run.out << lump << '\t' << Printable(wad.lumpName(lump)) << '\t' << wad.LumpOffset(lump) << '\t'
+                << wad.LumpSize(lump) << '\n';
     return done;
 }
 
@@ -54,7 +55,7 @@ int Sprite(Run& run) {
     const auto found = ChooseSpriteFrame(wads, run.arguments.sprite[0], FrameNumber(run.arguments.sprite[1]));
     if (!found)
         return no;
-    run.out << found->wadIndex << '\t' << found->num << '\t' << found->name << '\n';
+    run.out << found->wadIndex << '\t' << found->num << '\t' << Printable(found->name) << '\n';
     return done;
 }
 
@@ -95,7 +96,8 @@ int Picture(Run& run) {
     if (!palette)
         return NotFound(run, "PLAYPAL");
     clsBitmap bitmap;
-    if (!DecodePicture(lump->wad->ReadLumpString(lump->num), palette->wad->ReadLumpString(palette->num), bitmap))
+    if (!DecodePicture(lump->wad->ReadLumpString(lump->num, longestPictureLump),
+                       palette->wad->ReadLumpString(palette->num, clsBitmap::paletteSize), bitmap))
         throw Refused(files[0] + ": is not a picture");
     WriteOutput(files.back(), PixelMap(bitmap));
     return done;

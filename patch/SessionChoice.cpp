@@ -1,9 +1,14 @@
 #include "patch/SessionChoice.h"
 
+#include "core/Files.h"
+#include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/modTables.h"
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
+#include <utility>
 
 namespace plinket3 {
 
@@ -22,6 +27,51 @@ std::string_view FileNameOf(std::string_view path) {
     return separator == std::string_view::npos ? path : path.substr(separator + 1);
 }
 
+/// Counts the lines for which an engine has no use.
+class MisfitCounter : public modPatchFiles::ReadObserver {
+public:
+    MisfitCounter(const EngineConfiguration& engine, const PatchSet& defaults) : engine_(engine), defaults_(defaults) {}
+    std::int64_t Count() const { return count_; }
+
+    void Ignored(std::size_t, std::string_view) override { ++count_; }
+    void Section(std::size_t, std::string_view word) override { count_ += word.starts_with('[') && !engine_.extended; }
+    void FlagNames(std::size_t, std::string_view) override { count_ += !engine_.extended; }
+    void Number(std::size_t, FieldUnit unit, FieldWidth, std::string_view text) override {
+        const auto beyond = [&](std::size_t records) { return std::cmp_greater_equal(LeadingInt32(text), records); };
+        count_ += (unit == FieldUnit::State && beyond(defaults_.states.size())) ||
+                  (unit == FieldUnit::Sound && beyond(defaults_.sounds.size())) ||
+                  (unit == FieldUnit::Sprite && beyond(defaults_.spriteNames.size()));
+    }
+
+private:
+    const EngineConfiguration& engine_;
+    const PatchSet& defaults_;
+    std::int64_t count_ = 0;
+};
+
+/// How an engine takes a patch.
+struct Reading {
+    std::size_t length = 0; // bytes up to the line that cannot be read
+    std::int64_t misfits = 0;
+    std::int64_t states = 0; // that the engine has
+};
+
+/// An engine that cannot be loaded reads nothing.
+Reading TryReading(const std::filesystem::path& programFolder, const modConfig::EngineEntry& entry,
+                   std::string_view bytes) {
+    EngineConfiguration engine;
+    std::string table;
+    PatchSet defaults, set;
+    if (!modConfig::LoadEngine(entry.file, engine) ||
+        !ReadWholeFile(modTables::TablePath(programFolder, engine), table) ||
+        !modTables::ParseTable(table, engine, defaults))
+        return {};
+    MisfitCounter misfits(engine, defaults);
+    const modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &misfits);
+    return {read.status ? bytes.size() + 1 : read.offset, misfits.Count(),
+            static_cast<std::int64_t>(defaults.states.size())};
+}
+
 } // namespace
 
 std::optional<std::size_t> ChooseEngine(const std::vector<modConfig::EngineEntry>& engines, std::string_view named) {
@@ -36,13 +86,29 @@ std::optional<std::size_t> FirstEngineOfVersion(const std::vector<modConfig::Eng
     return First(engines, [&](const modConfig::EngineEntry& entry) { return entry.version == version; });
 }
 
-std::optional<std::size_t> LikelyEngine(const std::vector<modConfig::EngineEntry>& engines, std::int32_t version,
-                                        const std::filesystem::path& patch) {
-    const bool extended = EqualIgnoringCase(patch.extension().string(), ".bex");
-    const auto likely = First(engines, [&](const modConfig::EngineEntry& entry) {
-        return entry.version == version && entry.extended == extended;
-    });
-    return likely ? likely : FirstEngineOfVersion(engines, version);
+std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
+                                           std::string_view bytes, const std::filesystem::path& file,
+                                           std::optional<std::size_t> preferred) {
+    if (const auto named = ChooseEngine(environment.engines, modPatchFiles::HeaderValue(header, "engineconfig")))
+        return named;
+    const std::int32_t version = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
+    const bool extended = EqualIgnoringCase(file.extension().string(), ".bex");
+    std::optional<std::size_t> best;
+    // How well the best one fits; what comes first counts most, and more is better.
+    std::tuple<std::size_t, std::int64_t, bool, bool, std::int64_t> bestFit;
+    for (std::size_t i = 0; i < environment.engines.size(); ++i) {
+        const modConfig::EngineEntry& entry = environment.engines[i];
+        if (entry.version != version)
+            continue;
+        const Reading reading = TryReading(environment.programFolder, entry, bytes);
+        const std::tuple fit(reading.length, -reading.misfits, entry.extended == extended, preferred == i,
+                             -reading.states);
+        if (!best || fit > bestFit) {
+            best = i;
+            bestFit = fit;
+        }
+    }
+    return best;
 }
 
 std::optional<std::size_t> ChooseIwad(const std::vector<Settings::Iwad>& iwads, std::string_view named) {

@@ -14,6 +14,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace plinket3 {
 
 namespace {
@@ -122,21 +124,21 @@ void frmNewFile::SetNewFile() {
     setWindowTitle(tr("New file"));
 }
 
-bool frmNewFile::SelectedEngineFits() const {
-    const auto engine = static_cast<std::size_t>(cmbEngines_->currentIndex());
-    return engine < environment_.engines.size() && environment_.engines[engine].version == version_;
-}
-
 void frmNewFile::SelectConfig(const modPatchFiles::Header& header) {
     const auto named = header.find("iwad");
     namedIwad_ = named == header.end() ? std::nullopt : std::optional(named->second);
     FillLists();
     const std::filesystem::path file = modPatchFiles::HeaderValue(header, "filename");
     version_ = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
-    if (const auto engine = ChooseEngine(environment_.engines, modPatchFiles::HeaderValue(header, "engineconfig")))
+    if (const auto engine = ChooseEngine(environment_.engines, modPatchFiles::HeaderValue(header, "engineconfig"))) {
         Recommend(*cmbEngines_, *engine);
-    else if (!SelectedEngineFits())
-        cmbEngines_->setCurrentIndex(static_cast<int>(LikelyEngine(environment_.engines, version_, file).value_or(0)));
+    } else {
+        std::string bytes; // a file that is gone by now shows when it is opened
+        static_cast<void>(ReadWholeFile(file, bytes));
+        const auto likely = RecommendEngine(environment_, header, bytes, file,
+                                            static_cast<std::size_t>(std::max(cmbEngines_->currentIndex(), 0)));
+        cmbEngines_->setCurrentIndex(static_cast<int>(likely.value_or(0)));
+    }
     txtDataWad_->setText(ShownPath(modPatchFiles::HeaderValue(header, "datawad")));
     setWindowTitle(tr("File settings of %1").arg(ShownPath(file.filename())));
 }

@@ -37,7 +37,6 @@ signals:
 private:
     void FillLists();
     void FillIwads();
-    bool SelectedEngineFits() const;
     void LoadAndClose();
     void Browse();
 

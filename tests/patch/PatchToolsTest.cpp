@@ -3,7 +3,11 @@
 #include "patch/modPatchDiff.h"
 #include "tests/support/SmallEngine.h"
 
+#include "tests/support/TestSupport.h"
+
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace plinket3::test {
 namespace {
@@ -82,10 +86,49 @@ TEST(SessionChoice, PrefersFileNamesToEngineNames) {
     EXPECT_FALSE(ChooseEngine(engines, "A.cfg") || ChooseEngine(engines, "/c/a.cfg") || ChooseEngine(engines, ""));
     EXPECT_EQ(FirstEngineOfVersion(engines, 21), 1U);
     EXPECT_FALSE(FirstEngineOfVersion(engines, 16));
-    EXPECT_EQ(LikelyEngine(engines, 19, "x.deh"), 0U);
-    EXPECT_EQ(LikelyEngine(engines, 19, "x.BEX"), 0U); // there is none that is extended
-    EXPECT_EQ(LikelyEngine(engines, 21, "x.BEX"), 1U);
-    EXPECT_FALSE(LikelyEngine(engines, 16, "x.deh"));
+}
+
+TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
+    ExpectingNotifier notifier;
+    Environment environment(notifier);
+    environment.programFolder = DATA_FOLDER;
+    environment.engines = modConfig::EnumerateEngines(environment.programFolder / "config", [](std::string_view) {});
+    const auto place = [&environment](std::string_view name) {
+        const auto& engines = environment.engines;
+        return static_cast<std::size_t>(
+            std::ranges::find(engines, name, [](const auto& entry) { return entry.file.stem(); }) - engines.begin());
+    };
+    const struct {
+        std::string lines; // behind the first one
+        const char* file;
+        std::string_view expected, preferred = "";
+    } rows[]{
+        {"Doom version = 19\nThing 1\nMass = 5\n", "x.deh", "doom19"},
+        {"Doom version = 19\nThing 1\nMass = 5\n", "x.BEX", "boom19"},
+        {"Doom version = 21\nThing 1\nMass = 5\n", "x", "ultimate"},
+        {"Doom version = 21\nThing 1\nMass = 5\n", "x.bex", "boom21"},
+        {"Doom version = 19\nText 4 4\nTROOABCD\n", "x.bex", "doom19"},
+        {"Doom version = 19\nText 4 4\nnone1234\n", "x.deh", "doom19"}, // no engine reads it
+        {"Doom version = 19\n[STRINGS]\nGOTARMOR = a\n", "x.deh", "boom19"},
+        {"Doom version = 19\n[PARS]\npar 1 30\n", "x", "boom19"},
+        {"Doom version = 19\nThing 1\nBits = SOLID\n", "x.deh", "boom19"},
+        {"Doom version = 21\n[CODEPTR]\nFrame 5 = Mushroom\n", "x.deh", "mbf21"},
+        {"Doom version = 19\nFrame 2000\nDuration = 5\n", "x.deh", "dehextra19"},
+        {"Doom version = 19\nThing 1\nInitial frame = 2000\n", "x.bex", "dehextra19", "mbf19"},
+        {"Doom version = 19\n[STRINGS]\nGOTARMOR = a\n", "x.deh", "mbf19", "mbf19"},
+        {"Doom version = 19\nThing 1\nMass = 5\n", "x.deh", "doom19", "mbf19"},
+        {"Doom version = 19\nEngine config = mbf21.cfg\nText 4 4\nTROOABCD\n", "x.deh", "mbf21"},
+        {"Doom version = 19\nEngine config = none.cfg\nText 4 4\nTROOABCD\n", "x.deh", "doom19"},
+    };
+    for (const auto& row : rows) {
+        const std::string bytes = "Patch File for DeHackEd v3.0\nPatch format = 6\n" + row.lines;
+        modPatchFiles::Header header;
+        ASSERT_TRUE(modPatchFiles::ScanHeader(std::string_view(bytes), header));
+        const auto engine = RecommendEngine(environment, header, bytes, row.file, place(row.preferred));
+        ASSERT_TRUE(engine) << row.lines;
+        EXPECT_EQ(environment.engines[*engine].file.stem(), row.expected) << row.file << "\n" << row.lines;
+    }
+    EXPECT_FALSE(RecommendEngine(environment, {{"engineversion", "16"}}, "", "x.deh"));
 }
 
 TEST(SessionChoice, FindsAnIwadByNameThenPathThenFileName) {
