@@ -281,6 +281,16 @@ TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNames) {
     EXPECT_EQ(Caption(), "Plinket3");
 }
 
+TEST_F(MainWindowTest, SessionDialogProposesAnEngineByWhatThePatchHolds) {
+    test::WriteFile(folder / "mine.deh", "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n"
+                                         "Text 4 4\nTROOABCD\n");
+    const ModalDriver driver("frmNewFile", [](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QComboBox*>("cmbEngines")->currentText(), "Doom and Doom II 1.9");
+        QTest::mouseClick(dialog.findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
+    });
+    window->Commands().openFile(folder / "mine.deh");
+}
+
 TEST_F(MainWindowTest, WadsThatAreGoneAreNamedInTheStatusBar) {
     test::WriteFile(folder / "mine.bex", "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n"
                                          "Data WAD = /x/data.wad\n");
