@@ -57,7 +57,7 @@ def patches():
         ("wild_frames.deh", NORMAL + b"Thing 1\nInitial frame = 2147483647\nDeath frame = -5\nFrame 149\n"
          b"Sprite number = -7\nSprite subnumber = 2147483647\nNext frame = -149\nDuration = 0\n", None, "01100"),
         ("many_bits.bex", EXTENDED + b"Thing 1\nBits = " + b"SOLID+SHOOTABLE|" * 100_000 + b"\n", None, "00100"),
-        ("long_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"\\n\\\\" * (MEGABYTE // 4) + b"\n", None, "00100"),
+        ("long_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"\\n\\\\" * (MEGABYTE // 4) + b"\n", None, "01100"),
         ("endless_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"line \\\n" * 100_000, None, "01100"),
         ("code_pointers.bex", EXTENDED + b"[CODEPTR]\n" + b"".join(
             b"Frame %d = %s\n" % (frame, CHANCE.choice([b"A_Look", b"NULL", b"A_" + b"x" * 500, b"-1", b""]))
@@ -162,7 +162,7 @@ def tables(good):
         ("cut_in_half.tbl", cut[3], None, "000"),
         ("count_below.tbl", bad_count, "Damaged table file.", "022"),
         ("count_above.tbl", huge_count, "Damaged table file.", "022"),
-        ("count_largest.tbl", largest_count, None, "000"),
+        ("count_largest.tbl", largest_count, "Damaged table file.", "022"),
         ("noise.tbl", noise, None, "000"),
     ]
 
