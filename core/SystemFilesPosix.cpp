@@ -1,12 +1,13 @@
 #include "core/SystemFiles.h"
 
+#include "core/Numbers.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
@@ -113,7 +114,7 @@ std::filesystem::path FollowLinks(std::filesystem::path path, int& descriptor) {
         if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, error)))
             return path;
         if (std::filesystem::equivalent(path.parent_path(), "/proc/self/fd", error)) {
-            descriptor = std::atoi(path.filename().c_str());
+            descriptor = LeadingInt32(path.filename().native());
             return path;
         }
         path = path.parent_path() / std::filesystem::read_symlink(path, error); // an absolute link replaces the parent

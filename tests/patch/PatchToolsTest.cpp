@@ -101,7 +101,7 @@ TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
     const struct {
         std::string lines; // behind the first one
         const char* file;
-        std::string_view expected, preferred = "";
+        std::string_view expected, preferred = {};
     } rows[]{
         {"Doom version = 19\nThing 1\nMass = 5\n", "x.deh", "doom19"},
         {"Doom version = 19\nThing 1\nMass = 5\n", "x.BEX", "boom19"},
