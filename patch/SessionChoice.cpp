@@ -34,13 +34,15 @@ public:
     std::int64_t Count() const { return count_; }
 
     void Ignored(std::size_t, std::string_view) override { ++count_; }
-    void Section(std::size_t, std::string_view word) override { count_ += word.starts_with('[') && !engine_.extended; }
-    void FlagNames(std::size_t, std::string_view) override { count_ += !engine_.extended; }
+    void Section(std::size_t, std::string_view word) override {
+        count_ += word.starts_with('[') && !engine_.dialect.IsExtended();
+    }
+    void FlagNames(std::size_t, std::string_view) override { count_ += !engine_.dialect.IsExtended(); }
     void Number(std::size_t, FieldUnit unit, FieldWidth, std::string_view text) override {
         const auto beyond = [&](std::size_t records) { return std::cmp_greater_equal(LeadingInt32(text), records); };
         count_ += (unit == FieldUnit::State && beyond(defaults_.states.size())) ||
                   (unit == FieldUnit::Sound && beyond(defaults_.sounds.size())) ||
-                  (unit == FieldUnit::Sprite && beyond(defaults_.spriteNames.size()));
+                  (unit == FieldUnit::Sprite && beyond(defaults_.sprites.size()));
     }
 
 private:

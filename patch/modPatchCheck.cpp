@@ -93,7 +93,7 @@ public:
 
         if (length == 0)
             Add(offset, "holds no number and is read as 0");
-        else if (!rest.empty() && !rest.starts_with(dialect.comment))
+        else if (!rest.empty() && !rest.starts_with(engine_.dialect.comment))
             Add(offset, "is read only up to " + Quoted(rest));
         else if (exact != std::floor(exact))
             Add(offset, "holds a fraction and is read as " + std::to_string(value));

@@ -150,8 +150,9 @@ TEST(Tables, TakeNoMemoryForRecordsThatTheFileDoesNotHave) {
         for (int count = 0; count < none; ++count)
             bytes += "\xff\xff\xff\xff";
         PatchSet set;
-        if (none != codePointers) // whose states are there already
+        if (none != codePointers) { // whose states are there already
             EXPECT_EQ(ParseTable(bytes + "\xff\xff\x0f\x00"s, engine, set).Reason(), "Damaged table file.") << none;
+        }
         EXPECT_TRUE(ParseTable(bytes + "\x0f\x27\x00\x00"s, engine, set)) << none;
     }
     PatchSet large, read;
