@@ -40,10 +40,54 @@ std::optional<std::size_t> IwadPosition(std::string_view key) {
     return position;
 }
 
-void StoreIwads(SettingTree& tree, const std::vector<Settings::Iwad>& iwads) {
+/// The structure of that key, made when there is none.
+SettingTree& Structure(SettingTree& root, std::string_view key) {
+    if (const SettingValue* value = root.Find(key))
+        if (const auto* structure = std::get_if<std::shared_ptr<SettingTree>>(value))
+            return **structure;
+    const auto made = std::make_shared<SettingTree>();
+    root.Set(key, made);
+    return *made;
+}
+
+std::vector<Settings::Iwad> IwadsIn(SettingTree& root) {
+    std::map<std::size_t, Settings::Iwad> byPosition;
+    for (const auto& [key, value] : Structure(root, iwadsKey).Entries()) {
+        const std::optional<std::size_t> position = IwadPosition(key);
+        if (!position)
+            continue;
+        const std::string text = TextIn(&value);
+        const std::size_t split = std::min(text.find(';'), text.size());
+        byPosition[*position] = {text.substr(0, split), text.substr(std::min(split + 1, text.size()))};
+    }
+    std::vector<Settings::Iwad> iwads;
+    iwads.reserve(byPosition.size());
+    for (auto& [position, iwad] : byPosition)
+        iwads.push_back(std::move(iwad));
+    return iwads;
+}
+
+void StoreIwads(SettingTree& root, const std::vector<Settings::Iwad>& iwads) {
+    SettingTree& tree = Structure(root, iwadsKey);
     tree.Clear();
     for (std::size_t position = 0; position < iwads.size(); ++position)
         tree.Set(std::to_string(position).append(iwadKeyEnd), iwads[position].name + ";" + iwads[position].path);
+}
+
+void AddRecentFileTo(SettingTree& root, std::string_view path) {
+    SettingTree& recent = Structure(root, recentFilesKey);
+    // Kept: room is made before the path is looked for, so a known path shortens a full list. docs/kept-behaviour.md
+    while (recent.Count() >= Settings::maximumRecentFiles)
+        recent.Remove(recent.Entries().front().first);
+    const auto& entries = recent.Entries();
+    const auto same = std::ranges::find_if(
+        entries, [&](const auto& entry) { return EqualIgnoringCase(TextIn(&entry.second), path); });
+    if (same != entries.end())
+        recent.Remove(same->first);
+    int key = 1;
+    while (recent.Exists(std::to_string(key)))
+        ++key;
+    recent.Set(std::to_string(key), std::string(path));
 }
 
 } // namespace
@@ -66,16 +110,36 @@ void Settings::CreateDefaults(const std::filesystem::path& documentsFolder) {
 
 Status Settings::Load() {
     const Status loaded = configuration_.LoadConfiguration(file_);
+    loaded_ = true;
     readable_ = static_cast<bool>(loaded);
+    changes_.clear();
     if (readable_ && Text(typeKey) == modConfig::settingsType)
         return {};
     return Status::Failure("Invalid program configuration file.");
 }
 
-Status Settings::Save() const {
-    if (!readable_)
+Status Settings::Save() {
+    clsConfiguration stored;
+    bool readable = readable_;
+    if (readable && loaded_ && FileExists(file_))
+        readable = static_cast<bool>(stored.LoadConfiguration(file_));
+    if (!readable)
         return Status::Failure("the settings could not be read and are left as they are");
-    return configuration_.SaveConfiguration(file_, "\r\n", true);
+    const auto root = stored.Root(true);
+    if (TextIn(root->Find(typeKey)) == modConfig::settingsType) {
+        for (const Change& change : changes_)
+            change(*root);
+        configuration_ = stored;
+    }
+    Status status = configuration_.SaveConfiguration(file_, "\r\n", true);
+    if (status)
+        changes_.clear();
+    return status;
+}
+
+void Settings::Apply(const Change& change) {
+    change(*configuration_.Root(true));
+    changes_.push_back(change);
 }
 
 std::int32_t Settings::Number(std::string_view key) const {
@@ -87,87 +151,67 @@ std::int32_t Settings::Number(std::string_view key) const {
     return standard == std::end(defaultFlags) ? 0 : standard->value;
 }
 
-void Settings::Number(std::string_view key, std::int32_t value) { configuration_.Root(true)->Set(key, value); }
+void Settings::Number(std::string_view key, std::int32_t value) {
+    Apply([key = std::string(key), value](SettingTree& root) { root.Set(key, value); });
+}
 
 std::string Settings::Text(std::string_view key) const { return TextIn(configuration_.Root(true)->Find(key)); }
 
 void Settings::Text(std::string_view key, std::string_view value) {
-    configuration_.Root(true)->Set(key, std::string(value));
+    Apply([key = std::string(key), value = std::string(value)](SettingTree& root) { root.Set(key, value); });
 }
 
-std::vector<Settings::Iwad> Settings::Iwads() const {
-    std::map<std::size_t, Iwad> byPosition;
-    for (const auto& [key, value] : Structure(iwadsKey)->Entries()) {
-        const std::optional<std::size_t> position = IwadPosition(key);
-        if (!position)
-            continue;
-        const std::string text = TextIn(&value);
-        const std::size_t split = std::min(text.find(';'), text.size());
-        byPosition[*position] = {text.substr(0, split), text.substr(std::min(split + 1, text.size()))};
-    }
-    std::vector<Iwad> iwads;
-    iwads.reserve(byPosition.size());
-    for (auto& [position, iwad] : byPosition)
-        iwads.push_back(std::move(iwad));
-    return iwads;
-}
+std::vector<Settings::Iwad> Settings::Iwads() const { return IwadsIn(*configuration_.Root(true)); }
 
 void Settings::AddIwad(std::string_view name, std::string_view path) {
-    std::vector<Iwad> iwads = Iwads();
-    iwads.push_back({ReplaceAll(name, ";", ""), std::string(path)});
-    StoreIwads(*Structure(iwadsKey), iwads);
+    const Iwad iwad{ReplaceAll(name, ";", ""), std::string(path)};
+    std::vector<Iwad> own = Iwads();
+    own.push_back(iwad);
+    StoreIwads(*configuration_.Root(true), own);
+    changes_.emplace_back([iwad](SettingTree& root) {
+        std::vector<Iwad> iwads = IwadsIn(root);
+        if (std::ranges::find(iwads, iwad) == iwads.end())
+            iwads.push_back(iwad);
+        StoreIwads(root, iwads);
+    });
 }
 
 void Settings::RemoveIwad(std::size_t index) {
-    std::vector<Iwad> iwads = Iwads();
-    if (index >= iwads.size())
+    std::vector<Iwad> own = Iwads();
+    if (index >= own.size())
         return;
-    iwads.erase(iwads.begin() + static_cast<std::ptrdiff_t>(index));
-    StoreIwads(*Structure(iwadsKey), iwads);
+    const Iwad removed = own[index];
+    own.erase(own.begin() + static_cast<std::ptrdiff_t>(index));
+    StoreIwads(*configuration_.Root(true), own);
+    changes_.emplace_back([removed](SettingTree& root) {
+        std::vector<Iwad> iwads = IwadsIn(root);
+        if (const auto place = std::ranges::find(iwads, removed); place != iwads.end())
+            iwads.erase(place);
+        StoreIwads(root, iwads);
+    });
 }
 
 std::vector<std::string> Settings::RecentFiles() const {
     std::vector<std::string> files;
-    for (const auto& [key, value] : Structure(recentFilesKey)->Entries())
+    for (const auto& [key, value] : Structure(*configuration_.Root(true), recentFilesKey).Entries())
         if (const auto* file = std::get_if<std::string>(&value))
             files.push_back(*file);
     return files;
 }
 
 void Settings::AddRecentFile(std::string_view path) {
-    const auto recent = Structure(recentFilesKey);
-    // Kept: room is made before the path is looked for, so a known path shortens a full list. docs/kept-behaviour.md
-    while (recent->Count() >= maximumRecentFiles)
-        recent->Remove(recent->Entries().front().first);
-    const auto& entries = recent->Entries();
-    const auto same = std::ranges::find_if(
-        entries, [&](const auto& entry) { return EqualIgnoringCase(TextIn(&entry.second), path); });
-    if (same != entries.end())
-        recent->Remove(same->first);
-    int key = 1;
-    while (recent->Exists(std::to_string(key)))
-        ++key;
-    recent->Set(std::to_string(key), std::string(path));
+    Apply([path = std::string(path)](SettingTree& root) { AddRecentFileTo(root, path); });
 }
 
 void Settings::PruneRecentFiles() {
-    const auto recent = Structure(recentFilesKey);
-    std::vector<std::string> gone;
-    for (const auto& [key, value] : recent->Entries())
-        if (!FileExists(TextIn(&value)))
-            gone.push_back(key);
-    for (const std::string& key : gone)
-        recent->Remove(key);
-}
-
-std::shared_ptr<SettingTree> Settings::Structure(std::string_view key) const {
-    const auto root = configuration_.Root(true);
-    if (const SettingValue* value = root->Find(key))
-        if (const auto* structure = std::get_if<std::shared_ptr<SettingTree>>(value))
-            return *structure;
-    auto made = std::make_shared<SettingTree>();
-    root->Set(key, made);
-    return made;
+    Apply([](SettingTree& root) {
+        SettingTree kept;
+        SettingTree& recent = Structure(root, recentFilesKey);
+        for (const auto& [key, value] : recent.Entries())
+            if (FileExists(TextIn(&value)))
+                kept.Set(key, value);
+        recent = std::move(kept);
+    });
 }
 
 } // namespace plinket3

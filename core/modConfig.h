@@ -139,11 +139,13 @@ std::string DetectIwadName(const clsConfiguration& iwadDetect, const std::filesy
 
 } // namespace modConfig
 
-/// The program's settings: one configuration tree, kept for the whole run and written at every shut-down.
+/// The program's settings: one configuration tree, kept for the whole run and written at every shut-down. Programs that
+/// run at the same time share the file: what each has changed since it read it is merged, entry by entry.
 class Settings {
 public:
     struct Iwad {
         std::string name, path;
+        bool operator==(const Iwad&) const = default;
     };
     static constexpr std::size_t maximumRecentFiles = 32;
 
@@ -157,9 +159,10 @@ public:
     /// Loads the file. Fails with "Invalid program configuration file." when "Type" is another or the text is not
     /// valid; the tree then holds what was read.
     Status Load();
-    /// Writes the file (CR LF, white space). Fails, with the file left as it is, after a `Load` that could not read it:
-    /// a mistake in a hand-edited file must not cost its content.
-    Status Save() const;
+    /// Writes the file (CR LF, white space). After a `Load`, the file is read again, what was changed here since the
+    /// last writing is changed in it too, and the result is written and replaces the tree. Fails, with the file left as
+    /// it is, when it could not be read, now or by `Load`: a mistake in a hand-edited file must not cost its content.
+    Status Save();
 
     /// A flag or list position; the default of a first run when the key is missing or no number.
     std::int32_t Number(std::string_view key) const;
@@ -170,7 +173,7 @@ public:
 
     /// The known IWADs ("IWADs": 0wad, 1wad ...), in order.
     std::vector<Iwad> Iwads() const;
-    /// Every ";" is taken out of the name.
+    /// Every ";" is taken out of the name. What another program has added alike meanwhile is not added to the file.
     void AddIwad(std::string_view name, std::string_view path);
     /// Removes the entry at `index` and numbers the others anew. Does nothing when there is no such entry.
     void RemoveIwad(std::size_t index);
@@ -184,10 +187,13 @@ public:
     void PruneRecentFiles();
 
 private:
-    std::shared_ptr<SettingTree> Structure(std::string_view key) const;
+    using Change = std::function<void(SettingTree& root)>;
+    void Apply(const Change& change);
 
     std::filesystem::path file_;
     clsConfiguration configuration_;
+    std::vector<Change> changes_; // since the file was read or written
+    bool loaded_ = false;
     bool readable_ = true; // false after a load that could not make sense of the file
 };
 

@@ -96,6 +96,36 @@ TEST_F(SettingsTest, AFileThatCannotBeReadIsNotOverwritten) {
     EXPECT_EQ(ReadFile(settings_.File()), twice);
 }
 
+TEST_F(SettingsTest, ProgramsThatRunAtTheSameTimeKeepWhatEachHasChanged) {
+    const std::string start = type + "lastDir = \"/\"; createBackup = 1; IWADs { 0wad = \"a;/a\"; 1wad = \"b;/b\"; } "
+                                     "recentFiles { 1 = \"/old\"; }"s;
+    ASSERT_TRUE(Load(start));
+    Settings other;
+    other.File(settings_.File());
+    ASSERT_TRUE(other.Load());
+    other.AddIwad("c", "/c");
+    other.AddIwad("d", "/d");
+    other.RemoveIwad(0);
+    other.AddRecentFile("/theirs");
+    other.Number("createBackup", 0);
+    settings_.AddIwad("d", "/d");
+    settings_.AddIwad("e", "/e");
+    settings_.AddRecentFile("/mine");
+    settings_.Text("lastDir", "/x");
+    ASSERT_TRUE(other.Save());
+    ASSERT_TRUE(settings_.Save());
+    ASSERT_TRUE(other.Save());
+    for (const Settings* program : {&settings_, &other}) {
+        std::string list;
+        for (const Settings::Iwad& iwad : program->Iwads())
+            list += iwad.name + "=" + iwad.path + " ";
+        EXPECT_EQ(list, "b=/b c=/c d=/d e=/e ");
+        EXPECT_EQ(program->RecentFiles(), (std::vector{"/old"s, "/theirs"s, "/mine"s}));
+        EXPECT_EQ(program->Number("createBackup"), 0);
+        EXPECT_EQ(program->Text("lastDir"), "/x");
+    }
+}
+
 TEST_F(SettingsTest, IwadsAreNumberedAnewAfterARemoval) {
     ASSERT_TRUE(
         Load(type + "IWADs { 1wad = \"two;/2\"; 0wad = \"one;/1;x\"; 10wad = \"eleven;/11\"; 2wad = \"three\"; }"s));
