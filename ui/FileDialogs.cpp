@@ -2,14 +2,15 @@
 
 #include "core/Notifier.h"
 #include "core/modConfig.h"
+#include "ui/FrontWindow.h"
 #include "ui/LatinLineEdit.h"
 #include "ui/LatinText.h"
 
-#include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLineEdit>
+#include <QRegularExpression>
 
 namespace plinket3 {
 
@@ -34,6 +35,12 @@ QString FirstSuffix(const QString& filter) {
     return filter.section(QLatin1Char('|'), 1, 1).section(QLatin1Char(';'), 0, 0).section(QLatin1Char('.'), 1);
 }
 
+/// False for "My mod v1.2", where the dot belongs to a number: an ending begins with a letter and is short.
+bool HasEnding(const QString& file) {
+    static const QRegularExpression ending(QStringLiteral("[^/]\\.[A-Za-z][A-Za-z0-9]{0,3}$"));
+    return ending.match(file).hasMatch();
+}
+
 } // namespace
 
 QString QtFileDialogs::Remember(const QString& file) {
@@ -43,13 +50,12 @@ QString QtFileDialogs::Remember(const QString& file) {
 }
 
 QString QtFileDialogs::OpenFile(const QString& title, const QString& filter) {
-    return Remember(QFileDialog::getOpenFileName(QApplication::activeWindow(), title,
-                                                 ShownPath(settings_.Text(lastFolderKey)), ToolkitFilter(filter)));
+    return Remember(QFileDialog::getOpenFileName(FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)),
+                                                 ToolkitFilter(filter)));
 }
 
 QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, const QString& proposed) {
-    QFileDialog dialog(QApplication::activeWindow(), title, ShownPath(settings_.Text(lastFolderKey)),
-                       ToolkitFilter(filter));
+    QFileDialog dialog(FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)), ToolkitFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // a desktop's own dialog asks before the suffix is there
@@ -57,7 +63,7 @@ QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, con
         dialog.selectFile(proposed);
     while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         QString file = dialog.selectedFiles().constFirst();
-        if (!QFileInfo(file).fileName().contains(QLatin1Char('.')))
+        if (!HasEnding(file))
             file += QLatin1Char('.') + FirstSuffix(filter);
         if (!QFileInfo::exists(file) ||
             notifier_.Ask("The file " + StoredPath(file).string() + " exists already. Do you want to overwrite it?",
@@ -69,7 +75,7 @@ QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, con
 
 QString QtFileDialogs::AskText(const QString& title, const QString& prompt, const QString& start,
                                Characters characters) {
-    QInputDialog dialog(QApplication::activeWindow());
+    QInputDialog dialog(FrontWindow());
     dialog.setObjectName(QStringLiteral("askText"));
     dialog.setWindowTitle(title);
     dialog.setLabelText(prompt);

@@ -1,9 +1,9 @@
 #include "ui/QtNotifier.h"
 
 #include "core/Version.h"
+#include "ui/FrontWindow.h"
 #include "ui/LatinText.h"
 
-#include <QApplication>
 #include <QMessageBox>
 
 #include <iostream>
@@ -26,7 +26,7 @@ QMessageBox::Icon IconOf(MessageKind kind) {
 
 int Run(QMessageBox::Icon icon, std::string_view text, QMessageBox::StandardButtons buttons,
         QMessageBox::StandardButton first = QMessageBox::NoButton) {
-    QMessageBox box(icon, QString::fromLatin1(programTitle), {}, buttons, QApplication::activeWindow());
+    QMessageBox box(icon, QString::fromLatin1(programTitle), {}, buttons, FrontWindow());
     box.setTextFormat(Qt::PlainText); // names and paths are not markup
     box.setText(ShownPath(std::string(text)));
     std::cerr << text << std::endl; // for whoever started the program from a terminal

@@ -4,7 +4,7 @@
 
 namespace plinket3 {
 
-/// Message boxes with the program's title over the window that has the focus.
+/// Message boxes with the program's title over the window in front.
 class QtNotifier : public Notifier {
 public:
     void Show(MessageKind kind, std::string_view text) override;

@@ -2,6 +2,7 @@
 #include "core/modConfig.h"
 #include "tests/support/TestSupport.h"
 #include "tests/ui/ModalDriver.h"
+#include "ui/QtNotifier.h"
 
 #include <gtest/gtest.h>
 
@@ -34,6 +35,8 @@ TEST(FileDialogs, AFileThatExistsIsAskedAboutUnderTheNameThatItWillHave) {
         const char *typed, *askedAbout, *typedAfterNo, *saved;
     } rows[]{{"new", nullptr, nullptr, "new.deh"},
              {"new.txt", nullptr, nullptr, "new.txt"},
+             {"My mod v1.2", nullptr, nullptr, "My mod v1.2.deh"},
+             {"mod of St. Patrick", nullptr, nullptr, "mod of St. Patrick.deh"},
              {"there", "there.deh", nullptr, "there.deh"},
              {"there.deh", "there.deh", nullptr, "there.deh"},
              {"there", "there.deh", "other", "other.deh"}};
@@ -53,6 +56,20 @@ TEST(FileDialogs, AFileThatExistsIsAskedAboutUnderTheNameThatItWillHave) {
                   (folder / row.saved).string());
         notifier.AllAsked();
     }
+}
+
+TEST(FileDialogs, AMessageBehindADialogThatHasJustGoneBelongsToTheMainWindow) {
+    QWidget window;
+    window.setObjectName("frmMain");
+    window.show();
+    ASSERT_EQ(QApplication::activeWindow(), nullptr) << "as between two windows";
+    const QWidget* parent = nullptr;
+    const test::ModalDriver driver("", [&parent](QDialog& dialog) {
+        parent = dialog.parentWidget();
+        dialog.reject();
+    });
+    EXPECT_EQ(QtNotifier().Ask("Yes?", Buttons::NoYes), Answer::No);
+    EXPECT_EQ(parent, &window);
 }
 
 } // namespace
