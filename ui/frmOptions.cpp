@@ -22,6 +22,8 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace plinket3 {
 
@@ -29,6 +31,13 @@ namespace {
 
 constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
 constexpr int iwadsTab = 1;
+
+/// The games that most patches are made for, by the names of their files, the likeliest first.
+constexpr std::string_view usualGames[]{"freedoom2", "doom2", "doom"};
+
+std::ptrdiff_t Rank(const std::filesystem::path& iwad) {
+    return std::ranges::find(usualGames, ToLower(iwad.stem().string())) - std::begin(usualGames);
+}
 
 } // namespace
 
@@ -199,6 +208,8 @@ void frmOptions::FindIwads() {
         std::string name = modConfig::DetectIwadName(environment_.iwadDetect, file);
         found.emplace_back(name.empty() ? file.stem().string() : std::move(name), file);
     }
+    // The first IWAD of the list is the one that is proposed for the first patch.
+    std::ranges::stable_sort(found, {}, [](const frmFindIwads::Found& iwad) { return Rank(iwad.second); });
     if (found.empty()) {
         std::string text = "No further IWADs were found. These folders were looked into:\n";
         for (const std::filesystem::path& folder : folders)
