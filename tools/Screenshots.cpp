@@ -6,6 +6,7 @@
 #include "ui/LatinText.h"
 #include "ui/QtFrontEnd.h"
 #include "ui/frmFindIwads.h"
+#include "ui/frmRecovered.h"
 #include "ui/lists/RecordList.h"
 
 #include <QApplication>
@@ -144,6 +145,30 @@ void AcceptSession() {
             accept->click();
 }
 
+void TakeRecovered(Pictures& pictures, PatchData patch, Notifier& notifier) {
+    QTemporaryDir folder;
+    const std::filesystem::path place = StoredPath(folder.path());
+    {
+        Recovery first(place), second(place); // of two runs that crashed
+        patch.fileName = "/home/you/mods/first.bex";
+        bool kept = static_cast<bool>(first.Keep(patch, std::nullopt, 1));
+        patch.fileName = "/home/you/Documents/unnamed.bex";
+        kept = kept && second.Keep(patch, std::nullopt, 1);
+        if (!kept)
+            throw std::runtime_error("no recovery file could be written");
+    }
+    int minute = 0;
+    for (const char* name : {"/recovery-0.dat", "/recovery-1.dat"}) {
+        QFile file(folder.path() + QLatin1String(name));
+        file.open(QIODevice::ReadWrite);
+        file.setFileTime({{2026, 5, 4}, {21, minute += 7}}, QFileDevice::FileModificationTime);
+    }
+    const Recovery own(place);
+    frmRecovered recovered(own, notifier, nullptr);
+    recovered.show();
+    pictures.Take(recovered, QStringLiteral("recovered"));
+}
+
 int Run(char** argv) {
     QTemporaryDir settingsFolder;
     SilentNotifier notifier;
@@ -182,6 +207,7 @@ int Run(char** argv) {
     if (!frontEnd.SessionOpen())
         return 1;
     pictures.TakeEditors();
+    TakeRecovered(pictures, program.patch, notifier);
 
     Program another(notifier); // which knows no other patches than these
     another.settings.CreateDefaults(program.documentsFolder);

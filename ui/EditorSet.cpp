@@ -1,5 +1,6 @@
 #include "ui/EditorSet.h"
 
+#include "ui/LatinText.h"
 #include "ui/editors/frmEditAmmo.h"
 #include "ui/editors/frmEditCheats.h"
 #include "ui/editors/frmEditMisc.h"
@@ -19,6 +20,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
+#include <algorithm>
 #include <utility>
 
 namespace plinket3 {
@@ -29,6 +31,7 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
         for (EditorWindow* editor : editors_)
             if (editor != nullptr)
                 editor->CellsChanged(cells);
+        FollowThingNames(cells);
     });
 }
 
@@ -104,18 +107,31 @@ void EditorSet::Show(std::size_t editor, bool shown) {
         frames_[editor]->setAttribute(Qt::WA_DeleteOnClose, false);
         emit EditorMade(editor);
     }
-    frames_[editor]->setVisible(shown);
-    if (shown) {
-        if (frames_[editor]->isMinimized())
-            frames_[editor]->showNormal();
-        editors_[editor]->show();
-        area_.setActiveSubWindow(frames_[editor]);
-        editors_[editor]->setFocus();
-    }
+    if (shown)
+        BringToFront(editor);
+    else
+        Hide(editor);
     emit ShownChanged();
 }
 
+void EditorSet::BringToFront(std::size_t editor) {
+    frames_[editor]->show();
+    if (frames_[editor]->isMinimized())
+        frames_[editor]->showNormal();
+    editors_[editor]->show();
+    area_.setActiveSubWindow(frames_[editor]);
+    editors_[editor]->setFocus();
+}
+
+void EditorSet::Hide(std::size_t editor) {
+    const bool wasInFront = Front() == editor;
+    frames_[editor]->hide();
+    if (const auto next = Front(); next && wasInFront)
+        BringToFront(*next);
+}
+
 void EditorSet::Refresh() {
+    replaced_.clear(); // the list is filled anew
     for (EditorWindow* editor : editors_)
         if (editor != nullptr)
             editor->Refresh();
@@ -127,20 +143,52 @@ void EditorSet::Refresh() {
         selectAction_->Refresh();
 }
 
-std::optional<std::size_t> EditorSet::Active() const {
-    for (std::size_t editor = 0; editor < frames_.size(); ++editor)
-        if (IsShown(editor) && frames_[editor] == area_.activeSubWindow()) // which may be hidden
-            return editor;
+std::optional<std::size_t> EditorSet::Front() const {
+    const QList<QMdiSubWindow*> frames = area_.subWindowList(QMdiArea::StackingOrder);
+    for (auto frame = frames.crbegin(); frame != frames.crend(); ++frame)
+        if (!(*frame)->isHidden() && !(*frame)->isMinimized())
+            return static_cast<std::size_t>(std::ranges::find(frames_, *frame) - frames_.begin());
     return std::nullopt;
 }
 
+namespace {
+
+bool IsNormal(Qt::WindowStates states) { return !(states & (Qt::WindowMaximized | Qt::WindowMinimized)); }
+
+} // namespace
+
+QByteArray EditorSet::Place(std::size_t editor) const {
+    const QMdiSubWindow* frame = frames_[editor];
+    const QRect place = IsNormal(frame->windowState()) ? frame->geometry() : normal_[editor];
+    QByteArray text;
+    for (const int number : {place.x(), place.y(), place.width(), place.height()})
+        text += QByteArray::number(number) + ' ';
+    return text += frame->isMaximized() ? "maximised" : "normal";
+}
+
+void EditorSet::Place(std::size_t editor, const QByteArray& place) {
+    const QByteArrayList parts = place.split(' ');
+    if (parts.size() != 5)
+        return;
+    frames_[editor]->setGeometry(parts[0].toInt(), parts[1].toInt(), parts[2].toInt(), parts[3].toInt());
+    if (parts[4] == "maximised") {
+        frames_[editor]->show(); // one that is hidden would not remember its place
+        frames_[editor]->showMaximized();
+    }
+}
+
 bool EditorSet::eventFilter(QObject* watched, QEvent* event) {
+    auto* frame = static_cast<QMdiSubWindow*>(watched);
+    const auto editor = static_cast<std::size_t>(std::ranges::find(frames_, frame) - frames_.begin());
     if (event->type() == QEvent::Close) { // an editor is hidden, never destroyed
-        static_cast<QMdiSubWindow*>(watched)->hide();
         event->ignore();
-        emit ShownChanged();
+        Show(editor, false);
         return true;
     }
+    const bool moved =
+        event->type() == QEvent::Move || event->type() == QEvent::Resize || event->type() == QEvent::Show;
+    if (moved && IsNormal(frame->windowState()))
+        normal_[editor] = frame->geometry();
     return QObject::eventFilter(watched, event);
 }
 
@@ -159,7 +207,24 @@ void EditorSet::ShowSoundInEditor(int sound) {
 std::optional<int> EditorSet::SelectedSoundRow() { return sounds_->SelectedRow(); }
 
 void EditorSet::ReplaceThingFilterEntry(int entry, const QString& text) {
-    states_->ReplaceThingFilterEntry(entry, text);
+    const QString before = states_->ReplaceThingFilterEntry(entry, text);
+    replaced_.try_emplace(entry, Replaced{before, {}}).first->second.names.push_back(StoredText(text));
+}
+
+/// Undoing a rename takes its text out of the state editor's list again, and redoing it puts it back.
+void EditorSet::FollowThingNames(const std::vector<Cell>& cells) {
+    for (const Cell& cell : cells) {
+        const auto entry = cell.kind == RecordKind::Thing && cell.field == nameField ? replaced_.find(cell.index + 1)
+                                                                                     : replaced_.end();
+        if (entry == replaced_.end())
+            continue;
+        const auto& [before, names] = entry->second;
+        const std::string name = std::get<std::string>(edits_.Value(cell));
+        if (std::ranges::find(names, name) != names.end())
+            states_->ReplaceThingFilterEntry(entry->first, ShownText(name));
+        else if (edits_.CanRedo()) // Kept: restoring the thing leaves the list alone. docs/kept-behaviour.md
+            states_->ReplaceThingFilterEntry(entry->first, before);
+    }
 }
 
 void EditorSet::PlaySoundLump(int sound) { audio_.PlaySoundLump(program_, program_.log, sound); }

@@ -6,9 +6,13 @@
 
 #include <QMap>
 #include <QObject>
+#include <QRect>
 
 #include <array>
+#include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 class QMdiArea;
 class QMdiSubWindow;
@@ -58,12 +62,16 @@ public:
     bool IsShown(std::size_t editor) const;
     /// Shows an editor (and gives it the focus) or hides it.
     void Show(std::size_t editor, bool shown);
-    /// Shows a hidden editor, hides one that is seen.
-    void Toggle(std::size_t editor) { Show(editor, !IsShown(editor)); }
+    /// Hides the editor in front; shows any other one and brings it there.
+    void Toggle(std::size_t editor) { Show(editor, Front() != editor); }
     /// The patch, the engine or the settings are others now.
     void Refresh();
-    /// The editor that has the focus; absent when none has.
-    std::optional<std::size_t> Active() const;
+    /// The editor that no other one covers, which has the focus when the main window has; absent when none is shown.
+    std::optional<std::size_t> Front() const;
+    /// Where an editor that was shown stands, maximised or not, to be kept; and back there. The toolkit's own means
+    /// would keep the frame clear of the screen's edge, as if it were a window of the desktop.
+    QByteArray Place(std::size_t editor) const;
+    void Place(std::size_t editor, const QByteArray& place);
     QMdiSubWindow* Frame(std::size_t editor) const { return frames_[editor]; }
 
     // EditorLinks
@@ -92,6 +100,9 @@ protected:
 private:
     std::unique_ptr<EditorWindow> Make(std::string_view name);
     std::optional<std::size_t> PlaceOf(std::string_view name) const;
+    void Hide(std::size_t editor);
+    void BringToFront(std::size_t editor);
+    void FollowThingNames(const std::vector<Cell>& cells);
 
     Program& program_;
     Edits& edits_;
@@ -101,8 +112,15 @@ private:
     std::array<std::unique_ptr<EditorWindow>, editorEntries.size()> unshown_; // until they get a frame
     std::array<EditorWindow*, editorEntries.size()> editors_{};
     std::array<QMdiSubWindow*, editorEntries.size()> frames_{};
+    std::array<QRect, editorEntries.size()> normal_{}; // places of frames before they were maximised or minimised
     frmEditStates* states_ = nullptr;
     frmEditSounds* sounds_ = nullptr;
+    /// What renaming things has put into the state editor's list: its entry's former text, and the names.
+    struct Replaced {
+        QString before;
+        std::vector<std::string> names;
+    };
+    std::map<int, Replaced> replaced_; // by entry
     std::unique_ptr<frmPropSound> propSound_;
     std::unique_ptr<frmPropString> propString_;
     std::unique_ptr<frmSelectSprite> selectSprite_;

@@ -34,12 +34,13 @@ FileCommands::FileCommands(Program& program, Edits& edits, FileDialogs& dialogs,
       sessionDialog_(std::move(sessionDialog)) {}
 
 bool FileCommands::MayLoseChanges() {
-    return !program_.patch.changed || program_.notifier.Ask(loseChanges, Buttons::YesNo) == Answer::Yes;
+    return !program_.patch.changed || program_.notifier.Ask(loseChanges, Buttons::NoYes) == Answer::Yes;
 }
 
 void FileCommands::Adopt(Session session) {
     static_cast<Session&>(program_) = std::move(session);
     stamp_ = program_.patch.named ? StampOf(program_.patch.fileName) : std::nullopt;
+    asked_.reset();
     sessionOpen_ = true;
     edits_.Clear();
     emit SessionChanged();
@@ -109,6 +110,7 @@ bool FileCommands::SaveTo(const std::filesystem::path& file) {
     program_.patch.fileName = file;
     program_.patch.named = true;
     stamp_ = StampOf(file);
+    asked_.reset();
     edits_.MarkSaved();
     recovery_.Forget();
     emit Saved();
@@ -121,9 +123,11 @@ bool FileCommands::Save() {
     if (!program_.patch.named)
         return SaveAs();
     const std::filesystem::path file = program_.patch.fileName;
-    if (ChangedStamp() && program_.notifier.Ask("The file " + file.string() +
-                                                    " was changed by another program. Do you want to overwrite it?",
-                                                Buttons::NoYes) != Answer::Yes)
+    const std::optional<FileStamp> now = ChangedStamp();
+    asked_ = now;
+    if (now && program_.notifier.Ask("The file " + file.string() +
+                                         " was changed by another program. Do you want to overwrite it?",
+                                     Buttons::NoYes) != Answer::Yes)
         return false;
     return SaveTo(file);
 }
@@ -138,6 +142,8 @@ bool FileCommands::SaveAs() {
 
 void FileCommands::AddRecent(const std::filesystem::path& file) {
     program_.settings.AddRecentFile(file.string());
+    // At once, since this run may end without its shut-down. There it is tried again, and a failure is told.
+    static_cast<void>(program_.settings.Save());
     emit RecentFilesChanged();
 }
 
@@ -189,39 +195,61 @@ bool FileCommands::MayClose() {
 }
 
 bool FileCommands::OfferRecovery() {
-    std::vector<std::filesystem::path> damaged;
-    const std::optional<RecoveredPatch> recovered = recovery_.TakeOver(damaged);
-    for (const std::filesystem::path& file : damaged)
-        program_.notifier.Show(MessageKind::Exclamation,
-                               "Plinket3 did not end as it should. The file with its unsaved changes is damaged and "
-                               "stays as " +
-                                   file.string() + ".");
-    if (!recovered)
-        return false;
-    const Answer answer = program_.notifier.Ask("Plinket3 did not end as it should. Unsaved changes of " +
-                                                    recovered->fileName + " were kept. Do you want to go on with them?",
-                                                Buttons::YesNoCancel);
-    if (answer != Answer::Yes) {
-        if (answer == Answer::No)
+    for (const KeptWork& work : recovery_.Kept(false)) {
+        if (!work.patch) {
+            program_.notifier.Show(MessageKind::Exclamation,
+                                   "Plinket3 did not end as it should. The file with its unsaved changes is damaged "
+                                   "and stays as " +
+                                       recovery_.PutAway(work.file).string() + ".");
+            continue;
+        }
+        if (!recovery_.Take(work.file))
+            continue;
+        switch (program_.notifier.Ask("Plinket3 did not end as it should. Unsaved changes of " + work.patch->fileName +
+                                          " were kept. Do you want to go on with them? With No they are given up, "
+                                          "with Cancel you are asked again at the next start.",
+                                      Buttons::YesNoCancel)) {
+        case Answer::Yes:
+            return GoOnWith(*work.patch);
+        case Answer::No:
             recovery_.Forget();
-        else // a question that was only closed gives nothing up
-            emit StatusText(tr("The unsaved changes stay in %1").arg(ShownPath(recovery_.SetAside())));
+            return false;
+        default:
+            recovery_.Leave();
+            emit StatusText(tr("The unsaved changes stay: see File, Recovered work..."));
+            return false;
+        }
+    }
+    return false;
+}
+
+bool FileCommands::OpenKept(const KeptWork& work) {
+    if (!work.patch || !MayLoseChanges())
+        return false;
+    if (const Status taken = recovery_.Take(work.file); !taken) {
+        program_.notifier.Show(MessageKind::Exclamation,
+                               "Could not open " + work.file.string() + ": " + taken.Reason());
         return false;
     }
-    const auto engine = ChooseEngine(program_.engines, recovered->engineConfig);
-    const auto iwad = ChooseIwad(program_.settings.Iwads(), recovered->iwadPath);
+    const bool opened = GoOnWith(*work.patch);
+    KeepRecovery(); // of what is open now, whichever it is
+    return opened;
+}
+
+bool FileCommands::GoOnWith(const RecoveredPatch& recovered) {
+    const auto engine = ChooseEngine(program_.engines, recovered.engineConfig);
+    const auto iwad = ChooseIwad(program_.settings.Iwads(), recovered.iwadPath);
     Session session;
     if (!engine || !iwad ||
-        LoadSession(program_, {*engine, *iwad, recovered->dataWadPath, -1}, session) != SessionResult::Loaded ||
-        !ApplyRecovered(*recovered, session)) {
+        LoadSession(program_, {*engine, *iwad, recovered.dataWadPath, -1}, session) != SessionResult::Loaded ||
+        !ApplyRecovered(recovered, session)) {
         program_.notifier.Show(MessageKind::Exclamation,
                                "The unsaved changes do not fit the engine configurations and IWADs that are there now. "
                                "They stay in " +
-                                   recovery_.SetAside().string() + ".");
+                                   recovery_.SetAside().string() + "; File, Recovered work... opens them.");
         return false;
     }
     Adopt(std::move(session));
-    stamp_ = recovered->stamp; // what another program has written since is asked about
     edits_.MarkChangedForGood();
     KeepRecovery();
     emit StatusText(tr("Went on with unsaved changes"));
@@ -241,7 +269,7 @@ void FileCommands::KeepRecovery() {
 }
 
 std::optional<FileStamp> FileCommands::ChangedStamp() const {
-    if (!stamp_)
+    if (!program_.patch.named)
         return std::nullopt;
     const std::optional<FileStamp> now = StampOf(program_.patch.fileName);
     return now == stamp_ ? std::nullopt : now;
@@ -258,10 +286,10 @@ void FileCommands::CheckFileOnDisk() {
         return;
     }
     const std::optional<FileStamp> now = ChangedStamp();
-    if (!now)
+    if (!now || now == asked_)
         return;
     asking_ = true;
-    stamp_ = now;
+    asked_ = now; // a save asks once more before it overwrites that file
     const bool unsaved = program_.patch.changed;
     std::string question =
         "The file " + program_.patch.fileName.string() + " was changed by another program. Do you want to reload it? ";

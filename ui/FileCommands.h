@@ -40,6 +40,8 @@ public:
 
     /// Offers what a run left behind that ended without its shut-down; true when it was opened.
     bool OfferRecovery();
+    /// Opens a piece of work that was left behind, once unsaved changes are settled; true when it was opened.
+    bool OpenKept(const KeptWork& work);
     /// Writes the recovery file while there are unsaved changes.
     void KeepRecovery();
     /// Asks whether to read the patch again when its file is another than the one that was read or written last.
@@ -57,7 +59,7 @@ signals:
     void StatusText(const QString& text);
 
 private:
-    /// How the patch's file looks now, when another program has written it since we did.
+    /// How the patch's file looks now, when another program has written it since we read or wrote it.
     std::optional<FileStamp> ChangedStamp() const;
 
     bool MayLoseChanges();
@@ -67,6 +69,8 @@ private:
     bool SaveTo(const std::filesystem::path& file);
     void AddRecent(const std::filesystem::path& file);
     bool ReloadFile();
+    /// Opens work whose file is the program's own by now; puts the file away when it does not fit.
+    bool GoOnWith(const RecoveredPatch& recovered);
 
     Program& program_;
     Edits& edits_;
@@ -74,7 +78,8 @@ private:
     Recovery& recovery_;
     SessionDialog sessionDialog_;
     bool sessionOpen_ = false;
-    std::optional<FileStamp> stamp_; // of the patch's file as we know it; none for a patch without a file
+    std::optional<FileStamp> stamp_; // of the patch's file as we read or wrote it; none when there was no file
+    std::optional<FileStamp> asked_; // of the file as the user decided to leave it
     bool asking_ = false;            // a question is open
     bool recoveryFails_ = false;     // and the user was told so
 };

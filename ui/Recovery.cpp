@@ -3,10 +3,13 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/clsConfiguration.h"
+#include "patch/modPatchFiles.h"
 #include "patch/modTables.h"
 #include "ui/LatinText.h"
 
+#include <algorithm>
 #include <charconv>
+#include <tuple>
 #include <utility>
 
 namespace plinket3 {
@@ -15,6 +18,8 @@ namespace {
 
 constexpr int mostPlaces = 16; // programs that run at the same time
 constexpr Dialect withStrings; // its tables hold them
+constexpr const char* inUse = "another program has it now";
+constexpr std::string_view putAwayEnding = ".kept";
 constexpr std::string_view recoveryType = "Plinket3 recovery file";
 
 std::string TextOf(const SettingTree& tree, std::string_view key) {
@@ -38,19 +43,6 @@ std::vector<ParRecord> ParsOf(const SettingTree& root) {
         if (const auto* par = std::get_if<std::shared_ptr<SettingTree>>(&entry.second))
             pars.push_back({NumberOf(**par, "episode"), NumberOf(**par, "map"), NumberOf(**par, "seconds")});
     return pars;
-}
-
-/// Renames a file to the first name of its own with ".kept" behind it; returns where it is then.
-std::filesystem::path PutAway(const std::filesystem::path& file) {
-    std::filesystem::path aside = file;
-    aside += ".kept";
-    for (int number = 2; FileExists(aside); ++number) {
-        aside = file;
-        aside += "." + std::to_string(number) + ".kept";
-    }
-    std::error_code error;
-    std::filesystem::rename(file, aside, error);
-    return error ? file : aside;
 }
 
 /// The numbers are kept as texts, since those of the format do not hold 64 bits.
@@ -103,23 +95,20 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
 
 } // namespace
 
-Recovery::Recovery(std::filesystem::path folder) : folder_(std::move(folder)) {
-    for (int place = 0; place < mostPlaces; ++place) {
+Recovery::Recovery(std::filesystem::path folder) : folder_(std::move(folder)) { TakeFreePlace(); }
+
+void Recovery::TakeFreePlace() {
+    kept_.reset();
+    lock_.reset();
+    place_ = -1;
+    for (int place = 0; place < mostPlaces && !lock_; ++place) {
         // A place whose owner is gone but whose file is still there is not free: it is offered first.
         if (FileExists(FileAt(place)))
             continue;
-        auto lock = LockAt(place);
-        if (!lock->tryLock(0))
-            continue;
-        Own(place, std::move(lock));
-        return;
+        lock_ = LockAt(place);
+        if (lock_)
+            place_ = place;
     }
-}
-
-void Recovery::Own(int place, std::unique_ptr<QLockFile> lock) {
-    lock_ = std::move(lock);
-    place_ = place;
-    kept_.reset();
 }
 
 std::filesystem::path Recovery::FileAt(int place) const {
@@ -129,7 +118,22 @@ std::filesystem::path Recovery::FileAt(int place) const {
 std::unique_ptr<QLockFile> Recovery::LockAt(int place) const {
     auto lock = std::make_unique<QLockFile>(ShownPath(folder_ / ("recovery-" + std::to_string(place) + ".lock")));
     lock->setStaleLockTime(0); // only the end of the program that holds it makes a lock void
-    return lock;
+    if (lock->tryLock(0))
+        return lock;
+    // Of a damaged lock the class cannot tell that its program has ended; the system can, and refuses to remove others.
+    qint64 process = 0;
+    QString host, program;
+    if (lock->error() == QLockFile::LockFailedError && !lock->getLockInfo(&process, &host, &program) &&
+        lock->removeStaleLockFile() && lock->tryLock(0))
+        return lock;
+    return nullptr;
+}
+
+int Recovery::PlaceOf(const std::filesystem::path& file) const {
+    for (int place = 0; place < mostPlaces; ++place)
+        if (file == FileAt(place))
+            return place;
+    return -1;
 }
 
 Status Recovery::Keep(const PatchData& patch, const std::optional<FileStamp>& stamp, std::uint64_t revision) {
@@ -176,44 +180,104 @@ void Recovery::Forget() {
     std::filesystem::remove(FileAt(place_), ignored);
 }
 
+std::vector<KeptWork> Recovery::Kept(bool alsoPutAway) const {
+    std::vector<KeptWork> kept;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(folder_, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::filesystem::path& file = entry->path();
+        const int place = PlaceOf(file);
+        const bool putAway = file.filename().string().starts_with("recovery-") && file.extension() == putAwayEnding;
+        const bool leftBehind = place >= 0 && place != place_;
+        if (!(leftBehind || (putAway && alsoPutAway)) || !FileExists(file) || (leftBehind && !LockAt(place)))
+            continue;
+        KeptWork& work = kept.emplace_back();
+        std::string bytes;
+        std::error_code ignored;
+        work.file = file;
+        work.time = std::filesystem::last_write_time(file, ignored);
+        if (ReadWholeFile(file, bytes))
+            work.patch = Split(bytes);
+    }
+    std::ranges::sort(kept, [](const KeptWork& left, const KeptWork& right) {
+        return std::tie(right.time, left.file) < std::tie(left.time, right.file);
+    });
+    return kept;
+}
+
+Status Recovery::Take(const std::filesystem::path& file) {
+    const int place = PlaceOf(file);
+    std::unique_ptr<QLockFile> lock = place < 0 ? nullptr : LockAt(place);
+    if (place >= 0 && !lock)
+        return Status::Failure(inUse);
+    if (place_ < 0 && place >= 0) { // every place holds such work
+        lock_ = std::move(lock);
+        place_ = place;
+    }
+    if (place_ < 0)
+        return Status::Failure("the settings folder cannot be written");
+    kept_.reset();
+    std::error_code error;
+    std::filesystem::rename(file, FileAt(place_), error);
+    return error ? Status::Failure(error.message()) : Status();
+}
+
+Status Recovery::Delete(const std::filesystem::path& file) const {
+    const int place = PlaceOf(file);
+    const std::unique_ptr<QLockFile> lock = place < 0 ? nullptr : LockAt(place);
+    if (place >= 0 && !lock)
+        return Status::Failure(inUse);
+    std::error_code error;
+    std::filesystem::remove(file, error);
+    return error ? Status::Failure(error.message()) : Status();
+}
+
+void Recovery::Leave() { TakeFreePlace(); }
+
+std::filesystem::path Recovery::PutAway(const std::filesystem::path& file) const {
+    std::filesystem::path aside = file;
+    aside += putAwayEnding;
+    for (int number = 2; FileExists(aside); ++number) {
+        aside = file;
+        aside += "." + std::to_string(number) + std::string(putAwayEnding);
+    }
+    std::error_code error;
+    std::filesystem::rename(file, aside, error);
+    return error ? file : aside;
+}
+
 std::filesystem::path Recovery::SetAside() {
     kept_.reset();
     return PutAway(FileAt(place_));
 }
 
-std::optional<RecoveredPatch> Recovery::TakeOver(std::vector<std::filesystem::path>& damaged) {
-    for (int place = 0; place < mostPlaces; ++place) {
-        if (place == place_ || !FileExists(FileAt(place)))
-            continue;
-        auto lock = LockAt(place);
-        if (!lock->tryLock(0))
-            continue; // its program is running
-        std::string bytes;
-        const Status read = ReadWholeFile(FileAt(place), bytes);
-        if (auto recovered = read ? Split(bytes) : std::nullopt) {
-            Own(place, std::move(lock));
-            return recovered;
-        }
-        damaged.push_back(PutAway(FileAt(place)));
-        if (place_ < 0 && !FileExists(FileAt(place)))
-            Own(place, std::move(lock));
-    }
-    return std::nullopt;
+namespace {
+
+/// True when the patch that the work belongs to still stands where the recovery file says. Who could write that file
+/// could name any other one in it, which a save would replace.
+bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
+    modPatchFiles::Header header;
+    return recovered.stamp && StampOf(recovered.fileName) == recovered.stamp &&
+           modPatchFiles::ScanHeader(std::filesystem::path(recovered.fileName), header) &&
+           LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) == dialect.patchFormat;
 }
+
+} // namespace
 
 bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
     EngineConfiguration layout = session.engine;
     layout.dialect = withStrings;
     PatchSet set, defaults;
     if (!modTables::ParseTable(recovered.table, layout, set) ||
-        !modTables::ParseTable(recovered.defaultsTable, layout, defaults) ||
-        !HaveSameCounts(set, session.patch.defaults) || !HaveSameCounts(defaults, session.patch.defaults))
+        !modTables::ParseTable(recovered.defaultsTable, layout, defaults) || !HaveSameCounts(set, defaults) ||
+        (session.engine.dialect.keyedTexts &&
+         set.strings.size() != session.patch.defaults.strings.size())) // which no table holds
         return false;
     set.pars = recovered.pars;
     session.patch.current = std::move(set);
     session.patch.defaults = std::move(defaults);
     session.patch.fileName = recovered.fileName;
-    session.patch.named = recovered.named;
+    session.patch.named = recovered.named && IsStillThere(recovered, session.engine.dialect);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "core/Version.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
+#include "ui/frmRecovered.h"
 
 #include <QAction>
 #include <QApplication>
@@ -43,6 +44,7 @@ constexpr DialogPage dialogPages[]{
     {"frmNewFile", "opening.md#engine-iwad-and-data-wad"},
     {"frmOptions", "options.md"},
     {"frmFindIWADs", "options.md#iwads"},
+    {"frmRecovered", "saving.md#unsaved-work"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
     {"frmSelectSprite", "states.md#choosing-a-sprite"},
@@ -130,10 +132,13 @@ void frmMain::BuildFileMenu() {
     fileSaveAs_ = Action("FileSaveAs", tr("Save &as..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     fileLoadTable_ = Action("FileLoadTable", tr("&Load table..."));
     fileSaveTable_ = Action("FileSaveTable", tr("Save &table..."));
+    fileRecovered_ = Action("FileRecovered", tr("&Recovered work..."));
     fileExit_ = Action("FileExit", tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q));
     menu->addActions({fileNew_, fileOpen_, fileSave_, fileSaveAs_});
     menu->addSeparator();
     menu->addActions({fileLoadTable_, fileSaveTable_});
+    menu->addSeparator();
+    menu->addAction(fileRecovered_);
     menu->addSeparator();
     for (std::size_t i = 0; i < recentCount; ++i) {
         recent_[i] = Action("Recent", {});
@@ -151,6 +156,7 @@ void frmMain::BuildFileMenu() {
     connect(fileSaveAs_, &QAction::triggered, &commands_, &FileCommands::SaveAs);
     connect(fileLoadTable_, &QAction::triggered, &commands_, &FileCommands::LoadTable);
     connect(fileSaveTable_, &QAction::triggered, &commands_, &FileCommands::SaveTable);
+    connect(fileRecovered_, &QAction::triggered, this, &frmMain::ShowRecovered);
     connect(fileExit_, &QAction::triggered, this, &QWidget::close);
     UpdateRecentList();
 }
@@ -159,6 +165,7 @@ void frmMain::BuildEditMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Edit"));
     editUndo_ = Action("EditUndo", tr("&Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z));
     editRedo_ = Action("EditRedo", tr("&Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    editRedo_->setShortcuts({editRedo_->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     menu->addActions({editUndo_, editRedo_});
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
     connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
@@ -285,10 +292,15 @@ bool frmMain::ShowOptions() {
     return false;
 }
 
+void frmMain::ShowRecovered() {
+    if (const std::optional<KeptWork> work = frmRecovered(recovery_, program_.notifier, this).Choose())
+        commands_.OpenKept(*work);
+}
+
 void frmMain::ShowManual(const QString& page) {
     if (!manual_)
         manual_ = std::make_unique<frmManual>(program_, state_);
-    const std::optional<std::size_t> editor = editors_.Active();
+    const std::optional<std::size_t> editor = editors_.Front();
     manual_->Open(page.isEmpty() && editor ? QString::fromLatin1(editorEntries[*editor].manualPage) : page);
 }
 
@@ -390,8 +402,7 @@ void frmMain::UpdateStatus() {
 void frmMain::RestoreEditor(std::size_t editor) {
     QMdiSubWindow* frame = editors_.Frame(editor);
     state_.RestoreParts(*frame->widget());
-    if (const QByteArray place = state_.Bytes(GeometryKey(editor)); !place.isEmpty())
-        frame->restoreGeometry(place);
+    editors_.Place(editor, state_.Bytes(GeometryKey(editor)));
 }
 
 /// Undo and redo are the patch's everywhere in this window: a text field would take the keys for itself. F1 belongs to
@@ -400,7 +411,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::ShortcutOverride && widget != nullptr && widget->window() == this) {
         const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
-        if (keys == editUndo_->shortcut() || keys == editRedo_->shortcut()) {
+        if (keys == editUndo_->shortcut() || editRedo_->shortcuts().contains(keys)) {
             event->ignore();
             return true;
         }
@@ -430,7 +441,7 @@ void frmMain::KeepPlaces() {
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         if (editors_.Frame(editor) == nullptr)
             continue;
-        state_.Bytes(GeometryKey(editor), editors_.Frame(editor)->saveGeometry());
+        state_.Bytes(GeometryKey(editor), editors_.Place(editor));
         state_.KeepParts(*editors_.Frame(editor)->widget());
         if (editors_.IsShown(editor))
             shown.append(editorEntries[editor].window);
@@ -446,6 +457,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     KeepPlaces();
     if (manual_)
         manual_->close();
+    state_.Write();
     recoveryTimer_.stop();
     event->accept();
     emit Closing();

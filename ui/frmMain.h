@@ -83,6 +83,7 @@ private:
     void Tell(const QString& text);
     void RestorePlaces();
     void RestoreEditor(std::size_t editor);
+    void ShowRecovered();
     void KeepPlaces();
     std::optional<Session> ChooseSession(const modPatchFiles::Header* header);
 
@@ -101,8 +102,8 @@ private:
     std::unique_ptr<frmStartup> startup_;
 
     QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
-            *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr, *fileExit_ = nullptr, *editUndo_ = nullptr,
-            *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
+            *editUndo_ = nullptr, *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

@@ -66,6 +66,13 @@ protected:
         return 0;
     }
 
+    /// What is asked about the unsaved work of a run that crashed.
+    void ExpectRecovery(const std::string& file, Answer answer) {
+        notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + file +
+                            " were kept. Do you want to go on with them? With No they are given up, with Cancel you "
+                            "are asked again at the next start.",
+                        answer);
+    }
     void Edit() { edits.Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 999); }
     std::string Open(const char* name, std::string_view bytes) {
         const std::filesystem::path file = folder / name;
@@ -103,6 +110,10 @@ TEST_F(FileCommandsTest, OpenReadsThePatchAndRemembersTheFile) {
     EXPECT_EQ(program.patch.fileName, file);
     EXPECT_FALSE(program.patch.changed);
     EXPECT_EQ(program.settings.RecentFiles().back(), file);
+    Settings afterAKill;
+    afterAKill.File(program.settings.File());
+    EXPECT_TRUE(afterAKill.Load());
+    EXPECT_EQ(afterAKill.RecentFiles().back(), file);
 }
 
 TEST_F(FileCommandsTest, OpenAsksForAFileWithoutAPath) {
@@ -206,11 +217,11 @@ TEST_F(FileCommandsTest, DataWadPaletteReplacesTheIwads) {
 TEST_F(FileCommandsTest, AsksBeforeChangesAreLost) {
     const std::string mine = Open("mine.deh", normalPatch);
     Edit();
-    notifier.Expect(loseChanges, Answer::No);
+    notifier.Expect(loseChanges, Answer::No, Buttons::NoYes);
     Open("other.deh", normalPatch);
-    notifier.Expect(loseChanges, Answer::No);
+    notifier.Expect(loseChanges, Answer::No, Buttons::NoYes);
     commands->createNewFile();
-    notifier.Expect(loseChanges, Answer::No);
+    notifier.Expect(loseChanges, Answer::No, Buttons::NoYes);
     commands->LoadTable();
     notifier.AllAsked();
     EXPECT_EQ(program.patch.fileName, mine);
@@ -321,13 +332,23 @@ TEST_F(FileCommandsTest, NoticesAFileThatAnotherProgramChanged) {
 TEST_F(FileCommandsTest, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
     const std::string mine = Open("mine.deh", normalPatch);
     Edit();
-    const std::string others = std::string(normalPatch) + "Speed = 15\n";
+    std::string others = std::string(normalPatch) + "Speed = 15\n";
     WriteFile(mine, others);
     const std::string question = "The file " + mine + " was changed by another program. Do you want to overwrite it?";
     notifier.Expect(question, Answer::No, Buttons::NoYes);
     EXPECT_FALSE(commands->Save());
     EXPECT_EQ(ReadFile(mine), others);
     EXPECT_TRUE(program.patch.changed);
+    commands->CheckFileOnDisk(); // what was just decided is not asked about
+    notifier.Expect(question, Answer::No, Buttons::NoYes);
+    EXPECT_FALSE(commands->Save());
+    others += "Mass = 7\n";
+    WriteFile(mine, others);
+    notifier.Expect("The file " + mine +
+                        " was changed by another program. Do you want to reload it? That gives up your unsaved "
+                        "changes and all undo steps. With No, what is open here is kept.",
+                    Answer::No);
+    commands->CheckFileOnDisk();
     notifier.Expect(question, Answer::Yes, Buttons::NoYes);
     EXPECT_TRUE(commands->Save());
     EXPECT_EQ(ReadFile(mine + ".bak"), others);
@@ -345,7 +366,10 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
     for (const std::string mode : {"doom19", "mbf19"}) {
         engine = mode;
         commands->createNewFile();
-        program.patch.defaults.things[3].mass = 77; // as a loaded table may have it
+        for (PatchSet* set : {&program.patch.defaults, &program.patch.current}) { // as a loaded table may have it
+            set->things[3].mass = 77;
+            set->cheats.emplace_back();
+        }
         Edit();
         edits.Store({RecordKind::Sound, 1, RowOf(&SoundRecord::value)}, 77);
         edits.Store({RecordKind::String, 0, textField}, std::string("a\\n\xe9\n"));
@@ -362,17 +386,13 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
         Edits nextEdits(next.patch);
         Recovery nextRecovery(next.settingsFolder);
         FileCommands nextCommands(next, nextEdits, dialogs, nextRecovery, {});
-        notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + program.patch.fileName.string() +
-                            " were kept. Do you want to go on with them?",
-                        Answer::Yes);
+        ExpectRecovery(program.patch.fileName.string(), Answer::Yes);
         EXPECT_TRUE(nextCommands.OfferRecovery()) << mode;
         EXPECT_EQ(next.patch.current, lost) << mode;
         EXPECT_EQ(next.patch.defaults, standard) << mode;
         EXPECT_TRUE(next.patch.changed);
         EXPECT_EQ(next.patch.named, program.patch.named);
-        Recovery other(next.settingsFolder);
-        std::vector<std::filesystem::path> damaged;
-        EXPECT_FALSE(other.TakeOver(damaged)) << "the files of a running program are its own";
+        EXPECT_TRUE(Recovery(next.settingsFolder).Kept(true).empty()) << "the files of a running program are its own";
         nextRecovery.Forget();
         EXPECT_FALSE(nextCommands.OfferRecovery());
         edits.Clear();
@@ -383,24 +403,60 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
     }
 }
 
-TEST_F(FileCommandsTest, RecoveredWorkDoesNotOverwriteWhatAnotherProgramWroteMeanwhile) {
+TEST_F(FileCommandsTest, RecoveredWorkIsSavedUnaskedOnlyOverThePatchThatItCameFrom) {
     const std::string mine = Open("mine.deh", normalPatch);
     Edit();
     commands->KeepRecovery();
     recovery = nullptr;
-    const std::string others = std::string(normalPatch) + "Speed = 15\n";
-    WriteFile(mine, others);
-    Recovery next(program.settingsFolder);
-    FileCommands nextCommands(program, edits, dialogs, next, {});
-    notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + mine +
-                        " were kept. Do you want to go on with them?",
-                    Answer::Yes);
-    EXPECT_TRUE(nextCommands.OfferRecovery());
-    notifier.Expect("The file " + mine + " was changed by another program. Do you want to overwrite it?", Answer::No,
-                    Buttons::NoYes);
-    EXPECT_FALSE(nextCommands.Save());
-    EXPECT_EQ(ReadFile(mine), others);
     commands = nullptr;
+    const std::string kept = ReadFile(program.settingsFolder / "recovery-0.dat");
+    const auto time = std::filesystem::last_write_time(mine);
+    std::string noPatch = normalPatch;
+    noPatch.replace(noPatch.find("Patch format = 6"), 16, "Patch format = 5");
+    const struct {
+        const char* what;
+        std::string now;
+        bool sameTime, asks;
+    } rows[]{{"as it was", normalPatch, true, false},
+             {"written meanwhile", normalPatch, false, true},
+             {"no patch, though a forged file knows its time and size", noPatch, true, true},
+             {"gone", {}, true, true}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        WriteFile(program.settingsFolder / "recovery-0.dat", kept);
+        WriteFile(mine, row.now);
+        std::filesystem::last_write_time(mine, row.sameTime ? time : time + std::chrono::seconds(2));
+        if (row.now.empty())
+            std::filesystem::remove(mine);
+        Recovery next(program.settingsFolder);
+        FileCommands nextCommands(program, edits, dialogs, next, {});
+        ExpectRecovery(mine, Answer::Yes);
+        EXPECT_TRUE(nextCommands.OfferRecovery());
+        if (row.asks)
+            dialogs.Expect("Save patch file", "");
+        EXPECT_EQ(nextCommands.Save(), !row.asks);
+        next.Forget();
+    }
+}
+
+TEST_F(FileCommandsTest, AQuestionAboutRecoveryThatIsOnlyClosedIsAskedAgain) {
+    const std::string mine = Open("mine.deh", normalPatch);
+    Edit();
+    commands->KeepRecovery();
+    recovery = nullptr;
+    commands = nullptr;
+    WriteFile(program.settingsFolder / "recovery-0.lock", ""); // as a power cut may leave it
+    for (int start = 0; start < 2; ++start) {
+        Recovery next(program.settingsFolder);
+        FileCommands nextCommands(program, edits, dialogs, next, {});
+        static_cast<Session&>(program) = {};
+        ExpectRecovery(mine, Answer::Cancel);
+        EXPECT_FALSE(nextCommands.OfferRecovery());
+        ASSERT_EQ(next.Kept(true).size(), 1U) << "and can be opened meanwhile";
+        EXPECT_TRUE(nextCommands.OpenKept(next.Kept(true).front()));
+        EXPECT_EQ(program.patch.current.things[11].hitPoints, 999);
+        EXPECT_TRUE(next.Kept(true).empty());
+    }
 }
 
 TEST_F(FileCommandsTest, UnsavedWorkThatFitsNoEngineIsPutAside) {
@@ -411,16 +467,14 @@ TEST_F(FileCommandsTest, UnsavedWorkThatFitsNoEngineIsPutAside) {
     program.engines.clear();
     Recovery next(program.settingsFolder);
     FileCommands nextCommands(program, edits, dialogs, next, {});
-    notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + program.patch.fileName.string() +
-                        " were kept. Do you want to go on with them?",
-                    Answer::Yes);
+    ExpectRecovery(program.patch.fileName.string(), Answer::Yes);
     notifier.Expect(
         MessageKind::Exclamation,
         "The unsaved changes do not fit the engine configurations and IWADs that are there now. They stay in " +
-            (program.settingsFolder / "recovery-0.dat.kept").string() + ".");
+            (program.settingsFolder / "recovery-1.dat.kept").string() + "; File, Recovered work... opens them.");
     EXPECT_FALSE(nextCommands.OfferRecovery());
     next.Forget();
-    EXPECT_TRUE(FileExists(program.settingsFolder / "recovery-0.dat.kept"));
+    EXPECT_TRUE(FileExists(program.settingsFolder / "recovery-1.dat.kept"));
     EXPECT_FALSE(nextCommands.OfferRecovery()) << "it is offered once";
     commands = nullptr;
 }

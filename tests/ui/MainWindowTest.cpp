@@ -20,6 +20,7 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
+#include <QTreeWidget>
 
 #include <algorithm>
 
@@ -35,6 +36,17 @@ constexpr const char* windows[]{"frmEditThings",  "frmEditStates",  "frmEditSoun
                                 "frmEditWeapons", "frmEditAmmo",    "frmEditCheats", "frmEditMisc",
                                 "frmEditPars",    "frmPropSound",   "frmPropString", "frmSelectSprite",
                                 "frmSelectState", "frmSelectAction"};
+
+/// Also tells over which dialog the last message came.
+class PlacedNotifier : public test::ExpectingNotifier {
+public:
+    void Show(MessageKind kind, std::string_view text) override {
+        const QWidget* dialog = QApplication::activeModalWidget();
+        over = dialog == nullptr ? QString() : dialog->objectName();
+        ExpectingNotifier::Show(kind, text);
+    }
+    QString over;
+};
 
 class MainWindowTest : public ::testing::Test {
 protected:
@@ -84,7 +96,7 @@ protected:
     std::string Caption() const { return window->windowTitle().toStdString(); }
 
     test::TemporaryFolder folder;
-    test::ExpectingNotifier notifier;
+    PlacedNotifier notifier;
     Program program{notifier};
     std::unique_ptr<Edits> edits;
     Audio audio;
@@ -158,8 +170,8 @@ TEST_F(MainWindowTest, EditorButtonsShowAndHideTheirWindow) {
     NewPatch("MBF");
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction& action = Action(editorEntries[editor].command);
-        if (!window->Editors().IsShown(editor))
-            action.trigger();
+        window->Editors().Show(editor, false);
+        action.trigger();
         EXPECT_TRUE(window->Editors().IsShown(editor)) << editorEntries[editor].window;
         EXPECT_TRUE(action.isChecked());
         action.trigger();
@@ -172,6 +184,88 @@ TEST_F(MainWindowTest, EditorButtonsShowAndHideTheirWindow) {
     EXPECT_FALSE(Action("ViewThingEditor").isChecked());
     Action("ViewThingEditor").trigger();
     EXPECT_TRUE(window->Editors().IsShown(0));
+}
+
+TEST_F(MainWindowTest, AKeyRaisesAnEditorThatIsBehindAnotherAndHidesTheOneInFront) {
+    NewPatch("MBF");
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    const auto press = [this](Qt::Key key) {
+        QTest::keyClick(window.get(), key, Qt::ControlModifier);
+        QApplication::processEvents();
+        std::string shown;
+        for (const std::size_t editor : {0, 1, 2})
+            if (window->Editors().IsShown(editor))
+                shown += std::string(shown.empty() ? "" : " ") + editorEntries[editor].button;
+        const QWidget* focus = QApplication::focusWidget();
+        const auto front = window->Editors().Front();
+        EXPECT_TRUE(!front || window->Editors().Frame(*front)->isAncestorOf(focus)) << "what is in front has the keys";
+        return shown + ": " + (front ? editorEntries[*front].button : "none");
+    };
+    EXPECT_EQ(press(Qt::Key_2), "Things States: States");
+    EXPECT_EQ(press(Qt::Key_1), "Things States: Things");
+    EXPECT_TRUE(Action("ViewThingEditor").isChecked());
+    EXPECT_EQ(press(Qt::Key_3), "Things States Sounds: Sounds");
+    EXPECT_EQ(press(Qt::Key_3), "Things States: Things") << "another one is active when one goes";
+    window->Editors().Frame(0)->close();
+    EXPECT_EQ(press(Qt::Key_2), ": none");
+    EXPECT_EQ(press(Qt::Key_1), "Things: Things");
+}
+
+TEST_F(MainWindowTest, UndoingARenameTakesItOutOfTheStateEditorsListAgain) {
+    NewPatch("MBF");
+    Action("ViewStateEditor").trigger();
+    Action("ViewThingEditor").trigger();
+    const auto entry = [this] { return Find<QComboBox>("cmbFilterThings").itemText(1).toStdString(); };
+    const std::string before = entry();
+    dialogs.Expect("Thing 1", "Goat");
+    QTest::mouseClick(&test::Find<QPushButton>(*window->Editors().Frame(0), "cmdRename"), Qt::LeftButton);
+    EXPECT_EQ(entry(), "Goat") << "the entry of the thing after it";
+    edits->Undo();
+    EXPECT_EQ(entry(), before);
+    edits->Redo();
+    EXPECT_EQ(entry(), "Goat");
+    edits->RestoreRecords(RecordKind::Thing, {0}, "things");
+    EXPECT_EQ(entry(), "Goat") << "restoring leaves the list alone";
+}
+
+TEST_F(MainWindowTest, RecoveredWorkIsListedOpenedAndDeleted) {
+    test::WriteFile(program.settingsFolder / "recovery-3.dat.kept", "nonsense");
+    NewPatch("MBF");
+    edits->Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 7);
+    const std::string lost = program.patch.fileName.string();
+    window->Commands().KeepRecovery();
+    Restart(); // as after a crash
+    QStringList kept;
+    const auto act = [this, &kept](const char* button, int row) {
+        return [this, &kept, button, row](QDialog& dialog) {
+            auto& list = test::Find<QTreeWidget>(dialog, "lvwKept");
+            kept.clear();
+            for (int at = 0; at < list.topLevelItemCount(); ++at)
+                kept << list.topLevelItem(at)->text(1);
+            list.setCurrentItem(list.topLevelItem(row));
+            auto& open = test::Find<QPushButton>(dialog, "cmdOpen");
+            EXPECT_EQ(open.isEnabled(), list.topLevelItem(row)->text(1) != "(damaged)");
+            QTest::mouseClick(&test::Find<QPushButton>(dialog, button), Qt::LeftButton);
+            if (dialog.isVisible())
+                dialog.reject();
+        };
+    };
+    notifier.Expect("Are you sure you want to delete this unsaved work? It cannot be brought back.", Answer::Yes,
+                    Buttons::NoYes);
+    {
+        const ModalDriver driver("frmRecovered", act("cmdDelete", 1));
+        Action("FileRecovered").trigger();
+    }
+    EXPECT_EQ(kept, QStringList({QString::fromStdString(lost), "(damaged)"}));
+    {
+        const ModalDriver driver("frmRecovered", act("cmdOpen", 0));
+        Action("FileRecovered").trigger();
+    }
+    EXPECT_EQ(kept, QStringList(QString::fromStdString(lost)));
+    ASSERT_TRUE(window->Commands().SessionOpen());
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 7);
+    EXPECT_TRUE(Action("FileSave").isEnabled());
 }
 
 TEST_F(MainWindowTest, EditorsOpenWithTheFocusWithEveryColumnInViewAndWithKeysOfTheirOwn) {
@@ -238,6 +332,7 @@ TEST_F(MainWindowTest, UndoAndRedoNameTheirStepAndDriveSave) {
     EXPECT_FALSE(Action("FileSave").isEnabled());
     Action("EditRedo").trigger();
     EXPECT_EQ(program.patch.current.things[11].hitPoints, 7);
+    EXPECT_EQ(Action("EditRedo").shortcuts(), QList({QKeySequence("Ctrl+Shift+Z"), QKeySequence("Ctrl+Y")}));
 }
 
 TEST_F(MainWindowTest, UndoIsThePatchsAlsoWhileATextFieldHasTheFocus) {
@@ -251,6 +346,8 @@ TEST_F(MainWindowTest, UndoIsThePatchsAlsoWhileATextFieldHasTheFocus) {
     QTest::keyClick(&hitPoints, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(program.patch.current.things[0].hitPoints, program.patch.defaults.things[0].hitPoints);
     EXPECT_EQ(hitPoints.text(), "100");
+    QTest::keyClick(&hitPoints, Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(hitPoints.text(), "7");
 }
 
 TEST_F(MainWindowTest, RecentFilesComeNewestFirst) {
@@ -307,6 +404,7 @@ TEST_F(MainWindowTest, WadsThatAreGoneAreNamedInTheStatusBar) {
     notifier.Expect(MessageKind::Exclamation, "Could not load PLAYPAL lump.");
     const ModalDriver driver("frmNewFile", Accept("Boom"));
     window->Commands().openFile(patch);
+    EXPECT_EQ(notifier.over, "") << "the dialog goes before loading begins";
     EXPECT_EQ(Find<QStatusBar>("").currentMessage(), "The IWAD /elsewhere/doom2.wad does not exist");
 }
 
@@ -365,8 +463,11 @@ TEST_F(MainWindowTest, StartupDialogListsRecentPatchesAndOpensThem) {
 TEST_F(MainWindowTest, ClosingAsksAndPlacesComeBack) {
     NewPatch("MBF");
     Action("ViewSoundEditor").trigger();
-    window->Editors().Frame(2)->setGeometry(40, 30, 510, 333);
+    window->Editors().Frame(2)->setGeometry(40, 0, 510, 333);
     const QRect place = window->Editors().Frame(2)->geometry();
+    Action("ViewAmmoEditor").trigger();
+    const QRect normal = window->Editors().Frame(5)->geometry();
+    window->Editors().Frame(5)->showMaximized();
     edits->Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 7);
     const std::string question =
         "The file " + program.patch.fileName.string() + " has been changed. Do you want to save it?";
@@ -382,6 +483,9 @@ TEST_F(MainWindowTest, ClosingAsksAndPlacesComeBack) {
     Restart();
     NewPatch("MBF");
     EXPECT_TRUE(window->Editors().IsShown(2));
+    EXPECT_TRUE(window->Editors().Frame(5)->isMaximized());
+    window->Editors().Frame(5)->showNormal();
+    EXPECT_EQ(window->Editors().Frame(5)->geometry(), normal);
     EXPECT_EQ(window->Editors().Frame(2)->geometry(), place);
 }
 

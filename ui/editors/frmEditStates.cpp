@@ -110,9 +110,9 @@ std::optional<int> frmEditStates::SelectedRow() {
     return std::nullopt;
 }
 
-void frmEditStates::ReplaceThingFilterEntry(int entry, const QString& text) {
+QString frmEditStates::ReplaceThingFilterEntry(int entry, const QString& text) {
     BringUpToDate();
-    filter_->ReplaceThing(entry, text);
+    return filter_->ReplaceThing(entry, text);
 }
 
 StateSelection frmEditStates::SelectedStates() const {

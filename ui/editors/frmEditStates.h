@@ -26,8 +26,8 @@ public:
     void selectSingleState(int state, int thing, int weapon);
     /// The place of the selected row in the list as it is, from 0; of several, the one clicked last.
     std::optional<int> SelectedRow();
-    /// Rewrites an entry of the list of things; one beyond its end is ignored.
-    void ReplaceThingFilterEntry(int entry, const QString& text);
+    /// Rewrites an entry of the list of things and returns what it was; one beyond its end is ignored.
+    QString ReplaceThingFilterEntry(int entry, const QString& text);
 
 protected:
     void Build() override;

@@ -116,9 +116,11 @@ void StateFilterPanel::ClearText() {
     txtFilter_->clear();
 }
 
-void StateFilterPanel::ReplaceThing(int entry, const QString& text) {
+QString StateFilterPanel::ReplaceThing(int entry, const QString& text) {
+    const QString before = cmbFilterThings_->itemText(entry);
     if (entry >= 0 && entry < cmbFilterThings_->count())
         cmbFilterThings_->setItemText(entry, text);
+    return before;
 }
 
 std::vector<std::int32_t> StateFilterPanel::States() const {

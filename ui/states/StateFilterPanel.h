@@ -28,8 +28,8 @@ public:
     void ShowStatesOf(StateFilterMode mode, int entry);
     /// Forgets the text, so that it hides no state.
     void ClearText();
-    /// An entry beyond the list is ignored.
-    void ReplaceThing(int entry, const QString& text);
+    /// Returns what stood there. An entry beyond the list is ignored.
+    QString ReplaceThing(int entry, const QString& text);
     /// The states to list, ascending.
     std::vector<std::int32_t> States() const;
 
