@@ -2,6 +2,7 @@
 // editors refreshed. figures.py sets its figures against those of a bare window.
 //   plinket3_window_start PROGRAM-FOLDER SETTINGS-FOLDER IWAD PATCH
 #include "bench/ProcessFigures.h"
+#include "core/Files.h"
 #include "tools/SilentNotifier.h"
 #include "ui/FileDialogs.h"
 #include "ui/QtFrontEnd.h"
@@ -52,7 +53,7 @@ int main(int argc, char** argv) {
     settings.CreateDefaults(program.documentsFolder);
     settings.Number("firstRun", 0);
     settings.AddIwad("IWAD", argv[3]);
-    if (!settings.Save()) {
+    if (!FileExists(settings.File()) && !settings.Save()) { // only the first run, which warms up, has none
         std::cerr << argv[2] << " cannot be written\n";
         return 2;
     }

@@ -64,6 +64,7 @@ void QtFrontEnd::UnloadWindow(std::string_view) {}
 void QtFrontEnd::ApplyInterfaceFont() {}
 
 bool QtFrontEnd::ShowOptions() {
+    program_.log.Add("  Loaded frmOptions");
     firstOptions_ = std::make_unique<frmOptions>(program_, dialogs_, nullptr);
     return firstOptions_->Edit();
 }

@@ -32,13 +32,9 @@ QString Words() {
 
 } // namespace
 
-frmAbout::frmAbout(Environment& environment, QWidget* parent) : QDialog(parent) {
+frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(tr("About Plinket3"));
-    environment.log.Add("  Loaded frmAbout");
-}
-
-void frmAbout::Build() {
     auto* picture = new QLabel;
     picture->setPixmap(ProgramIcon("plinket3", palette()).pixmap(QSize(pictureSide, pictureSide), devicePixelRatioF()));
     auto* words = new QLabel(Words());
@@ -58,12 +54,6 @@ void frmAbout::Build() {
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addWidget(buttons);
-}
-
-void frmAbout::showEvent(QShowEvent* event) {
-    if (!std::exchange(built_, true))
-        Build();
-    QDialog::showEvent(event);
 }
 
 } // namespace plinket3

@@ -1,10 +1,6 @@
 #pragma once
 
-#include "core/Environment.h"
-
 #include <QDialog>
-
-#include <utility>
 
 namespace plinket3 {
 
@@ -12,14 +8,7 @@ namespace plinket3 {
 class frmAbout : public QDialog {
     Q_OBJECT
 public:
-    frmAbout(Environment& environment, QWidget* parent);
-
-protected:
-    void showEvent(QShowEvent* event) override;
-
-private:
-    void Build();
-    bool built_ = false;
+    explicit frmAbout(QWidget* parent);
 };
 
 } // namespace plinket3

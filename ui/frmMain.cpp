@@ -23,6 +23,9 @@
 #include <QToolButton>
 #include <QUrl>
 
+#include <algorithm>
+#include <iterator>
+
 namespace plinket3 {
 
 namespace {
@@ -202,7 +205,8 @@ void frmMain::BuildHelpMenu() {
             program_.notifier.Show(MessageKind::Exclamation, std::string("No browser could be started for ") + webSite);
     });
     connect(helpAbout_, &QAction::triggered, this, [this] {
-        Load("frmAbout");
+        if (!about_)
+            about_ = std::make_unique<frmAbout>(this);
         about_->exec();
     });
 }
@@ -253,23 +257,12 @@ void frmMain::SetIcons() {
 }
 
 void frmMain::Load(std::string_view name) {
-    if (name == "frmOptions" && !options_) {
-        Adopt(std::make_unique<frmOptions>(program_, dialogs_, this));
-    } else if (name == "frmAbout" && !about_) {
-        about_ = std::make_unique<frmAbout>(program_, this);
-    } else if (name == "frmNewFile" && !newFile_) {
-        newFile_ = std::make_unique<frmNewFile>(program_, dialogs_, this);
-        connect(newFile_.get(), &frmNewFile::StatusText, this, &frmMain::Tell);
-        connect(newFile_.get(), &frmNewFile::OptionsWanted, this, &frmMain::ShowOptions);
-    } else if (name == "frmStartup" && !startup_) {
-        startup_ = std::make_unique<frmStartup>(program_, this);
-        connect(startup_.get(), &frmStartup::NewChosen, &commands_, &FileCommands::createNewFile);
-        connect(startup_.get(), &frmStartup::OpenChosen, &commands_, [this] { commands_.openFile({}); });
-        connect(startup_.get(), &frmStartup::RecentChosen, &commands_,
-                [this](const QString& path) { commands_.openFile(StoredPath(path)); });
-    } else {
+    // Dialogs are made when they are first shown, so that the start need not wait for them.
+    constexpr std::string_view dialogs[]{"frmOptions", "frmAbout", "frmNewFile", "frmStartup"};
+    if (std::ranges::find(dialogs, name) != std::end(dialogs))
+        program_.log.Add("  Loaded " + std::string(name));
+    else
         editors_.Load(name);
-    }
 }
 
 void frmMain::Adopt(std::unique_ptr<frmOptions> options) {
@@ -279,12 +272,19 @@ void frmMain::Adopt(std::unique_ptr<frmOptions> options) {
 }
 
 void frmMain::ShowStartup() {
-    Load("frmStartup");
+    if (!startup_) {
+        startup_ = std::make_unique<frmStartup>(program_, this);
+        connect(startup_.get(), &frmStartup::NewChosen, &commands_, &FileCommands::createNewFile);
+        connect(startup_.get(), &frmStartup::OpenChosen, &commands_, [this] { commands_.openFile({}); });
+        connect(startup_.get(), &frmStartup::RecentChosen, &commands_,
+                [this](const QString& path) { commands_.openFile(StoredPath(path)); });
+    }
     startup_->open();
 }
 
 bool frmMain::ShowOptions() {
-    Load("frmOptions");
+    if (!options_)
+        Adopt(std::make_unique<frmOptions>(program_, dialogs_, this));
     if (options_->Edit())
         return true;
     commands_.KeepRecovery(); // the program ends at once: unsaved work is offered at the next start
@@ -305,7 +305,11 @@ void frmMain::ShowManual(const QString& page) {
 }
 
 std::optional<Session> frmMain::ChooseSession(const modPatchFiles::Header* header) {
-    Load("frmNewFile");
+    if (!newFile_) {
+        newFile_ = std::make_unique<frmNewFile>(program_, dialogs_, this);
+        connect(newFile_.get(), &frmNewFile::StatusText, this, &frmMain::Tell);
+        connect(newFile_.get(), &frmNewFile::OptionsWanted, this, &frmMain::ShowOptions);
+    }
     if (header == nullptr)
         newFile_->SetNewFile();
     else

@@ -32,7 +32,8 @@ public:
     FileCommands& Commands() { return commands_; }
     EditorSet& Editors() { return editors_; }
 
-    /// Makes one of the windows that belong to this one; does nothing for one that exists.
+    /// Makes one of the windows that belong to this one, or sees to it that it is made when it is first shown. Logs
+    /// "  Loaded " and its name.
     void Load(std::string_view name);
     /// Takes over the options dialog of the first run.
     void Adopt(std::unique_ptr<frmOptions> options);

@@ -40,7 +40,6 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
       cmbIwads_(new QComboBox), txtDataWad_(new QLineEdit), lblNoIwad_(new QLabel(tr("No IWAD is known yet."))),
       cmdOptions_(NewButton("cmdOptions", tr("A&dd IWADs..."))) {
     setObjectName(QStringLiteral("frmNewFile"));
-    environment_.log.Add("  Loaded frmNewFile");
     cmbEngines_->setObjectName(QStringLiteral("cmbEngines"));
     cmbIwads_->setObjectName(QStringLiteral("cmbIWADs"));
     txtDataWad_->setObjectName(QStringLiteral("txtDataWAD"));

@@ -61,7 +61,6 @@ frmOptions::frmOptions(Environment& environment, FileDialogs& dialogs, QWidget* 
     resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 20);
 
     updateControls();
-    environment_.log.Add("  Loaded frmOptions");
 }
 
 QWidget* frmOptions::BuildGeneral() {

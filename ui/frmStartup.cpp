@@ -13,7 +13,6 @@ namespace plinket3 {
 frmStartup::frmStartup(Environment& environment, QWidget* parent) : QDialog(parent), environment_(environment) {
     setObjectName(QStringLiteral("frmStartup"));
     setWindowTitle(tr("Welcome to Plinket3"));
-    environment_.log.Add("  Loaded frmStartup");
 
     auto* cmdNew = NewButton("cmdNew", tr("&New patch..."));
     auto* cmdOpen = NewButton("cmdOpen", tr("&Open a patch..."));

@@ -58,6 +58,8 @@ class Case:
             shutil.copy(self.file, account.settings / "plinket3.cfg")
         elif self.kind == "recoveries":
             shutil.copy(self.file, account.settings / "recovery-0.dat")
+        elif self.kind == "places":
+            shutil.copy(self.file, account.settings / "windows.ini")
         program = Program(self.programs / "plinket3", account, display, *([patch] if self.kind != "settings" else []),
                           limit=self.limit)
         try:

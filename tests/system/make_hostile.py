@@ -4,6 +4,7 @@
 Each list below has rows of a name, the bytes, what the window program says (None for nothing, the file works), and the
 exit codes of the commands that hostile.py runs on files of that kind, in their order: 2 for a refusal."""
 
+import base64
 import random
 import struct
 import sys
@@ -227,6 +228,16 @@ def recoveries():
     ]
 
 
+def places():
+    state = b"\0\0\0\xff\0\0\0\0\0\0\0\1\xff\xff\xff\xf0" + b"\0" * 200
+    return [
+        ("noise.ini", CHANCE.randbytes(65536), None, ""),
+        ("unsealed.ini", b"frmEditThings/lstThings=" + b"0" * 40 + b" " + base64.b64encode(state) + b"\n", None, ""),
+        ("toolkit.ini", b"[frmEditThings]\nlstThings=@ByteArray(" + state.replace(b"\0", b"\\0") + b")\n", None, ""),
+        ("many.ini", b"a=b c\n" * 10_000_000, None, ""),
+    ]
+
+
 def write(folder, rows):
     """Writes the files of one of the lists; returns the rows with their paths in place of the bytes."""
     folder.mkdir(parents=True)
@@ -244,7 +255,8 @@ def make(folder, build):
             "tables": write(folder / "tables", tables((build / "tables/doom19.tbl").read_bytes())),
             "configurations": write(folder / "configurations",
                                     configurations((build / "config/doom19.cfg").read_bytes())),
-            "settings": write(folder / "settings", settings()), "recoveries": write(folder / "recoveries", recoveries())}
+            "settings": write(folder / "settings", settings()), "recoveries": write(folder / "recoveries", recoveries()),
+            "places": write(folder / "places", places())}
 
 
 if __name__ == "__main__":

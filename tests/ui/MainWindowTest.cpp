@@ -186,30 +186,27 @@ TEST_F(MainWindowTest, EditorButtonsShowAndHideTheirWindow) {
     EXPECT_TRUE(window->Editors().IsShown(0));
 }
 
-TEST_F(MainWindowTest, AKeyRaisesAnEditorThatIsBehindAnotherAndHidesTheOneInFront) {
+TEST_F(MainWindowTest, AnEditorsCommandRaisesItFromBehindAnotherAndHidesItInFront) {
     NewPatch("MBF");
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    const auto press = [this](Qt::Key key) {
-        QTest::keyClick(window.get(), key, Qt::ControlModifier);
-        QApplication::processEvents();
+    const auto choose = [this](std::size_t editor) {
+        Action(editorEntries[editor].command).trigger();
         std::string shown;
-        for (const std::size_t editor : {0, 1, 2})
-            if (window->Editors().IsShown(editor))
-                shown += std::string(shown.empty() ? "" : " ") + editorEntries[editor].button;
-        const QWidget* focus = QApplication::focusWidget();
+        for (const std::size_t other : {0, 1, 2})
+            if (window->Editors().IsShown(other))
+                shown += std::string(shown.empty() ? "" : " ") + editorEntries[other].button;
         const auto front = window->Editors().Front();
-        EXPECT_TRUE(!front || window->Editors().Frame(*front)->isAncestorOf(focus)) << "what is in front has the keys";
+        EXPECT_TRUE(!front || window->Editors().Frame(*front)->isAncestorOf(window->focusWidget()))
+            << "what is in front has the keys";
         return shown + ": " + (front ? editorEntries[*front].button : "none");
     };
-    EXPECT_EQ(press(Qt::Key_2), "Things States: States");
-    EXPECT_EQ(press(Qt::Key_1), "Things States: Things");
+    EXPECT_EQ(choose(1), "Things States: States");
+    EXPECT_EQ(choose(0), "Things States: Things");
     EXPECT_TRUE(Action("ViewThingEditor").isChecked());
-    EXPECT_EQ(press(Qt::Key_3), "Things States Sounds: Sounds");
-    EXPECT_EQ(press(Qt::Key_3), "Things States: Things") << "another one is active when one goes";
+    EXPECT_EQ(choose(2), "Things States Sounds: Sounds");
+    EXPECT_EQ(choose(2), "Things States: Things") << "another one is active when one goes";
     window->Editors().Frame(0)->close();
-    EXPECT_EQ(press(Qt::Key_2), ": none");
-    EXPECT_EQ(press(Qt::Key_1), "Things: Things");
+    EXPECT_EQ(choose(1), ": none");
+    EXPECT_EQ(choose(0), "Things: Things");
 }
 
 TEST_F(MainWindowTest, UndoingARenameTakesItOutOfTheStateEditorsListAgain) {
