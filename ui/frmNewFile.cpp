@@ -161,7 +161,8 @@ void frmNewFile::LoadAndClose() {
     choice.iwad = static_cast<std::size_t>(cmbIwads_->currentIndex());
     choice.dataWad = StoredPath(txtDataWad_->text()).string();
     choice.version = version_;
-    if (version_ == -1 || SelectedEngineFits())
+    const auto& engines = environment_.engines;
+    if (version_ == -1 || (choice.engine < engines.size() && engines[choice.engine].version == version_))
         hide(); // what loading says is not about this dialog any more
     Session session;
     switch (LoadSession(environment_, choice, session)) {

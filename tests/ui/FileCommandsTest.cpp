@@ -113,7 +113,7 @@ TEST_F(FileCommandsTest, OpenReadsThePatchAndRemembersTheFile) {
     Settings afterAKill;
     afterAKill.File(program.settings.File());
     EXPECT_TRUE(afterAKill.Load());
-    EXPECT_EQ(afterAKill.RecentFiles().back(), file);
+    EXPECT_EQ(afterAKill.RecentFiles(), std::vector{file});
 }
 
 TEST_F(FileCommandsTest, OpenAsksForAFileWithoutAPath) {
