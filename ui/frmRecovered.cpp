@@ -39,8 +39,8 @@ frmRecovered::frmRecovered(const Recovery& recovery, Notifier& notifier, QWidget
     resize(fontMetrics().averageCharWidth() * 100, fontMetrics().height() * 18);
 
     connect(lvwKept_, &QTreeWidget::itemSelectionChanged, this, &frmRecovered::UpdateButtons);
-    connect(lvwKept_, &QTreeWidget::itemActivated, this, &frmRecovered::Open);
-    connect(cmdOpen_, &QPushButton::clicked, this, &frmRecovered::Open);
+    connect(lvwKept_, &QTreeWidget::itemActivated, this, &frmRecovered::OpenSelected);
+    connect(cmdOpen_, &QPushButton::clicked, this, &frmRecovered::OpenSelected);
     connect(cmdDelete_, &QPushButton::clicked, this, &frmRecovered::Delete);
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
     cmdOpen_->setDefault(true);
@@ -78,7 +78,7 @@ void frmRecovered::UpdateButtons() {
     cmdOpen_->setEnabled(row >= 0 && kept_[static_cast<std::size_t>(row)].patch.has_value());
 }
 
-void frmRecovered::Open() {
+void frmRecovered::OpenSelected() {
     if (cmdOpen_->isEnabled())
         accept();
 }

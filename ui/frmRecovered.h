@@ -26,7 +26,7 @@ private:
     void Fill();
     int SelectedRow() const;
     void UpdateButtons();
-    void Open();
+    void OpenSelected();
     void Delete();
 
     const Recovery& recovery_;
