@@ -1,6 +1,7 @@
 // Takes the pictures of the documentation from the real windows, so that they never show another program than this one.
 //   plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]
 #include "tools/SilentNotifier.h"
+#include "ui/DarkPalette.h"
 #include "ui/FileDialogs.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
@@ -44,8 +45,7 @@ QPalette DarkPalette() {
     QPalette dark(QColor(53, 53, 53), QColor(42, 42, 42));
     dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
     dark.setColor(QPalette::Link, QColor(110, 170, 255));
-    dark.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
-    return dark;
+    return LegibleRoles(dark).resolve(dark);
 }
 
 template <class Widget> Widget& Find(QWidget& window, const char* name) {

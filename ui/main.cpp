@@ -1,5 +1,6 @@
 #include "core/ProgramFolder.h"
 #include "core/Version.h"
+#include "ui/DarkPalette.h"
 #include "ui/FileDialogs.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
@@ -47,6 +48,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QString::fromLatin1(plinket3::programTitle));
     QApplication::setDesktopFileName(QStringLiteral("plinket3"));
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setPalette(plinket3::LegibleRoles(QApplication::palette()));
     QApplication::setWindowIcon(plinket3::ProgramIcon("plinket3", QApplication::palette()));
 
     plinket3::QtNotifier notifier;

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QPalette>
+
+namespace plinket3 {
+
+/// On a dark palette, the roles whose text would be hard to read, in colours in which it is not: placeholders and what
+/// is disabled. All other roles of the result are unset; on a light palette none is set.
+QPalette LegibleRoles(const QPalette& palette);
+
+} // namespace plinket3
