@@ -87,6 +87,14 @@ PictureSize ReadPictureSize(std::string_view lump) {
     return {width, height};
 }
 
+PictureOffset ReadPictureOffset(std::string_view lump) {
+    if (lump.size() < headerSize)
+        return {};
+    ByteReader header(lump.substr(headerSize / 2)); // behind width and height
+    const int left = Int16(header);
+    return {left, Int16(header)};
+}
+
 bool DecodePicture(std::string_view lump, std::string_view palette, clsBitmap& bitmap) {
     const PictureSize size = ReadPictureSize(lump);
     bitmap.setPalette(palette);

@@ -61,6 +61,13 @@ PictureSize ReadPictureSize(std::string_view lump);
 /// As much of a picture lump as is read, in bytes: room for every pixel of the largest bitmap, its posts and offsets.
 inline constexpr std::int64_t longestPictureLump = 32 << 20;
 
+/// How far the spot at which a thing stands lies to the right of the picture's left edge and below its top one, as the
+/// header of a picture lump says; {0, 0} when the lump is too short for it.
+struct PictureOffset {
+    int left = 0, top = 0;
+};
+PictureOffset ReadPictureOffset(std::string_view lump);
+
 /// Decodes a picture lump into a bitmap of its own size over palette index 0. False, with an empty bitmap, when the
 /// lump is no picture.
 [[nodiscard]] bool DecodePicture(std::string_view lump, std::string_view palette, clsBitmap& bitmap);

@@ -27,6 +27,13 @@ QImage ImageOf(const clsBitmap& bitmap) {
     return image;
 }
 
+/// Where a picture lump lies about the spot at which a thing stands.
+QRect PlaceOf(std::string_view lump) {
+    const PictureSize size = ReadPictureSize(lump);
+    const PictureOffset offset = ReadPictureOffset(lump);
+    return {-offset.left, -offset.top, size.width, size.height};
+}
+
 } // namespace
 
 SpriteView::SpriteView(const QString& name) {
@@ -37,12 +44,15 @@ SpriteView::SpriteView(const QString& name) {
 
 QString SpriteView::ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame) {
     const auto lump = ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(sprite), frame);
+    const std::string bytes = lump ? lump->wad->ReadLumpString(lump->num, longestPictureLump) : std::string();
     clsBitmap bitmap;
-    if (!lump || !DecodePicture(lump->wad->ReadLumpString(lump->num, longestPictureLump), session.palette, bitmap)) {
-        Clear();
+    if (!lump || !DecodePicture(bytes, session.palette, bitmap)) {
+        picture_ = {};
+        update();
         return {};
     }
     picture_ = ImageOf(bitmap);
+    place_ = PlaceOf(bytes).topLeft();
     update();
     return ShownText(lump->name);
 }
@@ -59,6 +69,19 @@ QString SpriteView::ShowState(const Session& session, std::int32_t state) {
 
 void SpriteView::Clear() {
     picture_ = {};
+    stage_ = {};
+    update();
+}
+
+QRect SpriteView::PlaceOfState(const Session& session, std::int32_t state) {
+    const StateRecord& record = session.patch.current.states[static_cast<std::size_t>(state)];
+    const auto lump =
+        ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(record.sprite), record.subnumber & ~litBit);
+    return lump ? PlaceOf(lump->wad->ReadLumpString(lump->num, longestPictureLump)) : QRect();
+}
+
+void SpriteView::Stage(const QRect& stage) {
+    stage_ = stage;
     update();
 }
 
@@ -69,11 +92,12 @@ void SpriteView::paintEvent(QPaintEvent*) {
     // Whole device pixels per picture pixel, so that the picture is crisp at every scaling of the desktop.
     const qreal ratio = devicePixelRatioF();
     const QSize room(static_cast<int>(width() * ratio), static_cast<int>(height() * ratio));
-    const int scale = std::max(1, std::min(room.width() / picture_.width(), room.height() / picture_.height()));
-    const QSize size = picture_.size() * scale;
-    const QPoint corner((room.width() - size.width()) / 2, (room.height() - size.height()) / 2);
+    const QRect stage = stage_.isEmpty() ? QRect(place_, picture_.size()) : stage_;
+    const int scale = std::max(1, std::min(room.width() / stage.width(), room.height() / stage.height()));
+    const QPoint middle((room.width() - stage.width() * scale) / 2, (room.height() - stage.height() * scale) / 2);
+    const QPoint corner = middle + (place_ - stage.topLeft()) * scale;
     painter.scale(1 / ratio, 1 / ratio);
-    painter.drawImage(QRect(corner, size), picture_);
+    painter.drawImage(QRect(corner, picture_.size() * scale), picture_);
 }
 
 } // namespace plinket3

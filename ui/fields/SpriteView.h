@@ -3,13 +3,14 @@
 #include "patch/Program.h"
 
 #include <QImage>
+#include <QRect>
 #include <QString>
 #include <QWidget>
 
 namespace plinket3 {
 
 /// Shows one frame of a sprite out of the session's WADs, crisp: centred, and scaled by the largest whole number that
-/// fits. Uncovered pixels have the palette's first colour.
+/// fits; or several, one after the other, on one stage. Uncovered pixels have the palette's first colour.
 class SpriteView : public QWidget {
     Q_OBJECT
 public:
@@ -22,6 +23,13 @@ public:
     QString ShowState(const Session& session, std::int32_t state);
     void Clear();
 
+    /// Where the picture of a state lies, in its own pixels, about the spot at which a thing stands. Empty when there
+    /// is none.
+    static QRect PlaceOfState(const Session& session, std::int32_t state);
+    /// From now on pictures are drawn where they lie, at one scale at which all of `stage` has room. An empty one, and
+    /// `Clear`, draw each on its own again.
+    void Stage(const QRect& stage);
+
     /// What is drawn, in the picture's own size; null when nothing is.
     const QImage& Picture() const { return picture_; }
     QSize sizeHint() const override { return {160, 160}; }
@@ -32,6 +40,8 @@ protected:
 
 private:
     QImage picture_;
+    QPoint place_; // of its upper left corner on the stage
+    QRect stage_;
 };
 
 } // namespace plinket3

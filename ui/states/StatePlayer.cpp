@@ -14,6 +14,21 @@ StatePlayer::StatePlayer(const PatchSet& set, QObject* parent) : QObject(parent)
     connect(&timer_, &QTimer::timeout, this, &StatePlayer::CatchUp);
 }
 
+std::vector<std::int32_t> StatePlayer::Run(std::int32_t state) const {
+    std::vector<std::int32_t> shown;
+    std::vector<bool> entered(set_.states.size());
+    while (state > 0 && static_cast<std::size_t>(state) < entered.size() && !entered[static_cast<std::size_t>(state)]) {
+        entered[static_cast<std::size_t>(state)] = true;
+        const StateRecord& record = set_.states[static_cast<std::size_t>(state)];
+        if (record.duration != 0)
+            shown.push_back(state);
+        if (record.duration < 0)
+            break;
+        state = record.nextState;
+    }
+    return shown;
+}
+
 void StatePlayer::Start(std::int32_t state) {
     Stop();
     timesEntered_.assign(set_.states.size(), 0);

@@ -21,6 +21,8 @@ public:
     /// `set` must outlive the player; it may change while it plays.
     StatePlayer(const PatchSet& set, QObject* parent);
 
+    /// The states that playing from `state` shows, each once.
+    std::vector<std::int32_t> Run(std::int32_t state) const;
     void Start(std::int32_t state);
     void Stop();
     bool IsPlaying() const { return playing_; }

@@ -24,6 +24,7 @@ StatePreview::StatePreview(const Session& session)
 
 void StatePreview::ShowState(std::optional<std::int32_t> state) {
     player_->Stop();
+    picSprite_->Stage({});
     state_ = state;
     cmdPlay_->setEnabled(state_.value_or(0) != 0);
     Update();
@@ -48,9 +49,14 @@ void StatePreview::Draw(std::int32_t state) {
 void StatePreview::PlayOrStop() {
     if (player_->IsPlaying()) {
         player_->Stop();
+        picSprite_->Stage({});
         Update();
     } else if (state_) {
         cmdPlay_->setText(tr("Sto&p"));
+        QRect stage;
+        for (const std::int32_t state : player_->Run(*state_))
+            stage |= SpriteView::PlaceOfState(session_, state);
+        picSprite_->Stage(stage);
         player_->Start(*state_);
     }
 }
