@@ -9,11 +9,19 @@
 
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace plinket3 {
 
 namespace {
+
+constexpr std::size_t longestEdited = 30000; // characters: beyond, each key would take its time
+
+std::string_view Start(std::string_view text) { return text.substr(0, longestEdited); }
 
 /// What a saved patch or a game makes otherwise of a text in [STRINGS]; empty for nothing.
 QString WhatIsLost(std::string_view text) {
@@ -45,7 +53,8 @@ frmPropString::frmPropString(const EditorContext& context, QWidget* parent)
     : QDialog(parent), context_(context),
       oldString_(new EscapedTextEdit(QStringLiteral("txtOldString"), tr("Text of the engine"))),
       newString_(new EscapedTextEdit(QStringLiteral("txtNewString"), tr("New text"))), preview_(new QPlainTextEdit),
-      oldLength_(new QLabel), charsLeft_(new QLabel), note_(new QLabel) {
+      oldLength_(new QLabel), charsLeft_(new QLabel), note_(new QLabel),
+      restore_(NewButton("cmdRestore", tr("&Restore"))) {
     setObjectName(QStringLiteral("frmPropString"));
     context_.program.log.Add("  Loaded frmPropString");
 
@@ -61,19 +70,23 @@ frmPropString::frmPropString(const EditorContext& context, QWidget* parent)
     connect(newString_, &EscapedTextEdit::Edited, this, &frmPropString::ShowNewText);
     connect(newString_, &EscapedTextEdit::Refused, note_, &QLabel::setText);
 
-    auto* restore = NewButton("cmdRestore", tr("&Restore"));
-    restore->setToolTip(tr("Put the engine's text in"));
-    connect(restore, &QPushButton::clicked, this, [this] { newString_->ReplaceText(oldString_->Stored()); });
+    connect(newString_, &QPlainTextEdit::cursorPositionChanged, this, &frmPropString::ShowPlaceInPreview);
+
+    restore_->setToolTip(tr("Put the engine's text in"));
+    connect(restore_, &QPushButton::clicked, this, &frmPropString::RestoreText);
     auto* accept = NewButton("cmdAccept", tr("OK"));
     connect(accept, &QPushButton::clicked, this, &QDialog::accept);
     auto* cancel = NewButton("cmdCancel", tr("Cancel"));
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* buttons = new QDialogButtonBox;
-    buttons->addButton(restore, QDialogButtonBox::ResetRole);
+    buttons->addButton(restore_, QDialogButtonBox::ResetRole);
     buttons->addButton(accept, QDialogButtonBox::AcceptRole);
     buttons->addButton(cancel, QDialogButtonBox::RejectRole);
-    restore->setAutoDefault(false);
+    restore_->setAutoDefault(false);
     accept->setDefault(true);
+    accept->setToolTip(tr("Ctrl+Enter"));
+    for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) // without Ctrl it is part of the text
+        connect(new QShortcut(QKeySequence(Qt::CTRL | enter), this), &QShortcut::activated, this, &QDialog::accept);
 
     auto* layout = new QVBoxLayout(this);
     AddBox(*layout, tr("Text of the &engine"), *oldString_, oldLength_);
@@ -98,10 +111,19 @@ std::optional<std::string> frmPropString::Edit(int string) {
         title += ": " + StringKey(context_.program, index);
     setWindowTitle(title);
     limit_ = keyed ? std::nullopt : std::optional(modPatchText::TextSpace(static_cast<std::int32_t>(standard.size())));
-    oldString_->ShowText(standard, std::nullopt);
+    const bool oldIsWhole = standard.size() <= longestEdited;
+    const bool newIsWhole = current.size() <= longestEdited;
+    oldString_->ShowText(Start(standard), std::nullopt);
     oldLength_->setText(
-        tr("Length: %1").arg(keyed ? oldString_->Escaped().size() : static_cast<qsizetype>(standard.size())));
-    newString_->ShowText(current, limit_);
+        tr("Length: %1")
+            .arg(keyed && oldIsWhole ? oldString_->Escaped().size() : static_cast<qsizetype>(standard.size())));
+    restore_->setEnabled(oldIsWhole);
+    newString_->ShowText(Start(current), limit_);
+    newString_->setReadOnly(!newIsWhole);
+    if (!newIsWhole) {
+        charsLeft_->setText(tr("Length: %1").arg(current.size()));
+        note_->setText(tr("This text is too long to be edited; its first %1 characters are shown.").arg(longestEdited));
+    }
     const QString start = newString_->Escaped();
     newString_->setFocus();
     newString_->moveCursor(QTextCursor::End);
@@ -115,7 +137,27 @@ void frmPropString::ShowNewText() {
     charsLeft_->setText(limit_ ? tr("Characters left: %1").arg(*limit_ - static_cast<std::int64_t>(stored.size()))
                                : tr("Length: %1").arg(newString_->Escaped().size()));
     preview_->setPlainText(ShownText(stored));
+    ShowPlaceInPreview();
     note_->setText(limit_ ? QString() : WhatIsLost(stored));
+}
+
+/// Keeps what the caret is at in sight.
+void frmPropString::ShowPlaceInPreview() {
+    const QString before = newString_->Escaped(newString_->textCursor().position());
+    QString shown = ShownText(modPatchText::UnescapeText(StoredText(before)));
+    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    QTextCursor place(preview_->document());
+    place.setPosition(std::min(static_cast<int>(shown.size()), preview_->document()->characterCount() - 1));
+    preview_->setTextCursor(place);
+    preview_->ensureCursorVisible();
+}
+
+/// In place of a text of which only the start is shown, so that Undo does not lead back to it.
+void frmPropString::RestoreText() {
+    if (!newString_->isReadOnly())
+        return newString_->ReplaceText(oldString_->Stored());
+    newString_->setReadOnly(false);
+    newString_->ShowText(oldString_->Stored(), limit_);
 }
 
 } // namespace plinket3

@@ -6,6 +6,7 @@
 
 class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace plinket3 {
 
@@ -23,6 +24,8 @@ public:
 
 private:
     void ShowNewText();
+    void ShowPlaceInPreview();
+    void RestoreText();
 
     EditorContext context_;
     EscapedTextEdit* oldString_;
@@ -31,6 +34,7 @@ private:
     QLabel* oldLength_;
     QLabel* charsLeft_;
     QLabel* note_;
+    QPushButton* restore_;
     std::optional<std::int32_t> limit_;
 };
 

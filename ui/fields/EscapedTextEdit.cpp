@@ -51,7 +51,9 @@ void EscapedTextEdit::ReplaceText(std::string_view text) {
 }
 
 /// The raw text, because the plain one turns the no-break space into a blank.
-QString EscapedTextEdit::Escaped() const { return document()->toRawText().remove(QChar::ParagraphSeparator); }
+QString EscapedTextEdit::Escaped(int end) const {
+    return document()->toRawText().left(end).remove(QChar::ParagraphSeparator);
+}
 
 std::string EscapedTextEdit::Stored() const { return StoredFrom(Escaped()); }
 

@@ -22,8 +22,8 @@ public:
     /// Puts another text in, as typing would.
     void ReplaceText(std::string_view text);
 
-    /// The escaped form that the box holds.
-    QString Escaped() const;
+    /// The escaped form that the box holds, or that of what stands before a place in it.
+    QString Escaped(int end = -1) const;
     /// The text that it stands for.
     std::string Stored() const;
 
