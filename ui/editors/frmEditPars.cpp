@@ -63,8 +63,10 @@ std::int32_t ReadParTime(const QString& text) {
     const qsizetype colon = text.indexOf(QLatin1Char(':'));
     if (colon < 0)
         return LeadingInt32(StoredText(text));
-    return RoundToInt32(LeadingReal(StoredText(text.left(colon))) * secondsAMinute +
-                        LeadingReal(StoredText(text.mid(colon + 1))));
+    const double minutes = LeadingReal(StoredText(text.left(colon)));
+    const double seconds = LeadingReal(StoredText(text.mid(colon + 1)));
+    const bool negative = text.trimmed().startsWith(QLatin1Char('-')); // all of it: -1:30 is -90
+    return RoundToInt32(minutes * secondsAMinute + (negative ? -seconds : seconds));
 }
 
 frmEditPars::frmEditPars(const EditorContext& context) : EditorWindow("frmEditPars", tr("Par. editor"), context) {}
@@ -110,7 +112,7 @@ void frmEditPars::Build() {
     layout->addLayout(right);
     setFocusProxy(lvwPars_);
 
-    connect(lvwPars_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { updateForm(); });
+    connect(lvwPars_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditPars::updateForm);
     connect(cmdAdd, &QPushButton::clicked, this, &frmEditPars::Add);
     connect(cmdRemove_, &QPushButton::clicked, this, &frmEditPars::Remove);
 }
@@ -119,7 +121,8 @@ void frmEditPars::fillStaticData() { model_->Show(); }
 
 std::optional<std::size_t> frmEditPars::SelectedRow() const {
     const QModelIndex current = lvwPars_->currentIndex();
-    if (!current.isValid() || static_cast<std::size_t>(current.row()) >= Current().pars.size())
+    if (!lvwPars_->selectionModel()->isSelected(current) ||
+        static_cast<std::size_t>(current.row()) >= Current().pars.size())
         return std::nullopt;
     return static_cast<std::size_t>(current.row());
 }

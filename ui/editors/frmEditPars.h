@@ -44,7 +44,8 @@ private:
     QPushButton* cmdRemove_ = nullptr;
 };
 
-/// A time as it is typed: seconds, or minutes and seconds as in 1:30. Rounded and limited to 32 bits; no number is 0.
+/// A time as it is typed: seconds, or minutes and seconds as in 1:30 or -1:30. Rounded and limited to 32 bits; no
+/// number is 0.
 std::int32_t ReadParTime(const QString& text);
 
 } // namespace plinket3
