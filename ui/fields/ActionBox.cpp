@@ -1,7 +1,6 @@
 #include "ui/fields/ActionBox.h"
 
-#include "core/Text.h"
-#include "ui/LatinText.h"
+#include "ui/fields/ActionText.h"
 
 #include <QCompleter>
 #include <QFocusEvent>
@@ -11,6 +10,24 @@
 #include <algorithm>
 
 namespace plinket3 {
+
+namespace {
+
+constexpr int searchRole = Qt::UserRole;
+
+/// Offers actions by what a search for them looks into, and puts their names into the box.
+class ActionCompleter : public QCompleter {
+public:
+    explicit ActionCompleter(QAbstractItemModel* actions, QObject* parent) : QCompleter(actions, parent) {
+        setCompletionRole(searchRole);
+        setCompletionMode(PopupCompletion);
+        setFilterMode(Qt::MatchContains);
+        setCaseSensitivity(Qt::CaseInsensitive);
+    }
+    QString pathFromIndex(const QModelIndex& index) const override { return index.data().toString(); }
+};
+
+} // namespace
 
 ActionBox::ActionBox(const QString& name, const QString& accessibleName, const EngineConfiguration& engine)
     : engine_(engine) {
@@ -22,8 +39,7 @@ ActionBox::ActionBox(const QString& name, const QString& accessibleName, const E
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(16);
     setFocusPolicy(Qt::StrongFocus);
-    completer()->setCompletionMode(QCompleter::PopupCompletion);
-    completer()->setFilterMode(Qt::MatchContains);
+    setCompleter(new ActionCompleter(model(), this));
     // Leaving the box and choosing from it are not the same here; the box's own handlers make no difference.
     disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
     disconnect(lineEdit(), &QLineEdit::returnPressed, this, nullptr);
@@ -34,7 +50,7 @@ ActionBox::ActionBox(const QString& name, const QString& accessibleName, const E
 void ActionBox::Fill() {
     clear();
     for (const EngineConfiguration::Action& action : engine_.actions)
-        addItem(ShownText(Trim(action.mnemonic)));
+        addItem(ActionName(action), ActionSearchText(action));
     setCurrentIndex(-1);
 }
 
@@ -55,10 +71,22 @@ int ActionBox::TypedEntry() const {
     return exact >= 0 ? exact : findText(lineEdit()->text(), Qt::MatchFixedString);
 }
 
+/// The only entry whose name holds what is typed, else the only one that a search for it finds; -1 when there is none.
+int ActionBox::OnlyMatch() const {
+    for (const int role : {static_cast<int>(Qt::DisplayRole), searchRole}) {
+        const QModelIndexList found =
+            model()->match(model()->index(0, modelColumn()), role, lineEdit()->text(), 2, Qt::MatchContains);
+        if (!found.isEmpty())
+            return found.size() == 1 ? found.front().row() : -1;
+    }
+    return -1;
+}
+
 void ActionBox::TakeTyped() {
     if (!IsTyping())
         return;
-    if (const int entry = TypedEntry(); entry >= 0)
+    const int typed = TypedEntry();
+    if (const int entry = typed >= 0 ? typed : OnlyMatch(); entry >= 0)
         emit Chosen(entry);
     else
         emit Unknown();

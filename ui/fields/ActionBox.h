@@ -9,7 +9,8 @@
 
 namespace plinket3 {
 
-/// The engine's actions as a list into which one may also type a name.
+/// The engine's actions as a list into which one may also type a name. Actions whose name or description holds what is
+/// typed are offered; Enter takes the only one.
 class ActionBox : public QComboBox {
     Q_OBJECT
 public:
@@ -37,6 +38,7 @@ protected:
 
 private:
     int TypedEntry() const;
+    int OnlyMatch() const;
     void TakeTyped();
 
     const EngineConfiguration& engine_;

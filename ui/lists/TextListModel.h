@@ -6,12 +6,17 @@
 
 namespace plinket3 {
 
-/// A list of names that stand elsewhere.
+/// A list of names that stand elsewhere, and of texts in which a filter looks for them.
 class TextListModel : public QAbstractListModel {
     Q_OBJECT
 public:
-    TextListModel(QObject* parent, std::function<std::size_t()> count, std::function<QString(std::size_t)> text)
-        : QAbstractListModel(parent), count_(std::move(count)), text_(std::move(text)) {}
+    static constexpr int searchRole = Qt::UserRole;
+    using Text = std::function<QString(std::size_t)>;
+
+    /// Without `search` filters look into the names.
+    TextListModel(QObject* parent, std::function<std::size_t()> count, Text text, Text search = {})
+        : QAbstractListModel(parent), count_(std::move(count)), text_(std::move(text)),
+          search_(search ? std::move(search) : text_) {}
 
     /// The names are others now.
     void Reset() {
@@ -23,14 +28,14 @@ public:
         return parent.isValid() ? 0 : static_cast<int>(count_());
     }
     QVariant data(const QModelIndex& at, int role) const override {
-        if (role != Qt::DisplayRole || !at.isValid() || at.row() >= rowCount())
+        if ((role != Qt::DisplayRole && role != searchRole) || !at.isValid() || at.row() >= rowCount())
             return {};
-        return text_(static_cast<std::size_t>(at.row()));
+        return (role == searchRole ? search_ : text_)(static_cast<std::size_t>(at.row()));
     }
 
 private:
     std::function<std::size_t()> count_;
-    std::function<QString(std::size_t)> text_;
+    Text text_, search_;
 };
 
 } // namespace plinket3

@@ -1,8 +1,6 @@
 #include "ui/pickers/frmSelectAction.h"
 
-#include "core/Text.h"
-#include "patch/modPatchText.h"
-#include "ui/LatinText.h"
+#include "ui/fields/ActionText.h"
 #include "ui/lists/TextListModel.h"
 
 #include <algorithm>
@@ -13,10 +11,12 @@ frmSelectAction::frmSelectAction(Program& program, QWidget* parent)
     : PickerDialog("frmSelectAction", tr("Choose an action"), program, parent),
       names_(new TextListModel(
           this, [&program] { return program.engine.actions.size(); },
-          [&program](std::size_t entry) { return ShownText(Trim(program.engine.actions[entry].mnemonic)); })),
+          [&program](std::size_t entry) { return ActionName(program.engine.actions[entry]); },
+          [&program](std::size_t entry) { return ActionSearchText(program.engine.actions[entry]); })),
       narrowed_(new QSortFilterProxyModel(this)), lstActions_(new QListView), lblActionName_(new QLabel),
       lblDescription_(new QLabel) {
     narrowed_->setSourceModel(names_);
+    narrowed_->setFilterRole(TextListModel::searchRole);
     narrowed_->setFilterCaseSensitivity(Qt::CaseInsensitive);
     lstActions_->setObjectName(QStringLiteral("lstActions"));
     lstActions_->setAccessibleName(tr("Actions"));
@@ -51,8 +51,7 @@ const EngineConfiguration::Action& frmSelectAction::ActionAt(const QModelIndex& 
 
 void frmSelectAction::RowSelected(const QModelIndex& row) {
     lblActionName_->setText(row.data().toString());
-    lblDescription_->setText(row.isValid() ? ShownText(modPatchText::UnescapeText(ActionAt(row).description))
-                                           : QString());
+    lblDescription_->setText(row.isValid() ? ActionDescription(ActionAt(row)) : QString());
 }
 
 std::optional<std::int32_t> frmSelectAction::Choose(std::int32_t start) {
