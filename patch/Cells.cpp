@@ -180,8 +180,19 @@ std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index)
     }
 }
 
-std::string CellName(const PatchSet& set, const Cell& cell) {
-    std::string record = RecordName(set, cell.kind, cell.index);
+std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<std::int32_t>& records,
+                        std::string_view many) {
+    return records.size() == 1 ? RecordName(set, kind, records.front())
+                               : std::to_string(records.size()) + " " + std::string(many);
+}
+
+std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::string_view many) {
+    const Cell& cell = cells.front();
+    std::vector<std::int32_t> records;
+    records.reserve(cells.size());
+    for (const Cell& each : cells)
+        records.push_back(each.index);
+    std::string record = RecordsName(set, cell.kind, records, many);
     if (cell.field == textField || cell.field == listField)
         return record;
     std::string label = cell.field == nameField          ? "name"

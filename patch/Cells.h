@@ -59,7 +59,10 @@ std::int32_t Limited(const PatchSet& set, const Cell& cell, std::int32_t number)
 
 /// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record.
 std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index);
-/// "hit points of Imp", "duration of frame 12".
-std::string CellName(const PatchSet& set, const Cell& cell);
+/// The same for several: "3 frames" when `many` is "frames".
+std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<std::int32_t>& records,
+                        std::string_view many);
+/// One field of records (at least one) of a kind: "hit points of Imp", "duration of 3 frames".
+std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::string_view many);
 
 } // namespace plinket3

@@ -6,23 +6,31 @@
 
 namespace plinket3 {
 
-void Edits::Store(const Cell& cell, CellValue value, bool typing) {
-    if (!Exists(cell))
+void Edits::Store(const Cell& cell, CellValue value, bool typing) { StoreEach({{cell, std::move(value)}}, {}, typing); }
+
+void Edits::StoreEach(std::vector<Assignment> values, std::string_view many, bool typing) {
+    std::erase_if(values, [this](const Assignment& assignment) { return !Exists(assignment.cell); });
+    if (values.empty())
         return;
-    if (cell.field >= 0)
-        value = Limited(cell, std::get<std::int32_t>(value));
-    std::vector<Assignment> assignments{{cell, std::move(value)}};
+    std::vector<Cell> cells;
+    cells.reserve(values.size());
+    for (Assignment& assignment : values) {
+        cells.push_back(assignment.cell);
+        if (assignment.cell.field >= 0)
+            assignment.value = Limited(assignment.cell, std::get<std::int32_t>(assignment.value));
+    }
+    const Cell& cell = cells.front();
     if (const std::vector<Cell> derived = DerivedFrom(cell); !derived.empty()) {
         MiscRecord misc = patch_.current.misc;
         misc.*fieldTable<MiscRecord>[static_cast<std::size_t>(cell.field)].member =
-            std::get<std::int32_t>(assignments[0].value);
+            std::get<std::int32_t>(values[0].value);
         DeriveMisc(misc);
         for (const Cell& other : derived)
-            assignments.push_back({other, misc.*fieldTable<MiscRecord>[static_cast<std::size_t>(other.field)].member});
+            values.push_back({other, misc.*fieldTable<MiscRecord>[static_cast<std::size_t>(other.field)].member});
     }
     // Kept: choosing a weapon's kind of ammunition does not mark the patch changed. docs/kept-behaviour.md
     const bool marks = cell.kind != RecordKind::Weapon || cell.field != RowOf(&WeaponRecord::ammoType);
-    Push(std::move(assignments), NameOf(cell), typing, marks);
+    Push(std::move(values), NameOf(cells, many), typing, marks);
 }
 
 void Edits::StoreGroup(const std::vector<Assignment>& assignments, std::string name, bool typing) {
@@ -109,11 +117,6 @@ void Edits::Tell(const std::vector<Cell>& cells) {
     patch_.changed = steps_.Changed();
     for (const Listener& listener : listeners_)
         listener(cells);
-}
-
-std::string Edits::RecordsName(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) const {
-    return records.size() == 1 ? RecordName(kind, records.front())
-                               : std::to_string(records.size()) + " " + std::string(many);
 }
 
 } // namespace plinket3

@@ -39,6 +39,8 @@ public:
     /// `typing`: a step that continues the one before, of the same cell, becomes one with it, and none when it leads
     /// back to where that began. A cell that the patch does not have, or an equal value, is no step.
     void Store(const Cell& cell, CellValue value, bool typing = false);
+    /// `Store` for the same field of several records of a kind, as one step ("hit points of 3 things").
+    void StoreEach(std::vector<Assignment> values, std::string_view many, bool typing = false);
     /// Stores several values as one step. Numbers are stored as they are.
     void StoreGroup(const std::vector<Assignment>& assignments, std::string name, bool typing = false);
     /// `StoreGroup` of the default values.
@@ -54,12 +56,16 @@ public:
     CellValue DefaultValue(const Cell& cell) const { return ReadCell(patch_.defaults, cell); }
     bool IsDefault(const Cell& cell) const { return Value(cell) == DefaultValue(cell); }
     std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index) const { return plinket3::CellsOf(kind, index); }
-    std::string NameOf(const Cell& cell) const { return CellName(patch_.current, cell); }
+    std::string NameOf(const Cell& cell) const { return NameOf(std::vector{cell}, {}); }
+    std::string NameOf(const std::vector<Cell>& cells, std::string_view many) const {
+        return CellsName(patch_.current, cells, many);
+    }
     std::string RecordName(RecordKind kind, std::int32_t index) const {
         return plinket3::RecordName(patch_.current, kind, index);
     }
-    /// The one record's name, or "3 frames" when `many` is "frames".
-    std::string RecordsName(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) const;
+    std::string RecordsName(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) const {
+        return plinket3::RecordsName(patch_.current, kind, records, many);
+    }
 
     bool CanUndo() const { return steps_.NextUndo() != nullptr; }
     bool CanRedo() const { return steps_.NextRedo() != nullptr; }

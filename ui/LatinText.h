@@ -14,6 +14,11 @@ inline QString ShownText(std::string_view text) {
     return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+inline constexpr std::size_t longestShown = 200; // characters
+/// The same for labels, lists and menus, which cannot lay out a text of any length: of a longer one they show the
+/// start, and dots.
+QString ShownStart(std::string_view text);
+
 inline std::string StoredText(const QString& text) { return text.toLatin1().toStdString(); }
 
 inline QString ShownPath(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }

@@ -380,8 +380,8 @@ void frmMain::UpdateRecentList() {
 void frmMain::UpdateEditMenu() {
     editUndo_->setEnabled(edits_.CanUndo());
     editRedo_->setEnabled(edits_.CanRedo());
-    editUndo_->setText(edits_.CanUndo() ? tr("&Undo %1").arg(MenuText(ShownText(edits_.UndoName()))) : tr("&Undo"));
-    editRedo_->setText(edits_.CanRedo() ? tr("&Redo %1").arg(MenuText(ShownText(edits_.RedoName()))) : tr("&Redo"));
+    editUndo_->setText(edits_.CanUndo() ? tr("&Undo %1").arg(MenuText(ShownStart(edits_.UndoName()))) : tr("&Undo"));
+    editRedo_->setText(edits_.CanRedo() ? tr("&Redo %1").arg(MenuText(ShownStart(edits_.RedoName()))) : tr("&Redo"));
 }
 
 void frmMain::RefreshSave() { fileSave_->setEnabled(commands_.SessionOpen() && program_.patch.changed); }

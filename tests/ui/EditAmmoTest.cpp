@@ -36,6 +36,15 @@ TEST_F(frmEditAmmoTest, NumbersAreLimitedStoredAndUndone) {
         CheckTyping(Find<QLineEdit>(*window, row.box), row.typed);
 }
 
+TEST_F(frmEditAmmoTest, AFractionIsWrittenBackWhenTheBoxIsLeft) {
+    auto& box = Find<QLineEdit>(*window, "txtMaxAmmo");
+    Type(box, "7.25");
+    EXPECT_EQ(box.text(), "7.25");
+    EXPECT_EQ(Current().ammo[0].maxAmmo, 7);
+    QTest::keyClick(&box, Qt::Key_Tab);
+    EXPECT_EQ(box.text(), "7");
+}
+
 TEST_F(frmEditAmmoTest, RenamingCountsAmmunitionFromZero) {
     Select(1);
     links.typedText = "Nails";

@@ -57,6 +57,17 @@ TEST_F(frmEditMiscTest, EachBoxShowsLimitsStoresAndUndoes) {
                     {{RecordKind::Misc, 0, RowOf(row.member)}, row.typed, row.shown, row.stored});
 }
 
+TEST_F(frmEditMiscTest, AFractionIsWrittenBackAtOnceWithTheCaretAtTheEnd) {
+    auto& box = Find<QLineEdit>(*window, "txtIH");
+    Type(box, "7.25");
+    EXPECT_EQ(box.text(), "75");
+    Type(box, "9998");
+    box.setCursorPosition(0);
+    QTest::keyClicks(&box, "1");
+    EXPECT_EQ(box.text(), "9999");
+    EXPECT_EQ(box.cursorPosition(), 4);
+}
+
 TEST_F(frmEditMiscTest, SecondCopiesFollow) {
     Type(Find<QLineEdit>(*window, "txtMaxH"), "150");
     EXPECT_EQ(Current().misc.secondMaxHealth, 150);
@@ -193,6 +204,8 @@ TEST_F(frmEditParsTest, TypingStoresWithoutARangeAndIsOneStep) {
                             {"x", "E2M3 (0:00)", 0},
                             {"-5", "E2M3 (-0:05)", -5},
                             {"12.5", "E2M3 (0:12)", 12},
+                            {"-1:30", "E2M3 (-1:30)", -90},
+                            {"-0:30", "E2M3 (-0:30)", -30},
                             {"1:5", "E2M3 (1:05)", 65}}) {
         Type(Box("txtTime"), row.typed);
         EXPECT_EQ(Current().pars[0], (ParRecord{2, 3, row.seconds})) << row.typed;
@@ -202,8 +215,8 @@ TEST_F(frmEditParsTest, TypingStoresWithoutARangeAndIsOneStep) {
         window->setFocus();
     }
     edits.Undo();
-    EXPECT_EQ(Current().pars[0].seconds, 12);
-    EXPECT_EQ(Box("txtTime").text(), "12");
+    EXPECT_EQ(Current().pars[0].seconds, -30);
+    EXPECT_EQ(Box("txtTime").text(), "-30");
 }
 
 TEST_F(frmEditParsTest, RemovingSelectsTheRowInItsPlaceOrTheLast) {
@@ -214,6 +227,10 @@ TEST_F(frmEditParsTest, RemovingSelectsTheRowInItsPlaceOrTheLast) {
     List().setFocus();
     QTest::keyClick(&List(), Qt::Key_Up);
     EXPECT_EQ(Title(), "MAP02 (0:30)");
+    ClickRow(List(), 1, Qt::LeftButton, Qt::ControlModifier); // selected no more, but current
+    EXPECT_EQ(Title(), "-");
+    EXPECT_FALSE(Find<QPushButton>(*window, "cmdRemove").isEnabled());
+    ClickRow(List(), 1);
     Click("cmdRemove");
     EXPECT_EQ(Title(), "MAP03 (0:30)");
     Click("cmdRemove");

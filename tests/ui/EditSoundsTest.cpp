@@ -25,6 +25,7 @@ protected:
     }
     QTreeView& List() { return Find<QTreeView>(*window, "lvwSounds"); }
     QLineEdit& Filter() { return Find<QLineEdit>(*window, "txtFilter"); }
+    QLineEdit& Priority() { return Find<QLineEdit>(*dialog, "txtPriority"); }
     QString Shown(int row, int column) { return List().model()->index(row, column).data().toString(); }
     void Click(QWidget& in, const char* button) { QTest::mouseClick(&Find<QPushButton>(in, button), Qt::LeftButton); }
     /// Opens the dialog for a row and works in it until it closes.
@@ -76,19 +77,55 @@ TEST_P(frmEditSoundsTest, TheDialogChangesPriorityAndSingularityInOneStep) {
         priority.setFocus();
         QTest::keyClick(&priority, Qt::Key_Home);
         QTest::keyClick(&priority, Qt::Key_Right);
-        EXPECT_EQ(Find<QLabel>(*dialog, "lblPriorityN").text(), "1");
+        EXPECT_EQ(Priority().text(), "1");
+        Type(Priority(), "300");
+        EXPECT_EQ(Priority().text(), "255");
+        Type(Priority(), "12");
+        EXPECT_EQ(priority.value(), 12);
         QTest::mouseClick(&Find<QCheckBox>(*dialog, "chkSingularity"), Qt::LeftButton, {}, QPoint(5, 8));
         Click(*dialog, "cmdAccept");
     });
     SoundRecord expected = Defaults().sounds[1];
-    expected.value = 1;
+    expected.value = 12;
     expected.zeroOne = singular ? 0 : 1;
     EXPECT_EQ(Current().sounds[1], expected);
-    EXPECT_EQ(Shown(1, 4), "1");
+    EXPECT_EQ(Shown(1, 4), "12");
     EXPECT_TRUE(program.patch.changed);
     edits.Undo();
     EXPECT_EQ(Current(), Defaults());
     EXPECT_EQ(Shown(1, 4), QString::number(Defaults().sounds[1].value));
+}
+
+TEST_P(frmEditSoundsTest, OfSeveralSoundsOnlyWhatIsChosenChanges) {
+    Set(2, &SoundRecord::zeroOne, 2); // neither on nor off
+    Set(4, &SoundRecord::value, -1);
+    PatchSet expected = Current();
+    ClickRow(List(), 1);
+    for (const int sound : {2, 4})
+        ClickRow(List(), sound, Qt::LeftButton, Qt::ControlModifier);
+    const auto edit = [this](const std::function<void()>& work) {
+        QTimer::singleShot(0, dialog.get(), [this, work] {
+            EXPECT_EQ(dialog->windowTitle(), "3 sounds");
+            EXPECT_EQ(Priority().text(), "") << "they differ";
+            work();
+            Click(*dialog, "cmdAccept");
+        });
+        Click(*window, "cmdEdit");
+    };
+    edit([this] {
+        auto& singularity = Find<QCheckBox>(*dialog, "chkSingularity");
+        EXPECT_EQ(singularity.checkState(), Qt::PartiallyChecked);
+        QTest::mouseClick(&singularity, Qt::LeftButton, {}, QPoint(5, 8));
+        EXPECT_EQ(singularity.checkState(), Qt::Checked);
+    });
+    expected.sounds[1].zeroOne = expected.sounds[2].zeroOne = 1;
+    EXPECT_EQ(Current(), expected) << "sound 4 has the priority that cancels";
+    EXPECT_EQ(edits.UndoName(), "2 sounds");
+    edit([this] { Type(Priority(), "9"); });
+    for (const std::size_t sound : {1, 2, 4})
+        expected.sounds[sound].value = 9;
+    EXPECT_EQ(Current(), expected);
+    EXPECT_EQ(edits.UndoName(), "3 sounds");
 }
 
 TEST_P(frmEditSoundsTest, CancellingTheDialogChangesNothing) {
@@ -109,7 +146,7 @@ TEST_P(frmEditSoundsTest, ShowingAValueInTheDialogDoesNotChangeIt) {
         Set(3, &SoundRecord::value, priority);
         Set(3, &SoundRecord::zeroOne, 2);
         Edit(3, [&] {
-            EXPECT_EQ(Find<QLabel>(*dialog, "lblPriorityN").text(), QString::number(priority));
+            EXPECT_EQ(Priority().text(), QString::number(priority));
             EXPECT_FALSE(Find<QCheckBox>(*dialog, "chkSingularity").isChecked());
             Click(*dialog, "cmdAccept");
         });

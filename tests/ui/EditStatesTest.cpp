@@ -251,6 +251,27 @@ TEST_F(frmEditStatesTest, ActionsBelongToStatesThatHaveOneUnlessThePatchIsExtend
     EXPECT_EQ(Action(pain), 0);
 }
 
+TEST_F(frmEditStatesTest, EnterTakesTheOnlyActionThatIsFound) {
+    for (EngineConfiguration::Action& action : program.engine.actions)
+        action.description = action.mnemonic == "Look" ? "Awaits the chase of an enemy." : "";
+    window->Refresh();
+    Select({walking});
+    const struct {
+        const char *typed, *taken;
+    } cases[]{{"oopatt", "TroopAttack"}, {"await", "Look"}, {"chase", "Chase"}, {"vilec", "VileChase"}};
+    for (const auto& row : cases) {
+        TypeAction(row.typed);
+        QTest::keyClick(Actions().lineEdit(), Qt::Key_Return);
+        EXPECT_EQ(Actions().currentText(), row.taken) << row.typed;
+        EXPECT_EQ(*program.engine.MnemonicOf(Action(walking)), row.taken);
+    }
+    notifier.Expect(MessageKind::Exclamation, "Invalid action.");
+    TypeAction("attack"); // more than one
+    QTest::keyClick(Actions().lineEdit(), Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_EQ(Actions().currentText(), "VileChase");
+}
+
 TEST_F(frmEditStatesTest, RefusedActionsGiveTheListBack) {
     Select({walking});
     Actions().setFocus();
@@ -359,6 +380,8 @@ TEST_F(frmEditStatesTest, TypingNarrowsTheListByNumberNameAndAction) {
 TEST_F(frmEditStatesTest, TheCurrentStateStaysSelectedWhereItIsListed) {
     Select({walking});
     Type(Box("txtFilter"), "chase");
+    QTest::keyClick(&Box("txtFilter"), Qt::Key_Return);
+    EXPECT_TRUE(List().hasFocus());
     EXPECT_EQ(Box("txtDuration").text(), "3");
     EXPECT_EQ(List().currentIndex().siblingAtColumn(0).data().toInt(), walking);
     EXPECT_EQ(List().selectionModel()->selectedRows().size(), 1);
@@ -487,6 +510,7 @@ TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
     EXPECT_TRUE(Text("lblPreview").startsWith("455:"));
     EXPECT_EQ(Find<QPushButton>(*window, "cmdPlay").text(), "&Play");
 
+    EXPECT_EQ(player.Run(walking), shown);
     Click("cmdPlay");
     Click("cmdPlay");
     EXPECT_FALSE(player.IsPlaying());
@@ -528,6 +552,35 @@ TEST_F(frmEditStatesTest, ThePreviewFollowsTheState) {
     EXPECT_NE(Picture(), picture);
     Type(Box("txtFrame"), "31");
     EXPECT_TRUE(Picture().isNull());
+}
+
+/// The lowest row in which a view draws anything.
+int LowestRow(QWidget& view) {
+    const QImage image = view.grab().toImage();
+    for (int y = image.height() - 1; y >= 0; --y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != image.pixel(0, 0))
+                return y;
+    return -1;
+}
+
+TEST_F(frmEditStatesTest, PlayingKeepsOneScaleAndOneFloor) {
+    if (!HasWad())
+        GTEST_SKIP() << "no IWAD is installed";
+    const std::int32_t falling = Current().things[imp].deathState;
+    window->selectSingleState(falling, imp, noRecord);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    auto& view = *window->findChild<SpriteView*>(QStringLiteral("picSprite"));
+    auto& player = *window->findChild<StatePlayer*>();
+    std::vector<int> floors;
+    QObject::connect(&player, &StatePlayer::StateShown, window, [&] { floors.push_back(LowestRow(view)); });
+    Click("cmdPlay");
+    for (int tic = 0; player.IsPlaying() && tic < 100; ++tic)
+        player.Advance();
+    ASSERT_GE(floors.size(), 4U);
+    for (const int floor : floors)
+        EXPECT_NEAR(floor, floors.front(), 3) << "a pixel or two of a picture may hang below";
+    EXPECT_LT(Picture().height() * 2, window->findChild<SpriteView*>()->height()) << "the last one lies flat";
 }
 
 TEST_F(frmEditStatesTest, AHundredThousandStatesAreEditedAtOnce) {

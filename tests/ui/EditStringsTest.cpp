@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextBlock>
 #include <QTimer>
 #include <QTreeView>
 
@@ -165,6 +166,51 @@ TEST_F(frmEditStringsTest, TheDialogLeavesATextAsItIsUnlessItIsEditedAndAccepted
     EXPECT_EQ(Text(4), Defaults().strings[4].text);
 }
 
+TEST_F(frmEditStringsTest, TheDialogIsAcceptedByTheKeyboardAndItsPreviewFollowsTheCaret) {
+    Start("mbf19");
+    std::string lines;
+    for (int line = 0; line < 200; ++line)
+        lines += "line " + std::to_string(line) + "\n";
+    edits.Store({RecordKind::String, 4, textField}, lines);
+    ClickRow(List(), 4);
+    QTimer::singleShot(0, dialog.get(), [&] {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+        const auto& preview = Find<QPlainTextEdit>(*dialog, "txtPreview");
+        const auto caretLine = [&preview] { return preview.textCursor().block().text(); };
+        New().moveCursor(QTextCursor::Start);
+        QTest::keyClick(&New(), Qt::Key_Down);
+        EXPECT_EQ(caretLine(), "line 1");
+        EXPECT_TRUE(preview.viewport()->rect().contains(preview.cursorRect()));
+        QTest::keyClick(&New(), Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClicks(&New(), "end");
+        EXPECT_EQ(caretLine(), "end");
+        EXPECT_TRUE(preview.viewport()->rect().contains(preview.cursorRect()));
+        QTest::keyClick(&New(), Qt::Key_Return, Qt::ControlModifier);
+    });
+    QTest::keyClick(&List(), Qt::Key_Return);
+    EXPECT_EQ(Text(4), lines + "end");
+}
+
+TEST_F(frmEditStringsTest, LongTextsAreShownFromTheirStartAndKeptWhole) {
+    Start("mbf19");
+    const std::string endless = std::string(40000, 'x') + "end";
+    edits.Store({RecordKind::String, 4, textField}, endless);
+    EXPECT_EQ(List().model()->index(4, 1).data().toString().toStdString(), std::string(200, 'x') + "...");
+    Edit(4, [&] {
+        EXPECT_TRUE(New().isReadOnly());
+        EXPECT_EQ(Label("lblCharsLeft"), "Length: 40003");
+        QTest::keyClick(&New(), 'y');
+    });
+    EXPECT_EQ(Text(4), endless);
+    edits.Store({RecordKind::String, 4, textField}, endless + "!");
+    Edit(4, [&] {
+        Click(*dialog, "cmdRestore");
+        New().moveCursor(QTextCursor::End);
+        QTest::keyClick(&New(), '!');
+    });
+    EXPECT_EQ(Text(4), Defaults().strings[4].text + "!");
+}
+
 TEST_F(frmEditStringsTest, EveryByteComesThroughTheDialog) {
     Start("mbf19");
     std::string bytes;
@@ -220,8 +266,15 @@ TEST_F(frmEditStringsTest, TheFilterLooksIntoTextAndKey) {
     Start("mbf19");
     SetDefault(7, "quite unmistakable");
     auto& filter = Find<QLineEdit>(*window, "txtFilter");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    filter.setFocus();
     QTest::keyClicks(&filter, "UNMISTAK");
     ASSERT_EQ(List().model()->rowCount(), 1);
+    QTest::keyClick(&filter, Qt::Key_Down);
+    EXPECT_TRUE(List().hasFocus());
+    EXPECT_EQ(window->SelectedRow(), 7);
+    edits.Store({RecordKind::String, 7, textField}, std::string("something else"));
+    EXPECT_EQ(List().model()->rowCount(), 1) << "what is edited stays until another text is looked for";
     QTimer::singleShot(0, dialog.get(), [&] {
         EXPECT_TRUE(dialog->windowTitle().startsWith("String 7"));
         Click(*dialog, "cmdCancel");

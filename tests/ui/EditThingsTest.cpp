@@ -1,3 +1,4 @@
+#include "patch/modPatchText.h"
 #include "tests/ui/UiTest.h"
 #include "ui/LatinText.h"
 #include "ui/editors/frmEditThings.h"
@@ -135,6 +136,10 @@ TEST_F(frmEditThingsTest, EveryStateIsTypedDescribedAssignedAndBroughtUp) {
         links.selectedStateRow.reset();
         Click("cmd" + std::string(stem) + "A");
         EXPECT_EQ(box.text(), last);
+        EXPECT_EQ(links.calls.back(), "status No row is selected in the state editor");
+        links.selectedStateRow = 6;
+        Click("cmd" + std::string(stem) + "A");
+        EXPECT_EQ(links.calls.back(), "status Took row 7: state 6 (PUNGC)");
         links.selectedStateRow = 7;
         Click("cmd" + std::string(stem) + "A");
         EXPECT_EQ(Imp().*member, 7);
@@ -156,6 +161,8 @@ TEST_F(frmEditThingsTest, EverySoundIsTypedDescribedAssignedShownAndPlayed) {
         Click("cmd" + std::string(stem) + "A");
         EXPECT_EQ(Imp().*member, 1);
         EXPECT_EQ(label.text(), "pistol");
+        EXPECT_EQ(links.calls.back(), "status Took row 2: sound 1 (pistol)");
+        links.calls.clear();
         QTest::mouseClick(&label, Qt::LeftButton);
         QTest::mouseDClick(&label, Qt::LeftButton);
         EXPECT_EQ(links.calls, (std::vector<std::string>{"show sound 1", "play sound 1"}));
@@ -220,9 +227,11 @@ TEST_F(frmEditThingsTest, SpeedKeepsItsMeaningWhenAThingBecomesAProjectile) {
     ToggleFlag(projectileBit);
     EXPECT_EQ(Imp().speed, 8 * unit);
     EXPECT_EQ(speed.text(), "8");
+    EXPECT_FALSE(speed.font().bold()) << "it means the same";
     EXPECT_EQ(edits.UndoName(), "flag MISSILE of Imp");
     Type(speed, "10");
     EXPECT_EQ(Imp().speed, 10 * unit);
+    EXPECT_EQ(speed.toolTip(), "Default: 8");
     edits.Store({RecordKind::Thing, imp, RowOf(&ThingRecord::speed)}, 5 * unit / 2);
     EXPECT_EQ(Imp().speed, 5 * unit / 2);
     ToggleFlag(projectileBit);
@@ -335,6 +344,77 @@ TEST_F(frmEditThingsTest, RestoresAllSelectedThingsAsOneStep) {
     EXPECT_EQ(Current().things[3].mass, 1);
     EXPECT_EQ(Current().things[4], Defaults().things[4]);
     EXPECT_EQ(edits.UndoName(), "restore 2 things");
+}
+
+TEST_F(frmEditThingsTest, SeveralThingsAreEditedTogether) {
+    constexpr int ball = 31, barrel = 30; // the ball is a projectile, of fixed-point speed
+    constexpr int solid = 1;
+    ASSERT_TRUE(modPatchText::GetFlag(Current().things[ball].bits, projectileBit));
+    ClickRow(List(), imp);
+    for (const int thing : {ball, barrel})
+        ClickRow(List(), thing, Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(Names().currentIndex(), barrel);
+    EXPECT_EQ(Box("txtHitPoints").text(), "");
+    EXPECT_EQ(Box("txtReactionTime").text(), "8") << "they all have it";
+    EXPECT_EQ(Find<QLabel>(*window, "lblSpawnStateS").text(), "");
+    EXPECT_EQ(Flag(solid).data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::PartiallyChecked);
+
+    Type(Box("txtHitPoints"), "7");
+    EXPECT_EQ(edits.UndoName(), "hit points of 3 things");
+    QTest::keyClick(&Box("txtHitPoints"), Qt::Key_Backspace); // an empty box changes nothing
+    Type(Box("txtSpeed"), "9");
+    Type(Box("txtHeight"), "40");
+    Type(Box("txtPainStateN"), "149");
+    links.selectedSoundRow = 2;
+    Click("cmdPainSoundA");
+    ToggleFlag(solid);
+    PatchSet expected = Defaults();
+    for (const std::size_t thing : {imp, ball, barrel}) {
+        ThingRecord& record = expected.things[thing];
+        record.hitPoints = 7;
+        record.speed = thing == ball ? 9 * unit : 9;
+        record.height = 40 * unit;
+        record.injuryState = 149;
+        record.painSound = 2;
+        record.bits = modPatchText::SetFlag(record.bits, solid);
+    }
+    EXPECT_EQ(Current(), expected);
+    EXPECT_TRUE(IsChecked(solid));
+    Box("txtFilter").setFocus();
+    EXPECT_EQ(Box("txtHitPoints").text(), "7");
+    EXPECT_EQ(Box("txtSpeed").text(), "9");
+    int steps = 0;
+    for (; edits.CanUndo(); ++steps)
+        edits.Undo();
+    EXPECT_EQ(steps, 6);
+    EXPECT_EQ(Current(), Defaults());
+    EXPECT_EQ(Box("txtHitPoints").text(), "");
+
+    ToggleFlag(projectileBit);
+    EXPECT_EQ(Current().things[imp].speed, 8 * unit);
+    EXPECT_EQ(Current().things[ball].speed, Defaults().things[ball].speed);
+    Names().setCurrentIndex(imp);
+    EXPECT_EQ(List().selectionModel()->selectedRows().size(), 1) << "one is chosen from the box";
+}
+
+TEST_F(frmEditThingsTest, AThingWithoutAnInitialStateShowsNothing) {
+    const auto& picture = *window->findChild<SpriteView*>("picThing");
+    Type(Box("txtSpawnStateN"), "0");
+    EXPECT_TRUE(picture.Picture().isNull());
+    edits.Undo();
+    EXPECT_NE(picture.Picture().isNull(), HasWad());
+}
+
+TEST_F(frmEditThingsTest, ALongNameIsShownFromItsStartAndKeptWhole) {
+    std::string endless;
+    endless.resize(20'000'000, 'n');
+    edits.Store({RecordKind::Thing, imp, nameField}, endless);
+    const QString shown = QString(200, 'n') + "...";
+    EXPECT_EQ(Names().currentText(), shown);
+    EXPECT_TRUE(List().currentIndex().data().toString().endsWith(shown));
+    links.typedText = shown;
+    Click("cmdRename"); // and accepted as it is proposed
+    EXPECT_EQ(Current().things[imp].name, endless);
 }
 
 TEST_F(frmEditThingsTest, FollowsEditsOfOthers) {

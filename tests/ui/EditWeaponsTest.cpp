@@ -3,6 +3,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QLabel>
 #include <QListView>
 #include <QPushButton>
 
@@ -75,15 +76,44 @@ TEST_P(frmEditWeaponsTest, SelectingShowsAWeaponAndChangesNothing) {
     EXPECT_FALSE(program.patch.changed);
 }
 
-TEST_P(frmEditWeaponsTest, AnAmmoTypeWithoutANameShowsItsNumber) {
+TEST_P(frmEditWeaponsTest, AmmoTypesAreNamedAsFarAsEnginesCountThem) {
     auto& types = Find<QComboBox>(*window, "cmbAmmoType");
     Select(0);
     EXPECT_EQ(Weapon(0).ammoType, 5);
+    EXPECT_EQ(types.currentText(), "No Ammo");
+    types.setFocus();
+    QTest::keyClick(&types, Qt::Key_Up);
+    EXPECT_EQ(Weapon(0).ammoType, 4);
+    edits.Store({RecordKind::Weapon, 0, RowOf(&WeaponRecord::ammoType)}, 6);
     EXPECT_EQ(types.currentIndex(), -1);
-    EXPECT_EQ(types.placeholderText(), "5");
+    EXPECT_EQ(types.placeholderText(), "6");
+    const QAbstractItemModelTester tester(types.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+}
+
+TEST_P(frmEditWeaponsTest, SeveralWeaponsAreEditedTogether) {
+    auto& types = Find<QComboBox>(*window, "cmbAmmoType");
+    auto& box = Find<QLineEdit>(*window, "txtSelectStateN");
     Select(1);
-    EXPECT_EQ(types.currentText(), "Bullets");
-    EXPECT_EQ(types.count(), static_cast<int>(Current().ammo.size()));
+    ClickRow(List(), 2, Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(box.text(), "");
+    EXPECT_EQ(types.currentText(), "");
+    Type(box, "149");
+    EXPECT_EQ(edits.UndoName(), "select frame of 2 weapons");
+    types.setFocus();
+    QTest::keyClick(&types, Qt::Key_End);
+    EXPECT_EQ(types.currentText(), "No Ammo");
+    links.selectedStateRow = 11;
+    Click("cmdDeselectStateA");
+    PatchSet expected = Defaults();
+    for (const std::size_t weapon : {1, 2}) {
+        expected.weapons[weapon].selectState = 149;
+        expected.weapons[weapon].ammoType = 5;
+        expected.weapons[weapon].deselectState = 11;
+    }
+    EXPECT_EQ(Current(), expected);
+    notifier.Expect("Are you sure you want to restore these weapons?", Answer::Yes);
+    Click("cmdRestore");
+    EXPECT_EQ(Current(), Defaults());
 }
 
 TEST_P(frmEditWeaponsTest, ChoosingTheAmmoTypeDoesNotMarkThePatchChanged) {

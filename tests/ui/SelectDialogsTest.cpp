@@ -162,6 +162,15 @@ TEST_F(SelectDialogsTest, TheActionDialogSaysWhatAnActionDoes) {
     EXPECT_EQ(chosen, actions[3].value);
     EXPECT_EQ(Choose(dialog, actions[3].value, [&] { DoubleClickRow(list, 5); }), actions[5].value);
     EXPECT_EQ(Choose(dialog, actions[3].value, [] {}), std::nullopt);
+    chosen = Choose(dialog, actions[4].value, [&] {
+        auto& filter = Find<QLineEdit>(dialog, "txtFilter");
+        Type(filter, "second LINE");
+        EXPECT_EQ(list.model()->rowCount(), 1) << "descriptions are searched, too";
+        QTest::keyClick(&filter, Qt::Key_Down);
+        EXPECT_TRUE(list.hasFocus());
+        QTest::keyClick(&list, Qt::Key_Return);
+    });
+    EXPECT_EQ(chosen, actions[3].value);
     chosen = Choose(dialog, actions[3].value, [&] {
         Type(Find<QLineEdit>(dialog, "txtFilter"), "troopatt");
         Accept(dialog);

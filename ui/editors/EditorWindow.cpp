@@ -39,9 +39,12 @@ void EditorWindow::showEvent(QShowEvent* event) {
 
 QString EditorWindow::AskName(RecordKind kind, std::int32_t record, const QString& title, const QString& prompt) {
     const Cell cell{kind, record, nameField};
-    QString name = context_.links.AskText(title, prompt, ShownText(std::get<std::string>(context_.edits.Value(cell))));
-    if (!name.isEmpty())
-        context_.edits.Store(cell, StoredText(name));
+    const std::string former = std::get<std::string>(context_.edits.Value(cell));
+    const QString start = ShownStart(former);
+    const QString name = context_.links.AskText(title, prompt, start);
+    if (name.isEmpty() || (name == start && name != ShownText(former))) // no end was put to a long one
+        return {};
+    context_.edits.Store(cell, StoredText(name));
     return name;
 }
 

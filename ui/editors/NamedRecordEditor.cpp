@@ -1,6 +1,7 @@
 #include "ui/editors/NamedRecordEditor.h"
 
 #include "ui/NewButton.h"
+#include "ui/lists/SelectedRecords.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -11,7 +12,8 @@ namespace plinket3 {
 
 NamedRecordEditor::NamedRecordEditor(const char* name, const QString& caption, const EditorContext& context,
                                      RecordKind kind, const Words& words)
-    : EditorWindow(name, caption, context), kind_(kind), words_(words), names_(context, kind) {}
+    : EditorWindow(name, caption, context), kind_(kind), words_(words), names_(context, kind),
+      boxes_(kind, words.many) {}
 
 void NamedRecordEditor::Build() {
     list_ = new QListView;
@@ -19,15 +21,17 @@ void NamedRecordEditor::Build() {
     list_->setAccessibleName(windowTitle());
     list_->setModel(&names_);
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setAlternatingRowColors(true);
     list_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000000000000")));
-    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { updateForm(); });
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &NamedRecordEditor::updateForm);
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &NamedRecordEditor::updateForm);
     connect(list_, &QListView::doubleClicked, this, &NamedRecordEditor::Rename);
 
     auto* rename = NewButton("cmdRename", tr("Re&name..."));
     connect(rename, &QPushButton::clicked, this, &NamedRecordEditor::Rename);
     auto* restore = NewButton("cmdRestore", tr("&Restore"));
-    restore->setToolTip(tr("Give the selected record the engine's values and name"));
+    restore->setToolTip(tr("Give the selected records the engine's values and names"));
     connect(restore, &QPushButton::clicked, this, &NamedRecordEditor::Restore);
 
     auto* renameAction = new QAction(rename->text(), list_);
@@ -64,31 +68,31 @@ void NamedRecordEditor::fillStaticData() {
     list_->setCurrentIndex(names_.index(0));
 }
 
-void NamedRecordEditor::updateForm() { ShowRecord(CurrentRecord()); }
+void NamedRecordEditor::updateForm() {
+    RecordSelection selection = SelectedRecords(*list_, [](int row) { return row; });
+    boxes_.Show(std::move(selection));
+    ShowRecords();
+}
 
 void NamedRecordEditor::ShowCells(const std::vector<Cell>& cells) {
     names_.ShowCells(cells);
-    UpdateRecord();
-}
-
-std::optional<std::int32_t> NamedRecordEditor::CurrentRecord() const {
-    const QModelIndex current = list_->currentIndex();
-    return current.isValid() ? std::optional<std::int32_t>(current.row()) : std::nullopt;
+    boxes_.Update();
+    ShowRecords();
 }
 
 void NamedRecordEditor::Rename() {
-    const std::optional<std::int32_t> record = CurrentRecord();
-    if (!record)
+    if (Selection().records.empty())
         return;
-    AskName(kind_, *record, QString::fromLatin1(words_.renameTitle) + QString::number(*record + words_.firstNumber),
+    const std::int32_t record = Selection().current;
+    AskName(kind_, record, QString::fromLatin1(words_.renameTitle) + QString::number(record + words_.firstNumber),
             QString::fromLatin1(words_.renamePrompt));
 }
 
 void NamedRecordEditor::Restore() {
-    const std::optional<std::int32_t> record = CurrentRecord();
-    if (!record || context_.program.notifier.Ask(words_.restoreQuestion, Buttons::YesNo) == Answer::No)
-        return;
-    context_.edits.RestoreRecords(kind_, {*record}, {});
+    const std::vector<std::int32_t>& records = Selection().records;
+    const char* question = Selection().Several() ? words_.restoreMany : words_.restoreOne;
+    if (!records.empty() && context_.program.notifier.Ask(question, Buttons::YesNo) != Answer::No)
+        context_.edits.RestoreRecords(kind_, records, words_.many);
 }
 
 } // namespace plinket3

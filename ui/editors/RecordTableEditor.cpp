@@ -1,9 +1,9 @@
 #include "ui/editors/RecordTableEditor.h"
 
 #include "ui/NewButton.h"
+#include "ui/lists/FilterBox.h"
 
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QVBoxLayout>
 
@@ -22,13 +22,11 @@ void RecordTableEditor::Build() {
             ShowMenu(place);
     });
 
-    filter_ = new QLineEdit;
-    filter_->setObjectName(QStringLiteral("txtFilter"));
-    filter_->setClearButtonEnabled(true);
-    filter_->setPlaceholderText(tr("Type a part of what you look for"));
+    filter_ = new FilterBox(tr("Filter"), tr("Type a part of what you look for"));
+    filter_->EnterLeads();
+    filter_->LeadTo(*list_);
     auto* filterLabel = new QLabel(tr("Fi&lter"));
     filterLabel->setBuddy(filter_);
-    filter_->setAccessibleName(tr("Filter"));
     connect(filter_, &QLineEdit::textChanged, list_, &RecordList::Filter);
 
     auto* edit = NewButton("cmdEdit", tr("E&dit..."));

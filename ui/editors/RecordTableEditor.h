@@ -5,10 +5,11 @@
 #include "ui/lists/RecordTableModel.h"
 
 class QBoxLayout;
-class QLineEdit;
 class QMenu;
 
 namespace plinket3 {
+
+class FilterBox;
 
 /// An editor that lists all records of a kind, narrowed by a filter box, changes one in a dialog and restores those
 /// that are selected.
@@ -54,7 +55,7 @@ private:
     RecordTableModel& model_;
     Words words_;
     RecordList* list_ = nullptr;
-    QLineEdit* filter_ = nullptr;
+    FilterBox* filter_ = nullptr;
 };
 
 } // namespace plinket3

@@ -26,20 +26,23 @@ constexpr AmmoBox ammoBoxes[]{
 frmEditAmmo::frmEditAmmo(const EditorContext& context)
     : NamedRecordEditor("frmEditAmmo", tr("Ammo editor"), context, RecordKind::Ammo,
                         {.list = "lstAmmo",
+                         .many = "kinds of ammunition",
                          .renameTitle = "Ammo ",
                          .firstNumber = 0,
                          .renamePrompt = "Enter a new name",
-                         .restoreQuestion = "Are you sure you want to restore this ammo entry?"}) {}
+                         .restoreOne = "Are you sure you want to restore this ammo entry?",
+                         .restoreMany = "Are you sure you want to restore these ammo entries?"}) {}
 
 QWidget* frmEditAmmo::BuildFields() {
     auto* group = new QGroupBox(tr("Rounds"));
     auto* form = new QFormLayout(group);
     for (const AmmoBox& row : ammoBoxes) {
         const QString label = tr(row.label);
-        auto* box = new NumberBox(QString::fromLatin1(row.name), label, context_, NumberForm::Ranged);
+        auto* box = new NumberBox(QString::fromLatin1(row.name), label, Boxes().Field(RowOf(row.member)),
+                                  NumberForm::Index, context_);
         box->setMinimumWidth(WidthForDigits(*box, mostDigits));
         form->addRow(label, box);
-        boxes_.Add(*box, RowOf(row.member));
+        Boxes().Add(*box);
     }
     auto* fields = new QWidget;
     auto* layout = new QVBoxLayout(fields);

@@ -13,11 +13,6 @@ public:
 
 protected:
     QWidget* BuildFields() override;
-    void ShowRecord(std::optional<std::int32_t> record) override { boxes_.Show(record); }
-    void UpdateRecord() override { boxes_.Update(); }
-
-private:
-    NumberBoxes boxes_{RecordKind::Ammo};
 };
 
 } // namespace plinket3

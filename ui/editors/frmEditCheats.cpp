@@ -37,7 +37,9 @@ public:
 
 protected:
     void AddRestore(QMenu& menu) override {
-        AddRestoreEntry(menu, cell_, ShownText(std::get<std::string>(edits_.DefaultValue(cell_))));
+        const QString standard = ShownStart(std::get<std::string>(edits_.DefaultValue(cell_)));
+        AddRestoreEntry(menu, tr("Restore default (%1)").arg(standard), !edits_.IsDefault(cell_),
+                        [this] { edits_.RestoreCell(cell_); });
     }
 
 private:
@@ -83,7 +85,7 @@ void frmEditCheats::fillStaticData() {
         const CheatRecord& record = Current().cheats[cheat];
         const int limit = context_.program.engine.dialect.limitedCheats ? record.maximumLength & 0xffff : noLimit;
         // A text that a patch brought along is never cut off by being shown.
-        boxes_[cheat]->setMaxLength(std::max(limit, static_cast<int>(record.text.size())));
+        boxes_[cheat]->setMaxLength(std::max(limit, std::min(noLimit, static_cast<int>(record.text.size()))));
     }
 }
 
@@ -97,12 +99,17 @@ void frmEditCheats::updateForm() {
 void frmEditCheats::Update(std::size_t cheat) {
     if (cheat >= Current().cheats.size())
         return;
-    const QString text = ShownText(Current().cheats[cheat].text);
+    const std::string& stored = Current().cheats[cheat].text;
+    const bool whole = stored.size() <= static_cast<std::size_t>(noLimit);
+    const QString text = whole ? ShownText(stored) : ShownStart(stored);
+    boxes_[cheat]->setReadOnly(!whole); // what is not shown is not lost by typing
     if (boxes_[cheat]->text() != text)
         boxes_[cheat]->setText(text);
+    if (!whole)
+        boxes_[cheat]->home(false);
     const Cell cell = CellOf(cheat);
     MarkDifference(*boxes_[cheat], !context_.edits.IsDefault(cell),
-                   ShownText(std::get<std::string>(context_.edits.DefaultValue(cell))));
+                   ShownStart(std::get<std::string>(context_.edits.DefaultValue(cell))));
 }
 
 void frmEditCheats::ShowCells(const std::vector<Cell>& cells) {

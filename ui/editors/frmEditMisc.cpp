@@ -71,13 +71,14 @@ void frmEditMisc::Build() {
             (groups++ < groupsInTheFirstColumn ? first : second)->addWidget(group);
         }
         const QString label = FieldLabel(row.member);
-        auto* box = new NumberBox(QString::fromLatin1(row.name), label, context_, NumberForm::Ranged);
+        auto* box = new NumberBox(QString::fromLatin1(row.name), label, boxes_.Field(RowOf(row.member)),
+                                  NumberForm::Ranged, context_);
         box->setMinimumWidth(WidthForDigits(*box, fewestDigits));
         box->setMaximumWidth(WidthForDigits(*box, mostDigits));
         labels.push_back(new QLabel(label));
         labels.back()->setBuddy(box);
         form->addRow(labels.back(), box);
-        boxes_.Add(*box, RowOf(row.member));
+        boxes_.Add(*box);
     }
     chkMonstersInfight_ = new QCheckBox(tr("Monsters of a kind hurt each &other"));
     chkMonstersInfight_->setObjectName(QStringLiteral("chkMonstersInfight"));
@@ -101,7 +102,7 @@ void frmEditMisc::Build() {
 }
 
 void frmEditMisc::updateForm() {
-    boxes_.Show(0);
+    boxes_.Show({{0}, 0});
     ShowInfight();
 }
 

@@ -24,7 +24,7 @@ private:
     void ShowInfight();
     void RestoreAll();
 
-    NumberBoxes boxes_{RecordKind::Misc};
+    NumberBoxes boxes_{RecordKind::Misc, "miscellaneous values"};
     QCheckBox* chkMonstersInfight_ = nullptr;
 };
 

@@ -6,6 +6,8 @@
 #include <QBoxLayout>
 #include <QHeaderView>
 
+#include <algorithm>
+
 namespace plinket3 {
 
 frmEditSounds::frmEditSounds(const EditorContext& context)
@@ -34,13 +36,32 @@ void frmEditSounds::AddButtons(QBoxLayout& buttons) {
     buttons.addWidget(play);
 }
 
-void frmEditSounds::startEditSound(int sound) {
-    const std::optional<SoundRecord> edited = dialog_ != nullptr ? dialog_->Edit(sound) : std::nullopt;
+/// The selected sounds, when the one that was chosen is among them.
+void frmEditSounds::EditRecord(int record) {
+    std::vector<std::int32_t> sounds = List().SelectedRecords();
+    if (std::find(sounds.begin(), sounds.end(), record) == sounds.end())
+        sounds = {record};
+    startEditSound(sounds);
+}
+
+void frmEditSounds::startEditSound(const std::vector<std::int32_t>& sounds) {
+    const auto edited = dialog_ != nullptr ? dialog_->Edit(sounds) : std::nullopt;
     if (!edited)
         return;
-    context_.edits.StoreGroup({{{RecordKind::Sound, sound, RowOf(&SoundRecord::value)}, edited->value},
-                               {{RecordKind::Sound, sound, RowOf(&SoundRecord::zeroOne)}, edited->zeroOne}},
-                              context_.edits.RecordName(RecordKind::Sound, sound));
+    std::vector<Assignment> values;
+    std::vector<std::int32_t> changed;
+    for (const std::int32_t sound : sounds) {
+        const SoundRecord& record = Current().sounds[static_cast<std::size_t>(sound)];
+        const std::int32_t priority = edited->priority.value_or(record.value);
+        if (priority == -1)
+            continue; // Kept: a sound that has this priority counts as cancelled. docs/kept-behaviour.md
+        values.push_back({{RecordKind::Sound, sound, RowOf(&SoundRecord::value)}, priority});
+        values.push_back(
+            {{RecordKind::Sound, sound, RowOf(&SoundRecord::zeroOne)}, edited->singularity.value_or(record.zeroOne)});
+        changed.push_back(sound);
+    }
+    if (!changed.empty())
+        context_.edits.StoreGroup(values, context_.edits.RecordsName(RecordKind::Sound, changed, "sounds"));
 }
 
 } // namespace plinket3

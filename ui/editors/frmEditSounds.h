@@ -21,12 +21,12 @@ public:
 
 protected:
     void SizeColumns() override;
-    void EditRecord(int record) override { startEditSound(record); }
+    void EditRecord(int record) override;
     void AddButtons(QBoxLayout& buttons) override;
     bool MenuByMouse() const override { return false; }
 
 private:
-    void startEditSound(int sound);
+    void startEditSound(const std::vector<std::int32_t>& sounds);
 
     SoundsModel model_;
     frmPropSound* dialog_ = nullptr;

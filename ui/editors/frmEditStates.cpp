@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditStates.h"
 
+#include "ui/lists/SelectedRecords.h"
 #include "ui/states/StateColumns.h"
 #include "ui/states/StateFieldsPanel.h"
 #include "ui/states/StateFilterPanel.h"
@@ -26,6 +27,7 @@ void frmEditStates::Build() {
     BuildList();
     fields_ = new StateFieldsPanel(context_);
     preview_ = new StatePreview(context_.program);
+    filter_->LeadTo(*lvwStates_);
     connect(filter_, &StateFilterPanel::Changed, this, &frmEditStates::updateStateList);
 
     auto* list = new QWidget;
@@ -105,7 +107,7 @@ void frmEditStates::SelectRow(int row) {
 
 std::optional<int> frmEditStates::SelectedRow() {
     BringUpToDate();
-    if (!fields_->Selection().states.empty())
+    if (!fields_->Selection().records.empty())
         return model_->RowOfState(fields_->Selection().current);
     return std::nullopt;
 }
@@ -115,30 +117,14 @@ QString frmEditStates::ReplaceThingFilterEntry(int entry, const QString& text) {
     return filter_->ReplaceThing(entry, text);
 }
 
-StateSelection frmEditStates::SelectedStates() const {
-    const std::vector<std::int32_t>& shown = model_->Shown();
-    StateSelection selection;
-    // By ranges: asking row by row takes long when many rows are selected one by one.
-    for (const QItemSelectionRange& range : lvwStates_->selectionModel()->selection())
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            selection.states.push_back(shown[static_cast<std::size_t>(row)]);
-    std::sort(selection.states.begin(), selection.states.end());
-    selection.states.erase(std::unique(selection.states.begin(), selection.states.end()), selection.states.end());
-    if (selection.states.empty())
-        return selection;
-    const int clicked = lvwStates_->currentIndex().row();
-    selection.current = clicked < 0 ? selection.states.front() : shown[static_cast<std::size_t>(clicked)];
-    if (!std::binary_search(selection.states.begin(), selection.states.end(), selection.current))
-        selection.current = selection.states.front();
-    return selection;
-}
-
 void frmEditStates::ShowSelected() {
     if (busy_)
         return;
-    fields_->ShowSelection(SelectedStates());
-    const StateSelection& selection = fields_->Selection();
-    if (selection.states.empty()) {
+    const std::vector<std::int32_t>& shown = model_->Shown();
+    fields_->ShowSelection(
+        SelectedRecords(*lvwStates_, [&shown](int row) { return shown[static_cast<std::size_t>(row)]; }));
+    const RecordSelection& selection = fields_->Selection();
+    if (selection.records.empty()) {
         preview_->ShowState(std::nullopt);
     } else {
         currentState_ = selection.current;
@@ -168,7 +154,7 @@ void frmEditStates::ActivateRow() {
 
 void frmEditStates::ShowListMenu(const QPoint& place) {
     const QModelIndex clicked = lvwStates_->indexAt(place);
-    const std::vector<std::int32_t> states = fields_->Selection().states;
+    const std::vector<std::int32_t> states = fields_->Selection().records;
     if (!clicked.isValid() || states.empty())
         return;
     const auto column = static_cast<StateColumn>(clicked.column());

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
-#include "ui/states/StateSelection.h"
 
 #include <QTableView>
 
@@ -40,7 +39,6 @@ private:
     /// Lists what the filter lets through; the current state stays selected if it is among it.
     void updateStateList();
     void SelectRow(int row);
-    StateSelection SelectedStates() const;
     void ShowSelected();
     void ActivateRow();
     void ShowListMenu(const QPoint& place);

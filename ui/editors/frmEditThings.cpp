@@ -1,9 +1,9 @@
 #include "ui/editors/frmEditThings.h"
 
-#include "patch/modPatchText.h"
-#include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/Labels.h"
+#include "ui/lists/FilterBox.h"
+#include "ui/lists/SelectedRecords.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -14,6 +14,7 @@
 #include <QScrollBar>
 #include <QSplitter>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -60,6 +61,12 @@ constexpr ReferenceField soundFields[]{
     {"ActionSound", &ThingRecord::actionSound},
 };
 
+NumberForm FormOf(FieldUnit unit) {
+    return unit == FieldUnit::Fixed16           ? NumberForm::Fixed
+           : unit == FieldUnit::ProjectileSpeed ? NumberForm::Speed
+                                                : NumberForm::Long;
+}
+
 /// Of the widest label beside a state or sound number, so that both groups line up.
 int LabelWidth(const QFontMetrics& metrics) {
     int width = 0;
@@ -88,6 +95,15 @@ public:
     QSize sizeHint() const override { return widget()->sizeHint(); }
 };
 
+/// Rows with room between them, so that check boxes do not touch.
+class RoomyRows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, option.fontMetrics.height() / 3);
+    }
+};
+
 /// A list whose rows take the width that there is: long texts end in dots.
 QTreeView* NewPlainList(const char* name, const QString& accessibleName) {
     auto* list = new QTreeView;
@@ -103,12 +119,12 @@ QTreeView* NewPlainList(const char* name, const QString& accessibleName) {
 
 frmEditThings::frmEditThings(const EditorContext& context)
     : EditorWindow("frmEditThings", tr("Thing editor"), context), names_(context, RecordKind::Thing), listed_(names_),
-      flags_(context) {}
+      flags_(context, boxes_.Selection()) {}
 
 void frmEditThings::ShowThing(int thing) {
     BringUpToDate();
     if (thing >= 0 && thing < names_.rowCount())
-        thingNames_->setCurrentIndex(thing);
+        ShowThings({{thing}, thing});
 }
 
 void frmEditThings::Build() {
@@ -125,34 +141,26 @@ void frmEditThings::Build() {
 }
 
 QWidget* frmEditThings::BuildList() {
-    auto* filter = new QLineEdit;
-    filter->setObjectName(QStringLiteral("txtFilter"));
-    filter->setAccessibleName(tr("Filter the things"));
-    filter->setPlaceholderText(tr("Name or number"));
-    filter->setClearButtonEnabled(true);
+    auto* filter = new FilterBox(tr("Filter the things"), tr("Name or number"));
+    filter->EnterLeads();
     connect(filter, &QLineEdit::textChanged, this, [this](const QString& text) {
-        const QScopedValueRollback filling(filling_, true);
-        listed_.Narrow(text);
-        SelectInList();
-    });
-    connect(filter, &QLineEdit::returnPressed, this, [this] {
-        if (listed_.rowCount() == 0)
-            return;
-        list_->setCurrentIndex(listed_.index(0, 0));
-        list_->setFocus();
+        {
+            const QScopedValueRollback filling(filling_, true);
+            listed_.Narrow(text);
+        }
+        if (!Selection().records.empty())
+            ShowThings({{Selection().current}, Selection().current});
     });
 
     list_ = NewPlainList("lstThings", tr("Things"));
+    filter->LeadTo(*list_);
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setModel(&listed_);
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
     connect(NewAction("actRename", tr("Rename..."), list_), &QAction::triggered, this, &frmEditThings::Rename);
-    connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this,
-            [this] { Restore(SelectedThings()); });
-    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex& current) {
-        if (!filling_ && current.isValid())
-            thingNames_->setCurrentIndex(listed_.mapToSource(current).row());
-    });
+    connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this, &frmEditThings::Restore);
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmEditThings::FollowList);
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
 
     auto* panel = new QWidget;
     auto* layout = new QVBoxLayout(panel);
@@ -172,9 +180,10 @@ QWidget* frmEditThings::BuildFields() {
     auto* grid = new QGridLayout(page);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->addWidget(BuildNumbers(), 0, 0, 2, 1);
-    grid->addWidget(BuildReferences(Reference::State, tr("Frames"), stateFields,
-                                    [this](int state) { context_.links.SelectSingleState(state, thing_, -1); }),
-                    0, 1);
+    grid->addWidget(
+        BuildReferences(Reference::State, tr("Frames"), stateFields,
+                        [this](int state) { context_.links.SelectSingleState(state, Selection().current, -1); }),
+        0, 1);
     grid->addWidget(BuildReferences(Reference::Sound, tr("Sounds"), soundFields,
                                     [this](int sound) { context_.links.ShowSoundInEditor(sound); }),
                     1, 1);
@@ -194,17 +203,15 @@ QWidget* frmEditThings::BuildHead() {
     thingNames_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon); // for any name
     thingNames_->setModel(&names_);
     connect(thingNames_, &QComboBox::currentIndexChanged, this, [this](int thing) {
-        if (filling_)
-            return;
-        thing_ = thing;
-        updateForm();
+        if (!filling_)
+            ShowThings({{thing}, thing});
     });
     number_ = new QLabel;
     number_->setBuddy(thingNames_);
     auto* rename = NewButton("cmdRename", tr("Re&name..."));
     connect(rename, &QPushButton::clicked, this, &frmEditThings::Rename);
     auto* restore = NewButton("cmdRestore", tr("&Restore"));
-    connect(restore, &QPushButton::clicked, this, [this] { Restore({thing_}); });
+    connect(restore, &QPushButton::clicked, this, &frmEditThings::Restore);
 
     auto* head = new QWidget;
     auto* layout = new QHBoxLayout(head);
@@ -224,9 +231,8 @@ QWidget* frmEditThings::BuildNumbers() {
     form->setRowStretch(0, 1);
     for (const NumberField& field : numberFields) {
         const QString text = FieldLabel(field.member);
-        const FieldUnit unit = FieldOf(field.member).unit;
-        auto* box = new NumberBox(QString::fromLatin1(field.control), text, context_,
-                                  unit == FieldUnit::Fixed16 ? NumberForm::Fixed : NumberForm::Long);
+        auto* box = new NumberBox(QString::fromLatin1(field.control), text, boxes_.Field(RowOf(field.member)),
+                                  FormOf(FieldOf(field.member).unit), context_);
         box->setFixedWidth(WidthForDigits(*box, longestDigits));
         box->setAccessibleDescription(tr(field.hint));
         auto* label = new QLabel(text);
@@ -235,9 +241,7 @@ QWidget* frmEditThings::BuildNumbers() {
         const int row = form->rowCount();
         form->addWidget(label, row, 0);
         form->addWidget(box, row, 1);
-        boxes_.Add(*box, RowOf(field.member));
-        if (unit == FieldUnit::ProjectileSpeed)
-            speed_ = box;
+        boxes_.Add(*box);
     }
     return group;
 }
@@ -250,10 +254,10 @@ QWidget* frmEditThings::BuildReferences(Reference reference, const QString& head
     form->setColumnMinimumWidth(0, LabelWidth(fontMetrics()));
     form->setColumnStretch(2, 1);
     for (const ReferenceField& field : fields) {
-        auto* row = new ReferenceRow(reference, QString::fromLatin1(field.stem), FieldLabel(field.member), context_,
-                                     *form, show);
+        auto* row = new ReferenceRow(reference, QString::fromLatin1(field.stem), FieldLabel(field.member),
+                                     boxes_.Field(RowOf(field.member)), context_, *form, show);
         references_.push_back(row);
-        boxes_.Add(row->Box(), RowOf(field.member));
+        boxes_.Add(row->Box());
     }
     form->setRowStretch(form->rowCount(), 1);
     return group;
@@ -262,6 +266,7 @@ QWidget* frmEditThings::BuildReferences(Reference reference, const QString& head
 QWidget* frmEditThings::BuildFlags() {
     flagTree_ = NewPlainList("trvFlags", tr("Flags"));
     flagTree_->setModel(&flags_);
+    flagTree_->setItemDelegate(new RoomyRows(flagTree_));
     flagTree_->setContextMenuPolicy(Qt::ActionsContextMenu);
     connect(NewAction("actRestoreFlags", tr("Restore flags"), flagTree_), &QAction::triggered, &flags_,
             &FlagListModel::Restore);
@@ -272,32 +277,46 @@ QWidget* frmEditThings::BuildFlags() {
 }
 
 void frmEditThings::fillStaticData() {
-    const QScopedValueRollback filling(filling_, true);
-    names_.Reset();
-    flags_.ShowThing(-1); // until the patch's things are known to be there
-    flags_.Reload();
-    flagTree_->setMinimumWidth(flagTree_->sizeHintForColumn(0) +
-                               2 * flagTree_->verticalScrollBar()->sizeHint().width());
-    thing_ = std::min(std::max(thing_, 0), names_.rowCount() - 1);
-    thingNames_->setCurrentIndex(thing_);
+    const int former = Selection().records.empty() ? 0 : Selection().current;
+    {
+        const QScopedValueRollback filling(filling_, true);
+        boxes_.Show({}); // until the patch's things are known to be there
+        names_.Reset();
+        flags_.Reload();
+        flagTree_->setMinimumWidth(flagTree_->sizeHintForColumn(0) +
+                                   2 * flagTree_->verticalScrollBar()->sizeHint().width());
+    }
+    const int thing = std::min(former, names_.rowCount() - 1);
+    ShowThings(thing < 0 ? RecordSelection() : RecordSelection{{thing}, thing});
+}
+
+void frmEditThings::ShowThings(RecordSelection things) {
+    boxes_.Show(std::move(things));
+    updateForm();
 }
 
 void frmEditThings::updateForm() {
-    number_->setText(tr("Thing %1").arg(thing_ + 1));
-    ShowSpeedForm();
-    boxes_.Show(thing_ < 0 ? std::nullopt : std::optional<std::int32_t>(thing_));
-    flags_.ShowThing(thing_);
+    const RecordSelection& things = Selection();
+    number_->setText(things.Several() ? tr("%n things", nullptr, static_cast<int>(things.records.size()))
+                                      : tr("Thing %1").arg(things.records.empty() ? 0 : things.current + 1));
+    {
+        const QScopedValueRollback filling(filling_, true);
+        thingNames_->setCurrentIndex(things.records.empty() ? -1 : things.current);
+    }
+    flags_.FlagsChanged();
     ShowSprite();
     SelectInList();
 }
 
 void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     names_.ShowCells(cells);
-    const auto concerns = [this](const Cell& cell) { return cell.kind == RecordKind::Thing && cell.index == thing_; };
+    const std::vector<std::int32_t>& shown = Selection().records;
+    const auto isShown = [&shown](const Cell& cell) {
+        return cell.kind == RecordKind::Thing && std::binary_search(shown.begin(), shown.end(), cell.index);
+    };
     const bool states =
         std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
-    if (std::any_of(cells.begin(), cells.end(), concerns)) {
-        ShowSpeedForm();
+    if (std::any_of(cells.begin(), cells.end(), isShown)) {
         boxes_.Update();
         flags_.FlagsChanged();
         ShowSprite();
@@ -308,54 +327,58 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     }
 }
 
+/// A list in which nothing is selected leaves the things that were shown.
+void frmEditThings::FollowList() {
+    if (filling_)
+        return;
+    RecordSelection selected =
+        SelectedRecords(*list_, [this](int row) { return listed_.mapToSource(listed_.index(row, 0)).row(); });
+    if (!selected.records.empty() && selected != Selection())
+        ShowThings(std::move(selected));
+}
+
 /// The list follows the current thing, which is not selected in it while the filter hides it.
 void frmEditThings::SelectInList() {
     const QScopedValueRollback filling(filling_, true);
-    const QModelIndex place = thing_ < 0 ? QModelIndex() : listed_.mapFromSource(names_.index(thing_));
+    if (Selection().Several())
+        return; // they were selected there
+    const QModelIndex place =
+        Selection().records.empty() ? QModelIndex() : listed_.mapFromSource(names_.index(Selection().current));
     if (!place.isValid())
         list_->selectionModel()->clear();
-    else if (list_->currentIndex() != place)
+    else if (list_->selectionModel()->selectedIndexes() != QModelIndexList{place})
         list_->setCurrentIndex(place);
 }
 
-void frmEditThings::ShowSpeedForm() {
-    const bool projectile =
-        thing_ >= 0 && modPatchText::GetFlag(Current().things[static_cast<std::size_t>(thing_)].bits, projectileBit);
-    speed_->ShowForm(projectile ? NumberForm::Fixed : NumberForm::Long);
-}
-
+/// Of the thing clicked last. State 0 stands for none.
 void frmEditThings::ShowSprite() {
-    if (thing_ < 0)
-        sprite_->Clear();
+    const std::int32_t state =
+        Selection().records.empty() ? 0 : Current().things[static_cast<std::size_t>(Selection().current)].initialState;
+    if (state != 0)
+        sprite_->ShowState(context_.program, state);
     else
-        sprite_->ShowState(context_.program, Current().things[static_cast<std::size_t>(thing_)].initialState);
+        sprite_->Clear();
 }
 
 void frmEditThings::Rename() {
-    if (thing_ < 0)
+    if (Selection().records.empty())
         return;
-    const QString name = AskName(RecordKind::Thing, thing_, tr("Thing %1").arg(thing_ + 1), tr("Enter a new name"));
+    const int thing = Selection().current;
+    const QString name = AskName(RecordKind::Thing, thing, tr("Thing %1").arg(thing + 1), tr("Enter a new name"));
     // Kept: the text goes to the entry of the thing after this one. docs/kept-behaviour.md
     if (!name.isEmpty())
-        context_.links.ReplaceThingFilterEntry(thing_ + 1, name);
+        context_.links.ReplaceThingFilterEntry(thing + 1, name);
 }
 
-void frmEditThings::Restore(const std::vector<int>& things) {
-    if (things.empty() || things.front() < 0)
+void frmEditThings::Restore() {
+    if (Selection().records.empty())
         return;
-    const char* question = things.size() == 1 ? "Are you sure you want to restore this thing?"
-                                              : "Are you sure you want to restore these things?";
+    const char* question = Selection().Several() ? "Are you sure you want to restore these things?"
+                                                 : "Are you sure you want to restore this thing?";
     if (context_.program.notifier.Ask(question, Buttons::YesNo) == Answer::No)
         return;
     // Kept: the state editor's list of things keeps a restored thing's former name. docs/kept-behaviour.md
-    context_.edits.RestoreRecords(RecordKind::Thing, things, "things");
-}
-
-std::vector<int> frmEditThings::SelectedThings() const {
-    std::vector<int> things;
-    for (const QModelIndex& place : list_->selectionModel()->selectedRows())
-        things.push_back(listed_.mapToSource(place).row());
-    return things;
+    context_.edits.RestoreRecords(RecordKind::Thing, Selection().records, "things");
 }
 
 } // namespace plinket3

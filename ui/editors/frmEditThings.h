@@ -18,7 +18,7 @@ class QLabel;
 
 namespace plinket3 {
 
-/// The editor of things: a list of them all, and every value, flag and name of the current one.
+/// The editor of things: a list of them all, and every value, flag and name of those that are selected.
 class frmEditThings : public EditorWindow {
     Q_OBJECT
 public:
@@ -30,7 +30,7 @@ public:
 
     explicit frmEditThings(const EditorContext& context);
 
-    /// Makes a thing the current one. `thing` is its index; one that the patch does not have changes nothing.
+    /// Selects a thing. `thing` is its index; one that the patch does not have changes nothing.
     void ShowThing(int thing);
 
 protected:
@@ -48,21 +48,21 @@ private:
                              const std::function<void(std::int32_t)>& show);
     QWidget* BuildFlags();
 
+    const RecordSelection& Selection() const { return boxes_.Selection(); }
+    /// Shows these things, and the one clicked last in the box of names.
+    void ShowThings(RecordSelection things);
+    void FollowList();
     void SelectInList();
-    void ShowSpeedForm();
     void ShowSprite();
     void Rename();
-    void Restore(const std::vector<int>& things);
-    std::vector<int> SelectedThings() const;
+    void Restore();
 
-    int thing_ = -1;       // none before the first filling, and when the patch has none
     bool filling_ = false; // lists are being filled: what they select is not the user's choice
     NamesModel names_;
     ThingFilter listed_;
+    NumberBoxes boxes_{RecordKind::Thing, "things"};
     FlagListModel flags_;
-    NumberBoxes boxes_{RecordKind::Thing};
     std::vector<ReferenceRow*> references_;
-    NumberBox* speed_ = nullptr;
     QAbstractItemView* list_ = nullptr;
     QComboBox* thingNames_ = nullptr;
     QAbstractItemView* flagTree_ = nullptr;

@@ -1,12 +1,15 @@
 #include "ui/editors/frmEditWeapons.h"
 
 #include "ui/fields/Marking.h"
+#include "ui/fields/ReferenceRow.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace plinket3 {
 
@@ -16,13 +19,20 @@ struct StateBox {
     const char* stem;
     const char* label;
     std::int32_t WeaponRecord::*member;
+    const char* hint;
 };
+/// What engines call the deselect frame is the one in which the weapon comes up, and the other way round.
 constexpr StateBox stateBoxes[]{
-    {"SelectState", QT_TRANSLATE_NOOP("frmEditWeapons", "Select"), &WeaponRecord::selectState},
-    {"DeselectState", QT_TRANSLATE_NOOP("frmEditWeapons", "Deselect"), &WeaponRecord::deselectState},
-    {"BobbingState", QT_TRANSLATE_NOOP("frmEditWeapons", "Bobbing"), &WeaponRecord::bobbingState},
-    {"ShootState", QT_TRANSLATE_NOOP("frmEditWeapons", "Shooting"), &WeaponRecord::shootingState},
-    {"MuzzleState", QT_TRANSLATE_NOOP("frmEditWeapons", "Firing (muzzle flash)"), &WeaponRecord::firingState},
+    {"SelectState", QT_TRANSLATE_NOOP("frmEditWeapons", "Select"), &WeaponRecord::selectState,
+     QT_TRANSLATE_NOOP("frmEditWeapons", "State while the weapon goes down, in spite of the name")},
+    {"DeselectState", QT_TRANSLATE_NOOP("frmEditWeapons", "Deselect"), &WeaponRecord::deselectState,
+     QT_TRANSLATE_NOOP("frmEditWeapons", "State while the weapon comes up, in spite of the name")},
+    {"BobbingState", QT_TRANSLATE_NOOP("frmEditWeapons", "Bobbing"), &WeaponRecord::bobbingState,
+     QT_TRANSLATE_NOOP("frmEditWeapons", "State while the weapon is held ready")},
+    {"ShootState", QT_TRANSLATE_NOOP("frmEditWeapons", "Shooting"), &WeaponRecord::shootingState,
+     QT_TRANSLATE_NOOP("frmEditWeapons", "First state of an attack")},
+    {"MuzzleState", QT_TRANSLATE_NOOP("frmEditWeapons", "Firing (muzzle flash)"), &WeaponRecord::firingState,
+     QT_TRANSLATE_NOOP("frmEditWeapons", "State of the flash that is drawn over the weapon")},
 };
 
 } // namespace
@@ -30,25 +40,28 @@ constexpr StateBox stateBoxes[]{
 frmEditWeapons::frmEditWeapons(const EditorContext& context)
     : NamedRecordEditor("frmEditWeapons", tr("Weapon editor"), context, RecordKind::Weapon,
                         {.list = "lstWeapons",
+                         .many = "weapons",
                          .renameTitle = "Weapon ",
                          .firstNumber = 1,
                          .renamePrompt = "Enter new name",
-                         .restoreQuestion = "Are you sure you want to restore this weapon?"}),
-      ammoNames_(context, RecordKind::Ammo) {}
+                         .restoreOne = "Are you sure you want to restore this weapon?",
+                         .restoreMany = "Are you sure you want to restore these weapons?"}),
+      ammoTypes_(context) {}
 
 QWidget* frmEditWeapons::BuildFields() {
     ammoType_ = new QComboBox;
     ammoType_->setObjectName(QStringLiteral("cmbAmmoType"));
     ammoType_->setAccessibleName(tr("Ammo type"));
-    ammoType_->setModel(&ammoNames_);
-    connect(ammoType_, &QComboBox::activated, this, [this](int type) {
-        if (const std::optional<Cell> cell = AmmoTypeCell())
-            context_.edits.Store(*cell, type);
-    });
+    ammoType_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon); // for any name
+    ammoType_->setModel(&ammoTypes_);
+    connect(ammoType_, &QComboBox::activated, this, &frmEditWeapons::StoreAmmoType);
     restoreAmmoType_ = new QAction(ammoType_);
     ammoType_->addAction(restoreAmmoType_);
     ammoType_->setContextMenuPolicy(Qt::ActionsContextMenu);
-    connect(restoreAmmoType_, &QAction::triggered, this, [this] { context_.edits.RestoreCell(*AmmoTypeCell()); });
+    connect(restoreAmmoType_, &QAction::triggered, this, [this] {
+        const std::vector<Cell> cells = AmmoTypeCells();
+        context_.edits.Restore(cells, "restore " + context_.edits.NameOf(cells, Many()));
+    });
     auto* ammo = new QGroupBox(tr("Ammunition"));
     auto* ammoForm = new QFormLayout(ammo);
     ammoForm->addRow(tr("Ammo type"), ammoType_);
@@ -57,14 +70,14 @@ QWidget* frmEditWeapons::BuildFields() {
     auto* statesForm = new QGridLayout(states);
     statesForm->setColumnStretch(2, 1);
     const auto bringUp = [this](std::int32_t state) {
-        if (const std::optional<std::int32_t> weapon = CurrentRecord())
-            context_.links.SelectSingleState(state, -1, *weapon);
+        context_.links.SelectSingleState(state, -1, Selection().current);
     };
-    for (const StateBox& row : stateBoxes)
-        states_.Add((new ReferenceRow(Reference::State, QString::fromLatin1(row.stem), tr(row.label), context_,
-                                      *statesForm, bringUp))
-                        ->Box(),
-                    RowOf(row.member));
+    for (const StateBox& row : stateBoxes) {
+        auto* fields = new ReferenceRow(Reference::State, QString::fromLatin1(row.stem), tr(row.label),
+                                        Boxes().Field(RowOf(row.member)), context_, *statesForm, bringUp);
+        fields->Hint(tr(row.hint));
+        Boxes().Add(fields->Box());
+    }
 
     auto* preview = new QGroupBox(tr("Held ready"));
     sprite_ = new SpriteView(QStringLiteral("picSprite"));
@@ -81,58 +94,77 @@ QWidget* frmEditWeapons::BuildFields() {
 }
 
 void frmEditWeapons::fillStaticData() {
-    ammoNames_.Reset();
+    ammoTypes_.Reset();
     NamedRecordEditor::fillStaticData();
 }
 
-void frmEditWeapons::ShowRecord(std::optional<std::int32_t> record) {
-    states_.Show(record);
-    ShowAmmoType();
-    ShowSprite();
-}
-
-void frmEditWeapons::UpdateRecord() {
-    states_.Update();
+void frmEditWeapons::ShowRecords() {
     ShowAmmoType();
     ShowSprite();
 }
 
 void frmEditWeapons::ShowCells(const std::vector<Cell>& cells) {
-    ammoNames_.ShowCells(cells);
+    ammoTypes_.ShowCells(cells);
     NamedRecordEditor::ShowCells(cells);
 }
 
-std::optional<Cell> frmEditWeapons::AmmoTypeCell() const {
-    const std::optional<std::int32_t> record = CurrentRecord();
-    return record ? std::optional<Cell>({RecordKind::Weapon, *record, RowOf(&WeaponRecord::ammoType)}) : std::nullopt;
+std::vector<Cell> frmEditWeapons::AmmoTypeCells() const {
+    std::vector<Cell> cells;
+    for (const std::int32_t weapon : Selection().records)
+        cells.push_back({RecordKind::Weapon, weapon, RowOf(&WeaponRecord::ammoType)});
+    return cells;
+}
+
+void frmEditWeapons::StoreAmmoType(std::int32_t type) {
+    std::vector<Assignment> values;
+    for (const Cell& cell : AmmoTypeCells())
+        values.push_back({cell, type});
+    context_.edits.StoreEach(std::move(values), Many());
 }
 
 QString frmEditWeapons::AmmoName(std::int32_t type) const {
-    const QString name = type < 0 ? QString() : ammoNames_.index(type).data().toString();
+    const QString name = type < 0 ? QString() : ammoTypes_.index(type).data().toString();
     return name.isEmpty() ? QString::number(type) : name;
 }
 
-/// A type beyond the names (an engine's "no ammunition") shows as its number, and stays until another one is chosen.
+/// A type beyond the names shows as its number, and stays until another one is chosen.
 void frmEditWeapons::ShowAmmoType() {
-    const std::optional<Cell> cell = AmmoTypeCell();
-    ammoType_->setEnabled(cell.has_value());
-    if (!cell) {
-        ammoType_->setCurrentIndex(-1);
+    const std::vector<Cell> cells = AmmoTypeCells();
+    ammoType_->setEnabled(!cells.empty());
+    ammoType_->setPlaceholderText(QString());
+    ammoType_->setCurrentIndex(-1);
+    restoreAmmoType_->setEnabled(false);
+    MarkDifference(*ammoType_, false, {});
+    if (cells.empty())
+        return;
+    const Edits& edits = context_.edits;
+    const CellValue type = edits.Value(cells.front());
+    const bool common =
+        std::all_of(cells.begin(), cells.end(), [&](const Cell& cell) { return edits.Value(cell) == type; });
+    if (common) {
+        const auto number = std::get<std::int32_t>(type);
+        ammoType_->setPlaceholderText(QString::number(number));
+        ammoType_->setCurrentIndex(number >= 0 && number < ammoTypes_.rowCount() ? number : -1);
+    } else {
+        ammoType_->setPlaceholderText(tr("leave as is"));
+    }
+    restoreAmmoType_->setEnabled(
+        std::any_of(cells.begin(), cells.end(), [&edits](const Cell& cell) { return !edits.IsDefault(cell); }));
+    if (cells.size() > 1) {
+        restoreAmmoType_->setText(tr("Restore %n defaults", nullptr, static_cast<int>(cells.size())));
         return;
     }
-    const std::int32_t type = std::get<std::int32_t>(context_.edits.Value(*cell));
-    const QString standard = AmmoName(std::get<std::int32_t>(context_.edits.DefaultValue(*cell)));
-    ammoType_->setPlaceholderText(QString::number(type));
-    ammoType_->setCurrentIndex(type >= 0 && type < ammoNames_.rowCount() ? type : -1);
+    const QString standard = AmmoName(std::get<std::int32_t>(edits.DefaultValue(cells.front())));
     restoreAmmoType_->setText(tr("Restore default (%1)").arg(standard));
-    restoreAmmoType_->setEnabled(!context_.edits.IsDefault(*cell));
     MarkDifference(*ammoType_, restoreAmmoType_->isEnabled(), standard);
 }
 
+/// Of the weapon clicked last. State 0 stands for none.
 void frmEditWeapons::ShowSprite() {
-    const std::optional<std::int32_t> record = CurrentRecord();
-    if (record)
-        sprite_->ShowState(context_.program, Current().weapons[static_cast<std::size_t>(*record)].bobbingState);
+    const std::int32_t state =
+        Selection().records.empty() ? 0 : Current().weapons[static_cast<std::size_t>(Selection().current)].bobbingState;
+    if (state != 0)
+        sprite_->ShowState(context_.program, state);
     else
         sprite_->Clear();
 }

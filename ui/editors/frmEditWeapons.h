@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ui/editors/NamedRecordEditor.h"
-#include "ui/fields/ReferenceRow.h"
 #include "ui/fields/SpriteView.h"
+#include "ui/lists/AmmoTypesModel.h"
 
 class QAction;
 class QComboBox;
@@ -18,20 +18,19 @@ public:
 protected:
     QWidget* BuildFields() override;
     void fillStaticData() override;
-    void ShowRecord(std::optional<std::int32_t> record) override;
-    void UpdateRecord() override;
+    void ShowRecords() override;
     void ShowCells(const std::vector<Cell>& cells) override;
 
 private:
-    std::optional<Cell> AmmoTypeCell() const;
+    std::vector<Cell> AmmoTypeCells() const;
+    void StoreAmmoType(std::int32_t type);
     QString AmmoName(std::int32_t type) const;
     void ShowAmmoType();
     void ShowSprite();
 
-    NamesModel ammoNames_;
+    AmmoTypesModel ammoTypes_;
     QComboBox* ammoType_ = nullptr;
     QAction* restoreAmmoType_ = nullptr;
-    NumberBoxes states_{RecordKind::Weapon};
     SpriteView* sprite_ = nullptr;
 };
 

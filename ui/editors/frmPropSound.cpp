@@ -2,6 +2,7 @@
 
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
+#include "ui/fields/NumberBox.h"
 #include "ui/lists/SoundsModel.h"
 
 #include <QCheckBox>
@@ -10,6 +11,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QSlider>
 
@@ -20,12 +22,21 @@ namespace plinket3 {
 namespace {
 
 constexpr int highestPriority = 255; // engines' own stay below 128
+constexpr int digits = 11;           // room for "leave as is"
 constexpr std::int32_t cancelled = -1;
+
+/// The number that all sounds have; absent when they differ.
+std::optional<std::int32_t> Common(const std::vector<const SoundRecord*>& sounds, std::int32_t SoundRecord::*member) {
+    const std::int32_t first = sounds.front()->*member;
+    const bool common =
+        std::all_of(sounds.begin(), sounds.end(), [&](const SoundRecord* sound) { return sound->*member == first; });
+    return common ? std::optional(first) : std::nullopt;
+}
 
 } // namespace
 
 frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
-    : QDialog(parent), context_(context), priority_(new QSlider(Qt::Horizontal)), priorityNumber_(new QLabel),
+    : QDialog(parent), context_(context), priority_(new QSlider(Qt::Horizontal)), priorityNumber_(new QLineEdit),
       singularity_(new QCheckBox(tr("Only &one of these is heard at a time (singularity)"))), reference_(new QLabel),
       note_(new QLabel(tr("This sound has the priority -1, with which nothing is changed. Choose another one."))) {
     setObjectName(QStringLiteral("frmPropSound"));
@@ -36,16 +47,23 @@ frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
     priority_->setRange(0, highestPriority);
     priority_->setPageStep(16);
     priority_->setMinimumWidth(priority_->fontMetrics().horizontalAdvance(QString(32, '0')));
-    priorityNumber_->setObjectName(QStringLiteral("lblPriorityN"));
+    priorityNumber_->setObjectName(QStringLiteral("txtPriority"));
+    priorityNumber_->setAccessibleName(tr("Priority"));
     priorityNumber_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    priorityNumber_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    priorityNumber_->setMinimumWidth(priorityNumber_->fontMetrics().horizontalAdvance(QStringLiteral("00000")));
+    priorityNumber_->setAlignment(Qt::AlignRight);
+    priorityNumber_->setFixedWidth(WidthForDigits(*priorityNumber_, digits));
+    connect(priorityNumber_, &QLineEdit::textEdited, this, &frmPropSound::TakeTyped);
     connect(priority_, &QSlider::valueChanged, this, [this](int value) {
-        edited_.value = value;
+        edited_.priority = value;
         priorityNumber_->setText(QString::number(value));
     });
     singularity_->setObjectName(QStringLiteral("chkSingularity"));
-    connect(singularity_, &QCheckBox::clicked, this, [this](bool checked) { edited_.zeroOne = checked ? 1 : 0; });
+    connect(singularity_, &QCheckBox::clicked, this, [this] {
+        if (singularity_->checkState() == Qt::PartiallyChecked) // a click leads away from "leave as is"
+            singularity_->setCheckState(Qt::Checked);
+        singularity_->setTristate(false);
+        edited_.singularity = singularity_->isChecked() ? 1 : 0;
+    });
     reference_->setObjectName(QStringLiteral("lblRefSound"));
     reference_->setTextFormat(Qt::PlainText);
 
@@ -53,7 +71,7 @@ frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
     accept->setDefault(true);
     connect(accept, &QPushButton::clicked, this, &QDialog::accept);
     auto* cancel = NewButton("cmdCancel", tr("Cancel"));
-    connect(cancel, &QPushButton::clicked, this, &frmPropSound::reject);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* buttons = new QDialogButtonBox;
     buttons->addButton(accept, QDialogButtonBox::AcceptRole);
     buttons->addButton(cancel, QDialogButtonBox::RejectRole);
@@ -61,9 +79,10 @@ frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
     auto* priorityRow = new QHBoxLayout;
     priorityRow->addWidget(priority_);
     priorityRow->addWidget(priorityNumber_);
+    priorityRow->setStretch(0, 1);
     auto* form = new QFormLayout(this);
     auto* priorityLabel = new QLabel(tr("&Priority"));
-    priorityLabel->setBuddy(priority_);
+    priorityLabel->setBuddy(priorityNumber_);
     form->addRow(priorityLabel, priorityRow);
     note_->setWordWrap(true);
     form->addRow(QString(), note_);
@@ -72,33 +91,48 @@ frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
     form->addRow(buttons);
 }
 
-std::optional<SoundRecord> frmPropSound::Edit(int sound) {
+std::optional<frmPropSound::Values> frmPropSound::Edit(const std::vector<std::int32_t>& sounds) {
     const PatchSet& current = context_.program.patch.current;
-    if (sound < 0 || static_cast<std::size_t>(sound) >= current.sounds.size())
+    std::vector<const SoundRecord*> records;
+    for (const std::int32_t sound : sounds)
+        if (sound >= 0 && static_cast<std::size_t>(sound) < current.sounds.size())
+            records.push_back(&current.sounds[static_cast<std::size_t>(sound)]);
+    if (records.empty())
         return std::nullopt;
-    edited_ = current.sounds[static_cast<std::size_t>(sound)];
-    setWindowTitle(tr("Sound %1 (%2)").arg(sound).arg(ShownText(current.SoundName(sound))));
-    SetupData();
-    exec();
-    // Kept: the priority tells whether the dialog was cancelled, so -1 is never given. docs/kept-behaviour.md
-    return edited_.value == cancelled ? std::nullopt : std::optional(edited_);
+    setWindowTitle(records.size() == 1
+                       ? tr("Sound %1 (%2)").arg(sounds.front()).arg(ShownText(current.SoundName(sounds.front())))
+                       : tr("%n sounds", nullptr, static_cast<int>(records.size())));
+    SetupData(records);
+    return exec() == Accepted ? std::optional(edited_) : std::nullopt;
 }
 
-void frmPropSound::reject() {
-    edited_.value = cancelled;
-    QDialog::reject();
-}
-
-/// Changes nothing of the record, even when its priority is below the slider.
-void frmPropSound::SetupData() {
+/// Chooses nothing, even when a priority is beyond the slider.
+void frmPropSound::SetupData(const std::vector<const SoundRecord*>& sounds) {
+    edited_ = {};
+    const std::optional<std::int32_t> priority = Common(sounds, &SoundRecord::value);
     const QSignalBlocker blocker(priority_);
-    priority_->setMaximum(std::max(highestPriority, edited_.value));
-    priority_->setValue(edited_.value);
-    priority_->setFocus();
-    note_->setVisible(edited_.value == cancelled);
-    priorityNumber_->setText(QString::number(edited_.value));
-    singularity_->setChecked(edited_.zeroOne == 1);
-    reference_->setText(ReferenceText(context_.program, edited_));
+    priority_->setMaximum(std::max(highestPriority, priority.value_or(0)));
+    priority_->setValue(priority.value_or(0));
+    priorityNumber_->setText(priority ? QString::number(*priority) : QString());
+    priorityNumber_->setPlaceholderText(priority ? QString() : tr("leave as is"));
+    priorityNumber_->setFocus();
+    priorityNumber_->selectAll();
+    note_->setVisible(priority == cancelled);
+
+    const std::optional<std::int32_t> singular = Common(sounds, &SoundRecord::zeroOne);
+    singularity_->setTristate(!singular);
+    singularity_->setCheckState(!singular ? Qt::PartiallyChecked : *singular == 1 ? Qt::Checked : Qt::Unchecked);
+    reference_->setText(sounds.size() == 1 ? ReferenceText(context_.program, *sounds.front()) : QString());
+}
+
+/// An emptied box leaves the priorities as they are.
+void frmPropSound::TakeTyped() {
+    edited_.priority.reset();
+    if (priorityNumber_->text().isEmpty())
+        return;
+    edited_.priority = ReadRangedField(*priorityNumber_, {0, priority_->maximum()});
+    const QSignalBlocker blocker(priority_);
+    priority_->setValue(*edited_.priority);
 }
 
 } // namespace plinket3

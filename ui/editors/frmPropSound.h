@@ -1,34 +1,42 @@
 #pragma once
 
-#include "ui/editors/EditorWindow.h"
+#include "ui/EditorContext.h"
 
 #include <QDialog>
 
+#include <optional>
+#include <vector>
+
 class QCheckBox;
 class QLabel;
+class QLineEdit;
 class QSlider;
 
 namespace plinket3 {
 
-/// Changes a sound's priority and singularity.
+/// Changes the priority and singularity of sounds.
 class frmPropSound : public QDialog {
     Q_OBJECT
 public:
+    /// What all sounds get; what is absent stays as each of them has it.
+    struct Values {
+        std::optional<std::int32_t> priority; // never -1
+        std::optional<std::int32_t> singularity;
+    };
+
     frmPropSound(const EditorContext& context, QWidget* parent);
 
-    /// Lets the user change a copy of the sound; absent when the dialog was cancelled. The priority of what it gives is
-    /// never -1.
-    std::optional<SoundRecord> Edit(int sound);
-
-    void reject() override;
+    /// Lets the user choose values for these sounds (those that there are); absent when the dialog was cancelled.
+    std::optional<Values> Edit(const std::vector<std::int32_t>& sounds);
 
 private:
-    void SetupData();
+    void SetupData(const std::vector<const SoundRecord*>& sounds);
+    void TakeTyped();
 
     EditorContext context_;
-    SoundRecord edited_;
+    Values edited_;
     QSlider* priority_;
-    QLabel* priorityNumber_;
+    QLineEdit* priorityNumber_;
     QCheckBox* singularity_;
     QLabel* reference_;
     QLabel* note_;

@@ -18,12 +18,11 @@ FieldBox::FieldBox(const QString& name, const QString& accessibleName, const Edi
     setEnabled(false);
 }
 
-void FieldBox::AddRestoreEntry(QMenu& menu, const Cell& cell, const QString& standard) {
+void FieldBox::AddRestoreEntry(QMenu& menu, const QString& text, bool enabled, const std::function<void()>& restore) {
     menu.addSeparator();
-    QAction* restore =
-        menu.addAction(tr("Restore default (%1)").arg(standard), this, [this, cell] { edits_.RestoreCell(cell); });
-    restore->setObjectName(QStringLiteral("restoreField"));
-    restore->setEnabled(!edits_.IsDefault(cell));
+    QAction* entry = menu.addAction(text, this, restore);
+    entry->setObjectName(QStringLiteral("restoreField"));
+    entry->setEnabled(enabled);
 }
 
 void FieldBox::focusInEvent(QFocusEvent* event) {

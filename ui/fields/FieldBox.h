@@ -3,6 +3,8 @@
 #include "ui/EditorContext.h"
 #include "ui/LatinLineEdit.h"
 
+#include <functional>
+
 class QMenu;
 
 namespace plinket3 {
@@ -18,8 +20,8 @@ public:
 protected:
     /// Adds the entry that restores what the box shows, if there is something.
     virtual void AddRestore(QMenu& menu) = 0;
-    /// Such an entry for one cell, whose default reads `standard`.
-    void AddRestoreEntry(QMenu& menu, const Cell& cell, const QString& standard);
+    /// Such an entry, which does `restore`.
+    void AddRestoreEntry(QMenu& menu, const QString& text, bool enabled, const std::function<void()>& restore);
 
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;

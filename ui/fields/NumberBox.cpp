@@ -2,20 +2,13 @@
 
 #include "core/Numbers.h"
 #include "ui/LatinText.h"
-#include "ui/fields/Marking.h"
+#include "ui/fields/Speed.h"
 
-#include <QFocusEvent>
+#include <algorithm>
 
 namespace plinket3 {
 
 namespace {
-
-constexpr double unitsPerFixed = 65536.0;
-
-/// Kept: what does not fit wraps, a width of 40000 too. docs/kept-behaviour.md
-std::int32_t FixedFromUnits(std::int32_t units) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(units) << 16);
-}
 
 /// A number within the limits; one beyond them is written back with the caret at its end.
 std::int32_t ReadIndexField(QLineEdit& box, Limits limits) {
@@ -47,105 +40,130 @@ std::int32_t ReadRangedField(QLineEdit& box, Limits limits) {
     return value;
 }
 
-NumberBox::NumberBox(const QString& name, const QString& accessibleName, const EditorContext& context, NumberForm form)
-    : FieldBox(name, accessibleName, context), form_(form) {
+NumberBox::NumberBox(const QString& name, const QString& accessibleName, const SelectedField& field, NumberForm form,
+                     const EditorContext& context)
+    : SelectionBox(name, accessibleName, *field.selection, context), patch_(context.program.patch), field_(field),
+      form_(form) {
     connect(this, &QLineEdit::textEdited, this, [this] { StoreText(true); });
 }
 
-void NumberBox::ShowCell(const std::optional<Cell>& cell) {
-    if (cell_ != cell)
-        setModified(false);
-    cell_ = cell;
-    setEnabled(cell_.has_value());
-    if (cell_) {
-        setText(TextOf(std::get<std::int32_t>(edits_.Value(*cell_))));
-        Mark();
-    } else {
-        clear();
-        MarkDifference(*this, false, {});
-    }
-    emit Shown();
-}
-
-void NumberBox::ShowForm(NumberForm form) {
-    if (form_ == form)
-        return;
-    form_ = form;
-    ShowCell(cell_);
-}
-
-void NumberBox::Update() {
-    if (!cell_)
-        return;
-    const std::int32_t value = std::get<std::int32_t>(edits_.Value(*cell_));
-    const bool typing = hasFocus() && isModified();
-    const std::int32_t shown = form_ == NumberForm::Fixed ? FixedFromUnits(LeadingInt32(StoredText(text())))
-                                                          : LeadingInt32(StoredText(text()));
-    if (!typing || edits_.Limited(*cell_, shown) != value)
-        setText(TextOf(value));
-    Mark();
-    emit Shown();
+std::optional<std::int32_t> NumberBox::Number() const {
+    const std::vector<std::int32_t>& records = selection_.records;
+    if (records.empty())
+        return std::nullopt;
+    const std::int32_t number = NumberOf(records.front());
+    const bool common = std::all_of(records.begin(), records.end(),
+                                    [this, number](std::int32_t record) { return NumberOf(record) == number; });
+    return common ? std::optional(number) : std::nullopt;
 }
 
 void NumberBox::Put(std::int32_t value) {
-    if (!cell_)
+    if (selection_.records.empty())
         return;
-    setText(TextOf(value));
+    setText(QString::number(value));
     StoreText(false);
 }
 
-QString NumberBox::TextOf(std::int32_t value) const {
-    if (form_ == NumberForm::Fixed)
-        return QString::fromStdString(RealText(value / unitsPerFixed));
-    return QString::number(value);
+bool NumberBox::IsFixed(const PatchSet& set, std::int32_t record) const {
+    return form_ == NumberForm::Fixed ||
+           (form_ == NumberForm::Speed && HasFixedSpeed(set.things[static_cast<std::size_t>(record)].bits));
+}
+
+namespace {
+
+QString NumberText(std::int32_t value, bool fixed) {
+    return fixed ? QString::fromStdString(RealText(value / unitsPerFixed)) : QString::number(value);
+}
+
+} // namespace
+
+QString NumberBox::TextOf(std::int32_t record) const {
+    return NumberText(NumberOf(record), IsFixed(patch_.current, record));
+}
+
+QString NumberBox::DefaultTextOf(std::int32_t record) const {
+    return NumberText(std::get<std::int32_t>(edits_.DefaultValue(CellOf(record))), IsFixed(patch_.defaults, record));
+}
+
+QString NumberBox::CommonText() const {
+    const QString text = TextOf(selection_.current);
+    const bool common = std::all_of(selection_.records.begin(), selection_.records.end(),
+                                    [this, &text](std::int32_t record) { return TextOf(record) == text; });
+    return common ? text : QString();
+}
+
+std::int32_t NumberBox::FromUnits(std::int32_t units, std::int32_t record) const {
+    return IsFixed(patch_.current, record) ? FixedFromUnits(units) : units;
+}
+
+bool NumberBox::TextHolds() const {
+    if (selection_.Several() && text().isEmpty())
+        return true;
+    const std::int32_t units = LeadingInt32(StoredText(text()));
+    return std::all_of(selection_.records.begin(), selection_.records.end(), [this, units](std::int32_t record) {
+        return edits_.Limited(CellOf(record), FromUnits(units, record)) == NumberOf(record);
+    });
 }
 
 std::int32_t NumberBox::ReadText() {
+    const Limits limits = edits_.LimitsOf(field_.kind, field_.field);
     switch (form_) {
-    case NumberForm::Long:
-        return ReadLongField(*this);
-    case NumberForm::Fixed:
-        return FixedFromUnits(ReadLongField(*this));
     case NumberForm::Index:
-        return ReadIndexField(*this, edits_.LimitsOf(cell_->kind, cell_->field));
+        return ReadIndexField(*this, limits);
+    case NumberForm::Ranged: {
+        const QString typed = text();
+        const std::int32_t number = ReadRangedField(*this, limits);
+        if (text() != typed)
+            end(false);
+        return number;
+    }
     default:
-        return ReadRangedField(*this, edits_.LimitsOf(cell_->kind, cell_->field));
+        return ReadLongField(*this);
     }
 }
 
 void NumberBox::StoreText(bool typing) {
-    if (!cell_)
+    if (selection_.records.empty() || (selection_.Several() && text().isEmpty()))
         return;
-    const std::int32_t value = ReadText();
+    const std::int32_t units = ReadText();
     setModified(typing);
-    edits_.Store(*cell_, value, typing);
+    std::vector<Assignment> values;
+    values.reserve(selection_.records.size());
+    for (const std::int32_t record : selection_.records)
+        values.push_back({CellOf(record), FromUnits(units, record)});
+    edits_.StoreEach(std::move(values), field_.many, typing);
     Mark();
     emit Shown();
 }
 
-QString NumberBox::DefaultText() const { return TextOf(std::get<std::int32_t>(edits_.DefaultValue(*cell_))); }
-
-void NumberBox::Mark() { MarkDifference(*this, !edits_.IsDefault(*cell_), DefaultText()); }
-
-void NumberBox::AddRestore(QMenu& menu) {
-    if (cell_)
-        AddRestoreEntry(menu, *cell_, DefaultText());
+/// A speed comes back in the form that the thing's flags ask for now.
+void NumberBox::Restore() {
+    std::vector<Cell> cells;
+    std::vector<Assignment> values;
+    for (const std::int32_t record : selection_.records) {
+        cells.push_back(CellOf(record));
+        if (form_ == NumberForm::Speed) {
+            const auto thing = static_cast<std::size_t>(record);
+            values.push_back(
+                {cells.back(), SpeedUnder(patch_.current.things[thing].bits, patch_.defaults.things[thing])});
+        }
+    }
+    const std::string name = "restore " + edits_.NameOf(cells, field_.many);
+    if (form_ == NumberForm::Speed)
+        edits_.StoreGroup(values, name);
+    else
+        edits_.Restore(cells, name);
 }
 
-void NumberBox::focusOutEvent(QFocusEvent* event) {
-    FieldBox::focusOutEvent(event);
-    if (event->reason() != Qt::PopupFocusReason)
-        Update(); // what was typed with a fraction, or not as a number, now stands as it was stored
-}
-
-void NumberBoxes::Show(std::optional<std::int32_t> record) {
-    for (const Box& box : boxes_)
-        box.box->ShowCell(record ? std::optional<Cell>({kind_, *record, box.field}) : std::nullopt);
+void NumberBoxes::Show(RecordSelection selection) {
+    *selection_ = std::move(selection);
+    for (NumberBox* box : boxes_)
+        box->ShowSelection();
 }
 
 void NumberBoxes::Update() {
-    for (const Box& box : boxes_)
-        box.box->Update();
+    for (NumberBox* box : boxes_)
+        box->Update();
 }
 
 } // namespace plinket3

@@ -1,9 +1,12 @@
 #pragma once
 
-#include "ui/fields/FieldBox.h"
+#include "patch/modTableDef.h"
+#include "ui/fields/SelectionBox.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace plinket3 {
 
@@ -11,71 +14,78 @@ namespace plinket3 {
 /// end; a fraction stays in the box and is rounded (halves to the even one) in the result; no number is 0.
 std::int32_t ReadLongField(QLineEdit& box);
 
-/// A box's text as a whole number within the limits. Text with another value than the result is replaced by it.
+/// A box's text as a whole number within the limits. Text with another value than the result is replaced by it; the
+/// caret stays where it is.
 std::int32_t ReadRangedField(QLineEdit& box, Limits limits);
 
-/// How the number of a cell stands in its box.
+/// How a number stands in its box.
 enum class NumberForm {
     Long,   // whole, 32 bits
     Fixed,  // 16.16 fixed point: shown as a real number, typed in whole units
-    Index,  // whole, of a state or sound: only a number beyond the cell's limits is written back
-    Ranged, // whole, within the cell's limits
+    Speed,  // of a thing: fixed point when it is a projectile, else whole
+    Index,  // whole: only a number beyond the field's limits is written back while it is typed
+    Ranged, // whole: a fraction is, too, and the caret then stands at its end
 };
 
-/// A box for one numeric cell of the patch: shows it, stores what the user types (a run of typing is one step) and
-/// marks a value that is not the engine's.
-class NumberBox : public FieldBox {
+/// One field of the records that are selected.
+struct SelectedField {
+    std::shared_ptr<const RecordSelection> selection;
+    RecordKind kind;
+    int field;
+    const char* many; // what several of the records are called
+};
+
+/// A box for a numeric field of the selected records.
+class NumberBox : public SelectionBox {
     Q_OBJECT
 public:
-    NumberBox(const QString& name, const QString& accessibleName, const EditorContext& context, NumberForm form);
+    NumberBox(const QString& name, const QString& accessibleName, const SelectedField& field, NumberForm form,
+              const EditorContext& context);
 
-    /// The cell that the box stands for from now on; none: the box is empty and disabled. Stores nothing.
-    void ShowCell(const std::optional<Cell>& cell);
-    void ShowForm(NumberForm form);
-    /// Shows the cell's value, unless the user is typing and the text reads as it.
-    void Update();
-    const std::optional<Cell>& ShownCell() const { return cell_; }
+    /// The number that all selected records have; absent when they differ or none is selected.
+    std::optional<std::int32_t> Number() const;
     /// What another control has chosen: shows and stores it as typing would, as a step of its own.
     void Put(std::int32_t value);
 
-signals:
-    /// The cell's value was shown or stored anew.
-    void Shown();
-
 protected:
-    void AddRestore(QMenu& menu) override;
-    void focusOutEvent(QFocusEvent* event) override;
+    QString TextOf(std::int32_t record) const override;
+    QString DefaultTextOf(std::int32_t record) const override;
+    QString CommonText() const override;
+    bool TextHolds() const override;
+    void Restore() override;
 
 private:
+    Cell CellOf(std::int32_t record) const { return {field_.kind, record, field_.field}; }
+    bool IsFixed(const PatchSet& set, std::int32_t record) const;
+    std::int32_t NumberOf(std::int32_t record) const { return std::get<std::int32_t>(edits_.Value(CellOf(record))); }
+    std::int32_t FromUnits(std::int32_t units, std::int32_t record) const;
     std::int32_t ReadText();
-    QString TextOf(std::int32_t value) const;
-    QString DefaultText() const;
     void StoreText(bool typing);
-    void Mark();
 
+    const PatchData& patch_;
+    SelectedField field_;
     NumberForm form_;
-    std::optional<Cell> cell_;
 };
 
-/// The number boxes of a form that shows one record at a time.
+/// The number boxes of a form that shows the selected records of a kind.
 class NumberBoxes {
 public:
-    explicit NumberBoxes(RecordKind kind) : kind_(kind) {}
-
-    /// Adds a box for a row of the kind's table.
-    void Add(NumberBox& box, int field) { boxes_.push_back({&box, field}); }
-    /// Shows a record's values; none: the boxes are empty and disabled.
-    void Show(std::optional<std::int32_t> record);
-    /// Shows other values of the same record.
+    /// `many` is what several of the records are called.
+    NumberBoxes(RecordKind kind, const char* many) : kind_(kind), many_(many) {}
+    /// A row of the kind's table, for a box.
+    SelectedField Field(int row) const { return {selection_, kind_, row, many_}; }
+    void Add(NumberBox& box) { boxes_.push_back(&box); }
+    const RecordSelection& Selection() const { return *selection_; }
+    /// Shows the numbers of other records; without records the boxes are empty and disabled.
+    void Show(RecordSelection selection);
+    /// Shows other numbers of the same records.
     void Update();
 
 private:
-    struct Box {
-        NumberBox* box;
-        int field;
-    };
     RecordKind kind_;
-    std::vector<Box> boxes_;
+    const char* many_;
+    std::shared_ptr<RecordSelection> selection_ = std::make_shared<RecordSelection>(); // boxes outlive a form
+    std::vector<NumberBox*> boxes_;
 };
 
 } // namespace plinket3

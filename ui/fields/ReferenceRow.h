@@ -22,20 +22,23 @@ class ReferenceRow : public QObject {
 public:
     /// Adds itself below what `form` holds, and lives as long as its box. `show` brings a state or sound up in its
     /// editor when the description is clicked.
-    ReferenceRow(Reference reference, const QString& stem, const QString& label, const EditorContext& context,
-                 QGridLayout& form, std::function<void(std::int32_t)> show);
+    ReferenceRow(Reference reference, const QString& stem, const QString& label, const SelectedField& field,
+                 const EditorContext& context, QGridLayout& form, std::function<void(std::int32_t)> show);
 
     NumberBox& Box() const { return *box_; }
+    /// What the row is for, in a word under the mouse.
+    void Hint(const QString& hint);
     /// What the number refers to may be called otherwise now.
     void UpdateDescription();
 
 private:
-    std::int32_t Number() const;
+    QString LabelText(std::int32_t number) const;
     void Assign();
 
     Reference reference_;
     EditorContext context_;
     QString label_;
+    QLabel* caption_;
     NumberBox* box_;
     LinkLabel* description_;
     QPushButton* play_ = nullptr;

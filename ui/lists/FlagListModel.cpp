@@ -1,9 +1,9 @@
 #include "ui/lists/FlagListModel.h"
 
-#include "core/Numbers.h"
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
 #include "ui/fields/Marking.h"
+#include "ui/fields/Speed.h"
 
 #include <algorithm>
 
@@ -16,7 +16,10 @@ using modPatchText::SetFlag;
 namespace {
 
 constexpr std::size_t bitCount = 32;
-constexpr int fixedBits = 16; // after the point, in the speed of a projectile
+
+bool IsOn(const PatchSet& set, std::int32_t thing, int bit) {
+    return GetFlag(set.things[static_cast<std::size_t>(thing)].bits, bit);
+}
 
 } // namespace
 
@@ -24,11 +27,6 @@ void FlagListModel::Reload() {
     beginResetModel();
     count_ = static_cast<int>(std::min(context_.program.engine.flagNames.size(), bitCount));
     endResetModel();
-}
-
-void FlagListModel::ShowThing(int thing) {
-    thing_ = thing;
-    FlagsChanged();
 }
 
 void FlagListModel::FlagsChanged() {
@@ -48,64 +46,64 @@ QVariant FlagListModel::data(const QModelIndex& index, int role) const {
         return ShownText(engine.flagNames[place]);
 
     const QString hint = place < engine.flagTooltips.size() ? ShownText(engine.flagTooltips[place]) : QString();
-    if (!HasThing())
+    if (Things().empty())
         return role == Qt::ToolTipRole ? QVariant(hint) : QVariant();
-    const auto thing = static_cast<std::size_t>(thing_);
-    const bool on = GetFlag(context_.program.patch.current.things[thing].bits, bit);
-    const bool standard = GetFlag(context_.program.patch.defaults.things[thing].bits, bit);
+    const PatchData& patch = context_.program.patch;
+    const bool on = IsOn(patch.current, Things().front(), bit);
+    const bool common = std::all_of(Things().begin(), Things().end(),
+                                    [&](std::int32_t thing) { return IsOn(patch.current, thing, bit) == on; });
+    const bool standard = IsOn(patch.defaults, Things().front(), bit);
+    const bool differs = !things_.Several() && on != standard;
     switch (role) {
     case Qt::CheckStateRole:
-        return on ? Qt::Checked : Qt::Unchecked;
+        return !common ? Qt::PartiallyChecked : on ? Qt::Checked : Qt::Unchecked;
     case Qt::ToolTipRole:
-        if (on == standard)
+        if (!differs)
             return hint;
         return (hint.isEmpty() ? QString() : hint + QLatin1Char('\n')) + DefaultTip(standard ? tr("on") : tr("off"));
     case Qt::FontRole:
-        return on != standard ? MarkedFont() : QVariant();
+        return differs ? MarkedFont() : QVariant();
     default:
         return {};
     }
 }
 
 bool FlagListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-    if (role != Qt::CheckStateRole || !HasThing() || !checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (role != Qt::CheckStateRole || Things().empty() || !checkIndex(index, CheckIndexOption::IndexIsValid))
         return false;
     const int bit = index.row();
-    const std::int32_t bits = context_.program.patch.current.things[static_cast<std::size_t>(thing_)].bits;
     const bool on = value.value<Qt::CheckState>() == Qt::Checked;
-    StoreBits(on ? SetFlag(bits, bit) : RemoveFlag(bits, bit),
-              "flag " + context_.program.engine.flagNames[static_cast<std::size_t>(bit)] + " of ");
+    StoreBits("flag " + context_.program.engine.flagNames[static_cast<std::size_t>(bit)] + " of ",
+              [this, bit, on](std::size_t thing) {
+                  const std::int32_t bits = context_.program.patch.current.things[thing].bits;
+                  return on ? SetFlag(bits, bit) : RemoveFlag(bits, bit);
+              });
     return true;
 }
 
 Qt::ItemFlags FlagListModel::flags(const QModelIndex& index) const {
-    if (!index.isValid() || !HasThing())
+    if (!index.isValid() || Things().empty())
         return Qt::NoItemFlags;
     return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemNeverHasChildren;
 }
 
-bool FlagListModel::HasThing() const {
-    return thing_ >= 0 && static_cast<std::size_t>(thing_) < context_.program.patch.current.things.size();
-}
-
 void FlagListModel::Restore() {
-    if (HasThing())
-        StoreBits(context_.program.patch.defaults.things[static_cast<std::size_t>(thing_)].bits, "restore flags of ");
+    if (!Things().empty())
+        StoreBits("restore flags of ",
+                  [this](std::size_t thing) { return context_.program.patch.defaults.things[thing].bits; });
 }
 
-/// The speed of a projectile is fixed point: it keeps its meaning when a thing becomes one or stops being one.
-void FlagListModel::StoreBits(std::int32_t bits, const std::string& stepName) {
-    const ThingRecord& record = context_.program.patch.current.things[static_cast<std::size_t>(thing_)];
-    const bool wasProjectile = GetFlag(record.bits, projectileBit);
-    const bool isProjectile = GetFlag(bits, projectileBit);
-    std::int32_t speed = record.speed;
-    if (isProjectile && !wasProjectile)
-        speed = static_cast<std::int32_t>(static_cast<std::uint32_t>(speed) << fixedBits);
-    else if (wasProjectile && !isProjectile)
-        speed = RoundToInt32(speed / double{1 << fixedBits});
-    context_.edits.StoreGroup({{{RecordKind::Thing, thing_, RowOf(&ThingRecord::bits)}, bits},
-                               {{RecordKind::Thing, thing_, RowOf(&ThingRecord::speed)}, speed}},
-                              stepName + context_.edits.RecordName(RecordKind::Thing, thing_));
+/// One step that gives each thing the bits `bitsOf(thing)`; its speed keeps its meaning.
+template <class BitsOf> void FlagListModel::StoreBits(const std::string& stepName, BitsOf bitsOf) {
+    std::vector<Assignment> values;
+    for (const std::int32_t thing : Things()) {
+        const auto place = static_cast<std::size_t>(thing);
+        const std::int32_t bits = bitsOf(place);
+        values.push_back({{RecordKind::Thing, thing, RowOf(&ThingRecord::bits)}, bits});
+        values.push_back({{RecordKind::Thing, thing, RowOf(&ThingRecord::speed)},
+                          SpeedUnder(bits, context_.program.patch.current.things[place])});
+    }
+    context_.edits.StoreGroup(values, stepName + context_.edits.RecordsName(RecordKind::Thing, Things(), "things"));
 }
 
 } // namespace plinket3

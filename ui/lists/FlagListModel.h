@@ -1,25 +1,26 @@
 #pragma once
 
 #include "ui/EditorContext.h"
+#include "ui/fields/RecordSelection.h"
 
 #include <QAbstractListModel>
 
 namespace plinket3 {
 
-/// The flags of one thing, as the engine configuration names them by bit, each one checkable. Flags that differ from
-/// the engine's own are bold, and their tooltips say so.
+/// The flags of the selected things, as the engine configuration names them by bit, each one checkable; partly checked
+/// where the things differ. Flags of a single thing that differ from the engine's own are bold, and their tooltips say
+/// so.
 class FlagListModel : public QAbstractListModel {
     Q_OBJECT
 public:
-    explicit FlagListModel(const EditorContext& context) : context_(context) {}
+    /// `things` are those whose flags are shown and stored; it must outlive the model.
+    FlagListModel(const EditorContext& context, const RecordSelection& things) : context_(context), things_(things) {}
 
     /// The engine may have other flags now.
     void Reload();
-    /// The thing whose flags are shown and stored; -1 for none.
-    void ShowThing(int thing);
-    /// The shown thing has other flags now.
+    /// Others are selected, or they have other flags now.
     void FlagsChanged();
-    /// Gives the shown thing the engine's own flags.
+    /// Gives the things the engine's own flags.
     void Restore();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -28,11 +29,11 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    bool HasThing() const;
-    void StoreBits(std::int32_t bits, const std::string& stepName);
+    const std::vector<std::int32_t>& Things() const { return things_.records; }
+    template <class BitsOf> void StoreBits(const std::string& stepName, BitsOf bitsOf);
 
     EditorContext context_;
-    int thing_ = -1;
+    const RecordSelection& things_;
     int count_ = 0;
 };
 

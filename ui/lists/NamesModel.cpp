@@ -28,7 +28,7 @@ QVariant NamesModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     if (role == Qt::DisplayRole)
-        return ShownText(context_.edits.RecordName(kind_, index.row()));
+        return ShownStart(context_.edits.RecordName(kind_, index.row()));
     if (role != Qt::FontRole && role != Qt::ToolTipRole)
         return {};
     if (!Differs(index.row()))

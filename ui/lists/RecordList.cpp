@@ -16,6 +16,7 @@ RecordList::RecordList(const QString& name, const QString& accessibleName, QAbst
     setObjectName(name);
     setAccessibleName(accessibleName);
     header()->setObjectName(name + QStringLiteral("Header"));
+    filter_.setDynamicSortFilter(false); // a record that is edited stays in the list
     filter_.setFilterRole(RecordTableModel::searchRole);
     filter_.setFilterCaseSensitivity(Qt::CaseInsensitive);
     filter_.setSourceModel(&records);

@@ -16,7 +16,8 @@ public:
     /// `records` is no tree and outlives the list.
     RecordList(const QString& name, const QString& accessibleName, QAbstractItemModel& records);
 
-    /// Shows the records whose RecordTableModel::searchRole holds the text, in upper or lower case.
+    /// Shows the records whose RecordTableModel::searchRole holds the text, in upper or lower case. One that is edited
+    /// stays as it is until the next text.
     void Filter(const QString& text);
     /// The current record when it is selected, else the first selected one.
     std::optional<int> SelectedRecord() const;

@@ -59,7 +59,7 @@ QVariant RecordTableModel::Alignment(int column) const {
 }
 
 bool RecordTableModel::Differs(std::size_t record, int column) const {
-    return record < RecordCount(Defaults()) && Text(Current(), record, column) != Text(Defaults(), record, column);
+    return record < RecordCount(Defaults()) && HasOtherValue(record, column);
 }
 
 } // namespace plinket3

@@ -32,6 +32,10 @@ protected:
     virtual QString HeaderTip(int column) const { return Header(column); }
     /// What a column shows for a record of the set.
     virtual QString Text(const PatchSet& set, std::size_t record, int column) const = 0;
+    /// Whether the record has not the engine's value in this column; asked only for records that the engine has.
+    virtual bool HasOtherValue(std::size_t record, int column) const {
+        return Text(Current(), record, column) != Text(Defaults(), record, column);
+    }
     virtual QString SearchText(std::size_t record) const = 0;
     virtual bool IsNumber(int column) const = 0;
     /// The tooltip of a value that is the engine's.

@@ -24,13 +24,20 @@ QString StringsModel::Text(const PatchSet& set, std::size_t record, int column) 
     if (column == numberColumn)
         return QString::number(record);
     if (column == textColumn)
-        return ShownText(modPatchText::EscapeText(string.text));
+        return ShownStart(modPatchText::EscapeText(std::string_view(string.text).substr(0, longestShown + 1)));
     return context_.program.engine.dialect.keyedTexts ? StringKey(context_.program, record)
                                                       : QString::number(string.length);
 }
 
+/// Of a long text only the start is shown.
+bool StringsModel::HasOtherValue(std::size_t record, int column) const {
+    return column == textColumn ? Current().strings[record].text != Defaults().strings[record].text
+                                : RecordTableModel::HasOtherValue(record, column);
+}
+
 QString StringsModel::SearchText(std::size_t record) const {
-    return Text(Current(), record, textColumn) + '\n' + StringKey(context_.program, record);
+    return ShownText(modPatchText::EscapeText(Current().strings[record].text)) + '\n' +
+           StringKey(context_.program, record);
 }
 
 bool StringsModel::IsNumber(int column) const {

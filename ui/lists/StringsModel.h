@@ -7,7 +7,7 @@ namespace plinket3 {
 /// The key of a string in extended patches; empty in an ordinary patch and for a string without one.
 QString StringKey(const Session& session, std::size_t string);
 
-/// The strings in their order, with their texts in the escaped form.
+/// The strings in their order, with the start of their texts in the escaped form.
 class StringsModel : public RecordTableModel {
     Q_OBJECT
 public:
@@ -21,6 +21,7 @@ protected:
     int Columns() const override { return keyColumn + 1; }
     QString Header(int column) const override;
     QString Text(const PatchSet& set, std::size_t record, int column) const override;
+    bool HasOtherValue(std::size_t record, int column) const override;
     QString SearchText(std::size_t record) const override;
     bool IsNumber(int column) const override;
 };

@@ -6,18 +6,16 @@
 namespace plinket3 {
 
 PickerDialog::PickerDialog(const char* name, const QString& caption, Program& program, QWidget* parent)
-    : QDialog(parent), program_(program), txtFilter_(new QLineEdit), layout_(new QVBoxLayout(this)) {
+    : QDialog(parent), program_(program), txtFilter_(new FilterBox(tr("Find"), tr("Find"))),
+      layout_(new QVBoxLayout(this)) {
     setObjectName(QString::fromLatin1(name));
     setWindowTitle(caption);
-    txtFilter_->setObjectName(QStringLiteral("txtFilter"));
-    txtFilter_->setAccessibleName(tr("Find"));
-    txtFilter_->setPlaceholderText(tr("Find"));
-    txtFilter_->setClearButtonEnabled(true);
     layout_->addWidget(txtFilter_);
 }
 
 void PickerDialog::SetList(QAbstractItemView& list, QWidget* beside) {
     list_ = &list;
+    txtFilter_->LeadTo(list);
     auto* body = new QHBoxLayout;
     body->addWidget(list_, 3);
     if (beside != nullptr)
@@ -38,9 +36,20 @@ void PickerDialog::SetList(QAbstractItemView& list, QWidget* beside) {
     });
     connect(txtFilter_, &QLineEdit::textEdited, this, [this](const QString& text) {
         Narrow(text);
-        if (!list_->currentIndex().isValid())
-            Select(list_->model()->index(0, 0));
+        SelectMatch(text);
     });
+}
+
+/// Leaves the row that is selected, unless only another one has the text in its name.
+void PickerDialog::SelectMatch(const QString& text) {
+    const QModelIndex current = list_->currentIndex();
+    const QModelIndex first = list_->model()->index(0, 0);
+    const QModelIndexList named = list_->model()->match(first, Qt::DisplayRole, text, 1, Qt::MatchContains);
+    const bool isNamed = current.siblingAtColumn(0).data().toString().contains(text, Qt::CaseInsensitive);
+    if (!named.isEmpty() && !isNamed)
+        Select(named.front());
+    else if (!current.isValid())
+        Select(first);
 }
 
 void PickerDialog::Prepare() {

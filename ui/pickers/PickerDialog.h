@@ -1,10 +1,10 @@
 #pragma once
 
 #include "patch/Program.h"
+#include "ui/lists/FilterBox.h"
 
 #include <QAbstractItemView>
 #include <QDialog>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -40,8 +40,10 @@ protected:
     Program& program_;
 
 private:
+    void SelectMatch(const QString& text);
+
     QAbstractItemView* list_ = nullptr;
-    QLineEdit* txtFilter_;
+    FilterBox* txtFilter_;
     QPushButton* cmdAccept_ = nullptr;
     QVBoxLayout* layout_;
     bool upToDate_ = false;

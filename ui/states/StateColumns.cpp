@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
 
 namespace plinket3 {
@@ -101,6 +102,10 @@ QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, 
     default:
         return QString::number(StateColumnValue(set, state, column));
     }
+}
+
+bool AnyEditable(const RecordSelection& states) {
+    return std::any_of(states.records.begin(), states.records.end(), [](std::int32_t state) { return state != 0; });
 }
 
 void StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,

@@ -2,6 +2,7 @@
 
 #include "patch/Edits.h"
 #include "patch/Program.h"
+#include "ui/fields/RecordSelection.h"
 
 #include <QString>
 
@@ -40,6 +41,9 @@ int StateColumnField(StateColumn column);
 std::int32_t StateColumnValue(const PatchSet& set, std::int32_t state, StateColumn column);
 /// What a list shows. Empty for an action that the engine's configuration does not name.
 QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state, StateColumn column);
+
+/// State 0 stands for "no state" and is never changed.
+bool AnyEditable(const RecordSelection& states);
 
 struct StateColumnAssignment {
     StateColumn column = StateColumn::Sprite;

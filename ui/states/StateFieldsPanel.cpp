@@ -56,7 +56,7 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
 
     connect(chkLit_, &QCheckBox::clicked, this, &StateFieldsPanel::StoreLit);
     connect(lblNextState_, &LinkLabel::Clicked, this, [this] {
-        if (const auto next = txtNextState_->Shown())
+        if (const auto next = txtNextState_->Typed())
             context_.links.SelectSingleState(*next, -1, -1);
     });
     connect(cmdRestore_, &QPushButton::clicked, this, &StateFieldsPanel::Restore);
@@ -140,15 +140,15 @@ void StateFieldsPanel::Fill() {
     cmbActions_->Fill();
 }
 
-void StateFieldsPanel::ShowSelection(StateSelection selection) {
+void StateFieldsPanel::ShowSelection(RecordSelection selection) {
     selection_ = std::move(selection);
     for (StateFieldBox* box : boxes_)
         box->ShowSelection();
     chkLit_->setCheckState(Qt::PartiallyChecked);
     for (QWidget* control : {static_cast<QWidget*>(chkLit_), static_cast<QWidget*>(cmdSpriteBrowse_),
                              static_cast<QWidget*>(cmdNextStateBrowse_)})
-        control->setEnabled(selection_.Editable());
-    cmdRestore_->setEnabled(!selection_.states.empty());
+        control->setEnabled(AnyEditable(selection_));
+    cmdRestore_->setEnabled(!selection_.records.empty());
     ShowTitle();
     ShowAction();
     Update();
@@ -165,9 +165,9 @@ void StateFieldsPanel::Update() {
 }
 
 void StateFieldsPanel::ShowTitle() {
-    setTitle(selection_.states.empty() ? tr("No state selected")
-             : selection_.Several()    ? tr("%n states", nullptr, static_cast<int>(selection_.states.size()))
-                                       : tr("State %1").arg(selection_.current));
+    setTitle(selection_.records.empty() ? tr("No state selected")
+             : selection_.Several()     ? tr("%n states", nullptr, static_cast<int>(selection_.records.size()))
+                                        : tr("State %1").arg(selection_.current));
 }
 
 /// Of several states the box goes on showing what the user has set for all of them.
@@ -176,14 +176,14 @@ void StateFieldsPanel::ShowLit() {
     const auto lit = [&patch](const PatchSet& set, std::int32_t state) {
         return StateColumnValue(set, state, StateColumn::Lit) != 0 ? Qt::Checked : Qt::Unchecked;
     };
-    const bool one = selection_.states.size() == 1;
+    const bool one = selection_.records.size() == 1;
     if (one)
         chkLit_->setCheckState(lit(patch.current, selection_.current));
-    else if (!std::all_of(selection_.states.begin(), selection_.states.end(), [&](std::int32_t state) {
+    else if (!std::all_of(selection_.records.begin(), selection_.records.end(), [&](std::int32_t state) {
                  return state == 0 || lit(patch.current, state) == chkLit_->checkState();
              }))
         chkLit_->setCheckState(Qt::PartiallyChecked);
-    if (selection_.states.empty())
+    if (selection_.records.empty())
         chkLit_->setCheckState(Qt::Unchecked);
     chkLit_->setTristate(chkLit_->checkState() == Qt::PartiallyChecked);
     const Qt::CheckState standard = one ? lit(patch.defaults, selection_.current) : chkLit_->checkState();
@@ -193,16 +193,16 @@ void StateFieldsPanel::ShowLit() {
 
 void StateFieldsPanel::ShowSpriteAndNextState() {
     const PatchSet& current = context_.program.patch.current;
-    const auto sprite = txtSprite_->Shown();
+    const auto sprite = txtSprite_->Typed();
     lblSpriteName_->setText(sprite ? ShownText(current.SpriteName(*sprite)) : QString());
-    const auto next = txtNextState_->Shown();
+    const auto next = txtNextState_->Typed();
     lblNextState_->setText(next ? StateLabelText(current, *next) : QString());
 }
 
 /// In a patch that is not extended only states to which the engine itself gives an action may have one.
 bool StateFieldsPanel::ActionsMayBeSet() const {
     const Session& session = context_.program;
-    return std::any_of(selection_.states.begin(), selection_.states.end(), [&session](std::int32_t state) {
+    return std::any_of(selection_.records.begin(), selection_.records.end(), [&session](std::int32_t state) {
         return state != 0 && (session.engine.dialect.namedCodePointers ||
                               session.patch.current.states[static_cast<std::size_t>(state)].action != 0);
     });
@@ -210,7 +210,7 @@ bool StateFieldsPanel::ActionsMayBeSet() const {
 
 void StateFieldsPanel::ShowAction() {
     const PatchData& patch = context_.program.patch;
-    const bool one = selection_.states.size() == 1;
+    const bool one = selection_.records.size() == 1;
     std::optional<std::int32_t> value;
     if (one)
         value = StateColumnValue(patch.current, selection_.current, StateColumn::Action);
@@ -226,13 +226,13 @@ void StateFieldsPanel::ShowAction() {
 
 void StateFieldsPanel::ShowUsers() {
     lblUsedBy_->setToolTip({});
-    if (selection_.states.size() != 1)
+    if (selection_.records.size() != 1)
         return lblUsedBy_->clear();
     if (selection_.current == 0)
         return lblUsedBy_->setText(tr("State 0 stands for \"no state\" and cannot be edited."));
     QStringList users;
     for (const std::string& user : UsersOfState(context_.program.patch.current, selection_.current))
-        users.append(ShownText(user));
+        users.append(ShownStart(user));
     const auto count = static_cast<std::size_t>(users.size());
     QString text = users.isEmpty() ? tr("no thing or weapon directly") : users.join(QStringLiteral(", "));
     if (count > usersShown) {
@@ -247,7 +247,7 @@ void StateFieldsPanel::StoreLit() {
     if (chkLit_->checkState() == Qt::PartiallyChecked) // a click leads away from "leave as is", never back to it
         chkLit_->setCheckState(Qt::Checked);
     const StateColumnAssignment lit{StateColumn::Lit, chkLit_->checkState() == Qt::Checked ? litBit : 0};
-    StoreInStates(context_.edits, context_.program, selection_.states, {&lit, 1});
+    StoreInStates(context_.edits, context_.program, selection_.records, {&lit, 1});
     Update();
 }
 
@@ -270,7 +270,7 @@ void StateFieldsPanel::RefuseUnknownAction() {
 
 void StateFieldsPanel::StoreAction(std::int32_t value) {
     const StateColumnAssignment action{StateColumn::Action, value};
-    StoreInStates(context_.edits, context_.program, selection_.states, {&action, 1});
+    StoreInStates(context_.edits, context_.program, selection_.records, {&action, 1});
     if (selection_.Several())
         cmbActions_->ShowAction(value);
     else
@@ -278,7 +278,7 @@ void StateFieldsPanel::StoreAction(std::int32_t value) {
 }
 
 void StateFieldsPanel::BrowseSprite() {
-    if (!selection_.Editable())
+    if (!AnyEditable(selection_))
         return;
     const StateRecord& record = context_.program.patch.current.states[static_cast<std::size_t>(selection_.current)];
     const auto chosen = context_.links.PickSprite({record.sprite, record.subnumber});
@@ -286,18 +286,18 @@ void StateFieldsPanel::BrowseSprite() {
         return;
     const std::array<StateColumnAssignment, 2> picture{
         {{StateColumn::Sprite, chosen->sprite}, {StateColumn::Frame, chosen->frame & ~litBit}}};
-    StoreInStates(context_.edits, context_.program, selection_.states, picture);
+    StoreInStates(context_.edits, context_.program, selection_.records, picture);
 }
 
 void StateFieldsPanel::BrowseNextState() {
-    if (!selection_.Editable())
+    if (!AnyEditable(selection_))
         return;
     const PatchSet& current = context_.program.patch.current;
     const auto chosen = context_.links.PickState(StateColumnValue(current, selection_.current, StateColumn::NextState));
     if (!chosen)
         return;
     const StateColumnAssignment next{StateColumn::NextState, *chosen};
-    StoreInStates(context_.edits, context_.program, selection_.states, {&next, 1});
+    StoreInStates(context_.edits, context_.program, selection_.records, {&next, 1});
 }
 
 void StateFieldsPanel::BrowseAction() {
@@ -311,8 +311,8 @@ void StateFieldsPanel::BrowseAction() {
 }
 
 void StateFieldsPanel::Restore() {
-    if (!selection_.states.empty() && context_.program.notifier.Ask(restoreQuestion, Buttons::YesNo) != Answer::No)
-        context_.edits.RestoreRecords(RecordKind::State, selection_.states, "frames");
+    if (!selection_.records.empty() && context_.program.notifier.Ask(restoreQuestion, Buttons::YesNo) != Answer::No)
+        context_.edits.RestoreRecords(RecordKind::State, selection_.records, "frames");
 }
 
 } // namespace plinket3

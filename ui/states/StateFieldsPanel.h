@@ -2,8 +2,8 @@
 
 #include "ui/EditorContext.h"
 #include "ui/fields/ActionBox.h"
+#include "ui/fields/RecordSelection.h"
 #include "ui/states/StateFieldBox.h"
-#include "ui/states/StateSelection.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -25,8 +25,8 @@ public:
 
     /// The engine and the settings are others now.
     void Fill();
-    void ShowSelection(StateSelection selection);
-    const StateSelection& Selection() const { return selection_; }
+    void ShowSelection(RecordSelection selection);
+    const RecordSelection& Selection() const { return selection_; }
     /// Values of states, things or weapons are others now.
     void Update();
 
@@ -53,7 +53,7 @@ private:
     bool ActionsMayBeSet() const;
 
     EditorContext context_;
-    StateSelection selection_;
+    RecordSelection selection_;
     StateFieldBox* txtSprite_;
     StateFieldBox* txtFrame_;
     StateFieldBox* txtDuration_;

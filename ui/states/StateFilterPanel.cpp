@@ -42,7 +42,7 @@ template <class Record> void FillList(QComboBox& list, const std::vector<Record>
     const QSignalBlocker quiet(list);
     list.clear();
     for (const Record& record : records)
-        list.addItem(ShownText(record.name));
+        list.addItem(ShownStart(record.name));
 }
 
 } // namespace
@@ -50,11 +50,9 @@ template <class Record> void FillList(QComboBox& list, const std::vector<Record>
 StateFilterPanel::StateFilterPanel(const Session& session)
     : session_(session), modes_(new QButtonGroup(this)),
       cmbFilterThings_(NewList(QStringLiteral("cmbFilterThings"), tr("Thing"))),
-      cmbFilterWeapons_(NewList(QStringLiteral("cmbFilterWeapons"), tr("Weapon"))), txtFilter_(new QLineEdit) {
-    txtFilter_->setObjectName(QStringLiteral("txtFilter"));
-    txtFilter_->setAccessibleName(tr("Find states"));
-    txtFilter_->setPlaceholderText(tr("Number, sprite or action"));
-    txtFilter_->setClearButtonEnabled(true);
+      cmbFilterWeapons_(NewList(QStringLiteral("cmbFilterWeapons"), tr("Weapon"))),
+      txtFilter_(new FilterBox(tr("Find states"), tr("Number, sprite or action"))) {
+    txtFilter_->EnterLeads();
 
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins({});
@@ -119,7 +117,7 @@ void StateFilterPanel::ClearText() {
 QString StateFilterPanel::ReplaceThing(int entry, const QString& text) {
     const QString before = cmbFilterThings_->itemText(entry);
     if (entry >= 0 && entry < cmbFilterThings_->count())
-        cmbFilterThings_->setItemText(entry, text);
+        cmbFilterThings_->setItemText(entry, ShownStart(StoredText(text)));
     return before;
 }
 

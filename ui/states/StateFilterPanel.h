@@ -1,10 +1,10 @@
 #pragma once
 
 #include "patch/Program.h"
+#include "ui/lists/FilterBox.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
-#include <QLineEdit>
 #include <QWidget>
 
 #include <cstdint>
@@ -21,6 +21,8 @@ class StateFilterPanel : public QWidget {
 public:
     explicit StateFilterPanel(const Session& session);
 
+    /// The list that is narrowed down, to which the keyboard leads from the text.
+    void LeadTo(QAbstractItemView& list) { txtFilter_->LeadTo(list); }
     /// Lists the things and weapons of the patch, which is another one, and goes back to all states. Emits nothing.
     void Fill();
     void setFilterMode(StateFilterMode mode);
@@ -45,7 +47,7 @@ private:
     QButtonGroup* modes_;
     QComboBox* cmbFilterThings_;
     QComboBox* cmbFilterWeapons_;
-    QLineEdit* txtFilter_;
+    FilterBox* txtFilter_;
 };
 
 } // namespace plinket3

@@ -1,0 +1,63 @@
+#include "ui/fields/SelectionBox.h"
+
+#include "ui/fields/Marking.h"
+
+#include <QFocusEvent>
+
+#include <algorithm>
+
+namespace plinket3 {
+
+SelectionBox::SelectionBox(const QString& name, const QString& accessibleName, const RecordSelection& selection,
+                           const EditorContext& context)
+    : FieldBox(name, accessibleName, context), selection_(selection) {}
+
+void SelectionBox::ShowSelection() {
+    setEnabled(Editable());
+    const QString leave = tr("leave as is");
+    const bool hasRoom = maximumWidth() >= WidthForDigits(*this, static_cast<int>(leave.size()));
+    setPlaceholderText(!selection_.Several() ? QString() : hasRoom ? leave : tr("as is"));
+    setText({}); // not `clear`, which counts as typing
+    ShowNumber();
+}
+
+void SelectionBox::Update() {
+    const bool typing = hasFocus() && isModified();
+    if (!TextHolds() || (!typing && !KeepsText()))
+        setText({});
+    ShowNumber();
+}
+
+void SelectionBox::ShowNumber() {
+    if (text().isEmpty() && !isModified() && !selection_.records.empty())
+        setText(selection_.Several() ? CommonText() : TextOf(selection_.current));
+    Mark();
+    emit Shown();
+}
+
+void SelectionBox::Mark() {
+    if (selection_.records.size() == 1)
+        MarkDifference(*this, Differs(selection_.current), DefaultTextOf(selection_.current));
+    else
+        MarkDifference(*this, false, {});
+}
+
+void SelectionBox::AddRestore(QMenu& menu) {
+    if (selection_.records.empty())
+        return;
+    const std::vector<std::int32_t>& records = selection_.records;
+    AddRestoreEntry(
+        menu,
+        selection_.Several() ? tr("Restore %n defaults", nullptr, static_cast<int>(records.size()))
+                             : tr("Restore default (%1)").arg(DefaultTextOf(selection_.current)),
+        std::any_of(records.begin(), records.end(), [this](std::int32_t record) { return Differs(record); }),
+        [this] { Restore(); });
+}
+
+void SelectionBox::focusOutEvent(QFocusEvent* event) {
+    FieldBox::focusOutEvent(event);
+    if (event->reason() != Qt::PopupFocusReason)
+        Update(); // what was typed with a fraction, or not as a number, now stands as it was stored
+}
+
+} // namespace plinket3

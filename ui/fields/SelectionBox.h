@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/fields/FieldBox.h"
+#include "ui/fields/RecordSelection.h"
+
+namespace plinket3 {
+
+/// A box for one number of the selected records: shows it, stores what the user types in all of them (a run of typing
+/// is one step), and marks the number of a single record that is not the engine's. Of several records whose numbers
+/// differ it shows nothing, and while it is empty it changes none of them.
+class SelectionBox : public FieldBox {
+    Q_OBJECT
+public:
+    /// `selection` must outlive the box.
+    SelectionBox(const QString& name, const QString& accessibleName, const RecordSelection& selection,
+                 const EditorContext& context);
+
+    /// Shows the selection, which is another one. Stores nothing.
+    void ShowSelection();
+    /// Shows the selection's number, unless the user is typing and the text reads as it.
+    void Update();
+
+signals:
+    /// The number was shown or stored anew.
+    void Shown();
+
+protected:
+    /// Whether the user may change the number.
+    virtual bool Editable() const { return !selection_.records.empty(); }
+    /// The record's number and the engine's own as they stand in the box.
+    virtual QString TextOf(std::int32_t record) const = 0;
+    virtual QString DefaultTextOf(std::int32_t record) const = 0;
+    /// What stands in the box of several records as long as the user types nothing.
+    virtual QString CommonText() const = 0;
+    /// Whether what the user typed, and what it was read as, may go on standing in the box.
+    virtual bool TextHolds() const = 0;
+    /// Whether a text that holds stays when the user goes elsewhere.
+    virtual bool KeepsText() const { return false; }
+    virtual void Restore() = 0;
+
+    bool Differs(std::int32_t record) const { return TextOf(record) != DefaultTextOf(record); }
+    void Mark();
+
+    void AddRestore(QMenu& menu) final;
+    void focusOutEvent(QFocusEvent* event) override;
+
+    const RecordSelection& selection_;
+
+private:
+    void ShowNumber();
+};
+
+} // namespace plinket3
