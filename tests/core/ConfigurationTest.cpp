@@ -52,12 +52,10 @@ INSTANTIATE_TEST_SUITE_P(
         ReadRow{"NumberRunsToTheSemicolon", "k { a = 1 } b = 2; c = 3;", "k:[a:1d, c:3d]"},
         ReadRow{"PlusIsSkippedAndWordsAreNoNumbers", "a=+5; b=xyz7; c=true;", "a:5d, b:7d, c:0d"},
         ReadRow{"BlanksInKeysAreDropped", " my\n k e\ty = 1;", "mykey:1d"},
-        ReadRow{"KeysAreCaseSensitive", "a;A;", "a:0d, A:0d"},
         ReadRow{"LineComment", "a=1; // b=2;\nc=3;", "a:1d, c:3d"},
         ReadRow{"CommentMarkSplitByReturn", "a=1; /\r/ b=2;\nc=3;", "a:1d, c:3d"},
         ReadRow{"BlockComment", "/* a=1; */ b=2; /*/ c=3; */ d;", "b:2d, d:0d"},
-        ReadRow{"OpenCommentsEndTheText", "a; /* b; ", "a:0d"},
-        ReadRow{"OpenLineCommentEndsTheText", "a; // b; ", "a:0d"}, ReadRow{"LoneSlashIsDropped", "a/b=1; c/", "ab:1d"},
+        ReadRow{"OpenCommentsEndTheText", "a; /* b; ", "a:0d"}, ReadRow{"LoneSlashIsDropped", "a/b=1; c/", "ab:1d"},
         ReadRow{"Escapes", R"(a="\"\\\n\t\r\x\065";)", "a:'\"\\\n\t\rxA'"},
         ReadRow{"CodesTakeThreeCharactersAsANumber", R"(a="\1e2\1.5\999";)", "a:'d\x02\xff'"},
         ReadRow{"TabsAndReturnsInStringsAreDeleted", "a=\"x\ty\r\nz\";", "a:'xy\nz'"},
@@ -135,29 +133,6 @@ TEST(Configuration, WritesIndentedTextWithEmptyLines) {
                                                         "\n"
                                                         "flag = 0;\n"
                                                         "single = 0.1;\n");
-}
-
-TEST(Configuration, WritesCompactText) {
-    EXPECT_EQ(Sample().OutputConfiguration("\r\n", false),
-              "a=1;\r\nk\r\n{\r\ntext=\"\\\\ \\n\\r\\t\\\";\";\r\ninner\r\n{\r\nreal=0.25;\r\n}\r\n}\r\n"
-              "flag=0;\r\nsingle=0.1;\r\n");
-    EXPECT_EQ(clsConfiguration().OutputConfiguration("\r\n", true), "");
-}
-
-TEST(Configuration, WrittenTextReadsBack) {
-    const std::string expected = "a:1d, k:[text:'\\ \n\r\t\";', inner:[real:0.25f]], flag:0d, single:0.1f";
-    for (const bool whiteSpace : {true, false})
-        EXPECT_EQ(ShapeOf(Sample().OutputConfiguration("\r\n", whiteSpace)), expected);
-}
-
-TEST(Configuration, SavesAndLoadsAFile) {
-    const test::TemporaryFolder folder;
-    ASSERT_TRUE(Sample().SaveConfiguration(folder / "a.cfg", "\r\n", false));
-    clsConfiguration read;
-    ASSERT_TRUE(read.LoadConfiguration(folder / "a.cfg"));
-    EXPECT_EQ(read.OutputConfiguration("\r\n", false), Sample().OutputConfiguration("\r\n", false));
-    read.NewConfiguration();
-    EXPECT_EQ(read.Root(true)->Count(), 0U);
 }
 
 TEST(Configuration, ReadSettingCopiesStructuresUnlessByReference) {

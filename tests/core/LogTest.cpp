@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 namespace plinket3 {
 namespace {
 
@@ -12,12 +14,7 @@ using test::WriteFile;
 
 std::tm Afternoon() {
     std::tm time{};
-    time.tm_year = 126;
-    time.tm_mon = 1;
-    time.tm_mday = 3;
-    time.tm_hour = 14;
-    time.tm_min = 5;
-    time.tm_sec = 9;
+    strptime("2026-02-03 14:05:09", "%Y-%m-%d %H:%M:%S", &time);
     return time;
 }
 
@@ -33,26 +30,18 @@ protected:
     clsLog log_{Afternoon};
 };
 
-TEST_F(LogTest, StartsAfreshUnlessAppending) {
+TEST_F(LogTest, StartsAfreshUnlessAppendingAndHasEveryLineOnDiskAtOnce) {
     WriteFile(folder_ / "a.log", "old\r\n");
     ASSERT_TRUE(log_.StartLog(folder_ / "a.log", true));
     EXPECT_EQ(ReadFile(folder_ / "a.log"), "old\r\n" + banner);
     ASSERT_TRUE(log_.StartLog(folder_ / "a.log", false));
-    EXPECT_EQ(ReadFile(folder_ / "a.log"), banner);
-}
-
-TEST_F(LogTest, EveryLineIsOnDiskAtOnce) {
-    ASSERT_TRUE(log_.StartLog(folder_ / "a.log", false));
     log_.Add("Ready.");
     log_.Add("");
-    EXPECT_EQ(ReadFile(folder_ / "a.log"), banner + "[14:05:09]  Ready.\r\n[14:05:09]  \r\n");
-}
-
-TEST_F(LogTest, ASecondStartClosesTheFirstFile) {
-    ASSERT_TRUE(log_.StartLog(folder_ / "a.log", false));
-    ASSERT_TRUE(log_.StartLog(folder_ / "b.log", false));
+    const std::string lines = banner + "[14:05:09]  Ready.\r\n[14:05:09]  \r\n";
+    EXPECT_EQ(ReadFile(folder_ / "a.log"), lines);
+    ASSERT_TRUE(log_.StartLog(folder_ / "b.log", false)); // closes the first file
     log_.Add("x");
-    EXPECT_EQ(ReadFile(folder_ / "a.log"), banner);
+    EXPECT_EQ(ReadFile(folder_ / "a.log"), lines);
     EXPECT_EQ(log_.FileName(), folder_ / "b.log");
 }
 

@@ -1,40 +1,147 @@
-#include "patch/modPatchFiles.h"
-
 #include "core/Text.h"
+#include "patch/modPatchCheck.h"
+#include "patch/modPatchDiff.h"
 #include "tests/support/SmallEngine.h"
 #include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <sstream>
 #include <vector>
 
 namespace plinket3::test {
 namespace {
 
-/// Each folder of tests/data/patch/ is a case: what becomes of `in.deh` when it is read for the engine of `engine.cfg`,
-/// with the small engine's own data, and saved. Lines of `expected.deh` end with a line feed, saved ones with CR LF.
-std::vector<std::filesystem::path> Cases() {
-    std::vector<std::filesystem::path> folders;
-    for (const auto& entry : std::filesystem::directory_iterator(CASES_FOLDER))
-        folders.push_back(entry.path());
-    return folders;
+const std::filesystem::path cases = CASES_FOLDER;
+
+/// A case of normal.txt, extended.txt or both.txt, which say for which small engine it is. "=== NAME" begins a patch
+/// behind its first line and its versions, "=== NAME (whole)" one that has only what stands there. What is to come of
+/// it follows in sections, which are left out when they are empty:
+///     --- fails    why and in which line it cannot be read; then nothing else
+///     --- means    what it changes, as modPatchDiff tells it
+///     --- saved    what a save writes behind the header, not in both.txt
+///     --- check    what modPatchCheck finds
+/// "%0D" is the byte of that code; "%" at the end of a line takes the line feed away.
+struct PatchText {
+    std::string name, patch, told;
+    bool normal = true, extended = true;
+    friend void PrintTo(const PatchText& text, std::ostream* out) { *out << text.name; }
+};
+
+std::string Encoded(std::string_view bytes) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(bytes[at]);
+        const bool blankAtEnd = byte == ' ' && (at + 1 == bytes.size() || bytes[at + 1] == '\n');
+        if (byte == '\n' || (byte >= ' ' && byte < 0x7f && byte != '%' && !blankAtEnd))
+            text += bytes[at];
+        else
+            text.append({'%', digits[byte >> 4U], digits[byte & 15U]});
+    }
+    return text.empty() || text.ends_with('\n') ? text : text + "%\n";
 }
 
-class PatchCase : public testing::TestWithParam<std::filesystem::path> {};
-INSTANTIATE_TEST_SUITE_P(Folder, PatchCase, testing::ValuesIn(Cases()),
-                         [](const auto& folder) { return folder.param.filename().string(); });
+std::string Decoded(std::string_view text) {
+    std::string bytes;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '%') {
+            bytes += text[at];
+        } else if (text[++at] != '\n') {
+            bytes += static_cast<char>(std::stoi(std::string(text.substr(at, 2)), nullptr, 16));
+            ++at;
+        }
+    }
+    return bytes;
+}
 
-TEST_P(PatchCase, IsSavedAsExpected) {
-    EngineConfiguration engine;
-    const Status loaded = modConfig::LoadEngine(GetParam() / "engine.cfg", engine);
-    ASSERT_TRUE(loaded) << loaded.Reason();
+std::vector<PatchText> PatchTexts() {
+    std::vector<PatchText> texts;
+    for (const char* file : {"normal", "extended", "both"}) {
+        std::istringstream lines(ReadFile(cases / (std::string(file) + ".txt")));
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("=== ")) {
+                const std::string name = line.substr(4, line.find(" (whole)") - 4);
+                const char* start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
+                texts.push_back({name, line.ends_with(" (whole)") ? "" : start, "", *file != 'e', *file != 'n'});
+            } else if (PatchText& last = texts.back(); line.starts_with("--- ") || !last.told.empty()) {
+                last.told += line + "\n";
+            } else {
+                last.patch += line + "\n";
+            }
+        }
+    }
+    return texts;
+}
+
+/// What comes of a patch, as the files tell it.
+std::string Told(std::string_view bytes, bool extended, bool both) {
+    std::string told;
+    const auto section = [&told](const char* name, std::string_view text) {
+        if (!text.empty())
+            told += std::string("--- ") + name + "\n" + Encoded(text);
+    };
+    const EngineConfiguration engine = SmallEngine(extended);
     PatchData patch = SmallPatch(engine);
-    patch.iwadPath.clear();
-    const auto read = modPatchFiles::ParsePatch(ReadFile(GetParam() / "in.deh"), engine, patch.defaults, patch.current);
-    ASSERT_TRUE(read.status) << read.status.Reason();
-    EXPECT_EQ(ReplaceAll(modPatchFiles::FormatPatch(patch, engine), "\r\n", "\n"),
-              ReadFile(GetParam() / "expected.deh"));
+    const std::string header = modPatchFiles::FormatPatch(patch, SmallEngine(false));
+    const auto read = modPatchFiles::ParsePatch(bytes, engine, patch.defaults, patch.current);
+    const auto check = modPatchCheck::CheckPatch(bytes, engine, patch.defaults);
+    if (!read.status) {
+        EXPECT_EQ(check.status.Reason(), read.status.Reason());
+        EXPECT_TRUE(check.findings.empty());
+        EXPECT_EQ(static_cast<std::ptrdiff_t>(check.failedLine),
+                  1 + std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(read.offset), '\n'));
+        section("fails", std::to_string(check.failedLine) + ": " + read.status.Reason() + "\n");
+        return told;
+    }
+    std::string means = read.unsupported ? "unsupported\n" : "", findings;
+    for (const std::string& line : modPatchDiff::Differences(patch.defaults, patch.current, engine))
+        means += line + "\n";
+    for (const modPatchCheck::Finding& finding : check.findings)
+        findings += std::to_string(finding.line) + ": " + finding.text + "\n";
+    section("means", means);
+    if (!both)
+        section("saved", ReplaceAll(modPatchFiles::FormatPatch(patch, engine).substr(header.size()), "\r\n", "\n"));
+    section("check", findings);
+    return told;
+}
+
+class PatchCase : public testing::TestWithParam<PatchText> {};
+INSTANTIATE_TEST_SUITE_P(Of, PatchCase, testing::ValuesIn(PatchTexts()),
+                         [](const auto& text) { return text.param.name; });
+
+TEST_P(PatchCase, IsReadSavedAndCheckedAsTold) {
+    const PatchText& text = GetParam();
+    for (const bool extended : {false, true}) {
+        if (extended ? text.extended : text.normal) {
+            EXPECT_EQ(Told(Decoded(text.patch), extended, text.normal && text.extended), text.told);
+        }
+    }
+}
+
+/// Each folder of tests/data/patch/ is a case, too: what becomes of `in.deh` when it is read for the engine of
+/// `engine.cfg`, with the small engine's own data, and saved. Lines of `expected.deh` end with a line feed.
+TEST(PatchFolders, AreSavedAsExpected) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(cases)) {
+        if (!entry.is_directory())
+            continue;
+        SCOPED_TRACE(entry.path().filename().string());
+        ++count;
+        EngineConfiguration engine;
+        const Status loaded = modConfig::LoadEngine(entry.path() / "engine.cfg", engine);
+        ASSERT_TRUE(loaded) << loaded.Reason();
+        PatchData patch = SmallPatch(engine);
+        patch.iwadPath.clear();
+        const auto read =
+            modPatchFiles::ParsePatch(ReadFile(entry.path() / "in.deh"), engine, patch.defaults, patch.current);
+        ASSERT_TRUE(read.status) << read.status.Reason();
+        EXPECT_EQ(ReplaceAll(modPatchFiles::FormatPatch(patch, engine), "\r\n", "\n"),
+                  ReadFile(entry.path() / "expected.deh"));
+    }
+    EXPECT_EQ(count, 2);
 }
 
 } // namespace

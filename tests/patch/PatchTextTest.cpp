@@ -7,12 +7,6 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(PatchText, EscapesEachControlCharacterOnce) {
-    EXPECT_EQ(EscapeText("a\\b\nc\rd\te\"f"), R"(a\\b\nc\rd\te\"f)");
-    EXPECT_EQ(EscapeText("a\0\xff"s), "a\0\xff"s);
-    EXPECT_EQ(UnescapeText(R"(a\\b\nc\rd\te\"f\x)"), "a\\b\nc\rd\te\"f\\x");
-}
-
 TEST(PatchText, UnescapesABackslashBeforeTheLetterNAsALineFeed) {
     EXPECT_EQ(EscapeText("C:\\new"), R"(C:\\new)");
     EXPECT_EQ(UnescapeText(R"(C:\\new)"), "C:\new");
@@ -71,18 +65,6 @@ TEST(PatchText, WritesBitsByNameOrAsUnsignedNumbers) {
     EXPECT_EQ(FormatBits(0, false, names), "0");
     EXPECT_EQ(FormatBits(5, false, names), "5");
     EXPECT_EQ(FormatBits(-1, false, names), "4294967295");
-}
-
-TEST(PatchText, NamesLevelsByEpisodeOrMap) {
-    EXPECT_EQ(LevelName(0, 7), "MAP07");
-    EXPECT_EQ(LevelName(0, 100), "MAP100");
-    EXPECT_EQ(LevelName(3, 9), "E3M9");
-}
-
-TEST(PatchText, RoundsATextsSpaceToWholeWordsWithItsEndMark) {
-    const std::int32_t lengths[][2]{{0, 3}, {3, 3}, {4, 7}, {5, 7}};
-    for (const auto& [length, space] : lengths)
-        EXPECT_EQ(TextSpace(length), space);
 }
 
 } // namespace

@@ -15,32 +15,13 @@ namespace {
 using Lines = std::vector<std::string>;
 using States = std::vector<std::int32_t>;
 
-TEST(PatchDiff, NamesEveryFieldInTheOrderOfAPatch) {
+// How it names fields: tests/data/patch/, by PatchCase.
+TEST(PatchDiff, PassesOverWhatNoPatchHas) {
     const EngineConfiguration engine = SmallEngine(true);
     const PatchSet before = SmallDefaults(engine);
     PatchSet after = before;
-    after.things[2].name = "Demon";
-    after.things[2].hitPoints = 150;
-    after.things[2].bits = 3;
-    after.states[5].duration = -1;
-    after.states[5].action = 1; // no patch has it
-    after.states[1].codePointer = 2;
-    after.states[2].codePointer = 77;
-    after.sounds[1].value = 64;
-    after.weapons[0].ammoType = 5;
-    after.ammo[1].name = "Shell";
-    after.cheats[0].text = "a\tb";
-    after.misc.bfgCells = 1;
-    after.misc.secondMaxHealth = 1; // no patch has it
-    after.strings[1].text = "x\ny";
-    EXPECT_EQ(modPatchDiff::Differences(before, after, engine),
-              (Lines{"Thing 3 (Imp): Name Imp -> Demon", "Thing 3 (Imp): Hit points 0 -> 150",
-                     "Thing 3 (Imp): Bits 0 -> SPECIAL + SOLID", "Frame 5: Duration 0 -> -1",
-                     "Frame 1: Code pointer Light0 -> Fire", "Frame 2: Code pointer Fire -> 77",
-                     "Sound 2 (pistol): Value 0 -> 64", "Weapon 0 (Fist): Ammo type 0 -> 5",
-                     "Ammo 1 (Shells): Name Shells -> Shell", R"(Cheat: Change music "idmus" -> "a\tb")",
-                     "Misc: BFG Cells/Shot 40 -> 1", R"(String E1TEXT: "one\ntwo" -> "x\ny")"}));
-    EXPECT_TRUE(modPatchDiff::Differences(after, after, engine).empty());
+    after.states[5].action = after.misc.secondMaxHealth = 1;
+    EXPECT_EQ(modPatchDiff::Differences(before, after, engine), Lines());
 }
 
 TEST(PatchDiff, ComparesParsByLevelOfWhichTheLastCounts) {
@@ -68,6 +49,13 @@ TEST(StateUse, FollowsARecordsStatesAndPassesOverNumbersThatAreNone) {
     EXPECT_EQ(StatesOfWeapon(set, 1), States{3});
     EXPECT_EQ(StatesOfThing(set, 3), States());
     EXPECT_EQ(StatesOfWeapon(set, 2), States());
+}
+
+TEST(StateUse, NamesTheUsersOfAStateButNotOfTheOneThatStandsForNone) {
+    PatchSet set = SmallDefaults(SmallEngine(false));
+    set.things[2].injuryState = set.things[2].deathState = set.weapons[1].firingState = 3;
+    EXPECT_EQ(UsersOfState(set, 3), (Lines{"Imp (injury, death)", "Pistol (firing)"}));
+    EXPECT_EQ(UsersOfState(set, 0), Lines()) << "which every record here names";
 }
 
 TEST(StateUse, CountsAStateAsUsedThatOnlyAnUnusedOneLeadsTo) {

@@ -6,7 +6,6 @@
 #include "ui/states/StatePlayer.h"
 #include "ui/states/StateTableModel.h"
 
-#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -64,6 +63,14 @@ protected:
     void Put(std::int32_t state, std::int32_t StateRecord::*member, std::int32_t value) {
         edits.Store({RecordKind::State, state, RowOf(member)}, value);
     }
+    /// Makes states of these durations follow one another.
+    void Follow(const std::vector<std::pair<std::int32_t, std::int32_t>>& states) {
+        for (std::size_t i = 0; i < states.size(); ++i) {
+            Put(states[i].first, &StateRecord::duration, states[i].second);
+            if (i + 1 < states.size())
+                Put(states[i].first, &StateRecord::nextState, states[i + 1].first);
+        }
+    }
     std::vector<std::int32_t> Listed() {
         std::vector<std::int32_t> states;
         for (int row = 0; row < List().model()->rowCount(); ++row)
@@ -87,61 +94,6 @@ protected:
     frmEditStates* window = nullptr;
 };
 
-TEST_F(frmEditStatesTest, TypedNumbersAreLimitedAndStoredAsOneStep) {
-    const auto lastState = static_cast<std::int32_t>(Current().states.size()) - 1;
-    const auto lastSprite = static_cast<std::int32_t>(Current().sprites.size()) - 1;
-    const struct {
-        const char* box;
-        std::int32_t StateRecord::*member;
-        const char* typed;
-        std::int32_t stored;
-        const char* step;
-    } cases[]{
-        {"txtDuration", &StateRecord::duration, "1500", 999, "duration of frame 450"},
-        {"txtDuration", &StateRecord::duration, "-7", -1, "duration of frame 450"},
-        {"txtDuration", &StateRecord::duration, "2.5", 2, "duration of frame 450"},
-        {"txtParameter1", &StateRecord::unknown1, "40000", 32768, "parameter 1 of frame 450"},
-        {"txtParameter1", &StateRecord::unknown1, "-40000", -32767, "parameter 1 of frame 450"},
-        {"txtParameter2", &StateRecord::unknown2, "40000", 32768, "parameter 2 of frame 450"},
-        {"txtFrame", &StateRecord::subnumber, "40", 31, "sprite frame of frame 450"},
-        {"txtSprite", &StateRecord::sprite, "99999", lastSprite, "sprite of frame 450"},
-        {"txtNextState", &StateRecord::nextState, "99999", lastState, "next frame of frame 450"},
-        {"txtNextState", &StateRecord::nextState, "-5", 0, "next frame of frame 450"},
-    };
-    Select({walking});
-    for (const auto& row : cases) {
-        SCOPED_TRACE(std::string(row.box) + " " + row.typed);
-        Type(Box(row.box), row.typed);
-        EXPECT_EQ(State(walking).*row.member, row.stored);
-        EXPECT_EQ(Box(row.box).text(), QString::number(row.stored));
-        EXPECT_TRUE(Box(row.box).font().bold());
-        EXPECT_EQ(edits.UndoName(), row.step);
-        edits.Undo();
-        EXPECT_EQ(State(walking), Defaults().states[walking]);
-        EXPECT_EQ(Box(row.box).text().toInt(), State(walking).*row.member);
-        EXPECT_FALSE(edits.CanUndo());
-        edits.Redo();
-        EXPECT_EQ(Box(row.box).text(), QString::number(row.stored));
-        edits.Undo();
-        QTest::keyClick(&Box(row.box), Qt::Key_Tab);
-    }
-    EXPECT_FALSE(program.patch.changed);
-}
-
-TEST_F(frmEditStatesTest, SelectingAndFilteringStoresNothing) {
-    Put(attack, &StateRecord::duration, 5000); // the row limits what an editor stores, a patch may hold more
-    program.patch.current.states[attack].duration = 5000;
-    edits.Clear();
-    for (const int state : {attack, litBall, 0, walking})
-        Select({state});
-    Select({1, 2, 3});
-    Click("optFilterUnused");
-    Click("optFilterDisabled");
-    EXPECT_FALSE(edits.CanUndo());
-    EXPECT_FALSE(program.patch.changed);
-    EXPECT_EQ(State(attack).duration, 5000);
-}
-
 TEST_F(frmEditStatesTest, OfSeveralStatesOnlyWhatIsTypedChanges) {
     const PatchSet before = Current();
     Select({walking, 0, pain, attack});
@@ -159,30 +111,21 @@ TEST_F(frmEditStatesTest, OfSeveralStatesOnlyWhatIsTypedChanges) {
     edits.Undo();
     EXPECT_EQ(Current(), before);
     EXPECT_EQ(Box("txtDuration").text(), "") << "the value is no longer that of all";
-
-    Type(Box("txtParameter1"), "\b");
-    EXPECT_EQ(Current(), before) << "an empty box leaves values alone";
-}
-
-TEST_F(frmEditStatesTest, AnEmptiedBoxKeepsTheValueAndShowsItAgain) {
+    edits.Redo();
     Select({walking});
     Type(Box("txtDuration"), "\b");
-    EXPECT_EQ(State(walking), Defaults().states[walking]);
-    EXPECT_EQ(Box("txtDuration").text(), "");
+    EXPECT_EQ(Current(), expected) << "an empty box leaves values alone";
     QTest::keyClick(&Box("txtDuration"), Qt::Key_Tab);
-    EXPECT_EQ(Box("txtDuration").text(), "3");
+    EXPECT_EQ(Box("txtDuration").text(), "77") << "and shows them again";
 }
 
 TEST_F(frmEditStatesTest, StateZeroIsShownButNotEdited) {
     Select({0});
-    EXPECT_FALSE(Box("txtDuration").isEnabled());
     EXPECT_EQ(Box("txtDuration").text(), "-1");
-    EXPECT_FALSE(Lit().isEnabled());
-    EXPECT_FALSE(Actions().isEnabled());
+    EXPECT_FALSE(Box("txtDuration").isEnabled() || Lit().isEnabled() || Actions().isEnabled());
 }
 
 TEST_F(frmEditStatesTest, TheLitFlagIsSetAndClearedForAllSelected) {
-    ASSERT_NE(State(litBall).subnumber & litBit, 0);
     Select({litBall, walking});
     Type(Box("txtFrame"), "5");
     EXPECT_EQ(State(litBall).subnumber, 5 | litBit) << "a number leaves each state its flag";
@@ -195,7 +138,6 @@ TEST_F(frmEditStatesTest, TheLitFlagIsSetAndClearedForAllSelected) {
     EXPECT_EQ(Lit().checkState(), Qt::Unchecked) << "a click never leads back to undetermined";
     EXPECT_EQ(edits.UndoName(), "lit of 2 frames");
     edits.Undo();
-    EXPECT_EQ(State(walking).subnumber, 5 | litBit);
     Select({walking});
     EXPECT_EQ(Lit().checkState(), Qt::Checked);
     EXPECT_EQ(Lit().toolTip(), "Default: not lit");
@@ -204,23 +146,14 @@ TEST_F(frmEditStatesTest, TheLitFlagIsSetAndClearedForAllSelected) {
 TEST_F(frmEditStatesTest, ALetterStoresTheBareFrame) {
     program.settings.Number("frameCharacter", 1);
     window->Refresh();
-    const struct {
-        const char* typed;
-        const char* shown;
-        std::int32_t stored;
-    } cases[]{{"c", "C", 2}, {"~", "`", 31}, {"1", "A", 0}};
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.typed);
-        Select({litBall});
-        EXPECT_EQ(Box("txtFrame").text(), "A");
-        EXPECT_TRUE(Lit().isChecked());
-        Type(Box("txtFrame"), row.typed);
-        EXPECT_EQ(Box("txtFrame").text(), row.shown);
-        EXPECT_EQ(State(litBall).subnumber, row.stored);
-        EXPECT_FALSE(Lit().isChecked());
-        edits.Undo();
-        EXPECT_TRUE(Lit().isChecked());
-    }
+    Select({litBall});
+    EXPECT_EQ(Box("txtFrame").text(), "A");
+    Type(Box("txtFrame"), "c");
+    EXPECT_EQ(Box("txtFrame").text(), "C");
+    EXPECT_EQ(State(litBall).subnumber, 2);
+    EXPECT_FALSE(Lit().isChecked());
+    edits.Undo();
+    EXPECT_TRUE(Lit().isChecked());
 }
 
 TEST_F(frmEditStatesTest, ActionsBelongToStatesThatHaveOneUnlessThePatchIsExtended) {
@@ -251,27 +184,6 @@ TEST_F(frmEditStatesTest, ActionsBelongToStatesThatHaveOneUnlessThePatchIsExtend
     EXPECT_EQ(Action(pain), 0);
 }
 
-TEST_F(frmEditStatesTest, EnterTakesTheOnlyActionThatIsFound) {
-    for (EngineConfiguration::Action& action : program.engine.actions)
-        action.description = action.mnemonic == "Look" ? "Awaits the chase of an enemy." : "";
-    window->Refresh();
-    Select({walking});
-    const struct {
-        const char *typed, *taken;
-    } cases[]{{"oopatt", "TroopAttack"}, {"await", "Look"}, {"chase", "Chase"}, {"vilec", "VileChase"}};
-    for (const auto& row : cases) {
-        TypeAction(row.typed);
-        QTest::keyClick(Actions().lineEdit(), Qt::Key_Return);
-        EXPECT_EQ(Actions().currentText(), row.taken) << row.typed;
-        EXPECT_EQ(*program.engine.MnemonicOf(Action(walking)), row.taken);
-    }
-    notifier.Expect(MessageKind::Exclamation, "Invalid action.");
-    TypeAction("attack"); // more than one
-    QTest::keyClick(Actions().lineEdit(), Qt::Key_Return);
-    QApplication::processEvents();
-    EXPECT_EQ(Actions().currentText(), "VileChase");
-}
-
 TEST_F(frmEditStatesTest, RefusedActionsGiveTheListBack) {
     Select({walking});
     Actions().setFocus();
@@ -295,52 +207,62 @@ TEST_F(frmEditStatesTest, RefusedActionsGiveTheListBack) {
     EXPECT_FALSE(edits.CanUndo());
 }
 
-TEST_F(frmEditStatesTest, BrowsingStartsAtTheValueAndStoresTheChoice) {
-    Select({litBall});
-    Click("cmdSpriteBrowse");
-    Click("cmdNextStateBrowse");
-    EXPECT_FALSE(edits.CanUndo()) << "cancelled";
-    EXPECT_EQ(links.calls, (std::vector<std::string>{"pick sprite " + std::to_string(State(litBall).sprite) + " " +
-                                                         std::to_string(litBit),
-                                                     "pick state " + std::to_string(State(litBall).nextState)}));
+TEST_F(frmEditStatesTest, EnterTakesTheOnlyActionThatIsFound) {
+    for (EngineConfiguration::Action& action : program.engine.actions)
+        action.description = action.mnemonic == "Look" ? "Awaits the chase of an enemy." : "";
+    window->Refresh();
+    Select({walking});
+    const struct {
+        const char *typed, *taken;
+    } cases[]{{"oopatt", "TroopAttack"}, {"await", "Look"}, {"chase", "Chase"}, {"vilec", "VileChase"}};
+    for (const auto& row : cases) {
+        TypeAction(row.typed);
+        QTest::keyClick(Actions().lineEdit(), Qt::Key_Return);
+        EXPECT_EQ(Actions().currentText(), row.taken) << row.typed;
+        EXPECT_EQ(*program.engine.MnemonicOf(Action(walking)), row.taken);
+    }
+    notifier.Expect(MessageKind::Exclamation, "Invalid action.");
+    TypeAction("attack"); // more than one
+    QTest::keyClick(Actions().lineEdit(), Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_EQ(Actions().currentText(), "VileChase");
+}
 
+TEST_F(frmEditStatesTest, BrowsingStartsAtTheValueAndStoresTheChoice) {
+    Select({walking});
+    const std::vector<std::string> calls{"pick sprite 0 3", "pick state 451",
+                                         "pick action " + std::to_string(Action(walking))};
+    for (const char* button : {"cmdSpriteBrowse", "cmdNextStateBrowse", "cmdActionBrowse"})
+        Click(button);
+    EXPECT_EQ(links.calls, calls);
+    EXPECT_FALSE(edits.CanUndo()) << "cancelled";
+    for (const int setting : {0, 1, 2, 3, -1}) { // a double click opens the browser of the settings
+        program.settings.Number("stateActivate", setting);
+        links.calls.clear();
+        DoubleClickRow(List(), walking);
+        const bool opens = setting >= 0 && setting < 3;
+        EXPECT_EQ(links.calls,
+                  opens ? std::vector{calls[static_cast<std::size_t>(setting)]} : std::vector<std::string>());
+    }
+
+    Select({litBall});
     links.pickedSprite = EditorLinks::SpriteChoice{7, 3 | litBit};
     Click("cmdSpriteBrowse");
     EXPECT_EQ(State(litBall).sprite, 7);
     EXPECT_EQ(State(litBall).subnumber, 3 | litBit);
     EXPECT_EQ(Text("lblSpriteName").toStdString(), Current().SpriteName(7));
     edits.Undo();
-    EXPECT_EQ(State(litBall), Defaults().states[litBall]) << "sprite and frame are one step";
-
+    EXPECT_EQ(Current(), Defaults()) << "sprite and frame are one step";
     links.pickedState = 12;
     Click("cmdNextStateBrowse");
     EXPECT_EQ(Box("txtNextState").text(), "12");
-
     Select({walking});
     links.pickedAction = 0;
     notifier.Expect(MessageKind::Exclamation, "Nullifying states is only possible in extended Dehacked patches.");
     Click("cmdActionBrowse");
-    EXPECT_EQ(links.calls.back(), "pick action " + std::to_string(Defaults().states[walking].codePointer));
     links.pickedAction = 5;
     Click("cmdActionBrowse");
     EXPECT_EQ(Action(walking), 5);
-}
-
-TEST_F(frmEditStatesTest, ADoubleClickOpensTheBrowserOfTheSettings) {
-    const struct {
-        int setting;
-        const char* call;
-    } cases[]{{0, "pick sprite 0 3"}, {1, "pick state 451"}, {2, "pick action "}, {3, nullptr}, {-1, nullptr}};
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.setting);
-        program.settings.Number("stateActivate", row.setting);
-        links.calls.clear();
-        DoubleClickRow(List(), walking);
-        ASSERT_EQ(links.calls.size(), row.call == nullptr ? 0 : 1);
-        if (row.call != nullptr) {
-            EXPECT_EQ(links.calls[0].find(row.call), 0) << links.calls[0];
-        }
-    }
 }
 
 TEST_F(frmEditStatesTest, FiltersListTheStatesOfTheirMode) {
@@ -375,15 +297,13 @@ TEST_F(frmEditStatesTest, TypingNarrowsTheListByNumberNameAndAction) {
     EXPECT_TRUE(Picture().isNull());
     Click("optFilterThings");
     EXPECT_TRUE(Listed().empty()) << "the text narrows every mode";
-}
-
-TEST_F(frmEditStatesTest, TheCurrentStateStaysSelectedWhereItIsListed) {
+    Click("optFilterDisabled");
+    Box("txtFilter").clear();
     Select({walking});
     Type(Box("txtFilter"), "chase");
     QTest::keyClick(&Box("txtFilter"), Qt::Key_Return);
     EXPECT_TRUE(List().hasFocus());
-    EXPECT_EQ(Box("txtDuration").text(), "3");
-    EXPECT_EQ(List().currentIndex().siblingAtColumn(0).data().toInt(), walking);
+    EXPECT_EQ(List().currentIndex().siblingAtColumn(0).data().toInt(), walking) << "still the current one";
     EXPECT_EQ(List().selectionModel()->selectedRows().size(), 1);
 }
 
@@ -411,38 +331,12 @@ TEST_F(frmEditStatesTest, OtherWindowsSelectAStateInAWindowThatWasNeverShown) {
 }
 
 TEST_F(frmEditStatesTest, UsersOfAStateAreNamedWithTheirFields) {
-    Select({Current().things[imp].farAttackState});
-    EXPECT_EQ(Text("lblUsedBy"), "Used by: Imp (close attack, far attack)");
     for (const int thing : {20, 21, 22, 23})
         edits.Store({RecordKind::Thing, thing, RowOf(&ThingRecord::deathState)}, attack);
     Select({attack});
     EXPECT_TRUE(Text("lblUsedBy").endsWith(" and 1 more")) << Text("lblUsedBy").toStdString();
-    EXPECT_EQ(Find<QLabel>(*window, "lblUsedBy").toolTip().count(QLatin1Char('\n')), 3);
     edits.Undo();
     EXPECT_FALSE(Text("lblUsedBy").contains("more")) << "follows edits of things";
-    Select({pain + 1});
-    EXPECT_EQ(Text("lblUsedBy"), "Used by: no thing or weapon directly");
-}
-
-TEST_F(frmEditStatesTest, RestoringAsksAndTakesStateZeroToo) {
-    for (const std::int32_t state : {0, walking, attack}) {
-        Put(state, &StateRecord::duration, 44);
-        edits.Store({RecordKind::State, state, codePointerField}, 9);
-    }
-    const PatchSet changed = Current();
-    Select({0, walking});
-    notifier.Expect("Are you sure you want to restore these states?", Answer::No);
-    Click("cmdRestore");
-    EXPECT_EQ(Current(), changed);
-    notifier.Expect("Are you sure you want to restore these states?", Answer::Yes);
-    Click("cmdRestore");
-    EXPECT_EQ(State(0), Defaults().states[0]);
-    EXPECT_EQ(State(walking), Defaults().states[walking]);
-    EXPECT_EQ(Action(walking), Defaults().states[walking].codePointer);
-    EXPECT_EQ(State(attack).duration, 44) << "not selected";
-    EXPECT_EQ(edits.UndoName(), "restore 2 frames");
-    edits.Undo();
-    EXPECT_EQ(Current(), changed);
 }
 
 TEST_F(frmEditStatesTest, TheListsMenuRestoresOneColumnOfTheSelectedStates) {
@@ -471,7 +365,6 @@ TEST_F(frmEditStatesTest, TheListsMenuRestoresOneColumnOfTheSelectedStates) {
 
 TEST_F(frmEditStatesTest, TheModelShowsColumnsAndMarksWhatIsNotTheEngines) {
     auto& model = static_cast<StateTableModel&>(*List().model());
-    const QAbstractItemModelTester tester(&model);
     const char* expected[]{"454", "TROOG", "0", "6", "Yes", "444", "6", "0", "-3", "TroopAttack"};
     Put(attack, &StateRecord::subnumber, 6 | litBit);
     Put(attack, &StateRecord::unknown2, -3);
@@ -489,12 +382,7 @@ TEST_F(frmEditStatesTest, TheModelShowsColumnsAndMarksWhatIsNotTheEngines) {
 }
 
 TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
-    Put(walking, &StateRecord::duration, 2);
-    Put(walking + 1, &StateRecord::duration, 0);
-    Put(walking + 1, &StateRecord::nextState, attack);
-    Put(attack, &StateRecord::duration, 1);
-    Put(attack, &StateRecord::nextState, pain);
-    Put(pain, &StateRecord::duration, -1);
+    Follow({{walking, 2}, {walking + 1, 0}, {attack, 1}, {pain, -1}});
     std::vector<std::int32_t> shown;
     auto& player = *window->findChild<StatePlayer*>();
     QObject::connect(&player, &StatePlayer::StateShown, [&shown](std::int32_t state) { shown.push_back(state); });
@@ -509,8 +397,8 @@ TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
     EXPECT_FALSE(player.IsPlaying()) << "the last one stays for ever";
     EXPECT_TRUE(Text("lblPreview").startsWith("455:"));
     EXPECT_EQ(Find<QPushButton>(*window, "cmdPlay").text(), "&Play");
-
     EXPECT_EQ(player.Run(walking), shown);
+
     Click("cmdPlay");
     Click("cmdPlay");
     EXPECT_FALSE(player.IsPlaying());
@@ -518,40 +406,16 @@ TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
     Click("cmdPlay");
     Select({attack});
     EXPECT_FALSE(player.IsPlaying()) << "so does selecting another";
-}
 
-TEST_F(frmEditStatesTest, PlayingEndsAfterALoopHasRunTwice) {
-    const struct {
-        std::int32_t duration;
-        std::size_t shown;
-    } cases[]{{1, 4}, {0, 0}}; // states without duration are passed, and do not hang
-    auto& player = *window->findChild<StatePlayer*>();
-    for (const auto& row : cases) {
-        for (const std::int32_t state : {walking, attack})
-            Put(state, &StateRecord::duration, row.duration);
-        Put(walking, &StateRecord::nextState, attack);
-        Put(attack, &StateRecord::nextState, walking);
-        std::size_t shown = 0;
-        const auto count = QObject::connect(&player, &StatePlayer::StateShown, [&shown] { ++shown; });
+    for (const std::int32_t duration : {1, 0}) { // without duration they do not hang
+        Follow({{walking, duration}, {attack, duration}, {walking, duration}});
+        shown.clear();
         player.Start(walking);
         for (int tic = 0; tic < 10; ++tic)
             player.Advance();
         EXPECT_FALSE(player.IsPlaying());
-        EXPECT_EQ(shown, row.shown);
-        QObject::disconnect(count);
+        EXPECT_EQ(shown.size(), duration == 1 ? 4U : 0U) << "a loop runs twice";
     }
-}
-
-TEST_F(frmEditStatesTest, ThePreviewFollowsTheState) {
-    if (!HasWad())
-        GTEST_SKIP() << "no IWAD is installed";
-    Select({walking});
-    EXPECT_EQ(Text("lblPreview"), "450: TROOD1");
-    const QImage picture = Picture();
-    Type(Box("txtFrame"), "0");
-    EXPECT_NE(Picture(), picture);
-    Type(Box("txtFrame"), "31");
-    EXPECT_TRUE(Picture().isNull());
 }
 
 /// The lowest row in which a view draws anything.
@@ -581,20 +445,6 @@ TEST_F(frmEditStatesTest, PlayingKeepsOneScaleAndOneFloor) {
     for (const int floor : floors)
         EXPECT_NEAR(floor, floors.front(), 3) << "a pixel or two of a picture may hang below";
     EXPECT_LT(Picture().height() * 2, window->findChild<SpriteView*>()->height()) << "the last one lies flat";
-}
-
-TEST_F(frmEditStatesTest, AHundredThousandStatesAreEditedAtOnce) {
-    for (PatchSet* set : {&program.patch.defaults, &program.patch.current})
-        set->states.resize(100000, set->states[walking]);
-    window->Refresh();
-    EXPECT_EQ(List().model()->rowCount(), 100000);
-    List().setFocus();
-    QTest::keyClick(&List(), Qt::Key_A, Qt::ControlModifier);
-    Type(Box("txtDuration"), "9");
-    EXPECT_EQ(edits.UndoName(), "duration of 99999 frames");
-    EXPECT_EQ(State(99999).duration, 9);
-    window->selectSingleState(99999, noRecord, noRecord);
-    EXPECT_TRUE(List().viewport()->rect().contains(List().visualRect(List().currentIndex()).center()));
 }
 
 } // namespace

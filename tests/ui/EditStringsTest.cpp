@@ -3,7 +3,6 @@
 #include "ui/editors/frmPropString.h"
 #include "ui/fields/EscapedTextEdit.h"
 
-#include <QAbstractItemModelTester>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
@@ -56,11 +55,9 @@ protected:
 TEST_F(frmEditStringsTest, ListsNumberEscapedTextAndLengthOrKey) {
     for (const char* engine : {"doom19", "mbf19"}) {
         Start(engine);
-        const QAbstractItemModelTester tester(List().model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         SetDefault(3, "one\ntwo \"three\"");
         const bool extended = program.engine.dialect.IsExtended();
         EXPECT_EQ(List().model()->headerData(2, Qt::Horizontal).toString(), extended ? "String" : "Length");
-        ASSERT_EQ(List().model()->rowCount(), static_cast<int>(Current().strings.size()));
         const QString expected[]{"3", "one\\ntwo \\\"three\\\"",
                                  extended ? QString::fromStdString(program.engine.strings[3].mnemonic) : "15"};
         for (int column = 0; column < 3; ++column)
@@ -99,32 +96,16 @@ TEST_F(frmEditStringsTest, ATextThatIsTooLongAlreadyMayOnlyBecomeShorter) {
     SetDefault(1, "abc");
     edits.Store({RecordKind::String, 1, textField}, std::string("abcdefgh"));
     Edit(1, [&] {
-        EXPECT_EQ(New().toPlainText(), "abcdefgh");
         EXPECT_EQ(Label("lblCharsLeft"), "Characters left: -5");
         QTest::keyClick(&New(), 'i');
         EXPECT_EQ(New().toPlainText(), "abcdefgh");
         QTest::keyClick(&New(), Qt::Key_End);
         QTest::keyClick(&New(), Qt::Key_Backspace);
-        EXPECT_EQ(New().toPlainText(), "abcdefg");
         New().undo();
         QTest::keyClick(&New(), 'x');
         QTest::keyClick(&New(), Qt::Key_Backspace);
     });
     EXPECT_EQ(Text(1), "abcdef");
-}
-
-TEST_F(frmEditStringsTest, AnExtendedPatchTakesTextsOfAnyLength) {
-    Start("mbf19");
-    SetDefault(2, "two\nlines");
-    Edit(2, [&] {
-        EXPECT_EQ(dialog->windowTitle(), QString("String 2: %1").arg(program.engine.strings[2].mnemonic.c_str()));
-        EXPECT_EQ(Label("lblLength"), "Length: 10");
-        EXPECT_EQ(New().toPlainText(), "two\\n\nlines") << "with a line break for the eye";
-        Empty();
-        QTest::keyClicks(&New(), QString(500, 'a'));
-        EXPECT_EQ(Label("lblCharsLeft"), "Length: 500");
-    });
-    EXPECT_EQ(Text(2), std::string(500, 'a'));
 }
 
 TEST_F(frmEditStringsTest, TheDialogTellsWhileTypingWhatWillBeLost) {
@@ -164,6 +145,42 @@ TEST_F(frmEditStringsTest, TheDialogLeavesATextAsItIsUnlessItIsEditedAndAccepted
         Click(*dialog, "cmdRestore");
     });
     EXPECT_EQ(Text(4), Defaults().strings[4].text);
+}
+
+TEST_F(frmEditStringsTest, TextsOfAnyLengthAndByteComeThroughTheDialog) {
+    Start("mbf19");
+    std::string bytes(500, 'a');
+    for (int byte = 1; byte < 256; ++byte)
+        if (byte != '\\')
+            bytes += static_cast<char>(byte);
+    edits.Store({RecordKind::String, 4, textField}, bytes);
+    Edit(4, [&] {
+        EXPECT_EQ(dialog->windowTitle(), QString("String 4: %1").arg(program.engine.strings[4].mnemonic.c_str()));
+        EXPECT_TRUE(New().toPlainText().contains("\\n\n")) << "with a line break for the eye";
+        EXPECT_TRUE(Label("lblCharsLeft").startsWith("Length: "));
+        New().moveCursor(QTextCursor::End);
+        QTest::keyClick(&New(), '!');
+        EXPECT_EQ(Find<QPlainTextEdit>(*dialog, "txtPreview").toPlainText().count('\\'), 0);
+    });
+    EXPECT_EQ(Text(4), bytes + "!");
+}
+
+TEST_F(frmEditStringsTest, PastedLinesBecomeEscapesAndStrangeCharactersAreRefused) {
+    Start("mbf19");
+    Edit(5, [&] {
+        Empty();
+        QGuiApplication::clipboard()->setText("a\r\nb\tc\\n\nd");
+        New().paste();
+        EXPECT_EQ(New().toPlainText(), "a\\nb\\tc\\nd");
+        QGuiApplication::clipboard()->setText(QString::fromUtf8("\u20ac"));
+        New().paste();
+        EXPECT_EQ(New().toPlainText(), "a\\nb\\tc\\nd");
+        EXPECT_TRUE(Label("lblNote").contains(QString::fromUtf8("\u20ac")));
+        New().undo();
+        EXPECT_EQ(New().toPlainText(), "") << "what was refused is no step of its own";
+        New().redo();
+    });
+    EXPECT_EQ(Text(5), "a\nb\tc\nd");
 }
 
 TEST_F(frmEditStringsTest, TheDialogIsAcceptedByTheKeyboardAndItsPreviewFollowsTheCaret) {
@@ -211,78 +228,24 @@ TEST_F(frmEditStringsTest, LongTextsAreShownFromTheirStartAndKeptWhole) {
     EXPECT_EQ(Text(4), Defaults().strings[4].text + "!");
 }
 
-TEST_F(frmEditStringsTest, EveryByteComesThroughTheDialog) {
-    Start("mbf19");
-    std::string bytes;
-    for (int byte = 1; byte < 256; ++byte)
-        if (byte != '\\')
-            bytes += static_cast<char>(byte);
-    edits.Store({RecordKind::String, 4, textField}, bytes);
-    Edit(4, [&] {
-        New().moveCursor(QTextCursor::End);
-        QTest::keyClick(&New(), '!');
-        EXPECT_EQ(Find<QPlainTextEdit>(*dialog, "txtPreview").toPlainText().count('\\'), 0);
-    });
-    EXPECT_EQ(Text(4), bytes + "!");
-}
-
-TEST_F(frmEditStringsTest, PastedLinesBecomeEscapesAndStrangeCharactersAreRefused) {
-    Start("mbf19");
-    Edit(5, [&] {
-        Empty();
-        QGuiApplication::clipboard()->setText("a\r\nb\tc\\n\nd");
-        New().paste();
-        EXPECT_EQ(New().toPlainText(), "a\\nb\\tc\\nd");
-        QGuiApplication::clipboard()->setText(QString::fromUtf8("\u20ac"));
-        New().paste();
-        EXPECT_EQ(New().toPlainText(), "a\\nb\\tc\\nd");
-        EXPECT_TRUE(Label("lblNote").contains(QString::fromUtf8("\u20ac")));
-        New().undo();
-        EXPECT_EQ(New().toPlainText(), "") << "what was refused is no step of its own";
-        New().redo();
-    });
-    EXPECT_EQ(Text(5), "a\nb\tc\nd");
-}
-
-TEST_F(frmEditStringsTest, RestoringAsksForOneOrSeveral) {
-    Start("mbf19");
-    for (const std::int32_t string : {1, 2, 3})
-        edits.Store({RecordKind::String, string, textField}, std::string("changed"));
-    ClickRow(List(), 1);
-    notifier.Expect("Are you sure you want to restore this string?", Answer::Yes);
-    Click(*window, "cmdRestore");
-    EXPECT_EQ(Current().strings[1], Defaults().strings[1]);
-    ClickRow(List(), 2, Qt::LeftButton, Qt::ControlModifier);
-    notifier.Expect("Are you sure you want to restore these strings?", Answer::No);
-    Click(*window, "cmdRestore");
-    EXPECT_EQ(Text(2), "changed");
-    notifier.Expect("Are you sure you want to restore these strings?", Answer::Yes);
-    Click(*window, "cmdRestore");
-    EXPECT_EQ(Current().strings[2], Defaults().strings[2]);
-    EXPECT_EQ(Text(3), "changed");
-}
-
 TEST_F(frmEditStringsTest, TheFilterLooksIntoTextAndKey) {
     Start("mbf19");
     SetDefault(7, "quite unmistakable");
     auto& filter = Find<QLineEdit>(*window, "txtFilter");
+    for (const char* text : {program.engine.strings[7].mnemonic.c_str(), "UNMISTAK"}) {
+        filter.setText(text);
+        ASSERT_EQ(List().model()->rowCount(), 1) << text;
+    }
+    QTimer::singleShot(0, dialog.get(), [&] { Click(*dialog, "cmdCancel"); });
+    DoubleClickRow(List(), 0);
+    EXPECT_TRUE(dialog->windowTitle().startsWith("String 7"));
+    EXPECT_EQ(window->SelectedRow(), 7);
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     filter.setFocus();
-    QTest::keyClicks(&filter, "UNMISTAK");
-    ASSERT_EQ(List().model()->rowCount(), 1);
     QTest::keyClick(&filter, Qt::Key_Down);
     EXPECT_TRUE(List().hasFocus());
-    EXPECT_EQ(window->SelectedRow(), 7);
     edits.Store({RecordKind::String, 7, textField}, std::string("something else"));
     EXPECT_EQ(List().model()->rowCount(), 1) << "what is edited stays until another text is looked for";
-    QTimer::singleShot(0, dialog.get(), [&] {
-        EXPECT_TRUE(dialog->windowTitle().startsWith("String 7"));
-        Click(*dialog, "cmdCancel");
-    });
-    DoubleClickRow(List(), 0);
-    EXPECT_EQ(window->SelectedRow(), 7);
-    filter.setText(program.engine.strings[9].mnemonic.c_str());
-    ASSERT_GE(List().model()->rowCount(), 1);
 }
 
 } // namespace

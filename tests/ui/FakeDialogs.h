@@ -36,7 +36,7 @@ private:
             ADD_FAILURE() << "dialog that was not expected: " << title.toStdString();
             return {};
         }
-        const QString answer = QString::fromStdString(expected_.front().answer);
+        QString answer = QString::fromStdString(expected_.front().answer);
         expected_.pop_front();
         return answer;
     }

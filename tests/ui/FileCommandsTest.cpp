@@ -3,6 +3,7 @@
 #include "patch/Session.h"
 #include "tests/ui/FakeDialogs.h"
 #include "tests/ui/UiTest.h"
+#include "tests/wad/WadBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -20,19 +21,8 @@ constexpr const char* normalPatch = "Patch File for DeHackEd v3.0\n\nDoom versio
                                     "Engine config = doom19.cfg\nIWAD = Test\n\nThing 12 (Imp)\nHit points = 200\n";
 
 /// A WAD with a palette and nothing else.
-std::string PaletteWad(const char* identification) {
-    std::string wad = identification;
-    const auto number = [&wad](std::uint32_t value) {
-        for (int shift = 0; shift < 32; shift += 8)
-            wad += static_cast<char>(value >> shift & 0xff);
-    };
-    number(1);
-    number(12 + 768);
-    wad += std::string(768, '\x20');
-    number(12);
-    number(768);
-    wad += "PLAYPAL";
-    return wad + '\0';
+std::string PaletteWad(const char* identification, char colour = ' ') {
+    return test::WadBytes({{"PLAYPAL", std::string(768, colour)}}, identification);
 }
 
 class FileCommandsTest : public ::testing::Test {
@@ -93,35 +83,29 @@ protected:
     int sessionsAsked = 0;
 };
 
-TEST_F(FileCommandsTest, NewPatchIsUnnamedInTheDocumentsFolder) {
-    commands->createNewFile();
-    EXPECT_EQ(program.patch.fileName, program.documentsFolder / "unnamed.deh");
+TEST_F(FileCommandsTest, AnUnnamedPatchAsksForItsName) {
     engine = "mbf19";
     commands->createNewFile();
     EXPECT_EQ(program.patch.fileName, program.documentsFolder / "unnamed.bex");
     dialogs.Expect("Save patch file", "");
-    EXPECT_FALSE(commands->Save()) << "an unnamed patch asks for its name";
+    EXPECT_FALSE(commands->Save());
     EXPECT_EQ(dialogs.lastDetail, "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*");
 }
 
-TEST_F(FileCommandsTest, OpenReadsThePatchAndRemembersTheFile) {
-    const std::string file = Open("mine.deh", normalPatch);
-    EXPECT_EQ(program.patch.current.things[11].hitPoints, 200);
-    EXPECT_EQ(program.patch.fileName, file);
-    EXPECT_FALSE(program.patch.changed);
-    EXPECT_EQ(program.settings.RecentFiles().back(), file);
-    Settings afterAKill;
-    afterAKill.File(program.settings.File());
-    EXPECT_TRUE(afterAKill.Load());
-    EXPECT_EQ(afterAKill.RecentFiles(), std::vector{file});
-}
-
-TEST_F(FileCommandsTest, OpenAsksForAFileWithoutAPath) {
+TEST_F(FileCommandsTest, OpenAsksForAFileWithoutAPathAndRemembersIt) {
     dialogs.Expect("Load patch file", "");
     commands->openFile({});
     EXPECT_EQ(dialogs.lastDetail, "All known file types|*.deh;*.bex|Dehacked files (*.deh)|*.deh|"
                                   "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*");
     EXPECT_EQ(sessionsAsked, 0);
+    const std::string file = Open("mine.deh", normalPatch);
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 200);
+    EXPECT_EQ(program.patch.fileName, file);
+    EXPECT_EQ(program.settings.RecentFiles().back(), file);
+    Settings afterAKill;
+    afterAKill.File(program.settings.File());
+    EXPECT_TRUE(afterAKill.Load());
+    EXPECT_EQ(afterAKill.RecentFiles(), std::vector{file});
 }
 
 TEST_F(FileCommandsTest, RefusedFilesLeaveTheOpenPatchAsItWas) {
@@ -159,13 +143,6 @@ TEST_F(FileCommandsTest, RefusedFilesLeaveTheOpenPatchAsItWas) {
     }
 }
 
-TEST_F(FileCommandsTest, VanishedFileIsToldAndChangesNothing) {
-    notifier.Expect(MessageKind::Exclamation,
-                    "Could not open " + (folder / "gone.deh").string() + ": No such file or directory");
-    commands->openFile(folder / "gone.deh");
-    EXPECT_FALSE(commands->SessionOpen());
-}
-
 TEST_F(FileCommandsTest, AFailedSessionLeavesTheFormerOneUsable) {
     const std::string mine = Open("mine.deh", normalPatch);
     sessionCancelled = true;
@@ -182,17 +159,6 @@ TEST_F(FileCommandsTest, AFailedSessionLeavesTheFormerOneUsable) {
     EXPECT_EQ(program.wads.Count(), 1U);
 }
 
-TEST_F(FileCommandsTest, MissingDataWadIsLoggedAndTheSessionGoesOn) {
-    const std::filesystem::path log = folder / "log.txt";
-    ASSERT_TRUE(program.log.StartLog(log, false));
-    dataWad = "/nowhere/data.wad";
-    Open("mine.deh", normalPatch);
-    EXPECT_TRUE(commands->SessionOpen());
-    EXPECT_NE(ReadFile(log).find("WARNING: Unable to load data WAD, file does not exist"), std::string::npos);
-    EXPECT_EQ(program.dataWad, nullptr);
-    EXPECT_EQ(program.missingDataWad, dataWad);
-}
-
 TEST_F(FileCommandsTest, ASaveNamesTheDataWadOnlyIfItWasThere) {
     WriteFile(folder / "data.wad", PaletteWad("PWAD"));
     for (const bool there : {true, false}) {
@@ -205,12 +171,10 @@ TEST_F(FileCommandsTest, ASaveNamesTheDataWadOnlyIfItWasThere) {
 }
 
 TEST_F(FileCommandsTest, DataWadPaletteReplacesTheIwads) {
-    std::string wad = PaletteWad("PWAD");
-    wad.replace(12, 3, "abc");
-    WriteFile(folder / "Data.wad", wad);
+    WriteFile(folder / "Data.wad", PaletteWad("PWAD", 'c'));
     dataWad = (folder / "data.WAD").string(); // another case than on disk
     Open("mine.deh", normalPatch);
-    EXPECT_EQ(program.palette.substr(0, 3), "abc");
+    EXPECT_EQ(program.palette, std::string(768, 'c'));
     EXPECT_EQ(program.wads.Count(), 2U);
 }
 
@@ -529,26 +493,25 @@ TEST_F(FileCommandsTest, TheRecoveryFileIsWrittenAfterEditsOnlyAndAFailureIsTold
 
 TEST_F(FileCommandsTest, SavingAndGivingUpRemoveTheRecoveryFile) {
     Open("mine.deh", normalPatch);
-    const auto kept = [this] { return FileExists(program.settingsFolder / "recovery-0.dat"); };
+    const auto kept = [this] {
+        commands->KeepRecovery();
+        return FileExists(program.settingsFolder / "recovery-0.dat");
+    };
     Edit();
-    commands->KeepRecovery();
     EXPECT_TRUE(kept());
     edits.Undo();
     EXPECT_TRUE(commands->MayClose());
     EXPECT_FALSE(kept()) << "what it held was undone";
-    commands->KeepRecovery();
-    EXPECT_FALSE(kept()) << "nothing is unsaved";
     Edit();
-    commands->KeepRecovery();
     EXPECT_TRUE(kept());
     EXPECT_TRUE(commands->Save());
     EXPECT_FALSE(kept());
     edits.Undo();
-    commands->KeepRecovery();
+    EXPECT_TRUE(kept());
     notifier.Expect("The file " + (folder / "mine.deh").string() + " has been changed. Do you want to save it?",
                     Answer::No);
     EXPECT_TRUE(commands->MayClose());
-    EXPECT_FALSE(kept());
+    EXPECT_FALSE(FileExists(program.settingsFolder / "recovery-0.dat"));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "tests/support/TestSupport.h"
 #include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
+#include "tests/wad/WadBytes.h"
 #include "ui/frmFindIwads.h"
 #include "ui/frmOptions.h"
 
@@ -33,9 +34,6 @@ protected:
         WriteFile(folder / name, bytes);
         return (folder / name).string();
     }
-    static std::string EmptyWad(const char* identification) {
-        return identification + std::string("\0\0\0\0\x0c\0\0\0", 8);
-    }
     void Click(const char* name) {
         auto* button = options->findChild<QPushButton*>(QString::fromLatin1(name));
         ASSERT_NE(button, nullptr) << name;
@@ -55,18 +53,8 @@ protected:
     std::unique_ptr<frmOptions> options;
 };
 
-TEST_F(OptionsTest, AddsAnIwadWithItsNameWithoutSemicolons) {
-    Add(MakeWad("Doom2.wad", EmptyWad("IWAD")), "Doom;II");
-    EXPECT_EQ(dialogs.lastDetail, "Enter a name for Doom2.");
-    ASSERT_EQ(environment.settings.Iwads().size(), 1U);
-    EXPECT_EQ(environment.settings.Iwads()[0].name, "DoomII");
-    EXPECT_EQ(List().topLevelItem(0)->text(0), "DoomII");
-    EXPECT_EQ(List().topLevelItem(0)->text(1).toStdString(), (folder / "Doom2.wad").string());
-}
-
-TEST_F(OptionsTest, RefusesWhatIsNoIwad) {
-    for (const std::string& file : {MakeWad("p.wad", EmptyWad("PWAD")), MakeWad("i.wad", EmptyWad("iwad")),
-                                    MakeWad("x.wad", "x"), std::string("/nowhere/doom.wad"), folder.Path().string()}) {
+TEST_F(OptionsTest, AddsIwadsAndRefusesWhatIsNone) {
+    for (const std::string& file : {MakeWad("p.wad", test::WadBytes({}, "PWAD")), std::string("/nowhere/doom.wad")}) {
         dialogs.Expect("Select a WAD file", file);
         notifier.Expect(MessageKind::Exclamation, "Selected WAD file is not an IWAD.");
         Click("cmdAddIWAD");
@@ -74,47 +62,42 @@ TEST_F(OptionsTest, RefusesWhatIsNoIwad) {
     }
     dialogs.Expect("Select a WAD file", "");
     Click("cmdAddIWAD");
-    Add(MakeWad("i2.wad", EmptyWad("IWAD")), "");
+    const std::string file = MakeWad("Doom2.wad", test::WadBytes({}, "IWAD"));
+    Add(file, "");
     EXPECT_TRUE(environment.settings.Iwads().empty());
+    Add(file, "Doom;II");
+    EXPECT_EQ(dialogs.lastDetail, "Enter a name for Doom2.");
+    ASSERT_EQ(environment.settings.Iwads().size(), 1U);
+    EXPECT_EQ(environment.settings.Iwads()[0].name, "DoomII") << "a semicolon ends it in the file";
+    EXPECT_EQ(List().topLevelItem(0)->text(1).toStdString(), file);
 }
 
-TEST_F(OptionsTest, RemovingAsksAndRenumbers) {
-    for (const char* name : {"a", "b", "c"})
-        environment.settings.AddIwad(name, std::string("/") + name);
+TEST_F(OptionsTest, RemovingAsks) {
+    environment.settings.AddIwad("a", "/a");
     options->updateControls();
     EXPECT_FALSE(options->findChild<QPushButton*>("cmdRemoveIWAD")->isEnabled());
     List().setCurrentItem(List().topLevelItem(0));
-    notifier.Expect("Are you sure you want to remove this IWAD?", Answer::No);
-    Click("cmdRemoveIWAD");
-    EXPECT_EQ(List().topLevelItemCount(), 3);
-    notifier.Expect("Are you sure you want to remove this IWAD?", Answer::Yes);
-    Click("cmdRemoveIWAD");
-    EXPECT_EQ(List().topLevelItemCount(), 2);
-    ASSERT_TRUE(environment.settings.Save());
-    const std::string text = ReadFile(folder / "plinket3.cfg");
-    EXPECT_NE(text.find("\t0wad = \"b;/b\";\r\n\t1wad = \"c;/c\";\r\n}"), std::string::npos) << text;
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        notifier.Expect("Are you sure you want to remove this IWAD?", answer);
+        Click("cmdRemoveIWAD");
+        EXPECT_EQ(List().topLevelItemCount(), answer == Answer::No ? 1 : 0);
+    }
+    EXPECT_TRUE(environment.settings.Iwads().empty());
 }
 
-TEST_F(OptionsTest, AcceptStoresTheGeneralOptions) {
+TEST_F(OptionsTest, OnlyAcceptingStoresTheGeneralOptions) {
     environment.settings.AddIwad("a", "/a");
-    options->updateControls();
-    options->findChild<QCheckBox*>("chkMakeBackup")->setChecked(false);
-    options->findChild<QCheckBox*>("chkFrameCharacters")->setChecked(true);
-    options->findChild<QComboBox*>("cmbStateActivate")->setCurrentIndex(2);
-    EXPECT_EQ(environment.settings.Number("createBackup"), 1) << "only accepting stores";
-    bool accepted = false;
-    QObject::connect(options.get(), &frmOptions::Accepted, [&accepted] { accepted = true; });
-    Click("cmdAccept");
-    EXPECT_TRUE(accepted);
+    for (const char* button : {"cmdCancel", "cmdAccept"}) {
+        options->updateControls();
+        options->findChild<QCheckBox*>("chkMakeBackup")->setChecked(false);
+        options->findChild<QCheckBox*>("chkFrameCharacters")->setChecked(true);
+        options->findChild<QComboBox*>("cmbStateActivate")->setCurrentIndex(2);
+        EXPECT_EQ(environment.settings.Number("createBackup"), 1);
+        Click(button);
+    }
     const std::string text = ReadFile(folder / "plinket3.cfg");
     for (const char* line : {"createBackup = 0;\r\n", "frameCharacter = 1;\r\n", "stateActivate = 2;\r\n"})
         EXPECT_NE(text.find(line), std::string::npos) << line;
-}
-
-TEST_F(OptionsTest, CancelDiscardsTheGeneralOptions) {
-    options->findChild<QCheckBox*>("chkMakeBackup")->setChecked(false);
-    Click("cmdCancel");
-    EXPECT_EQ(environment.settings.Number("createBackup"), 1);
 }
 
 TEST_F(OptionsTest, AcceptingWithoutAnIwadStaysOrEndsTheProgram) {
@@ -132,10 +115,10 @@ TEST_F(OptionsTest, AcceptingWithoutAnIwadStaysOrEndsTheProgram) {
 }
 
 TEST_F(OptionsTest, FindsIwadsBesideTheKnownOnesAndNamesThem) {
-    environment.settings.AddIwad("known", MakeWad("known.wad", EmptyWad("IWAD")));
+    environment.settings.AddIwad("known", MakeWad("known.wad", test::WadBytes({}, "IWAD")));
     for (const char* name : {"DOOM.WAD", "DOOM2.WAD", "attack.wad", "freedoom2.wad"}) // found in this order
-        MakeWad(name, EmptyWad("IWAD"));
-    MakeWad("mod.wad", EmptyWad("PWAD"));
+        MakeWad(name, test::WadBytes({}, "IWAD"));
+    MakeWad("mod.wad", test::WadBytes({}, "PWAD"));
     options->updateControls();
     const ModalDriver driver("frmFindIWADs", [this](QDialog& dialog) {
         auto& list = *dialog.findChild<QTreeWidget*>("lvwFound");

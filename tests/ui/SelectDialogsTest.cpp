@@ -43,81 +43,55 @@ TEST_F(SelectDialogsTest, ASpriteStartsAtTheGivenFrameAndKeepsItsLitBit) {
     auto& list = Find<QListView>(dialog, "lstSprites");
     const QAbstractItemModelTester tester(list.model());
     auto& frame = Find<QLineEdit>(dialog, "txtFrame");
-    auto chosen = Choose(dialog, EditorLinks::SpriteChoice{28, 3 | litBit}, [&] {
-        EXPECT_EQ(list.model()->rowCount(), static_cast<int>(Current().sprites.size()));
+    const EditorLinks::SpriteChoice start{28, 3 | litBit};
+    auto chosen = Choose(dialog, start, [&] {
         EXPECT_EQ(list.currentIndex().data().toString().toStdString(), Current().SpriteName(28));
         EXPECT_EQ(frame.text(), "3");
         Accept(dialog);
     });
     ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->sprite, 28);
-    EXPECT_EQ(chosen->frame, 3 | litBit);
-
-    chosen = Choose(dialog, EditorLinks::SpriteChoice{28, 3}, [&] {
-        ClickRow(list, 5);
+    EXPECT_EQ(std::pair(chosen->sprite, chosen->frame), std::pair(28, 3 | litBit));
+    chosen = Choose(dialog, start, [&] {
+        ClickRow(list, 0);
         EXPECT_EQ(frame.text(), "0") << "another sprite starts with its first frame";
-        QTest::keyClick(&frame, Qt::Key_Up);
+        EXPECT_NE(dialog.findChild<SpriteView*>()->Picture().isNull(), HasWad());
+        Type(frame, "31");
+        EXPECT_EQ(Find<QLabel>(dialog, "lblPreview").text(), "-") << "no WAD has this picture";
         DoubleClickRow(list, 6);
     });
     ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->sprite, 6);
-    EXPECT_EQ(chosen->frame, 0);
-
-    EXPECT_FALSE(Choose(dialog, EditorLinks::SpriteChoice{28, 3}, [&] {
-        ClickRow(list, 5);
-        QTest::mouseClick(&Find<QPushButton>(dialog, "cmdCancel"), Qt::LeftButton);
-    }));
-    EXPECT_FALSE(Choose(dialog, EditorLinks::SpriteChoice{28, 3}, [&] { QTest::keyClick(&dialog, Qt::Key_Escape); }));
+    EXPECT_EQ(std::pair(chosen->sprite, chosen->frame & ~litBit), std::pair(6, 0));
+    EXPECT_FALSE(Choose(dialog, start, [&] { QTest::keyClick(&dialog, Qt::Key_Escape); }));
 }
 
 TEST_F(SelectDialogsTest, FramesAreLimitedInBothForms) {
     frmSelectSprite dialog(program, nullptr);
-    auto& frame = Find<QLineEdit>(dialog, "txtFrame");
     const struct {
         int letters;
         std::int32_t start;
         const char* typed; // "+" and "-" stand for a step
-        const char* shown;
         std::int32_t chosen;
-    } cases[]{
-        {0, 4, "12", "12", 12}, {0, 4, "40", "31", 31}, {0, 4, "-", "3", 3},  {0, 31, "+", "31", 31},
-        {0, 0, "-", "0", 0},    {1, 4, "z", "Z", 25},   {1, 4, "~", "`", 31}, {1, 4, "3", "A", 0},
-        {1, 4, "+", "F", 5},    {1, 31, "+", "`", 31},  {1, 0, "-", "A", 0},
-    };
+    } cases[]{{0, 4, "40", 31}, {0, 4, "-", 3},  {0, 31, "+", 31}, {0, 0, "-", 0},
+              {1, 4, "z", 25},  {1, 4, "~", 31}, {1, 4, "3", 0},   {1, 4, "+", 5}};
     for (const auto& row : cases) {
-        SCOPED_TRACE(row.typed);
         program.settings.Number("frameCharacter", row.letters);
         const auto chosen = Choose(dialog, EditorLinks::SpriteChoice{0, row.start}, [&] {
             if (*row.typed == '+' || *row.typed == '-')
                 QTest::keyClick(&Find<QWidget>(dialog, "udFrame"), *row.typed == '+' ? Qt::Key_Up : Qt::Key_Down);
             else
-                Type(frame, row.typed);
-            EXPECT_EQ(frame.text(), row.shown);
+                Type(Find<QLineEdit>(dialog, "txtFrame"), row.typed);
             Accept(dialog);
         });
-        ASSERT_TRUE(chosen);
-        EXPECT_EQ(chosen->frame, row.chosen);
+        EXPECT_EQ(chosen->frame, row.chosen) << row.typed;
     }
-}
-
-TEST_F(SelectDialogsTest, APictureThatTheWadsDoNotHaveIsADash) {
-    if (!HasWad())
-        GTEST_SKIP() << "no IWAD is installed";
-    frmSelectSprite dialog(program, nullptr);
-    Choose(dialog, EditorLinks::SpriteChoice{0, 0}, [&] {
-        EXPECT_EQ(Find<QLabel>(dialog, "lblPreview").text(), "TROOA1");
-        EXPECT_FALSE(dialog.findChild<SpriteView*>()->Picture().isNull());
-        Type(Find<QLineEdit>(dialog, "txtFrame"), "31");
-        EXPECT_EQ(Find<QLabel>(dialog, "lblPreview").text(), "-");
-        EXPECT_TRUE(dialog.findChild<SpriteView*>()->Picture().isNull());
-    });
 }
 
 TEST_F(SelectDialogsTest, TheStateDialogShowsEveryStateAsItIsNow) {
     frmSelectState dialog(program, edits, nullptr);
     auto& list = Find<QTableView>(dialog, "lvwSelectStates");
+    auto& filter = Find<QLineEdit>(dialog, "txtFilter");
     const QAbstractItemModelTester tester(list.model());
-    const auto first = Choose(dialog, walking, [&] {
+    const auto clicked = Choose(dialog, walking, [&] {
         EXPECT_EQ(list.model()->rowCount(), static_cast<int>(Current().states.size()));
         EXPECT_EQ(list.currentIndex().row(), walking);
         EXPECT_TRUE(list.viewport()->rect().contains(list.visualRect(list.currentIndex()).center()));
@@ -125,44 +99,38 @@ TEST_F(SelectDialogsTest, TheStateDialogShowsEveryStateAsItIsNow) {
         QObject::connect(list.model(), &QAbstractItemModel::dataChanged, &list, [&told] { ++told; });
         edits.Store({RecordKind::State, walking, RowOf(&StateRecord::duration)}, 77);
         EXPECT_EQ(told, 1) << "the row is drawn anew";
-        ClickRow(list, 12);
-        Accept(dialog);
+        DoubleClickRow(list, 14);
     });
-    EXPECT_EQ(first, 12);
-    EXPECT_EQ(Choose(dialog, 12, [&] { DoubleClickRow(list, 14); }), 14);
-    EXPECT_EQ(Choose(dialog, walking, [&] { QTest::keyClick(&dialog, Qt::Key_Escape); }), std::nullopt);
-    EXPECT_EQ(Choose(dialog, walking,
-                     [&] {
-                         Type(Find<QLineEdit>(dialog, "txtFilter"), "troopattack");
-                         EXPECT_EQ(list.model()->rowCount(), 1);
-                         QTest::keyClick(&Find<QLineEdit>(dialog, "txtFilter"), Qt::Key_Return);
-                     }),
-              454);
-    Choose(dialog, walking, [&] {
-        Type(Find<QLineEdit>(dialog, "txtFilter"), "nosuch");
+    EXPECT_EQ(clicked, 14);
+    const auto found = Choose(dialog, walking, [&] {
+        Type(filter, "nosuch");
         EXPECT_FALSE(Find<QPushButton>(dialog, "cmdAccept").isEnabled()) << "nothing to accept";
+        Type(filter, "troopattack");
+        EXPECT_EQ(list.model()->rowCount(), 1);
+        QTest::keyClick(&filter, Qt::Key_Return);
     });
+    EXPECT_EQ(found, 454);
 }
 
 TEST_F(SelectDialogsTest, TheActionDialogSaysWhatAnActionDoes) {
-    program.engine.actions[3].description = "First line.\\nSecond line.";
     frmSelectAction dialog(program, nullptr);
     auto& list = Find<QListView>(dialog, "lstActions");
     const QAbstractItemModelTester tester(list.model());
+    Choose(dialog, 0, [] {});
+    LoadEngine("mbf19"); // another engine fills the list anew
+    dialog.Refresh();
+    program.engine.actions[3].description = "First line.\\nSecond line.";
     const auto& actions = program.engine.actions;
-    auto chosen = Choose(dialog, actions[20].value, [&] {
+    const auto clicked = Choose(dialog, actions[20].value, [&] {
         EXPECT_EQ(list.model()->rowCount(), static_cast<int>(actions.size()));
         EXPECT_EQ(list.currentIndex().row(), 20);
-        EXPECT_EQ(Find<QLabel>(dialog, "lblActionName").text().toStdString(), actions[20].mnemonic);
         ClickRow(list, 3);
         EXPECT_EQ(Find<QLabel>(dialog, "lblActionName").text().toStdString(), actions[3].mnemonic);
         EXPECT_EQ(Find<QLabel>(dialog, "lblDescription").text(), "First line.\nSecond line.");
         Accept(dialog);
     });
-    EXPECT_EQ(chosen, actions[3].value);
-    EXPECT_EQ(Choose(dialog, actions[3].value, [&] { DoubleClickRow(list, 5); }), actions[5].value);
-    EXPECT_EQ(Choose(dialog, actions[3].value, [] {}), std::nullopt);
-    chosen = Choose(dialog, actions[4].value, [&] {
+    EXPECT_EQ(clicked, actions[3].value);
+    const auto found = Choose(dialog, actions[4].value, [&] {
         auto& filter = Find<QLineEdit>(dialog, "txtFilter");
         Type(filter, "second LINE");
         EXPECT_EQ(list.model()->rowCount(), 1) << "descriptions are searched, too";
@@ -170,23 +138,8 @@ TEST_F(SelectDialogsTest, TheActionDialogSaysWhatAnActionDoes) {
         EXPECT_TRUE(list.hasFocus());
         QTest::keyClick(&list, Qt::Key_Return);
     });
-    EXPECT_EQ(chosen, actions[3].value);
-    chosen = Choose(dialog, actions[3].value, [&] {
-        Type(Find<QLineEdit>(dialog, "txtFilter"), "troopatt");
-        Accept(dialog);
-    });
-    EXPECT_EQ(chosen, program.engine.CodePointerOf("TroopAttack"));
-}
-
-TEST_F(SelectDialogsTest, AnotherEngineFillsTheListsAnew) {
-    frmSelectAction dialog(program, nullptr);
-    Choose(dialog, 0, [] {});
-    LoadEngine("mbf19");
-    dialog.Refresh();
-    Choose(dialog, 0, [&] {
-        EXPECT_EQ(Find<QListView>(dialog, "lstActions").model()->rowCount(),
-                  static_cast<int>(program.engine.actions.size()));
-    });
+    EXPECT_EQ(found, actions[3].value);
+    EXPECT_EQ(Choose(dialog, actions[3].value, [] {}), std::nullopt);
 }
 
 TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {
@@ -194,27 +147,23 @@ TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {
     ExpectingNotifier notifier;
     QtFileDialogs dialogs(settings, notifier);
     const QString prompt = "Enter a new name";
-    struct {
+    const struct {
         FileDialogs::Characters characters;
         QString typed, taken, told;
-    } const cases[]{
-        {FileDialogs::Characters::OfNames, u"D\u00e9j\u20ac\u00e0"_qs, u"D\u00e9j\u00e0"_qs,
-         u"\"\u20ac\" cannot be stored"_qs},
-        {FileDialogs::Characters::OfNames, u"Imp (fast)=2"_qs, u"Imp (fast2"_qs, u"cannot hold \"=\""_qs},
-        {FileDialogs::Characters::Any, u"(\u20ac=)"_qs, u"(\u20ac=)"_qs, {}},
-    };
+    } cases[]{{FileDialogs::Characters::OfNames, u"D\u00e9j\u20ac\u00e0"_qs, u"D\u00e9j\u00e0"_qs,
+               u"\"\u20ac\" cannot be"_qs},
+              {FileDialogs::Characters::OfNames, u"Imp (fast)=2"_qs, u"Imp (fast2"_qs, u"cannot hold \"=\""_qs},
+              {FileDialogs::Characters::Any, u"(\u20ac=)"_qs, u"(\u20ac=)"_qs, prompt}};
     for (const auto& row : cases) {
         const ModalDriver driver("askText", [&](QDialog& dialog) {
-            auto& box = *dialog.findChild<QLineEdit*>();
             const auto& label = *dialog.findChild<QLabel*>();
-            QStringList told;
+            QString told = prompt;
             for (const QChar character : row.typed) {
-                QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_unknown, character, Qt::NoModifier);
-                if (label.text() != prompt)
-                    told << label.text();
+                QTest::sendKeyEvent(QTest::Click, dialog.findChild<QLineEdit*>(), Qt::Key_unknown, character,
+                                    Qt::NoModifier);
+                told = label.text() != prompt ? label.text() : told;
             }
-            EXPECT_EQ(told.isEmpty(), row.told.isEmpty());
-            EXPECT_TRUE(told.isEmpty() || told.last().contains(row.told)) << told.join('\n').toStdString();
+            EXPECT_TRUE(told.contains(row.told)) << told.toStdString();
             EXPECT_EQ(label.text(), prompt) << "the reason goes when something else is typed";
             dialog.accept();
         });

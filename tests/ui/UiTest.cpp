@@ -4,15 +4,11 @@
 #include "patch/modTables.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QPushButton>
 #include <QStyleFactory>
 
 namespace plinket3::test {
-
-namespace {
-
-constexpr const char* freedoom = "/usr/share/games/doom/freedoom2.wad";
-
-} // namespace
 
 void TestLinks::SelectSingleState(int state, int thing, int weapon) {
     Record("select state " + std::to_string(state) + " " + std::to_string(thing) + " " + std::to_string(weapon));
@@ -59,24 +55,15 @@ void EditorTest::LoadEngine(const std::string& engine) {
     edits.Clear();
 }
 
-void EditorTest::CheckTyping(QLineEdit& box, const Typed& typed) {
-    const ::testing::ScopedTrace trace(__FILE__, __LINE__, box.objectName().toStdString() + " " + typed.text);
-    const std::int32_t standard = std::get<std::int32_t>(edits.DefaultValue(typed.cell));
-    EXPECT_EQ(box.text().toInt(), standard);
-    EXPECT_FALSE(box.font().bold());
-    EXPECT_FALSE(box.accessibleName().isEmpty());
-    Type(box, typed.text);
-    if (*typed.text == '\0')
-        QTest::keyClick(&box, Qt::Key_Backspace);
-    EXPECT_EQ(box.text(), typed.shown);
-    EXPECT_EQ(std::get<std::int32_t>(edits.Value(typed.cell)), typed.stored);
-    EXPECT_TRUE(program.patch.changed);
-    EXPECT_TRUE(box.font().bold());
-    edits.Undo();
-    EXPECT_FALSE(edits.CanUndo()) << "typing is one step";
-    EXPECT_EQ(Current(), Defaults());
-    EXPECT_FALSE(program.patch.changed);
-    EXPECT_EQ(box.text().toInt(), standard);
+std::function<void(QDialog&)> AcceptSession(const char* engine) {
+    return [engine](QDialog& dialog) {
+        auto& engines = Find<QComboBox>(dialog, "cmbEngines");
+        const int row = engines.findText(QString::fromLatin1(engine), Qt::MatchStartsWith);
+        EXPECT_GE(row, 0) << engine;
+        if (*engine != '\0')
+            engines.setCurrentIndex(row);
+        QTest::mouseClick(&Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
+    };
 }
 
 void UseFolder(Program& program, const std::filesystem::path& folder) {

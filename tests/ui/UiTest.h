@@ -8,10 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QDialog>
 #include <QLineEdit>
 #include <QTest>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -63,17 +65,6 @@ protected:
         return opened;
     }
 
-    /// A value typed into a number box of an unchanged patch, and what comes of it.
-    struct Typed {
-        Cell cell;
-        const char* text;
-        const char* shown;
-        std::int32_t stored;
-    };
-    /// Types, and checks that the default was shown, that the value is limited, stored and marked, and that one undo
-    /// takes all of it back.
-    void CheckTyping(QLineEdit& box, const Typed& typed);
-
     ExpectingNotifier notifier;
     Program program{notifier};
     Edits edits{program.patch};
@@ -82,6 +73,13 @@ protected:
 private:
     std::vector<std::unique_ptr<EditorWindow>> windows_;
 };
+
+/// Freedoom's WAD, from its Debian package.
+inline constexpr const char* freedoom = "/usr/share/games/doom/freedoom2.wad";
+
+/// For a `ModalDriver`: chooses the engine whose name begins so in the session dialog, the recommended one for none,
+/// and accepts.
+std::function<void(QDialog&)> AcceptSession(const char* engine);
 
 /// Gives the program its folders below `folder`, the settings of a first run and the engines beside the tests.
 void UseFolder(Program& program, const std::filesystem::path& folder);
