@@ -106,10 +106,10 @@ TEST_F(frmEditThingsTest, SpeedKeepsItsMeaningWhenAThingBecomesAProjectile) {
     EXPECT_EQ(Imp().speed, 8 * unit);
     EXPECT_EQ(speed.text(), "8");
     EXPECT_FALSE(speed.font().bold()) << "it means the same";
-    EXPECT_EQ(speed.toolTip(), "Default: 8");
     EXPECT_EQ(edits.UndoName(), "flag MISSILE of Imp");
     Type(speed, "10");
     EXPECT_EQ(Imp().speed, 10 * unit);
+    EXPECT_EQ(speed.toolTip(), "Default: 8");
     edits.Store({RecordKind::Thing, imp, RowOf(&ThingRecord::speed)}, 5 * unit / 2);
     ToggleFlag(projectileBit);
     EXPECT_EQ(Imp().speed, 2);
