@@ -30,6 +30,8 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option = app.add_option("--data-wad", arguments.dataWad, "The data WAD that the patch is to name");
     else if (name == "compact")
         option = app.add_flag("--compact", arguments.compact, "Without blanks, indentation and empty lines");
+    else if (name == "fresh")
+        option = app.add_flag("--fresh", arguments.fresh, "A new patch that holds only what differs from the engine");
     else if (name == "thing")
         option = app.add_option("--thing", arguments.thing, "The states of this thing, counted from 0")
                      ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
@@ -85,6 +87,8 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
     app.add_option("--data", data, "The folder that holds config/ and tables/ instead of the program's own");
 
     Arguments given;
+    app.add_option("--rules", given.rules, "How patches are read: auto, kept or engine")
+        ->check(CLI::IsMember({"auto", "kept", "engine"}));
     const Command* chosen = nullptr;
     for (const auto commands : {PatchCommands(), WadCommands()})
         for (const Command& command : commands)

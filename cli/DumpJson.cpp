@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 #include "core/Text.h"
+#include "patch/PatchDocument.h"
 
 #include <nlohmann/json.hpp>
 
@@ -19,10 +20,9 @@ template <class Record> void PutFields(Json& object, const Dialect& dialect, con
 }
 
 /// Writes one list. Each record is forgotten when it is written: a list may have a million.
-template <class Records, class Describe>
-void PutList(std::ostream& out, std::string_view key, const Records& records, Describe describe) {
+template <class Describe> void PutList(std::ostream& out, std::string_view key, std::size_t count, Describe describe) {
     out << ",\"" << key << "\":[";
-    for (std::size_t i = 0; i < records.size(); ++i)
+    for (std::size_t i = 0; i < count; ++i)
         out << (i == 0 ? "" : ",") << describe(i).dump();
     out << ']';
 }
@@ -34,8 +34,13 @@ public:
 
     template <class Record> Json Of(const std::vector<Record>& records, std::size_t i) const {
         const Record& record = records[i];
+        Json object;
+        if (engine_.dialect.EngineRules() && HasNumber<Record>())
+            object["index"] = i;
         if constexpr (std::is_same_v<Record, SpriteRecord>) {
-            return {{"name", Utf8(set_.SpriteName(static_cast<std::int32_t>(i)))}, {"value", record.value}};
+            object["name"] = Utf8(set_.SpriteName(static_cast<std::int32_t>(i)));
+            object["value"] = record.value;
+            return object;
         } else if constexpr (std::is_same_v<Record, StringRecord>) {
             const bool keyed = engine_.dialect.keyedTexts && i < engine_.strings.size();
             return {{"key", keyed ? Json(Utf8(engine_.strings[i].mnemonic)) : Json()},
@@ -47,7 +52,6 @@ public:
                     {"max", record.maximumLength},
                     {"text", Utf8(record.text)}};
         } else {
-            Json object;
             if constexpr (isNamed<Record>)
                 object["name"] = Utf8(record.name);
             if constexpr (std::is_same_v<Record, SoundRecord>)
@@ -63,9 +67,22 @@ public:
     }
 
 private:
+    /// Strings are known by their keys and cheats by their labels.
+    template <class Record> static constexpr bool HasNumber() {
+        return !std::is_same_v<Record, StringRecord> && !std::is_same_v<Record, CheatRecord>;
+    }
+
     const PatchSet& set_;
     const EngineConfiguration& engine_;
 };
+
+Json OtherStringOf(const PatchDocument::OtherString& other) {
+    return {{"key", Utf8(other.key)},
+            {"position", 0},
+            {"length", other.text.size()},
+            {"text", Utf8(other.text)},
+            {"known", false}};
+}
 
 Json ParOf(const ParRecord& par) { return {{"episode", par.episode}, {"map", par.map}, {"seconds", par.seconds}}; }
 
@@ -88,12 +105,24 @@ void DumpJson(const Program& program, std::ostream& out) {
     out << "{\"engine\":" << engineFacts.dump(-1, ' ', false, bytesThatAreNot)
         << ",\"patch\":" << patchFacts.dump(-1, ' ', false, bytesThatAreNot);
     const Descriptions descriptions(set, engine);
+    const PatchDocument none;
+    const PatchDocument& document = program.patch.document ? *program.patch.document : none;
+    const std::vector<PatchDocument::OtherString>& others = document.OtherStrings();
     VisitKinds([&](const auto& kind) {
         const auto& records = kind.In(set);
-        PutList(out, kind.plural, records, [&](std::size_t i) { return descriptions.Of(records, i); });
+        // Strings that the engine does not know stand behind those that it does.
+        const std::size_t more = kind.kind == RecordKind::String ? others.size() : 0;
+        PutList(out, kind.plural, records.size() + more, [&](std::size_t i) {
+            return i < records.size() ? descriptions.Of(records, i) : OtherStringOf(others[i - records.size()]);
+        });
     });
     out << ",\"misc\":" << misc.dump();
-    PutList(out, "pars", set.pars, [&](std::size_t i) { return ParOf(set.pars[i]); });
+    PutList(out, "pars", set.pars.size(), [&](std::size_t i) { return ParOf(set.pars[i]); });
+    if (engine.dialect.EngineRules())
+        PutList(out, "renames", document.Renames().size(), [&](std::size_t i) {
+            const PatchDocument::Rename& rename = document.Renames()[i];
+            return Json{{"kind", rename.kind}, {"from", Utf8(rename.from)}, {"to", Utf8(rename.to)}};
+        });
     out << '}';
 }
 

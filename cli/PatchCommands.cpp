@@ -1,6 +1,8 @@
 #include "cli/Command.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/PatchDocument.h"
+#include "patch/RulesChoice.h"
 #include "patch/SessionChoice.h"
 #include "patch/StateUse.h"
 #include "patch/modPatchCheck.h"
@@ -51,15 +53,23 @@ struct PatchFile {
     Header header;
 };
 
-PatchFile ReadPatchFile(const std::string& name) {
+PatchFile ReadPatchFile(const Run& run, const std::string& name) {
     PatchFile patch{name, ReadInput(name), {}};
-    Require(modPatchFiles::ScanHeader(std::string_view(patch.bytes), patch.header), name);
+    const Status scanned = modPatchFiles::ScanHeader(std::string_view(patch.bytes), patch.header);
+    if (run.arguments.rules == "kept") // engines do not mind what stands twice
+        Require(scanned, name);
     return patch;
 }
 
-std::size_t EngineFor(const Program& program, const PatchFile& patch) {
-    if (const auto found = RecommendEngine(program, patch.header, patch.bytes, patch.name))
-        return *found;
+std::size_t EngineFor(const Run& run, const PatchFile& patch) {
+    const Program& program = run.program;
+    if (run.arguments.rules != "engine")
+        if (const auto found = RecommendEngine(program, patch.header, patch.bytes, patch.name))
+            return *found;
+    if (run.arguments.rules != "kept")
+        if (const auto found =
+                RecommendEngine(program, patch.header, patch.bytes, patch.name, std::nullopt, Rules::Engine))
+            return *found;
     if (!patch.header.contains("engineversion"))
         return 0;
     throw Refused("there is no engine configuration for patches with \"Doom version = " +
@@ -87,13 +97,45 @@ void LoadEngine(Run& run, const PatchFile& patch) {
     if (!name.empty())
         return LoadEntry(run, program.engines[EngineNamed(program, name, skipped)]);
     RequireEngines(program);
-    LoadEntry(run, program.engines[EngineFor(program, patch)]);
+    LoadEntry(run, program.engines[EngineFor(run, patch)]);
 }
 
-PatchSet ReadSet(Run& run, const PatchFile& patch) {
+/// By which rules a patch is read, and why.
+RulesAdvice RulesFor(const Run& run, const PatchFile& patch) {
+    if (run.arguments.rules == "kept")
+        return {};
+    if (run.arguments.rules == "engine")
+        return {Rules::Engine, "asked for"};
+    return RecommendRules(patch.bytes, run.program.engine, run.program.patch.defaults);
+}
+
+EngineConfiguration EngineWith(Rules rules, EngineConfiguration engine) {
+    engine.dialect = Dialect::Of(engine.dialect.IsExtended());
+    if (rules == Rules::Engine)
+        engine.dialect = engine.dialect.AsEngines();
+    return engine;
+}
+
+/// Says on standard error when the engine rules were taken unasked.
+Rules TellRules(Run& run, const PatchFile& patch) {
+    const RulesAdvice advice = RulesFor(run, patch);
+    if (advice.rules == Rules::Engine && run.arguments.rules == "auto")
+        Complain(run.err, Printable(patch.name) + ": engine rules: " + advice.reason);
+    return advice.rules;
+}
+
+/// Reads a patch over the engine's own data; `document` gets the file by engine rules.
+PatchSet ReadSet(Run& run, const PatchFile& patch, const EngineConfiguration& engine,
+                 std::shared_ptr<const PatchDocument>* document = nullptr) {
     PatchSet set;
-    const modPatchFiles::ReadResult read =
-        modPatchFiles::ParsePatch(patch.bytes, run.program.engine, run.program.patch.defaults, set);
+    modPatchFiles::ReadResult read;
+    if (engine.dialect.EngineRules() && document != nullptr) {
+        auto made = std::make_shared<PatchDocument>();
+        read = made->Read(patch.bytes, engine, run.program.patch.defaults, set);
+        *document = std::move(made);
+    } else {
+        read = modPatchFiles::ParsePatch(patch.bytes, engine, run.program.patch.defaults, set);
+    }
     Require(read.status, patch.name + ":" + std::to_string(LineAt(patch.bytes, read.offset)));
     if (read.unsupported)
         Complain(run.err, patch.name + ": " + std::string(modPatchFiles::unsupportedEntries));
@@ -106,11 +148,14 @@ void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}) {
     Program& program = run.program;
     if (file == standardSet) {
         LoadEngine(run, other);
+        if (run.arguments.rules == "engine")
+            program.engine = EngineWith(Rules::Engine, program.engine);
         return;
     }
-    const PatchFile patch = ReadPatchFile(file);
+    const PatchFile patch = ReadPatchFile(run, file);
     LoadEngine(run, patch);
-    program.patch.current = ReadSet(run, patch);
+    program.engine = EngineWith(TellRules(run, patch), program.engine);
+    program.patch.current = ReadSet(run, patch, program.engine, &program.patch.document);
     program.patch.fileName = file;
     program.patch.named = true;
     program.patch.iwadPath = modPatchFiles::HeaderValue(patch.header, "iwad");
@@ -132,11 +177,17 @@ int Engines(Run& run) {
 }
 
 int Info(Run& run) {
-    Header header;
-    Require(modPatchFiles::ScanHeader(std::filesystem::path(run.arguments.files[0]), header), run.arguments.files[0]);
+    PatchFile patch = ReadPatchFile(run, run.arguments.files[0]);
+    Header& header = patch.header;
+    header["filename"] = patch.name;
     for (const std::string_view name : {"patchversion", "engineversion", "engineconfig", "datawad", "iwad", "filename"})
         if (const auto found = header.find(name); found != header.end())
             run.out << name << " = " << Printable(found->second) << '\n';
+    LoadEngine(run, patch);
+    const RulesAdvice advice = RulesFor(run, patch);
+    run.out << "rules = " << (advice.rules == Rules::Engine ? "engine" : "kept") << '\n';
+    if (!advice.reason.empty())
+        run.out << "reason = " << Printable(advice.reason) << '\n';
     return done;
 }
 
@@ -150,10 +201,12 @@ int Dump(Run& run) {
 int Diff(Run& run) {
     const bool two = run.arguments.files.size() > 1;
     const std::string second = two ? run.arguments.files[1] : standardSet;
-    const PatchFile patch = second == standardSet ? PatchFile() : ReadPatchFile(second);
+    const PatchFile patch = second == standardSet ? PatchFile() : ReadPatchFile(run, second);
     LoadPatch(run, run.arguments.files[0], patch);
     Program& program = run.program;
-    const PatchSet other = second == standardSet ? program.patch.defaults : ReadSet(run, patch);
+    const PatchSet other = second == standardSet
+                               ? program.patch.defaults
+                               : ReadSet(run, patch, EngineWith(TellRules(run, patch), program.engine));
     const std::vector<std::string> lines =
         two ? modPatchDiff::Differences(program.patch.current, other, program.engine)
             : modPatchDiff::Differences(other, program.patch.current, program.engine);
@@ -163,8 +216,9 @@ int Diff(Run& run) {
 }
 
 int Check(Run& run) {
-    const PatchFile patch = ReadPatchFile(run.arguments.files[0]);
+    const PatchFile patch = ReadPatchFile(run, run.arguments.files[0]);
     LoadEngine(run, patch);
+    run.program.engine = EngineWith(TellRules(run, patch), run.program.engine);
     const modPatchCheck::CheckResult result =
         modPatchCheck::CheckPatch(patch.bytes, run.program.engine, run.program.patch.defaults);
     Require(result.status, patch.name + ":" + std::to_string(result.failedLine));
@@ -176,6 +230,8 @@ int Check(Run& run) {
 int Convert(Run& run) {
     LoadPatch(run, run.arguments.files[0]);
     Program& program = run.program;
+    if (run.arguments.fresh || run.arguments.files[0] == standardSet)
+        program.patch.document.reset();
     if (!run.arguments.iwad.empty())
         program.patch.iwadPath = run.arguments.iwad;
     if (!run.arguments.dataWad.empty())
@@ -231,7 +287,7 @@ constexpr std::array patchCommands{
     Command{"check", "PATCH", "Print the lines that do not do what they seem to, and data that a save would lose",
             "engine", 1, 1, Check},
     Command{"convert", "IN OUT", "Read IN (\"-\": the engine's own data) and write OUT as saving does",
-            "!engine iwad data-wad", 2, 2, Convert},
+            "!engine iwad data-wad fresh", 2, 2, Convert},
     Command{"table", "[PATCH] OUT.tbl", "Write the patched records as a table file", "!engine", 1, 2, Table},
     Command{"config", "FILE", "Read a configuration text and print it as the program writes it", "compact", 1, 1,
             Config},

@@ -6,6 +6,9 @@
 
 namespace plinket3 {
 
+/// By which rules a patch is read and saved: those that this program has always had, or those of game engines.
+enum class Rules { Kept, Engine };
+
 /// Which fields an engine knows: those of its level and of all before it.
 enum class FieldLevel { Doom, Dehextra, Mbf21, Id24 };
 
@@ -21,6 +24,7 @@ struct SectionRule {
 /// How patches for an engine are written and read. An engine has one; what stands here as a default is what both normal
 /// and extended patches have in common. docs/formats.md draws them.
 struct Dialect {
+    Rules rules = Rules::Kept;
     std::string_view firstLine = "Patch File for DeHackEd v3.0"; // without it a file is no patch
     std::int32_t patchFormat = 6;                                // the only "Patch format = " that is read
     char comment = '#';                                          // ends a header line, and begins a line that is none
@@ -54,6 +58,15 @@ struct Dialect {
     }
     static constexpr Dialect Of(bool extended) { return extended ? Extended() : Dialect(); }
     bool IsExtended() const { return keyedTexts; }
+
+    /// The same, by the rules of game engines.
+    constexpr Dialect AsEngines() const {
+        Dialect dialect = *this;
+        dialect.rules = Rules::Engine;
+        dialect.sounds = {"Sound"};
+        return dialect;
+    }
+    bool EngineRules() const { return rules == Rules::Engine; }
 };
 
 } // namespace plinket3

@@ -109,6 +109,26 @@ std::int32_t LeadingInt32(std::string_view text) {
     return negative ? -value : value;
 }
 
+std::int32_t EngineInt32(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+'))
+        text.remove_prefix(1);
+    int base = 10;
+    if (text.size() > 2 && text[0] == '0' && ToLower(text[1]) == 'x') {
+        base = 16;
+        text.remove_prefix(2);
+    } else if (text.starts_with('0')) {
+        base = 8;
+    }
+    std::uint64_t value = 0;
+    const std::uint64_t limit = std::uint64_t{std::numeric_limits<std::int64_t>::max()} + (negative ? 1 : 0);
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), value, base);
+    if (read.ec == std::errc::result_out_of_range || value > limit)
+        value = limit;
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(negative ? 0 - value : value));
+}
+
 std::int32_t RoundToInt32(double value) {
     if (std::isnan(value))
         return 0;

@@ -13,6 +13,11 @@ double LeadingReal(std::string_view text);
 /// `LeadingReal`, rounded to the nearest integer (halves to the even one) and limited to 32 bits.
 std::int32_t LeadingInt32(std::string_view text);
 
+/// The whole number at the start of `text` as game engines read it: blanks and tabs, a sign, decimal digits, or
+/// hexadecimal ones behind "0x", or octal ones behind "0"; no number gives 0. Limited to 64 bits, of which the low 32
+/// are taken.
+std::int32_t EngineInt32(std::string_view text);
+
 /// Rounds to the nearest integer, halves to the even one, and limits to 32 bits. Not-a-number gives 0.
 std::int32_t RoundToInt32(double value);
 

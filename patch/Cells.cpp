@@ -85,7 +85,7 @@ RowFacts FactsOf(RecordKind kind, int field) {
     VisitType(kind, [&]<class Record>(const Record*) {
         if constexpr (!fieldTable<Record>.empty()) {
             const Field<Record>& row = Row<Record>(field);
-            facts = {row.label, row.unit, row.width, {row.lowest, row.highest}};
+            facts = {row.label, row.unit, row.width, {row.lowest, row.highest}, row.inPatch, row.bits};
         }
     });
     return facts;

@@ -36,6 +36,8 @@ struct RowFacts {
     FieldUnit unit = FieldUnit::Number;
     FieldWidth width = FieldWidth::Int32;
     Limits limits;
+    bool inPatch = true;
+    BitSet bits = BitSet::Things;
 };
 RowFacts FactsOf(RecordKind kind, int field);
 

@@ -30,6 +30,17 @@ public:
     /// The next `count` logical characters, across lines; see `ReadCountedCharacters`.
     std::string Characters(std::int32_t count) { return modPatchText::ReadCountedCharacters(bytes_, position_, count); }
 
+    /// The next `count` characters as engines count them: a carriage return is none. Fewer at the end of the bytes.
+    std::string EngineCharacters(std::int32_t count) {
+        std::string characters;
+        for (; count > 0 && !AtEnd(); ++position_)
+            if (bytes_[position_] != '\r') {
+                characters += bytes_[position_];
+                --count;
+            }
+        return characters;
+    }
+
 private:
     std::string_view bytes_;
     std::size_t position_ = 0;

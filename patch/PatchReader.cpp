@@ -1,101 +1,63 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
-#include "patch/LabelIndex.h"
+#include "patch/EngineNames.h"
 #include "patch/PatchLines.h"
+#include "patch/PatchStore.h"
 #include "patch/modPatchFiles.h"
-#include "patch/modPatchText.h"
 
 #include <array>
-#include <unordered_map>
 #include <utility>
 
 namespace plinket3::modPatchFiles {
 
 namespace {
 
-enum class Section {
-    Thing,
-    Frame,
-    Sound,
-    Pointer,
-    Weapon,
-    Ammo,
-    Cheat,
-    Misc,
-    CodePtr,
-    Strings,
-    Pars,
-    Text,
-    Unsupported
-};
-
-struct SectionWord {
-    std::string_view word;
-    Section section = Section::Unsupported;
-};
-using SectionWords = std::array<SectionWord, 14>;
-
-constexpr SectionWords WordsOf(const Dialect& dialect) {
-    return {{{dialect.things.word, Section::Thing},
-             {dialect.states.word, Section::Frame},
-             {dialect.sounds.word, Section::Sound},
-             {dialect.pointers.word, Section::Pointer},
-             {dialect.weapons.word, Section::Weapon},
-             {dialect.ammo.word, Section::Ammo},
-             {dialect.cheats, Section::Cheat},
-             {dialect.misc, Section::Misc},
-             {dialect.codePointers, Section::CodePtr},
-             {dialect.strings, Section::Strings},
-             {dialect.pars, Section::Pars},
-             {dialect.texts, Section::Text},
-             {dialect.unsupported[0], Section::Unsupported},
-             {dialect.unsupported[1], Section::Unsupported}}};
-}
-
-/// The kind whose records a section selects by number; `Par` for the other sections.
-RecordKind KindOf(Section section) {
-    switch (section) {
-    case Section::Thing:
-        return RecordKind::Thing;
-    case Section::Frame:
-        return RecordKind::State;
-    case Section::Sound:
-        return RecordKind::Sound;
-    case Section::Weapon:
-        return RecordKind::Weapon;
-    case Section::Ammo:
-        return RecordKind::Ammo;
-    default:
-        return RecordKind::Par;
-    }
-}
-
 /// Header lines that only the header scan reads.
 constexpr std::array<std::string_view, 3> sessionKeys{"Engine config", "Data WAD", "IWAD"};
+constexpr std::string_view versionKey = "Doom version", formatKey = "Patch format";
 
+bool IsSessionKey(std::string_view key) {
+    for (const std::string_view known : sessionKeys)
+        if (EqualIgnoringCase(key, known))
+            return true;
+    return false;
+}
+
+/// Parts a patch into lines, sections, keys and values, and hands them to the store.
 class PatchReader {
 public:
     PatchReader(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
                 ReadObserver* observer)
-        : lines_(bytes), engine_(engine), dialect_(engine.dialect), words_(WordsOf(dialect_)),
-          wordIndex_(words_, [](const SectionWord& entry) { return entry.word; }), defaults_(defaults), set_(set),
-          observer_(observer) {}
+        : lines_(bytes), engine_(engine), dialect_(engine.dialect), words_(dialect_),
+          store_(lines_, engine, defaults, set, observer), set_(set), observer_(observer) {}
 
     ReadResult Read() {
-        Status status = ReadLines();
-        return {std::move(status), offset_, unsupported_};
+        Status status = dialect_.EngineRules() ? EngineLines() : KeptLines();
+        if (status)
+            DeriveMisc(set_.misc);
+        return {std::move(status), store_.Offset(), unsupported_};
     }
 
 private:
-    Status ReadLines() {
+    /// The next line, which is told to the observer.
+    std::string_view NextLine() {
+        const std::size_t offset = lines_.Position();
+        store_.Offset(offset);
+        const std::string_view line = lines_.Next();
+        if (observer_ != nullptr)
+            observer_->Line(offset, Trim(line));
+        return line;
+    }
+
+    // By the kept rules
+
+    Status KeptLines() {
         if (lines_.AtEnd() || Trim(lines_.Next()) != dialect_.firstLine)
             return Status::Failure("Invalid patch file.");
+        store_.Enter(Section::Thing);
         while (!lines_.AtEnd()) {
-            offset_ = lines_.Position();
-            const std::string_view line = Trim(lines_.Next());
-            if (observer_ != nullptr)
-                observer_->Line(offset_, line);
+            const std::string_view line = Trim(NextLine());
             const std::size_t equals = line.find('=');
             Status status = equals == std::string_view::npos
                                 ? HeaderLine(line)
@@ -103,143 +65,65 @@ private:
             if (!status)
                 return status;
         }
-        DeriveMisc(set_.misc);
         return {};
     }
 
     bool VersionsKnown() const { return doomVersionKnown_ && patchFormatKnown_; }
-
-    void Ignore(std::string_view reason) {
-        if (observer_ != nullptr)
-            observer_->Ignored(offset_, reason);
-    }
     void IgnoreEarly() {
-        Ignore("is ignored, because it stands before the lines \"Doom version\" and \"Patch format\"");
+        store_.Ignore("is ignored, because it stands before the lines \"Doom version\" and \"Patch format\"");
     }
-
-    /// A number that is no field's value.
-    std::int32_t PlainNumber(std::string_view text) {
-        if (observer_ != nullptr)
-            observer_->Number(offset_, FieldUnit::Number, FieldWidth::Int32, text);
-        return LeadingInt32(text);
-    }
-
-    // Header lines
 
     Status HeaderLine(std::string_view line) {
         const HeaderWords words(line, dialect_.comment);
         if (words.Count() == 0)
             return {};
-        const int place = wordIndex_.Find(words[0]);
-        if (place < 0) {
-            if (VersionsKnown() && section_ == Section::Pars && EqualIgnoringCase(words[0], "par"))
-                Par(words);
+        const SectionWords::Entry* found = words_.Named(words[0]);
+        if (found == nullptr) {
+            if (VersionsKnown() && store_.Current() == Section::Pars && EqualIgnoringCase(words[0], "par"))
+                store_.StorePar(words);
             else if (VersionsKnown())
-                Ignore("is ignored: it is neither a section that is known nor a line with \"=\"");
+                store_.Ignore("is ignored: it is neither a section that is known nor a line with \"=\"");
             else
                 IgnoreEarly();
             return {};
         }
-        const SectionWord& found = words_[static_cast<std::size_t>(place)];
-        if (found.section == Section::Unsupported) {
+        if (found->section == Section::Unsupported) {
             unsupported_ = true;
-            Ignore("is not supported and will be lost when the patch is saved");
+            store_.Ignore("is not supported and will be lost when the patch is saved");
             return {};
         }
         if (VersionsKnown())
-            section_ = found.section;
-        if (found.section == Section::Text)
-            return TextReplacement(PlainNumber(words[1]), PlainNumber(words[2]));
-        if (!VersionsKnown()) {
-            IgnoreEarly();
-            return {};
+            store_.Enter(found->section);
+        if (found->section == Section::Text) {
+            const std::int32_t oldLength = store_.PlainNumber(words[1]), newLength = store_.PlainNumber(words[2]);
+            if (!VersionsKnown())
+                IgnoreEarly();
+            return store_.ReplaceText(oldLength, newLength, VersionsKnown());
         }
-        if (observer_ != nullptr)
-            observer_->Section(offset_, found.word);
-        Select(words);
-        return {};
-    }
-
-    void Select(const HeaderWords& words) {
-        if (section_ == Section::Pointer)
-            return SelectRecord(words[1], dialect_.pointers, engine_.codePointerStates.size());
-        VisitKind(KindOf(section_), [this, &words](const auto& kind) {
-            if (kind.section == nullptr)
-                return;
-            auto& records = kind.In(set_);
-            SelectRecord(words[1], dialect_.*kind.section, records.size());
-            if constexpr (isNamed<RecordOf<decltype(kind)>>)
-                if (auto* record = RecordAt(records, index_); record != nullptr && words.Count() >= 3)
-                    record->name = words[2];
-        });
-    }
-
-    void SelectRecord(std::string_view number, const SectionRule& section, std::size_t count) {
-        const std::int64_t index = std::int64_t{PlainNumber(number)} - section.firstRead;
-        index_ = index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
-        if (index_ < 0)
-            Ignore("has a number that the engine does not have, so its lines are ignored");
-    }
-
-    void Par(const HeaderWords& words) {
-        if (words.Count() == 4)
-            set_.pars.push_back({PlainNumber(words[1]), PlainNumber(words[2]), PlainNumber(words[3])});
-        else if (words.Count() == 3)
-            set_.pars.push_back({0, PlainNumber(words[1]), PlainNumber(words[2])});
+        if (VersionsKnown())
+            store_.Select(line, found->word);
         else
-            Ignore("is ignored: two or three numbers must follow \"par\"");
-    }
-
-    Status TextReplacement(std::int32_t oldLength, std::int32_t newLength) {
-        const std::string oldText = lines_.Characters(oldLength);
-        std::string newText = lines_.Characters(newLength);
-        if (!VersionsKnown()) {
             IgnoreEarly();
-            return {};
-        }
-        const auto found = dialect_.keyedTexts ? texts_.end() : TextIndex().find(oldText);
-        const bool cutOff = modPatchText::CountCharacters(oldText) < oldLength;
-        if (cutOff || found == texts_.end())
-            return Status::Failure("Could not find string replacement.");
-        const std::int32_t length = modPatchText::CountCharacters(newText);
-        if (length < newLength)
-            Ignore("promises more characters than the patch holds");
-        StringRecord& record = set_.strings[found->second];
-        record.length = length;
-        record.text = std::move(newText);
-        if (observer_ != nullptr)
-            observer_->Text(offset_, record.text.size(),
-                            modPatchText::TextSpace(static_cast<std::int32_t>(oldText.size())));
         return {};
     }
-
-    /// The engine's texts; of equal ones the first.
-    const std::unordered_map<std::string_view, std::size_t>& TextIndex() {
-        if (texts_.empty())
-            for (std::size_t i = 0; i < defaults_.strings.size(); ++i)
-                texts_.try_emplace(defaults_.strings[i].text, i);
-        return texts_;
-    }
-
-    // Field lines
 
     Status FieldLine(std::string_view key, std::string_view value) {
-        if (VersionsKnown() && StoreField(key, value)) {
+        if (VersionsKnown() && store_.StoreField(key, value)) {
             if (observer_ != nullptr)
-                observer_->Field(offset_);
+                observer_->Field(store_.Offset());
             return {};
         }
-        if (EqualIgnoringCase(key, "Doom version")) {
-            if (PlainNumber(value) != engine_.version)
+        if (EqualIgnoringCase(key, versionKey)) {
+            if (store_.PlainNumber(value) != engine_.version)
                 return Status::Failure("Patch file version does not match engine version.");
             doomVersionKnown_ = true;
-        } else if (EqualIgnoringCase(key, "Patch format")) {
-            if (PlainNumber(value) != dialect_.patchFormat)
+        } else if (EqualIgnoringCase(key, formatKey)) {
+            if (store_.PlainNumber(value) != dialect_.patchFormat)
                 return Status::Failure("Unsupported patch format.");
             patchFormatKnown_ = true;
         } else if (observer_ != nullptr && !key.starts_with(dialect_.comment) && !IsSessionKey(key)) {
             if (VersionsKnown())
-                Ignore(UnknownKey());
+                store_.Ignore(UnknownKey());
             else
                 IgnoreEarly();
         }
@@ -247,7 +131,7 @@ private:
     }
 
     std::string_view UnknownKey() const {
-        switch (section_) {
+        switch (store_.Current()) {
         case Section::Strings:
             return "is ignored: the engine has no string of that name";
         case Section::CodePtr:
@@ -261,173 +145,119 @@ private:
         }
     }
 
-    static bool IsSessionKey(std::string_view key) {
-        for (const std::string_view known : sessionKeys)
-            if (EqualIgnoringCase(key, known))
-                return true;
+    // By the rules of game engines
+
+    Status EngineLines() {
+        bool inside = false; // of the store's section
+        while (!lines_.AtEnd()) {
+            const std::string_view line = NextLine();
+            if (inside)
+                inside = EngineSectionLine(line);
+            else
+                inside = EngineLineOutside(line);
+        }
+        return understood_ || lines_.Position() == 0
+                   ? Status()
+                   : Status::Failure("The file holds no line that a game engine knows.");
+    }
+
+    bool IsComment(std::string_view line) const { return line.starts_with(dialect_.comment); }
+
+    /// A line outside of every section; true when it begins one or takes one up again.
+    bool EngineLineOutside(std::string_view line) {
+        if (line.empty() || IsComment(line))
+            return false;
+        if (line.starts_with(' ')) {
+            if (!Trim(line).empty())
+                store_.Ignore("is skipped: it begins with a blank and stands outside of every section");
+            return false;
+        }
+        if (const SectionWords::Entry* found = words_.Beginning(line)) {
+            understood_ = true;
+            return BeginEngineSection(*found, line);
+        }
+        if (IsBracketed(store_.Current()))
+            return EngineSectionLine(line);
+        const auto [key, value] = EnginePair(line);
+        const std::string_view name = Trim(key);
+        if (EqualIgnoringCase(name, versionKey) || EqualIgnoringCase(name, formatKey) || IsSessionKey(name) ||
+            EqualIgnoringCase(line.substr(0, headerStart.size()), headerStart))
+            understood_ = true;
+        else
+            store_.Ignore("belongs to no section");
         return false;
     }
 
-    /// False when the section does not know the key.
-    bool StoreField(std::string_view key, std::string_view value) {
-        switch (section_) {
-        case Section::Misc:
-            return StoreNumber(&set_.misc, key, value);
-        case Section::Pointer:
-            return StorePointer(key, value);
-        case Section::Cheat:
-            return StoreCheat(key, value);
-        case Section::CodePtr:
-            return StoreCodePointer(key, value);
-        case Section::Strings:
-            return StoreString(key, value);
+    bool BeginEngineSection(const SectionWords::Entry& found, std::string_view line) {
+        store_.Enter(found.section);
+        switch (found.section) {
+        case Section::Text: {
+            const HeaderWords words(line, dialect_.comment);
+            if (observer_ != nullptr)
+                observer_->Section(store_.Offset(), found.word);
+            static_cast<void>(
+                store_.ReplaceText(store_.PlainNumber(words[1]), store_.PlainNumber(words[2]), true)); // never fails
+            return false;
+        }
+        case Section::Include:
+            store_.Ignore("names another patch, whose values belong to it and are not edited here");
+            return false;
         default:
-            return StoreRecordNumber(key, value);
+            store_.Select(line, found.word);
+            return true;
         }
     }
 
-    bool StoreRecordNumber(std::string_view key, std::string_view value) {
-        bool known = false;
-        VisitKind(KindOf(section_), [&](const auto& kind) {
-            if constexpr (!fieldTable<RecordOf<decltype(kind)>>.empty())
-                known = StoreNumber(RecordAt(kind.In(set_), index_), key, value);
-        });
-        return known;
-    }
-
-    template <class Record> bool StoreNumber(Record* record, std::string_view key, std::string_view value) {
-        const Field<Record>* field = FindField<Record>(key);
-        if (field == nullptr || field->since > dialect_.fields)
+    /// A line within a section; false when that ends with it.
+    bool EngineSectionLine(std::string_view line) {
+        const bool strings = store_.Current() == Section::Strings;
+        if (line.empty())
             return false;
-        if (record == nullptr)
-            return true;
-        record->*field->member =
-            field->unit == FieldUnit::Flags ? Bits(field->bits, value) : FitWidth(*field, LeadingInt32(value));
-        if (observer_ != nullptr && !(field->unit == FieldUnit::Flags && !IsBitsNumber(value)))
-            observer_->Number(offset_, field->unit, field->width, value);
-        return true;
-    }
-
-    static bool IsBitsNumber(std::string_view value) { return value == "0" || LeadingReal(value) > 0; }
-
-    std::int32_t Bits(BitSet set, std::string_view value) {
-        if (IsBitsNumber(value)) {
-            const double number = LeadingReal(value);
-            if (number > INT32_MAX && number <= UINT32_MAX)
-                return static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
-            return RoundToInt32(number);
-        }
-        if (observer_ != nullptr)
-            observer_->FlagNames(offset_, value);
-        const std::string names = ToUpper(value);
-        std::int32_t bits = 0;
-        const std::vector<std::string>& known = engine_.BitNames(set);
-        for (std::size_t bit = 0; bit < known.size(); ++bit)
-            if (!known[bit].empty() && names.find(known[bit]) != std::string::npos)
-                bits = modPatchText::SetFlag(bits, static_cast<int>(bit));
-        return bits;
-    }
-
-    bool StorePointer(std::string_view key, std::string_view value) {
-        if (!EqualIgnoringCase(key, "Codep Frame"))
-            return false;
-        if (index_ < 0)
-            return true;
-        const std::int32_t target = engine_.codePointerStates[static_cast<std::size_t>(index_)];
-        const StateRecord* source = RecordAt(set_.states, PlainNumber(value));
-        if (source == nullptr)
-            Ignore("is ignored: it names a frame that the engine does not have");
+        if (IsComment(line))
+            return store_.Current() != Section::CodePtr;
+        bool goesOn = true;
+        if (strings)
+            store_.StoreEngineString(line);
+        else if (store_.Current() == Section::Pars)
+            store_.StoreEnginePar(line);
+        else if (store_.Current() == Section::CodePtr)
+            goesOn = store_.StoreEngineCodePointer(line);
         else
-            StoreCodePointer(target, source->action);
-        return true;
+            EngineFieldLine(line);
+        return goesOn && (strings || !line.starts_with(' '));
     }
 
-    bool StoreCodePointer(std::string_view key, std::string_view value) {
-        constexpr std::string_view frame = "Frame ";
-        if (!EqualIgnoringCase(key.substr(0, frame.size()), frame))
-            return false;
-        if (const auto codePointer = engine_.CodePointerOf(value))
-            StoreCodePointer(PlainNumber(Trim(key.substr(frame.size()))), *codePointer);
-        else if (observer_ != nullptr)
-            Ignore("is ignored: the engine knows no code pointer \"" + std::string(value) + "\"");
-        return true;
-    }
-
-    void StoreCodePointer(std::int32_t state, std::int32_t codePointer) {
-        StateRecord* record = RecordAt(set_.states, state);
-        if (record == nullptr) {
-            Ignore("is ignored: it names a frame that the engine does not have");
-            return;
+    void EngineFieldLine(std::string_view line) {
+        const auto [key, value] = EnginePair(line);
+        if (value.data() == nullptr)
+            return store_.Ignore(Trim(line).empty() ? "ends its section" : "is no line of the form \"key = value\"");
+        switch (store_.Current()) {
+        case Section::Sprites:
+        case Section::Sounds:
+            return store_.StoreRename(key, value);
+        case Section::Music:
+        case Section::Helper:
+            return store_.Ignore("is not edited here");
+        case Section::Unsupported:
+            return store_.Ignore("belongs to a section that engines do not read");
+        default:
+            if (!store_.StoreField(key, value.substr(std::min(value.find_first_not_of(" \t"), value.size()))))
+                store_.Ignore("is ignored: this section has no such field");
         }
-        record->codePointer = codePointer;
-        if (observer_ != nullptr)
-            observer_->CodePointer(offset_, state);
     }
 
-    bool StoreCheat(std::string_view key, std::string_view value) {
-        static const LabelIndex<64> index(cheatLabels, [](std::string_view label) { return label; });
-        const int place = index.Find(key);
-        if (place < 0)
-            return false;
-        CheatRecord* cheat = RecordAt(set_.cheats, place);
-        if (cheat == nullptr)
-            return true;
-        cheat->text = modPatchText::UnpadCheat(value);
-        const std::int32_t space = cheat->maximumLength & 0xffff;
-        if (observer_ != nullptr && space > 0)
-            observer_->Text(offset_, cheat->text.size(), space);
-        return true;
-    }
-
-    bool StoreString(std::string_view key, std::string_view value) {
-        std::string text(value);
-        // Kept: of the lines that go on only the first one loses its backslash. docs/kept-behaviour.md
-        if (text.ends_with('\\')) { // goes on in the next lines, also when the key is unknown
-            text.pop_back();
-            std::string_view next;
-            do {
-                if (lines_.AtEnd())
-                    break;
-                next = TrimLeft(lines_.Next());
-                text += next;
-            } while (next.ends_with('\\'));
-            if (observer_ != nullptr)
-                observer_->Continued(offset_, lines_.Position());
-        }
-        const auto found = StringIndex().find(ToUpper(key));
-        if (found == keys_.end())
-            return false;
-        if (StringRecord* record = RecordAt(set_.strings, found->second)) {
-            record->text = modPatchText::UnescapeText(text);
-            record->length = static_cast<std::int32_t>(record->text.size());
-            if (observer_ != nullptr)
-                observer_->String(offset_, text);
-        }
-        return true;
-    }
-
-    const std::unordered_map<std::string, std::int32_t>& StringIndex() {
-        if (keys_.empty())
-            for (std::size_t i = 0; i < engine_.strings.size(); ++i)
-                keys_.try_emplace(ToUpper(engine_.strings[i].mnemonic), static_cast<std::int32_t>(i));
-        return keys_;
-    }
+    static constexpr std::string_view headerStart = "Patch File for DeHackEd v";
 
     PatchLines lines_;
     const EngineConfiguration& engine_;
     const Dialect& dialect_;
     SectionWords words_;
-    LabelIndex<32> wordIndex_;
-    const PatchSet& defaults_;
+    PatchStore store_;
     PatchSet& set_;
     ReadObserver* observer_;
 
-    std::size_t offset_ = 0; // of the line that is being read
-    Section section_ = Section::Thing;
-    std::int32_t index_ = 0; // of the selected record; -1 for one that the engine does not have
     bool doomVersionKnown_ = false, patchFormatKnown_ = false, unsupported_ = false;
-    std::unordered_map<std::string_view, std::size_t> texts_;
-    std::unordered_map<std::string, std::int32_t> keys_;
+    bool understood_ = false; // a line that says that this is a patch
 };
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -96,6 +97,8 @@ template <class Record> Record* RecordAt(std::vector<Record>& records, std::int3
     return &records[static_cast<std::size_t>(index)];
 }
 
+class PatchDocument;
+
 /// The open patch: an engine's own data, what the patch makes of it, and where it came from.
 struct PatchData {
     PatchSet defaults; // the engine's, never changed by editing
@@ -104,8 +107,9 @@ struct PatchData {
     bool named = false;   // the file name is one that the user chose
     bool changed = false; // there are unsaved changes
     std::int32_t doomVersion = 0, patchFormat = Dialect().patchFormat;
-    std::string engineConfig;          // the configuration's file name without its folder
-    std::string iwadPath, dataWadPath; // the second one empty when there is none
+    std::shared_ptr<const PatchDocument> document; // by engine rules: the file as it was opened; null for a new patch
+    std::string engineConfig;                      // the configuration's file name without its folder
+    std::string iwadPath, dataWadPath;             // the second one empty when there is none
 };
 
 } // namespace plinket3

@@ -1,12 +1,15 @@
 #include "core/Files.h"
 #include "core/Text.h"
 #include "core/Version.h"
+#include "patch/EngineNames.h"
+#include "patch/PatchDocument.h"
 #include "patch/PointerTargets.h"
 #include "patch/modPatchFiles.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace plinket3::modPatchFiles {
 
@@ -64,6 +67,8 @@ private:
 
     void Header() {
         Line(dialect_.firstLine);
+        if (dialect_.EngineRules())
+            return EngineHeader();
         Line("# Created with ", programVersion);
         Line();
         Line("# General version information");
@@ -76,6 +81,27 @@ private:
             Line("Data WAD = ", patch_.dataWadPath);
         Line("IWAD = ", patch_.iwadPath);
         Line();
+        Line();
+    }
+
+    /// Engine, IWAD and data WAD are remembered elsewhere; comments are only those that Chocolate Doom looks for.
+    void EngineHeader() {
+        const auto longer = [](const auto& list, const auto& standard, auto room) {
+            for (std::size_t i = 0; i < list.size(); ++i)
+                if (list[i].text != standard[i].text && std::cmp_greater(list[i].text.size(), room(standard[i])))
+                    return true;
+            return false;
+        };
+        if (!dialect_.keyedTexts && longer(current_.strings, defaults_.strings, [](const StringRecord& text) {
+                return modPatchText::TextSpace(static_cast<std::int32_t>(text.text.size()));
+            }))
+            Line("# *allow-long-strings*");
+        if (dialect_.limitedCheats &&
+            longer(current_.cheats, defaults_.cheats, [](const CheatRecord& cheat) { return cheat.text.size(); }))
+            Line("# *allow-long-cheats*");
+        Line();
+        Line("Doom version = ", patch_.doomVersion);
+        Line("Patch format = ", patch_.patchFormat);
         Line();
     }
 
@@ -177,7 +203,7 @@ private:
             const std::int32_t source = targets.StateWithAction(codePointer);
             // Kept: the last state is never written as a source, and the number of states stands for "none found".
             // docs/kept-behaviour.md
-            if (source == static_cast<std::int32_t>(current_.states.size()) - 1)
+            if (!dialect_.EngineRules() && source == static_cast<std::int32_t>(current_.states.size()) - 1)
                 continue;
             Line(dialect_.pointers.word, " ", targets.PointerOf(state), " (", dialect_.states.word, " ", state, ")");
             Line("Codep Frame = ", source);
@@ -192,7 +218,8 @@ private:
         for (std::size_t i = 0; i < count; ++i) {
             const CheatRecord& cheat = current_.cheats[i];
             if (cheat.text != defaults_.cheats[i].text)
-                Line(cheatLabels[i], " = ", modPatchText::PadCheat(cheat.text, cheat.maximumLength));
+                Line(cheatLabels[i], " = ",
+                     dialect_.EngineRules() ? cheat.text : modPatchText::PadCheat(cheat.text, cheat.maximumLength));
         }
     }
 
@@ -212,7 +239,16 @@ private:
         return true;
     }
 
+    void EngineStrings() {
+        for (std::size_t i = 0; i < std::min(current_.strings.size(), engine_.strings.size()); ++i)
+            if (current_.strings[i].text != defaults_.strings[i].text)
+                if (const auto escaped = EngineEscape(current_.strings[i].text, lineEnd))
+                    Line(engine_.strings[i].mnemonic, " = ", std::string_view(*escaped));
+    }
+
     void Strings() {
+        if (dialect_.EngineRules())
+            return EngineStrings();
         const std::size_t count = std::min(current_.strings.size(), engine_.strings.size());
         bool takesNextLine = false;
         for (std::size_t i = 0; i < count; ++i) {
@@ -256,6 +292,13 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
     return PatchWriter(patch, engine).Format();
 }
 
+Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes) {
+    if (engine.dialect.EngineRules() && patch.document)
+        return MergeIntoDocument(*patch.document, patch.current, patch.defaults, engine, bytes);
+    bytes = FormatPatch(patch, engine);
+    return {};
+}
+
 Status SavePatch(Program& program, const std::filesystem::path& file, bool createBackup) {
     std::error_code ignored;
     if (createBackup && std::filesystem::is_regular_file(file, ignored)) {
@@ -264,7 +307,10 @@ Status SavePatch(Program& program, const std::filesystem::path& file, bool creat
         if (const Status status = CopyFileAtomically(file, backup); !status)
             return Status::Failure("no backup could be made: " + status.Reason());
     }
-    Status status = WriteFileAtomically(file, FormatPatch(program.patch, program.engine));
+    std::string bytes;
+    if (Status merged = FormatForSaving(program.patch, program.engine, bytes); !merged)
+        return merged;
+    Status status = WriteFileAtomically(file, bytes);
     if (status)
         program.log.Add("Saved " + file.string());
     return status;

@@ -60,7 +60,7 @@ struct Reading {
 
 /// An engine that cannot be loaded reads nothing.
 Reading TryReading(const std::filesystem::path& programFolder, const modConfig::EngineEntry& entry,
-                   std::string_view bytes) {
+                   std::string_view bytes, Rules rules) {
     EngineConfiguration engine;
     std::string table;
     PatchSet defaults, set;
@@ -68,6 +68,8 @@ Reading TryReading(const std::filesystem::path& programFolder, const modConfig::
         !ReadWholeFile(modTables::TablePath(programFolder, engine), table) ||
         !modTables::ParseTable(table, engine, defaults))
         return {};
+    if (rules == Rules::Engine)
+        engine.dialect = engine.dialect.AsEngines();
     MisfitCounter misfits(engine, defaults);
     const modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &misfits);
     return {read.status ? bytes.size() + 1 : read.offset, misfits.Count(),
@@ -90,19 +92,20 @@ std::optional<std::size_t> FirstEngineOfVersion(const std::vector<modConfig::Eng
 
 std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
                                            std::string_view bytes, const std::filesystem::path& file,
-                                           std::optional<std::size_t> preferred) {
+                                           std::optional<std::size_t> preferred, Rules rules) {
     if (const auto named = ChooseEngine(environment.engines, modPatchFiles::HeaderValue(header, "engineconfig")))
         return named;
     const std::int32_t version = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
     const bool extended = EqualIgnoringCase(file.extension().string(), ".bex");
+    const bool anyVersion = rules == Rules::Engine && !FirstEngineOfVersion(environment.engines, version);
     std::optional<std::size_t> best;
     // How well the best one fits; what comes first counts most, and more is better.
     std::tuple<std::size_t, std::int64_t, bool, bool, std::int64_t> bestFit;
     for (std::size_t i = 0; i < environment.engines.size(); ++i) {
         const modConfig::EngineEntry& entry = environment.engines[i];
-        if (entry.version != version)
+        if (entry.version != version && !anyVersion)
             continue;
-        const Reading reading = TryReading(environment.programFolder, entry, bytes);
+        const Reading reading = TryReading(environment.programFolder, entry, bytes, rules);
         const std::tuple fit(reading.length, -reading.misfits, entry.extended == extended, preferred == i,
                              -reading.states);
         if (!best || fit > bestFit) {

@@ -23,10 +23,12 @@ std::optional<std::size_t> FirstEngineOfVersion(const std::vector<modConfig::Eng
 /// those for its version, the one that reads it furthest - a text that the engine does not have ends the reading -, of
 /// these the one that has a use for the most of its lines, of these one of the mode that the file's ending speaks of
 /// (".bex": extended), of these `preferred`, a place in `environment.engines`, or else the one with the fewest states.
-/// Absent when there is none for its version. Reads configurations and tables, but shows and logs nothing.
+/// Absent when there is none for its version; by engine rules, for which a version decides nothing, all are then looked
+/// at. Reads configurations and tables, but shows and logs nothing.
 std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
                                            std::string_view bytes, const std::filesystem::path& file,
-                                           std::optional<std::size_t> preferred = std::nullopt);
+                                           std::optional<std::size_t> preferred = std::nullopt,
+                                           Rules rules = Rules::Kept);
 
 /// The known IWAD that a patch names, upper and lower case alike: the first whose name is `named`, else whose path is,
 /// else whose path ends in the same file name; absent when none fits.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Status.h"
+#include "patch/Cells.h"
 #include "patch/Program.h"
 
 #include <cstddef>
@@ -40,7 +41,17 @@ public:
     virtual void Ignored(std::size_t /*offset*/, std::string_view /*reason*/) {}
     /// A line that selects a record or begins a section; `word` as a patch writes it.
     virtual void Section(std::size_t /*offset*/, std::string_view /*word*/) {}
-    /// A line with "=" was stored in the section.
+    /// The record that a section selects: a state for Pointer sections. Not for one that the engine does not have.
+    virtual void Selected(std::size_t /*offset*/, RecordKind /*kind*/, std::int32_t /*index*/) {}
+    /// A line has set a value; a line of [PARS] the entry of the list that is the cell's index. `value` is the part of
+    /// the patch's bytes that says it, as far as one part does.
+    virtual void Stored(std::size_t /*offset*/, const Cell& /*cell*/, std::string_view /*value*/) {}
+    /// By engine rules: a string that the engine does not know, and a sprite, sound or music with another name.
+    virtual void OtherString(std::size_t /*offset*/, std::string_view /*key*/, std::string_view /*text*/) {}
+    virtual void Renamed(std::size_t /*offset*/, RecordKind /*kind*/, std::string_view /*from*/,
+                         std::string_view /*to*/) {}
+    virtual void RenamedMusic(std::size_t /*offset*/, std::string_view /*from*/, std::string_view /*to*/) {}
+    /// By the kept rules: a line with "=" belongs to its section, whether or not the record exists.
     virtual void Field(std::size_t /*offset*/) {}
     /// A number was read, for a field or as a part of another line.
     virtual void Number(std::size_t /*offset*/, FieldUnit /*unit*/, FieldWidth /*width*/, std::string_view /*text*/) {}
@@ -71,6 +82,10 @@ ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine,
 
 /// The differences between the two sets of `patch` as a patch file's bytes.
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
+
+/// What saving writes: by engine rules the file as it was opened with what was changed in it, else `FormatPatch`. Fails
+/// for a value that could not be read back.
+Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes);
 
 /// Writes the open patch in one step, after a copy of an existing file to its name + ".bak" when `createBackup`. Logs
 /// "Saved " and the name. After a failure the old file is as it was. Does not change `program.patch`.

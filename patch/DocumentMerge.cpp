@@ -1,0 +1,590 @@
+#include "core/Numbers.h"
+#include "core/Text.h"
+#include "patch/EngineNames.h"
+#include "patch/PatchDocument.h"
+#include "patch/PatchLines.h"
+#include "patch/PointerTargets.h"
+#include "patch/modPatchText.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+
+namespace plinket3 {
+
+namespace {
+
+struct CellHash {
+    std::size_t operator()(const Cell& cell) const {
+        return std::hash<std::uint64_t>{}(static_cast<std::uint64_t>(static_cast<std::uint32_t>(cell.index)) << 16 ^
+                                          static_cast<std::uint64_t>(cell.kind) << 8 ^
+                                          static_cast<std::uint64_t>(cell.field & 0xff));
+    }
+};
+
+/// A cell that has another value than the document says, and the lines that have set it, in order.
+struct Changed {
+    Cell cell;
+    std::vector<std::size_t> lines;
+};
+
+/// The lines from a header up to the next one.
+struct SectionRange {
+    std::size_t header = 0, end = 0;
+    Section section = Section::None;
+};
+
+/// A place in the document's bytes where something else is to stand.
+struct Replacement {
+    std::size_t offset = 0, length = 0;
+    std::string text;
+};
+
+/// The order in which sections stand in a patch.
+int OrderOf(Section section) {
+    constexpr std::array order{Section::Thing,   Section::Frame,  Section::Sound,  Section::Pointer,
+                               Section::CodePtr, Section::Weapon, Section::Ammo,   Section::Cheat,
+                               Section::Misc,    Section::Pars,   Section::Strings};
+    return static_cast<int>(std::find(order.begin(), order.end(), section) - order.begin());
+}
+
+/// Where a value of the kind stands that no line holds yet.
+Section SectionOf(const Cell& cell, const Dialect& dialect) {
+    switch (cell.kind) {
+    case RecordKind::Thing:
+        return Section::Thing;
+    case RecordKind::State:
+        if (cell.field == codePointerField)
+            return dialect.namedCodePointers ? Section::CodePtr : Section::Pointer;
+        return Section::Frame;
+    case RecordKind::Sound:
+        return Section::Sound;
+    case RecordKind::Weapon:
+        return Section::Weapon;
+    case RecordKind::Ammo:
+        return Section::Ammo;
+    case RecordKind::Cheat:
+        return Section::Cheat;
+    case RecordKind::Misc:
+        return Section::Misc;
+    case RecordKind::String:
+        return dialect.keyedTexts ? Section::Strings : Section::Text;
+    default:
+        return Section::Pars;
+    }
+}
+
+/// A section that holds one record.
+bool IsOfOneRecord(Section section) { return KindOf(section) != RecordKind::Par || section == Section::Pointer; }
+
+class Merge {
+public:
+    Merge(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
+          const EngineConfiguration& engine)
+        : document_(document), lines_(document.Lines()), current_(current), said_(document.Said()), defaults_(defaults),
+          engine_(engine), dialect_(engine.dialect), end_(document.LineEnd()) {}
+
+    Status Run(std::string& merged) {
+        FindChanges();
+        if (changes_.empty() && current_.pars == said_.pars) {
+            merged = document_.Bytes();
+            return {};
+        }
+        FindLines();
+        FindSections();
+        for (const Changed& change : changes_)
+            Apply(change);
+        MergePars();
+        for (auto& [place, text] : additions_)
+            Add(place, text);
+        RemoveEmptySections();
+        if (status_)
+            merged = Replaced();
+        return status_;
+    }
+
+private:
+    // What has changed
+
+    void FindChanges() {
+        VisitKinds([this](const auto& kind) {
+            const auto &now = kind.In(current_), &then = kind.In(said_);
+            for (std::size_t i = 0; i < now.size() && i < then.size(); ++i)
+                if (now[i] != then[i])
+                    FindCells(kind.kind, static_cast<std::int32_t>(i));
+        });
+        if (current_.misc != said_.misc)
+            FindCells(RecordKind::Misc, 0);
+    }
+
+    void FindCells(RecordKind kind, std::int32_t index) {
+        for (const Cell& cell : CellsOf(kind, index))
+            if ((cell.field < 0 || IsInPatch(cell)) && ReadCell(current_, cell) != ReadCell(said_, cell))
+                changes_.push_back({cell, {}});
+    }
+
+    static bool IsInPatch(const Cell& cell) { return FactsOf(cell.kind, cell.field).inPatch; }
+
+    /// Looks through the lines once for those that have set what has changed.
+    void FindLines() {
+        std::unordered_map<Cell, std::size_t, CellHash> changed;
+        for (std::size_t i = 0; i < changes_.size(); ++i)
+            changed.emplace(changes_[i].cell, i);
+        for (std::size_t line = 0; line < lines_.size(); ++line) {
+            if (lines_[line].what != LineKind::Value && lines_[line].what != LineKind::Text)
+                continue;
+            const auto found = changed.find({lines_[line].kind, lines_[line].index, lines_[line].field});
+            if (found != changed.end())
+                changes_[found->second].lines.push_back(line);
+        }
+    }
+
+    void FindSections() {
+        for (std::size_t line = 0; line < lines_.size(); ++line) {
+            const bool text = lines_[line].what == LineKind::Text;
+            if (lines_[line].what != LineKind::Header && !text)
+                continue;
+            if (!sections_.empty())
+                sections_.back().end = line;
+            const Section section = text ? Section::Text : static_cast<Section>(lines_[line].field);
+            sections_.push_back({line, lines_.size(), section});
+        }
+    }
+
+    // One change
+
+    void Apply(const Changed& change) {
+        const Cell& cell = change.cell;
+        const CellValue value = ReadCell(current_, cell);
+        if (cell.field == nameField)
+            return Rename(cell, std::get<std::string>(value));
+        if (value == ReadCell(defaults_, cell)) {
+            for (const std::size_t line : change.lines)
+                Remove(line);
+            return;
+        }
+        if (change.lines.empty())
+            additions_[PlaceOf(cell)] += NewLines(cell);
+        else
+            Replace(change.lines.back(), cell);
+    }
+
+    void Remove(std::size_t line) {
+        removed_.push_back(line);
+        replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, {}});
+    }
+
+    void Fail(const Cell& cell, std::string_view reason) {
+        if (status_)
+            status_ = Status::Failure("the " + CellName(current_, cell) + " " + std::string(reason));
+    }
+
+    /// Puts the cell's value in the place of the one that the line has.
+    void Replace(std::size_t line, const Cell& cell) {
+        const std::string_view text = document_.Text(line);
+        if (cell.kind == RecordKind::String)
+            return lines_[line].what == LineKind::Text ? ReplaceTextEntry(line, cell) : ReplaceString(line, cell);
+        std::size_t begin = text.find('=') + 1;
+        begin = std::min(text.find_first_not_of(" \t", begin), text.size());
+        std::string_view old = text.substr(begin);
+        if (cell.kind != RecordKind::Cheat)
+            old = old.substr(0, old.find(dialect_.comment));
+        const bool names = cell.field >= 0 && FactsOf(cell.kind, cell.field).unit == FieldUnit::Flags &&
+                           EngineInt32(old) == 0 && Trim(old) != "0";
+        if (cell.kind != RecordKind::Cheat && !names)
+            old = old.substr(0, old.find_first_of(" \t"));
+        while (old.ends_with(' ') || old.ends_with('\t'))
+            old.remove_suffix(1);
+        replacements_.push_back({lines_[line].offset + begin, old.size(), ValueText(cell, names, old)});
+    }
+
+    std::string ValueText(const Cell& cell, bool names, std::string_view old = {}) {
+        if (cell.kind == RecordKind::Cheat)
+            return std::get<std::string>(ReadCell(current_, cell));
+        const std::int32_t value = std::get<std::int32_t>(ReadCell(current_, cell));
+        if (cell.field == codePointerField)
+            return CodePointerText(cell, value, old);
+        const RowFacts facts = FactsOf(cell.kind, cell.field);
+        if (facts.unit != FieldUnit::Flags)
+            return std::to_string(value);
+        const std::vector<std::string>& known = engine_.BitNames(facts.bits);
+        if (!names || !AllNamed(known, value))
+            return std::to_string(static_cast<std::uint32_t>(value));
+        const std::string text = modPatchText::FormatBits(value, true, known);
+        const bool tight = old.find('+') != std::string_view::npos && old.find(' ') == std::string_view::npos;
+        return tight ? ReplaceAll(text, " + ", "+") : text;
+    }
+
+    static bool AllNamed(const std::vector<std::string>& known, std::int32_t bits) {
+        for (int bit = 0; bit < 32; ++bit)
+            if (modPatchText::GetFlag(bits, bit) &&
+                (static_cast<std::size_t>(bit) >= known.size() || known[static_cast<std::size_t>(bit)].empty()))
+                return false;
+        return true;
+    }
+
+    /// By name in [CODEPTR], where `old` is a name or there is no such line yet; by a state that has it in a Pointer
+    /// section.
+    std::string CodePointerText(const Cell& cell, std::int32_t codePointer, std::string_view old) {
+        const bool named = old.empty() ? dialect_.namedCodePointers : old[0] < '0' || old[0] > '9';
+        if (named) {
+            const std::string* mnemonic = engine_.MnemonicOf(codePointer);
+            if (mnemonic == nullptr)
+                Fail(cell, "has no name in [CODEPTR]");
+            return mnemonic == nullptr ? std::string() : *mnemonic;
+        }
+        const std::int32_t source = Targets().StateWithAction(codePointer);
+        if (source == static_cast<std::int32_t>(defaults_.states.size()))
+            Fail(cell, "is one that no frame of the engine has");
+        return std::to_string(source);
+    }
+
+    const PointerTargets& Targets() {
+        if (!targets_)
+            targets_.emplace(defaults_.states, engine_.codePointerStates);
+        return *targets_;
+    }
+
+    void ReplaceString(std::size_t line, const Cell& cell) {
+        const std::string_view text = document_.Text(line);
+        std::size_t begin = text.find('=') + 1;
+        begin = std::min(text.find_first_not_of(" \t", begin), text.size());
+        std::string value = StringText(cell);
+        // Comments between the lines that it went on in stay behind it.
+        PatchLines parts(text.substr(begin));
+        parts.Next();
+        while (!parts.AtEnd())
+            if (const std::string_view part = parts.Next(); part.starts_with(dialect_.comment))
+                value.append(end_).append(part);
+        replacements_.push_back({lines_[line].offset + begin, text.size() - begin, std::move(value)});
+    }
+
+    std::string StringText(const Cell& cell) {
+        const std::optional<std::string> escaped =
+            EngineEscape(current_.strings[static_cast<std::size_t>(cell.index)].text, end_);
+        if (!escaped)
+            Fail(cell, "cannot be written so that game engines read it back: it is empty, begins or ends with blanks, "
+                       "or has a backslash at its end or before an \"n\"");
+        return escaped.value_or(std::string());
+    }
+
+    void ReplaceTextEntry(std::size_t line, const Cell& cell) {
+        const auto index = static_cast<std::size_t>(cell.index);
+        replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, TextEntry(index)});
+    }
+
+    std::string TextEntry(std::size_t index) const {
+        const std::string &old = defaults_.strings[index].text, &text = current_.strings[index].text;
+        return std::string(dialect_.texts) + " " + std::to_string(old.size()) + " " + std::to_string(text.size()) +
+               std::string(end_) + ReplaceAll(old + text, "\n", end_);
+    }
+
+    void Rename(const Cell& cell, const std::string& name) {
+        const SectionRange* section = SectionFor(cell.kind, cell.index);
+        if (section == nullptr) {
+            additions_[PlaceOf(cell)];
+            return;
+        }
+        const std::string_view text = document_.Text(section->header);
+        const std::size_t begin = text.find('('), last = text.rfind(')');
+        const std::size_t offset = lines_[section->header].offset;
+        if (begin == std::string_view::npos) {
+            const std::size_t length = text.find_last_not_of(" \t") + 1;
+            replacements_.push_back({offset + length, 0, " (" + name + ")"});
+        } else {
+            const std::size_t stop = last == std::string_view::npos || last < begin ? text.size() : last;
+            replacements_.push_back({offset + begin + 1, stop - begin - 1, name});
+        }
+    }
+
+    // What is new
+
+    /// Where new lines go: behind those of a section that there is, or into a new one of this record.
+    struct Place {
+        Section section = Section::None;
+        std::int32_t record = -1;                            // for a section of one record, and for a text
+        std::size_t existing = static_cast<std::size_t>(-1); // among the sections
+        bool operator<(const Place& other) const {
+            return std::tuple(OrderOf(section), record) < std::tuple(OrderOf(other.section), other.record);
+        }
+    };
+
+    const SectionRange* SectionFor(RecordKind kind, std::int32_t index) const {
+        for (std::size_t i = sections_.size(); i-- > 0;) {
+            const DocumentLine& header = lines_[sections_[i].header];
+            if (header.kind == kind && header.index == index && sections_[i].section != Section::Pointer)
+                return &sections_[i];
+        }
+        return nullptr;
+    }
+
+    Place PlaceOf(const Cell& cell) const {
+        Place place{SectionOf(cell, dialect_)};
+        if (IsOfOneRecord(place.section) || place.section == Section::Text)
+            place.record = cell.index;
+        if (place.section == Section::Text || place.section == Section::Pointer)
+            return place;
+        for (std::size_t i = sections_.size(); i-- > 0 && place.existing > sections_.size();)
+            if (sections_[i].section == place.section &&
+                (place.record < 0 || lines_[sections_[i].header].index == place.record))
+                place.existing = i;
+        return place;
+    }
+
+    std::string NewLines(const Cell& cell) {
+        const std::string end(end_);
+        const auto index = static_cast<std::size_t>(cell.index);
+        switch (SectionOf(cell, dialect_)) {
+        case Section::Text:
+            return TextEntry(index) + end;
+        case Section::Strings:
+            return engine_.strings[index].mnemonic + " = " + StringText(cell) + end;
+        case Section::Cheat:
+            return std::string(cheatLabels[index]) + " = " + ValueText(cell, false) + end;
+        case Section::CodePtr:
+            return std::string(dialect_.states.word) + " " + std::to_string(cell.index) + " = " +
+                   ValueText(cell, false) + end;
+        case Section::Pointer:
+            return "Codep Frame = " + ValueText(cell, false) + end;
+        default:
+            return std::string(FactsOf(cell.kind, cell.field).label) + " = " + ValueText(cell, dialect_.namedBits) +
+                   end;
+        }
+    }
+
+    std::string HeaderText(const Place& place) {
+        const std::string end(end_), number = std::to_string(place.record);
+        std::string header;
+        switch (place.section) {
+        case Section::Text:
+            return {};
+        case Section::Pointer:
+            return std::string(dialect_.pointers.word) + " " + std::to_string(Targets().PointerOf(place.record)) +
+                   " (" + std::string(dialect_.states.word) + " " + number + ")" + end;
+        case Section::Cheat:
+            return std::string(dialect_.cheats) + " 0" + end;
+        case Section::Misc:
+            return std::string(dialect_.misc) + " 0" + end;
+        case Section::CodePtr:
+            return std::string(dialect_.codePointers) + end;
+        case Section::Strings:
+            return std::string(dialect_.strings) + end;
+        case Section::Pars:
+            return std::string(dialect_.pars) + end;
+        default:
+            break;
+        }
+        VisitKind(KindOf(place.section), [&](const auto& kind) {
+            if (kind.section == nullptr)
+                return;
+            const SectionRule& rule = dialect_.*kind.section;
+            header = std::string(rule.word) + " " + std::to_string(place.record + rule.firstWritten);
+            if constexpr (isNamed<RecordOf<decltype(kind)>>) {
+                const std::string& name = kind.In(current_)[static_cast<std::size_t>(place.record)].name;
+                if (NamesStandInBrackets() || name != kind.In(defaults_)[static_cast<std::size_t>(place.record)].name)
+                    header += " (" + name + ")";
+            }
+        });
+        return header + end;
+    }
+
+    /// Whether the patch's headers have names, as those of most patches do.
+    bool NamesStandInBrackets() const {
+        for (const SectionRange& section : sections_)
+            if (section.section == Section::Thing || section.section == Section::Weapon ||
+                section.section == Section::Ammo)
+                return document_.Text(section.header).find('(') != std::string_view::npos;
+        return true;
+    }
+
+    void Add(const Place& place, const std::string& text) {
+        if (place.existing < sections_.size()) {
+            kept_.push_back(sections_[place.existing].header);
+            return Insert(EndOfLines(sections_[place.existing]), text);
+        }
+        const std::size_t line = LineForSection(place.section);
+        std::string section = HeaderText(place) + text;
+        if (line > 0 && lines_[line - 1].what != LineKind::Blank)
+            section.insert(0, end_);
+        if (line < lines_.size() && lines_[line].what != LineKind::Blank)
+            section += end_;
+        Insert(line, section);
+    }
+
+    /// Puts lines before `line`; a last line without an end gets one.
+    void Insert(std::size_t line, std::string text) {
+        const std::size_t offset = line < lines_.size() ? lines_[line].offset : document_.Bytes().size();
+        if (offset > 0 && document_.Bytes()[offset - 1] != '\n') {
+            text.insert(0, end_);
+            if (text.ends_with(end_))
+                text.resize(text.size() - end_.size());
+        }
+        replacements_.push_back({offset, 0, std::move(text)});
+    }
+
+    bool BeginsWithBlank(std::size_t line) const { return document_.Text(line).starts_with(' '); }
+
+    /// The line before which a section's new lines stand: engines still count it to the section.
+    std::size_t EndOfLines(const SectionRange& section) const {
+        std::size_t line = section.header + 1;
+        if (IsBracketed(section.section)) {
+            for (std::size_t each = line; each < section.end; ++each)
+                if (lines_[each].what == LineKind::Value &&
+                    (section.section == Section::Strings || !BeginsWithBlank(each)))
+                    line = each + 1;
+            return line;
+        }
+        while (line < section.end && lines_[line].what != LineKind::Blank && !BeginsWithBlank(line))
+            ++line;
+        while (line > section.header + 1 && lines_[line - 1].what == LineKind::Comment && line == section.end)
+            --line; // belongs to what comes next
+        return line;
+    }
+
+    /// The line before which a new section stands: behind the last of its kind or of those that come before it.
+    std::size_t LineForSection(Section section) const {
+        const SectionRange* best = nullptr;
+        for (const SectionRange& each : sections_)
+            if (OrderOf(each.section) <= OrderOf(section) &&
+                (best == nullptr || OrderOf(each.section) >= OrderOf(best->section)))
+                best = &each;
+        std::size_t line = best != nullptr ? best->end : sections_.empty() ? lines_.size() : sections_.front().header;
+        const std::size_t first = best != nullptr ? best->header + 1 : 0;
+        // Comments right above the next section are its own, and so are the empty lines.
+        const std::size_t next = line;
+        while (line > first && line < lines_.size() && lines_[line - 1].what == LineKind::Comment)
+            --line;
+        if (line < next && line > first && lines_[line - 1].what != LineKind::Blank)
+            line = next;
+        while (line > first && lines_[line - 1].what == LineKind::Blank)
+            --line;
+        return line;
+    }
+
+    // Par times
+
+    std::string ParLine(const ParRecord& par) const {
+        return "par " + (par.episode != 0 ? std::to_string(par.episode) + " " : std::string()) +
+               std::to_string(par.map) + " " + std::to_string(par.seconds);
+    }
+
+    /// Entries that are the same at the beginning and the end of the list keep their lines; of those between, each
+    /// takes the line of one that was there.
+    void MergePars() {
+        const std::vector<ParRecord>&now = current_.pars, &then = said_.pars;
+        if (now == then)
+            return;
+        std::vector<std::size_t> lines;
+        for (std::size_t line = 0; line < lines_.size(); ++line)
+            if (lines_[line].what == LineKind::Value && lines_[line].kind == RecordKind::Par)
+                lines.push_back(line);
+        std::size_t first = 0, nowEnd = now.size(), thenEnd = then.size();
+        while (first < nowEnd && first < thenEnd && now[first] == then[first])
+            ++first;
+        while (nowEnd > first && thenEnd > first && now[nowEnd - 1] == then[thenEnd - 1]) {
+            --nowEnd;
+            --thenEnd;
+        }
+        std::size_t at = first;
+        for (; at < nowEnd && at < thenEnd; ++at) {
+            const std::string_view text = document_.Text(lines[at]);
+            std::size_t length = text.find_first_not_of("0123456789-+ \t", std::string_view("par").size());
+            length = text.substr(0, length).find_last_not_of(" \t") + 1;
+            replacements_.push_back({lines_[lines[at]].offset, length, ParLine(now[at])});
+        }
+        for (std::size_t gone = at; gone < thenEnd; ++gone)
+            Remove(lines[gone]);
+        std::string added;
+        for (; at < nowEnd; ++at)
+            added += ParLine(now[at]) + std::string(end_);
+        if (added.empty())
+            return;
+        if (thenEnd < lines.size())
+            Insert(lines[thenEnd], added);
+        else
+            additions_[PlaceOf({RecordKind::Par, 0, listField})] += added;
+    }
+
+    // Sections without lines
+
+    void RemoveEmptySections() {
+        std::ranges::sort(removed_);
+        std::size_t last = sections_.size();
+        for (const std::size_t line : removed_) {
+            const auto behind = std::ranges::upper_bound(sections_, line, {}, &SectionRange::header);
+            if (behind == sections_.begin())
+                continue;
+            const auto at = static_cast<std::size_t>(behind - sections_.begin()) - 1;
+            if (std::exchange(last, at) != at)
+                RemoveIfEmpty(sections_[at]);
+        }
+    }
+
+    void RemoveIfEmpty(const SectionRange& section) {
+        if (section.section == Section::Text || std::ranges::find(kept_, section.header) != kept_.end())
+            return;
+        // A name of its own is a reason to stay.
+        const DocumentLine& header = lines_[section.header];
+        if (header.index >= 0 && section.section != Section::Pointer &&
+            (header.kind == RecordKind::Thing || header.kind == RecordKind::Weapon ||
+             header.kind == RecordKind::Ammo)) {
+            const Cell name{header.kind, header.index, nameField};
+            if (ReadCell(current_, name) != ReadCell(defaults_, name))
+                return;
+        }
+        std::size_t line = section.header + 1;
+        for (; line < section.end && lines_[line].what != LineKind::Blank; ++line)
+            if (!std::ranges::binary_search(removed_, line))
+                return;
+        for (std::size_t rest = line; IsBracketed(section.section) && rest < section.end; ++rest)
+            if (lines_[rest].what != LineKind::Blank && lines_[rest].what != LineKind::Comment &&
+                !std::ranges::binary_search(removed_, rest))
+                return;
+        replacements_.push_back({header.offset, document_.End(section.header) - header.offset, {}});
+        if (line < section.end) // the blank line that ends it
+            replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, {}});
+    }
+
+    std::string Replaced() {
+        std::ranges::stable_sort(replacements_, {}, &Replacement::offset);
+        const std::string& bytes = document_.Bytes();
+        std::string merged;
+        merged.reserve(bytes.size() + 256);
+        std::size_t done = 0;
+        for (const Replacement& each : replacements_) {
+            merged.append(bytes, done, each.offset - done).append(each.text);
+            done = each.offset + each.length;
+        }
+        return merged.append(bytes, done);
+    }
+
+    const PatchDocument& document_;
+    const std::vector<DocumentLine>& lines_;
+    const PatchSet& current_;
+    const PatchSet& said_;
+    const PatchSet& defaults_;
+    const EngineConfiguration& engine_;
+    const Dialect& dialect_;
+    const std::string_view end_;
+
+    std::vector<Changed> changes_;
+    std::vector<SectionRange> sections_;
+    std::map<Place, std::string> additions_;
+    std::vector<Replacement> replacements_;
+    std::vector<std::size_t> removed_, kept_; // lines
+    std::optional<PointerTargets> targets_;
+    Status status_;
+};
+
+} // namespace
+
+Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
+                         const EngineConfiguration& engine, std::string& merged) {
+    return Merge(document, current, defaults, engine).Run(merged);
+}
+
+} // namespace plinket3

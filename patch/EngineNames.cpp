@@ -1,0 +1,104 @@
+#include "patch/EngineNames.h"
+
+#include <algorithm>
+#include <array>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr std::string_view bitSeparators = "+|, \t";
+
+struct BitAlias {
+    std::string_view name;
+    int bit;
+};
+/// Where engines differ, what most players' one does: for it UNUSED2 and UNUSED3 are bits without meaning.
+constexpr std::array bitAliases{BitAlias{"TRANSLATION", 26}, BitAlias{"TRANSLATION1", 26}, BitAlias{"TRANSLATION2", 27},
+                                BitAlias{"UNUSED1", 27}, BitAlias{"UNUSED4", 31}};
+
+constexpr std::array<std::string_view, 68> musicNames{
+    "e1m1",   "e1m2",   "e1m3",   "e1m4",   "e1m5",   "e1m6",   "e1m7",   "e1m8",   "e1m9",   "e2m1",
+    "e2m2",   "e2m3",   "e2m4",   "e2m5",   "e2m6",   "e2m7",   "e2m8",   "e2m9",   "e3m1",   "e3m2",
+    "e3m3",   "e3m4",   "e3m5",   "e3m6",   "e3m7",   "e3m8",   "e3m9",   "inter",  "intro",  "bunny",
+    "victor", "introa", "runnin", "stalks", "countd", "betwee", "doom",   "the_da", "shawn",  "ddtblu",
+    "in_cit", "dead",   "stlks2", "theda2", "doom2",  "ddtbl2", "runni2", "dead2",  "stlks3", "romero",
+    "shawn2", "messag", "count2", "ddtbl3", "ampie",  "theda3", "adrian", "messg2", "romer2", "tense",
+    "shawn3", "openin", "evil",   "ultima", "read_m", "dm2ttl", "dm2int", "musinfo"};
+
+} // namespace
+
+EnginePairResult EnginePair(std::string_view line) {
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos)
+        return {};
+    std::string_view key = line.substr(0, equals);
+    if (key.ends_with(' ') || key.ends_with('\t'))
+        key.remove_suffix(1);
+    key.remove_prefix(std::min(key.find_first_not_of(" \t"), key.size()));
+    return {key, line.substr(equals + 1)};
+}
+
+std::vector<std::string_view> BitWords(std::string_view value) {
+    std::vector<std::string_view> words;
+    for (std::size_t at = value.find_first_not_of(bitSeparators); at < value.size();) {
+        const std::size_t end = std::min(value.find_first_of(bitSeparators, at), value.size());
+        words.push_back(value.substr(at, end - at));
+        at = std::min(value.find_first_not_of(bitSeparators, end), value.size());
+    }
+    return words;
+}
+
+std::optional<int> BitNamed(const std::vector<std::string>& known, std::string_view name) {
+    for (std::size_t bit = 0; bit < known.size(); ++bit)
+        if (!known[bit].empty() && EqualIgnoringCase(known[bit], name))
+            return static_cast<int>(bit);
+    const auto alias =
+        std::ranges::find_if(bitAliases, [name](const BitAlias& row) { return EqualIgnoringCase(row.name, name); });
+    return alias == bitAliases.end() ? std::nullopt : std::optional(alias->bit);
+}
+
+std::string EngineText(std::string_view escaped) {
+    std::string text;
+    text.reserve(escaped.size());
+    for (std::size_t at = 0; at < escaped.size(); ++at) {
+        const bool feed = escaped[at] == '\\' && at + 1 < escaped.size() && ToLower(escaped[at + 1]) == 'n';
+        text += feed ? '\n' : escaped[at];
+        at += feed ? 1 : 0;
+    }
+    return text;
+}
+
+std::optional<std::string> EngineEscape(std::string_view text, std::string_view lineEnd) {
+    constexpr std::size_t longestLine = 900; // engines cut lines at about a thousand characters
+    constexpr std::string_view space = " \t\r\v\f\n";
+    if (text.empty() || space.substr(0, 2).find(text.front()) != std::string_view::npos || text.ends_with('\\') ||
+        (text.back() != '\n' && space.find(text.back()) != std::string_view::npos) ||
+        text.find('\r') != std::string_view::npos || text.find("\\n") != std::string_view::npos ||
+        text.find("\\N") != std::string_view::npos)
+        return std::nullopt;
+    std::string escaped;
+    std::size_t lineLength = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool feed = text[at] == '\n';
+        if (feed)
+            escaped += "\\n";
+        else
+            escaped += text[at];
+        lineLength += feed ? 2 : 1;
+        const char next = at + 1 < text.size() ? text[at + 1] : ' ';
+        const bool mayBreak = next != ' ' && next != '\t' && next != '#' && next != '\n';
+        if ((feed || lineLength >= longestLine) && mayBreak && text[at] != '\\') {
+            escaped += '\\';
+            escaped += lineEnd;
+            lineLength = 0;
+        }
+    }
+    return escaped;
+}
+
+bool IsMusicName(std::string_view name) {
+    return std::ranges::any_of(musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
+}
+
+} // namespace plinket3

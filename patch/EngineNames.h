@@ -1,0 +1,56 @@
+#pragma once
+
+#include "core/Text.h"
+#include "patch/PatchSet.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace plinket3 {
+
+// How game engines part lines into keys and values and find what a name means.
+
+struct EnginePairResult {
+    std::string_view key, value; // `value` has no data when the line is no pair
+};
+
+/// "key = value". A blank before "=" belongs to the sign, a second one to the key. A line without "=" is no pair; one
+/// with nothing behind it has an empty value. The value keeps its blanks.
+EnginePairResult EnginePair(std::string_view line);
+
+/// The names in a value of bits, parted by "+", vertical bars, commas, blanks and tabs.
+std::vector<std::string_view> BitWords(std::string_view value);
+
+/// The bit that a whole name stands for, upper and lower case alike: one of `known` (by bit), or another name that
+/// engines take for one; absent for an unknown one.
+std::optional<int> BitNamed(const std::vector<std::string>& known, std::string_view name);
+
+/// A text of [STRINGS] without its escapes: \n is a line feed, and there is no other.
+std::string EngineText(std::string_view escaped);
+
+/// A text as a value of [STRINGS]; absent when engines could not read it back: they know no empty text, no blanks at
+/// either end, no carriage return, and no backslash at the end or before an "n". Long texts and those of several lines
+/// go on behind backslashes, in lines that end with `lineEnd`.
+std::optional<std::string> EngineEscape(std::string_view text, std::string_view lineEnd);
+
+/// The names of music, without "D_".
+bool IsMusicName(std::string_view name);
+
+/// The record that has this name by default, upper and lower case alike; absent when none has.
+template <class Record>
+std::optional<std::int32_t> IndexByName(const std::vector<Record>& defaults, std::string_view name) {
+    for (std::size_t i = 0; i < defaults.size(); ++i) {
+        std::string_view stored(defaults[i].name.data(), defaults[i].name.size());
+        stored = stored.substr(0, std::min(stored.find('\0'), stored.find(' ')));
+        if (!stored.empty() && EqualIgnoringCase(stored, name))
+            return static_cast<std::int32_t>(i);
+    }
+    return std::nullopt;
+}
+
+} // namespace plinket3
