@@ -4,6 +4,7 @@
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/PointerTargets.h"
+#include "patch/modPatchDiff.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -88,7 +89,7 @@ public:
         : document_(document), lines_(document.Lines()), current_(current), said_(document.Said()), defaults_(defaults),
           engine_(engine), dialect_(engine.dialect), end_(document.LineEnd()) {}
 
-    Status Run(std::string& merged) {
+    Status Run(bool removeEmptySections, std::string& merged) {
         FindChanges();
         if (changes_.empty() && current_.pars == said_.pars) {
             merged = document_.Bytes();
@@ -99,9 +100,12 @@ public:
         for (const Changed& change : changes_)
             Apply(change);
         MergePars();
-        for (auto& [place, text] : additions_)
-            Add(place, text);
-        RemoveEmptySections();
+        for (const bool existing : {true, false}) // a section's own lines stand before what is put behind it
+            for (const auto& [place, text] : additions_)
+                if ((place.existing < sections_.size()) == existing)
+                    Add(place, text);
+        if (removeEmptySections)
+            RemoveEmptySections();
         if (status_)
             merged = Replaced();
         return status_;
@@ -163,8 +167,14 @@ private:
         if (cell.field == nameField)
             return Rename(cell, std::get<std::string>(value));
         if (value == ReadCell(defaults_, cell)) {
-            for (const std::size_t line : change.lines)
+            for (const std::size_t line : change.lines) {
                 Remove(line);
+                // Behind a text its line ends, and an empty one parts it from the next.
+                for (std::size_t next = line + 1; lines_[line].what == LineKind::Text && next < line + 3 &&
+                                                  next < lines_.size() && lines_[next].what == LineKind::Blank;
+                     ++next)
+                    Remove(next);
+            }
             return;
         }
         if (change.lines.empty())
@@ -203,8 +213,13 @@ private:
     }
 
     std::string ValueText(const Cell& cell, bool names, std::string_view old = {}) {
-        if (cell.kind == RecordKind::Cheat)
-            return std::get<std::string>(ReadCell(current_, cell));
+        if (cell.kind == RecordKind::Cheat) {
+            std::string text = std::get<std::string>(ReadCell(current_, cell));
+            if (text != modPatchText::UnpadCheat(text) || text.find_first_of("\r\n") != std::string::npos)
+                Fail(cell,
+                     "cannot be written so that it reads back: it begins or ends with blanks or has several lines");
+            return text;
+        }
         const std::int32_t value = std::get<std::int32_t>(ReadCell(current_, cell));
         if (cell.field == codePointerField)
             return CodePointerText(cell, value, old);
@@ -408,9 +423,11 @@ private:
         }
         const std::size_t line = LineForSection(place.section);
         std::string section = HeaderText(place) + text;
-        if (line > 0 && lines_[line - 1].what != LineKind::Blank)
+        const bool textFollows = line < lines_.size() && lines_[line].what != LineKind::Blank;
+        const bool behindAnother = std::exchange(lastSection_, line) == line && !textFollows;
+        if (behindAnother || (line > 0 && lines_[line - 1].what != LineKind::Blank))
             section.insert(0, end_);
-        if (line < lines_.size() && lines_[line].what != LineKind::Blank)
+        if (textFollows)
             section += end_;
         Insert(line, section);
     }
@@ -550,7 +567,9 @@ private:
     }
 
     std::string Replaced() {
-        std::ranges::stable_sort(replacements_, {}, &Replacement::offset);
+        // What is put before a line stands before what takes the line's place.
+        std::ranges::stable_sort(replacements_, {},
+                                 [](const Replacement& each) { return std::pair(each.offset, each.length > 0); });
         const std::string& bytes = document_.Bytes();
         std::string merged;
         merged.reserve(bytes.size() + 256);
@@ -575,7 +594,8 @@ private:
     std::vector<SectionRange> sections_;
     std::map<Place, std::string> additions_;
     std::vector<Replacement> replacements_;
-    std::vector<std::size_t> removed_, kept_; // lines
+    std::vector<std::size_t> removed_, kept_;                // lines
+    std::size_t lastSection_ = static_cast<std::size_t>(-1); // where the last new one went
     std::optional<PointerTargets> targets_;
     Status status_;
 };
@@ -583,8 +603,23 @@ private:
 } // namespace
 
 Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
-                         const EngineConfiguration& engine, std::string& merged) {
-    return Merge(document, current, defaults, engine).Run(merged);
+                         const EngineConfiguration& engine, PatchDocument& merged) {
+    Status status;
+    // A header that is left without lines may keep those behind it from being read in the section before.
+    for (const bool removeEmptySections : {true, false}) {
+        std::string bytes;
+        status = Merge(document, current, defaults, engine).Run(removeEmptySections, bytes);
+        if (!status)
+            break;
+        PatchSet read;
+        modPatchFiles::ReadResult result = merged.Read(std::move(bytes), engine, defaults, read);
+        const std::vector<std::string> otherwise = modPatchDiff::Differences(current, read, engine);
+        if (result.status && otherwise.empty())
+            break;
+        status =
+            result.status ? Status::Failure("it would not read back: " + otherwise.front()) : std::move(result.status);
+    }
+    return status;
 }
 
 } // namespace plinket3

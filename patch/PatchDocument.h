@@ -73,10 +73,10 @@ private:
     std::string_view lineEnd_ = "\n";
 };
 
-/// The document's bytes with the values of `current` in place of those that the document says. Lines whose values did
-/// not change stay as they are, byte for byte; a value that is the engine's own again loses its line. Fails with the
-/// first value that game engines could not read back.
+/// The document with the values of `current` in place of those that it says. Lines whose values did not change stay as
+/// they are, byte for byte; a value that is the engine's own again loses its line. Reads back what it made: fails, with
+/// `merged` of no use, for a value that game engines would not read back.
 Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
-                         const EngineConfiguration& engine, std::string& merged);
+                         const EngineConfiguration& engine, PatchDocument& merged);
 
 } // namespace plinket3

@@ -156,9 +156,8 @@ private:
             else
                 inside = EngineLineOutside(line);
         }
-        return understood_ || lines_.Position() == 0
-                   ? Status()
-                   : Status::Failure("The file holds no line that a game engine knows.");
+        return understood_ || !unknown_ ? Status()
+                                        : Status::Failure("The file holds no line that a game engine knows.");
     }
 
     bool IsComment(std::string_view line) const { return line.starts_with(dialect_.comment); }
@@ -168,6 +167,7 @@ private:
         if (line.empty() || IsComment(line))
             return false;
         if (line.starts_with(' ')) {
+            unknown_ |= !Trim(line).empty();
             if (!Trim(line).empty())
                 store_.Ignore("is skipped: it begins with a blank and stands outside of every section");
             return false;
@@ -181,10 +181,12 @@ private:
         const auto [key, value] = EnginePair(line);
         const std::string_view name = Trim(key);
         if (EqualIgnoringCase(name, versionKey) || EqualIgnoringCase(name, formatKey) || IsSessionKey(name) ||
-            EqualIgnoringCase(line.substr(0, headerStart.size()), headerStart))
+            EqualIgnoringCase(line.substr(0, headerStart.size()), headerStart)) {
             understood_ = true;
-        else
-            store_.Ignore("belongs to no section");
+            return false;
+        }
+        unknown_ = true;
+        store_.Ignore("belongs to no section");
         return false;
     }
 
@@ -257,7 +259,8 @@ private:
     ReadObserver* observer_;
 
     bool doomVersionKnown_ = false, patchFormatKnown_ = false, unsupported_ = false;
-    bool understood_ = false; // a line that says that this is a patch
+    bool understood_ = false,
+         unknown_ = false; // there was a line that says that this is a patch; one that says nothing
 };
 
 } // namespace

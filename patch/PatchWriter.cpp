@@ -293,8 +293,12 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 }
 
 Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes) {
-    if (engine.dialect.EngineRules() && patch.document)
-        return MergeIntoDocument(*patch.document, patch.current, patch.defaults, engine, bytes);
+    if (engine.dialect.EngineRules() && patch.document) {
+        PatchDocument merged;
+        Status status = MergeIntoDocument(*patch.document, patch.current, patch.defaults, engine, merged);
+        bytes = merged.Bytes();
+        return status;
+    }
     bytes = FormatPatch(patch, engine);
     return {};
 }

@@ -1,0 +1,274 @@
+#include "patch/PatchDocument.h"
+
+#include "core/Text.h"
+#include "patch/Cells.h"
+#include "patch/PatchLines.h"
+#include "patch/modPatchDiff.h"
+#include "tests/support/SmallEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+namespace plinket3::test {
+namespace {
+
+EngineConfiguration AsEngines(bool extended) {
+    EngineConfiguration engine = SmallEngine(extended);
+    engine.dialect = engine.dialect.AsEngines();
+    return engine;
+}
+
+struct MergeRow {
+    const char* name;
+    std::string before;
+    void (*edit)(PatchSet&);
+    std::string after;
+    bool extended = true;
+};
+void PrintTo(const MergeRow& row, std::ostream* out) { *out << row.name; }
+
+const MergeRow mergeRows[]{
+    {"AValueInItsPlace", "Thing 2 (Zombie Man)\r\nHit points =  60  # tough\r\nMass = 5",
+     [](PatchSet& set) { set.things[1].hitPoints = 7; },
+     "Thing 2 (Zombie Man)\r\nHit points =  7  # tough\r\nMass = 5"},
+    {"TheLastOfTwoLinesCounts", "Thing 2\nMass = 1\nMass = 2\n\nThing 2\nMass = 3\n",
+     [](PatchSet& set) { set.things[1].mass = 9; }, "Thing 2\nMass = 1\nMass = 2\n\nThing 2\nMass = 9\n"},
+    {"BitsKeepTheirForm", "Thing 1\nBits = solid+Float\n\nThing 2\nBits = 0x6 # hex\n",
+     [](PatchSet& set) { set.things[0].bits = 1, set.things[1].bits = 3; },
+     "Thing 1\nBits = SPECIAL\n\nThing 2\nBits = 3 # hex\n"},
+    {"ANewValueGoesToTheEndOfItsSection", "Thing 2\nMass = 1\n# about mass\n\n# next\nThing 3\nMass = 4\n",
+     [](PatchSet& set) { set.things[1].hitPoints = 7; },
+     "Thing 2\nMass = 1\n# about mass\nHit points = 7\n\n# next\nThing 3\nMass = 4\n"},
+    {"BeforeTheLineThatEndsTheSection", "Frame 2\nDuration = 4\n Next frame = 3\nFrame 3\n",
+     [](PatchSet& set) { set.states[2].unknown1 = 5; },
+     "Frame 2\nDuration = 4\nUnknown 1 = 5\n Next frame = 3\nFrame 3\n"},
+    {"ANewSectionBehindTheLastOfItsKind",
+     "# a patch\n\nThing 1 (Player)\nMass = 1\n\n\n# frames\nFrame 1\nDuration = 2\n",
+     [](PatchSet& set) { set.things[2].mass = 3; },
+     "# a patch\n\nThing 1 (Player)\nMass = 1\n\nThing 3 (Imp)\nMass = 3\n\n\n# frames\nFrame 1\nDuration = 2\n"},
+    {"ANewKindInTheUsualOrder", "Thing 1\nMass = 1\n\nMisc 0\nMax Health = 5\n",
+     [](PatchSet& set) { set.states[4].duration = 3; },
+     "Thing 1\nMass = 1\n\nFrame 4\nDuration = 3\n\nMisc 0\nMax Health = 5\n"},
+    {"BehindALineWithoutAnEnd", "Doom version = 19", [](PatchSet& set) { set.things[0].mass = 3; },
+     "Doom version = 19\n\nThing 1 (Player)\nMass = 3"},
+    {"TheEnginesOwnValueLosesItsLines", "Thing 2\nMass = 1\nHit points = 5\nMass = 2\n\nThing 3\nMass = 4\n\nFrame 1\n",
+     [](PatchSet& set) { set.things[1].mass = 0, set.things[2].mass = 0; }, "Thing 2\nHit points = 5\n\nFrame 1\n"},
+    {"ASectionWithACommentStays", "Thing 2\n# the zombie\nMass = 1\n\nFrame 1\n",
+     [](PatchSet& set) { set.things[1].mass = 0; }, "Thing 2\n# the zombie\n\nFrame 1\n"},
+    {"Names", "Thing 2 (Zombie (old))\nMass = 1\n\nWeapon 0\nAmmo type = 1\n",
+     [](PatchSet& set) { set.things[1].name = "Guard", set.weapons[0].name = "Paw", set.ammo[1].name = "Nails"; },
+     "Thing 2 (Guard)\nMass = 1\n\nWeapon 0 (Paw)\nAmmo type = 1\n\nAmmo 1 (Nails)\n"},
+    {"CodePointersByName", "[CODEPTR]\nFRAME 2=nULL # still\n\n[STRINGS]\nQUIT = Bye\n",
+     [](PatchSet& set) { set.states[2].codePointer = 1, set.states[4].codePointer = 3; },
+     "[CODEPTR]\nFRAME 2=Light0 # still\nFrame 4 = Last\n\n[STRINGS]\nQUIT = Bye\n"},
+    {"CodePointersByFrame", "Pointer 0 (x 2)\nCodep Frame = 0\n",
+     [](PatchSet& set) { set.states[2].codePointer = 1, set.states[5].codePointer = 2; },
+     "Pointer 0 (x 2)\nCodep Frame = 1\n\nPointer 3 (Frame 5)\nCodep Frame = 2\n", false},
+    {"StringsOverLines", "[STRINGS]\nquit = One\\\n# kept\n  two\nE1TEXT = x\n",
+     [](PatchSet& set) { set.strings[2].text = "A\nb"; }, "[STRINGS]\nquit = A\\n\\\nb\n# kept\nE1TEXT = x\n"},
+    {"ANewStringBehindTheLast", "[STRINGS]\nE1TEXT = x\n\n# more\nUSER_1 = y\nQUIT = z\n# end\n",
+     [](PatchSet& set) { set.strings[0].text = "Vest"; },
+     "[STRINGS]\nE1TEXT = x\n\n# more\nUSER_1 = y\nQUIT = z\nGOTARMOR = Vest\n# end\n"},
+    {"Texts", "Text 5 3\ndemo1one\n\nThing 1\nMass = 1\n",
+     [](PatchSet& set) { set.strings[0].text = "a\nb\n", set.strings[1].text = "new"; },
+     "Text 5 4\ndemo1a\nb\n\n\nText 7 3\none\ntwonew\n\nThing 1\nMass = 1\n", false},
+    {"Pars", "[PARS]\npar  1 2 30 # first\nPAR 5 60\npar 6 70\n",
+     [](PatchSet& set) {
+         set.pars = {{1, 2, 31}, {0, 6, 70}, {0, 7, 80}};
+     },
+     "[PARS]\npar 1 2 31 # first\npar 6 70\npar 7 80\n"},
+    {"MiscAndCheats", "Misc 0\nMax Health = 5\n",
+     [](PatchSet& set) { set.misc.bfgCells = 9, set.cheats[0].text = "id"; },
+     "Cheat 0\nChange music = id\n\nMisc 0\nMax Health = 5\nBFG Cells/Shot = 9\n"},
+};
+
+class DocumentMerge : public testing::TestWithParam<MergeRow> {};
+INSTANTIATE_TEST_SUITE_P(Document, DocumentMerge, testing::ValuesIn(mergeRows),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_P(DocumentMerge, TouchesOnlyTheLinesOfWhatChanged) {
+    const MergeRow& row = GetParam();
+    const EngineConfiguration engine = AsEngines(row.extended);
+    const PatchSet defaults = SmallDefaults(engine);
+    PatchDocument document, merged;
+    PatchSet set;
+    ASSERT_TRUE(document.Read(row.before, engine, defaults, set).status);
+    row.edit(set);
+    for (StringRecord& string : set.strings)
+        string.length = static_cast<std::int32_t>(string.text.size());
+    DeriveMisc(set.misc);
+    const Status status = MergeIntoDocument(document, set, defaults, engine, merged);
+    ASSERT_TRUE(status) << status.Reason();
+    EXPECT_EQ(merged.Bytes(), row.after);
+}
+
+/// Patches of random lines, all in the forms that one may meet, and random edits of them.
+class Dice {
+public:
+    explicit Dice(unsigned seed) : engine_(seed) {}
+    std::size_t Below(std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(engine_); }
+    template <std::size_t count> std::string Pick(const char* const (&choices)[count]) { return choices[Below(count)]; }
+
+    std::string Patch() {
+        static constexpr const char* lines[]{"Thing 2 (Zombie Man)",
+                                             "Thing 3",
+                                             "thing 1 (a (b))",
+                                             "Frame 1",
+                                             "Frame 4",
+                                             "Sound 2",
+                                             "Weapon 1 (Gun)",
+                                             "Ammo 0",
+                                             "Misc 0",
+                                             "Cheat 0",
+                                             "[CODEPTR]",
+                                             "[STRINGS]",
+                                             "[PARS]",
+                                             "Pointer 1 (x 3)",
+                                             "Text 5 2\ndemo1ab",
+                                             "Hit points = 5",
+                                             "Mass = 0x10",
+                                             "Bits = SOLID | FLOAT",
+                                             "Bits = 5",
+                                             "Duration = 7",
+                                             "Next frame = 3",
+                                             "Codep Frame = 2",
+                                             "Frame 2 = Fire",
+                                             "Frame 3 = NULL",
+                                             "QUIT = Bye",
+                                             "E1TEXT = a\\n\\\n  b",
+                                             "USER_X = kept",
+                                             "par 1 2 30",
+                                             "par 5 60 # x",
+                                             "Ammo type = 3",
+                                             "Max ammo = 9",
+                                             "Max Health = 300",
+                                             "Change music = xy",
+                                             "# comment",
+                                             "#$Editor x = 1",
+                                             " Mass = 3",
+                                             "\tMass = 4",
+                                             "no pair",
+                                             "Unknown key = 3",
+                                             "Value = 5",
+                                             "",
+                                             "",
+                                             "",
+                                             "",
+                                             "Doom version = 19"};
+        std::string patch;
+        for (std::size_t count = Below(40); count-- > 0;)
+            patch += Pick(lines) + "\n";
+        if (Below(3) == 0 && !patch.empty())
+            patch.pop_back();
+        return Below(2) == 0 ? ReplaceAll(patch, "\n", "\r\n") : patch;
+    }
+
+    void Edit(PatchSet& set, const PatchSet& defaults) {
+        const auto kind = static_cast<RecordKind>(Below(static_cast<std::size_t>(RecordKind::Par) + 1));
+        const std::size_t count = RecordCount(set, kind);
+        const std::vector<Cell> cells = CellsOf(kind, count == 0 ? 0 : static_cast<std::int32_t>(Below(count)));
+        if (count == 0 || cells.empty())
+            return;
+        const Cell cell = cells[Below(cells.size())];
+        // The last string of the small engine is there twice: a patch that quotes it means the first one.
+        const bool quotedTwice = kind == RecordKind::String && cell.index == 3;
+        if (quotedTwice || (cell.field >= 0 && !FactsOf(kind, cell.field).inPatch))
+            return;
+        if (kind == RecordKind::Par) {
+            if (!set.pars.empty() && Below(2) == 0)
+                set.pars.erase(set.pars.begin() + static_cast<std::ptrdiff_t>(Below(set.pars.size())));
+            else
+                set.pars.push_back({static_cast<std::int32_t>(Below(4)), 1, static_cast<std::int32_t>(Below(99))});
+        } else if (Below(3) == 0) {
+            WriteCell(set, cell, ReadCell(defaults, cell));
+        } else if (cell.field == nameField) {
+            WriteCell(set, cell, Pick({"New", "Two words", "(x)"}));
+        } else if (kind == RecordKind::Cheat) {
+            WriteCell(set, cell, Pick({"x", "id code", "a = b", "#"}));
+        } else if (cell.field == textField) {
+            WriteCell(set, cell, Pick({"x", "two\nlines", "a\n\nb c\n", "a = b"}));
+        } else {
+            // The small engine's code pointers are 0 to 4, of which a frame has those up to 3.
+            WriteCell(set, cell, static_cast<std::int32_t>(Below(4)));
+        }
+        DeriveMisc(set.misc);
+    }
+
+private:
+    std::mt19937 engine_;
+};
+
+/// The lines that no edit may touch.
+std::vector<std::string> OtherLinesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    for (PatchLines each(text); !each.AtEnd();)
+        if (const std::string_view line = each.Next();
+            line.starts_with('#') || line == "Unknown key = 3" || line == "no pair" || line == "USER_X = kept")
+            lines.emplace_back(line);
+    return lines;
+}
+
+TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
+    constexpr unsigned patches = 4000;
+    unsigned refused = 0;
+    for (unsigned seed = 0; seed < patches; ++seed) {
+        Dice dice(seed);
+        const EngineConfiguration engine = AsEngines(seed % 2 == 0);
+        const PatchSet defaults = SmallDefaults(engine);
+        const std::string patch = dice.Patch();
+        PatchDocument document, merged;
+        PatchSet set;
+        if (!document.Read(patch, engine, defaults, set).status)
+            continue; // not one line that engines know
+        ASSERT_TRUE(MergeIntoDocument(document, set, defaults, engine, merged));
+        ASSERT_EQ(merged.Bytes(), patch) << "seed " << seed;
+
+        const PatchSet opened = set;
+        for (std::size_t edits = dice.Below(4) + 1; edits-- > 0;)
+            dice.Edit(set, defaults);
+        const Status status = MergeIntoDocument(document, set, defaults, engine, merged);
+        if (!status) { // a line that resumes its section stands between others that are read there
+            ++refused;
+            continue;
+        }
+        ASSERT_EQ(OtherLinesOf(merged.Bytes()), OtherLinesOf(patch)) << "seed " << seed;
+        PatchDocument back;
+        ASSERT_EQ(modPatchDiff::Differences(set, merged.Said(), engine), std::vector<std::string>());
+        const Status undone = MergeIntoDocument(merged, opened, defaults, engine, back);
+        ASSERT_TRUE(undone) << "seed " << seed << ": " << undone.Reason() << "\n"
+                            << patch << "\n---\n"
+                            << merged.Bytes() << "\n---\n"
+                            << back.Bytes();
+    }
+    EXPECT_LT(refused, patches / 1000);
+}
+
+TEST(PatchDocumentTest, RefusesAFileWithoutOneLineThatEnginesKnow) {
+    const EngineConfiguration engine = AsEngines(true);
+    PatchDocument document;
+    PatchSet set;
+    const PatchSet defaults = SmallDefaults(engine);
+    for (const std::string& bytes :
+         {std::string(100000, '\0'), std::string("\x89PNG\r\n\x1a\n"), std::string("hello\n")})
+        EXPECT_EQ(document.Read(bytes, engine, defaults, set).status.Reason(),
+                  "The file holds no line that a game engine knows.");
+    EXPECT_TRUE(document.Read("", engine, defaults, set).status);
+}
+
+TEST(PatchDocumentTest, FailsForATextThatEnginesCouldNotReadBack) {
+    const EngineConfiguration engine = AsEngines(true);
+    const PatchSet defaults = SmallDefaults(engine);
+    for (const char* text : {"", " x", "x ", "x\\", "a\\nb", "a\rb"}) {
+        PatchDocument document;
+        PatchSet set;
+        ASSERT_TRUE(document.Read("[STRINGS]\nQUIT = x\n", engine, defaults, set).status);
+        set.strings[2].text = text;
+        PatchDocument merged;
+        EXPECT_FALSE(MergeIntoDocument(document, set, defaults, engine, merged)) << text;
+    }
+}
+
+} // namespace
+} // namespace plinket3::test
