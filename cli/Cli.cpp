@@ -87,7 +87,9 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
     app.add_option("--data", data, "The folder that holds config/ and tables/ instead of the program's own");
 
     Arguments given;
-    app.add_option("--rules", given.rules, "How patches are read: auto, kept or engine")
+    app.add_option("--rules", given.rules,
+                   "By which rules patches are read and written: kept (as ever), engine (as game "
+                   "engines do, keeping every line) or auto (engine where kept would lose anything)")
         ->check(CLI::IsMember({"auto", "kept", "engine"}));
     const Command* chosen = nullptr;
     for (const auto commands : {PatchCommands(), WadCommands()})

@@ -18,7 +18,7 @@ namespace plinket3::cli {
 /// What was given on the command line. A command reads only what its row in the table of commands allows.
 struct Arguments {
     std::string engine;             // -e
-    std::string rules = "auto";     // or "kept" or "engine"
+    std::string rules = "kept";     // or "auto" or "engine"
     std::vector<std::string> files; // the plain arguments, in order
     std::string iwad, dataWad;
     bool compact = false, unused = false, fresh = false;

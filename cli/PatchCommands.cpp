@@ -183,6 +183,8 @@ int Info(Run& run) {
     for (const std::string_view name : {"patchversion", "engineversion", "engineconfig", "datawad", "iwad", "filename"})
         if (const auto found = header.find(name); found != header.end())
             run.out << name << " = " << Printable(found->second) << '\n';
+    if (run.arguments.rules == "kept")
+        return done;
     LoadEngine(run, patch);
     const RulesAdvice advice = RulesFor(run, patch);
     run.out << "rules = " << (advice.rules == Rules::Engine ? "engine" : "kept") << '\n';

@@ -25,6 +25,10 @@ _plinket3_cli() {
             _filedir -d
             return
             ;;
+        --rules)
+            COMPREPLY=($(compgen -W 'kept auto engine' -- "$cur"))
+            return
+            ;;
         -e)
             engines=$("$program" "${data[@]}" engines 2>/dev/null | sed 's/\.cfg\t.*//')
             COMPREPLY=($(compgen -W '$engines' -- "$cur"))

@@ -190,7 +190,7 @@ private:
 
     void Fail(const Cell& cell, std::string_view reason) {
         if (status_)
-            status_ = Status::Failure("the " + CellName(current_, cell) + " " + std::string(reason));
+            status_ = Status::Failure("the " + CellsName(current_, {cell}, {}) + " " + std::string(reason));
     }
 
     /// Puts the cell's value in the place of the one that the line has.

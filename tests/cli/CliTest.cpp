@@ -99,6 +99,38 @@ TEST_F(CliTest, DumpsThePatchAsJson) {
     EXPECT_EQ(Dump("-e doom19")["strings"][0]["key"], nullptr);
 }
 
+TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
+    const std::string odd = "; no header\nThing 12 (Imp (old))\nHit points = 0x10\nBlood color = 3\n# why\n\n"
+                            "[STRINGS]\nUSER_X = own\nQUITMSG = a \\\n  b\n\nText 6 6\npistolbanger";
+    Write("@odd.bex", odd);
+    EXPECT_EQ(Run("info --rules auto @odd.bex").out,
+              "filename = " + Place("@odd.bex") +
+                  "\nrules = engine\nreason = the kept rules refuse it: Invalid patch file.\n");
+    const Result kept = Run("convert -e boom19 @odd.bex @out.bex");
+    EXPECT_EQ(kept.exit, cli::refused);
+    const Result converted = Run("convert --rules auto -e boom19 @odd.bex @out.bex");
+    EXPECT_EQ(converted.error, "plinket3-cli: @odd.bex: engine rules: the kept rules refuse it: Invalid patch file.\n");
+    EXPECT_EQ(ReadFile(folder_ / "out.bex"), odd);
+    const Json dump = Dump("--rules engine -e boom19 @odd.bex");
+    EXPECT_EQ(dump["things"][11]["index"], 11);
+    EXPECT_EQ(dump["things"][11]["name"], "Imp (old)");
+    EXPECT_EQ(dump["things"][11]["Hit points"], 16);
+    EXPECT_EQ(dump["sounds"][1]["name"], "banger");
+    EXPECT_EQ(dump["renames"], Json::parse(R"([{"kind": "sound", "from": "pistol", "to": "banger"}])"));
+    EXPECT_EQ(dump["strings"].back(),
+              (Json{{"key", "USER_X"}, {"text", "own"}, {"length", 3}, {"position", 0}, {"known", false}}));
+    ASSERT_EQ(Run("convert --rules engine --fresh -e boom19 @odd.bex @fresh.bex").exit, cli::done);
+    EXPECT_EQ(ReadFile(folder_ / "fresh.bex"),
+              "Patch File for DeHackEd v3.0\r\n\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n"
+              "Thing 12 (Imp (old))\r\nHit points = 16\r\n\r\n\r\n\r\n\r\n\r\n[STRINGS]\r\nQUITMSG = a b\r\n\r\n");
+    EXPECT_EQ(Run("diff --rules engine -e boom19 @odd.bex @fresh.bex").out, "");
+    for (const std::filesystem::path& wad : {freedoom1, freedoom2}) {
+        Write("@lump.bex", Run("wad " + wad.string() + " DEHACKED").out);
+        ASSERT_EQ(Run("convert --rules auto -e boom19 @lump.bex @out.bex").exit, cli::done);
+        EXPECT_EQ(ReadFile(folder_ / "out.bex"), ReadFile(folder_ / "lump.bex"));
+    }
+}
+
 TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
     ASSERT_EQ(Run("convert -e doom19 --iwad doom2.wad --data-wad my.wad - @out.deh").exit, cli::done);
     EXPECT_EQ(ReadFile(folder_ / "out.deh"),

@@ -39,14 +39,15 @@ while IFS='|' read -r line expected; do
     fi
 done <<'END'
 co|config convert
---|--data --help --version
+--|--data --help --rules --version
+--rules e|engine
 --data one p|picture
 --data |one sub
 convert -e mbf|mbf19 mbf21
 --data one diff -e |convert
 --data=one diff -e |convert
 --data convert diff --i|
-check -|--data --help --version -e
+check -|--data --help --rules --version -e
 convert -e doom19 --i|--iwad
 convert --iwad |c.wad one sub
 convert --data-wad=|c.wad one sub
