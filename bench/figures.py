@@ -27,13 +27,12 @@ JOBS = [
     ("read 10 times the lines", "ReadPatch/1000000", "ReadPatch/100000", 11),
     ("write a patch of 1,000,000 lines", "WritePatch/1000000", "CopyLinesFloor/1000000", 4),
     ("write a patch of 10,000 lines", "WritePatch/10000", "CopyLinesFloor/10000", 4),
-    ("write 10 times the lines", "WritePatch/1000000", "WritePatch/100000", 11),
     ("load the engine doom19", "LoadEngine/0", 5, 1),
     ("load the engine dehextra21", "LoadEngine/1", 5, 1),
     ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),
 ]
 FLOORS = {"SplitLinesFloor": "splitting its lines", "CopyLinesFloor": "copying its lines",
-          "ReadDirectoryFloor": "reading its directory", "ReadPatch": "a tenth of them", "WritePatch": "a tenth of them"}
+          "ReadDirectoryFloor": "reading its directory", "ReadPatch": "a tenth of them"}
 
 # Figures of plinket3_editor_lists, in milliseconds.
 LISTS = [
