@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <sstream>
 #include <vector>
 
@@ -119,29 +118,6 @@ TEST_P(PatchCase, IsReadSavedAndCheckedAsTold) {
             EXPECT_EQ(Told(Decoded(text.patch), extended, text.normal && text.extended), text.told);
         }
     }
-}
-
-/// Each folder of tests/data/patch/ is a case, too: what becomes of `in.deh` when it is read for the engine of
-/// `engine.cfg`, with the small engine's own data, and saved. Lines of `expected.deh` end with a line feed.
-TEST(PatchFolders, AreSavedAsExpected) {
-    int count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(cases)) {
-        if (!entry.is_directory())
-            continue;
-        SCOPED_TRACE(entry.path().filename().string());
-        ++count;
-        EngineConfiguration engine;
-        const Status loaded = modConfig::LoadEngine(entry.path() / "engine.cfg", engine);
-        ASSERT_TRUE(loaded) << loaded.Reason();
-        PatchData patch = SmallPatch(engine);
-        patch.iwadPath.clear();
-        const auto read =
-            modPatchFiles::ParsePatch(ReadFile(entry.path() / "in.deh"), engine, patch.defaults, patch.current);
-        ASSERT_TRUE(read.status) << read.status.Reason();
-        EXPECT_EQ(ReplaceAll(modPatchFiles::FormatPatch(patch, engine), "\r\n", "\n"),
-                  ReadFile(entry.path() / "expected.deh"));
-    }
-    EXPECT_EQ(count, 2);
 }
 
 } // namespace

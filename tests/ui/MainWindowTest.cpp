@@ -121,25 +121,6 @@ TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
     EXPECT_TRUE(Action("ViewThingEditor").isEnabled());
 }
 
-TEST_F(MainWindowTest, EditorButtonsShowAndHideTheirWindow) {
-    NewPatch("MBF");
-    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
-        QAction& action = Action(editorEntries[editor].command);
-        const auto isShown = [&] {
-            EXPECT_EQ(action.isChecked(), window->Editors().IsShown(editor)) << editorEntries[editor].window;
-            return action.isChecked();
-        };
-        window->Editors().Show(editor, false);
-        action.trigger();
-        EXPECT_TRUE(isShown());
-        action.trigger();
-        EXPECT_FALSE(isShown());
-        action.trigger();
-        window->Editors().Frame(editor)->close();
-        EXPECT_FALSE(isShown()) << "closing an editor hides it";
-    }
-}
-
 TEST_F(MainWindowTest, AnEditorsCommandRaisesItFromBehindAnotherAndHidesItInFront) {
     NewPatch("MBF");
     const auto choose = [this](std::size_t editor) {
