@@ -59,12 +59,4 @@ Limits LimitsOf(const PatchSet& set, RecordKind kind, int field);
 /// A number as an editor's is stored in a row of a table: limited, a byte's negative value as its unsigned reading.
 std::int32_t Limited(const PatchSet& set, const Cell& cell, std::int32_t number);
 
-/// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record.
-std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index);
-/// The same for several: "3 frames" when `many` is "frames".
-std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<std::int32_t>& records,
-                        std::string_view many);
-/// One field of records (at least one) of a kind: "hit points of Imp", "duration of 3 frames".
-std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::string_view many);
-
 } // namespace plinket3

@@ -4,6 +4,7 @@
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/PointerTargets.h"
+#include "patch/StepNames.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modPatchText.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "patch/StepNames.h"
 #include "patch/UndoSteps.h"
 
 #include <cstdint>

@@ -2,6 +2,8 @@
 
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/CheckFindings.h"
+#include "patch/EngineChecker.h"
 #include "patch/PatchLines.h"
 #include "patch/PointerTargets.h"
 #include "patch/modPatchText.h"
@@ -15,8 +17,6 @@ namespace plinket3::modPatchCheck {
 
 namespace {
 
-constexpr std::size_t longestQuote = 60;
-constexpr std::int32_t lastFrame = 31, lastAmmoType = 5;
 constexpr std::size_t mostFlagWords = 100; // no line has more, but a hostile one could
 constexpr std::string_view flagSeparators = " +|,\t";
 /// Comments that Chocolate Doom looks for, wherever they stand in the line, and how those of map editors begin.
@@ -25,15 +25,6 @@ constexpr std::array<std::string_view, 3> engineComments{"*allow-extended-string
 constexpr std::string_view editorComment = "#$Editor";
 /// The escapes of a string that game engines do not undo.
 constexpr std::array<std::string_view, 4> ownEscapes{"\\\\", "\\r", "\\t", "\\\""};
-
-struct Place {
-    std::size_t offset = 0;
-    std::string text;
-};
-
-std::string Quoted(std::string_view text) {
-    return "\"" + Printable(text.substr(0, longestQuote)) + (text.size() > longestQuote ? "...\"" : "\"");
-}
 
 /// How many characters at the start of `text` are the number that is read: a sign, digits, a fraction; 0 for none.
 std::size_t NumberLength(std::string_view text) {
@@ -47,12 +38,10 @@ std::size_t NumberLength(std::string_view text) {
     return end > begin + (hasPoint ? 1 : 0) ? end : 0;
 }
 
-class Checker : public modPatchFiles::ReadObserver {
+/// What there is to say of a patch by the kept rules.
+class Checker : public CheckFindings {
 public:
-    Checker(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults)
-        : bytes_(bytes), engine_(engine), defaults_(defaults) {}
-
-    void Ignored(std::size_t offset, std::string_view reason) override { Add(offset, reason); }
+    using CheckFindings::CheckFindings;
 
     void Line(std::size_t offset, std::string_view text) override {
         behindEmptyLine_ |= text.empty();
@@ -101,6 +90,8 @@ public:
             Add(offset, "holds a number beyond 32 bits and is read as " + std::to_string(value));
         else if (width == FieldWidth::Byte && (value < 0 || value > 255))
             Add(offset, "holds a number beyond one byte and is limited to 0 to 255");
+        else if (unit == FieldUnit::Flags && engine_.dialect.namedBits)
+            UnnamedFlags(offset, value);
         else
             Reference(offset, unit, value);
     }
@@ -205,20 +196,6 @@ public:
         }
     }
 
-    std::vector<Finding> TakeFindings() {
-        std::stable_sort(places_.begin(), places_.end(),
-                         [](const Place& left, const Place& right) { return left.offset < right.offset; });
-        std::vector<Finding> findings;
-        findings.reserve(places_.size());
-        std::size_t line = 1, counted = 0;
-        for (Place& place : places_) {
-            line += LineAt(bytes_.substr(counted), place.offset - counted) - 1;
-            counted = place.offset;
-            findings.push_back({line, std::move(place.text)});
-        }
-        return findings;
-    }
-
 private:
     /// The line that begins at `offset`.
     std::string_view LineFrom(std::size_t offset) const { return PatchLines(bytes_.substr(offset)).Next(); }
@@ -252,47 +229,6 @@ private:
                             std::to_string(written));
     }
 
-    /// The line begins the sentence that `reason` ends.
-    void Add(std::size_t offset, std::string_view reason) {
-        std::string_view line = bytes_.substr(offset);
-        line = line.substr(0, std::min(line.find('\n'), longestQuote * 2));
-        if (line.ends_with('\r'))
-            line.remove_suffix(1);
-        places_.push_back({offset, Quoted(Trim(line)) + " " + std::string(reason)});
-    }
-
-    void Reference(std::size_t offset, FieldUnit unit, std::int32_t value) {
-        const auto beyond = [&](std::string_view what, std::size_t count) {
-            if (value < 0 || static_cast<std::size_t>(value) >= count)
-                Add(offset, "names a " + std::string(what) + " that does not exist; the last one is " +
-                                std::to_string(static_cast<std::int64_t>(count) - 1));
-        };
-        switch (unit) {
-        case FieldUnit::State:
-            return beyond("frame", defaults_.states.size());
-        case FieldUnit::Sound:
-            return beyond("sound", defaults_.sounds.size());
-        case FieldUnit::Sprite:
-            return beyond("sprite", defaults_.sprites.size());
-        case FieldUnit::AmmoType:
-            return beyond("kind of ammunition", lastAmmoType + 1);
-        case FieldUnit::SpriteFrame:
-            if ((value & ~litBit) < 0 || (value & ~litBit) > lastFrame)
-                Add(offset, "names a sprite's frame beyond the last possible one, " + std::to_string(lastFrame));
-            return;
-        case FieldUnit::Infight:
-            if (value != monstersFight && value != monstersDoNotFight)
-                Add(offset, "is neither 202 (off) nor 221 (on)");
-            return;
-        case FieldUnit::Flags:
-            if (engine_.dialect.namedBits)
-                UnnamedFlags(offset, value);
-            return;
-        default:
-            return;
-        }
-    }
-
     void UnnamedFlags(std::size_t offset, std::int32_t bits) {
         std::string unnamed;
         for (int bit = 0; bit < 32; ++bit) {
@@ -305,27 +241,25 @@ private:
             Add(offset, "sets bits that have no name and are lost when the patch is saved:" + unnamed);
     }
 
-    std::string_view bytes_;
-    const EngineConfiguration& engine_;
-    const PatchSet& defaults_;
     std::string_view section_;
-    std::size_t continuedTo_ = 0;  // where the last string over several lines ends
-    bool behindEmptyLine_ = false; // since the section's header
-    std::vector<Place> places_;
+    std::size_t continuedTo_ = 0;                      // where the last string over several lines ends
+    bool behindEmptyLine_ = false;                     // since the section's header
     std::map<std::int32_t, std::size_t> codePointers_; // where each state got its last one
 };
 
 } // namespace
 
 CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults) {
-    Checker checker(bytes, engine, defaults);
+    Checker kept(bytes, engine, defaults);
+    EngineChecker asEngines(bytes, engine, defaults);
+    CheckFindings& checker = engine.dialect.EngineRules() ? static_cast<CheckFindings&>(asEngines) : kept;
     PatchSet set;
     modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker);
     CheckResult result;
     result.status = std::move(read.status);
     result.failedLine = LineAt(bytes, read.offset);
     if (result.status) {
-        checker.Finish(set);
+        kept.Finish(set); // has nothing to add when it was not asked
         result.findings = checker.TakeFindings();
     }
     return result;

@@ -119,6 +119,11 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
     EXPECT_EQ(dump["renames"], Json::parse(R"([{"kind": "sound", "from": "pistol", "to": "banger"}])"));
     EXPECT_EQ(dump["strings"].back(),
               (Json{{"key", "USER_X"}, {"text", "own"}, {"length", 3}, {"position", 0}, {"known", false}}));
+    EXPECT_EQ(
+        Run("check --rules engine -e boom19 @odd.bex").out,
+        Place("@odd.bex") + ":1: warning: \"; no header\" belongs to no section\n" + Place("@odd.bex") +
+            ":4: warning: \"Blood color = 3\" is ignored: this section has no such field\n" + Place("@odd.bex") +
+            ":8: warning: \"USER_X = own\" names a string that the engine does not have, \"USER_X\"; it is kept\n");
     ASSERT_EQ(Run("convert --rules engine --fresh -e boom19 @odd.bex @fresh.bex").exit, cli::done);
     EXPECT_EQ(ReadFile(folder_ / "fresh.bex"),
               "Patch File for DeHackEd v3.0\r\n\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n"

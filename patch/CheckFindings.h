@@ -1,0 +1,45 @@
+#pragma once
+
+#include "patch/modPatchCheck.h"
+#include "patch/modPatchFiles.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plinket3::modPatchCheck {
+
+/// Gathers what there is to say of a patch's lines while they are read.
+class CheckFindings : public modPatchFiles::ReadObserver {
+public:
+    CheckFindings(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults)
+        : bytes_(bytes), engine_(engine), defaults_(defaults) {}
+
+    void Ignored(std::size_t offset, std::string_view reason) override { Add(offset, reason); }
+
+    /// What was gathered, in the order of the lines.
+    std::vector<Finding> TakeFindings();
+
+protected:
+    /// The line begins the sentence that `reason` ends.
+    void Add(std::size_t offset, std::string_view reason);
+    /// Tells of a number that names what the engine does not have.
+    void Reference(std::size_t offset, FieldUnit unit, std::int32_t value);
+    /// A text in quotation marks, cut when it is long.
+    static std::string Quoted(std::string_view text);
+
+    std::string_view bytes_;
+    const EngineConfiguration& engine_;
+    const PatchSet& defaults_;
+
+private:
+    struct Place {
+        std::size_t offset = 0;
+        std::string text;
+    };
+    std::vector<Place> places_;
+};
+
+} // namespace plinket3::modPatchCheck

@@ -1,0 +1,54 @@
+#include "patch/StepNames.h"
+
+#include "core/Text.h"
+
+namespace plinket3 {
+
+std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index) {
+    switch (kind) {
+    case RecordKind::State:
+        return "frame " + std::to_string(index);
+    case RecordKind::Sound:
+        return "sound " + set.SoundName(index);
+    case RecordKind::Sprite:
+        return "sprite " + std::string(set.SpriteName(index));
+    case RecordKind::String:
+        return "string " + std::to_string(index);
+    case RecordKind::Cheat:
+        return "cheat " + (static_cast<std::size_t>(index) < cheatLabels.size()
+                               ? std::string(cheatLabels[static_cast<std::size_t>(index)])
+                               : std::to_string(index));
+    case RecordKind::Misc:
+        return {};
+    case RecordKind::Par:
+        return "par times";
+    default:
+        return std::get<std::string>(ReadCell(set, {kind, index, nameField}));
+    }
+}
+
+std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<std::int32_t>& records,
+                        std::string_view many) {
+    return records.size() == 1 ? RecordName(set, kind, records.front())
+                               : std::to_string(records.size()) + " " + std::string(many);
+}
+
+std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::string_view many) {
+    const Cell& cell = cells.front();
+    std::vector<std::int32_t> records;
+    records.reserve(cells.size());
+    for (const Cell& each : cells)
+        records.push_back(each.index);
+    std::string record = RecordsName(set, cell.kind, records, many);
+    if (cell.field == textField || cell.field == listField)
+        return record;
+    std::string label = cell.field == nameField          ? "name"
+                        : cell.field == codePointerField ? "action"
+                                                         : std::string(FactsOf(cell.kind, cell.field).label);
+    const bool abbreviation = label.size() > 1 && ToLower(label[1]) != label[1];
+    if (!label.empty() && !abbreviation)
+        label[0] = ToLower(label[0]);
+    return record.empty() ? label : label + " of " + record;
+}
+
+} // namespace plinket3

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "patch/Cells.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plinket3 {
+
+// What steps that can be undone are named after.
+
+/// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record.
+std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index);
+/// The same for several: "3 frames" when `many` is "frames".
+std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<std::int32_t>& records,
+                        std::string_view many);
+/// One field of records (at least one) of a kind: "hit points of Imp", "duration of 3 frames".
+std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::string_view many);
+
+} // namespace plinket3
