@@ -135,19 +135,6 @@ TEST(Configuration, WritesIndentedTextWithEmptyLines) {
                                                         "single = 0.1;\n");
 }
 
-TEST(Configuration, ReadSettingCopiesStructuresUnlessByReference) {
-    const clsConfiguration configuration = Sample();
-    const Tree copy = std::get<Tree>(configuration.ReadSetting("k", 0.0, false));
-    const Tree live = std::get<Tree>(configuration.ReadSetting("k", 0.0, true));
-    std::get<Tree>(*copy->Find("inner"))->Set("real", 1.0);
-    live->Set("new", 2.0);
-    EXPECT_EQ(Shape(*live), "text:'\\ \n\r\t\";', inner:[real:0.25d], new:2d");
-    EXPECT_FALSE(copy->Exists("new"));
-    EXPECT_EQ(configuration.ReadSetting("none", 7, false), SettingValue(7));
-    configuration.Root(false)->Clear();
-    EXPECT_EQ(configuration.Root(true)->Count(), 4U);
-}
-
 TEST(Configuration, OnlyAStructureThatReplacesIsCopied) {
     const struct {
         std::string_view key;

@@ -13,10 +13,10 @@ namespace plinket3::test {
 
 namespace {
 
-class frmEditSoundsTest : public EditorTest, public ::testing::WithParamInterface<const char*> {
+class frmEditSoundsTest : public EditorTest {
 protected:
     void SetUp() override {
-        LoadEngine(GetParam());
+        LoadEngine("doom19");
         dialog = std::make_unique<frmPropSound>(Context(), nullptr);
         window = &Open<frmEditSounds>();
         window->PropertyDialog(*dialog);
@@ -43,9 +43,8 @@ protected:
     std::unique_ptr<frmPropSound> dialog;
     frmEditSounds* window = nullptr;
 };
-INSTANTIATE_TEST_SUITE_P(Engines, frmEditSoundsTest, ::testing::Values("doom19", "mbf19"));
 
-TEST_P(frmEditSoundsTest, ListsEverySoundAndMarksWhatIsNotTheEngines) {
+TEST_F(frmEditSoundsTest, ListsEverySoundAndMarksWhatIsNotTheEngines) {
     ASSERT_EQ(List().model()->rowCount(), static_cast<int>(Current().sounds.size()));
     const SoundRecord& sound = Current().sounds[1];
     edits.StoreGroup({{{RecordKind::Sound, 1, RowOf(&SoundRecord::zeroOne)}, 1},
@@ -67,7 +66,7 @@ TEST_P(frmEditSoundsTest, ListsEverySoundAndMarksWhatIsNotTheEngines) {
     EXPECT_EQ(Shown(1, 3), "No");
 }
 
-TEST_P(frmEditSoundsTest, TheDialogChangesPriorityAndSingularityInOneStep) {
+TEST_F(frmEditSoundsTest, TheDialogChangesPriorityAndSingularityInOneStep) {
     const bool singular = Current().sounds[1].zeroOne == 1;
     Edit(1, [&] {
         EXPECT_EQ(dialog->windowTitle(), "Sound 1 (pistol)");
@@ -95,7 +94,7 @@ TEST_P(frmEditSoundsTest, TheDialogChangesPriorityAndSingularityInOneStep) {
     EXPECT_EQ(Shown(1, 4), QString::number(Defaults().sounds[1].value));
 }
 
-TEST_P(frmEditSoundsTest, OfSeveralSoundsOnlyWhatIsChosenChanges) {
+TEST_F(frmEditSoundsTest, OfSeveralSoundsOnlyWhatIsChosenChanges) {
     Set(2, &SoundRecord::zeroOne, 2); // neither on nor off
     Set(4, &SoundRecord::value, -1);
     PatchSet expected = Current();
@@ -127,7 +126,7 @@ TEST_P(frmEditSoundsTest, OfSeveralSoundsOnlyWhatIsChosenChanges) {
     EXPECT_EQ(edits.UndoName(), "3 sounds");
 }
 
-TEST_P(frmEditSoundsTest, TheDialogStoresOnlyWhatIsEditedAndAccepted) {
+TEST_F(frmEditSoundsTest, TheDialogStoresOnlyWhatIsEditedAndAccepted) {
     const struct {
         std::int32_t priority;
         bool edited;
@@ -151,7 +150,7 @@ TEST_P(frmEditSoundsTest, TheDialogStoresOnlyWhatIsEditedAndAccepted) {
     }
 }
 
-TEST_P(frmEditSoundsTest, TheDialogNamesTheSoundThatIsPlayedInstead) {
+TEST_F(frmEditSoundsTest, TheDialogNamesTheSoundThatIsPlayedInstead) {
     program.engine.offsets.sounds = 1000000;
     program.engine.offsets.dataSegment = 400000;
     const struct {
@@ -170,7 +169,7 @@ TEST_P(frmEditSoundsTest, TheDialogNamesTheSoundThatIsPlayedInstead) {
     }
 }
 
-TEST_P(frmEditSoundsTest, TheFilterLeavesTheNumbersOfTheSounds) {
+TEST_F(frmEditSoundsTest, TheFilterLeavesTheNumbersOfTheSounds) {
     EXPECT_EQ(window->SelectedRow(), std::nullopt);
     QTest::keyClicks(&Filter(), "SHOTGN");
     ASSERT_EQ(List().model()->rowCount(), 1);

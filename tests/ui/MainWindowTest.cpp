@@ -93,9 +93,7 @@ protected:
     std::unique_ptr<frmMain> window;
 };
 
-TEST_F(MainWindowTest, WithoutASessionOnlyNewOpenOptionsAndHelpCanBeChosen) {
-    EXPECT_EQ(Caption(), "Plinket3");
-    EXPECT_EQ(Find<QLabel>("lblEngine").text(), "No patch is open");
+TEST_F(MainWindowTest, WithoutASessionOnlyWhatNeedsNoneCanBeChosen) {
     QStringList enabled;
     for (const auto* action : window->findChildren<QAction*>())
         if (!action->objectName().isEmpty() && action->isVisible() && action->isEnabled() && action->menu() == nullptr)
