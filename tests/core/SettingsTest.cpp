@@ -56,24 +56,6 @@ TEST_F(SettingsTest, TheFirstFileHoldsTheDefaults) {
                               "lastIWAD = 0;\r\n"s);
 }
 
-TEST_F(SettingsTest, ValuesSurviveSavingAndLoading) {
-    settings_.CreateDefaults("/");
-    settings_.Number("firstRun", 0);
-    settings_.Text("lastDir", "/a;b\"c");
-    settings_.AddIwad("Doom;II", "/w/doom2.wad");
-    settings_.AddRecentFile("/p/a.deh");
-    ASSERT_TRUE(settings_.Save());
-    Settings other;
-    other.File(settings_.File());
-    ASSERT_TRUE(other.Load());
-    EXPECT_EQ(other.Number("firstRun"), 0);
-    EXPECT_EQ(other.Text("lastDir"), "/a;b\"c");
-    EXPECT_EQ(other.RecentFiles(), std::vector{"/p/a.deh"s});
-    ASSERT_EQ(other.Iwads().size(), 1U);
-    EXPECT_EQ(other.Iwads()[0].name, "DoomII");
-    EXPECT_EQ(other.Iwads()[0].path, "/w/doom2.wad");
-}
-
 TEST_F(SettingsTest, OnlyAnotherTypeIsRefused) {
     constexpr const char* invalid = "Invalid program configuration file.";
     EXPECT_EQ(settings_.Load().Reason(), invalid);

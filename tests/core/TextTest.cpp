@@ -27,13 +27,6 @@ TEST(Text, OnlyAsciiLettersHaveAnotherCase) {
     EXPECT_FALSE(EqualIgnoringCase("doom", "doom2"));
 }
 
-TEST(Text, WhatWasPutInIsNotReplacedAgain) {
-    EXPECT_EQ(ReplaceAll("a\\b\\", "\\", "\\\\"), "a\\\\b\\\\");
-    EXPECT_EQ(ReplaceAll("aaa", "aa", "a"), "aa");
-    EXPECT_EQ(ReplaceAll("D;o;om;", ";", ""), "Doom");
-    EXPECT_EQ(ReplaceAll("", "x", "y"), "");
-}
-
 TEST(Text, ControlCharactersArePrintedAsEscapes) {
     using namespace std::string_view_literals;
     EXPECT_EQ(Printable("a\tb\r\n\x1b[2J\0\x7f"sv), R"(a\tb\r\n\x1b[2J\x00\x7f)");

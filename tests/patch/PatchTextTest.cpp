@@ -7,11 +7,6 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(PatchText, UnescapesABackslashBeforeTheLetterNAsALineFeed) {
-    EXPECT_EQ(EscapeText("C:\\new"), R"(C:\\new)");
-    EXPECT_EQ(UnescapeText(R"(C:\\new)"), "C:\new");
-}
-
 TEST(PatchText, ShowsEscapedLineFeedsAsLineBreaksAndHidesThemAgain) {
     EXPECT_EQ(ShowLineBreaks(R"(a\nb\n)"), "a\\n\r\nb\\n\r\n");
     EXPECT_EQ(HideLineBreaks("a\\n\r\nb\r\nc\\n"), "a\\nb\r\nc\\n");
@@ -37,16 +32,6 @@ TEST(PatchText, CountsALineEndAsOneCharacter) {
     }
 }
 
-TEST(PatchText, TestsSetsAndClearsTheSignBitLikeAnyOther) {
-    EXPECT_EQ(SetFlag(0, 31), INT32_MIN);
-    EXPECT_EQ(RemoveFlag(-1, 31), INT32_MAX);
-    EXPECT_EQ(RemoveFlag(SetFlag(5, 1), 0), 6);
-    EXPECT_TRUE(GetFlag(-1, 31) && GetFlag(4, 2));
-    EXPECT_FALSE(GetFlag(4, 1) || GetFlag(-1, 32) || GetFlag(-1, -1));
-    EXPECT_EQ(SetFlag(7, 32), 7);
-    EXPECT_EQ(RemoveFlag(7, -1), 7);
-}
-
 TEST(PatchText, PadsCheatsToTheLow16BitsOfTheirLength) {
     EXPECT_EQ(PadCheat("id", 5), "id\xff\xff\xff");
     EXPECT_EQ(PadCheat("idmus", 3), "idmus");
@@ -55,16 +40,6 @@ TEST(PatchText, PadsCheatsToTheLow16BitsOfTheirLength) {
     EXPECT_EQ(UnpadCheat("\xff"
                          "id\xffmus\xff\xff"),
               "id mus");
-}
-
-TEST(PatchText, WritesBitsByNameOrAsUnsignedNumbers) {
-    const std::string names[]{"SPECIAL", "SOLID", "SHOOTABLE"};
-    EXPECT_EQ(FormatBits(5, true, names), "SPECIAL + SHOOTABLE");
-    EXPECT_EQ(FormatBits(-8, true, names), ""); // only bits without a name
-    EXPECT_EQ(FormatBits(0, true, names), "0");
-    EXPECT_EQ(FormatBits(0, false, names), "0");
-    EXPECT_EQ(FormatBits(5, false, names), "5");
-    EXPECT_EQ(FormatBits(-1, false, names), "4294967295");
 }
 
 } // namespace

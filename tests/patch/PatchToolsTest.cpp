@@ -15,15 +15,6 @@ namespace {
 using Lines = std::vector<std::string>;
 using States = std::vector<std::int32_t>;
 
-// How it names fields: tests/data/patch/, by PatchCase.
-TEST(PatchDiff, PassesOverWhatNoPatchHas) {
-    const EngineConfiguration engine = SmallEngine(true);
-    const PatchSet before = SmallDefaults(engine);
-    PatchSet after = before;
-    after.states[5].action = after.misc.secondMaxHealth = 1;
-    EXPECT_EQ(modPatchDiff::Differences(before, after, engine), Lines());
-}
-
 TEST(PatchDiff, ComparesParsByLevelOfWhichTheLastCounts) {
     const EngineConfiguration engine = SmallEngine(false);
     PatchSet before = SmallDefaults(engine), after = before;

@@ -1,6 +1,7 @@
 #include "patch/modPatchFiles.h"
 
 #include "core/Text.h"
+#include "patch/modPatchDiff.h"
 #include "patch/modPatchText.h"
 #include "tests/support/SmallEngine.h"
 #include "tests/support/TestSupport.h"
@@ -53,6 +54,15 @@ TEST(PatchWriter, KeepsStringsOfBackslashesAndQuotesApart) {
         string.text = "x\\";
     EXPECT_TRUE(modPatchFiles::FormatPatch(patch, engine).ends_with("KEY3 = x\\\\\r\n\r\nKEY4 = x\\\\\r\n\r\n"))
         << "the empty line behind the section is the last one's";
+}
+
+TEST(PatchWriter, PassesOverWhatNoPatchHas) {
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchData patch = SmallPatch(engine);
+    patch.current.states[3].action = patch.current.misc.secondMaxHealth = patch.current.misc.spare1 = 1;
+    patch.current.cheats[1].maximumLength = 20;
+    EXPECT_EQ(modPatchFiles::FormatPatch(patch, engine), header);
+    EXPECT_TRUE(modPatchDiff::Differences(patch.defaults, patch.current, engine).empty());
 }
 
 class SaveTest : public testing::Test {

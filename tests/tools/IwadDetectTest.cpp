@@ -8,18 +8,6 @@ namespace {
 
 const std::filesystem::path file = std::filesystem::path(DATA_FOLDER) / "iwaddetect.cfg";
 
-TEST(IwadDetectFile, NamesTheUsualIwads) {
-    clsConfiguration iwadDetect;
-    const Status loaded = modConfig::LoadIwadDetect(file, iwadDetect);
-    ASSERT_TRUE(loaded) << loaded.Reason();
-    const std::pair<const char*, const char*> cases[] = {{"/games/DOOM2.WAD", "Doom II: Hell on Earth"},
-                                                         {"plutonia.wad", "Final Doom: The Plutonia Experiment"},
-                                                         {"freedoom2.wad", "Freedoom: Phase 2"},
-                                                         {"unknown.wad", ""}};
-    for (const auto& [path, name] : cases)
-        EXPECT_EQ(modConfig::DetectIwadName(iwadDetect, path), name) << path;
-}
-
 // Keys in other letters or with blanks would never be found, and a broken value would come back changed.
 TEST(IwadDetectFile, IsWrittenAsTheProgramWrites) {
     clsConfiguration iwadDetect;

@@ -89,10 +89,5 @@ TEST_F(TsvTableTest, RefusesMissingColumnsGapsInTheIndexAndKeepsTheFirstFault) {
     EXPECT_EQ(Reported(), "facts.tsv:4: column \"index\": \"3\" stands in the place of 2");
 }
 
-TEST_F(TsvTableTest, RefusesAFileThatIsMissing) {
-    const TsvTable table(folder_ / "nothing.tsv", fault_);
-    EXPECT_TRUE(Reported().starts_with("nothing.tsv: cannot be read: ")) << Reported();
-}
-
 } // namespace
 } // namespace plinket3::tools

@@ -147,13 +147,10 @@ TEST_F(frmEditStatesTest, ALetterStoresTheBareFrame) {
     program.settings.Number("frameCharacter", 1);
     window->Refresh();
     Select({litBall});
-    EXPECT_EQ(Box("txtFrame").text(), "A");
     Type(Box("txtFrame"), "c");
     EXPECT_EQ(Box("txtFrame").text(), "C");
     EXPECT_EQ(State(litBall).subnumber, 2);
     EXPECT_FALSE(Lit().isChecked());
-    edits.Undo();
-    EXPECT_TRUE(Lit().isChecked());
 }
 
 TEST_F(frmEditStatesTest, ActionsBelongToStatesThatHaveOneUnlessThePatchIsExtended) {
