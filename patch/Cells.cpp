@@ -112,7 +112,9 @@ void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
 
 std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index) {
     std::vector<Cell> cells;
-    for (int row = 0; row < RowCount(kind); ++row)
+    const int rows = RowCount(kind);
+    cells.reserve(static_cast<std::size_t>(rows) + 1);
+    for (int row = 0; row < rows; ++row)
         cells.push_back({kind, index, row});
     if (const int other = OtherField(kind); other != 0)
         cells.push_back({kind, index, other});

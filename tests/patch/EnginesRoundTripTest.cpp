@@ -1,6 +1,7 @@
 #include "core/Text.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modPatchFiles.h"
+#include "patch/modPatchText.h"
 #include "tests/support/EveryField.h"
 
 #include <gtest/gtest.h>
@@ -27,9 +28,9 @@ PatchSet ReadAgain(const PatchSet& written, const PatchSet& defaults, const Engi
         for (ThingRecord& thing : expected.things)
             for (std::size_t bit = 0; bit < engine.flagNames.size(); ++bit)
                 for (std::size_t part = 0; part < engine.flagNames.size(); ++part)
-                    if ((thing.bits & 1U << bit) != 0 &&
+                    if (modPatchText::GetFlag(thing.bits, static_cast<int>(bit)) &&
                         engine.flagNames[bit].find(engine.flagNames[part]) != std::string::npos)
-                        thing.bits = static_cast<std::int32_t>(static_cast<std::uint32_t>(thing.bits) | 1U << part);
+                        thing.bits = modPatchText::SetFlag(thing.bits, static_cast<int>(part));
     return expected;
 }
 

@@ -194,7 +194,7 @@ TEST(Tables, GiveEveryStateACodePointer) {
     const EngineConfiguration engine = SmallEngine(true);
     PatchSet set, read;
     set.states = SmallDefaults(engine).states;
-    constexpr std::size_t header = 6, size = 4, countOfPointers = header + size + size + 6 * 7 * size;
+    constexpr std::size_t header = 6, size = 4, countOfPointers = header + size + size + size * 6 * 7;
     std::string bytes = FormatTable(set, engine.dialect).substr(0, countOfPointers + 3 * size);
     bytes[countOfPointers] = 1; // the last index of two
     ASSERT_TRUE(ParseTable(bytes, engine, read));

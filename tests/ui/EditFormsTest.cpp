@@ -57,7 +57,7 @@ TEST_F(frmEditWeaponsTest, SeveralWeaponsAreEditedTogether) {
     links.selectedStateRow = 11;
     QTest::mouseClick(&Find<QPushButton>(*window, "cmdDeselectStateA"), Qt::LeftButton);
     PatchSet expected = Defaults();
-    for (const std::size_t weapon : {1, 2}) {
+    for (const std::size_t weapon : {1U, 2U}) {
         expected.weapons[weapon].selectState = 149;
         expected.weapons[weapon].ammoType = 5;
         expected.weapons[weapon].deselectState = 11;

@@ -120,7 +120,7 @@ TEST_F(frmEditSoundsTest, OfSeveralSoundsOnlyWhatIsChosenChanges) {
     EXPECT_EQ(Current(), expected) << "sound 4 has the priority that cancels";
     EXPECT_EQ(edits.UndoName(), "2 sounds");
     edit([this] { Type(Priority(), "9"); });
-    for (const std::size_t sound : {1, 2, 4})
+    for (const std::size_t sound : {1U, 2U, 4U})
         expected.sounds[sound].value = 9;
     EXPECT_EQ(Current(), expected);
     EXPECT_EQ(edits.UndoName(), "3 sounds");

@@ -213,8 +213,8 @@ TEST_F(frmEditThingsTest, SeveralThingsAreEditedTogether) {
     Click("cmdPainSoundA");
     ToggleFlag(solid);
     PatchSet expected = Defaults();
-    for (const std::size_t thing : {imp, ball, barrel}) {
-        ThingRecord& record = expected.things[thing];
+    for (const int thing : {imp, ball, barrel}) {
+        ThingRecord& record = expected.things[static_cast<std::size_t>(thing)];
         record.hitPoints = 7;
         record.speed = thing == ball ? 9 * unit : 9;
         record.height = 40 * unit;

@@ -124,7 +124,7 @@ TEST_F(MainWindowTest, AnEditorsCommandRaisesItFromBehindAnotherAndHidesItInFron
     const auto choose = [this](std::size_t editor) {
         Action(editorEntries[editor].command).trigger();
         std::string shown;
-        for (const std::size_t other : {0, 1, 2})
+        for (const std::size_t other : {0U, 1U, 2U})
             if (window->Editors().IsShown(other))
                 shown += std::string(shown.empty() ? "" : " ") + editorEntries[other].button;
         const auto front = window->Editors().Front();
@@ -167,8 +167,8 @@ TEST_F(MainWindowTest, RecoveredWorkIsListedOpenedAndDeleted) {
     window->Commands().KeepRecovery();
     Restart(); // as after a crash
     QStringList kept;
-    const auto act = [this, &kept](const char* button, int row) {
-        return [this, &kept, button, row](QDialog& dialog) {
+    const auto act = [&kept](const char* button, int row) {
+        return [&kept, button, row](QDialog& dialog) {
             auto& list = test::Find<QTreeWidget>(dialog, "lvwKept");
             kept.clear();
             for (int at = 0; at < list.topLevelItemCount(); ++at)

@@ -30,7 +30,7 @@ protected:
         options = std::make_unique<frmOptions>(environment, dialogs, nullptr);
     }
 
-    std::string MakeWad(const char* name, std::string bytes) {
+    std::string MakeWad(const char* name, const std::string& bytes) {
         WriteFile(folder / name, bytes);
         return (folder / name).string();
     }

@@ -21,7 +21,7 @@ namespace plinket3::test {
 namespace {
 
 constexpr int imp = 11, pistol = 1, shells = 1;
-constexpr int chasing = 450, attacking = 454, muzzleFlash = 17, floatBit = 14;
+constexpr int chasing = 450, attacking = 454, floatBit = 14;
 
 /// The program from its start to its end.
 struct ProgramRun {

@@ -41,7 +41,7 @@ QString EditorWindow::AskName(RecordKind kind, std::int32_t record, const QStrin
     const Cell cell{kind, record, nameField};
     const std::string former = std::get<std::string>(context_.edits.Value(cell));
     const QString start = ShownStart(former);
-    const QString name = context_.links.AskText(title, prompt, start);
+    QString name = context_.links.AskText(title, prompt, start);
     if (name.isEmpty() || (name == start && name != ShownText(former))) // no end was put to a long one
         return {};
     context_.edits.Store(cell, StoredText(name));
