@@ -110,9 +110,7 @@ RulesAdvice RulesFor(const Run& run, const PatchFile& patch) {
 }
 
 EngineConfiguration EngineWith(Rules rules, EngineConfiguration engine) {
-    engine.dialect = Dialect::Of(engine.dialect.IsExtended());
-    if (rules == Rules::Engine)
-        engine.dialect = engine.dialect.AsEngines();
+    engine.dialect = engine.dialect.With(rules);
     return engine;
 }
 

@@ -57,7 +57,7 @@ struct Dialect {
         return dialect;
     }
     static constexpr Dialect Of(bool extended) { return extended ? Extended() : Dialect(); }
-    bool IsExtended() const { return keyedTexts; }
+    constexpr bool IsExtended() const { return keyedTexts; }
 
     /// The same, by the rules of game engines.
     constexpr Dialect AsEngines() const {
@@ -65,6 +65,9 @@ struct Dialect {
         dialect.rules = Rules::Engine;
         dialect.sounds = {"Sound"};
         return dialect;
+    }
+    constexpr Dialect With(Rules other) const {
+        return other == Rules::Engine ? AsEngines() : Of(IsExtended());
     }
     bool EngineRules() const { return rules == Rules::Engine; }
 };

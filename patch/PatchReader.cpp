@@ -2,6 +2,7 @@
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
+#include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/PatchStore.h"
 #include "patch/modPatchFiles.h"
@@ -272,6 +273,13 @@ ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine,
     return PatchReader(bytes, engine, defaults, set, observer).Read();
 }
 
+Status ReadableByEngines(std::string_view bytes) {
+    EngineConfiguration none; // what counts as a patch is the same for all
+    none.dialect = none.dialect.AsEngines();
+    PatchSet set;
+    return ParsePatch(bytes, none, PatchSet(), set).status;
+}
+
 bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& session) {
     std::string bytes;
     if (const Status status = ReadWholeFile(file, bytes); !status) {
@@ -279,12 +287,20 @@ bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& s
         return false;
     }
     PatchSet set;
-    const ReadResult result = ParsePatch(bytes, session.engine, session.patch.defaults, set);
+    std::shared_ptr<PatchDocument> document;
+    ReadResult result;
+    if (session.engine.dialect.EngineRules()) {
+        document = std::make_shared<PatchDocument>();
+        result = document->Read(std::move(bytes), session.engine, session.patch.defaults, set);
+    } else {
+        result = ParsePatch(bytes, session.engine, session.patch.defaults, set);
+    }
     if (!result.status) {
         notifier.Show(MessageKind::Exclamation, result.status.Reason());
         return false;
     }
     session.patch.current = std::move(set);
+    session.patch.document = std::move(document);
     session.patch.fileName = file;
     session.patch.named = true;
     session.patch.changed = false;

@@ -3,7 +3,9 @@
 #include "core/Text.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modPatchFiles.h"
+#include "patch/modTables.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utility>
@@ -74,6 +76,36 @@ RulesAdvice RecommendRules(std::string_view bytes, const EngineConfiguration& en
     if (reason.empty())
         return {};
     return {Rules::Engine, reason};
+}
+
+RulesSetting RulesSettingIn(const Settings& settings) {
+    return static_cast<RulesSetting>(std::clamp(settings.Number("patchRules"), 0, 2));
+}
+
+RulesProposal ProposeRules(const Environment& environment, std::size_t engine, const std::string* bytes) {
+    EngineConfiguration configuration;
+    PatchSet defaults;
+    const bool loaded = engine < environment.engines.size() &&
+                        modTables::ReadEngine(environment.programFolder, environment.engines[engine].file,
+                                              configuration, defaults);
+    if (configuration.dialect.EngineRules())
+        return {{Rules::Engine, "patches for this engine are always read so"}, true};
+    const RulesSetting setting = RulesSettingIn(environment.settings);
+    if (setting != RulesSetting::Recommend)
+        return {{setting == RulesSetting::Engine ? Rules::Engine : Rules::Kept, "as the options tell"}, true};
+    if (bytes == nullptr)
+        return {{environment.settings.Number("lastRules") == 1 ? Rules::Engine : Rules::Kept, {}}, false};
+    return {loaded ? RecommendRules(*bytes, configuration, defaults) : RulesAdvice(), false};
+}
+
+std::vector<std::string> ReadOtherwise(std::string_view saved, const PatchData& patch,
+                                       const EngineConfiguration& engine) {
+    EngineConfiguration asEngines = engine;
+    asEngines.dialect = engine.dialect.AsEngines();
+    PatchSet read;
+    if (!modPatchFiles::ParsePatch(saved, asEngines, patch.defaults, read).status)
+        return {};
+    return modPatchDiff::Differences(patch.current, read, asEngines);
 }
 
 } // namespace plinket3

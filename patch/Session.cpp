@@ -43,6 +43,8 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
         return SessionResult::Failed;
     log.Add("  Using '" + engine.name + "' as the current engine");
     log.Add("  Using engine version " + std::to_string(engine.version));
+    if (choice.rules == Rules::Engine)
+        engine.dialect = engine.dialect.AsEngines(); // never the other way: a configuration may ask for them
 
     log.Add("Loading table...");
     PatchData patch;

@@ -1,6 +1,5 @@
 #include "patch/SessionChoice.h"
 
-#include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/modTables.h"
@@ -62,11 +61,8 @@ struct Reading {
 Reading TryReading(const std::filesystem::path& programFolder, const modConfig::EngineEntry& entry,
                    std::string_view bytes, Rules rules) {
     EngineConfiguration engine;
-    std::string table;
     PatchSet defaults, set;
-    if (!modConfig::LoadEngine(entry.file, engine) ||
-        !ReadWholeFile(modTables::TablePath(programFolder, engine), table) ||
-        !modTables::ParseTable(table, engine, defaults))
+    if (!modTables::ReadEngine(programFolder, entry.file, engine, defaults))
         return {};
     if (rules == Rules::Engine)
         engine.dialect = engine.dialect.AsEngines();

@@ -77,6 +77,9 @@ struct ReadResult {
 ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
                       PatchSet& set, ReadObserver* observer = nullptr);
 
+/// Fails for bytes of which game engines understand nothing, with the message for the user.
+Status ReadableByEngines(std::string_view bytes);
+
 /// Reads a patch into `session.patch`, over its default set. Shows what goes wrong; the patch is then as it was.
 [[nodiscard]] bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& session);
 

@@ -267,6 +267,13 @@ bool LoadEngineTable(Environment& environment, const EngineConfiguration& engine
     return LoadTable(environment, engine, file, patch);
 }
 
+bool ReadEngine(const std::filesystem::path& programFolder, const std::filesystem::path& file,
+                EngineConfiguration& engine, PatchSet& defaults) {
+    std::string table;
+    return modConfig::LoadEngine(file, engine) && ReadWholeFile(TablePath(programFolder, engine), table) &&
+           ParseTable(table, engine, defaults);
+}
+
 Status SaveTable(const Session& session, const std::filesystem::path& file) {
     return WriteFileAtomically(file, FormatTable(session.patch.current, session.engine.dialect));
 }
@@ -281,6 +288,7 @@ void ResetPatchData(const EngineConfiguration& engine, const std::filesystem::pa
     patch.fileName = folder / ("unnamed" + std::string(engine.dialect.fileEnding));
     patch.changed = false;
     patch.named = false;
+    patch.document.reset();
     log.Add("  Reset patch data");
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "patch/RulesChoice.h"
 #include "patch/Session.h"
 #include "patch/SessionChoice.h"
 #include "patch/modTables.h"
@@ -57,23 +58,35 @@ void FileCommands::createNewFile() {
     emit StatusText(tr("New patch for %1").arg(ShownText(program_.engine.name)));
 }
 
-std::optional<modPatchFiles::Header> FileCommands::HeaderOf(const std::filesystem::path& file) const {
+std::string FileCommands::KeptRefusal(const PatchToOpen& patch) const {
     modPatchFiles::Header header;
-    if (const Status status = modPatchFiles::ScanHeader(file, header); !status) {
-        program_.notifier.Show(MessageKind::Exclamation, "Could not open " + file.string() + ": " + status.Reason());
-        return std::nullopt;
+    if (const Status status = modPatchFiles::ScanHeader(std::string_view(patch.bytes), header); !status)
+        return "Could not open " + patch.file.string() + ": " + status.Reason();
+    if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != Dialect().patchFormat)
+        return "Invalid file or unsupported patch version.";
+    if (!FirstEngineOfVersion(program_.engines, VersionIn(header)))
+        return "There were no engine configuration files found that match the patch file's target engine.";
+    return {};
+}
+
+std::optional<PatchToOpen> FileCommands::ToOpen(const std::filesystem::path& file) const {
+    PatchToOpen patch{file, {}, {}};
+    std::string refusal;
+    if (const Status status = ReadWholeFile(file, patch.bytes); !status) {
+        refusal = "Could not open " + file.string() + ": " + status.Reason();
+    } else {
+        // By engine rules a header line that stands twice does not matter.
+        static_cast<void>(modPatchFiles::ScanHeader(std::string_view(patch.bytes), patch.header));
+        refusal = KeptRefusal(patch);
+        if (RulesSettingIn(program_.settings) != RulesSetting::Kept && !refusal.empty()) {
+            const Status status = modPatchFiles::ReadableByEngines(patch.bytes);
+            refusal = status ? std::string() : "Could not open " + file.string() + ": " + status.Reason();
+        }
     }
-    if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != Dialect().patchFormat) {
-        program_.notifier.Show(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
-        return std::nullopt;
-    }
-    if (!FirstEngineOfVersion(program_.engines, VersionIn(header))) {
-        program_.notifier.Show(MessageKind::Exclamation,
-                               "There were no engine configuration files found that match the patch file's target "
-                               "engine.");
-        return std::nullopt;
-    }
-    return header;
+    if (refusal.empty())
+        return patch;
+    program_.notifier.Show(MessageKind::Exclamation, refusal);
+    return std::nullopt;
 }
 
 void FileCommands::openFile(const std::filesystem::path& path) {
@@ -89,10 +102,10 @@ void FileCommands::openFile(const std::filesystem::path& path) {
     if (error)
         file = chosen;
 
-    const std::optional<modPatchFiles::Header> header = HeaderOf(file);
-    if (!header)
+    const std::optional<PatchToOpen> patch = ToOpen(file);
+    if (!patch)
         return;
-    std::optional<Session> session = sessionDialog_(&*header);
+    std::optional<Session> session = sessionDialog_(&*patch);
     if (!session || !modPatchFiles::ReadPatch(program_.notifier, file, *session))
         return;
     Adopt(std::move(*session));
@@ -116,6 +129,9 @@ bool FileCommands::SaveTo(const std::filesystem::path& file) {
     emit Saved();
     AddRecent(file);
     emit StatusText(tr("Saved %1").arg(ShownPath(file)));
+    if (!program_.engine.dialect.EngineRules())
+        emit GamesReadOtherwise(ReadOtherwise(modPatchFiles::FormatPatch(program_.patch, program_.engine),
+                                              program_.patch, program_.engine));
     return true;
 }
 
@@ -241,7 +257,8 @@ bool FileCommands::GoOnWith(const RecoveredPatch& recovered) {
     const auto iwad = ChooseIwad(program_.settings.Iwads(), recovered.iwadPath);
     Session session;
     if (!engine || !iwad ||
-        LoadSession(program_, {*engine, *iwad, recovered.dataWadPath, -1}, session) != SessionResult::Loaded ||
+        LoadSession(program_, {*engine, *iwad, recovered.dataWadPath, -1, recovered.rules}, session) !=
+            SessionResult::Loaded ||
         !ApplyRecovered(recovered, session)) {
         program_.notifier.Show(MessageKind::Exclamation,
                                "The unsaved changes do not fit the engine configurations and IWADs that are there now. "
@@ -262,7 +279,7 @@ void FileCommands::KeepRecovery() {
             recovery_.Forget(); // what it may hold was undone
         return;
     }
-    const Status status = recovery_.Keep(program_.patch, stamp_, edits_.Revision());
+    const Status status = recovery_.Keep(program_.patch, program_.engine.dialect.rules, stamp_, edits_.Revision());
     const bool told = std::exchange(recoveryFails_, !status);
     if (!status && !told)
         emit StatusText(tr("The recovery file could not be written: %1").arg(ShownPath(status.Reason())));
@@ -298,26 +315,57 @@ void FileCommands::CheckFileOnDisk() {
             unsaved ? "That gives up your unsaved changes and all undo steps. " : "That gives up all undo steps. ";
     question += "With No, what is open here is kept.";
     const bool reload = program_.notifier.Ask(question, unsaved ? Buttons::NoYes : Buttons::YesNo) == Answer::Yes;
-    if (!reload || !ReloadFile())
+    if (!reload || !ReadAgain(program_.engine.dialect.rules))
         edits_.MarkChangedForGood(); // what is open here is no longer what is on disk
     asking_ = false;
 }
 
-bool FileCommands::ReloadFile() {
-    const std::optional<modPatchFiles::Header> header = HeaderOf(program_.patch.fileName);
-    if (!header)
+bool FileCommands::ReadAgain(Rules rules) {
+    const std::optional<PatchToOpen> patch = ToOpen(program_.patch.fileName);
+    if (!patch)
         return false;
-    if (VersionIn(*header) != program_.engine.version) {
-        program_.notifier.Show(MessageKind::Exclamation, otherEngine);
-        return false;
+    if (rules == Rules::Kept) {
+        std::string refusal = KeptRefusal(*patch);
+        if (refusal.empty() && VersionIn(patch->header) != program_.engine.version)
+            refusal = otherEngine;
+        if (!refusal.empty()) {
+            program_.notifier.Show(MessageKind::Exclamation, refusal);
+            return false;
+        }
     }
     Session session = static_cast<const Session&>(program_);
+    session.engine.dialect = session.engine.dialect.With(rules);
     if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, session))
         return false;
     Adopt(std::move(session));
     recovery_.Forget();
     emit StatusText(tr("Reloaded %1").arg(ShownPath(program_.patch.fileName)));
     return true;
+}
+
+void FileCommands::SwitchRules() {
+    if (!sessionOpen_)
+        return;
+    const Rules other = program_.engine.dialect.EngineRules() ? Rules::Kept : Rules::Engine;
+    if (program_.patch.named) {
+        if (MayLoseChanges())
+            ReadAgain(other);
+        return;
+    }
+    program_.engine.dialect = program_.engine.dialect.With(other);
+    emit SessionChanged();
+}
+
+void FileCommands::GoOnByEngineRules() {
+    Session saved = static_cast<const Session&>(program_);
+    saved.engine.dialect = saved.engine.dialect.AsEngines();
+    if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, saved))
+        return;
+    program_.engine.dialect = saved.engine.dialect;
+    program_.patch.document = saved.patch.document;
+    edits_.MarkChangedForGood();
+    emit SessionChanged();
+    emit StatusText(tr("Engine rules: the next save writes what games read as it stands here"));
 }
 
 } // namespace plinket3

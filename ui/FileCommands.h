@@ -5,6 +5,7 @@
 #include "patch/modPatchFiles.h"
 #include "ui/FileDialogs.h"
 #include "ui/FileStamp.h"
+#include "ui/PatchToOpen.h"
 #include "ui/Recovery.h"
 
 #include <QObject>
@@ -16,8 +17,8 @@
 
 namespace plinket3 {
 
-/// The dialog that chooses and loads a session, as the file commands need it. Without a header it is for a new patch.
-using SessionDialog = std::function<std::optional<Session>(const modPatchFiles::Header* header)>;
+/// The dialog that chooses and loads a session, as the file commands need it; null for a new patch.
+using SessionDialog = std::function<std::optional<Session>(const PatchToOpen* patch)>;
 
 /// The commands on the patch and the engine's table: new, open, save, and what must be asked before.
 class FileCommands : public QObject {
@@ -33,6 +34,11 @@ public:
     /// True when the patch was saved.
     bool Save();
     bool SaveAs();
+    /// Reads the open patch again, once unsaved changes are settled, by the other rules; a new patch just goes by them
+    /// from here on. Does nothing when the engine leaves no choice.
+    void SwitchRules();
+    /// Goes on by engine rules with all values and steps as they are, over the file as it was saved last.
+    void GoOnByEngineRules();
     void LoadTable();
     void SaveTable();
     /// Asks about unsaved changes; true when the program may close.
@@ -55,6 +61,8 @@ signals:
     /// The patch was saved, or its name is another one.
     void Saved();
     void RecentFilesChanged();
+    /// A save by the kept rules wrote what games read otherwise: a line for each such value.
+    void GamesReadOtherwise(const std::vector<std::string>& values);
     /// What just happened, for the status bar.
     void StatusText(const QString& text);
 
@@ -63,12 +71,15 @@ private:
     std::optional<FileStamp> ChangedStamp() const;
 
     bool MayLoseChanges();
-    /// The header of a patch that can be opened; shows what is wrong with another.
-    std::optional<modPatchFiles::Header> HeaderOf(const std::filesystem::path& file) const;
+    /// A patch that can be opened by one of the rules; shows what is wrong with another.
+    std::optional<PatchToOpen> ToOpen(const std::filesystem::path& file) const;
+    /// Why the kept rules refuse a patch whatever the engine; empty when they do not.
+    std::string KeptRefusal(const PatchToOpen& patch) const;
     void Adopt(Session session);
     bool SaveTo(const std::filesystem::path& file);
     void AddRecent(const std::filesystem::path& file);
-    bool ReloadFile();
+    /// Reads the patch's file again; shows why when it cannot be read by these rules.
+    bool ReadAgain(Rules rules);
     /// Opens work whose file is the program's own by now; puts the file away when it does not fit.
     bool GoOnWith(const RecoveredPatch& recovered);
 

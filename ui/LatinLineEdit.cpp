@@ -33,7 +33,7 @@ QValidator::State TextValidator::validate(QString& text, int&) const {
     return Invalid;
 }
 
-LatinLineEdit::LatinLineEdit(const QString& name, const QString& accessibleName, Tell tell) {
+LatinLineEdit::LatinLineEdit(const QString& name, const QString& accessibleName, const Tell& tell) {
     setObjectName(name);
     setAccessibleName(accessibleName);
     setValidator(new TextValidator(this, WhyNotStorable, tell));

@@ -33,7 +33,7 @@ private:
 class LatinLineEdit : public QLineEdit {
     Q_OBJECT
 public:
-    LatinLineEdit(const QString& name, const QString& accessibleName, Tell tell);
+    LatinLineEdit(const QString& name, const QString& accessibleName, const Tell& tell);
 };
 
 } // namespace plinket3

@@ -3,6 +3,7 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/clsConfiguration.h"
+#include "patch/PatchDocument.h"
 #include "patch/modPatchFiles.h"
 #include "patch/modTables.h"
 #include "ui/LatinText.h"
@@ -61,7 +62,8 @@ std::optional<FileStamp> FileStampOf(const SettingTree& root) {
     return FileStamp{Time(Time::duration(*time)), static_cast<std::uintmax_t>(*size)};
 }
 
-/// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the two tables.
+/// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the table, the
+/// document, the engine's table.
 std::optional<RecoveredPatch> Split(std::string_view bytes) {
     const std::size_t lineEnd = bytes.find('\n');
     if (lineEnd == std::string_view::npos)
@@ -82,12 +84,17 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.iwadPath = TextOf(*root, "iwad");
     recovered.dataWadPath = TextOf(*root, "dataWad");
     recovered.named = NumberOf(*root, "named") != 0;
+    recovered.rules = NumberOf(*root, "engineRules") != 0 ? Rules::Engine : Rules::Kept;
     bytes.remove_prefix(static_cast<std::size_t>(length));
-    const std::int32_t tableSize = NumberOf(*root, "tableSize");
-    if (tableSize < 0 || static_cast<std::size_t>(tableSize) > bytes.size())
-        return std::nullopt;
-    recovered.table = bytes.substr(0, static_cast<std::size_t>(tableSize));
-    recovered.defaultsTable = bytes.substr(static_cast<std::size_t>(tableSize));
+    for (const auto& [key, part] :
+         {std::pair("tableSize", &recovered.table), std::pair("documentSize", &recovered.document)}) {
+        const std::int32_t size = NumberOf(*root, key);
+        if (size < 0 || static_cast<std::size_t>(size) > bytes.size())
+            return std::nullopt;
+        *part = bytes.substr(0, static_cast<std::size_t>(size));
+        bytes.remove_prefix(static_cast<std::size_t>(size));
+    }
+    recovered.defaultsTable = bytes;
     recovered.pars = ParsOf(*root);
     recovered.stamp = FileStampOf(*root);
     return recovered;
@@ -136,7 +143,8 @@ int Recovery::PlaceOf(const std::filesystem::path& file) const {
     return -1;
 }
 
-Status Recovery::Keep(const PatchData& patch, const std::optional<FileStamp>& stamp, std::uint64_t revision) {
+Status Recovery::Keep(const PatchData& patch, Rules rules, const std::optional<FileStamp>& stamp,
+                      std::uint64_t revision) {
     if (place_ < 0)
         return Status::Failure("the settings folder cannot be written");
     if (kept_ == revision)
@@ -146,6 +154,7 @@ Status Recovery::Keep(const PatchData& patch, const std::optional<FileStamp>& st
     root->Set("type", std::string(recoveryType));
     root->Set("fileName", patch.fileName.string());
     root->Set("named", patch.named ? 1 : 0);
+    root->Set("engineRules", rules == Rules::Engine ? 1 : 0);
     root->Set("engineConfig", patch.engineConfig);
     root->Set("iwad", patch.iwadPath);
     root->Set("dataWad", patch.dataWadPath);
@@ -164,8 +173,10 @@ Status Recovery::Keep(const PatchData& patch, const std::optional<FileStamp>& st
     root->Set("pars", pars);
     const std::string table = modTables::FormatTable(patch.current, withStrings);
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
+    const std::string document = patch.document ? patch.document->Bytes() : std::string();
+    root->Set("documentSize", static_cast<std::int32_t>(document.size()));
     const std::string text = texts.OutputConfiguration("\n", false);
-    Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table +
+    Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table + document +
                                                             modTables::FormatTable(patch.defaults, withStrings));
     if (status)
         kept_ = revision;
@@ -256,9 +267,13 @@ namespace {
 /// True when the patch that the work belongs to still stands where the recovery file says. Who could write that file
 /// could name any other one in it, which a save would replace.
 bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
+    std::string bytes;
+    if (!recovered.stamp || StampOf(recovered.fileName) != recovered.stamp || !ReadWholeFile(recovered.fileName, bytes))
+        return false;
+    if (dialect.EngineRules())
+        return static_cast<bool>(modPatchFiles::ReadableByEngines(bytes));
     modPatchFiles::Header header;
-    return recovered.stamp && StampOf(recovered.fileName) == recovered.stamp &&
-           modPatchFiles::ScanHeader(std::filesystem::path(recovered.fileName), header) &&
+    return modPatchFiles::ScanHeader(std::string_view(bytes), header) &&
            LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) == dialect.patchFormat;
 }
 
@@ -273,7 +288,15 @@ bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
         (session.engine.dialect.keyedTexts &&
          set.strings.size() != session.patch.defaults.strings.size())) // which no table holds
         return false;
+    std::shared_ptr<PatchDocument> document;
+    if (session.engine.dialect.EngineRules() && !recovered.document.empty()) {
+        document = std::make_shared<PatchDocument>();
+        PatchSet opened;
+        if (!document->Read(recovered.document, session.engine, defaults, opened).status)
+            return false;
+    }
     set.pars = recovered.pars;
+    session.patch.document = std::move(document);
     session.patch.current = std::move(set);
     session.patch.defaults = std::move(defaults);
     session.patch.fileName = recovered.fileName;

@@ -19,6 +19,8 @@ namespace plinket3 {
 struct RecoveredPatch {
     std::string fileName, engineConfig, iwadPath, dataWadPath;
     bool named = false;
+    Rules rules = Rules::Kept;
+    std::string document; // by engine rules the file as it was opened; empty for a new patch
     // The records, and those of the engine or of a table that was loaded in its place: as table files with strings,
     // whatever the mode.
     std::string table, defaultsTable;
@@ -42,7 +44,7 @@ public:
     explicit Recovery(std::filesystem::path folder);
 
     /// Writes the recovery file, unless it holds this `revision` of the patch already. Fails as writing files does.
-    Status Keep(const PatchData& patch, const std::optional<FileStamp>& stamp, std::uint64_t revision);
+    Status Keep(const PatchData& patch, Rules rules, const std::optional<FileStamp>& stamp, std::uint64_t revision);
     /// Removes it: the work is saved, or given up by the user.
     void Forget();
 

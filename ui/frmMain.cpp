@@ -22,6 +22,7 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <iterator>
@@ -74,11 +75,16 @@ QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLi
 
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
-      recovery_(program.settingsFolder), editors_(program, edits, audio, dialogs, *area_),
-      commands_(program, edits, dialogs, recovery_,
-                [this](const modPatchFiles::Header* header) { return ChooseSession(header); }) {
+      rulesBar_(new RulesBar), recovery_(program.settingsFolder), editors_(program, edits, audio, dialogs, *area_),
+      commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
-    setCentralWidget(area_);
+    auto* centre = new QWidget;
+    auto* column = new QVBoxLayout(centre);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(rulesBar_);
+    column->addWidget(area_, 1);
+    setCentralWidget(centre);
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -103,6 +109,9 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     connect(&commands_, &FileCommands::TableLoaded, this, &frmMain::SettingsChanged);
     connect(&commands_, &FileCommands::RecentFilesChanged, this, &frmMain::UpdateRecentList);
     connect(&commands_, &FileCommands::StatusText, this, &frmMain::Tell);
+    connect(&commands_, &FileCommands::GamesReadOtherwise, rulesBar_, &RulesBar::Tell);
+    connect(&commands_, &FileCommands::SessionChanged, rulesBar_, &QWidget::hide);
+    connect(rulesBar_, &RulesBar::EngineRulesWanted, &commands_, &FileCommands::GoOnByEngineRules);
     connect(&editors_, &EditorSet::StatusText, this, &frmMain::Tell);
     connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
     connect(&editors_, &EditorSet::EditorMade, this, &frmMain::RestoreEditor);
@@ -245,6 +254,11 @@ void frmMain::BuildStatusBar() {
         (*label)->setObjectName(QString::fromLatin1(name));
         statusBar()->addPermanentWidget(*label);
     }
+    cmdRules_ = new QToolButton;
+    cmdRules_->setObjectName(QStringLiteral("cmdRules"));
+    cmdRules_->setAutoRaise(true);
+    statusBar()->insertPermanentWidget(2, cmdRules_);
+    connect(cmdRules_, &QToolButton::clicked, &commands_, &FileCommands::SwitchRules);
     UpdateStatus();
 }
 
@@ -304,16 +318,16 @@ void frmMain::ShowManual(const QString& page) {
     manual_->Open(page.isEmpty() && editor ? QString::fromLatin1(editorEntries[*editor].manualPage) : page);
 }
 
-std::optional<Session> frmMain::ChooseSession(const modPatchFiles::Header* header) {
+std::optional<Session> frmMain::ChooseSession(const PatchToOpen* patch) {
     if (!newFile_) {
         newFile_ = std::make_unique<frmNewFile>(program_, dialogs_, this);
         connect(newFile_.get(), &frmNewFile::StatusText, this, &frmMain::Tell);
         connect(newFile_.get(), &frmNewFile::OptionsWanted, this, &frmMain::ShowOptions);
     }
-    if (header == nullptr)
+    if (patch == nullptr)
         newFile_->SetNewFile();
     else
-        newFile_->SelectConfig(*header);
+        newFile_->SelectConfig(*patch);
     return newFile_->Choose();
 }
 
@@ -392,6 +406,13 @@ void frmMain::UpdateStatus() {
     lblMode_->setText(!open                                  ? QString()
                       : program_.engine.dialect.IsExtended() ? tr("Extended mode")
                                                              : tr("Normal mode"));
+    const bool engineRules = program_.engine.dialect.EngineRules();
+    cmdRules_->setVisible(open);
+    cmdRules_->setText(engineRules ? tr("Engine rules") : tr("Kept rules"));
+    cmdRules_->setToolTip(engineRules ? tr("Values are what games make of the file, and a save changes nothing in it "
+                                           "but what you changed.\nClick to read the patch by the kept rules.")
+                                      : tr("The patch is read and saved as this program always did; comments and "
+                                           "unknown lines are lost.\nClick to read it by engine rules."));
     QString wads = open ? ShownPath(std::filesystem::path(program_.patch.iwadPath).filename()) : QString();
     if (const std::filesystem::path missing = program_.missingDataWad; !missing.empty())
         wads += tr(", without %1").arg(ShownPath(missing.filename()));

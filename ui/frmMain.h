@@ -2,6 +2,7 @@
 
 #include "ui/EditorSet.h"
 #include "ui/FileCommands.h"
+#include "ui/RulesBar.h"
 #include "ui/WindowState.h"
 #include "ui/frmAbout.h"
 #include "ui/frmManual.h"
@@ -19,6 +20,7 @@ class QAction;
 class QLabel;
 class QMdiArea;
 class QToolBar;
+class QToolButton;
 
 namespace plinket3 {
 
@@ -86,13 +88,14 @@ private:
     void RestoreEditor(std::size_t editor);
     void ShowRecovered();
     void KeepPlaces();
-    std::optional<Session> ChooseSession(const modPatchFiles::Header* header);
+    std::optional<Session> ChooseSession(const PatchToOpen* patch);
 
     Program& program_;
     Edits& edits_;
     FileDialogs& dialogs_;
     WindowState state_;
     QMdiArea* area_;
+    RulesBar* rulesBar_;
     Recovery recovery_;
     EditorSet editors_;
     FileCommands commands_;
@@ -110,6 +113,7 @@ private:
     std::array<QAction*, editorEntries.size()> viewEditors_{};
     QToolBar *tlbProgram_ = nullptr, *tlbEditors_ = nullptr;
     QLabel *lblEngine_ = nullptr, *lblMode_ = nullptr, *lblIwad_ = nullptr;
+    QToolButton* cmdRules_ = nullptr;
     QTimer recoveryTimer_;
 };
 

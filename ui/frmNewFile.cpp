@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "patch/RulesChoice.h"
 #include "patch/SessionChoice.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
@@ -22,6 +23,8 @@ namespace {
 
 constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
 
+constexpr int keptRow = 0, engineRow = 1; // of the rules
+
 void Recommend(QComboBox& list, std::size_t index) {
     const int row = static_cast<int>(index);
     list.setCurrentIndex(row);
@@ -37,13 +40,20 @@ void SelectRemembered(QComboBox& list, std::int32_t index) {
 
 frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* parent)
     : QDialog(parent), environment_(environment), dialogs_(dialogs), cmbEngines_(new QComboBox),
-      cmbIwads_(new QComboBox), txtDataWad_(new QLineEdit), lblNoIwad_(new QLabel(tr("No IWAD is known yet."))),
+      cmbIwads_(new QComboBox), txtDataWad_(new QLineEdit), cmbRules_(new QComboBox),
+      lblNoIwad_(new QLabel(tr("No IWAD is known yet."))), lblRulesReason_(new QLabel),
       cmdOptions_(NewButton("cmdOptions", tr("A&dd IWADs..."))) {
     setObjectName(QStringLiteral("frmNewFile"));
     cmbEngines_->setObjectName(QStringLiteral("cmbEngines"));
     cmbIwads_->setObjectName(QStringLiteral("cmbIWADs"));
     txtDataWad_->setObjectName(QStringLiteral("txtDataWAD"));
-    for (QComboBox* list : {cmbEngines_, cmbIwads_})
+    cmbRules_->setObjectName(QStringLiteral("cmbRules"));
+    lblRulesReason_->setObjectName(QStringLiteral("lblRulesReason"));
+    lblRulesReason_->setWordWrap(true);
+    cmbRules_->setToolTip(
+        tr("Engine rules: values are what games make of the file, and a save changes nothing in it "
+           "but what you changed.\nKept rules: as this program has always read and written patches."));
+    for (QComboBox* list : {cmbEngines_, cmbIwads_, cmbRules_})
         list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
 
     auto* cmdBrowse = NewButton("cmdBrowseDataWAD", tr("&Browse..."));
@@ -64,12 +74,15 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     form->addRow(tr("&Engine:"), cmbEngines_);
     form->addRow(tr("&IWAD:"), iwad);
     form->addRow(tr("Data &WAD:"), dataWad);
+    form->addRow(tr("&Rules:"), cmbRules_);
+    form->addRow(QString(), lblRulesReason_);
     for (const auto& [field, layout] : {std::pair<QWidget*, QLayout*>{cmbIwads_, iwad}, {txtDataWad_, dataWad}})
         if (auto* label = qobject_cast<QLabel*>(form->labelForField(layout)))
             label->setBuddy(field);
     cmbEngines_->setAccessibleName(tr("Engine"));
     cmbIwads_->setAccessibleName(tr("IWAD"));
     txtDataWad_->setAccessibleName(tr("Data WAD"));
+    cmbRules_->setAccessibleName(tr("Rules"));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     cmdAccept_ = buttons->button(QDialogButtonBox::Ok);
@@ -86,6 +99,8 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
         emit OptionsWanted();
         FillIwads();
     });
+    connect(cmbEngines_, &QComboBox::activated, this, &frmNewFile::ProposeRules);
+    connect(cmbRules_, &QComboBox::activated, this, [this] { rulesChosen_ = true; });
     connect(buttons, &QDialogButtonBox::accepted, this, &frmNewFile::LoadAndClose);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
@@ -115,31 +130,61 @@ void frmNewFile::FillIwads() {
     cmdAccept_->setEnabled(any);
 }
 
+/// By what the options say and the chosen engine makes of the patch; what the user has chosen stays.
+void frmNewFile::ProposeRules() {
+    const RulesProposal proposal =
+        plinket3::ProposeRules(environment_, static_cast<std::size_t>(std::max(cmbEngines_->currentIndex(), 0)),
+                               patch_ == nullptr ? nullptr : &patch_->bytes);
+    const bool recommended = patch_ != nullptr && !proposal.fixed;
+    const int row = proposal.rules == Rules::Engine ? engineRow : keptRow;
+    const int chosen = rulesChosen_ && !proposal.fixed ? cmbRules_->currentIndex() : row;
+    cmbRules_->clear();
+    cmbRules_->addItems({tr("Kept rules"), tr("Engine rules, every line is kept")});
+    if (recommended)
+        Recommend(*cmbRules_, static_cast<std::size_t>(row));
+    cmbRules_->setCurrentIndex(chosen);
+    cmbRules_->setEnabled(!proposal.fixed);
+    QString reason = ShownText(proposal.reason);
+    if (reason.isEmpty() && recommended)
+        reason = tr("both read this file alike, and nothing in it would be lost");
+    if (!reason.isEmpty())
+        reason[0] = reason[0].toUpper();
+    lblRulesReason_->setText(reason.isEmpty() ? reason : reason + QLatin1Char('.'));
+}
+
 void frmNewFile::SetNewFile() {
     namedIwad_.reset();
+    patch_ = nullptr;
+    rulesChosen_ = false;
     FillLists();
     version_ = -1;
     txtDataWad_->clear();
+    ProposeRules();
     setWindowTitle(tr("New file"));
 }
 
-void frmNewFile::SelectConfig(const modPatchFiles::Header& header) {
+void frmNewFile::SelectConfig(const PatchToOpen& patch) {
+    const modPatchFiles::Header& header = patch.header;
+    patch_ = &patch;
+    rulesChosen_ = false;
     const auto named = header.find("iwad");
     namedIwad_ = named == header.end() ? std::nullopt : std::optional(named->second);
     FillLists();
-    const std::filesystem::path file = modPatchFiles::HeaderValue(header, "filename");
     version_ = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
     if (const auto engine = ChooseEngine(environment_.engines, modPatchFiles::HeaderValue(header, "engineconfig"))) {
         Recommend(*cmbEngines_, *engine);
     } else {
-        std::string bytes; // a file that is gone by now shows when it is opened
-        static_cast<void>(ReadWholeFile(file, bytes));
-        const auto likely = RecommendEngine(environment_, header, bytes, file,
-                                            static_cast<std::size_t>(std::max(cmbEngines_->currentIndex(), 0)));
+        const auto last = static_cast<std::size_t>(std::max(cmbEngines_->currentIndex(), 0));
+        std::optional<std::size_t> likely;
+        if (RulesSettingIn(environment_.settings) != RulesSetting::Engine)
+            likely = RecommendEngine(environment_, header, patch.bytes, patch.file, last);
+        if (!likely)
+            likely = RecommendEngine(environment_, header, patch.bytes, patch.file, last, Rules::Engine);
         cmbEngines_->setCurrentIndex(static_cast<int>(likely.value_or(0)));
     }
     txtDataWad_->setText(ShownPath(modPatchFiles::HeaderValue(header, "datawad")));
-    setWindowTitle(tr("File settings of %1").arg(ShownPath(file.filename())));
+    ProposeRules();
+    setWindowTitle(tr("File settings of %1").arg(ShownPath(patch.file.filename())));
 }
 
 std::optional<Session> frmNewFile::Choose() {
@@ -160,15 +205,18 @@ void frmNewFile::LoadAndClose() {
     choice.engine = static_cast<std::size_t>(cmbEngines_->currentIndex());
     choice.iwad = static_cast<std::size_t>(cmbIwads_->currentIndex());
     choice.dataWad = StoredPath(txtDataWad_->text()).string();
-    choice.version = version_;
+    choice.rules = cmbRules_->currentIndex() == engineRow ? Rules::Engine : Rules::Kept;
+    choice.version = choice.rules == Rules::Engine ? -1 : version_;
     const auto& engines = environment_.engines;
-    if (version_ == -1 || (choice.engine < engines.size() && engines[choice.engine].version == version_))
+    if (choice.version == -1 || (choice.engine < engines.size() && engines[choice.engine].version == choice.version))
         hide(); // what loading says is not about this dialog any more
     Session session;
     switch (LoadSession(environment_, choice, session)) {
     case SessionResult::Incompatible:
         return;
     case SessionResult::Loaded:
+        if (cmbRules_->isEnabled() && patch_ == nullptr)
+            environment_.settings.Number("lastRules", choice.rules == Rules::Engine ? 1 : 0);
         session_ = std::move(session);
         accept();
         return;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "patch/Session.h"
-#include "patch/modPatchFiles.h"
 #include "ui/FileDialogs.h"
+#include "ui/PatchToOpen.h"
 
 #include <QDialog>
 
@@ -15,7 +15,7 @@ class QPushButton;
 
 namespace plinket3 {
 
-/// Asks what a patch is edited against - engine, IWAD, data WAD - and loads it.
+/// Asks what a patch is edited against - engine, IWAD, data WAD - and by which rules, and loads it.
 class frmNewFile : public QDialog {
     Q_OBJECT
 public:
@@ -23,8 +23,8 @@ public:
 
     /// Prepares the dialog for a new patch.
     void SetNewFile();
-    /// Prepares the dialog for an existing patch by what its header says.
-    void SelectConfig(const modPatchFiles::Header& header);
+    /// Prepares the dialog for an existing patch by what stands in it. `patch` must outlive the choice.
+    void SelectConfig(const PatchToOpen& patch);
     /// Shows the dialog; the session when the user accepted it and all of it could be loaded.
     std::optional<Session> Choose();
 
@@ -37,6 +37,7 @@ signals:
 private:
     void FillLists();
     void FillIwads();
+    void ProposeRules();
     void LoadAndClose();
     void Browse();
 
@@ -44,8 +45,11 @@ private:
     FileDialogs& dialogs_;
     QComboBox *cmbEngines_, *cmbIwads_;
     QLineEdit* txtDataWad_;
-    QLabel* lblNoIwad_;
+    QComboBox* cmbRules_;
+    QLabel *lblNoIwad_, *lblRulesReason_;
     QPushButton *cmdOptions_, *cmdAccept_;
+    const PatchToOpen* patch_ = nullptr; // null for a new one
+    bool rulesChosen_ = false;           // by the user
     std::int32_t version_ = -1;
     std::optional<std::string> namedIwad_; // by the patch
     std::optional<Session> session_;

@@ -2,6 +2,7 @@
 
 #include "core/Text.h"
 #include "core/modMain.h"
+#include "patch/RulesChoice.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/frmFindIwads.h"
@@ -73,6 +74,17 @@ QWidget* frmOptions::BuildGeneral() {
     cmbStateActivate_ = new QComboBox;
     cmbStateActivate_->setObjectName(QStringLiteral("cmbStateActivate"));
     cmbStateActivate_->addItems({tr("Open sprite browser"), tr("Open next state browser"), tr("Open action browser")});
+    cmbPatchRules_ = new QComboBox;
+    cmbPatchRules_->setObjectName(QStringLiteral("cmbPatchRules"));
+    cmbPatchRules_->addItems({tr("Recommend the rules for each patch"), tr("Always by the kept rules"),
+                              tr("Always as game engines do")}); // as in RulesSetting
+    cmbPatchRules_->setToolTip(tr("By which rules patches are read and saved. A patch that is open keeps its own."));
+    auto* labelRules = new QLabel(tr("&Patches:"));
+    labelRules->setBuddy(cmbPatchRules_);
+    auto* rules = new QHBoxLayout;
+    rules->addWidget(labelRules);
+    rules->addWidget(cmbPatchRules_);
+    rules->addStretch();
     auto* label = new QLabel(tr("When &double-clicking a state..."));
     label->setObjectName(QStringLiteral("lblStateActivate"));
     label->setBuddy(cmbStateActivate_);
@@ -84,6 +96,7 @@ QWidget* frmOptions::BuildGeneral() {
     layout->addWidget(chkMakeBackup_);
     layout->addWidget(chkFrameCharacters_);
     layout->addLayout(state);
+    layout->addLayout(rules);
     layout->addStretch();
     return general;
 }
@@ -136,6 +149,7 @@ void frmOptions::updateControls() {
     chkMakeBackup_->setChecked(settings.Number("createBackup") == 1);
     chkFrameCharacters_->setChecked(settings.Number("frameCharacter") == 1);
     cmbStateActivate_->setCurrentIndex(std::clamp(settings.Number("stateActivate"), 0, cmbStateActivate_->count() - 1));
+    cmbPatchRules_->setCurrentIndex(static_cast<int>(RulesSettingIn(settings)));
     FillIwads();
 }
 
@@ -144,6 +158,7 @@ void frmOptions::updateConfiguration() {
     settings.Number("createBackup", chkMakeBackup_->isChecked() ? 1 : 0);
     settings.Number("frameCharacter", chkFrameCharacters_->isChecked() ? 1 : 0);
     settings.Number("stateActivate", cmbStateActivate_->currentIndex());
+    settings.Number("patchRules", cmbPatchRules_->currentIndex());
     modMain::SaveSettings(environment_);
 }
 

@@ -50,7 +50,7 @@ private:
     FileDialogs& dialogs_;
     QTabWidget* tabOptions_;
     QCheckBox *chkMakeBackup_, *chkFrameCharacters_;
-    QComboBox* cmbStateActivate_;
+    QComboBox *cmbStateActivate_, *cmbPatchRules_;
     QTreeWidget* lvwIwads_;
     QPushButton *cmdRemoveIwad_, *cmdFindIwads_, *cmdAccept_;
     bool ended_ = false; // the user ends the program

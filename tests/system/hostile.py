@@ -24,6 +24,8 @@ def limit_memory():
 
 
 class Case:
+    """`codes` is None for a patch that the window opens as the program recommends: else it goes by the kept rules."""
+
     def __init__(self, kind, file, said, codes, build, place):
         self.kind, self.file, self.said, self.codes, self.build, self.place = kind, file, said, codes, build, place
         # AddressSanitizer reserves more than any limit, and makes everything several times as slow.
@@ -51,6 +53,9 @@ class Case:
         patch = self.good
         if self.kind == "patches":
             patch = self.file
+            if self.codes is not None:
+                settings = account.settings / "plinket3.cfg"
+                settings.write_text(settings.read_text() + " patchRules = 1;")
         elif self.kind == "wads":
             settings = account.settings / "plinket3.cfg"
             settings.write_text(settings.read_text().replace(IWAD, str(self.file)))
@@ -106,6 +111,8 @@ class Case:
             yield ["config", self.file]
 
     def command_line(self):
+        if self.codes is None:
+            return
         ended = ""
         for command in self.commands():
             run = subprocess.run([self.build / "plinket3-cli", *command], capture_output=True, timeout=self.seconds,
@@ -141,8 +148,11 @@ def main():
     with tempfile.TemporaryDirectory(prefix="plinket3_hostile_") as folder:
         for kind, rows in make_hostile.make(folder, build).items():
             for file, said, codes in rows:
-                if part in f"{kind}/{file.name}":
-                    cases.put(Case(kind, file, said, codes, build, Path(folder, f"case{cases.qsize()}")))
+                ways = [(said, codes)]
+                if kind == "patches" and said is not None:
+                    ways.append((make_hostile.BY_ENGINES.get(file.name), None))
+                for way in ways if part in f"{kind}/{file.name}" else []:
+                    cases.put(Case(kind, file, *way, build, Path(folder, f"case{cases.qsize()}")))
         count = cases.qsize()
         workers = [threading.Thread(target=work, args=(cases, failures)) for _ in range(2)]
         for worker in workers:

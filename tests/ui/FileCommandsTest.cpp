@@ -1,5 +1,6 @@
 #include "ui/FileCommands.h"
 #include "core/Files.h"
+#include "patch/RulesChoice.h"
 #include "patch/Session.h"
 #include "tests/ui/FakeDialogs.h"
 #include "tests/ui/UiTest.h"
@@ -31,18 +32,19 @@ protected:
         UseFolder(program, folder.Path());
         WriteFile(folder / "test.wad", PaletteWad("IWAD"));
         program.settings.AddIwad("Test", (folder / "test.wad").string());
+        program.settings.Number("patchRules", static_cast<int>(RulesSetting::Kept));
         recovery = std::make_unique<Recovery>(program.settingsFolder);
-        commands = std::make_unique<FileCommands>(
-            program, edits, dialogs, *recovery,
-            [this](const modPatchFiles::Header* header) { return ChooseSession(header); });
+        commands = std::make_unique<FileCommands>(program, edits, dialogs, *recovery,
+                                                  [this](const PatchToOpen* patch) { return ChooseSession(patch); });
     }
 
-    std::optional<Session> ChooseSession(const modPatchFiles::Header* header) {
+    std::optional<Session> ChooseSession(const PatchToOpen* patch) {
         ++sessionsAsked;
         if (sessionCancelled)
             return std::nullopt;
         Session session;
-        const SessionChoice choice{EngineAt(engine), 0, dataWad, header == nullptr ? -1 : 19};
+        const bool checked = patch != nullptr && rules == Rules::Kept;
+        const SessionChoice choice{EngineAt(engine), 0, dataWad, checked ? 19 : -1, rules};
         if (LoadSession(program, choice, session) != SessionResult::Loaded)
             return std::nullopt;
         return session;
@@ -79,6 +81,7 @@ protected:
     std::unique_ptr<Recovery> recovery;
     std::unique_ptr<FileCommands> commands;
     std::string engine = "doom19", dataWad;
+    Rules rules = Rules::Kept;
     bool sessionCancelled = false;
     int sessionsAsked = 0;
 };
@@ -113,9 +116,11 @@ TEST_F(FileCommandsTest, RefusedFilesLeaveTheOpenPatchAsItWas) {
         const char* bytes;
         const char* message; // FILE stands for the file's path
         int sessions;
+        RulesSetting setting = RulesSetting::Kept;
     };
     const Case cases[]{
         {"nothing", "Invalid file or unsupported patch version.", 0},
+        {"nothing", "Could not open FILE: The file holds no line that a game engine knows.", 0, RulesSetting::Engine},
         {"Patch format = 5\nDoom version = 19\n", "Invalid file or unsupported patch version.", 0},
         {"Patch format = 6\nDoom version = 12\n",
          "There were no engine configuration files found that match the patch file's target engine.", 0},
@@ -135,6 +140,7 @@ TEST_F(FileCommandsTest, RefusedFilesLeaveTheOpenPatchAsItWas) {
         if (const std::size_t at = message.find("FILE"); at != std::string::npos)
             message.replace(at, 4, file);
         notifier.Expect(MessageKind::Exclamation, message);
+        program.settings.Number("patchRules", static_cast<int>(row.setting));
         Open("bad.deh", row.bytes);
         notifier.AllAsked();
         EXPECT_EQ(sessionsAsked, row.sessions) << row.bytes;
@@ -293,6 +299,62 @@ TEST_F(FileCommandsTest, NoticesAFileThatAnotherProgramChanged) {
     commands->CheckFileOnDisk(); // our own save is no change of others
 }
 
+constexpr std::string_view oddPatch =
+    "# by hand\n\nThing 12 (Imp)\nHit points = 0100 # octal\n# more\nBlood color = 3\n";
+
+TEST_F(FileCommandsTest, ByEngineRulesASaveTouchesWhatWasChangedAlsoAfterACrash) {
+    program.settings.Number("patchRules", static_cast<int>(RulesSetting::Recommend));
+    rules = Rules::Engine;
+    const std::string mine = Open("mine.deh", oddPatch);
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 64);
+    Edit();
+    commands->KeepRecovery();
+    commands = nullptr;
+    recovery = std::make_unique<Recovery>(program.settingsFolder); // the crash: another place
+    commands = std::make_unique<FileCommands>(program, edits, dialogs, *recovery, nullptr);
+    program.patch = {};
+    program.engine = {};
+    ExpectRecovery(mine, Answer::Yes);
+    EXPECT_TRUE(commands->OfferRecovery());
+    EXPECT_TRUE(commands->Save());
+    std::string expected(oddPatch);
+    EXPECT_EQ(ReadFile(mine), expected.replace(expected.find("0100"), 4, "999"));
+    edits.Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 64);
+    EXPECT_TRUE(commands->Save());
+    EXPECT_EQ(ReadFile(mine), oddPatch) << "what is as it was opened is written as it was";
+}
+
+TEST_F(FileCommandsTest, RulesAreSwitchedByReadingAgainOrWithAllAsItStands) {
+    std::string patch = normalPatch;
+    const std::string mine = Open("mine.deh", patch += "\nSound 3\nValue = 9\n# last\n");
+    EXPECT_EQ(program.patch.current.sounds[3].value, 9);
+    Edit();
+    notifier.Expect(loseChanges, Answer::No, Buttons::NoYes);
+    commands->SwitchRules();
+    EXPECT_FALSE(program.engine.dialect.EngineRules());
+
+    std::vector<std::string> told;
+    QObject::connect(commands.get(), &FileCommands::GamesReadOtherwise,
+                     [&told](const std::vector<std::string>& values) { told = values; });
+    EXPECT_TRUE(commands->Save());
+    ASSERT_EQ(told.size(), 2U) << "written as sound 4, which games count from 0";
+    EXPECT_TRUE(told[0].starts_with("Sound 3")) << told[0];
+    commands->GoOnByEngineRules();
+    EXPECT_EQ(program.patch.current.sounds[3].value, 9);
+    EXPECT_TRUE(commands->Save());
+    EXPECT_NE(ReadFile(mine).find("Sound 3\r\nValue = 9"), std::string::npos);
+
+    commands->SwitchRules();
+    EXPECT_FALSE(program.engine.dialect.EngineRules());
+    program.settings.Number("patchRules", static_cast<int>(RulesSetting::Engine));
+    WriteFile(mine, oddPatch);
+    notifier.Expect(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
+    commands->SwitchRules(); // engine rules first: they read it
+    EXPECT_TRUE(program.engine.dialect.EngineRules());
+    commands->SwitchRules();
+    EXPECT_TRUE(program.engine.dialect.EngineRules());
+}
+
 TEST_F(FileCommandsTest, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
     const std::string mine = Open("mine.deh", normalPatch);
     Edit();
@@ -361,9 +423,8 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
         EXPECT_FALSE(nextCommands.OfferRecovery());
         edits.Clear();
         recovery = std::make_unique<Recovery>(program.settingsFolder);
-        commands = std::make_unique<FileCommands>(
-            program, edits, dialogs, *recovery,
-            [this](const modPatchFiles::Header* header) { return ChooseSession(header); });
+        commands = std::make_unique<FileCommands>(program, edits, dialogs, *recovery,
+                                                  [this](const PatchToOpen* patch) { return ChooseSession(patch); });
     }
 }
 

@@ -1,4 +1,5 @@
 #include "core/modMain.h"
+#include "patch/RulesChoice.h"
 #include "patch/modPatchDiff.h"
 #include "tests/support/TestSupport.h"
 #include "tests/ui/FakeDialogs.h"
@@ -240,6 +241,8 @@ void ScenarioTest::ChangeTheRest() {
 }
 
 struct Mode {
+    const char* name;
+    RulesSetting rules;
     const char* engine;
     const char* config;
     const char* file;
@@ -276,26 +279,52 @@ protected:
         return lines;
     }
 };
+constexpr const char* extendedBits = "SOLID + SHOOTABLE + COUNTKILL -> SOLID + SHOOTABLE + FLOAT + COUNTKILL";
 INSTANTIATE_TEST_SUITE_P(
     Modes, EveryEditorTest,
-    ::testing::Values(Mode{"Doom and Doom II", "doom19", "all.deh", "4194310 -> 4210694", "448", {}},
-                      Mode{"MBF 2.03 (Doom version 19)",
-                           "mbf19",
-                           "all.bex",
-                           "SOLID + SHOOTABLE + COUNTKILL -> SOLID + SHOOTABLE + FLOAT + COUNTKILL",
-                           "GOTARMOR",
-                           {"Par MAP07: none -> 90"}}),
-    [](const auto& mode) { return std::string(mode.param.config); });
+    ::testing::Values(
+        Mode{"doom19", RulesSetting::Kept, "Doom and Doom II", "doom19", "all.deh", "4194310 -> 4210694", "448", {}},
+        Mode{"mbf19",
+             RulesSetting::Kept,
+             "MBF 2.03 (Doom version 19)",
+             "mbf19",
+             "all.bex",
+             extendedBits,
+             "GOTARMOR",
+             {"Par MAP07: none -> 90"}},
+        Mode{"doom19AsEngines",
+             RulesSetting::Engine,
+             "Doom and Doom II",
+             "doom19",
+             "all.deh",
+             "4194310 -> 4210694",
+             "448",
+             {}},
+        Mode{"mbf19AsEngines",
+             RulesSetting::Engine,
+             "MBF 2.03 (Doom version 19)",
+             "mbf19",
+             "all.bex",
+             extendedBits,
+             "GOTARMOR",
+             {"Par MAP07: none -> 90"}}),
+    [](const auto& mode) { return std::string(mode.param.name); });
 
 TEST_P(EveryEditorTest, WhatIsEditedSavedAndOpenedAgainIsWhatWasEdited) {
     const std::filesystem::path file = folder / GetParam().file;
+    const bool kept = GetParam().rules == RulesSetting::Kept;
+    Settings settings;
+    settings.File(folder / "settings/plinket3.cfg");
+    ASSERT_TRUE(settings.Load());
+    settings.Number("patchRules", static_cast<int>(GetParam().rules));
+    ASSERT_TRUE(settings.Save());
     NewPatch(GetParam().engine);
     ASSERT_EQ(run->program.engine.fileName, std::string(GetParam().config) + ".cfg");
     ChangeThingsAndStates();
     ChangeSoundsAndStrings();
     ChangeTheRest();
     UndoTwoStepsAndRedoThem();
-    EXPECT_EQ(Differences(), Expected("Sound 2 (pistol)"));
+    EXPECT_EQ(Differences(), Expected(kept ? "Sound 2 (pistol)" : "Sound 1 (pistol)"));
     SaveAs(file);
     End();
 
@@ -307,7 +336,7 @@ TEST_P(EveryEditorTest, WhatIsEditedSavedAndOpenedAgainIsWhatWasEdited) {
     }
     EXPECT_EQ(run->program.engine.fileName, std::string(GetParam().config) + ".cfg");
     // Kept: sounds are written from 1 and read from 0. docs/kept-behaviour.md
-    EXPECT_EQ(Differences(), Expected("Sound 3 (shotgn)"));
+    EXPECT_EQ(Differences(), Expected(kept ? "Sound 3 (shotgn)" : "Sound 1 (pistol)"));
     EXPECT_EQ(Find<QLineEdit>(Thing(imp), "txtHitPoints").text(), "200");
     EXPECT_EQ(Find<QComboBox>(State(attacking), "cmbActions").currentText(), "Chase");
     EXPECT_FALSE(run->program.patch.changed);

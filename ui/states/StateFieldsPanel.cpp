@@ -173,7 +173,7 @@ void StateFieldsPanel::ShowTitle() {
 /// Of several states the box goes on showing what the user has set for all of them.
 void StateFieldsPanel::ShowLit() {
     const PatchData& patch = context_.program.patch;
-    const auto lit = [&patch](const PatchSet& set, std::int32_t state) {
+    const auto lit = [](const PatchSet& set, std::int32_t state) {
         return StateColumnValue(set, state, StateColumn::Lit) != 0 ? Qt::Checked : Qt::Unchecked;
     };
     const bool one = selection_.records.size() == 1;

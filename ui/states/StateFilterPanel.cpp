@@ -115,7 +115,7 @@ void StateFilterPanel::ClearText() {
 }
 
 QString StateFilterPanel::ReplaceThing(int entry, const QString& text) {
-    const QString before = cmbFilterThings_->itemText(entry);
+    QString before = cmbFilterThings_->itemText(entry);
     if (entry >= 0 && entry < cmbFilterThings_->count())
         cmbFilterThings_->setItemText(entry, ShownStart(StoredText(text)));
     return before;
