@@ -149,7 +149,10 @@ void frmNewFile::ProposeRules() {
         reason = tr("both read this file alike, and nothing in it would be lost");
     if (!reason.isEmpty())
         reason[0] = reason[0].toUpper();
-    lblRulesReason_->setText(reason.isEmpty() ? reason : reason + QLatin1Char('.'));
+    const bool losses = recommended && proposal.rules == Rules::Engine && reason[0].isDigit();
+    lblRulesReason_->setText(reason.isEmpty() ? reason
+                             : losses         ? tr("By the kept rules %1.").arg(reason)
+                                              : reason + QLatin1Char('.'));
 }
 
 void frmNewFile::SetNewFile() {
