@@ -129,10 +129,11 @@ PatchSet ReadSet(Run& run, const PatchFile& patch, const EngineConfiguration& en
                  std::shared_ptr<const PatchDocument>* document = nullptr) {
     PatchSet set;
     modPatchFiles::ReadResult read;
-    if (engine.dialect.EngineRules() && document != nullptr) {
+    if (engine.dialect.EngineRules()) {
         auto made = std::make_shared<PatchDocument>();
         read = made->Read(patch.bytes, engine, run.program.patch.defaults, set);
-        *document = std::move(made);
+        if (document != nullptr)
+            *document = std::move(made);
     } else {
         read = modPatchFiles::ParsePatch(patch.bytes, engine, run.program.patch.defaults, set);
     }
@@ -206,9 +207,13 @@ int Diff(Run& run) {
     const PatchFile patch = second == standardSet ? PatchFile() : ReadPatchFile(run, second);
     LoadPatch(run, run.arguments.files[0], patch);
     Program& program = run.program;
-    const PatchSet other = second == standardSet
-                               ? program.patch.defaults
-                               : ReadSet(run, patch, EngineWith(TellRules(run, patch), program.engine));
+    PatchSet other = program.patch.defaults;
+    if (second != standardSet) {
+        const Rules rules = TellRules(run, patch);
+        other = ReadSet(run, patch, EngineWith(rules, program.engine));
+        if (rules == Rules::Kept)
+            program.patch.current.notes.clear(); // nobody knows what the other one's comments say
+    }
     const std::vector<std::string> lines =
         two ? modPatchDiff::Differences(program.patch.current, other, program.engine)
             : modPatchDiff::Differences(other, program.patch.current, program.engine);

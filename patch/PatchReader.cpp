@@ -3,6 +3,7 @@
 #include "core/Text.h"
 #include "patch/EngineNames.h"
 #include "patch/PatchLines.h"
+#include "patch/PatchNotes.h"
 #include "patch/PatchStore.h"
 #include "patch/modPatchFiles.h"
 
@@ -181,7 +182,7 @@ private:
         const auto [key, value] = EnginePair(line);
         const std::string_view name = Trim(key);
         if (EqualIgnoringCase(name, versionKey) || EqualIgnoringCase(name, formatKey) || IsSessionKey(name) ||
-            EqualIgnoringCase(line.substr(0, headerStart.size()), headerStart)) {
+            IsFirstLine(line)) {
             understood_ = true;
             return false;
         }
@@ -247,8 +248,6 @@ private:
                 store_.Ignore("is ignored: this section has no such field");
         }
     }
-
-    static constexpr std::string_view headerStart = "Patch File for DeHackEd v";
 
     PatchLines lines_;
     const EngineConfiguration& engine_;
