@@ -159,6 +159,8 @@ void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}) {
     program.patch.current = ReadSet(run, patch, program.engine, &program.patch.document);
     program.patch.fileName = file;
     program.patch.named = true;
+    if (program.patch.document) // what -e names is no reason to change the file
+        program.patch.engineConfig = modPatchFiles::HeaderValue(patch.header, "engineconfig");
     program.patch.iwadPath = modPatchFiles::HeaderValue(patch.header, "iwad");
     program.patch.dataWadPath = modPatchFiles::HeaderValue(patch.header, "datawad");
 }

@@ -309,7 +309,7 @@ Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine
     if (engine.dialect.EngineRules() && patch.document) {
         PatchDocument merged;
         Status status = MergeIntoDocument(*patch.document, patch.current, patch.defaults, engine, merged);
-        bytes = merged.Bytes();
+        bytes = UpdateHeader(merged, patch);
         return status;
     }
     bytes = FormatPatch(patch, engine);

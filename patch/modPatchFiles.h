@@ -83,6 +83,11 @@ ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine,
 /// The differences between the two sets of `patch` as a patch file's bytes.
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
 
+/// The document's bytes with the engine, IWAD and data WAD of `patch` in the lines that name others. A line stays that
+/// names a file of the same name in whatever folder, and so does one for which `patch` says nothing, or nothing that the
+/// header scan would find again. No line is added.
+std::string UpdateHeader(const PatchDocument& document, const PatchData& patch);
+
 /// What saving writes: by engine rules the file as it was opened with what was changed in it, else `FormatPatch`. Fails
 /// for a value that could not be read back.
 Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes);

@@ -288,6 +288,26 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
     EXPECT_LT(refused, patches / 1000);
 }
 
+TEST(PatchDocumentTest, KeepsTheLinesOfTheSessionUpToDate) {
+    const EngineConfiguration engine = AsEngines(true);
+    PatchData patch = SmallPatch(engine);
+    auto document = std::make_shared<PatchDocument>();
+    ASSERT_TRUE(document
+                    ->Read("engine config =old.cfg # mine\r\nIWAD=\r\nData WAD = C:\\wads\\My.wad\r\n# IWAD = x\r\n\r\n"
+                           "[STRINGS]\r\nIWAD = no\r\n",
+                           engine, patch.defaults, patch.current)
+                    .status);
+    patch.document = document;
+    patch.engineConfig = "new.cfg", patch.iwadPath = "/games/doom2.wad", patch.dataWadPath = "/home/my.wad";
+    std::string bytes;
+    ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
+    EXPECT_EQ(bytes, "engine config =new.cfg # mine\r\nIWAD= /games/doom2.wad\r\nData WAD = C:\\wads\\My.wad\r\n"
+                     "# IWAD = x\r\n\r\n[STRINGS]\r\nIWAD = no\r\n");
+    patch.engineConfig.clear(), patch.iwadPath = "a#b", patch.dataWadPath = "\nx";
+    ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
+    EXPECT_EQ(bytes, document->Bytes());
+}
+
 TEST(PatchDocumentTest, RefusesAFileWithoutOneLineThatEnginesKnow) {
     const EngineConfiguration engine = AsEngines(true);
     PatchDocument document;
