@@ -102,7 +102,7 @@ void LoadEngine(Run& run, const PatchFile& patch) {
 
 /// By which rules a patch is read, and why.
 RulesAdvice RulesFor(const Run& run, const PatchFile& patch) {
-    if (run.arguments.rules == "kept")
+    if (run.arguments.rules == "kept" && !run.program.engine.dialect.engineRulesOnly)
         return {};
     if (run.arguments.rules == "engine")
         return {Rules::Engine, "asked for"};
@@ -110,9 +110,7 @@ RulesAdvice RulesFor(const Run& run, const PatchFile& patch) {
 }
 
 EngineConfiguration EngineWith(Rules rules, EngineConfiguration engine) {
-    engine.dialect = Dialect::Of(engine.dialect.IsExtended());
-    if (rules == Rules::Engine)
-        engine.dialect = engine.dialect.AsEngines();
+    engine.dialect = engine.dialect.By(rules);
     return engine;
 }
 

@@ -25,6 +25,7 @@ struct SectionRule {
 /// and extended patches have in common. docs/formats.md draws them.
 struct Dialect {
     Rules rules = Rules::Kept;
+    bool engineRulesOnly = false; // the configuration asks for them, whatever the user does
     std::string_view firstLine = "Patch File for DeHackEd v3.0"; // without it a file is no patch
     std::int32_t patchFormat = 6;                                // the only "Patch format = " that is read
     char comment = '#';                                          // ends a header line, and begins a line that is none
@@ -57,7 +58,7 @@ struct Dialect {
         return dialect;
     }
     static constexpr Dialect Of(bool extended) { return extended ? Extended() : Dialect(); }
-    bool IsExtended() const { return keyedTexts; }
+    constexpr bool IsExtended() const { return keyedTexts; }
 
     /// The same, by the rules of game engines.
     constexpr Dialect AsEngines() const {
@@ -65,6 +66,12 @@ struct Dialect {
         dialect.rules = Rules::Engine;
         dialect.sounds = {"Sound"};
         return dialect;
+    }
+    /// The same by `rules`, or by those of game engines where it has no others.
+    constexpr Dialect By(Rules wanted) const {
+        if (wanted == Rules::Engine || engineRulesOnly)
+            return AsEngines();
+        return Of(IsExtended());
     }
     bool EngineRules() const { return rules == Rules::Engine; }
 };

@@ -17,9 +17,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> headerKey
                                                                                    {"Data WAD", "datawad"},
                                                                                    {"IWAD", "iwad"}}};
 
-/// Without a folder of whatever system.
-std::string_view FileNameOf(std::string_view path) { return path.substr(path.find_last_of("/\\") + 1); }
-
 /// What `patch` has for a header line; empty for those that say nothing of the session.
 std::string_view SessionValue(std::string_view name, const PatchData& patch) {
     return name == "engineconfig" ? std::string_view(patch.engineConfig)
@@ -29,6 +26,8 @@ std::string_view SessionValue(std::string_view name, const PatchData& patch) {
 }
 
 } // namespace
+
+std::string_view FileNameOf(std::string_view path) { return path.substr(path.find_last_of("/\\") + 1); }
 
 std::string HeaderValue(const Header& header, std::string_view name) {
     const auto found = header.find(name);

@@ -2,6 +2,7 @@
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
+#include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/PatchNotes.h"
 #include "patch/PatchStore.h"
@@ -278,12 +279,20 @@ bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& s
         return false;
     }
     PatchSet set;
-    const ReadResult result = ParsePatch(bytes, session.engine, session.patch.defaults, set);
+    ReadResult result;
+    std::shared_ptr<PatchDocument> document;
+    if (session.engine.dialect.EngineRules()) {
+        document = std::make_shared<PatchDocument>();
+        result = document->Read(std::move(bytes), session.engine, session.patch.defaults, set);
+    } else {
+        result = ParsePatch(bytes, session.engine, session.patch.defaults, set);
+    }
     if (!result.status) {
         notifier.Show(MessageKind::Exclamation, result.status.Reason());
         return false;
     }
     session.patch.current = std::move(set);
+    session.patch.document = std::move(document);
     session.patch.fileName = file;
     session.patch.named = true;
     session.patch.changed = false;

@@ -13,7 +13,7 @@ struct RulesAdvice {
 };
 
 /// By which rules a patch is best read: by those of engines when the kept rules refuse it, read any of its values
-/// otherwise, or would lose a line or comment when it is saved.
+/// otherwise, or would lose a line or comment when it is saved, and when the engine has no others.
 RulesAdvice RecommendRules(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults);
 
 } // namespace plinket3

@@ -136,6 +136,17 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
     }
 }
 
+TEST_F(CliTest, AnEngineMayHaveEngineRulesOnly) {
+    WriteData("config/own.cfg", ReadFile(buildFolder / "config" / "boom19.cfg") + "dialect { rules = \"engine\"; }");
+    WriteData("tables/boom.tbl", ReadFile(buildFolder / "tables" / "boom.tbl"));
+    const std::string patch = "# mine\nThing 12\nHit points = 0x10\n";
+    Write("@a.bex", patch);
+    for (const std::string rules : {"kept", "auto", "engine"}) {
+        EXPECT_EQ(Run("convert --data @data --rules " + rules + " -e own @a.bex @out.bex").exit, cli::done);
+        EXPECT_EQ(ReadFile(folder_ / "out.bex"), patch) << rules;
+    }
+}
+
 TEST_F(CliTest, ReadsAndWritesNotesByEngineRules) {
     Write("@a.bex", "# my patch\n#\n#$Editor x = 1\n# by me\n\n# tough\nThing 12 (Imp)\nHit points = 99\n\n#run\n"
                     "Frame 9\nDuration = 3\n\n# gone\n\n# pistol\nWeapon 1 (Pistol)\n");
