@@ -57,7 +57,10 @@ public:
             if constexpr (std::is_same_v<Record, SoundRecord>)
                 object["name"] = Utf8(set_.SoundName(static_cast<std::int32_t>(i)));
             PutFields(object, engine_.dialect, record);
+            if constexpr (std::is_same_v<Record, ThingRecord>)
+                PutNote(object, {RecordKind::Thing, static_cast<std::int32_t>(i), noteField});
             if constexpr (std::is_same_v<Record, StateRecord>) {
+                PutNote(object, {RecordKind::State, static_cast<std::int32_t>(i), noteField});
                 object["Code pointer"] = record.codePointer;
                 const std::string* mnemonic = engine_.MnemonicOf(record.codePointer);
                 object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
@@ -70,6 +73,11 @@ private:
     /// Strings are known by their keys and cheats by their labels.
     template <class Record> static constexpr bool HasNumber() {
         return !std::is_same_v<Record, StringRecord> && !std::is_same_v<Record, CheatRecord>;
+    }
+
+    void PutNote(Json& object, const Cell& cell) const {
+        if (const std::string note = std::get<std::string>(ReadCell(set_, cell)); !note.empty())
+            object["notes"] = Utf8(note);
     }
 
     const PatchSet& set_;
@@ -104,6 +112,8 @@ void DumpJson(const Program& program, std::ostream& out) {
     PutFields(misc, engine.dialect, set.misc);
     out << "{\"engine\":" << engineFacts.dump(-1, ' ', false, bytesThatAreNot)
         << ",\"patch\":" << patchFacts.dump(-1, ' ', false, bytesThatAreNot);
+    if (engine.dialect.EngineRules())
+        out << ",\"notes\":" << Json(Utf8(std::get<std::string>(ReadCell(set, patchNotes)))).dump();
     const Descriptions descriptions(set, engine);
     const PatchDocument none;
     const PatchDocument& document = program.patch.document ? *program.patch.document : none;

@@ -102,7 +102,7 @@ void LoadEngine(Run& run, const PatchFile& patch) {
 
 /// By which rules a patch is read, and why.
 RulesAdvice RulesFor(const Run& run, const PatchFile& patch) {
-    if (run.arguments.rules == "kept")
+    if (run.arguments.rules == "kept" && !run.program.engine.dialect.engineRulesOnly)
         return {};
     if (run.arguments.rules == "engine")
         return {Rules::Engine, "asked for"};
@@ -110,7 +110,7 @@ RulesAdvice RulesFor(const Run& run, const PatchFile& patch) {
 }
 
 EngineConfiguration EngineWith(Rules rules, EngineConfiguration engine) {
-    engine.dialect = engine.dialect.With(rules);
+    engine.dialect = engine.dialect.By(rules);
     return engine;
 }
 
@@ -127,10 +127,11 @@ PatchSet ReadSet(Run& run, const PatchFile& patch, const EngineConfiguration& en
                  std::shared_ptr<const PatchDocument>* document = nullptr) {
     PatchSet set;
     modPatchFiles::ReadResult read;
-    if (engine.dialect.EngineRules() && document != nullptr) {
+    if (engine.dialect.EngineRules()) {
         auto made = std::make_shared<PatchDocument>();
         read = made->Read(patch.bytes, engine, run.program.patch.defaults, set);
-        *document = std::move(made);
+        if (document != nullptr)
+            *document = std::move(made);
     } else {
         read = modPatchFiles::ParsePatch(patch.bytes, engine, run.program.patch.defaults, set);
     }
@@ -156,6 +157,8 @@ void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}) {
     program.patch.current = ReadSet(run, patch, program.engine, &program.patch.document);
     program.patch.fileName = file;
     program.patch.named = true;
+    if (program.patch.document) // what -e names is no reason to change the file
+        program.patch.engineConfig = modPatchFiles::HeaderValue(patch.header, "engineconfig");
     program.patch.iwadPath = modPatchFiles::HeaderValue(patch.header, "iwad");
     program.patch.dataWadPath = modPatchFiles::HeaderValue(patch.header, "datawad");
 }
@@ -204,9 +207,13 @@ int Diff(Run& run) {
     const PatchFile patch = second == standardSet ? PatchFile() : ReadPatchFile(run, second);
     LoadPatch(run, run.arguments.files[0], patch);
     Program& program = run.program;
-    const PatchSet other = second == standardSet
-                               ? program.patch.defaults
-                               : ReadSet(run, patch, EngineWith(TellRules(run, patch), program.engine));
+    PatchSet other = program.patch.defaults;
+    if (second != standardSet) {
+        const Rules rules = TellRules(run, patch);
+        other = ReadSet(run, patch, EngineWith(rules, program.engine));
+        if (rules == Rules::Kept)
+            program.patch.current.notes.clear(); // nobody knows what the other one's comments say
+    }
     const std::vector<std::string> lines =
         two ? modPatchDiff::Differences(program.patch.current, other, program.engine)
             : modPatchDiff::Differences(other, program.patch.current, program.engine);

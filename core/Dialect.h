@@ -25,6 +25,7 @@ struct SectionRule {
 /// and extended patches have in common. docs/formats.md draws them.
 struct Dialect {
     Rules rules = Rules::Kept;
+    bool engineRulesOnly = false; // the configuration asks for them, whatever the user does
     std::string_view firstLine = "Patch File for DeHackEd v3.0"; // without it a file is no patch
     std::int32_t patchFormat = 6;                                // the only "Patch format = " that is read
     char comment = '#';                                          // ends a header line, and begins a line that is none
@@ -66,8 +67,11 @@ struct Dialect {
         dialect.sounds = {"Sound"};
         return dialect;
     }
-    constexpr Dialect With(Rules other) const {
-        return other == Rules::Engine ? AsEngines() : Of(IsExtended());
+    /// The same by `rules`, or by those of game engines where it has no others.
+    constexpr Dialect By(Rules wanted) const {
+        if (wanted == Rules::Engine || engineRulesOnly)
+            return AsEngines();
+        return Of(IsExtended());
     }
     bool EngineRules() const { return rules == Rules::Engine; }
 };

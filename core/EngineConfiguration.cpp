@@ -65,6 +65,16 @@ public:
         return value == nullptr ? std::string() : TextOf(key, *value);
     }
 
+    /// The place of a text in `choices`; 0 when it is none of them.
+    std::size_t OneOf(std::string_view key, std::initializer_list<std::string_view> choices) {
+        const std::string text = Text(key);
+        const auto* found = std::ranges::find(choices, text);
+        if (found != choices.end())
+            return static_cast<std::size_t>(found - choices.begin());
+        Fail(Place(key) + " is none of those that there are: \"" + text + '"');
+        return 0;
+    }
+
     template <class Integer = std::int32_t> Integer Whole(std::string_view key) {
         const SettingValue* value = Value(key);
         return value == nullptr ? Integer() : WholeOf<Integer>(key, *value);
@@ -199,6 +209,10 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     engine.allowExeRead = reader.Flag("allowexeread");
     engine.exeSize = reader.Whole("exesize");
     engine.dialect = Dialect::Of(reader.Flag("extended"));
+    if (reader.EnterOptional("dialect")) {
+        engine.dialect.engineRulesOnly = reader.OneOf("rules", {"kept", "engine"}) == 1;
+        engine.dialect = engine.dialect.By(Rules::Kept);
+    }
     reader.Enter("itemcounts");
     for (const CountKey& row : countKeys)
         engine.itemCounts.*row.member = reader.Count(row.key);

@@ -49,6 +49,20 @@ int OtherField(RecordKind kind) {
     }
 }
 
+bool HasNotes(const Cell& cell) {
+    switch (cell.kind) {
+    case RecordKind::Thing:
+    case RecordKind::State:
+    case RecordKind::Sound:
+    case RecordKind::Weapon:
+    case RecordKind::Ammo:
+    case RecordKind::Par:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// Calls visit with the value behind a cell: a number, a text or the par list.
 template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Visit visit) {
     if (cell.kind == RecordKind::Par)
@@ -92,16 +106,29 @@ RowFacts FactsOf(RecordKind kind, int field) {
 bool HasCell(const PatchSet& set, const Cell& cell) {
     if (cell.index < 0 || static_cast<std::size_t>(cell.index) >= RecordCount(set, cell.kind))
         return false;
+    if (cell.field == noteField)
+        return HasNotes(cell);
     return cell.field < 0 ? cell.field == OtherField(cell.kind) : cell.field < RowCount(cell.kind);
 }
 
 CellValue ReadCell(const PatchSet& set, const Cell& cell) {
+    if (cell.field == noteField) {
+        const auto note = set.notes.find({cell.kind, cell.index});
+        return note == set.notes.end() ? std::string() : note->second;
+    }
     CellValue value;
     VisitValue(set, cell, [&value](const auto& stored) { value = stored; });
     return value;
 }
 
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
+    if (cell.field == noteField) {
+        if (std::get<std::string>(value).empty())
+            set.notes.erase({cell.kind, cell.index});
+        else
+            set.notes[{cell.kind, cell.index}] = std::get<std::string>(value);
+        return;
+    }
     VisitValue(set, cell,
                [&value](auto& stored) { stored = std::get<std::remove_reference_t<decltype(stored)>>(value); });
     if (cell.kind == RecordKind::String) {

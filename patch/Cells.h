@@ -22,6 +22,10 @@ inline constexpr int nameField = -1;        // things, weapons, ammunition
 inline constexpr int codePointerField = -2; // states
 inline constexpr int textField = -3;        // strings (with their length) and cheats
 inline constexpr int listField = -4;        // the par list as a whole
+inline constexpr int noteField = -5;        // what comments say of a thing, state, sound, weapon or kind of ammunition
+
+/// What the comments at a patch's head say of it as a whole.
+inline constexpr Cell patchNotes{RecordKind::Par, 0, noteField};
 
 using CellValue = std::variant<std::int32_t, std::string, std::vector<ParRecord>>;
 
@@ -45,11 +49,12 @@ RowFacts FactsOf(RecordKind kind, int field);
 std::size_t RecordCount(const PatchSet& set, RecordKind kind);
 
 bool HasCell(const PatchSet& set, const Cell& cell);
-/// Both only for cells that `set` has; a value is of the cell's own type.
+/// Both only for cells that `set` has; a value is of the cell's own type. A note has lines parted by \n and no comment
+/// signs; there is none where its text is empty.
 CellValue ReadCell(const PatchSet& set, const Cell& cell);
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
 
-/// Every cell of a record: all rows of its table and its name, text or code pointer.
+/// Every cell of a record but its note: all rows of its table and its name, text or code pointer.
 std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> DerivedFrom(const Cell& cell);

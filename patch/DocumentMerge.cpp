@@ -3,6 +3,7 @@
 #include "patch/EngineNames.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
+#include "patch/PatchNotes.h"
 #include "patch/PointerTargets.h"
 #include "patch/StepNames.h"
 #include "patch/modPatchDiff.h"
@@ -12,6 +13,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <set>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
@@ -86,13 +88,13 @@ bool IsOfOneRecord(Section section) { return KindOf(section) != RecordKind::Par 
 class Merge {
 public:
     Merge(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
-          const EngineConfiguration& engine)
+          const EngineConfiguration& engine, bool keepsPlaces)
         : document_(document), lines_(document.Lines()), current_(current), said_(document.Said()), defaults_(defaults),
-          engine_(engine), dialect_(engine.dialect), end_(document.LineEnd()) {}
+          engine_(engine), dialect_(engine.dialect), end_(document.LineEnd()), keepsPlaces_(keepsPlaces) {}
 
-    Status Run(bool removeEmptySections, std::string& merged) {
+    Status Run(std::string& merged) {
         FindChanges();
-        if (changes_.empty() && current_.pars == said_.pars) {
+        if (changes_.empty() && current_.pars == said_.pars && current_.notes == said_.notes) {
             merged = document_.Bytes();
             return {};
         }
@@ -101,11 +103,18 @@ public:
         for (const Changed& change : changes_)
             Apply(change);
         MergePars();
+        MergePatchNotes();
+        const std::vector<Cell> notes = ChangedNotes();
+        for (const Cell& cell : notes)
+            if (SectionFor(cell.kind, cell.index) == nullptr)
+                additions_[PlaceOf(cell)];        // whose header has it above
         for (const bool existing : {true, false}) // a section's own lines stand before what is put behind it
             for (const auto& [place, text] : additions_)
                 if ((place.existing < sections_.size()) == existing)
                     Add(place, text);
-        if (removeEmptySections)
+        for (const Cell& cell : notes) // behind a new section that comes before the one that they stand above
+            MergeNote(cell);
+        if (!keepsPlaces_)
             RemoveEmptySections();
         if (status_)
             merged = Replaced();
@@ -169,6 +178,10 @@ private:
             return Rename(cell, std::get<std::string>(value));
         if (value == ReadCell(defaults_, cell)) {
             for (const std::size_t line : change.lines) {
+                if (keepsPlaces_ && lines_[line].what == LineKind::Text) {
+                    ReplaceTextEntry(line, cell);
+                    continue;
+                }
                 Remove(line);
                 // Behind a text its line ends, and an empty one parts it from the next.
                 for (std::size_t next = line + 1; lines_[line].what == LineKind::Text && next < line + 3 &&
@@ -186,6 +199,10 @@ private:
 
     void Remove(std::size_t line) {
         removed_.push_back(line);
+        RemoveLine(line);
+    }
+
+    void RemoveLine(std::size_t line) {
         replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, {}});
     }
 
@@ -397,8 +414,10 @@ private:
         VisitKind(KindOf(place.section), [&](const auto& kind) {
             if (kind.section == nullptr)
                 return;
+            for (const std::string& line : NoteOf({kind.kind, place.record, noteField}))
+                header += line + end;
             const SectionRule& rule = dialect_.*kind.section;
-            header = std::string(rule.word) + " " + std::to_string(place.record + rule.firstWritten);
+            header += std::string(rule.word) + " " + std::to_string(place.record + rule.firstWritten);
             if constexpr (isNamed<RecordOf<decltype(kind)>>) {
                 const std::string& name = kind.In(current_)[static_cast<std::size_t>(place.record)].name;
                 if (NamesStandInBrackets() || name != kind.In(defaults_)[static_cast<std::size_t>(place.record)].name)
@@ -426,7 +445,8 @@ private:
         std::string section = HeaderText(place) + text;
         const bool textFollows = line < lines_.size() && lines_[line].what != LineKind::Blank;
         const bool behindAnother = std::exchange(lastSection_, line) == line && !textFollows;
-        if (behindAnother || (line > 0 && lines_[line - 1].what != LineKind::Blank))
+        const bool behindNotes = line == 0 && insertedAt_.contains(line);
+        if (behindAnother || behindNotes || (line > 0 && lines_[line - 1].what != LineKind::Blank))
             section.insert(0, end_);
         if (textFollows)
             section += end_;
@@ -435,6 +455,7 @@ private:
 
     /// Puts lines before `line`; a last line without an end gets one.
     void Insert(std::size_t line, std::string text) {
+        insertedAt_.insert(line);
         const std::size_t offset = line < lines_.size() ? lines_[line].offset : document_.Bytes().size();
         if (offset > 0 && document_.Bytes()[offset - 1] != '\n') {
             text.insert(0, end_);
@@ -473,14 +494,98 @@ private:
         std::size_t line = best != nullptr ? best->end : sections_.empty() ? lines_.size() : sections_.front().header;
         const std::size_t first = best != nullptr ? best->header + 1 : 0;
         // Comments right above the next section are its own, and so are the empty lines.
-        const std::size_t next = line;
         while (line > first && line < lines_.size() && lines_[line - 1].what == LineKind::Comment)
             --line;
-        if (line < next && line > first && lines_[line - 1].what != LineKind::Blank)
-            line = next;
         while (line > first && lines_[line - 1].what == LineKind::Blank)
             --line;
         return line;
+    }
+
+    // Notes
+
+    /// The records with another note than the document says.
+    std::vector<Cell> ChangedNotes() const {
+        std::vector<Cell> cells;
+        const auto add = [&](const auto& key) {
+            const Cell cell{key.first, key.second, noteField};
+            if (cell != patchNotes && ReadCell(current_, cell) != ReadCell(said_, cell))
+                cells.push_back(cell);
+        };
+        for (const auto& [key, note] : current_.notes)
+            add(key);
+        for (const auto& [key, note] : said_.notes)
+            if (!current_.notes.contains(key))
+                add(key);
+        return cells;
+    }
+
+    /// The lines of the cell's note as comments.
+    std::vector<std::string> NoteOf(const Cell& cell) {
+        std::vector<std::string> lines = CommentLines(std::get<std::string>(ReadCell(current_, cell)));
+        for (const std::string& line : lines)
+            if (IsForPrograms(line) || line.find('\r') != std::string::npos)
+                Fail(cell, "cannot be written: a line of it would mean something to game engines, or holds a carriage "
+                           "return");
+        return lines;
+    }
+
+    void MergePatchNotes() {
+        if (ReadCell(current_, patchNotes) == ReadCell(said_, patchNotes))
+            return;
+        const std::vector<std::size_t> old = PatchNoteLines(document_);
+        std::vector<std::string> lines = NoteOf(patchNotes);
+        const std::size_t line = !lines_.empty() && IsFirstLine(document_.Text(0)) ? 1 : 0;
+        ReplaceNote(old, std::move(lines), line);
+        if (old.empty() && line < lines_.size() && lines_[line].what != LineKind::Blank)
+            Insert(line, std::string(end_)); // they are no note of what follows
+    }
+
+    void MergeNote(const Cell& cell) {
+        const SectionRange* section = SectionFor(cell.kind, cell.index);
+        if (section == nullptr)
+            return;
+        const std::vector<std::size_t> old = NoteLinesAbove(document_, section->header);
+        std::vector<std::string> lines = NoteOf(cell);
+        if (lines.empty())
+            withoutNote_.insert(static_cast<std::size_t>(section - sections_.data()));
+        else
+            kept_.push_back(section->header);
+        ReplaceNote(old, std::move(lines), section->header);
+    }
+
+    /// Puts `lines` in the place of the lines `old`, or before `line` where there are none. A line that says the same
+    /// as one of `old` is written as that one.
+    void ReplaceNote(const std::vector<std::size_t>& old, std::vector<std::string> lines, std::size_t line) {
+        std::unordered_map<std::string_view, std::vector<std::string_view>> known;
+        for (auto each = old.rbegin(); each != old.rend(); ++each)
+            known[NoteLine(document_.Text(*each))].push_back(document_.Text(*each));
+        for (std::string& each : lines)
+            if (const auto same = known.find(NoteLine(each)); same != known.end() && !same->second.empty()) {
+                each = same->second.back();
+                same->second.pop_back();
+            }
+        // An empty line without the sign belongs to the note only between comments.
+        const auto isComment = [this](const std::string& each) { return each.starts_with(dialect_.comment); };
+        std::fill(lines.begin(), std::ranges::find_if(lines, isComment), std::string(1, dialect_.comment));
+        std::fill(std::find_if(lines.rbegin(), lines.rend(), isComment).base(), lines.end(),
+                  std::string(1, dialect_.comment));
+
+        std::size_t first = 0, oldEnd = old.size(), newEnd = lines.size();
+        while (first < oldEnd && first < newEnd && lines[first] == document_.Text(old[first]))
+            ++first;
+        while (oldEnd > first && newEnd > first && lines[newEnd - 1] == document_.Text(old[oldEnd - 1])) {
+            --oldEnd;
+            --newEnd;
+        }
+        std::string text;
+        for (std::size_t each = first; each < newEnd; ++each)
+            text.append(lines[each]).append(end_);
+        if (!text.empty())
+            Insert(first < old.size() ? old[first] : old.empty() ? line : old.back() + 1, std::move(text));
+        for (std::size_t gone = first; gone < oldEnd; ++gone) {
+            RemoveLine(old[gone]);
+            removedComments_.push_back(old[gone]);
+        }
     }
 
     // Par times
@@ -531,15 +636,15 @@ private:
 
     void RemoveEmptySections() {
         std::ranges::sort(removed_);
-        std::size_t last = sections_.size();
+        std::ranges::sort(removedComments_);
+        std::set<std::size_t> touched = withoutNote_;
         for (const std::size_t line : removed_) {
             const auto behind = std::ranges::upper_bound(sections_, line, {}, &SectionRange::header);
-            if (behind == sections_.begin())
-                continue;
-            const auto at = static_cast<std::size_t>(behind - sections_.begin()) - 1;
-            if (std::exchange(last, at) != at)
-                RemoveIfEmpty(sections_[at]);
+            if (behind != sections_.begin())
+                touched.insert(static_cast<std::size_t>(behind - sections_.begin()) - 1);
         }
+        for (const std::size_t at : touched)
+            RemoveIfEmpty(sections_[at]);
     }
 
     void RemoveIfEmpty(const SectionRange& section) {
@@ -555,6 +660,9 @@ private:
                 return;
         }
         std::size_t line = section.header + 1;
+        if (section.header > 0 && lines_[section.header - 1].what == LineKind::Comment &&
+            !std::ranges::binary_search(removedComments_, section.header - 1))
+            return;
         for (; line < section.end && lines_[line].what != LineKind::Blank; ++line)
             if (!std::ranges::binary_search(removed_, line))
                 return;
@@ -563,7 +671,7 @@ private:
                 !std::ranges::binary_search(removed_, rest))
                 return;
         replacements_.push_back({header.offset, document_.End(section.header) - header.offset, {}});
-        if (line < section.end) // the blank line that ends it
+        if (line < section.end && !insertedAt_.contains(line)) // the blank line that ends it
             replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, {}});
     }
 
@@ -590,13 +698,16 @@ private:
     const EngineConfiguration& engine_;
     const Dialect& dialect_;
     const std::string_view end_;
+    const bool keepsPlaces_; // of sections and texts that say nothing any more
 
     std::vector<Changed> changes_;
     std::vector<SectionRange> sections_;
     std::map<Place, std::string> additions_;
     std::vector<Replacement> replacements_;
-    std::vector<std::size_t> removed_, kept_;                // lines
-    std::size_t lastSection_ = static_cast<std::size_t>(-1); // where the last new one went
+    std::vector<std::size_t> removed_, removedComments_, kept_; // lines
+    std::set<std::size_t> insertedAt_;                          // lines
+    std::set<std::size_t> withoutNote_;                         // sections whose note is gone
+    std::size_t lastSection_ = static_cast<std::size_t>(-1);    // where the last new one went
     std::optional<PointerTargets> targets_;
     Status status_;
 };
@@ -606,10 +717,11 @@ private:
 Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
                          const EngineConfiguration& engine, PatchDocument& merged) {
     Status status;
-    // A header that is left without lines may keep those behind it from being read in the section before.
-    for (const bool removeEmptySections : {true, false}) {
+    // A header that is left without lines, or a text that is the engine's own, may keep those behind it from being read
+    // in the section before, and comments from standing above another section.
+    for (const bool keepsPlaces : {false, true}) {
         std::string bytes;
-        status = Merge(document, current, defaults, engine).Run(removeEmptySections, bytes);
+        status = Merge(document, current, defaults, engine, keepsPlaces).Run(bytes);
         if (!status)
             break;
         PatchSet read;

@@ -1,6 +1,7 @@
 #include "patch/PatchDocument.h"
 
 #include "core/Text.h"
+#include "patch/PatchNotes.h"
 
 #include <utility>
 
@@ -62,6 +63,7 @@ modPatchFiles::ReadResult PatchDocument::Read(std::string bytes, const EngineCon
         lineEnd_ = "\r\n";
     Builder builder(*this, engine.dialect);
     modPatchFiles::ReadResult result = modPatchFiles::ParsePatch(bytes_, engine, defaults, set, &builder);
+    set.notes = ReadNotes(*this);
     said_ = set;
     return result;
 }

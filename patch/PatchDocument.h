@@ -42,7 +42,8 @@ public:
         std::string kind, from, to; // "sprite", "sound" or "music"
     };
 
-    /// Reads `bytes` by engine rules over `defaults` into `set`, which after a failure holds what was read so far.
+    /// Reads `bytes` by engine rules over `defaults` into `set`, with the notes, which after a failure holds what was
+    /// read so far.
     modPatchFiles::ReadResult Read(std::string bytes, const EngineConfiguration& engine, const PatchSet& defaults,
                                    PatchSet& set);
 

@@ -1,5 +1,6 @@
 #include "core/Files.h"
 #include "core/Text.h"
+#include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/modPatchFiles.h"
 
@@ -16,7 +17,17 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> headerKey
                                                                                    {"Data WAD", "datawad"},
                                                                                    {"IWAD", "iwad"}}};
 
+/// What `patch` has for a header line; empty for those that say nothing of the session.
+std::string_view SessionValue(std::string_view name, const PatchData& patch) {
+    return name == "engineconfig" ? std::string_view(patch.engineConfig)
+           : name == "datawad"    ? std::string_view(patch.dataWadPath)
+           : name == "iwad"       ? std::string_view(patch.iwadPath)
+                                  : std::string_view();
+}
+
 } // namespace
+
+std::string_view FileNameOf(std::string_view path) { return path.substr(path.find_last_of("/\\") + 1); }
 
 std::string HeaderValue(const Header& header, std::string_view name) {
     const auto found = header.find(name);
@@ -43,6 +54,36 @@ Status ScanHeader(std::string_view bytes, Header& header) {
     }
     header = std::move(found);
     return {};
+}
+
+std::string UpdateHeader(const PatchDocument& document, const PatchData& patch) {
+    const std::string& bytes = document.Bytes();
+    std::string updated;
+    std::size_t done = 0;
+    bool strings = false; // whose keys may be any word
+    for (std::size_t i = 0; i < document.Lines().size(); ++i) {
+        const DocumentLine& line = document.Lines()[i];
+        if (line.what == LineKind::Header)
+            strings = static_cast<Section>(line.field) == Section::Strings;
+        if (line.what != LineKind::Other || strings)
+            continue;
+        std::string_view text = document.Text(i);
+        text = text.substr(0, text.find('#'));
+        const std::size_t equals = text.find('=');
+        if (equals == std::string_view::npos)
+            continue;
+        const std::string_view key = Trim(text.substr(0, equals)), old = Trim(text.substr(equals + 1));
+        for (const auto& [label, name] : headerKeys) {
+            const std::string_view now = SessionValue(name, patch);
+            if (!EqualIgnoringCase(key, label) || EqualIgnoringCase(FileNameOf(now), FileNameOf(old)) || now.empty() ||
+                now != Trim(now) || now.find_first_of("#\r\n") != std::string_view::npos)
+                continue;
+            const std::size_t begin = old.empty() ? equals + 1 : static_cast<std::size_t>(old.data() - text.data());
+            updated.append(bytes, done, line.offset + begin - done).append(old.empty() ? " " : "").append(now);
+            done = line.offset + begin + old.size();
+        }
+    }
+    return updated.append(bytes, done);
 }
 
 Status ScanHeader(const std::filesystem::path& file, Header& header) {

@@ -4,6 +4,7 @@
 #include "patch/EngineNames.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
+#include "patch/PatchNotes.h"
 #include "patch/PatchStore.h"
 #include "patch/modPatchFiles.h"
 
@@ -182,7 +183,7 @@ private:
         const auto [key, value] = EnginePair(line);
         const std::string_view name = Trim(key);
         if (EqualIgnoringCase(name, versionKey) || EqualIgnoringCase(name, formatKey) || IsSessionKey(name) ||
-            EqualIgnoringCase(line.substr(0, headerStart.size()), headerStart)) {
+            IsFirstLine(line)) {
             understood_ = true;
             return false;
         }
@@ -249,8 +250,6 @@ private:
         }
     }
 
-    static constexpr std::string_view headerStart = "Patch File for DeHackEd v";
-
     PatchLines lines_;
     const EngineConfiguration& engine_;
     const Dialect& dialect_;
@@ -287,8 +286,8 @@ bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& s
         return false;
     }
     PatchSet set;
-    std::shared_ptr<PatchDocument> document;
     ReadResult result;
+    std::shared_ptr<PatchDocument> document;
     if (session.engine.dialect.EngineRules()) {
         document = std::make_shared<PatchDocument>();
         result = document->Read(std::move(bytes), session.engine, session.patch.defaults, set);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +16,11 @@
 #include <vector>
 
 namespace plinket3 {
+
+enum class RecordKind { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
+
+/// What notes say, by the record they belong to; that of the patch as a whole stands under the par list.
+using Notes = std::map<std::pair<RecordKind, std::int32_t>, std::string>;
 
 /// One set of records: an engine's own, or what a patch makes of them.
 struct PatchSet {
@@ -28,6 +34,7 @@ struct PatchSet {
     std::vector<CheatRecord> cheats;
     MiscRecord misc;
     std::vector<ParRecord> pars; // empty in the default set
+    Notes notes;                 // of a patch by engine rules; none is empty
     bool operator==(const PatchSet&) const = default;
 
     /// A sound's name without the blanks and NULs that fill its six characters; empty for an index beyond the sounds.
@@ -35,8 +42,6 @@ struct PatchSet {
     /// A sprite's four characters; empty for an index beyond the sprites.
     std::string_view SpriteName(std::int32_t sprite) const;
 };
-
-enum class RecordKind { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
 
 /// A kind of records of which a set has a list.
 template <class RecordType> struct ListKind {

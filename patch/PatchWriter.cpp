@@ -3,6 +3,7 @@
 #include "core/Version.h"
 #include "patch/EngineNames.h"
 #include "patch/PatchDocument.h"
+#include "patch/PatchNotes.h"
 #include "patch/PointerTargets.h"
 #include "patch/modPatchFiles.h"
 #include "patch/modPatchText.h"
@@ -67,6 +68,7 @@ private:
 
     void Header() {
         Line(dialect_.firstLine);
+        Note(patchNotes);
         if (dialect_.EngineRules())
             return EngineHeader();
         Line("# Created with ", programVersion);
@@ -105,6 +107,16 @@ private:
         Line();
     }
 
+    /// A note is written above the header of its record; the kept rules know none.
+    bool Note(const Cell& cell) {
+        if (!dialect_.EngineRules() || current_.notes.empty())
+            return false;
+        const std::vector<std::string> lines = CommentLines(std::get<std::string>(ReadCell(current_, cell)));
+        for (const std::string& line : lines)
+            Line(std::string_view(line));
+        return !lines.empty();
+    }
+
     void EndKind(bool anySection) {
         if (anySection) {
             Line();
@@ -127,9 +139,10 @@ private:
         const std::vector<Record>&current = kind.In(current_), &defaults = kind.In(defaults_);
         bool any = false;
         for (std::size_t i = 0; i < current.size(); ++i) {
-            if (current[i] == defaults[i])
-                continue;
             const std::size_t start = out_.size();
+            const bool noted = Note({kind.kind, static_cast<std::int32_t>(i), noteField});
+            if (current[i] == defaults[i] && !noted)
+                continue;
             Put(section.word);
             Put(" ");
             Put(static_cast<std::int32_t>(i) + section.firstWritten);
@@ -143,7 +156,7 @@ private:
             Line();
             const std::size_t headerEnd = out_.size();
             Fields(current[i], defaults[i]);
-            if (!renamed && out_.size() == headerEnd) { // only what no patch has differs
+            if (!renamed && !noted && out_.size() == headerEnd) { // only what no patch has differs
                 out_.resize(start);
                 continue;
             }
@@ -296,7 +309,7 @@ Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine
     if (engine.dialect.EngineRules() && patch.document) {
         PatchDocument merged;
         Status status = MergeIntoDocument(*patch.document, patch.current, patch.defaults, engine, merged);
-        bytes = merged.Bytes();
+        bytes = UpdateHeader(merged, patch);
         return status;
     }
     bytes = FormatPatch(patch, engine);

@@ -51,9 +51,11 @@ std::string Count(std::int64_t count, std::string_view one, std::string_view wha
 } // namespace
 
 RulesAdvice RecommendRules(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults) {
+    if (engine.dialect.engineRulesOnly)
+        return {Rules::Engine, "the engine has no others"};
     EngineConfiguration kept = engine, asEngines = engine;
-    kept.dialect = Dialect::Of(engine.dialect.IsExtended());
-    asEngines.dialect = kept.dialect.AsEngines();
+    kept.dialect = engine.dialect.By(Rules::Kept);
+    asEngines.dialect = engine.dialect.By(Rules::Engine);
     PatchSet keptSet, engineSet;
     LossCounter losses(kept.dialect);
     const modPatchFiles::ReadResult keptRead = modPatchFiles::ParsePatch(bytes, kept, defaults, keptSet, &losses);

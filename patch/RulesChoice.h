@@ -15,7 +15,7 @@ struct RulesAdvice {
 };
 
 /// By which rules a patch is best read: by those of engines when the kept rules refuse it, read any of its values
-/// otherwise, or would lose a line or comment when it is saved.
+/// otherwise, or would lose a line or comment when it is saved, and when the engine has no others.
 RulesAdvice RecommendRules(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults);
 
 /// What the setting "Patches" asks for: a recommendation for each patch, or the same rules for all.

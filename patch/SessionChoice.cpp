@@ -13,17 +13,13 @@ namespace plinket3 {
 
 namespace {
 
+using modPatchFiles::FileNameOf;
+
 template <class Entries, class Fits> std::optional<std::size_t> First(const Entries& entries, Fits fits) {
     const auto found = std::find_if(entries.begin(), entries.end(), fits);
     if (found == entries.end())
         return std::nullopt;
     return static_cast<std::size_t>(std::distance(entries.begin(), found));
-}
-
-/// Paths in patches come from every platform.
-std::string_view FileNameOf(std::string_view path) {
-    const std::size_t separator = path.find_last_of("/\\");
-    return separator == std::string_view::npos ? path : path.substr(separator + 1);
 }
 
 /// Counts the lines for which an engine has no use.

@@ -35,6 +35,8 @@ std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<
 
 std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::string_view many) {
     const Cell& cell = cells.front();
+    if (cell == patchNotes)
+        return "patch notes";
     std::vector<std::int32_t> records;
     records.reserve(cells.size());
     for (const Cell& each : cells)
@@ -44,6 +46,7 @@ std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::
         return record;
     std::string label = cell.field == nameField          ? "name"
                         : cell.field == codePointerField ? "action"
+                        : cell.field == noteField        ? "note"
                                                          : std::string(FactsOf(cell.kind, cell.field).label);
     const bool abbreviation = label.size() > 1 && ToLower(label[1]) != label[1];
     if (!label.empty() && !abbreviation)

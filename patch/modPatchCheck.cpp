@@ -5,6 +5,7 @@
 #include "patch/CheckFindings.h"
 #include "patch/EngineChecker.h"
 #include "patch/PatchLines.h"
+#include "patch/PatchNotes.h"
 #include "patch/PointerTargets.h"
 #include "patch/modPatchText.h"
 
@@ -19,10 +20,6 @@ namespace {
 
 constexpr std::size_t mostFlagWords = 100; // no line has more, but a hostile one could
 constexpr std::string_view flagSeparators = " +|,\t";
-/// Comments that Chocolate Doom looks for, wherever they stand in the line, and how those of map editors begin.
-constexpr std::array<std::string_view, 3> engineComments{"*allow-extended-strings*", "*allow-long-strings*",
-                                                         "*allow-long-cheats*"};
-constexpr std::string_view editorComment = "#$Editor";
 /// The escapes of a string that game engines do not undo.
 constexpr std::array<std::string_view, 4> ownEscapes{"\\\\", "\\r", "\\t", "\\\""};
 

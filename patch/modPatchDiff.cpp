@@ -1,5 +1,6 @@
 #include "patch/modPatchDiff.h"
 
+#include "patch/Cells.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -16,6 +17,7 @@ public:
         : before_(before), after_(after), engine_(engine) {}
 
     std::vector<std::string> Lines() {
+        Note("Patch notes", "", patchNotes);
         VisitKinds([this](const auto& kind) {
             if (kind.section == nullptr)
                 return;
@@ -56,6 +58,18 @@ private:
         });
     }
 
+    /// The kept rules know no notes.
+    bool HasOtherNote(const Cell& cell) const {
+        return engine_.dialect.EngineRules() && !(before_.notes.empty() && after_.notes.empty()) &&
+               ReadCell(before_, cell) != ReadCell(after_, cell);
+    }
+
+    void Note(std::string_view what, std::string_view field, const Cell& cell) {
+        if (HasOtherNote(cell))
+            Line(what, field, Quoted(std::get<std::string>(ReadCell(before_, cell))),
+                 Quoted(std::get<std::string>(ReadCell(after_, cell))));
+    }
+
     static std::string Heading(const SectionRule& section, std::size_t index, std::string_view name) {
         std::string heading(section.word);
         heading += " " + std::to_string(static_cast<std::int64_t>(index) + section.firstWritten);
@@ -69,7 +83,8 @@ private:
         const std::vector<Record>&before = kind.In(before_), &after = kind.In(after_);
         const SectionRule& section = engine_.dialect.*kind.section;
         for (std::size_t i = 0; i < before.size(); ++i) {
-            if (before[i] == after[i])
+            const Cell note{kind.kind, static_cast<std::int32_t>(i), noteField};
+            if (before[i] == after[i] && !HasOtherNote(note))
                 continue;
             std::string name;
             if constexpr (isNamed<Record>)
@@ -77,6 +92,7 @@ private:
             else if constexpr (std::is_same_v<Record, SoundRecord>)
                 name = before_.SoundName(static_cast<std::int32_t>(i));
             const std::string heading = Heading(section, i, name);
+            Note(heading, "Note", note);
             if constexpr (isNamed<Record>)
                 if (before[i].name != after[i].name)
                     Line(heading, "Name", before[i].name, after[i].name);

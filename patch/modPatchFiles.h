@@ -21,6 +21,9 @@ using Header = std::map<std::string, std::string, std::less<>>;
 /// What the header says under a name; empty when it says nothing.
 std::string HeaderValue(const Header& header, std::string_view name);
 
+/// A path without its folders. Paths in patches come from every platform.
+std::string_view FileNameOf(std::string_view path);
+
 /// Scans a patch for its header lines. Fails when the file cannot be read or when a header line stands in it twice.
 Status ScanHeader(const std::filesystem::path& file, Header& header);
 Status ScanHeader(std::string_view bytes, Header& header);
@@ -85,6 +88,11 @@ Status ReadableByEngines(std::string_view bytes);
 
 /// The differences between the two sets of `patch` as a patch file's bytes.
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
+
+/// The document's bytes with the engine, IWAD and data WAD of `patch` in the lines that name others. A line stays that
+/// names a file of the same name in whatever folder, and so does one for which `patch` says nothing, or nothing that
+/// the header scan would find again. No line is added.
+std::string UpdateHeader(const PatchDocument& document, const PatchData& patch);
 
 /// What saving writes: by engine rules the file as it was opened with what was changed in it, else `FormatPatch`. Fails
 /// for a value that could not be read back.

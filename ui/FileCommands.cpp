@@ -334,7 +334,7 @@ bool FileCommands::ReadAgain(Rules rules) {
         }
     }
     Session session = static_cast<const Session&>(program_);
-    session.engine.dialect = session.engine.dialect.With(rules);
+    session.engine.dialect = session.engine.dialect.By(rules);
     if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, session))
         return false;
     Adopt(std::move(session));
@@ -352,7 +352,7 @@ void FileCommands::SwitchRules() {
             ReadAgain(other);
         return;
     }
-    program_.engine.dialect = program_.engine.dialect.With(other);
+    program_.engine.dialect = program_.engine.dialect.By(other);
     emit SessionChanged();
 }
 

@@ -136,6 +136,37 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
     }
 }
 
+TEST_F(CliTest, AnEngineMayHaveEngineRulesOnly) {
+    WriteData("config/own.cfg", ReadFile(buildFolder / "config" / "boom19.cfg") + "dialect { rules = \"engine\"; }");
+    WriteData("tables/boom.tbl", ReadFile(buildFolder / "tables" / "boom.tbl"));
+    const std::string patch = "# mine\nThing 12\nHit points = 0x10\n";
+    Write("@a.bex", patch);
+    for (const std::string rules : {"kept", "auto", "engine"}) {
+        EXPECT_EQ(Run("convert --data @data --rules " + rules + " -e own @a.bex @out.bex").exit, cli::done);
+        EXPECT_EQ(ReadFile(folder_ / "out.bex"), patch) << rules;
+    }
+}
+
+TEST_F(CliTest, ReadsAndWritesNotesByEngineRules) {
+    Write("@a.bex", "# my patch\n#\n#$Editor x = 1\n# by me\n\n# tough\nThing 12 (Imp)\nHit points = 99\n\n#run\n"
+                    "Frame 9\nDuration = 3\n\n# gone\n\n# pistol\nWeapon 1 (Pistol)\n");
+    const Json dump = Dump("--rules engine -e boom19 @a.bex");
+    EXPECT_EQ(dump["notes"], "my patch\n\nby me");
+    EXPECT_EQ(dump["things"][11]["notes"], "tough");
+    EXPECT_EQ(dump["states"][9]["notes"], "run");
+    EXPECT_FALSE(dump["things"][12].contains("notes"));
+    EXPECT_EQ(Run("diff --rules engine -e boom19 @a.bex -").out,
+              "Patch notes: \"my patch\\n\\nby me\" -> \"\"\nThing 12 (Imp): Note \"tough\" -> \"\"\n"
+              "Thing 12 (Imp): Hit points 99 -> 60\nFrame 9: Note \"run\" -> \"\"\nFrame 9: Duration 3 -> 5\n"
+              "Weapon 1 (Pistol): Note \"pistol\" -> \"\"\n");
+    ASSERT_EQ(Run("convert --rules engine --fresh -e boom19 @a.bex @fresh.bex").exit, cli::done);
+    EXPECT_EQ(ReadFile(folder_ / "fresh.bex"),
+              "Patch File for DeHackEd v3.0\r\n# my patch\r\n#\r\n# by me\r\n\r\nDoom version = 19\r\n"
+              "Patch format = 6\r\n\r\n# tough\r\nThing 12 (Imp)\r\nHit points = 99\r\n\r\n\r\n\r\n# run\r\nFrame 9\r\n"
+              "Duration = 3\r\n\r\n\r\n\r\n# pistol\r\nWeapon 1 (Pistol)\r\n\r\n\r\n\r\n");
+    EXPECT_EQ(Run("diff --rules engine -e boom19 @a.bex @fresh.bex").out, "");
+}
+
 TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
     ASSERT_EQ(Run("convert -e doom19 --iwad doom2.wad --data-wad my.wad - @out.deh").exit, cli::done);
     EXPECT_EQ(ReadFile(folder_ / "out.deh"),

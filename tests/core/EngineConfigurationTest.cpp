@@ -81,6 +81,11 @@ TEST_F(EngineConfigurationTest, LoadsWhatNoBuiltEngineHas) {
         EXPECT_EQ(engine_.miscellaneousOffsets[static_cast<std::size_t>(index)], index + 1);
     ASSERT_EQ(engine_.strings.size(), 2U);
     EXPECT_EQ(engine_.strings[0].text, "Development mode ON.\\n");
+    ASSERT_TRUE(Load(required + "dialect { rules = \"engine\"; }"));
+    EXPECT_TRUE(engine_.dialect.EngineRules());
+    EXPECT_TRUE(engine_.dialect.By(Rules::Kept).EngineRules());
+    ASSERT_TRUE(Load(required + "dialect { rules = \"kept\"; }"));
+    EXPECT_FALSE(engine_.dialect.EngineRules());
     ASSERT_TRUE(Load(required)); // a later file empties the strings but keeps the offsets
     EXPECT_TRUE(engine_.strings.empty());
     EXPECT_EQ(engine_.offsets.sounds, 4);
@@ -101,6 +106,8 @@ TEST_F(EngineConfigurationTest, FailuresNameFileStructureAndKeyAndChangeNothing)
              {"b = \"Fist\"", "b = 3", "\"weaponnames.b\" is not a text"},
              {"7 = \"Looks\"", "7a = \"Looks\"", "\"actiondescriptions.7a\" is a key that is not a number"},
              {"flagnames {", "offsets { things = 1; } flagnames {", "missing key \"offsets.datasegment\""},
+             {"flagnames {", "dialect { rules = \"other\"; } flagnames {",
+              "\"dialect.rules\" is none of those that there are: \"other\""},
              {"flagnames {", "cheatlengths { a = \"x\"; } flagnames {", "\"cheatlengths.a\" is not a number"},
              {"flagnames {", "thingnames { } flagnames {", "line 7: key \"thingnames\" occurs twice in one block"}};
     engine_.name = "before";

@@ -79,6 +79,25 @@ const MergeRow mergeRows[]{
          set.pars = {{1, 2, 31}, {0, 6, 70}, {0, 7, 80}};
      },
      "[PARS]\npar 1 2 31 # first\npar 6 70\npar 7 80\n"},
+    {"Notes",
+     "Patch File for DeHackEd v3.0\n#of the patch\n# *allow-long-cheats*\n\n# by me\n\n# old\n#$Editor x = 1\n#imp\n"
+     "Thing 3\nMass = 1\n\n# gone\nThing 2\n\n# kept\nWeapon 0\nAmmo type = 1\n",
+     [](PatchSet& set) {
+         EXPECT_EQ(ReadCell(set, Cell{RecordKind::Thing, 2, noteField}), CellValue("old\nimp"));
+         WriteCell(set, patchNotes, "of the patch\nand more\n\nby me\n");
+         WriteCell(set, {RecordKind::Thing, 2, noteField}, "new\nimp");
+         WriteCell(set, {RecordKind::Thing, 1, noteField}, "");
+         WriteCell(set, {RecordKind::Thing, 0, noteField}, "hero");
+         set.sounds[1].value = 5;
+     },
+     "Patch File for DeHackEd v3.0\n#of the patch\n# *allow-long-cheats*\n# and more\n\n# by me\n#\n\n# new\n"
+     "#$Editor x = 1\n#imp\nThing 3\nMass = 1\n\n\n# hero\nThing 1\n\nSound 1\nValue = 5\n\n# kept\nWeapon 0\n"
+     "Ammo type = 1\n"},
+    {"NotesOfAPatchWithoutAny", "Thing 1\nMass = 1\n",
+     [](PatchSet& set) {
+         WriteCell(set, patchNotes, "mine"), WriteCell(set, {RecordKind::Thing, 0, noteField}, "a");
+     },
+     "# mine\n\n# a\nThing 1\nMass = 1\n"},
     {"MiscAndCheats", "Misc 0\nMax Health = 5\n",
      [](PatchSet& set) { set.misc.bfgCells = 9, set.cheats[0].text = "id"; },
      "Cheat 0\nChange music = id\n\nMisc 0\nMax Health = 5\nBFG Cells/Shot = 9\n"},
@@ -172,6 +191,8 @@ public:
         if (count == 0 || cells.empty())
             return;
         const Cell cell = cells[Below(cells.size())];
+        if (Below(4) == 0)
+            return EditNote(set, Below(3) == 0 ? patchNotes : Cell{kind, cell.index, noteField});
         // The last string of the small engine is there twice: a patch that quotes it means the first one.
         const bool quotedTwice = kind == RecordKind::String && cell.index == 3;
         if (quotedTwice || (cell.field >= 0 && !FactsOf(kind, cell.field).inPatch))
@@ -197,15 +218,36 @@ public:
     }
 
 private:
+    void EditNote(PatchSet& set, const Cell& note) {
+        if (!HasCell(set, note))
+            return;
+        std::string text = std::get<std::string>(ReadCell(set, note));
+        switch (Below(4)) {
+        case 0:
+            text = Pick({"", "", "a note", " \nof\n\n# lines\n"});
+            break;
+        case 1:
+            text += Pick({"\nmore", "\n", "comment"});
+            break;
+        case 2:
+            text = Pick({"first\n", "\n\n"}) + text;
+            break;
+        default:
+            text.erase(std::min(text.size(), text.find('\n')));
+        }
+        WriteCell(set, note, text);
+    }
+
     std::mt19937 engine_;
 };
 
-/// The lines that no edit may touch.
-std::vector<std::string> OtherLinesOf(const std::string& text) {
+/// The lines that no edit may touch; comments may be, when notes are edited.
+std::vector<std::string> OtherLinesOf(const std::string& text, bool comments) {
     std::vector<std::string> lines;
     for (PatchLines each(text); !each.AtEnd();)
-        if (const std::string_view line = each.Next();
-            line.starts_with('#') || line == "Unknown key = 3" || line == "no pair" || line == "USER_X = kept")
+        if (const std::string_view line = each.Next(); line.starts_with("#$") || (comments && line.starts_with('#')) ||
+                                                       line == "Unknown key = 3" || line == "no pair" ||
+                                                       line == "USER_X = kept")
             lines.emplace_back(line);
     return lines;
 }
@@ -233,7 +275,8 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
             ++refused;
             continue;
         }
-        ASSERT_EQ(OtherLinesOf(merged.Bytes()), OtherLinesOf(patch)) << "seed " << seed;
+        const bool sameNotes = set.notes == opened.notes;
+        ASSERT_EQ(OtherLinesOf(merged.Bytes(), sameNotes), OtherLinesOf(patch, sameNotes)) << "seed " << seed;
         PatchDocument back;
         ASSERT_EQ(modPatchDiff::Differences(set, merged.Said(), engine), std::vector<std::string>());
         const Status undone = MergeIntoDocument(merged, opened, defaults, engine, back);
@@ -243,6 +286,26 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
                             << back.Bytes();
     }
     EXPECT_LT(refused, patches / 1000);
+}
+
+TEST(PatchDocumentTest, KeepsTheLinesOfTheSessionUpToDate) {
+    const EngineConfiguration engine = AsEngines(true);
+    PatchData patch = SmallPatch(engine);
+    auto document = std::make_shared<PatchDocument>();
+    ASSERT_TRUE(document
+                    ->Read("engine config =old.cfg # mine\r\nIWAD=\r\nData WAD = C:\\wads\\My.wad\r\n# IWAD = x\r\n\r\n"
+                           "[STRINGS]\r\nIWAD = no\r\n",
+                           engine, patch.defaults, patch.current)
+                    .status);
+    patch.document = document;
+    patch.engineConfig = "new.cfg", patch.iwadPath = "/games/doom2.wad", patch.dataWadPath = "/home/my.wad";
+    std::string bytes;
+    ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
+    EXPECT_EQ(bytes, "engine config =new.cfg # mine\r\nIWAD= /games/doom2.wad\r\nData WAD = C:\\wads\\My.wad\r\n"
+                     "# IWAD = x\r\n\r\n[STRINGS]\r\nIWAD = no\r\n");
+    patch.engineConfig.clear(), patch.iwadPath = "a#b", patch.dataWadPath = "\nx";
+    ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
+    EXPECT_EQ(bytes, document->Bytes());
 }
 
 TEST(PatchDocumentTest, RefusesAFileWithoutOneLineThatEnginesKnow) {

@@ -113,6 +113,21 @@ TEST_F(EditsTest, ChangedFlagFollowsTheSavedState) {
     EXPECT_TRUE(patch.changed);
 }
 
+TEST_F(EditsTest, NotesAreValuesThatRestoringARecordLeavesAlone) {
+    constexpr Cell note{RecordKind::Thing, 2, noteField};
+    edits.Store(patchNotes, "by me");
+    EXPECT_EQ(edits.UndoName(), "patch notes");
+    edits.Store(note, "x");
+    edits.Store({RecordKind::Cheat, 0, noteField}, "has none");
+    EXPECT_EQ(edits.UndoName(), "note of Imp");
+    edits.RestoreRecords(RecordKind::Thing, {2}, "things");
+    EXPECT_EQ(edits.Value(note), CellValue("x"));
+    edits.Undo();
+    EXPECT_EQ(edits.Value(note), CellValue(""));
+    edits.Undo();
+    EXPECT_EQ(patch.current, patch.defaults);
+}
+
 TEST_F(EditsTest, StoresAndRestoresWhatTheEngineDerives) {
     edits.Store({RecordKind::Misc, 0, RowOf(&MiscRecord::maxHealth)}, 150);
     EXPECT_EQ(patch.current.misc.secondMaxHealth, 150);
