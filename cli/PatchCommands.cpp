@@ -238,7 +238,8 @@ int Convert(Run& run) {
         program.patch.iwadPath = run.arguments.iwad;
     if (!run.arguments.dataWad.empty())
         program.patch.dataWadPath = run.arguments.dataWad;
-    Require(modPatchFiles::SavePatch(program, run.arguments.files[1], false), run.arguments.files[1]);
+    const std::filesystem::path file = run.arguments.files[1];
+    Require(modPatchFiles::SavePatch(program, file, false), file.string());
     return done;
 }
 

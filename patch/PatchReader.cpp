@@ -1,4 +1,3 @@
-#include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
@@ -272,10 +271,10 @@ ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine,
     return PatchReader(bytes, engine, defaults, set, observer).Read();
 }
 
-bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& session) {
+bool ReadPatch(Notifier& notifier, const PatchPlace& place, Session& session) {
     std::string bytes;
-    if (const Status status = ReadWholeFile(file, bytes); !status) {
-        notifier.Show(MessageKind::Exclamation, "Could not read " + file.string() + ": " + status.Reason());
+    if (const Status status = ReadPlace(place, bytes); !status) {
+        notifier.Show(MessageKind::Exclamation, "Could not read " + place.Name() + ": " + status.Reason());
         return false;
     }
     PatchSet set;
@@ -285,7 +284,8 @@ bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& s
         return false;
     }
     session.patch.current = std::move(set);
-    session.patch.fileName = file;
+    session.patch.fileName = place.file;
+    session.patch.lump = place.lump;
     session.patch.named = true;
     session.patch.changed = false;
     if (result.unsupported)
