@@ -64,9 +64,10 @@ Status PutLump(const PatchPlace& place, std::string_view bytes, MissingLump miss
 } // namespace
 
 bool IsWad(const std::filesystem::path& file) {
+    std::error_code ignored;
     SystemFile opened;
     std::array<char, 4> start{};
-    if (!opened.Open(file) || opened.FileKind() != SystemFile::Kind::Regular ||
+    if (!std::filesystem::is_regular_file(file, ignored) || !opened.Open(file) ||
         opened.ReadAt(0, start.data(), start.size()) != start.size())
         return false;
     const std::string_view identification(start.data(), start.size());
