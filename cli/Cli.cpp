@@ -28,6 +28,11 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option = app.add_option("--iwad", arguments.iwad, "The IWAD that the patch is to name");
     else if (name == "data-wad")
         option = app.add_option("--data-wad", arguments.dataWad, "The data WAD that the patch is to name");
+    else if (name == "lump")
+        option = app.add_option("--lump", arguments.lump,
+                                "Where the patch stands in a WAD: NAME, or NAME#2 for the second lump of that name; "
+                                "the last one called DEHACKED without this")
+                     ->check([](const std::string& lump) { return lump.empty() ? "a lump has a name" : ""; });
     else if (name == "compact")
         option = app.add_flag("--compact", arguments.compact, "Without blanks, indentation and empty lines");
     else if (name == "fresh")
@@ -67,12 +72,6 @@ void Complain(std::ostream& err, std::string_view message) { err << "plinket3-cl
 void Require(const Status& status, std::string_view what) {
     if (!status)
         throw Refused(std::string(what) + ": " + status.Reason());
-}
-
-std::string ReadInput(const std::string& file) {
-    std::string bytes;
-    Require(ReadWholeFile(file, bytes), file);
-    return bytes;
 }
 
 void WriteOutput(const std::string& file, std::string_view bytes) { Require(WriteFileAtomically(file, bytes), file); }

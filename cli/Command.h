@@ -20,7 +20,7 @@ struct Arguments {
     std::string engine;             // -e
     std::string rules = "kept";     // or "auto" or "engine"
     std::vector<std::string> files; // the plain arguments, in order
-    std::string iwad, dataWad;
+    std::string iwad, dataWad, lump;
     bool compact = false, unused = false, fresh = false;
     std::int32_t thing = -1, weapon = -1;
     std::vector<std::string> sprite; // name and frame
@@ -72,9 +72,6 @@ void Complain(std::ostream& err, std::string_view message);
 
 /// Throws `Refused` with "WHAT: REASON" when `status` is a failure.
 void Require(const Status& status, std::string_view what);
-
-/// The bytes of a file. Throws `Refused`.
-std::string ReadInput(const std::string& file);
 
 /// Writes `bytes` to `file` in one step. Throws `Refused`.
 void WriteOutput(const std::string& file, std::string_view bytes);

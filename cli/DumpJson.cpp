@@ -105,9 +105,11 @@ void DumpJson(const Program& program, std::ostream& out) {
                            {"name", Utf8(engine.name)},
                            {"version", engine.version},
                            {"extended", engine.dialect.IsExtended()}};
-    const Json patchFacts{{"file", program.patch.fileName.string()},
-                          {"version", program.patch.doomVersion},
-                          {"format", program.patch.patchFormat}};
+    Json patchFacts{{"file", program.patch.fileName.string()},
+                    {"version", program.patch.doomVersion},
+                    {"format", program.patch.patchFormat}};
+    if (!program.patch.lump.empty())
+        patchFacts["lump"] = Utf8(program.patch.lump);
     Json misc;
     PutFields(misc, engine.dialect, set.misc);
     out << "{\"engine\":" << engineFacts.dump(-1, ' ', false, bytesThatAreNot)

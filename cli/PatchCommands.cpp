@@ -1,7 +1,9 @@
 #include "cli/Command.h"
+#include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/PatchDocument.h"
+#include "patch/PatchPlace.h"
 #include "patch/RulesChoice.h"
 #include "patch/SessionChoice.h"
 #include "patch/StateUse.h"
@@ -9,6 +11,7 @@
 #include "patch/modPatchDiff.h"
 #include "patch/modTables.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -47,28 +50,42 @@ std::size_t EngineNamed(const Program& program, const std::string& name, const s
     throw Refused(name + ": there is no such engine; \"plinket3-cli engines\" lists them");
 }
 
-/// A patch as it was given on the command line.
+/// Where a patch stands that was given as a plain argument: of a WAD it is a lump.
+PatchPlace PlaceOf(const Run& run, const std::filesystem::path& file) {
+    const std::string& lump = run.arguments.lump;
+    if (IsWad(file))
+        return {file, lump.empty() ? std::string(patchLump) : lump};
+    if (!lump.empty() && FileExists(file) && std::ranges::none_of(run.arguments.files, IsWad))
+        throw Refused("--lump: none of the files is a WAD");
+    return file;
+}
+
+/// A patch as it was given on the command line. Its name is that of its place.
 struct PatchFile {
+    PatchPlace place;
     std::string name, bytes;
     Header header;
 };
 
-PatchFile ReadPatchFile(const Run& run, const std::string& name) {
-    PatchFile patch{name, ReadInput(name), {}};
+PatchFile ReadPatchFile(const Run& run, const std::string& file) {
+    PatchFile patch;
+    patch.place = PlaceOf(run, file);
+    patch.name = patch.place.Name();
+    Require(ReadPlace(patch.place, patch.bytes), patch.name);
     const Status scanned = modPatchFiles::ScanHeader(std::string_view(patch.bytes), patch.header);
     if (run.arguments.rules == "kept") // engines do not mind what stands twice
-        Require(scanned, name);
+        Require(scanned, patch.name);
     return patch;
 }
 
 std::size_t EngineFor(const Run& run, const PatchFile& patch) {
     const Program& program = run.program;
     if (run.arguments.rules != "engine")
-        if (const auto found = RecommendEngine(program, patch.header, patch.bytes, patch.name))
+        if (const auto found = RecommendEngine(program, patch.header, patch.bytes, patch.place.file))
             return *found;
     if (run.arguments.rules != "kept")
         if (const auto found =
-                RecommendEngine(program, patch.header, patch.bytes, patch.name, std::nullopt, Rules::Engine))
+                RecommendEngine(program, patch.header, patch.bytes, patch.place.file, std::nullopt, Rules::Engine))
             return *found;
     if (!patch.header.contains("engineversion"))
         return 0;
@@ -155,7 +172,8 @@ void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}) {
     LoadEngine(run, patch);
     program.engine = EngineWith(TellRules(run, patch), program.engine);
     program.patch.current = ReadSet(run, patch, program.engine, &program.patch.document);
-    program.patch.fileName = file;
+    program.patch.fileName = patch.place.file;
+    program.patch.lump = patch.place.lump;
     program.patch.named = true;
     if (program.patch.document) // what -e names is no reason to change the file
         program.patch.engineConfig = modPatchFiles::HeaderValue(patch.header, "engineconfig");
@@ -180,10 +198,12 @@ int Engines(Run& run) {
 int Info(Run& run) {
     PatchFile patch = ReadPatchFile(run, run.arguments.files[0]);
     Header& header = patch.header;
-    header["filename"] = patch.name;
+    header["filename"] = patch.place.file.string();
     for (const std::string_view name : {"patchversion", "engineversion", "engineconfig", "datawad", "iwad", "filename"})
         if (const auto found = header.find(name); found != header.end())
             run.out << name << " = " << Printable(found->second) << '\n';
+    if (!patch.place.lump.empty())
+        run.out << "lump = " << Printable(patch.place.lump) << '\n';
     if (run.arguments.rules == "kept")
         return done;
     LoadEngine(run, patch);
@@ -243,7 +263,8 @@ int Convert(Run& run) {
         program.patch.iwadPath = run.arguments.iwad;
     if (!run.arguments.dataWad.empty())
         program.patch.dataWadPath = run.arguments.dataWad;
-    Require(modPatchFiles::SavePatch(program, run.arguments.files[1], false), run.arguments.files[1]);
+    const PatchPlace out = PlaceOf(run, run.arguments.files[1]);
+    Require(modPatchFiles::SavePatch(program, out, false, MissingLump::IsAdded), out.Name());
     return done;
 }
 
@@ -287,19 +308,19 @@ int States(Run& run) {
 
 constexpr std::array patchCommands{
     Command{"engines", "", "List the engine configurations: file, name, version, mode", "", 0, 0, Engines},
-    Command{"info", "PATCH", "Print what the patch's header says", "", 1, 1, Info},
-    Command{"dump", "[PATCH]", "Print every record as JSON, the engine's own without PATCH", "engine", 0, 1, Dump},
-    Command{"diff", "A [B]", "Print what differs between two patches, or between the engine and a patch", "engine", 1,
-            2, Diff},
+    Command{"info", "PATCH", "Print what the patch's header says", "lump", 1, 1, Info},
+    Command{"dump", "[PATCH]", "Print every record as JSON, the engine's own without PATCH", "engine lump", 0, 1, Dump},
+    Command{"diff", "A [B]", "Print what differs between two patches, or between the engine and a patch", "engine lump",
+            1, 2, Diff},
     Command{"check", "PATCH", "Print the lines that do not do what they seem to, and data that a save would lose",
-            "engine", 1, 1, Check},
+            "engine lump", 1, 1, Check},
     Command{"convert", "IN OUT", "Read IN (\"-\": the engine's own data) and write OUT as saving does",
-            "!engine iwad data-wad fresh", 2, 2, Convert},
-    Command{"table", "[PATCH] OUT.tbl", "Write the patched records as a table file", "!engine", 1, 2, Table},
+            "!engine iwad data-wad fresh lump", 2, 2, Convert},
+    Command{"table", "[PATCH] OUT.tbl", "Write the patched records as a table file", "!engine lump", 1, 2, Table},
     Command{"config", "FILE", "Read a configuration text and print it as the program writes it", "compact", 1, 1,
             Config},
     Command{"states", "[PATCH]", "Print the numbers of the states that something uses, or nothing",
-            "!engine thing weapon unused", 0, 1, States},
+            "!engine thing weapon unused lump", 0, 1, States},
 };
 
 } // namespace

@@ -38,7 +38,7 @@ _plinket3_cli() {
             _filedir wad
             return
             ;;
-        --thing | --weapon | --sprite)
+        --lump | --thing | --weapon | --sprite)
             return
             ;;
     esac
@@ -54,8 +54,8 @@ _plinket3_cli() {
         config) _filedir cfg ;;
         wad) _filedir wad ;;
         picture) _filedir '@(wad|ppm)' ;;
-        table) _filedir '@(deh|bex|tbl)' ;;
-        *) _filedir '@(deh|bex)' ;;
+        table) _filedir '@(deh|bex|wad|tbl)' ;;
+        *) _filedir '@(deh|bex|wad)' ;;
     esac
 } &&
     complete -F _plinket3_cli plinket3-cli

@@ -1,4 +1,3 @@
-#include "core/Files.h"
 #include "core/Text.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
@@ -86,13 +85,13 @@ std::string UpdateHeader(const PatchDocument& document, const PatchData& patch) 
     return updated.append(bytes, done);
 }
 
-Status ScanHeader(const std::filesystem::path& file, Header& header) {
+Status ScanHeader(const PatchPlace& place, Header& header) {
     std::string bytes;
-    if (Status status = ReadWholeFile(file, bytes); !status)
+    if (Status status = ReadPlace(place, bytes); !status)
         return status;
     if (Status status = ScanHeader(std::string_view(bytes), header); !status)
         return status;
-    header["filename"] = file.string();
+    header["filename"] = place.file.string();
     return {};
 }
 

@@ -1,4 +1,3 @@
-#include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
@@ -279,10 +278,10 @@ Status ReadableByEngines(std::string_view bytes) {
     return ParsePatch(bytes, none, PatchSet(), set).status;
 }
 
-bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& session) {
+bool ReadPatch(Notifier& notifier, const PatchPlace& place, Session& session) {
     std::string bytes;
-    if (const Status status = ReadWholeFile(file, bytes); !status) {
-        notifier.Show(MessageKind::Exclamation, "Could not read " + file.string() + ": " + status.Reason());
+    if (const Status status = ReadPlace(place, bytes); !status) {
+        notifier.Show(MessageKind::Exclamation, "Could not read " + place.Name() + ": " + status.Reason());
         return false;
     }
     PatchSet set;
@@ -300,7 +299,8 @@ bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& s
     }
     session.patch.current = std::move(set);
     session.patch.document = std::move(document);
-    session.patch.fileName = file;
+    session.patch.fileName = place.file;
+    session.patch.lump = place.lump;
     session.patch.named = true;
     session.patch.changed = false;
     if (result.unsupported)

@@ -109,6 +109,7 @@ struct PatchData {
     PatchSet defaults; // the engine's, never changed by editing
     PatchSet current;
     std::filesystem::path fileName;
+    std::string lump;     // in a WAD, as a `PatchPlace` names it; empty when the file is the patch
     bool named = false;   // the file name is one that the user chose
     bool changed = false; // there are unsaved changes
     std::int32_t doomVersion = 0, patchFormat = Dialect().patchFormat;

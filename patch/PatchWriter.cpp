@@ -1,4 +1,3 @@
-#include "core/Files.h"
 #include "core/Text.h"
 #include "core/Version.h"
 #include "patch/EngineNames.h"
@@ -316,20 +315,13 @@ Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine
     return {};
 }
 
-Status SavePatch(Program& program, const std::filesystem::path& file, bool createBackup) {
-    std::error_code ignored;
-    if (createBackup && std::filesystem::is_regular_file(file, ignored)) {
-        std::filesystem::path backup = file;
-        backup += ".bak";
-        if (const Status status = CopyFileAtomically(file, backup); !status)
-            return Status::Failure("no backup could be made: " + status.Reason());
-    }
+Status SavePatch(Program& program, const PatchPlace& place, bool createBackup, MissingLump missing) {
     std::string bytes;
     if (Status merged = FormatForSaving(program.patch, program.engine, bytes); !merged)
         return merged;
-    Status status = WriteFileAtomically(file, bytes);
+    Status status = WritePlace(place, bytes, createBackup, missing);
     if (status)
-        program.log.Add("Saved " + file.string());
+        program.log.Add("Saved " + place.Name());
     return status;
 }
 

@@ -2,10 +2,10 @@
 
 #include "core/Status.h"
 #include "patch/Cells.h"
+#include "patch/PatchPlace.h"
 #include "patch/Program.h"
 
 #include <cstddef>
-#include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
@@ -24,8 +24,8 @@ std::string HeaderValue(const Header& header, std::string_view name);
 /// A path without its folders. Paths in patches come from every platform.
 std::string_view FileNameOf(std::string_view path);
 
-/// Scans a patch for its header lines. Fails when the file cannot be read or when a header line stands in it twice.
-Status ScanHeader(const std::filesystem::path& file, Header& header);
+/// Scans a patch for its header lines. Fails when the patch cannot be read or when a header line stands in it twice.
+Status ScanHeader(const PatchPlace& place, Header& header);
 Status ScanHeader(std::string_view bytes, Header& header);
 
 /// What the user is told when a patch held sections that are not supported.
@@ -84,7 +84,7 @@ ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine,
 Status ReadableByEngines(std::string_view bytes);
 
 /// Reads a patch into `session.patch`, over its default set. Shows what goes wrong; the patch is then as it was.
-[[nodiscard]] bool ReadPatch(Notifier& notifier, const std::filesystem::path& file, Session& session);
+[[nodiscard]] bool ReadPatch(Notifier& notifier, const PatchPlace& place, Session& session);
 
 /// The differences between the two sets of `patch` as a patch file's bytes.
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
@@ -98,8 +98,8 @@ std::string UpdateHeader(const PatchDocument& document, const PatchData& patch);
 /// for a value that could not be read back.
 Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes);
 
-/// Writes the open patch in one step, after a copy of an existing file to its name + ".bak" when `createBackup`. Logs
-/// "Saved " and the name. After a failure the old file is as it was. Does not change `program.patch`.
-Status SavePatch(Program& program, const std::filesystem::path& file, bool createBackup);
+/// Writes the open patch as `WritePlace` does. Logs "Saved " and the name. Does not change `program.patch`.
+Status SavePatch(Program& program, const PatchPlace& place, bool createBackup,
+                 MissingLump missing = MissingLump::Fails);
 
 } // namespace plinket3::modPatchFiles

@@ -2,6 +2,7 @@
 
 #include "core/Text.h"
 #include "tests/support/TestSupport.h"
+#include "tests/wad/WadBytes.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -20,6 +21,7 @@ using Words = std::vector<std::string>;
 const std::filesystem::path buildFolder = DATA_FOLDER;
 const std::filesystem::path freedoom1 = "/usr/share/games/doom/freedoom1.wad",
                             freedoom2 = "/usr/share/games/doom/freedoom2.wad",
+                            dsdaWad = "/usr/share/dsda-doom/dsda-doom.wad",
                             chexPatch = "/usr/share/woof/autoload/chex.wad/chex.deh";
 const std::string start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
 
@@ -129,10 +131,25 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
               "Patch File for DeHackEd v3.0\r\n\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n"
               "Thing 12 (Imp (old))\r\nHit points = 16\r\n\r\n\r\n\r\n\r\n\r\n[STRINGS]\r\nQUITMSG = a b\r\n\r\n");
     EXPECT_EQ(Run("diff --rules engine -e boom19 @odd.bex @fresh.bex").out, "");
-    for (const std::filesystem::path& wad : {freedoom1, freedoom2}) {
-        Write("@lump.bex", Run("wad " + wad.string() + " DEHACKED").out);
-        ASSERT_EQ(Run("convert --rules auto -e boom19 @lump.bex @out.bex").exit, cli::done);
-        EXPECT_EQ(ReadFile(folder_ / "out.bex"), ReadFile(folder_ / "lump.bex"));
+}
+
+TEST_F(CliTest, KeepsEveryByteOfRealWads) {
+    const std::pair<std::filesystem::path, const char*> patches[]{{freedoom1, "DEHACKED"},
+                                                                  {freedoom2, "DEHACKED"},
+                                                                  {dsdaWad, "CHEXDEH"},
+                                                                  {dsdaWad, "NERVEBEX"},
+                                                                  {dsdaWad, "BFGBEX"}};
+    for (const auto& [file, lump] : patches) {
+        if (!std::filesystem::exists(file))
+            GTEST_SKIP() << "the Debian package of " << file << " is not installed";
+        std::string bytes = ReadFile(file);
+        bytes[0] = 'P';
+        Write("@a.wad", bytes);
+        const std::string options = std::string("convert --rules auto -e boom19 --lump ") + lump;
+        ASSERT_EQ(Run(options + " @a.wad @a.wad").exit, cli::done);
+        EXPECT_EQ(ReadFile(folder_ / "a.wad"), bytes) << file << " " << lump;
+        ASSERT_EQ(Run(options + " @a.wad @lump.bex").exit, cli::done);
+        EXPECT_EQ(ReadFile(folder_ / "lump.bex"), Run("wad @a.wad " + std::string(lump)).out);
     }
 }
 
@@ -165,6 +182,24 @@ TEST_F(CliTest, ReadsAndWritesNotesByEngineRules) {
               "Patch format = 6\r\n\r\n# tough\r\nThing 12 (Imp)\r\nHit points = 99\r\n\r\n\r\n\r\n# run\r\nFrame 9\r\n"
               "Duration = 3\r\n\r\n\r\n\r\n# pistol\r\nWeapon 1 (Pistol)\r\n\r\n\r\n\r\n");
     EXPECT_EQ(Run("diff --rules engine -e boom19 @a.bex @fresh.bex").out, "");
+}
+
+TEST_F(CliTest, WritesPatchesIntoWads) {
+    Write("@a.deh", "Thing 1\nMass = 7\n");
+    Write("@p.wad", WadBytes({{"MAP01", "x"}, {"DEHACKED", "Thing 1\nMass = 8\n"}, {"END", ""}}));
+    const std::string convert = "convert --rules engine -e boom19 ";
+    ASSERT_EQ(Run(convert + "@a.deh @p.wad").exit, cli::done);
+    EXPECT_EQ(ReadFile(folder_ / "p.wad"),
+              WadBytes({{"MAP01", "x"}, {"DEHACKED", "Thing 1\nMass = 7\n"}, {"END", ""}}));
+    ASSERT_EQ(Run(convert + "--lump new @a.deh @p.wad").exit, cli::done);
+    EXPECT_TRUE(Run("wad @p.wad").out.ends_with("\n3\tNEW\t94\t17\n")) << Run("wad @p.wad").out;
+    EXPECT_EQ(Dump("--rules engine -e boom19 --lump new @p.wad")["patch"]["lump"], "new");
+    const std::string iwad = WadBytes({{"DEHACKED", "Thing 1\n"}}, "IWAD");
+    Write("@i.wad", iwad);
+    EXPECT_EQ(Run(convert + "@a.deh @i.wad").error,
+              "plinket3-cli: @i.wad:DEHACKED: is an IWAD, which belongs to its game and is never written; a patch for "
+              "it goes into a WAD of your own\n");
+    EXPECT_EQ(ReadFile(folder_ / "i.wad"), iwad);
 }
 
 TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
@@ -261,6 +296,9 @@ TEST_F(CliTest, AnswersAndRefusesAsTold) {
         Write(name, start);
     Write("@deep.cfg", deep);
     Write("@twice.cfg", "a = 1;\nb { c; c; }");
+    Write("@p.wad", WadBytes({{"DEHACKED", start + "Thing 12\nHit points = 200\n"},
+                              {"dehacked", start + "Frame 5\nMiss = 1\n"},
+                              {"TEXT", "no patch"}}));
     Write("@bad.wad", std::string("PWAD\xff\xff\xff\x7f\xff\xff\xff\x7f", 12) + "x");
     mkfifo(Place("@fifo").c_str(), 0600);
     const std::string config = ReadFile(buildFolder / "config" / "doom19.cfg");

@@ -47,13 +47,14 @@ convert -e mbf|mbf19 mbf21
 --data one diff -e |convert
 --data=one diff -e |convert
 --data convert diff --i|
-check -|--data --help --rules --version -e
+check -|--data --help --lump --rules --version -e
 convert -e doom19 --i|--iwad
 convert --iwad |c.wad one sub
 convert --data-wad=|c.wad one sub
-convert -e doom19 a.deh |a.deh b.BEX one sub
-diff |a.deh b.BEX one sub
-table -e doom19 |a.deh b.BEX e.tbl one sub
+convert -e doom19 a.deh |a.deh b.BEX c.wad one sub
+convert --lump |
+diff |a.deh b.BEX c.wad one sub
+table -e doom19 |a.deh b.BEX c.wad e.tbl one sub
 config |d.cfg one sub
 wad |c.wad one sub
 wad --sprite |

@@ -31,6 +31,19 @@ std::string WadBytes(const std::vector<Lump>& lumps, std::string_view identifica
     return WadHeader(identification, static_cast<std::int32_t>(lumps.size()), 12) + directory + data;
 }
 
+std::vector<Lump> LumpsOf(std::string_view wad) {
+    ByteReader header(wad, 4);
+    std::vector<Lump> lumps(static_cast<std::size_t>(header.Int32()));
+    ByteReader directory(wad, static_cast<std::size_t>(header.Int32()));
+    for (Lump& lump : lumps) {
+        const std::int32_t offset = directory.Int32(), size = directory.Int32();
+        lump.name = directory.Text(8);
+        if (size > 0)
+            lump.bytes = wad.substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(size));
+    }
+    return lumps;
+}
+
 std::string PictureBytes(int width, int height, const std::vector<std::int32_t>& columnOffsets,
                          std::string_view posts) {
     ByteWriter writer;
