@@ -51,6 +51,13 @@ std::vector<int> IndicesIn(const clsWad& wad, std::string_view name) {
     return IndicesOf(name, wad.LumpCount(), [&wad](int lump) { return wad.lumpName(lump); });
 }
 
+Status OpenToWrite(const std::filesystem::path& file, WadEdit& wad) {
+    std::string bytes;
+    if (Status read = ReadWholeFile(file, bytes); !read)
+        return read;
+    return wad.Open(std::move(bytes));
+}
+
 Status PutLump(const PatchPlace& place, std::string_view bytes, MissingLump missing, WadEdit& wad) {
     const LumpWords words = Parse(place.lump);
     const std::vector<int> indices =
@@ -72,6 +79,11 @@ bool IsWad(const std::filesystem::path& file) {
         return false;
     const std::string_view identification(start.data(), start.size());
     return identification == "IWAD" || identification == "PWAD";
+}
+
+Status IsWritableWad(const std::filesystem::path& file) {
+    WadEdit wad;
+    return OpenToWrite(file, wad);
 }
 
 std::vector<PatchLump> FindPatchLumps(const std::filesystem::path& wad, std::string_view name) {
@@ -110,10 +122,7 @@ Status ReadPlace(const PatchPlace& place, std::string& bytes) {
 Status WritePlace(const PatchPlace& place, std::string_view bytes, bool createBackup, MissingLump missing) {
     WadEdit wad;
     if (!place.lump.empty()) {
-        std::string old;
-        if (Status read = ReadWholeFile(place.file, old); !read)
-            return read;
-        if (Status opened = wad.Open(std::move(old)); !opened)
+        if (Status opened = OpenToWrite(place.file, wad); !opened)
             return opened;
         if (Status put = PutLump(place, bytes, missing, wad); !put)
             return put;

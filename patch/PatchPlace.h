@@ -33,6 +33,9 @@ struct PatchPlace {
 /// Whether a regular file begins as IWADs and PWADs do.
 bool IsWad(const std::filesystem::path& file);
 
+/// Fails, with the reason, for an IWAD and for a WAD that cannot be rewritten safely.
+Status IsWritableWad(const std::filesystem::path& file);
+
 struct PatchLump {
     std::string lump;      // as in a place: the name, with "#" and a number when there are several
     int index = 0;         // in the WAD's directory

@@ -16,8 +16,10 @@ namespace plinket3 {
 
 namespace {
 
-constexpr const char* openFilter = "All known file types|*.deh;*.bex|Dehacked files (*.deh)|*.deh|"
-                                   "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*";
+constexpr const char* openFilter = "All known file types|*.deh;*.bex;*.wad|Dehacked files (*.deh)|*.deh|"
+                                   "Extended Dehacked files (*.bex)|*.bex|WAD files (*.wad)|*.wad|"
+                                   "All files (*.*)|*.*";
+constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
 constexpr const char* normalFilter = "Dehacked files (*.deh)|*.deh|All files (*.*)|*.*";
 constexpr const char* extendedFilter = "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*";
 constexpr const char* tableFilter = "Plinket3 table files (*.tbl)|*.tbl|All files (*.*)|*.*";
@@ -61,7 +63,7 @@ void FileCommands::createNewFile() {
 std::string FileCommands::KeptRefusal(const PatchToOpen& patch) const {
     modPatchFiles::Header header;
     if (const Status status = modPatchFiles::ScanHeader(std::string_view(patch.bytes), header); !status)
-        return "Could not open " + patch.file.string() + ": " + status.Reason();
+        return "Could not open " + patch.place.Name() + ": " + status.Reason();
     if (LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) != Dialect().patchFormat)
         return "Invalid file or unsupported patch version.";
     if (!FirstEngineOfVersion(program_.engines, VersionIn(header)))
@@ -69,18 +71,18 @@ std::string FileCommands::KeptRefusal(const PatchToOpen& patch) const {
     return {};
 }
 
-std::optional<PatchToOpen> FileCommands::ToOpen(const std::filesystem::path& file) const {
-    PatchToOpen patch{file, {}, {}};
+std::optional<PatchToOpen> FileCommands::ToOpen(const PatchPlace& place) const {
+    PatchToOpen patch{place, {}, {}};
     std::string refusal;
-    if (const Status status = ReadWholeFile(file, patch.bytes); !status) {
-        refusal = "Could not open " + file.string() + ": " + status.Reason();
+    if (const Status status = ReadPlace(place, patch.bytes); !status) {
+        refusal = "Could not open " + place.Name() + ": " + status.Reason();
     } else {
         // By engine rules a header line that stands twice does not matter.
         static_cast<void>(modPatchFiles::ScanHeader(std::string_view(patch.bytes), patch.header));
         refusal = KeptRefusal(patch);
         if (RulesSettingIn(program_.settings) != RulesSetting::Kept && !refusal.empty()) {
             const Status status = modPatchFiles::ReadableByEngines(patch.bytes);
-            refusal = status ? std::string() : "Could not open " + file.string() + ": " + status.Reason();
+            refusal = status ? std::string() : "Could not open " + place.Name() + ": " + status.Reason();
         }
     }
     if (refusal.empty())
@@ -102,25 +104,76 @@ void FileCommands::openFile(const std::filesystem::path& path) {
     if (error)
         file = chosen;
 
-    const std::optional<PatchToOpen> patch = ToOpen(file);
+    const std::optional<PatchPlace> place = PlaceIn(file);
+    const std::optional<PatchToOpen> patch = place ? ToOpen(*place) : std::nullopt;
     if (!patch)
         return;
     std::optional<Session> session = sessionDialog_(&*patch);
-    if (!session || !modPatchFiles::ReadPatch(program_.notifier, file, *session))
+    if (!session || !modPatchFiles::ReadPatch(program_.notifier, *place, *session))
         return;
     Adopt(std::move(*session));
     recovery_.Forget();
     AddRecent(file);
-    emit StatusText(tr("Opened %1").arg(ShownPath(file)));
+    emit StatusText(tr("Opened %1").arg(ShownPath(place->Name())));
 }
 
-bool FileCommands::SaveTo(const std::filesystem::path& file) {
-    const bool createBackup = program_.settings.Number("createBackup") == 1;
-    if (const Status status = modPatchFiles::SavePatch(program_, file, createBackup); !status) {
-        program_.notifier.Show(MessageKind::Exclamation, "Could not save " + file.string() + ": " + status.Reason());
-        return false;
+std::optional<PatchPlace> FileCommands::PlaceIn(const std::filesystem::path& file) {
+    if (!IsWad(file))
+        return PatchPlace(file);
+    const std::vector<PatchLump> lumps = FindPatchLumps(file);
+    if (lumps.empty()) {
+        BeginPatchIn({file, std::string(patchLump)});
+        return std::nullopt;
     }
+    if (lumps.size() == 1)
+        return PatchPlace(file, lumps.front().lump);
+    QStringList rows;
+    for (const PatchLump& lump : lumps)
+        rows.append(tr("%1: lump %2 of the WAD, %3 bytes").arg(ShownText(lump.lump)).arg(lump.index).arg(lump.size));
+    const int row = dialogs_.Choose(
+        tr("Open a patch"),
+        tr("%1 holds several patches. Games read them all, in this order.").arg(ShownPath(file.filename())), rows);
+    if (row < 0)
+        return std::nullopt;
+    return PatchPlace(file, lumps[static_cast<std::size_t>(row)].lump);
+}
+
+void FileCommands::BeginPatchIn(const PatchPlace& place) {
+    if (const Status status = IsWritableWad(place.file); !status) {
+        program_.notifier.Show(MessageKind::Exclamation,
+                               place.file.string() + " holds no patch, and none can be added: " + status.Reason());
+        return;
+    }
+    if (program_.notifier.Ask(place.file.string() + " holds no patch. Do you want to add one?", Buttons::YesNo) !=
+        Answer::Yes)
+        return;
+    std::optional<Session> session = sessionDialog_(nullptr);
+    if (!session)
+        return;
+    session->patch.fileName = place.file;
+    session->patch.lump = place.lump;
+    session->patch.named = true;
+    Adopt(std::move(*session));
+    edits_.MarkChangedForGood();
+    recovery_.Forget();
+    AddRecent(place.file);
+    emit StatusText(tr("A new patch, which the next save puts into %1").arg(ShownPath(place.file)));
+}
+
+bool FileCommands::Write(const PatchPlace& place) {
+    const bool createBackup = program_.settings.Number("createBackup") == 1;
+    const Status status = modPatchFiles::SavePatch(program_, place, createBackup, MissingLump::IsAdded);
+    if (!status)
+        program_.notifier.Show(MessageKind::Exclamation, "Could not save " + place.Name() + ": " + status.Reason());
+    return static_cast<bool>(status);
+}
+
+bool FileCommands::SaveTo(const PatchPlace& place) {
+    if (!Write(place))
+        return false;
+    const std::filesystem::path& file = place.file;
     program_.patch.fileName = file;
+    program_.patch.lump = place.lump;
     program_.patch.named = true;
     stamp_ = StampOf(file);
     asked_.reset();
@@ -128,7 +181,7 @@ bool FileCommands::SaveTo(const std::filesystem::path& file) {
     recovery_.Forget();
     emit Saved();
     AddRecent(file);
-    emit StatusText(tr("Saved %1").arg(ShownPath(file)));
+    emit StatusText(tr("Saved %1").arg(ShownPath(place.Name())));
     if (!program_.engine.dialect.EngineRules())
         emit GamesReadOtherwise(ReadOtherwise(modPatchFiles::FormatPatch(program_.patch, program_.engine),
                                               program_.patch, program_.engine));
@@ -145,15 +198,49 @@ bool FileCommands::Save() {
                                          " was changed by another program. Do you want to overwrite it?",
                                      Buttons::NoYes) != Answer::Yes)
         return false;
-    return SaveTo(file);
+    return SaveTo(Place());
 }
 
 bool FileCommands::SaveAs() {
-    const QString file =
-        dialogs_.SaveFile(QStringLiteral("Save patch file"),
-                          QString::fromLatin1(program_.engine.dialect.IsExtended() ? extendedFilter : normalFilter),
-                          ShownPath(program_.patch.fileName));
-    return !file.isEmpty() && SaveTo(StoredPath(file));
+    const std::filesystem::path file = AskForPatchFile(QStringLiteral("Save patch file"));
+    return !file.empty() && SaveTo(file);
+}
+
+std::filesystem::path FileCommands::AskForPatchFile(const QString& title) {
+    std::filesystem::path proposed = program_.patch.fileName;
+    if (!program_.patch.lump.empty())
+        proposed.replace_extension(program_.engine.dialect.fileEnding);
+    const std::filesystem::path file = StoredPath(dialogs_.SaveFile(
+        title, QString::fromLatin1(program_.engine.dialect.IsExtended() ? extendedFilter : normalFilter),
+        ShownPath(proposed)));
+    if (!IsWad(file))
+        return file;
+    program_.notifier.Show(MessageKind::Exclamation,
+                           file.string() + " is a WAD. File, Put into WAD... puts the patch into it.");
+    return {};
+}
+
+void FileCommands::SaveLumpAs() {
+    const std::filesystem::path file = AskForPatchFile(QStringLiteral("Save lump"));
+    if (!file.empty() && Write(file))
+        emit StatusText(tr("Saved a copy as %1").arg(ShownPath(file)));
+}
+
+void FileCommands::PutIntoWad() {
+    const QString file = dialogs_.OpenFile(QStringLiteral("Put into WAD"), QString::fromLatin1(wadFilter));
+    if (file.isEmpty())
+        return;
+    const PatchPlace place(StoredPath(file), std::string(patchLump));
+    if (const Status status = IsWritableWad(place.file); !status) {
+        program_.notifier.Show(MessageKind::Exclamation, "Could not save " + place.Name() + ": " + status.Reason());
+        return;
+    }
+    if (!FindPatchLumps(place.file).empty() &&
+        program_.notifier.Ask(place.file.string() + " holds a patch already. Do you want to replace it?",
+                              Buttons::NoYes) != Answer::Yes)
+        return;
+    if (Write(place))
+        emit StatusText(tr("Put into %1").arg(ShownPath(place.Name())));
 }
 
 void FileCommands::AddRecent(const std::filesystem::path& file) {
@@ -321,7 +408,7 @@ void FileCommands::CheckFileOnDisk() {
 }
 
 bool FileCommands::ReadAgain(Rules rules) {
-    const std::optional<PatchToOpen> patch = ToOpen(program_.patch.fileName);
+    const std::optional<PatchToOpen> patch = ToOpen(Place());
     if (!patch)
         return false;
     if (rules == Rules::Kept) {
@@ -335,7 +422,7 @@ bool FileCommands::ReadAgain(Rules rules) {
     }
     Session session = static_cast<const Session&>(program_);
     session.engine.dialect = session.engine.dialect.By(rules);
-    if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, session))
+    if (!modPatchFiles::ReadPatch(program_.notifier, Place(), session))
         return false;
     Adopt(std::move(session));
     recovery_.Forget();
@@ -359,7 +446,7 @@ void FileCommands::SwitchRules() {
 void FileCommands::GoOnByEngineRules() {
     Session saved = static_cast<const Session&>(program_);
     saved.engine.dialect = saved.engine.dialect.AsEngines();
-    if (!modPatchFiles::ReadPatch(program_.notifier, program_.patch.fileName, saved))
+    if (!modPatchFiles::ReadPatch(program_.notifier, Place(), saved))
         return;
     program_.engine.dialect = saved.engine.dialect;
     program_.patch.document = saved.patch.document;

@@ -29,11 +29,14 @@ public:
     bool SessionOpen() const { return sessionOpen_; }
 
     void createNewFile();
-    /// Opens a patch; an empty path asks for one first.
+    /// Opens a patch, or one of those in a WAD; an empty path asks for one first.
     void openFile(const std::filesystem::path& path);
     /// True when the patch was saved.
     bool Save();
     bool SaveAs();
+    /// Writes the open patch, as a save would, to a file of its own or as a lump into a WAD. What is open stays so.
+    void SaveLumpAs();
+    void PutIntoWad();
     /// Reads the open patch again, once unsaved changes are settled, by the other rules; a new patch just goes by them
     /// from here on. Does nothing when the engine leaves no choice.
     void SwitchRules();
@@ -71,12 +74,21 @@ private:
     std::optional<FileStamp> ChangedStamp() const;
 
     bool MayLoseChanges();
+    PatchPlace Place() const { return {program_.patch.fileName, program_.patch.lump}; }
+    /// The patch in a file, for a WAD with several the one that is chosen; none when the WAD has none, or that is given
+    /// up. Offers to begin a patch in a WAD without one.
+    std::optional<PatchPlace> PlaceIn(const std::filesystem::path& file);
+    void BeginPatchIn(const PatchPlace& place);
     /// A patch that can be opened by one of the rules; shows what is wrong with another.
-    std::optional<PatchToOpen> ToOpen(const std::filesystem::path& file) const;
+    std::optional<PatchToOpen> ToOpen(const PatchPlace& place) const;
     /// Why the kept rules refuse a patch whatever the engine; empty when they do not.
     std::string KeptRefusal(const PatchToOpen& patch) const;
     void Adopt(Session session);
-    bool SaveTo(const std::filesystem::path& file);
+    /// A file to save the open patch in; empty when none is chosen. Tells that a WAD is none.
+    std::filesystem::path AskForPatchFile(const QString& title);
+    bool SaveTo(const PatchPlace& place);
+    /// Writes the open patch there; shows why that fails.
+    bool Write(const PatchPlace& place);
     void AddRecent(const std::filesystem::path& file);
     /// Reads the patch's file again; shows why when it cannot be read by these rules.
     bool ReadAgain(Rules rules);

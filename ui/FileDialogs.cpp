@@ -43,6 +43,13 @@ bool HasEnding(const QString& file) {
 
 } // namespace
 
+int QtFileDialogs::Choose(const QString& title, const QString& prompt, const QStringList& rows) {
+    bool chosen = false;
+    const QString row =
+        QInputDialog::getItem(FrontWindow(), title, prompt, rows, static_cast<int>(rows.size()) - 1, false, &chosen);
+    return chosen ? static_cast<int>(rows.indexOf(row)) : -1;
+}
+
 QString QtFileDialogs::Remember(const QString& file) {
     if (!file.isEmpty())
         settings_.Text(lastFolderKey, StoredPath(QFileInfo(file).absolutePath()).string());

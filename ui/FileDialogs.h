@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace plinket3 {
 
@@ -21,6 +22,8 @@ public:
     /// A line of text; empty when the user cancels.
     virtual QString AskText(const QString& title, const QString& prompt, const QString& start,
                             Characters characters) = 0;
+    /// The row that is chosen from a list; -1 when the user cancels.
+    virtual int Choose(const QString& title, const QString& prompt, const QStringList& rows) = 0;
 };
 
 /// The real dialogs. They start in the folder of the setting "lastDir" and remember it.
@@ -30,6 +33,7 @@ public:
     QString OpenFile(const QString& title, const QString& filter) override;
     QString SaveFile(const QString& title, const QString& filter, const QString& proposed) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start, Characters characters) override;
+    int Choose(const QString& title, const QString& prompt, const QStringList& rows) override;
 
 private:
     QString Remember(const QString& file);

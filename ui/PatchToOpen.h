@@ -1,15 +1,15 @@
 #pragma once
 
+#include "patch/PatchPlace.h"
 #include "patch/modPatchFiles.h"
 
-#include <filesystem>
 #include <string>
 
 namespace plinket3 {
 
 /// A patch as it was found, before it is chosen what it is edited against.
 struct PatchToOpen {
-    std::filesystem::path file;
+    PatchPlace place;
     std::string bytes;
     modPatchFiles::Header header; // as far as it can be told
 };

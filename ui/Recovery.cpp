@@ -4,6 +4,7 @@
 #include "core/Numbers.h"
 #include "core/clsConfiguration.h"
 #include "patch/PatchDocument.h"
+#include "patch/PatchPlace.h"
 #include "patch/modPatchFiles.h"
 #include "patch/modTables.h"
 #include "ui/LatinText.h"
@@ -46,6 +47,19 @@ std::vector<ParRecord> ParsOf(const SettingTree& root) {
     return pars;
 }
 
+Notes NotesOf(const SettingTree& root) {
+    Notes notes;
+    const SettingValue* value = root.Find("notes");
+    const auto* tree = value == nullptr ? nullptr : std::get_if<std::shared_ptr<SettingTree>>(value);
+    if (tree == nullptr)
+        return notes;
+    for (const auto& entry : (*tree)->Entries())
+        if (const auto* note = std::get_if<std::shared_ptr<SettingTree>>(&entry.second))
+            notes[{static_cast<RecordKind>(NumberOf(**note, "kind")), NumberOf(**note, "record")}] =
+                TextOf(**note, "text");
+    return notes;
+}
+
 /// The numbers are kept as texts, since those of the format do not hold 64 bits.
 std::optional<FileStamp> FileStampOf(const SettingTree& root) {
     const auto number = [&root](std::string_view key) {
@@ -80,6 +94,7 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
         return std::nullopt;
     RecoveredPatch recovered;
     recovered.fileName = TextOf(*root, "fileName");
+    recovered.lump = TextOf(*root, "lump");
     recovered.engineConfig = TextOf(*root, "engineConfig");
     recovered.iwadPath = TextOf(*root, "iwad");
     recovered.dataWadPath = TextOf(*root, "dataWad");
@@ -96,6 +111,7 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     }
     recovered.defaultsTable = bytes;
     recovered.pars = ParsOf(*root);
+    recovered.notes = NotesOf(*root);
     recovered.stamp = FileStampOf(*root);
     return recovered;
 }
@@ -153,6 +169,7 @@ Status Recovery::Keep(const PatchData& patch, Rules rules, const std::optional<F
     const auto root = texts.Root(true);
     root->Set("type", std::string(recoveryType));
     root->Set("fileName", patch.fileName.string());
+    root->Set("lump", patch.lump);
     root->Set("named", patch.named ? 1 : 0);
     root->Set("engineRules", rules == Rules::Engine ? 1 : 0);
     root->Set("engineConfig", patch.engineConfig);
@@ -171,6 +188,15 @@ Status Recovery::Keep(const PatchData& patch, Rules rules, const std::optional<F
         pars->Set(std::to_string(i), par);
     }
     root->Set("pars", pars);
+    const auto notes = std::make_shared<SettingTree>();
+    for (const auto& [record, text] : patch.current.notes) {
+        const auto note = std::make_shared<SettingTree>();
+        note->Set("kind", static_cast<std::int32_t>(record.first));
+        note->Set("record", record.second);
+        note->Set("text", text);
+        notes->Set(std::to_string(notes->Count()), note);
+    }
+    root->Set("notes", notes);
     const std::string table = modTables::FormatTable(patch.current, withStrings);
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
     const std::string document = patch.document ? patch.document->Bytes() : std::string();
@@ -268,7 +294,8 @@ namespace {
 /// could name any other one in it, which a save would replace.
 bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
     std::string bytes;
-    if (!recovered.stamp || StampOf(recovered.fileName) != recovered.stamp || !ReadWholeFile(recovered.fileName, bytes))
+    if (!recovered.stamp || StampOf(recovered.fileName) != recovered.stamp ||
+        !ReadPlace({recovered.fileName, recovered.lump}, bytes))
         return false;
     if (dialect.EngineRules())
         return static_cast<bool>(modPatchFiles::ReadableByEngines(bytes));
@@ -296,10 +323,14 @@ bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
             return false;
     }
     set.pars = recovered.pars;
+    for (const auto& [record, text] : recovered.notes)
+        if (const Cell note{record.first, record.second, noteField}; HasCell(set, note))
+            WriteCell(set, note, text);
     session.patch.document = std::move(document);
     session.patch.current = std::move(set);
     session.patch.defaults = std::move(defaults);
     session.patch.fileName = recovered.fileName;
+    session.patch.lump = recovered.lump;
     session.patch.named = recovered.named && IsStillThere(recovered, session.engine.dialect);
     return true;
 }

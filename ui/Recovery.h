@@ -17,7 +17,7 @@ namespace plinket3 {
 
 /// Unsaved work of a run that ended without its shut-down.
 struct RecoveredPatch {
-    std::string fileName, engineConfig, iwadPath, dataWadPath;
+    std::string fileName, lump, engineConfig, iwadPath, dataWadPath;
     bool named = false;
     Rules rules = Rules::Kept;
     std::string document; // by engine rules the file as it was opened; empty for a new patch
@@ -25,6 +25,7 @@ struct RecoveredPatch {
     // whatever the mode.
     std::string table, defaultsTable;
     std::vector<ParRecord> pars;
+    Notes notes;
     std::optional<FileStamp> stamp; // of the patch's file as the run knew it
 };
 

@@ -3,6 +3,7 @@
 #include "core/Version.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
+#include "ui/frmPatchNotes.h"
 #include "ui/frmRecovered.h"
 
 #include <QAction>
@@ -49,6 +50,7 @@ constexpr DialogPage dialogPages[]{
     {"frmOptions", "options.md"},
     {"frmFindIWADs", "options.md#iwads"},
     {"frmRecovered", "saving.md#unsaved-work"},
+    {"frmPatchNotes", "rules.md#notes"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
     {"frmSelectSprite", "states.md#choosing-a-sprite"},
@@ -75,7 +77,8 @@ QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLi
 
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
-      rulesBar_(new RulesBar), recovery_(program.settingsFolder), editors_(program, edits, audio, dialogs, *area_),
+      rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)), recovery_(program.settingsFolder),
+      editors_(program, edits, audio, dialogs, *area_),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -85,6 +88,8 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     column->addWidget(rulesBar_);
     column->addWidget(area_, 1);
     setCentralWidget(centre);
+    addDockWidget(Qt::BottomDockWidgetArea, otherLines_);
+    otherLines_->hide();
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -102,6 +107,8 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
         RefreshSave();
     });
     connect(&commands_, &FileCommands::SessionChanged, this, &frmMain::SessionChanged);
+    for (const auto signal : {&FileCommands::SessionChanged, &FileCommands::Saved})
+        connect(&commands_, signal, otherLines_, &OtherLinesDock::Refresh);
     connect(&commands_, &FileCommands::Saved, this, [this] {
         updateCaption();
         RefreshSave();
@@ -144,13 +151,18 @@ void frmMain::BuildFileMenu() {
     fileSaveAs_ = Action("FileSaveAs", tr("Save &as..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     fileLoadTable_ = Action("FileLoadTable", tr("&Load table..."));
     fileSaveTable_ = Action("FileSaveTable", tr("Save &table..."));
+    filePatchNotes_ = Action("FilePatchNotes", tr("&Patch notes..."));
     fileRecovered_ = Action("FileRecovered", tr("&Recovered work..."));
     fileExit_ = Action("FileExit", tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    fileSaveLump_ = Action("FileSaveLump", tr("Save l&ump as..."));
+    filePutIntoWad_ = Action("FilePutIntoWad", tr("Put into &WAD..."));
     menu->addActions({fileNew_, fileOpen_, fileSave_, fileSaveAs_});
+    menu->addSeparator();
+    menu->addActions({fileSaveLump_, filePutIntoWad_});
     menu->addSeparator();
     menu->addActions({fileLoadTable_, fileSaveTable_});
     menu->addSeparator();
-    menu->addAction(fileRecovered_);
+    menu->addActions({filePatchNotes_, fileRecovered_});
     menu->addSeparator();
     for (std::size_t i = 0; i < recentCount; ++i) {
         recent_[i] = Action("Recent", {});
@@ -166,8 +178,11 @@ void frmMain::BuildFileMenu() {
     connect(fileOpen_, &QAction::triggered, &commands_, [this] { commands_.openFile({}); });
     connect(fileSave_, &QAction::triggered, &commands_, &FileCommands::Save);
     connect(fileSaveAs_, &QAction::triggered, &commands_, &FileCommands::SaveAs);
+    connect(fileSaveLump_, &QAction::triggered, &commands_, &FileCommands::SaveLumpAs);
+    connect(filePutIntoWad_, &QAction::triggered, &commands_, &FileCommands::PutIntoWad);
     connect(fileLoadTable_, &QAction::triggered, &commands_, &FileCommands::LoadTable);
     connect(fileSaveTable_, &QAction::triggered, &commands_, &FileCommands::SaveTable);
+    connect(filePatchNotes_, &QAction::triggered, this, &frmMain::EditPatchNotes);
     connect(fileRecovered_, &QAction::triggered, this, &frmMain::ShowRecovered);
     connect(fileExit_, &QAction::triggered, this, &QWidget::close);
     UpdateRecentList();
@@ -199,6 +214,11 @@ void frmMain::BuildViewMenu() {
         menu->addAction(action);
         connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
     }
+    menu->addSeparator();
+    QAction* otherLines = otherLines_->toggleViewAction();
+    otherLines->setObjectName(QStringLiteral("ViewOtherLines"));
+    otherLines->setText(tr("Other &lines"));
+    menu->addAction(otherLines);
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -311,6 +331,13 @@ void frmMain::ShowRecovered() {
         commands_.OpenKept(*work);
 }
 
+void frmMain::EditPatchNotes() {
+    frmPatchNotes dialog(
+        std::get<std::string>(edits_.Value(patchNotes)), [this](const QString& why) { Tell(why); }, this);
+    if (const std::optional<std::string> notes = dialog.Edit())
+        edits_.Store(patchNotes, *notes);
+}
+
 void frmMain::ShowManual(const QString& page) {
     if (!manual_)
         manual_ = std::make_unique<frmManual>(program_, state_);
@@ -354,8 +381,11 @@ void frmMain::SessionChanged() {
 void frmMain::SetEditBar(bool enabled) {
     for (QAction* action : viewEditors_)
         action->setEnabled(enabled);
-    for (QAction* action : {fileSave_, fileSaveAs_, fileLoadTable_, fileSaveTable_})
+    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
+    fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
+    filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());
+    filePatchNotes_->setToolTip(tr("The comments at the head of a patch that is open by engine rules"));
     // Only extended patches have par times.
     if (commands_.SessionOpen() && !program_.engine.dialect.IsExtended())
         viewEditors_[parEditor]->setEnabled(false);
@@ -374,7 +404,7 @@ void frmMain::updateCaption() {
         return;
     }
     setWindowTitle(QStringLiteral("Plinket3 - [%1] - %2")
-                       .arg(ShownPath(program_.patch.fileName),
+                       .arg(ShownPath(PatchPlace(program_.patch.fileName, program_.patch.lump).Name()),
                             program_.engine.dialect.IsExtended() ? tr("Extended mode") : tr("Normal mode")));
 }
 

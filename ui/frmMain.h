@@ -2,6 +2,7 @@
 
 #include "ui/EditorSet.h"
 #include "ui/FileCommands.h"
+#include "ui/OtherLinesDock.h"
 #include "ui/RulesBar.h"
 #include "ui/WindowState.h"
 #include "ui/frmAbout.h"
@@ -87,6 +88,7 @@ private:
     void RestorePlaces();
     void RestoreEditor(std::size_t editor);
     void ShowRecovered();
+    void EditPatchNotes();
     void KeepPlaces();
     std::optional<Session> ChooseSession(const PatchToOpen* patch);
 
@@ -96,6 +98,7 @@ private:
     WindowState state_;
     QMdiArea* area_;
     RulesBar* rulesBar_;
+    OtherLinesDock* otherLines_;
     Recovery recovery_;
     EditorSet editors_;
     FileCommands commands_;
@@ -106,8 +109,9 @@ private:
     std::unique_ptr<frmStartup> startup_;
 
     QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
-            *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
-            *editUndo_ = nullptr, *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
+            *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr, *editUndo_ = nullptr,
+            *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

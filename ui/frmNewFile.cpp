@@ -180,14 +180,15 @@ void frmNewFile::SelectConfig(const PatchToOpen& patch) {
         const auto last = static_cast<std::size_t>(std::max(cmbEngines_->currentIndex(), 0));
         std::optional<std::size_t> likely;
         if (RulesSettingIn(environment_.settings) != RulesSetting::Engine)
-            likely = RecommendEngine(environment_, header, patch.bytes, patch.file, last);
+            likely = RecommendEngine(environment_, header, patch.bytes, patch.place.file, last);
         if (!likely)
-            likely = RecommendEngine(environment_, header, patch.bytes, patch.file, last, Rules::Engine);
+            likely = RecommendEngine(environment_, header, patch.bytes, patch.place.file, last, Rules::Engine);
         cmbEngines_->setCurrentIndex(static_cast<int>(likely.value_or(0)));
     }
     txtDataWad_->setText(ShownPath(modPatchFiles::HeaderValue(header, "datawad")));
     ProposeRules();
-    setWindowTitle(tr("File settings of %1").arg(ShownPath(patch.file.filename())));
+    setWindowTitle(
+        tr("File settings of %1").arg(ShownPath(PatchPlace(patch.place.file.filename(), patch.place.lump).Name())));
 }
 
 std::optional<Session> frmNewFile::Choose() {

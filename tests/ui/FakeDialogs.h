@@ -24,6 +24,15 @@ public:
         return Answer(title, prompt);
     }
 
+    /// The answer begins the row.
+    int Choose(const QString& title, const QString& prompt, const QStringList& rows) override {
+        const QString answer = Answer(title, prompt);
+        for (int row = 0; row < rows.size(); ++row)
+            if (!answer.isEmpty() && rows[row].startsWith(answer))
+                return row;
+        return -1;
+    }
+
     std::string lastDetail; // the filter or prompt of the last one
 
 private:

@@ -98,8 +98,9 @@ TEST_F(FileCommandsTest, AnUnnamedPatchAsksForItsName) {
 TEST_F(FileCommandsTest, OpenAsksForAFileWithoutAPathAndRemembersIt) {
     dialogs.Expect("Load patch file", "");
     commands->openFile({});
-    EXPECT_EQ(dialogs.lastDetail, "All known file types|*.deh;*.bex|Dehacked files (*.deh)|*.deh|"
-                                  "Extended Dehacked files (*.bex)|*.bex|All files (*.*)|*.*");
+    EXPECT_EQ(dialogs.lastDetail, "All known file types|*.deh;*.bex;*.wad|Dehacked files (*.deh)|*.deh|"
+                                  "Extended Dehacked files (*.bex)|*.bex|WAD files (*.wad)|*.wad|"
+                                  "All files (*.*)|*.*");
     EXPECT_EQ(sessionsAsked, 0);
     const std::string file = Open("mine.deh", normalPatch);
     EXPECT_EQ(program.patch.current.things[11].hitPoints, 200);
@@ -308,6 +309,8 @@ TEST_F(FileCommandsTest, ByEngineRulesASaveTouchesWhatWasChangedAlsoAfterACrash)
     const std::string mine = Open("mine.deh", oddPatch);
     EXPECT_EQ(program.patch.current.things[11].hitPoints, 64);
     Edit();
+    edits.Store({RecordKind::Thing, 11, noteField}, std::string("\"my\" \\ note\nof two lines"));
+    edits.Store(patchNotes, std::string("by me"));
     commands->KeepRecovery();
     commands = nullptr;
     recovery = std::make_unique<Recovery>(program.settingsFolder); // the crash: another place
@@ -318,8 +321,12 @@ TEST_F(FileCommandsTest, ByEngineRulesASaveTouchesWhatWasChangedAlsoAfterACrash)
     EXPECT_TRUE(commands->OfferRecovery());
     EXPECT_TRUE(commands->Save());
     std::string expected(oddPatch);
-    EXPECT_EQ(ReadFile(mine), expected.replace(expected.find("0100"), 4, "999"));
+    expected.replace(expected.find("0100"), 4, "999");
+    expected.replace(expected.find("by hand"), 7, "by me");
+    EXPECT_EQ(ReadFile(mine), expected.insert(expected.find("Thing"), "# \"my\" \\ note\n# of two lines\n"));
     edits.Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 64);
+    edits.Store({RecordKind::Thing, 11, noteField}, std::string());
+    edits.Store(patchNotes, std::string("by hand"));
     EXPECT_TRUE(commands->Save());
     EXPECT_EQ(ReadFile(mine), oddPatch) << "what is as it was opened is written as it was";
 }
@@ -353,6 +360,54 @@ TEST_F(FileCommandsTest, RulesAreSwitchedByReadingAgainOrWithAllAsItStands) {
     EXPECT_TRUE(program.engine.dialect.EngineRules());
     commands->SwitchRules();
     EXPECT_TRUE(program.engine.dialect.EngineRules());
+}
+
+TEST_F(FileCommandsTest, PatchesInWadsAreOpenedSavedAndPutThere) {
+    program.settings.Number("patchRules", static_cast<int>(RulesSetting::Engine));
+    rules = Rules::Engine;
+    const auto wad = [](std::string_view first, std::string_view second) {
+        return test::WadBytes({{"DEHACKED", std::string(first)}, {"MAP01", "x"}, {"DEHACKED", std::string(second)}});
+    };
+    dialogs.Expect("Open a patch", "DEHACKED#1");
+    const std::string file = Open("two.wad", wad(oddPatch, normalPatch));
+    EXPECT_EQ(program.patch.current.things[11].hitPoints, 64);
+    Edit();
+    EXPECT_TRUE(commands->Save());
+    std::string edited(oddPatch);
+    edited.replace(edited.find("0100"), 4, "999");
+    EXPECT_EQ(ReadFile(file), wad(edited, normalPatch));
+    EXPECT_EQ(program.settings.RecentFiles().back(), file);
+
+    dialogs.Expect("Save lump", (folder / "a.deh").string());
+    commands->SaveLumpAs();
+    EXPECT_EQ(ReadFile(folder / "a.deh"), edited);
+    dialogs.Expect("Save patch file", file);
+    notifier.Expect(MessageKind::Exclamation, file + " is a WAD. File, Put into WAD... puts the patch into it.");
+    EXPECT_FALSE(commands->SaveAs());
+
+    const std::string empty = test::WadBytes({{"MAP01", "x"}});
+    notifier.Expect((folder / "none.wad").string() + " holds no patch. Do you want to add one?", Answer::Yes);
+    const std::string none = Open("none.wad", empty);
+    EXPECT_TRUE(program.patch.changed);
+    EXPECT_EQ(ReadFile(none), empty);
+    EXPECT_TRUE(commands->Save());
+    EXPECT_NE(ReadFile(none).find("Doom version = 19"), std::string::npos);
+
+    dialogs.Expect("Put into WAD", file);
+    notifier.Expect(file + " holds a patch already. Do you want to replace it?", Answer::Yes, Buttons::NoYes);
+    commands->PutIntoWad();
+    EXPECT_NE(ReadFile(file), wad(edited, normalPatch));
+    EXPECT_EQ(program.patch.fileName, none) << "what is open stays so";
+
+    const std::string game = (folder / "game.wad").string();
+    const std::string iwad =
+        "is an IWAD, which belongs to its game and is never written; a patch for it goes into a WAD "
+        "of your own";
+    notifier.Expect(MessageKind::Exclamation, game + " holds no patch, and none can be added: " + iwad);
+    Open("game.wad", PaletteWad("IWAD"));
+    notifier.Expect(MessageKind::Exclamation, "Could not save " + game + ":DEHACKED: " + iwad);
+    dialogs.Expect("Put into WAD", game);
+    commands->PutIntoWad();
 }
 
 TEST_F(FileCommandsTest, AsksBeforeItOverwritesWhatAnotherProgramWrote) {

@@ -188,6 +188,7 @@ QWidget* frmEditThings::BuildFields() {
                                     [this](int sound) { context_.links.ShowSoundInEditor(sound); }),
                     1, 1);
     grid->addWidget(BuildFlags(), 0, 2, 3, 1);
+    grid->addWidget(BuildNotes(), 2, 0, 1, 2);
     grid->setRowStretch(2, 1);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(2, 1);
@@ -276,6 +277,16 @@ QWidget* frmEditThings::BuildFlags() {
     return group;
 }
 
+QWidget* frmEditThings::BuildNotes() {
+    txtNotes_ = new NoteBox(RecordKind::Thing, Selection(), context_);
+    txtNotes_->setMinimumHeight(txtNotes_->HeightOf(2));
+    auto* group = new QGroupBox(tr("Notes"));
+    auto* layout = new QVBoxLayout(group);
+    layout->addWidget(txtNotes_);
+    notes_ = group;
+    return group;
+}
+
 void frmEditThings::fillStaticData() {
     const int former = Selection().records.empty() ? 0 : Selection().current;
     {
@@ -283,6 +294,7 @@ void frmEditThings::fillStaticData() {
         boxes_.Show({}); // until the patch's things are known to be there
         names_.Reset();
         flags_.Reload();
+        notes_->setVisible(txtNotes_->HasNotes());
         flagTree_->setMinimumWidth(flagTree_->sizeHintForColumn(0) +
                                    2 * flagTree_->verticalScrollBar()->sizeHint().width());
     }
@@ -304,6 +316,7 @@ void frmEditThings::updateForm() {
         thingNames_->setCurrentIndex(things.records.empty() ? -1 : things.current);
     }
     flags_.FlagsChanged();
+    txtNotes_->Update();
     ShowSprite();
     SelectInList();
 }
@@ -319,6 +332,7 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     if (std::any_of(cells.begin(), cells.end(), isShown)) {
         boxes_.Update();
         flags_.FlagsChanged();
+        txtNotes_->Update();
         ShowSprite();
     } else if (states) { // they may look otherwise
         for (ReferenceRow* row : references_)

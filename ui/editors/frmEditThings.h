@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
+#include "ui/fields/NoteBox.h"
 #include "ui/fields/NumberBox.h"
 #include "ui/fields/ReferenceRow.h"
 #include "ui/fields/SpriteView.h"
@@ -47,6 +48,7 @@ private:
     QWidget* BuildReferences(Reference reference, const QString& heading, std::span<const ReferenceField> fields,
                              const std::function<void(std::int32_t)>& show);
     QWidget* BuildFlags();
+    QWidget* BuildNotes();
 
     const RecordSelection& Selection() const { return boxes_.Selection(); }
     /// Shows these things, and the one clicked last in the box of names.
@@ -62,6 +64,8 @@ private:
     ThingFilter listed_;
     NumberBoxes boxes_{RecordKind::Thing, "things"};
     FlagListModel flags_;
+    NoteBox* txtNotes_ = nullptr;
+    QWidget* notes_ = nullptr; // the group around it
     std::vector<ReferenceRow*> references_;
     QAbstractItemView* list_ = nullptr;
     QComboBox* thingNames_ = nullptr;

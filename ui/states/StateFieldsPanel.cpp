@@ -46,7 +46,8 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
           NewBrowseButton("cmdNextStateBrowse", tr("Choose a state"), &StateFieldsPanel::BrowseNextState)),
       cmdActionBrowse_(NewBrowseButton("cmdActionBrowse", tr("Choose an action"), &StateFieldsPanel::BrowseAction)),
       cmdRestore_(NewButton("cmdRestore", tr("&Restore..."))), lblSpriteName_(NewLabel("lblSpriteName")),
-      lblNextState_(new LinkLabel(QStringLiteral("lblNextState"))), lblUsedBy_(NewLabel("lblUsedBy")) {
+      lblNextState_(new LinkLabel(QStringLiteral("lblNextState"))), lblUsedBy_(NewLabel("lblUsedBy")),
+      txtNotes_(new NoteBox(RecordKind::State, selection_, context)), lblNotes_(new QLabel(tr("N&otes:"))) {
     setObjectName(QStringLiteral("framState"));
     chkLit_->setObjectName(QStringLiteral("chkLit"));
     chkLit_->setToolTip(tr("Drawn fully lit, also in the dark"));
@@ -118,6 +119,12 @@ void StateFieldsPanel::BuildLayout() {
     };
     addRows(left, 0);
     addRows(right, 4);
+    lblNotes_->setBuddy(txtNotes_);
+    grid->addWidget(lblNotes_, 3, 4, Qt::AlignTop);
+    grid->addWidget(txtNotes_, 3, 5, 2, 2);
+    grid->setRowStretch(4, 1);
+    txtNotes_->setMinimumHeight(txtNotes_->HeightOf(2));
+    txtNotes_->setMaximumHeight(txtNotes_->HeightOf(6));
     const int digits = fontMetrics().averageCharWidth() * 10;
     for (StateFieldBox* box : boxes_)
         box->setMinimumWidth(digits);
@@ -138,6 +145,8 @@ void StateFieldsPanel::BuildLayout() {
 void StateFieldsPanel::Fill() {
     txtFrame_->Form(FrameFormOf(context_.program.settings));
     cmbActions_->Fill();
+    txtNotes_->setVisible(txtNotes_->HasNotes());
+    lblNotes_->setVisible(txtNotes_->HasNotes());
 }
 
 void StateFieldsPanel::ShowSelection(RecordSelection selection) {
@@ -159,6 +168,7 @@ void StateFieldsPanel::Update() {
         box->Update();
     ShowLit();
     ShowSpriteAndNextState();
+    txtNotes_->Update();
     if (!cmbActions_->IsTyping())
         ShowAction();
     ShowUsers();

@@ -2,6 +2,7 @@
 
 #include "ui/EditorContext.h"
 #include "ui/fields/ActionBox.h"
+#include "ui/fields/NoteBox.h"
 #include "ui/fields/RecordSelection.h"
 #include "ui/states/StateFieldBox.h"
 
@@ -70,6 +71,8 @@ private:
     QLabel* lblSpriteName_;
     LinkLabel* lblNextState_;
     QLabel* lblUsedBy_;
+    NoteBox* txtNotes_;
+    QLabel* lblNotes_;
 };
 
 } // namespace plinket3

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "patch/Program.h"
+
+#include <QDockWidget>
+
+class QLabel;
+class QTreeView;
+
+namespace plinket3 {
+
+class OtherLinesModel;
+
+/// A list of what the open patch's file holds beside that which is edited here: read, copied, not edited. By the kept
+/// rules a save loses those lines; it says so.
+class OtherLinesDock : public QDockWidget {
+    Q_OBJECT
+public:
+    explicit OtherLinesDock(const Program& program);
+
+    /// The patch or its file is another one. Reads it when it is looked at.
+    void Refresh();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void Fill();
+    void Copy();
+
+    const Program& program_;
+    OtherLinesModel* model_;
+    QTreeView* list_;
+    QLabel* text_;
+    bool upToDate_ = false;
+};
+
+} // namespace plinket3
