@@ -122,7 +122,12 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
     EXPECT_EQ(
         Run("check --rules engine -e boom19 @odd.bex").out,
         Place("@odd.bex") + ":1: warning: \"; no header\" belongs to no section\n" + Place("@odd.bex") +
-            ":4: warning: \"Blood color = 3\" is ignored: this section has no such field\n" + Place("@odd.bex") +
+            ":3: warning: \"Hit points = 0x10\" is hexadecimal, 16, where the newest woof reads 0\n" +
+            Place("@odd.bex") +
+            ":4: warning: \"Blood color = 3\" is ignored: this section has no such field; Eternity, DSDA-Doom, Woof "
+            "and Doom "
+            "Retro know it\n" +
+            Place("@odd.bex") +
             ":8: warning: \"USER_X = own\" names a string that the engine does not have, \"USER_X\"; it is kept\n");
     ASSERT_EQ(Run("convert --rules engine --fresh -e boom19 @odd.bex @fresh.bex").exit, cli::done);
     EXPECT_EQ(ReadFile(folder_ / "fresh.bex"),
