@@ -227,12 +227,13 @@ private:
 
 } // namespace
 
-CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults) {
+CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
+                       const modPatchFiles::IncludeReader& includes) {
     Checker kept(bytes, engine, defaults);
     EngineChecker asEngines(bytes, engine, defaults);
     CheckFindings& checker = engine.dialect.EngineRules() ? static_cast<CheckFindings&>(asEngines) : kept;
     PatchSet set;
-    modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker);
+    modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker, includes);
     CheckResult result;
     result.status = std::move(read.status);
     result.failedLine = LineAt(bytes, read.offset);

@@ -152,6 +152,39 @@ TEST_F(CliTest, AnEngineMayHaveEngineRulesOnly) {
     }
 }
 
+TEST_F(CliTest, IncludedPatchesCountForCheckAndDiff) {
+    Write("@main.bex",
+          "Thing 12\nHit points = 7\nMass = 7\n\ninclude sub\\INC.bex\nINCLUDE NOTEXT sub/text.bex\n\nThing 12\n"
+          "Mass = 8\n\n[MUSIC]\ne1m1 = longname\nNONE = x\n\n[HELPER]\ntype = 3\n");
+    std::filesystem::create_directory(folder_ / "sub");
+    Write("@sub/inc.bex", "Thing 12\nHit points = 9\nMass = 9\n\nThing 13\nMass = 9\n");
+    Write("@sub/text.bex", "Thing 12\nSpeed = 5\n\nText 6 6\npistolbanger\n\nThing 12\nSpeed = 6\n");
+    const std::string diff = Run("diff --rules engine -e boom19 - @main.bex").out;
+    EXPECT_EQ(diff, "Thing 12 (Imp): Hit points 60 -> 9\nThing 12 (Imp): Speed 8 -> 5\nThing 12 (Imp): Mass 100 -> 8\n"
+                    "Thing 13 (Demon): Mass 400 -> 9\n");
+    EXPECT_EQ(Run("diff --rules engine -e boom19 @main.bex").out, diff);
+    const Json dump = Dump("--rules engine -e boom19 @main.bex");
+    EXPECT_EQ(dump["things"][11]["Hit points"], 7);
+    EXPECT_EQ(dump["music"], Json::parse(R"([{"from": "e1m1", "to": "longna"}])"));
+    EXPECT_EQ(dump["helper"], 3);
+    std::filesystem::create_symlink("/etc/passwd", folder_ / "sub" / "link");
+    const std::pair<const char*, const char*> lines[]{
+        {"INCLUDE sub/inc.bex", ""},
+        {"INCLUDE none.bex", "names a patch that cannot be read: No such file or directory"},
+        {"INCLUDE", "names no patch"},
+        {"INCLUDE sub", "names a patch that cannot be read: is a folder"},
+        {"INCLUDE ../main.bex", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE /etc/passwd", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE C:\\x.deh", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE sub/link", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE main.bex", "names a patch that names another one in turn, which is not read"}};
+    for (const auto& [line, reason] : lines) {
+        Write("@a.bex", std::string(line) + "\n");
+        EXPECT_EQ(Run("check --rules engine -e boom19 @a.bex").out,
+                  *reason == 0 ? "" : Place("@a.bex") + ":1: warning: \"" + line + "\" " + reason + "\n");
+    }
+}
+
 TEST_F(CliTest, ReadsAndWritesNotesByEngineRules) {
     Write("@a.bex", "# my patch\n#\n#$Editor x = 1\n# by me\n\n# tough\nThing 12 (Imp)\nHit points = 99\n\n#run\n"
                     "Frame 9\nDuration = 3\n\n# gone\n\n# pistol\nWeapon 1 (Pistol)\n");
