@@ -130,11 +130,17 @@ void DumpJson(const Program& program, std::ostream& out) {
     });
     out << ",\"misc\":" << misc.dump();
     PutList(out, "pars", set.pars.size(), [&](std::size_t i) { return ParOf(set.pars[i]); });
-    if (engine.dialect.EngineRules())
+    if (engine.dialect.EngineRules()) {
         PutList(out, "renames", document.Renames().size(), [&](std::size_t i) {
             const PatchDocument::Rename& rename = document.Renames()[i];
             return Json{{"kind", rename.kind}, {"from", Utf8(rename.from)}, {"to", Utf8(rename.to)}};
         });
+        PutList(out, "music", document.MusicNames().size(), [&](std::size_t i) {
+            const PatchDocument::Music& music = document.MusicNames()[i];
+            return Json{{"from", Utf8(music.from)}, {"to", Utf8(music.to)}};
+        });
+        out << ",\"helper\":" << (document.Helper() == 0 ? Json() : Json(document.Helper())).dump();
+    }
     out << '}';
 }
 

@@ -141,12 +141,13 @@ Rules TellRules(Run& run, const PatchFile& patch) {
 
 /// Reads a patch over the engine's own data; `document` gets the file by engine rules.
 PatchSet ReadSet(Run& run, const PatchFile& patch, const EngineConfiguration& engine,
-                 std::shared_ptr<const PatchDocument>* document = nullptr) {
+                 std::shared_ptr<const PatchDocument>* document = nullptr,
+                 const modPatchFiles::IncludeReader& includes = {}) {
     PatchSet set;
     modPatchFiles::ReadResult read;
     if (engine.dialect.EngineRules()) {
         auto made = std::make_shared<PatchDocument>();
-        read = made->Read(patch.bytes, engine, run.program.patch.defaults, set);
+        read = made->Read(patch.bytes, engine, run.program.patch.defaults, set, includes);
         if (document != nullptr)
             *document = std::move(made);
     } else {
@@ -159,8 +160,8 @@ PatchSet ReadSet(Run& run, const PatchFile& patch, const EngineConfiguration& en
 }
 
 /// Loads the engine and reads `file` ("-": the engine's own data) into the open patch. Where there is no file, the
-/// engine is the one for `other`.
-void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}) {
+/// engine is the one for `other`. `included`: what it includes counts.
+void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}, bool included = false) {
     Program& program = run.program;
     if (file == standardSet) {
         LoadEngine(run, other);
@@ -171,7 +172,11 @@ void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}) {
     const PatchFile patch = ReadPatchFile(run, file);
     LoadEngine(run, patch);
     program.engine = EngineWith(TellRules(run, patch), program.engine);
-    program.patch.current = ReadSet(run, patch, program.engine, &program.patch.document);
+    // Games take no INCLUDE in a lump.
+    program.patch.current =
+        ReadSet(run, patch, program.engine, &program.patch.document,
+                included && patch.place.lump.empty() ? modPatchFiles::IncludesBeside(patch.place.file)
+                                                     : modPatchFiles::IncludeReader());
     program.patch.fileName = patch.place.file;
     program.patch.lump = patch.place.lump;
     program.patch.named = true;
@@ -225,12 +230,12 @@ int Diff(Run& run) {
     const bool two = run.arguments.files.size() > 1;
     const std::string second = two ? run.arguments.files[1] : standardSet;
     const PatchFile patch = second == standardSet ? PatchFile() : ReadPatchFile(run, second);
-    LoadPatch(run, run.arguments.files[0], patch);
+    LoadPatch(run, run.arguments.files[0], patch, true);
     Program& program = run.program;
     PatchSet other = program.patch.defaults;
     if (second != standardSet) {
         const Rules rules = TellRules(run, patch);
-        other = ReadSet(run, patch, EngineWith(rules, program.engine));
+        other = ReadSet(run, patch, EngineWith(rules, program.engine), nullptr, modPatchFiles::IncludesBeside(second));
         if (rules == Rules::Kept)
             program.patch.current.notes.clear(); // nobody knows what the other one's comments say
     }
@@ -246,8 +251,8 @@ int Check(Run& run) {
     const PatchFile patch = ReadPatchFile(run, run.arguments.files[0]);
     LoadEngine(run, patch);
     run.program.engine = EngineWith(TellRules(run, patch), run.program.engine);
-    const modPatchCheck::CheckResult result =
-        modPatchCheck::CheckPatch(patch.bytes, run.program.engine, run.program.patch.defaults);
+    const modPatchCheck::CheckResult result = modPatchCheck::CheckPatch(
+        patch.bytes, run.program.engine, run.program.patch.defaults, modPatchFiles::IncludesBeside(patch.name));
     Require(result.status, patch.name + ":" + std::to_string(result.failedLine));
     for (const modPatchCheck::Finding& finding : result.findings)
         run.out << Printable(patch.name) << ':' << finding.line << ": warning: " << Printable(finding.text) << '\n';

@@ -3,6 +3,7 @@
 #include "core/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace plinket3::modPatchCheck {
@@ -10,6 +11,8 @@ namespace plinket3::modPatchCheck {
 namespace {
 
 constexpr std::size_t longestQuote = 60;
+/// What a saved string of the kept rules has and game engines do not undo.
+constexpr std::array<std::string_view, 4> ownEscapes{"\\\\", "\\r", "\\t", "\\\""};
 constexpr std::int32_t lastFrame = 31, lastAmmoType = 5;
 
 } // namespace
@@ -38,6 +41,22 @@ void CheckFindings::Add(std::size_t offset, std::string_view reason) {
     if (line.ends_with('\r'))
         line.remove_suffix(1);
     places_.push_back({offset, Quoted(Trim(line)) + " " + std::string(reason)});
+}
+
+void CheckFindings::Escapes(std::size_t begin, std::size_t end) {
+    std::string escapes;
+    // Looked for line by line: a backslash that ends a line begins no escape in game engines.
+    for (PatchLines lines(bytes_.substr(begin, end - begin)); !lines.AtEnd();) {
+        std::string_view part = Trim(lines.Next());
+        part.remove_suffix(part.ends_with('\\') ? 1 : 0);
+        for (std::size_t at = part.find('\\'); at != std::string_view::npos; at = part.find('\\', at + 2)) {
+            const std::string_view escape = part.substr(at, 2);
+            if (std::ranges::find(ownEscapes, escape) != ownEscapes.end() && escapes.find(escape) == std::string::npos)
+                escapes.append(escapes.empty() ? 0 : 1, ' ').append(escape);
+        }
+    }
+    if (!escapes.empty())
+        Add(begin, "has escapes that game engines show as they stand: " + escapes);
 }
 
 void CheckFindings::Reference(std::size_t offset, FieldUnit unit, std::int32_t value) {

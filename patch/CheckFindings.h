@@ -1,5 +1,6 @@
 #pragma once
 
+#include "patch/PatchLines.h"
 #include "patch/modPatchCheck.h"
 #include "patch/modPatchFiles.h"
 
@@ -27,6 +28,10 @@ protected:
     void Add(std::size_t offset, std::string_view reason);
     /// Tells of a number that names what the engine does not have.
     void Reference(std::size_t offset, FieldUnit unit, std::int32_t value);
+    /// Tells of escapes in the string whose lines stand from `begin` to `end` that game engines do not undo.
+    void Escapes(std::size_t begin, std::size_t end);
+    /// The line that begins at `offset`.
+    std::string_view LineFrom(std::size_t offset) const { return PatchLines(bytes_.substr(offset)).Next(); }
     /// A text in quotation marks, cut when it is long.
     static std::string Quoted(std::string_view text);
 

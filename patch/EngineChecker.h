@@ -1,42 +1,65 @@
 #pragma once
 
-#include "core/Numbers.h"
-#include "core/Text.h"
 #include "patch/CheckFindings.h"
-#include "patch/EngineNames.h"
+#include "patch/SectionWords.h"
 
-#include <string>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 namespace plinket3::modPatchCheck {
 
-/// What there is to say of a patch by engine rules: what the game will not take, or engines read differently.
+/// What there is to say of a patch by engine rules: what the game will not take, what has no effect, and what engines
+/// read differently, with the engines that stumble.
 class EngineChecker : public CheckFindings {
 public:
-    using CheckFindings::CheckFindings;
+    EngineChecker(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults)
+        : CheckFindings(bytes, engine, defaults), words_(engine.dialect) {}
 
-    void Number(std::size_t offset, FieldUnit unit, FieldWidth, std::string_view text) override {
-        const std::string_view number = Trim(text);
-        const std::size_t sign = number.starts_with('-') || number.starts_with('+') ? 1 : 0;
-        const auto digit = [number](std::size_t at) {
-            return at < number.size() && number[at] >= '0' && number[at] <= '9';
-        };
-        if (!digit(sign))
-            Add(offset, "holds no number and is read as 0");
-        else if (number[sign] == '0' && digit(sign + 1) && EngineInt32(number) != LeadingInt32(number))
-            Add(offset, "is octal for dsda-doom, " + std::to_string(EngineInt32(number)) +
-                            ", where the newest woof reads decimals");
-        Reference(offset, unit, EngineInt32(text));
-    }
+    void Line(std::size_t offset, std::string_view text) override;
+    void Ignored(std::size_t offset, std::string_view reason) override;
+    void Section(std::size_t offset, std::string_view word) override;
+    void Selected(std::size_t offset, RecordKind kind, std::int32_t index) override;
+    void Stored(std::size_t offset, const Cell& cell, std::string_view value) override;
+    void OtherString(std::size_t offset, std::string_view key, std::string_view text) override;
+    void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) override;
+    void FlagNames(std::size_t offset, std::string_view text) override;
+    void Text(std::size_t offset, std::size_t length, std::int32_t space) override;
+    void Continued(std::size_t offset, std::size_t end) override;
+    void String(std::size_t offset, std::string_view escaped) override;
 
-    void FlagNames(std::size_t offset, std::string_view text) override {
-        for (const std::string_view word : BitWords(text))
-            if (!BitNamed(engine_.BitNames(BitSet::Things), word))
-                Add(offset, "names a flag that the engine does not know, " + Quoted(word));
-    }
+    /// What shows only when the whole patch is known.
+    void Finish(const PatchSet& set);
 
-    void OtherString(std::size_t offset, std::string_view key, std::string_view) override {
-        Add(offset, "names a string that the engine does not have, " + Quoted(key) + "; it is kept");
-    }
+private:
+    struct CellHash {
+        std::size_t operator()(const Cell& cell) const {
+            return std::hash<std::uint64_t>{}(static_cast<std::uint64_t>(static_cast<std::uint32_t>(cell.index)) << 16 ^
+                                              static_cast<std::uint64_t>(cell.kind) << 8 ^
+                                              static_cast<std::uint64_t>(cell.field & 0xff));
+        }
+    };
+
+    void FirstLine();
+    void CheckVersions(std::size_t offset, std::string_view line);
+    void CheckNumberOf(std::size_t offset, std::string_view line, plinket3::Section section);
+    void UnknownField(std::size_t offset, std::string_view reason);
+    bool AllowsLong(std::string_view comment) const { return bytes_.find(comment) != std::string_view::npos; }
+
+    SectionWords words_;
+    plinket3::Section section_ = plinket3::Section::None;
+    std::size_t header_ = static_cast<std::size_t>(-1);
+    bool endsSection_ = false;                              // the line before, which begins with a blank
+    std::int32_t state_ = -1;                               // whose section it is
+    std::size_t continuedTo_ = 0;                           // where the last text over several lines ends
+    std::unordered_map<Cell, std::size_t, CellHash> setBy_; // the last line that set each value
+    std::vector<std::size_t> pars_;                         // the line of each
+    std::map<std::int32_t, std::size_t> arguments_;         // a line that gives them to each state
+    std::set<std::int32_t> otherActions_;                   // states with an action that the engine does not have
 };
 
 } // namespace plinket3::modPatchCheck

@@ -45,6 +45,10 @@ public:
     void RenamedMusic(std::size_t, std::string_view from, std::string_view to) override {
         document_.renames_.push_back({"music", std::string(from), std::string(to)});
     }
+    void Music(std::size_t, std::string_view from, std::string_view to) override {
+        document_.music_.push_back({std::string(from), std::string(to)});
+    }
+    void Helper(std::size_t, std::int32_t thing) override { document_.helper_ = thing; }
 
 private:
     DocumentLine& Last() { return document_.lines_.back(); }
@@ -55,14 +59,15 @@ private:
 };
 
 modPatchFiles::ReadResult PatchDocument::Read(std::string bytes, const EngineConfiguration& engine,
-                                              const PatchSet& defaults, PatchSet& set) {
+                                              const PatchSet& defaults, PatchSet& set,
+                                              const modPatchFiles::IncludeReader& includes) {
     *this = PatchDocument();
     bytes_ = std::move(bytes);
     const std::size_t firstEnd = bytes_.find('\n');
     if (firstEnd != std::string::npos && firstEnd > 0 && bytes_[firstEnd - 1] == '\r')
         lineEnd_ = "\r\n";
     Builder builder(*this, engine.dialect);
-    modPatchFiles::ReadResult result = modPatchFiles::ParsePatch(bytes_, engine, defaults, set, &builder);
+    modPatchFiles::ReadResult result = modPatchFiles::ParsePatch(bytes_, engine, defaults, set, &builder, includes);
     set.notes = ReadNotes(*this);
     said_ = set;
     return result;

@@ -27,6 +27,9 @@ public:
         return line;
     }
 
+    /// Goes to the end of the bytes.
+    void Skip() { position_ = bytes_.size(); }
+
     /// The next `count` logical characters, across lines; see `ReadCountedCharacters`.
     std::string Characters(std::int32_t count) { return modPatchText::ReadCountedCharacters(bytes_, position_, count); }
 

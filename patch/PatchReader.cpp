@@ -29,9 +29,9 @@ bool IsSessionKey(std::string_view key) {
 class PatchReader {
 public:
     PatchReader(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults, PatchSet& set,
-                ReadObserver* observer)
-        : lines_(bytes), engine_(engine), dialect_(engine.dialect), words_(dialect_),
-          store_(lines_, engine, defaults, set, observer), set_(set), observer_(observer) {}
+                ReadObserver* observer, const IncludeReader& includes)
+        : lines_(bytes), defaults_(defaults), includes_(includes), engine_(engine), dialect_(engine.dialect),
+          words_(dialect_), store_(lines_, engine, defaults, set, observer), set_(set), observer_(observer) {}
 
     ReadResult Read() {
         Status status = dialect_.EngineRules() ? EngineLines() : KeptLines();
@@ -195,6 +195,10 @@ private:
         store_.Enter(found.section);
         switch (found.section) {
         case Section::Text: {
+            if (withoutText_) { // engines read no further
+                lines_.Skip();
+                return false;
+            }
             const HeaderWords words(line, dialect_.comment);
             if (observer_ != nullptr)
                 observer_->Section(store_.Offset(), found.word);
@@ -203,12 +207,35 @@ private:
             return false;
         }
         case Section::Include:
-            store_.Ignore("names another patch, whose values belong to it and are not edited here");
+            Include(line);
             return false;
         default:
             store_.Select(line, found.word);
             return true;
         }
+    }
+
+    /// INCLUDE [NOTEXT] FILE, whose values count in this place.
+    void Include(std::string_view line) {
+        constexpr std::string_view noText = "NOTEXT";
+        if (!includes_) {
+            namesOther_ = true;
+            return store_.Ignore("names another patch, whose values belong to it and are not edited here");
+        }
+        std::string_view name = TrimLeft(line.substr(std::min(line.find_first_of(" \t"), line.size())));
+        const bool withoutText = EqualIgnoringCase(name.substr(0, noText.size()), noText);
+        if (withoutText)
+            name = TrimLeft(name.substr(noText.size()));
+        std::string bytes;
+        if (const Status status = includes_(Trim(name), bytes); !status)
+            return store_.Ignore(status.Reason());
+        const IncludeReader none;
+        PatchReader included(bytes, engine_, defaults_, set_, nullptr, none);
+        included.withoutText_ = withoutText;
+        if (!included.EngineLines())
+            store_.Ignore("names a file that holds no line that a game engine knows");
+        else if (included.namesOther_)
+            store_.Ignore("names a patch that names another one in turn, which is not read");
     }
 
     /// A line within a section; false when that ends with it.
@@ -239,8 +266,9 @@ private:
         case Section::Sounds:
             return store_.StoreRename(key, value);
         case Section::Music:
+            return store_.StoreMusic(key, value);
         case Section::Helper:
-            return store_.Ignore("is not edited here");
+            return store_.StoreHelper(key, value);
         case Section::Unsupported:
             return store_.Ignore("belongs to a section that engines do not read");
         default:
@@ -250,6 +278,8 @@ private:
     }
 
     PatchLines lines_;
+    const PatchSet& defaults_;
+    const IncludeReader& includes_;
     const EngineConfiguration& engine_;
     const Dialect& dialect_;
     SectionWords words_;
@@ -257,6 +287,8 @@ private:
     PatchSet& set_;
     ReadObserver* observer_;
 
+    bool withoutText_ = false,
+         namesOther_ = false; // an included patch is read up to its first Text; it includes others
     bool doomVersionKnown_ = false, patchFormatKnown_ = false, unsupported_ = false;
     bool understood_ = false,
          unknown_ = false; // there was a line that says that this is a patch; one that says nothing
@@ -265,10 +297,10 @@ private:
 } // namespace
 
 ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
-                      PatchSet& set, ReadObserver* observer) {
+                      PatchSet& set, ReadObserver* observer, const IncludeReader& includes) {
     set = defaults;
     set.pars.clear();
-    return PatchReader(bytes, engine, defaults, set, observer).Read();
+    return PatchReader(bytes, engine, defaults, set, observer, includes).Read();
 }
 
 Status ReadableByEngines(std::string_view bytes) {

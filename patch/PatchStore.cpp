@@ -398,6 +398,27 @@ void PatchStore::StoreRename(std::string_view key, std::string_view value) {
         rename(set_.sounds, defaults_.sounds, RecordKind::Sound, SoundRecord{}.name.size());
 }
 
+void PatchStore::StoreMusic(std::string_view key, std::string_view value) {
+    constexpr std::size_t longest = 6;
+    const std::string_view name = SkipBlanks(value);
+    const std::string_view taken = name.substr(0, std::min(name.find_first_of(blanks), longest));
+    if (!IsMusicName(key) || taken.empty())
+        return Ignore("is ignored: the engine has no music of that name");
+    if (observer_ != nullptr)
+        observer_->Music(offset_, key, taken);
+}
+
+void PatchStore::StoreHelper(std::string_view key, std::string_view value) {
+    std::string_view rest = value;
+    std::int32_t thing = 0;
+    if (!EqualIgnoringCase(key, "type") || !TakeEngineNumber(rest, thing))
+        return Ignore("is ignored: [HELPER] has only a line of the form \"type = 3\"");
+    if (RecordAt(set_.things, thing - 1) == nullptr)
+        return Ignore("is ignored: it names a thing that the engine does not have");
+    if (observer_ != nullptr)
+        observer_->Helper(offset_, thing);
+}
+
 Status PatchStore::ReplaceText(std::int32_t oldLength, std::int32_t newLength, bool counts) {
     if (!dialect_.EngineRules())
         return ReplaceKeptText(oldLength, newLength, counts);

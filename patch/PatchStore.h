@@ -47,6 +47,10 @@ public:
     /// [SPRITES] and [SOUNDS].
     void StoreRename(std::string_view key, std::string_view value);
 
+    /// [MUSIC] and [HELPER], of which the set holds nothing.
+    void StoreMusic(std::string_view key, std::string_view value);
+    void StoreHelper(std::string_view key, std::string_view value);
+
     /// A text that takes the place of another; both follow in the patch. Fails by the kept rules when the engine does
     /// not have the old one. `counts`: whether the patch may change anything yet.
     Status ReplaceText(std::int32_t oldLength, std::int32_t newLength, bool counts);

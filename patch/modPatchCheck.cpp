@@ -20,8 +20,6 @@ namespace {
 
 constexpr std::size_t mostFlagWords = 100; // no line has more, but a hostile one could
 constexpr std::string_view flagSeparators = " +|,\t";
-/// The escapes of a string that game engines do not undo.
-constexpr std::array<std::string_view, 4> ownEscapes{"\\\\", "\\r", "\\t", "\\\""};
 
 /// How many characters at the start of `text` are the number that is read: a sign, digits, a fraction; 0 for none.
 std::size_t NumberLength(std::string_view text) {
@@ -161,21 +159,7 @@ public:
             Add(offset, "has blanks before or behind its text, which are not read");
         if (escaped.ends_with(' '))
             Add(offset, "has a text that ends in blanks, which are lost when the patch is saved");
-        // Looked for line by line: a backslash that ends a line begins no escape in game engines.
-        PatchLines lines(bytes_.substr(offset, std::max(continuedTo_, offset + line.size()) - offset));
-        std::string escapes;
-        while (!lines.AtEnd()) {
-            std::string_view part = Trim(lines.Next());
-            part.remove_suffix(part.ends_with('\\') ? 1 : 0);
-            for (std::size_t at = part.find('\\'); at != std::string_view::npos; at = part.find('\\', at + 2)) {
-                const std::string_view escape = part.substr(at, 2);
-                if (std::ranges::find(ownEscapes, escape) != ownEscapes.end() &&
-                    escapes.find(escape) == std::string::npos)
-                    escapes.append(escapes.empty() ? 0 : 1, ' ').append(escape);
-            }
-        }
-        if (!escapes.empty())
-            Add(offset, "has escapes that game engines show as they stand: " + escapes);
+        Escapes(offset, std::max(continuedTo_, offset + line.size()));
     }
 
     /// What shows only when the whole patch is known: code pointers that a save could not write.
@@ -194,9 +178,6 @@ public:
     }
 
 private:
-    /// The line that begins at `offset`.
-    std::string_view LineFrom(std::size_t offset) const { return PatchLines(bytes_.substr(offset)).Next(); }
-
     void CheckName(std::size_t offset, std::string_view word) {
         const Dialect& dialect = engine_.dialect;
         if (word != dialect.things.word && word != dialect.weapons.word && word != dialect.ammo.word)
@@ -246,17 +227,19 @@ private:
 
 } // namespace
 
-CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults) {
+CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
+                       const modPatchFiles::IncludeReader& includes) {
     Checker kept(bytes, engine, defaults);
     EngineChecker asEngines(bytes, engine, defaults);
     CheckFindings& checker = engine.dialect.EngineRules() ? static_cast<CheckFindings&>(asEngines) : kept;
     PatchSet set;
-    modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker);
+    modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker, includes);
     CheckResult result;
     result.status = std::move(read.status);
     result.failedLine = LineAt(bytes, read.offset);
     if (result.status) {
-        kept.Finish(set); // has nothing to add when it was not asked
+        kept.Finish(set); // each has nothing to add when it was not asked
+        asEngines.Finish(set);
         result.findings = checker.TakeFindings();
     }
     return result;

@@ -22,6 +22,8 @@ struct CheckResult {
     std::vector<Finding> findings; // by line
 };
 
-CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults);
+/// `includes` as for `ParsePatch`.
+CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
+                       const modPatchFiles::IncludeReader& includes = {});
 
 } // namespace plinket3::modPatchCheck

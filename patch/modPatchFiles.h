@@ -6,6 +6,8 @@
 #include "patch/Program.h"
 
 #include <cstddef>
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -54,6 +56,9 @@ public:
     virtual void Renamed(std::size_t /*offset*/, RecordKind /*kind*/, std::string_view /*from*/,
                          std::string_view /*to*/) {}
     virtual void RenamedMusic(std::size_t /*offset*/, std::string_view /*from*/, std::string_view /*to*/) {}
+    /// By engine rules: a line of [MUSIC], and the thing (as patches count) that [HELPER] names.
+    virtual void Music(std::size_t /*offset*/, std::string_view /*from*/, std::string_view /*to*/) {}
+    virtual void Helper(std::size_t /*offset*/, std::int32_t /*thing*/) {}
     /// By the kept rules: a line with "=" belongs to its section, whether or not the record exists.
     virtual void Field(std::size_t /*offset*/) {}
     /// A number was read, for a field or as a part of another line.
@@ -76,9 +81,17 @@ struct ReadResult {
     bool unsupported = false; // there were entries that a save will lose
 };
 
-/// Reads a patch over a copy of `defaults` into `set`, which after a failure holds what was applied so far.
+/// Gets the bytes of a patch that an INCLUDE line names. The reason of a failure continues a sentence that the line
+/// begins.
+using IncludeReader = std::function<Status(std::string_view name, std::string& bytes)>;
+/// One that reads the files beside `patch` and in folders below, and no others.
+IncludeReader IncludesBeside(std::filesystem::path patch);
+
+/// Reads a patch over a copy of `defaults` into `set`, which after a failure holds what was applied so far. With
+/// `includes` the values of patches that it includes by engine rules count where they are named, but not of those that
+/// these include in turn; `observer` is told of the patch's own lines alone.
 ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
-                      PatchSet& set, ReadObserver* observer = nullptr);
+                      PatchSet& set, ReadObserver* observer = nullptr, const IncludeReader& includes = {});
 
 /// Fails for bytes of which game engines understand nothing, with the message for the user.
 Status ReadableByEngines(std::string_view bytes);

@@ -124,7 +124,12 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
     EXPECT_EQ(
         Run("check --rules engine -e boom19 @odd.bex").out,
         Place("@odd.bex") + ":1: warning: \"; no header\" belongs to no section\n" + Place("@odd.bex") +
-            ":4: warning: \"Blood color = 3\" is ignored: this section has no such field\n" + Place("@odd.bex") +
+            ":3: warning: \"Hit points = 0x10\" is hexadecimal, 16, where the newest woof reads 0\n" +
+            Place("@odd.bex") +
+            ":4: warning: \"Blood color = 3\" is ignored: this section has no such field; Eternity, DSDA-Doom, Woof "
+            "and Doom "
+            "Retro know it\n" +
+            Place("@odd.bex") +
             ":8: warning: \"USER_X = own\" names a string that the engine does not have, \"USER_X\"; it is kept\n");
     ASSERT_EQ(Run("convert --rules engine --fresh -e boom19 @odd.bex @fresh.bex").exit, cli::done);
     EXPECT_EQ(ReadFile(folder_ / "fresh.bex"),
@@ -161,6 +166,39 @@ TEST_F(CliTest, AnEngineMayHaveEngineRulesOnly) {
     for (const std::string rules : {"kept", "auto", "engine"}) {
         EXPECT_EQ(Run("convert --data @data --rules " + rules + " -e own @a.bex @out.bex").exit, cli::done);
         EXPECT_EQ(ReadFile(folder_ / "out.bex"), patch) << rules;
+    }
+}
+
+TEST_F(CliTest, IncludedPatchesCountForCheckAndDiff) {
+    Write("@main.bex",
+          "Thing 12\nHit points = 7\nMass = 7\n\ninclude sub\\INC.bex\nINCLUDE NOTEXT sub/text.bex\n\nThing 12\n"
+          "Mass = 8\n\n[MUSIC]\ne1m1 = longname\nNONE = x\n\n[HELPER]\ntype = 3\n");
+    std::filesystem::create_directory(folder_ / "sub");
+    Write("@sub/inc.bex", "Thing 12\nHit points = 9\nMass = 9\n\nThing 13\nMass = 9\n");
+    Write("@sub/text.bex", "Thing 12\nSpeed = 5\n\nText 6 6\npistolbanger\n\nThing 12\nSpeed = 6\n");
+    const std::string diff = Run("diff --rules engine -e boom19 - @main.bex").out;
+    EXPECT_EQ(diff, "Thing 12 (Imp): Hit points 60 -> 9\nThing 12 (Imp): Speed 8 -> 5\nThing 12 (Imp): Mass 100 -> 8\n"
+                    "Thing 13 (Demon): Mass 400 -> 9\n");
+    EXPECT_EQ(Run("diff --rules engine -e boom19 @main.bex").out, diff);
+    const Json dump = Dump("--rules engine -e boom19 @main.bex");
+    EXPECT_EQ(dump["things"][11]["Hit points"], 7);
+    EXPECT_EQ(dump["music"], Json::parse(R"([{"from": "e1m1", "to": "longna"}])"));
+    EXPECT_EQ(dump["helper"], 3);
+    std::filesystem::create_symlink("/etc/passwd", folder_ / "sub" / "link");
+    const std::pair<const char*, const char*> lines[]{
+        {"INCLUDE sub/inc.bex", ""},
+        {"INCLUDE none.bex", "names a patch that cannot be read: No such file or directory"},
+        {"INCLUDE", "names no patch"},
+        {"INCLUDE sub", "names a patch that cannot be read: is a folder"},
+        {"INCLUDE ../main.bex", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE /etc/passwd", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE C:\\x.deh", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE sub/link", "names a patch outside of this one's folder, which is not read"},
+        {"INCLUDE main.bex", "names a patch that names another one in turn, which is not read"}};
+    for (const auto& [line, reason] : lines) {
+        Write("@a.bex", std::string(line) + "\n");
+        EXPECT_EQ(Run("check --rules engine -e boom19 @a.bex").out,
+                  *reason == 0 ? "" : Place("@a.bex") + ":1: warning: \"" + line + "\" " + reason + "\n");
     }
 }
 

@@ -15,17 +15,19 @@ namespace {
 
 const std::filesystem::path cases = CASES_FOLDER;
 
-/// A case of normal.txt, extended.txt or both.txt, which say for which small engine it is. "=== NAME" begins a patch
-/// behind its first line and its versions, "=== NAME (whole)" one that has only what stands there. What is to come of
-/// it follows in sections, which are left out when they are empty:
+/// A case of normal.txt, extended.txt or both.txt, which say for which small engine it is; engine_normal.txt and
+/// engine_extended.txt have whole patches that are read by the rules of game engines. "=== NAME" begins a patch behind
+/// its first line and its versions,
+/// "=== NAME (whole)" one that has only what stands there. What is to come of it follows in sections, which are left
+/// out when they are empty:
 ///     --- fails    why and in which line it cannot be read; then nothing else
 ///     --- means    what it changes, as modPatchDiff tells it
-///     --- saved    what a save writes behind the header, not in both.txt
+///     --- saved    what a save writes behind the header, only in the first two
 ///     --- check    what modPatchCheck finds
 /// "%0D" is the byte of that code; "%" at the end of a line takes the line feed away.
 struct PatchText {
     std::string name, patch, told;
-    bool normal = true, extended = true;
+    bool normal = true, extended = true, asEngines = false;
     friend void PrintTo(const PatchText& text, std::ostream* out) { *out << text.name; }
 };
 
@@ -58,13 +60,16 @@ std::string Decoded(std::string_view text) {
 
 std::vector<PatchText> PatchTexts() {
     std::vector<PatchText> texts;
-    for (const char* file : {"normal", "extended", "both"}) {
+    for (const char* file : {"normal", "extended", "both", "engine_normal", "engine_extended"}) {
         std::istringstream lines(ReadFile(cases / (std::string(file) + ".txt")));
         for (std::string line; std::getline(lines, line);) {
             if (line.starts_with("=== ")) {
                 const std::string name = line.substr(4, line.find(" (whole)") - 4);
                 const char* start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
-                texts.push_back({name, line.ends_with(" (whole)") ? "" : start, "", *file != 'e', *file != 'n'});
+                const std::string_view what = file;
+                const bool asEngines = what.starts_with("engine"), whole = asEngines || line.ends_with(" (whole)");
+                texts.push_back(
+                    {name, whole ? "" : start, "", !what.ends_with("extended"), !what.ends_with("normal"), asEngines});
             } else if (PatchText& last = texts.back(); line.starts_with("--- ") || !last.told.empty()) {
                 last.told += line + "\n";
             } else {
@@ -76,13 +81,14 @@ std::vector<PatchText> PatchTexts() {
 }
 
 /// What comes of a patch, as the files tell it.
-std::string Told(std::string_view bytes, bool extended, bool both) {
+std::string Told(std::string_view bytes, bool extended, bool both, Rules rules) {
     std::string told;
     const auto section = [&told](const char* name, std::string_view text) {
         if (!text.empty())
             told += std::string("--- ") + name + "\n" + Encoded(text);
     };
-    const EngineConfiguration engine = SmallEngine(extended);
+    EngineConfiguration engine = SmallEngine(extended);
+    engine.dialect = engine.dialect.By(rules);
     PatchData patch = SmallPatch(engine);
     const std::string header = modPatchFiles::FormatPatch(patch, SmallEngine(false));
     const auto read = modPatchFiles::ParsePatch(bytes, engine, patch.defaults, patch.current);
@@ -101,7 +107,7 @@ std::string Told(std::string_view bytes, bool extended, bool both) {
     for (const modPatchCheck::Finding& finding : check.findings)
         findings += std::to_string(finding.line) + ": " + finding.text + "\n";
     section("means", means);
-    if (!both)
+    if (!both && rules == Rules::Kept)
         section("saved", ReplaceAll(modPatchFiles::FormatPatch(patch, engine).substr(header.size()), "\r\n", "\n"));
     section("check", findings);
     return told;
@@ -115,7 +121,9 @@ TEST_P(PatchCase, IsReadSavedAndCheckedAsTold) {
     const PatchText& text = GetParam();
     for (const bool extended : {false, true}) {
         if (extended ? text.extended : text.normal) {
-            EXPECT_EQ(Told(Decoded(text.patch), extended, text.normal && text.extended), text.told);
+            EXPECT_EQ(Told(Decoded(text.patch), extended, text.normal && text.extended,
+                           text.asEngines ? Rules::Engine : Rules::Kept),
+                      text.told);
         }
     }
 }

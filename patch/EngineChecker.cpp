@@ -1,0 +1,288 @@
+#include "patch/EngineChecker.h"
+
+#include "core/Numbers.h"
+#include "core/Text.h"
+#include "patch/EngineNames.h"
+#include "patch/PatchNotes.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace plinket3::modPatchCheck {
+
+namespace {
+
+using Kind = plinket3::Section;
+
+constexpr std::size_t longestLine = 1022, longestText = 2047; // that engines read
+constexpr std::int32_t endlessNumber = 1 << 30, lastSafeSprite = 244;
+constexpr std::array<std::int32_t, 7> versions{16, 17, 19, 20, 21, 2021, 2024};
+
+/// Fields that other engines have.
+struct OtherField {
+    Kind section;
+    std::string_view key, who;
+};
+constexpr std::array otherFields{
+    OtherField{Kind::Thing, "Dropped item", "engines with DEHEXTRA know it"},
+    OtherField{Kind::Thing, "MBF21 Bits", "MBF21 engines know it"},
+    OtherField{Kind::Thing, "Infighting group", "MBF21 engines know it"},
+    OtherField{Kind::Thing, "Projectile group", "MBF21 engines know it"},
+    OtherField{Kind::Thing, "Splash group", "MBF21 engines know it"},
+    OtherField{Kind::Thing, "Rip sound", "MBF21 engines know it"},
+    OtherField{Kind::Thing, "Fast speed", "MBF21 engines know it"},
+    OtherField{Kind::Thing, "Melee range", "MBF21 engines know it"},
+    OtherField{Kind::Thing, "Blood color", "Eternity, DSDA-Doom, Woof and Doom Retro know it"},
+    OtherField{Kind::Thing, "Woof Bits", "Woof knows it"},
+    OtherField{Kind::Thing, "Obituary", "Woof and Doom Retro know it"},
+    OtherField{Kind::Thing, "Melee obituary", "Woof and Doom Retro know it"},
+    OtherField{Kind::Thing, "Self obituary", "Woof and Doom Retro know it"},
+    OtherField{Kind::Thing, "Gib health", "Doom Retro knows it"},
+    OtherField{Kind::Thing, "Pickup width", "Doom Retro knows it"},
+    OtherField{Kind::Thing, "Retro bits", "Doom Retro knows it"},
+    OtherField{Kind::Thing, "Projectile pass height", "Doom Retro knows it"},
+    OtherField{Kind::Thing, "Fullbright", "Doom Retro knows it"},
+    OtherField{Kind::Thing, "Shadow offset", "Doom Retro knows it"},
+    OtherField{Kind::Thing, "Bits2", "Eternity knows it"},
+    OtherField{Kind::Thing, "Pickup sound", "one port of a mod's author knows it"},
+    OtherField{Kind::Frame, "MBF21 Bits", "MBF21 engines know it"},
+    OtherField{Kind::Frame, "Tranmap", "engines with ID24 know it"},
+    OtherField{Kind::Weapon, "MBF21 Bits", "MBF21 engines know it"},
+    OtherField{Kind::Weapon, "Ammo per shot", "MBF21 engines know it"},
+    OtherField{Kind::Weapon, "Name", "Doom Retro knows it"},
+    OtherField{Kind::Weapon, "Decal", "ZDoom knows it"},
+    OtherField{Kind::Weapon, "Ammo use", "ZDoom knows it"},
+    OtherField{Kind::Weapon, "Min ammo", "ZDoom knows it"},
+};
+
+bool IsArgument(std::string_view key) {
+    constexpr std::string_view word = "Args";
+    return key.size() == word.size() + 1 && EqualIgnoringCase(key.substr(0, word.size()), word) && key.back() >= '1' &&
+           key.back() <= '8';
+}
+
+/// The digits at the start of `number`, behind a sign; hexadecimal ones behind 0x.
+std::size_t DigitsEnd(std::string_view number, std::size_t sign, bool hexadecimal) {
+    const std::size_t begin = sign + (hexadecimal ? 2 : 0);
+    return std::min(number.find_first_not_of(hexadecimal ? "0123456789abcdefABCDEF" : "0123456789", begin),
+                    number.size());
+}
+
+} // namespace
+
+// Lines
+
+void EngineChecker::FirstLine() {
+    const std::string_view line = LineFrom(0);
+    constexpr std::array<std::string_view, 2> known{"Patch File for DeHackEd v3.0", "Patch File for DeHackEd v2.3"};
+    const auto isFirst = [line](std::string_view each) { return line.starts_with(each); };
+    if (!engine_.dialect.IsExtended() && std::ranges::none_of(known, isFirst))
+        Add(0, "is not \"Patch File for DeHackEd v3.0\", letter by letter: Chocolate Doom refuses the patch");
+}
+
+void EngineChecker::Line(std::size_t offset, std::string_view text) {
+    if (offset == 0)
+        FirstLine();
+    if (text.size() > longestLine)
+        Add(offset, "has more than " + std::to_string(longestLine) +
+                        " characters: dsda-doom and woof take the rest for another line");
+    const bool comment = text.starts_with(engine_.dialect.comment);
+    if (endsSection_ || text.empty() || (comment && section_ == Kind::CodePtr))
+        section_ = IsBracketed(section_) && section_ != Kind::CodePtr ? section_ : Kind::None;
+    endsSection_ = LineFrom(offset).starts_with(' ');
+    if (!comment)
+        CheckVersions(offset, text);
+}
+
+void EngineChecker::CheckVersions(std::size_t offset, std::string_view line) {
+    const auto [key, value] = EnginePair(line);
+    const std::int32_t number = EngineInt32(value);
+    if (EqualIgnoringCase(Trim(key), "Doom version") && std::ranges::find(versions, number) == versions.end())
+        Add(offset, "names a version that no engine has: there are 16, 17, 19, 20, 21, 2021 and 2024");
+    else if (EqualIgnoringCase(Trim(key), "Patch format") && number != engine_.dialect.patchFormat)
+        Add(offset, "names another format than " + std::to_string(engine_.dialect.patchFormat) +
+                        "; engines read the patch as if it had that one");
+}
+
+void EngineChecker::Ignored(std::size_t offset, std::string_view reason) {
+    const std::string_view line = LineFrom(offset);
+    const bool noPair = reason.find(" of the form ") != std::string_view::npos;
+    if (noPair && line.find('=') == std::string_view::npos && words_.Beginning(line) != nullptr &&
+        (line.starts_with('[') || line.find_first_of("0123456789") != std::string_view::npos))
+        return Add(offset, "looks like a header, but no empty line stands before it: engines take it, and the lines "
+                           "behind it, for lines of the section before");
+    if (section_ == Kind::CodePtr && reason.find("knows no code pointer") != std::string_view::npos)
+        otherActions_.insert(EngineInt32(line.substr(std::min(line.find(' '), line.size()))));
+    if (reason.ends_with("no such field"))
+        return UnknownField(offset, reason);
+    Add(offset, reason);
+}
+
+/// A field that the engine does not have; others may.
+void EngineChecker::UnknownField(std::size_t offset, std::string_view reason) {
+    const auto [key, value] = EnginePair(LineFrom(offset));
+    const std::int32_t number = EngineInt32(value);
+    if (section_ == Kind::Frame && IsArgument(key)) {
+        if (number != 0 && state_ >= 0)
+            arguments_.try_emplace(state_, offset);
+        return Add(offset, std::string(reason) + "; MBF21 engines know it");
+    }
+    const bool group = EqualIgnoringCase(key, "Infighting group") || EqualIgnoringCase(key, "Splash group");
+    if (section_ == Kind::Thing && group && number < 0)
+        return Add(offset, "is a group below 0, at which dsda-doom and woof refuse to start");
+    const auto* found = std::ranges::find_if(otherFields, [&, name = key](const OtherField& each) {
+        return each.section == section_ && EqualIgnoringCase(each.key, name);
+    });
+    Add(offset, std::string(reason) + (found == otherFields.end() ? "" : "; " + std::string(found->who)));
+}
+
+// Sections
+
+void EngineChecker::Section(std::size_t offset, std::string_view word) {
+    section_ = words_.Named(word)->section;
+    header_ = offset;
+    state_ = -1;
+    const std::string_view line = LineFrom(offset);
+    if (section_ == Kind::Frame && line.find('=') < line.find('('))
+        Add(offset, "is taken for the header of a frame: [CODEPTR] has ended before it");
+    CheckNumberOf(offset, line, section_);
+}
+
+/// What engines do with numbers that no table has.
+void EngineChecker::CheckNumberOf(std::size_t offset, std::string_view line, Kind section) {
+    const HeaderWords words(line, engine_.dialect.comment);
+    if (section == Kind::Text) {
+        const std::int64_t together = std::int64_t{EngineInt32(words[1])} + EngineInt32(words[2]);
+        if (together > static_cast<std::int64_t>(longestText))
+            Add(offset, "has texts of " + std::to_string(together) +
+                            " characters together: dsda-doom and woof crash beyond " + std::to_string(longestText));
+        return;
+    }
+    const std::int32_t number = EngineInt32(words[1]);
+    const bool beyond = (section == Kind::Weapon && std::cmp_greater_equal(number, defaults_.weapons.size())) ||
+                        (section == Kind::Ammo && std::cmp_greater_equal(number, defaults_.ammo.size()));
+    if (beyond)
+        Add(offset, "is beyond the engines' tables: dsda-doom and woof write into other memory, the newest woof "
+                    "refuses it");
+    else if (section == Kind::Thing && number <= 0 && words.Count() > 1)
+        Add(offset, "is no thing, they count from 1: dsda-doom and woof write into other memory, the newest woof "
+                    "refuses it");
+    else if ((section == Kind::Thing || section == Kind::Frame || section == Kind::Sound) && number >= endlessNumber)
+        Add(offset, "has a number so large that dsda-doom and woof never finish reading");
+}
+
+void EngineChecker::Selected(std::size_t, RecordKind kind, std::int32_t index) {
+    state_ = kind == RecordKind::State ? index : -1;
+}
+
+// Values
+
+void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_view) {
+    if (cell.kind == RecordKind::Par) {
+        pars_.push_back(offset);
+        return;
+    }
+    const auto [before, isNew] = setBy_.try_emplace(cell, offset);
+    if (!isNew) {
+        Add(before->second, "has no effect: a later line sets the same value again");
+        before->second = offset;
+    }
+    const std::string_view line = LineFrom(offset);
+    const std::size_t equals = line.find('=');
+    if (section_ != Kind::CodePtr && section_ != Kind::Text && equals != std::string_view::npos && equals > 0 &&
+        line[equals - 1] != ' ' && line[equals - 1] != '\t')
+        Add(offset, "has no blank before \"=\": dsda-doom and woof 10 lose its last letter and so the line, the newest "
+                    "woof reads it");
+    if (!IsBracketed(section_) && line.starts_with(' ')) {
+        const std::size_t next = bytes_.find('\n', offset);
+        if (next != std::string_view::npos && !Trim(LineFrom(next + 1)).empty())
+            Add(offset, "begins with a blank, which ends its section: the next line belongs to none");
+    }
+    if (cell.kind == RecordKind::Sound && cell.field == RowOf(&SoundRecord::zero1) && !engine_.dialect.IsExtended())
+        Add(offset, "is a field at which Chocolate Doom 3.0 stops");
+}
+
+void EngineChecker::Number(std::size_t offset, FieldUnit unit, FieldWidth, std::string_view text) {
+    const std::string_view number = Trim(text);
+    const std::size_t sign = number.starts_with('-') || number.starts_with('+') ? 1 : 0;
+    const auto digit = [number](std::size_t at) {
+        return at < number.size() && number[at] >= '0' && number[at] <= '9';
+    };
+    const bool hexadecimal =
+        digit(sign) && number[sign] == '0' && sign + 1 < number.size() && ToLower(number[sign + 1]) == 'x';
+    const std::size_t end = DigitsEnd(number, sign, hexadecimal);
+    const std::string_view rest = Trim(number.substr(end));
+    const std::int32_t value = EngineInt32(number);
+    const std::string read = std::to_string(value);
+    if (!digit(sign))
+        Add(offset, "holds no number and is read as 0");
+    else if (hexadecimal)
+        Add(offset, "is hexadecimal, " + read + ", where the newest woof reads 0");
+    else if (number[sign] == '0' && digit(sign + 1) && value != LeadingInt32(number))
+        Add(offset, "is octal for dsda-doom, " + read + ", where the newest woof reads decimals");
+    else if (rest.starts_with('.'))
+        Add(offset, "holds a fraction and is read as " + read);
+    else if (!rest.empty() && !rest.starts_with(engine_.dialect.comment) && offset != header_)
+        Add(offset, "is read only up to " + Quoted(rest));
+    const double exact = hexadecimal ? 0 : LeadingReal(number);
+    if (exact < INT32_MIN || exact > UINT32_MAX || (exact > INT32_MAX && unit != FieldUnit::Flags))
+        Add(offset, "holds a number beyond 32 bits and is read as " + read);
+    Reference(offset, unit, value);
+}
+
+void EngineChecker::FlagNames(std::size_t offset, std::string_view text) {
+    if (!engine_.dialect.namedBits)
+        Add(offset, "names flags, which Chocolate Doom reads as 0");
+    for (const std::string_view word : BitWords(text))
+        if (!BitNamed(engine_.BitNames(BitSet::Things), word))
+            Add(offset, "names a flag that the engine does not know, " + Quoted(word));
+}
+
+// Texts
+
+void EngineChecker::OtherString(std::size_t offset, std::string_view key, std::string_view) {
+    Add(offset, "names a string that the engine does not have, " + Quoted(key) + "; it is kept");
+}
+
+void EngineChecker::Text(std::size_t offset, std::size_t length, std::int32_t space) {
+    if (std::cmp_less_equal(length, space) || engine_.dialect.IsExtended())
+        return;
+    const bool cheat = section_ == Kind::Cheat;
+    const std::string_view comment = cheat ? "*allow-long-cheats*" : "*allow-long-strings*";
+    if (!AllowsLong(comment))
+        Add(offset, "puts " + std::to_string(length) + " characters where the original has room for " +
+                        std::to_string(space) + ", " +
+                        (cheat ? "of which Chocolate Doom warns" : "at which Chocolate Doom stops") +
+                        " without a comment with " + std::string(comment));
+}
+
+void EngineChecker::Continued(std::size_t offset, std::size_t end) {
+    continuedTo_ = end;
+    if (section_ != Kind::Text || end >= bytes_.size())
+        return;
+    if (const std::string_view rest = Trim(LineFrom(end)); !rest.empty())
+        Add(offset, "has lengths that end within a line, before " + Quoted(rest));
+}
+
+void EngineChecker::String(std::size_t offset, std::string_view) {
+    Escapes(offset, std::max(continuedTo_, offset + LineFrom(offset).size()));
+}
+
+void EngineChecker::Finish(const PatchSet& set) {
+    for (std::size_t i = 0; i < pars_.size() && i < set.pars.size(); ++i) {
+        const ParRecord& par = set.pars[i];
+        const bool exists = par.episode == 0 ? par.map >= 1 && par.map <= 32
+                                             : par.episode >= 1 && par.episode <= 3 && par.map >= 1 && par.map <= 9;
+        const bool newer = par.episode == 0 ? par.map >= 1 && par.map <= 34
+                                            : par.episode >= 1 && par.episode <= 6 && par.map >= 1 && par.map <= 9;
+        if (!exists)
+            Add(pars_[i], newer ? "is for a level that dsda-doom and woof 10 refuse, but the newest woof has"
+                                : "is for a level that no engine has");
+    }
+    for (const auto& [state, offset] : arguments_)
+        if (!otherActions_.contains(state))
+            Add(offset, "gives an argument to an action that takes none: dsda-doom and woof refuse to start");
+}
+
+} // namespace plinket3::modPatchCheck
