@@ -285,7 +285,7 @@ TEST_F(CliTest, ReadsRealPatchesAndItsOwnCopiesOfThemAlikeByTheKeptRules) {
 TEST_F(CliTest, AnswersAndRefusesAsTold) {
     Write("@a.deh", start + "IWAD = my.wad\nEngine config = doom19.cfg\nThing 12 (Imp)\nHit points = 200\n");
     Write("@b.deh", start + "Frame 5\nDuration = 9\nMiss = 1\n");
-    Write("@s.deh", start + "# louder\nSound 5\nValue = 100\n");
+    Write("@s.deh", start + "Sound 5\n# louder\nValue = 100\n");
     Write("@u.deh",
           "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\nAmmo 0 (Bullets)\nPer ammo = 5\n");
     Write("@c.cfg", "a = 1; b { c = \"x\"; }");
