@@ -104,7 +104,7 @@ def command_line(table, build, folder):
     run(build / "plinket3_bench", "--write-data", folder)
     small, large, out = folder / "small.deh", folder / "large.deh", folder / "out.deh"
     info = statistics.median(run(cli, "info", small)[0] for _ in range(INFO_RUNS)) * 1000
-    memory = run(cli, "--data", folder, "convert", "-e", "bench", large, out)[1]
+    memory = run(cli, "--data", folder, "--rules", "kept", "convert", "-e", "bench", large, out)[1]
     if out.read_bytes() != large.read_bytes():
         sys.exit("convert did not write the patch as it was")
     table.row("plinket3-cli info, the whole process", info, 10, 1, "ms", "the limit of")

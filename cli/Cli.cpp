@@ -28,6 +28,10 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option = app.add_option("--iwad", arguments.iwad, "The IWAD that the patch is to name");
     else if (name == "data-wad")
         option = app.add_option("--data-wad", arguments.dataWad, "The data WAD that the patch is to name");
+    else if (name == "base")
+        option = app.add_option("--base", arguments.base,
+                                "The patch from which all others come: only what a PATCH changed in it counts, and "
+                                "what BASE changed otherwise is a conflict");
     else if (name == "lump")
         option = app.add_option("--lump", arguments.lump,
                                 "Where the patch stands in a WAD: NAME, or NAME#2 for the second lump of that name; "
@@ -88,7 +92,7 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
     Arguments given;
     app.add_option("--rules", given.rules,
                    "By which rules patches are read and written: kept (as ever), engine (as game "
-                   "engines do, keeping every line) or auto (engine where kept would lose anything)")
+                   "engines do, keeping every line) or auto (engine where kept would lose anything), as without this")
         ->check(CLI::IsMember({"auto", "kept", "engine"}));
     const Command* chosen = nullptr;
     for (const auto commands : {PatchCommands(), WadCommands()})

@@ -18,9 +18,9 @@ namespace plinket3::cli {
 /// What was given on the command line. A command reads only what its row in the table of commands allows.
 struct Arguments {
     std::string engine;             // -e
-    std::string rules = "kept";     // or "auto" or "engine"
+    std::string rules = "auto";     // or "kept" or "engine"
     std::vector<std::string> files; // the plain arguments, in order
-    std::string iwad, dataWad, lump;
+    std::string iwad, dataWad, lump, base;
     bool compact = false, unused = false, fresh = false;
     std::int32_t thing = -1, weapon = -1;
     std::vector<std::string> sprite; // name and frame

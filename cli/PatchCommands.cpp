@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/PatchDocument.h"
+#include "patch/PatchMerge.h"
 #include "patch/PatchPlace.h"
 #include "patch/RulesChoice.h"
 #include "patch/SessionChoice.h"
@@ -13,6 +14,8 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <optional>
 #include <utility>
 
 namespace plinket3::cli {
@@ -78,12 +81,12 @@ PatchFile ReadPatchFile(const Run& run, const std::string& file) {
     return patch;
 }
 
-std::size_t EngineFor(const Run& run, const PatchFile& patch) {
+std::size_t EngineFor(const Run& run, const PatchFile& patch, std::string_view rules) {
     const Program& program = run.program;
-    if (run.arguments.rules != "engine")
+    if (rules != "engine")
         if (const auto found = RecommendEngine(program, patch.header, patch.bytes, patch.place.file))
             return *found;
-    if (run.arguments.rules != "kept")
+    if (rules != "kept")
         if (const auto found =
                 RecommendEngine(program, patch.header, patch.bytes, patch.place.file, std::nullopt, Rules::Engine))
             return *found;
@@ -106,16 +109,19 @@ void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
         refuse(modTables::TablePath(program.programFolder, program.engine));
 }
 
-/// Loads the engine that -e names, else the one that `patch` is likely made for, with its table. Throws `Refused`.
-void LoadEngine(Run& run, const PatchFile& patch) {
+/// Loads the engine that -e names, else the one that `patch` is likely made for by these rules, with its table. Throws
+/// `Refused`.
+void LoadEngine(Run& run, const PatchFile& patch, std::string_view rules) {
     Program& program = run.program;
     const std::vector<std::string> skipped = FindEngines(program);
     const std::string& name = run.arguments.engine;
     if (!name.empty())
         return LoadEntry(run, program.engines[EngineNamed(program, name, skipped)]);
     RequireEngines(program);
-    LoadEntry(run, program.engines[EngineFor(run, patch)]);
+    LoadEntry(run, program.engines[EngineFor(run, patch, rules)]);
 }
+
+void LoadEngine(Run& run, const PatchFile& patch) { LoadEngine(run, patch, run.arguments.rules); }
 
 /// By which rules a patch is read, and why.
 RulesAdvice RulesFor(const Run& run, const PatchFile& patch) {
@@ -159,6 +165,13 @@ PatchSet ReadSet(Run& run, const PatchFile& patch, const EngineConfiguration& en
     return set;
 }
 
+/// What the patch's INCLUDE lines may name; games take none in a lump.
+modPatchFiles::IncludeReader IncludesOf(const PatchFile& patch) {
+    if (!patch.place.lump.empty())
+        return {};
+    return modPatchFiles::IncludesBeside(patch.place.file);
+}
+
 /// Loads the engine and reads `file` ("-": the engine's own data) into the open patch. Where there is no file, the
 /// engine is the one for `other`. `included`: what it includes counts.
 void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}, bool included = false) {
@@ -172,11 +185,8 @@ void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}, b
     const PatchFile patch = ReadPatchFile(run, file);
     LoadEngine(run, patch);
     program.engine = EngineWith(TellRules(run, patch), program.engine);
-    // Games take no INCLUDE in a lump.
-    program.patch.current =
-        ReadSet(run, patch, program.engine, &program.patch.document,
-                included && patch.place.lump.empty() ? modPatchFiles::IncludesBeside(patch.place.file)
-                                                     : modPatchFiles::IncludeReader());
+    program.patch.current = ReadSet(run, patch, program.engine, &program.patch.document,
+                                    included ? IncludesOf(patch) : modPatchFiles::IncludeReader());
     program.patch.fileName = patch.place.file;
     program.patch.lump = patch.place.lump;
     program.patch.named = true;
@@ -213,9 +223,9 @@ int Info(Run& run) {
         return done;
     LoadEngine(run, patch);
     const RulesAdvice advice = RulesFor(run, patch);
-    run.out << "rules = " << (advice.rules == Rules::Engine ? "engine" : "kept") << '\n';
-    if (!advice.reason.empty())
-        run.out << "reason = " << Printable(advice.reason) << '\n';
+    ReadSet(run, patch, EngineWith(advice.rules, run.program.engine)); // refuses what is no patch
+    run.out << "rules = " << (advice.rules == Rules::Engine ? "engine" : "kept") << "\nreason = "
+            << (advice.reason.empty() ? "nothing would be lost or read otherwise" : Printable(advice.reason)) << '\n';
     return done;
 }
 
@@ -234,9 +244,11 @@ int Diff(Run& run) {
     Program& program = run.program;
     PatchSet other = program.patch.defaults;
     if (second != standardSet) {
-        const Rules rules = TellRules(run, patch);
-        other = ReadSet(run, patch, EngineWith(rules, program.engine), nullptr, modPatchFiles::IncludesBeside(second));
-        if (rules == Rules::Kept)
+        const EngineConfiguration engine = EngineWith(TellRules(run, patch), program.engine);
+        other = ReadSet(run, patch, engine, nullptr, IncludesOf(patch));
+        if (engine.dialect.EngineRules()) // its numbers are those that games know
+            program.engine.dialect = engine.dialect;
+        else
             program.patch.current.notes.clear(); // nobody knows what the other one's comments say
     }
     const std::vector<std::string> lines =
@@ -251,8 +263,8 @@ int Check(Run& run) {
     const PatchFile patch = ReadPatchFile(run, run.arguments.files[0]);
     LoadEngine(run, patch);
     run.program.engine = EngineWith(TellRules(run, patch), run.program.engine);
-    const modPatchCheck::CheckResult result = modPatchCheck::CheckPatch(
-        patch.bytes, run.program.engine, run.program.patch.defaults, modPatchFiles::IncludesBeside(patch.name));
+    const modPatchCheck::CheckResult result =
+        modPatchCheck::CheckPatch(patch.bytes, run.program.engine, run.program.patch.defaults, IncludesOf(patch));
     Require(result.status, patch.name + ":" + std::to_string(result.failedLine));
     for (const modPatchCheck::Finding& finding : result.findings)
         run.out << Printable(patch.name) << ':' << finding.line << ": warning: " << Printable(finding.text) << '\n';
@@ -271,6 +283,74 @@ int Convert(Run& run) {
     const PatchPlace out = PlaceOf(run, run.arguments.files[1]);
     Require(modPatchFiles::SavePatch(program, out, false, MissingLump::IsAdded), out.Name());
     return done;
+}
+
+/// A patch of a merge, by engine rules.
+PatchDocument ReadDocument(Run& run, const PatchFile& patch) {
+    PatchDocument document;
+    PatchSet set;
+    const modPatchFiles::ReadResult read =
+        document.Read(patch.bytes, run.program.engine, run.program.patch.defaults, set);
+    Require(read.status, patch.name + ":" + std::to_string(LineAt(patch.bytes, read.offset)));
+    return document;
+}
+
+/// Tells of lines that stay out of a merge; false when there are none.
+bool TellLeftOut(Run& run, const PatchFile& patch, const PatchDocument& document,
+                 const std::vector<std::size_t>& lines) {
+    for (const std::size_t line : lines) {
+        const std::string_view text = document.Text(line);
+        Complain(run.err, patch.name + ":" + std::to_string(LineAt(patch.bytes, document.Lines()[line].offset)) +
+                              ": is not merged: " + std::string(Trim(text.substr(0, text.find_first_of("\r\n")))));
+    }
+    return !lines.empty();
+}
+
+int Merge(Run& run) {
+    if (run.arguments.rules == "kept")
+        throw Refused("merge: patches are merged by engine rules only");
+    const std::vector<std::string>& files = run.arguments.files;
+    std::vector<PatchFile> patches;
+    for (const std::string& file : std::span(files).first(files.size() - 1))
+        patches.push_back(ReadPatchFile(run, file));
+    const PatchFile& base = patches.front();
+    PatchFile all = base; // one engine must do for what stands in any of them
+    for (const PatchFile& patch : std::span(patches).subspan(1))
+        all.bytes += "\n\n" + patch.bytes;
+    LoadEngine(run, all, "engine");
+    const EngineConfiguration& engine = run.program.engine = EngineWith(Rules::Engine, run.program.engine);
+    const PatchSet& defaults = run.program.patch.defaults;
+    const PatchDocument document = ReadDocument(run, base);
+    std::optional<PatchDocument> original;
+    if (!run.arguments.base.empty())
+        original = ReadDocument(run, ReadPatchFile(run, run.arguments.base));
+
+    PatchSet ours = document.Said();
+    std::vector<std::string> conflicts;
+    std::vector<PatchDocument> documents;
+    for (const PatchFile& patch : std::span(patches).subspan(1)) {
+        const PatchDocument& theirs = documents.emplace_back(ReadDocument(run, patch));
+        if (original) {
+            const PatchSet refused = MergeChanges(theirs, *original, ours);
+            for (const std::string& line : modPatchDiff::Differences(ours, refused, engine))
+                conflicts.push_back("conflict: " + line);
+        } else {
+            MergePatch(theirs, defaults, ours);
+        }
+    }
+    PatchDocument merged;
+    Require(MergeIntoDocument(document, ours, defaults, engine, merged), base.name);
+    const PatchPlace out = PlaceOf(run, files.back());
+    Require(WritePlace(out, merged.Bytes(), false, MissingLump::IsAdded), out.Name());
+    std::vector<std::string> lines = modPatchDiff::Differences(document.Said(), ours, engine);
+    lines.insert(lines.end(), conflicts.begin(), conflicts.end());
+    for (const std::string& line : lines)
+        run.out << Printable(line) << '\n';
+    bool leftOut = false;
+    for (std::size_t i = 0; i < documents.size(); ++i)
+        leftOut |= TellLeftOut(run, patches[i + 1], documents[i],
+                               LinesNotMerged(documents[i], original ? &*original : nullptr, merged));
+    return conflicts.empty() && !leftOut ? done : no;
 }
 
 int Table(Run& run) {
@@ -321,6 +401,9 @@ constexpr std::array patchCommands{
             "engine lump", 1, 1, Check},
     Command{"convert", "IN OUT", "Read IN (\"-\": the engine's own data) and write OUT as saving does",
             "!engine iwad data-wad fresh lump", 2, 2, Convert},
+    Command{"merge", "BASE PATCH... OUT",
+            "Set in BASE what the PATCHes set, write it to OUT and print what has changed", "base engine lump", 3,
+            std::numeric_limits<int>::max(), Merge},
     Command{"table", "[PATCH] OUT.tbl", "Write the patched records as a table file", "!engine lump", 1, 2, Table},
     Command{"config", "FILE", "Read a configuration text and print it as the program writes it", "compact", 1, 1,
             Config},

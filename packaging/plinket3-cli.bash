@@ -26,12 +26,16 @@ _plinket3_cli() {
             return
             ;;
         --rules)
-            COMPREPLY=($(compgen -W 'kept auto engine' -- "$cur"))
+            COMPREPLY=($(compgen -W 'auto kept engine' -- "$cur"))
             return
             ;;
         -e)
             engines=$("$program" "${data[@]}" engines 2>/dev/null | sed 's/\.cfg\t.*//')
             COMPREPLY=($(compgen -W '$engines' -- "$cur"))
+            return
+            ;;
+        --base)
+            _filedir '@(deh|bex|wad)'
             return
             ;;
         --iwad | --data-wad)

@@ -157,8 +157,10 @@ private:
             else
                 inside = EngineLineOutside(line);
         }
-        return understood_ || !unknown_ ? Status()
-                                        : Status::Failure("The file holds no line that a game engine knows.");
+        if (understood_ || !unknown_)
+            return {};
+        store_.Offset(0); // no line is to blame more than the first
+        return Status::Failure("The file holds no line that a game engine knows.");
     }
 
     bool IsComment(std::string_view line) const { return line.starts_with(dialect_.comment); }
@@ -174,7 +176,7 @@ private:
             return false;
         }
         if (const SectionWords::Entry* found = words_.Beginning(line)) {
-            understood_ = true;
+            (IsPlainSection(*found, line) ? understood_ : unknown_) = true;
             return BeginEngineSection(*found, line);
         }
         if (IsBracketed(store_.Current()))
@@ -189,6 +191,20 @@ private:
         unknown_ = true;
         store_.Ignore("belongs to no section");
         return false;
+    }
+
+    /// Whether a line that begins with a section's word is one that only a patch has: engines also take "Texture" for
+    /// "Text", but so do lines in programs and letters begin.
+    bool IsPlainSection(const SectionWords::Entry& found, std::string_view line) const {
+        const std::string_view rest = line.substr(found.word.size());
+        if (found.section == Section::Include) {
+            const std::string_view ending = rest.substr(rest.size() - std::min(rest.size(), std::size_t{4}));
+            return EqualIgnoringCase(ending, ".deh") || EqualIgnoringCase(ending, ".bex");
+        }
+        if (IsBracketed(found.section))
+            return Trim(rest).empty() || IsComment(Trim(rest));
+        const std::size_t number = std::min(rest.find_first_not_of(" \t-+"), rest.size());
+        return number > 0 && number < rest.size() && rest[number] >= '0' && rest[number] <= '9';
     }
 
     bool BeginEngineSection(const SectionWords::Entry& found, std::string_view line) {
@@ -272,7 +288,9 @@ private:
         case Section::Unsupported:
             return store_.Ignore("belongs to a section that engines do not read");
         default:
-            if (!store_.StoreField(key, value.substr(std::min(value.find_first_not_of(" \t"), value.size()))))
+            if (store_.StoreField(key, value.substr(std::min(value.find_first_not_of(" \t"), value.size()))))
+                understood_ = true;
+            else
                 store_.Ignore("is ignored: this section has no such field");
         }
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 namespace plinket3 {
@@ -116,7 +117,8 @@ Status WadEdit::FindOverlap() const {
     for (int lump = 0; lump < LumpCount(); ++lump)
         if (const Entry& entry = entries_[static_cast<std::size_t>(lump)]; entry.size > 0)
             parts.emplace_back(entry, lump);
-    std::ranges::sort(parts);
+    std::ranges::sort(parts, {},
+                      [](const auto& part) { return std::tuple(part.first.offset, part.first.size, part.second); });
     for (std::size_t i = 1; i < parts.size(); ++i) {
         const auto& [before, first] = parts[i - 1];
         const auto& [after, second] = parts[i];

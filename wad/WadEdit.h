@@ -2,7 +2,6 @@
 
 #include "core/Status.h"
 
-#include <compare>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -38,7 +37,7 @@ private:
     struct Entry {
         std::int64_t offset = 0, size = 0;
         std::int64_t End() const { return offset + size; }
-        auto operator<=>(const Entry&) const = default;
+        bool operator==(const Entry&) const = default;
     };
     Status ReadDirectory();
     Status FindOverlap() const;

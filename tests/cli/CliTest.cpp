@@ -76,7 +76,7 @@ TEST_F(CliTest, DumpsThePatchAsJson) {
     Write("@a.deh", start +
                         "Thing 2 (Zomb\xef (x)\nBits = SOLID\n[CODEPTR]\nFrame 3 = Punch\n[STRINGS]\nQUITMSG = a\\nb\n"
                         "[PARS]\npar 2 3 4\nCheat 0\nGod mode = g\xffh\nMisc 0\nMax Health = 7\n");
-    const Json dump = Dump("-e boom21.cfg -"), patched = Dump("-e boom19 @a.deh");
+    const Json dump = Dump("-e boom21.cfg -"), patched = Dump("--rules kept -e boom19 @a.deh");
     EXPECT_EQ(
         dump["engine"],
         (Json{{"file", "boom21.cfg"}, {"name", "Boom 2.02 (Doom version 21)"}, {"version", 21}, {"extended", true}}));
@@ -105,12 +105,12 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
     const std::string odd = "; no header\nThing 12 (Imp (old))\nHit points = 0x10\nBlood color = 3\n# why\n\n"
                             "[STRINGS]\nUSER_X = own\nQUITMSG = a \\\n  b\n\nText 6 6\npistolbanger";
     Write("@odd.bex", odd);
-    EXPECT_EQ(Run("info --rules auto @odd.bex").out,
+    EXPECT_EQ(Run("info @odd.bex").out,
               "filename = " + Place("@odd.bex") +
                   "\nrules = engine\nreason = the kept rules refuse it: Invalid patch file.\n");
-    const Result kept = Run("convert -e boom19 @odd.bex @out.bex");
+    const Result kept = Run("convert --rules kept -e boom19 @odd.bex @out.bex");
     EXPECT_EQ(kept.exit, cli::refused);
-    const Result converted = Run("convert --rules auto -e boom19 @odd.bex @out.bex");
+    const Result converted = Run("convert -e boom19 @odd.bex @out.bex");
     EXPECT_EQ(converted.error, "plinket3-cli: @odd.bex: engine rules: the kept rules refuse it: Invalid patch file.\n");
     EXPECT_EQ(ReadFile(folder_ / "out.bex"), odd);
     const Json dump = Dump("--rules engine -e boom19 @odd.bex");
@@ -150,7 +150,7 @@ TEST_F(CliTest, KeepsEveryByteOfRealWads) {
         std::string bytes = ReadFile(file);
         bytes[0] = 'P';
         Write("@a.wad", bytes);
-        const std::string options = std::string("convert --rules auto -e boom19 --lump ") + lump;
+        const std::string options = std::string("convert -e boom19 --lump ") + lump;
         ASSERT_EQ(Run(options + " @a.wad @a.wad").exit, cli::done);
         EXPECT_EQ(ReadFile(folder_ / "a.wad"), bytes) << file << " " << lump;
         ASSERT_EQ(Run(options + " @a.wad @lump.bex").exit, cli::done);
@@ -240,6 +240,39 @@ TEST_F(CliTest, WritesPatchesIntoWads) {
     EXPECT_EQ(ReadFile(folder_ / "i.wad"), iwad);
 }
 
+TEST_F(CliTest, MergesPatches) {
+    const std::string base = "# ours\nThing 1\nMass = 7 # heavy\nSpeed = 3\n\n[PARS]\npar 1 90\n";
+    Write("@base.bex", base);
+    Write("@one.bex", "Patch File for DeHackEd v3.0\nDoom version = 21\n\nThing 1\nMass = 100\nHit points = 9\n\n"
+                      "[STRINGS]\nUSER_X = y\n# not told\nQUITMSG = a\n");
+    Write("@two.bex", "Thing 1 (Marine)\nHit points = 8\n\n[PARS]\npar 1 60\npar 1 1 30\n");
+    const Result result = Run("merge -e boom19 @base.bex @one.bex @two.bex @out.bex");
+    EXPECT_EQ(result.out, "Thing 1 (Player): Name Player -> Marine\nThing 1 (Player): Hit points 100 -> 8\n"
+                          "Thing 1 (Player): Mass 7 -> 100\nString QUITMSG: \"are you sure you want to\\nquit this "
+                          "great game?\" -> \"a\"\nPar MAP01: 90 -> 60\nPar E1M1: none -> 30\n");
+    EXPECT_EQ(result.error, "plinket3-cli: @one.bex:9: is not merged: USER_X = y\n");
+    EXPECT_EQ(result.exit, cli::no);
+    EXPECT_EQ(ReadFile(folder_ / "out.bex"), "# ours\nThing 1 (Marine)\nSpeed = 3\nHit points = 8\n\n[PARS]\n"
+                                             "par 1 60\npar 1 1 30\n\n[STRINGS]\nQUITMSG = a\n");
+    EXPECT_EQ(Run("merge -e boom19 @base.bex @base.bex @out.bex").exit, cli::done);
+    EXPECT_EQ(ReadFile(folder_ / "out.bex"), base);
+}
+
+TEST_F(CliTest, MergesChangesAgainstTheirOriginalAndTellsOfConflicts) {
+    Write("@old.bex", "Thing 1\nMass = 7\nSpeed = 3\n\nThing 2\nMass = 1\n# old\n\n[PARS]\npar 1 60\npar 2 60\n");
+    Write("@ours.bex", "Thing 1\nMass = 8\nSpeed = 3\n\nThing 2\nMass = 1\n\n[PARS]\npar 1 60\npar 2 61\n");
+    Write("@theirs.bex", "Thing 1\nMass = 9\nSpeed = 3\nWidth = 65536\nColour = 3\n\n# new\nThing 2\n\n[PARS]\n"
+                         "par 2 62\n");
+    const Result result = Run("merge -e boom19 --base @old.bex @ours.bex @theirs.bex @ours.bex");
+    EXPECT_EQ(result.out, "Thing 1 (Player): Width 1048576 -> 65536\nThing 2 (Zombieman): Mass 1 -> 100\n"
+                          "Par MAP01: 60 -> none\nconflict: Thing 1 (Player): Mass 8 -> 9\n"
+                          "conflict: Par MAP02: 61 -> 62\n");
+    EXPECT_EQ(result.error, "plinket3-cli: @theirs.bex:5: is not merged: Colour = 3\n"
+                            "plinket3-cli: @theirs.bex:7: is not merged: # new\n");
+    EXPECT_EQ(result.exit, cli::no);
+    EXPECT_EQ(ReadFile(folder_ / "ours.bex"), "Thing 1\nMass = 8\nSpeed = 3\nWidth = 65536\n\n[PARS]\npar 2 61\n");
+}
+
 TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
     ASSERT_EQ(Run("convert -e doom19 --iwad doom2.wad --data-wad my.wad - @out.deh").exit, cli::done);
     EXPECT_EQ(ReadFile(folder_ / "out.deh"),
@@ -290,7 +323,7 @@ TEST_F(CliTest, ReadsWads) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "none.ppm"));
 }
 
-TEST_F(CliTest, ReadsRealPatchesAndItsOwnCopiesOfThemAlike) {
+TEST_F(CliTest, ReadsRealPatchesAndItsOwnCopiesOfThemAlikeByTheKeptRules) {
     // All there is to tell: strings of other engines, comments for them, and what their authors count on there.
     const std::string_view known[]{
         "the engine has no string of that name", "Chocolate Doom", "stay in the text, where game engines drop them",
@@ -300,16 +333,16 @@ TEST_F(CliTest, ReadsRealPatchesAndItsOwnCopiesOfThemAlike) {
         if (!std::filesystem::exists(file))
             GTEST_SKIP() << "the Debian package of " << file << " is not installed";
         Write("@in.deh", file == chexPatch ? ReadFile(file) : Run("wad " + file.string() + " DEHACKED").out);
-        const std::string option = std::string(" -e ") + engine;
+        const std::string option = std::string(" --rules kept -e ") + engine;
         ASSERT_EQ(Run("convert" + option + " @in.deh @out.deh").exit, cli::done);
-        Json in = Dump("@in.deh"), out = Dump("@out.deh"), standard = Dump(option);
+        Json in = Dump("--rules kept @in.deh"), out = Dump("--rules kept @out.deh"), standard = Dump(option);
         EXPECT_EQ(in["engine"]["file"], std::string(engine) + ".cfg");
         EXPECT_NE(in["strings"], standard["strings"]);
         EXPECT_TRUE(in["things"] != standard["things"] || !in["pars"].empty());
         for (Json* dump : {&in, &out})
             dump->erase("patch");
         EXPECT_EQ(in, out);
-        std::istringstream findings(Run("check @in.deh").out + Run("check @out.deh").out);
+        std::istringstream findings(Run("check --rules kept @in.deh").out + Run("check --rules kept @out.deh").out);
         for (std::string line; std::getline(findings, line);)
             EXPECT_TRUE(std::ranges::any_of(known, [&line](auto text) { return line.find(text) != line.npos; }))
                 << line;
@@ -321,11 +354,13 @@ TEST_F(CliTest, ReadsRealPatchesAndItsOwnCopiesOfThemAlike) {
 TEST_F(CliTest, AnswersAndRefusesAsTold) {
     Write("@a.deh", start + "IWAD = my.wad\nEngine config = doom19.cfg\nThing 12 (Imp)\nHit points = 200\n");
     Write("@b.deh", start + "Frame 5\nDuration = 9\nMiss = 1\n");
+    Write("@s.deh", start + "Sound 5\n# louder\nValue = 100\n");
     Write("@u.deh",
           "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\nAmmo 0 (Bullets)\nPer ammo = 5\n");
     Write("@c.cfg", "a = 1; b { c = \"x\"; }");
     const std::string deep(100000, '{');
     Write("@empty", "");
+    Write("@letter.txt", "Text of a letter\nFrame it = a\n\nIncludes a picture\nMiscellaneous\n[STRINGS]?\nThings\n");
     Write("@short.deh", "Patch File for DeHack");
     Write("@twice.deh", start + "IWAD = a\nThing 1\niwad = b\n");
     Write("@text.deh", start + "Text 2147483647 5\nabc");
@@ -374,7 +409,7 @@ TEST_F(CliTest, PrintsControlCharactersOfFilesAsEscapes) {
     for (const auto& [words, shown] : {std::pair{"info @a.deh", "iwad = a\\x1b[2J\n"},
                                        {"diff @a.deh", R"(-> A\x1b]0;x\x07)"},
                                        {"check @a.deh", R"("Mass\x9b = 1")"},
-                                       {"check @a.deh", R"(no code pointer "\x1b")"},
+                                       {"check --rules kept @a.deh", R"(no code pointer "\x1b")"},
                                        {"wad @a.wad", "\tTROOA1\\x1bc\t"}}) {
         const std::string out = Run(words).out;
         EXPECT_NE(out.find(shown), std::string::npos) << words << "\n" << out;

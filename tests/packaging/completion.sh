@@ -53,6 +53,7 @@ convert --iwad |c.wad one sub
 convert --data-wad=|c.wad one sub
 convert -e doom19 a.deh |a.deh b.BEX c.wad one sub
 convert --lump |
+merge --base |a.deh b.BEX c.wad one sub
 diff |a.deh b.BEX c.wad one sub
 table -e doom19 |a.deh b.BEX c.wad e.tbl one sub
 config |d.cfg one sub

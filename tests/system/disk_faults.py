@@ -120,7 +120,8 @@ def command_line(build, folder):
     disk.fill(100_000)
     before = disk.content()
     for command in (["convert", "-e", "dehextra19", patch, out], ["table", "-e", "dehextra19", patch, out]):
-        run = subprocess.run([build / "plinket3-cli", *command], text=True, capture_output=True, check=False)
+        run = subprocess.run([build / "plinket3-cli", "--rules", "kept", *command], text=True, capture_output=True,
+                             check=False)
         check(run.returncode == 2 and run.stderr.endswith(f"{NO_SPACE}\n") and str(out) in run.stderr,
               f"{command[0]} ended with {run.returncode} and said {run.stderr}")
         check(disk.content() == before, f"a failed {command[0]} has changed the disk")

@@ -2,8 +2,8 @@
 """Kills the window program and the command line at random moments around a save, again and again. Whatever the moment,
 the file is then the old one or the new one, byte for byte, a backup is whole, and what a killed save leaves behind
 neither piles up nor hinders the next save.
-    kills.py BUILD-FOLDER [KILLS [SEED]]      KILLS of the window without backups, as many with them, and five times as
-                                              many of the command line
+    kills.py BUILD-FOLDER [KILLS [SEED]]      KILLS of the window without backups, as many with them, five times as
+                                              many of the command line, and twice as many of it into a WAD
 SEED gives the same patch and the same dice. The moments also follow from how long saves take, so they differ each time.
 """
 
@@ -14,6 +14,7 @@ import tempfile
 import time
 from pathlib import Path
 
+import make_hostile
 from driven import Account, Display, Failed, IWAD, Program, require
 
 ENGINE = "dehextra19"
@@ -39,9 +40,9 @@ def large_patch(chance):
 class Target:
     """The file that is saved over and over, and what may lie beside it."""
 
-    def __init__(self, folder):
-        self.file = Path(folder, "target.bex")
-        self.backup = Path(folder, "target.bex.bak")
+    def __init__(self, folder, name="target.bex"):
+        self.file = Path(folder, name)
+        self.backup = Path(folder, name + ".bak")
         self.versions = []
         self.delay = 0.05  # the middle of the moments at which we kill, in seconds behind the key or the start
         self.counts = {"old": 0, "new": 0, "leftover": 0}
@@ -135,14 +136,18 @@ def window(build, display, patch, backup, kills, chance):
         target.report("Window with backups" if backup else "Window without backups", kills)
 
 
-def command_line(build, patch, kills, chance):
+def command_line(build, patch, kills, chance, wad=None):
+    """`wad`: the bytes of a WAD that gets the patch as a lump."""
     with tempfile.TemporaryDirectory(prefix="plinket3_kills_") as folder:
-        target = Target(folder)
+        target = Target(folder, "target.wad" if wad else "target.bex")
+        if wad:
+            target.file.write_bytes(wad)
         inputs = [patch, Path(folder, "other.bex")]
         inputs[1].write_text(patch.read_text() + "\nMisc 0\nInitial Health = 77\n")
 
         def start(version):
-            return subprocess.Popen([build / "plinket3-cli", "convert", "-e", ENGINE, inputs[version], target.file])
+            return subprocess.Popen([build / "plinket3-cli", "--rules", "kept", "convert", "-e", ENGINE, inputs[version],
+                                     target.file])
 
         for version in (0, 1):
             if start(version).wait() != 0:
@@ -160,7 +165,7 @@ def command_line(build, patch, kills, chance):
             version = 1 - target.versions.index(target.file.read_bytes())
             target.kill_around_save(chance, lambda: started.append(start(version)), kill)
         start(0).wait()
-        target.report("Command line", kills)
+        target.report("Command line, into a WAD" if wad else "Command line", kills)
 
 
 def main():
@@ -174,6 +179,8 @@ def main():
         patch = Path(folder, "large.bex")
         patch.write_text(large_patch(chance))
         command_line(build, patch, 5 * kills, chance)
+        lumps = [(b"BEFORE", chance.randbytes(1 << 20)), (b"DEHACKED", b""), (b"BEHIND", chance.randbytes(1 << 20))]
+        command_line(build, patch, 2 * kills, chance, make_hostile.wad(lumps, b"PWAD"))
         window(build, display, patch, 0, kills, chance)
         window(build, display, patch, 1, kills, chance)
 

@@ -1,0 +1,149 @@
+#include "patch/PatchMerge.h"
+
+#include "core/Text.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <utility>
+
+namespace plinket3 {
+
+namespace {
+
+using Level = std::pair<std::int32_t, std::int32_t>;
+using ParTimes = std::map<Level, std::int32_t>;
+
+/// Calls visit(cell) for every cell of a patch that has another value in the second set.
+template <class Visit> void ForEachOtherCell(const PatchSet& before, const PatchSet& after, Visit visit) {
+    const auto visitRecord = [&](RecordKind kind, std::size_t index) {
+        for (const Cell& cell : CellsOf(kind, static_cast<std::int32_t>(index)))
+            if ((cell.field < 0 || FactsOf(kind, cell.field).inPatch) &&
+                ReadCell(before, cell) != ReadCell(after, cell))
+                visit(cell);
+    };
+    VisitKinds([&](const auto& kind) {
+        const auto &records = kind.In(before), &others = kind.In(after);
+        for (std::size_t i = 0; i < records.size() && i < others.size(); ++i)
+            visitRecord(kind.kind, i);
+    });
+    visitRecord(RecordKind::Misc, 0);
+}
+
+/// An engine takes the last entry of a level.
+ParTimes TimesIn(const PatchSet& set) {
+    ParTimes times;
+    for (const ParRecord& par : set.pars)
+        times[{par.episode, par.map}] = par.seconds;
+    return times;
+}
+
+std::optional<std::int32_t> TimeOf(const ParTimes& times, const Level& level) {
+    const auto found = times.find(level);
+    return found == times.end() ? std::nullopt : std::optional(found->second);
+}
+
+/// Gives levels other times, or none.
+void SetTimes(std::map<Level, std::optional<std::int32_t>> times, std::vector<ParRecord>& pars) {
+    std::vector<ParRecord> changed;
+    for (auto par = pars.rbegin(); par != pars.rend(); ++par) {
+        const auto found = times.find({par->episode, par->map});
+        if (found == times.end()) {
+            changed.push_back(*par);
+        } else if (found->second) {
+            changed.push_back({par->episode, par->map, *found->second});
+            times.erase(found); // earlier entries do not count
+        }
+    }
+    std::ranges::reverse(changed);
+    for (const auto& [level, seconds] : times)
+        if (seconds)
+            changed.push_back({level.first, level.second, *seconds});
+    pars = std::move(changed);
+}
+
+/// What one patch changes in another one.
+struct Changes {
+    std::vector<Cell> cells;
+    std::map<Level, std::optional<std::int32_t>> times;
+
+    void Apply(const PatchSet& theirs, PatchSet& ours) const {
+        for (const Cell& cell : cells)
+            WriteCell(ours, cell, ReadCell(theirs, cell));
+        DeriveMisc(ours.misc);
+        if (!times.empty())
+            SetTimes(times, ours.pars);
+    }
+};
+
+bool SaysWhatItWasMadeFor(std::string_view line) {
+    constexpr std::string_view firstLine = "Patch File for DeHackEd v";
+    modPatchFiles::Header header;
+    return EqualIgnoringCase(line.substr(0, firstLine.size()), firstLine) ||
+           (modPatchFiles::ScanHeader(line, header) && !header.empty());
+}
+
+/// A line, whatever ends it and those in which it goes on.
+std::string Plain(const PatchDocument& document, std::size_t line) {
+    return std::string(Trim(ReplaceAll(std::string(document.Text(line)), "\r\n", "\n")));
+}
+
+} // namespace
+
+void MergePatch(const PatchDocument& theirs, const PatchSet& defaults, PatchSet& ours) {
+    const PatchSet& said = theirs.Said();
+    Changes changes;
+    for (const DocumentLine& line : theirs.Lines())
+        if ((line.what == LineKind::Value || line.what == LineKind::Text) && line.kind != RecordKind::Par)
+            changes.cells.push_back({line.kind, line.index, line.field});
+    // What has no line of its own, such as names.
+    ForEachOtherCell(defaults, said, [&changes](const Cell& cell) { changes.cells.push_back(cell); });
+    for (const auto& [level, seconds] : TimesIn(said))
+        changes.times.emplace(level, seconds);
+    changes.Apply(said, ours);
+}
+
+PatchSet MergeChanges(const PatchDocument& theirs, const PatchDocument& original, PatchSet& ours) {
+    const PatchSet &said = theirs.Said(), &old = original.Said();
+    Changes changes, conflicts;
+    ForEachOtherCell(old, said, [&](const Cell& cell) {
+        const CellValue value = ReadCell(ours, cell);
+        const bool conflict = value != ReadCell(old, cell) && value != ReadCell(said, cell);
+        (conflict ? conflicts : changes).cells.push_back(cell);
+    });
+    const ParTimes times = TimesIn(said), oldTimes = TimesIn(old), ourTimes = TimesIn(ours);
+    ParTimes levels = times;
+    levels.insert(oldTimes.begin(), oldTimes.end());
+    for (const auto& [level, ignored] : levels) {
+        const std::optional<std::int32_t> now = TimeOf(times, level), then = TimeOf(oldTimes, level),
+                                          here = TimeOf(ourTimes, level);
+        if (now != then)
+            (here != then && here != now ? conflicts : changes).times.emplace(level, now);
+    }
+    changes.Apply(said, ours);
+    PatchSet refused = ours;
+    conflicts.Apply(said, refused);
+    return refused;
+}
+
+std::vector<std::size_t> LinesNotMerged(const PatchDocument& theirs, const PatchDocument* original,
+                                        const PatchDocument& merged) {
+    std::unordered_set<std::string> known;
+    for (const PatchDocument* document : {original, &merged})
+        for (std::size_t line = 0; document != nullptr && line < document->Lines().size(); ++line)
+            known.insert(Plain(*document, line));
+    std::vector<std::size_t> lines;
+    for (std::size_t line = 0; line < theirs.Lines().size(); ++line) {
+        const DocumentLine& facts = theirs.Lines()[line];
+        const bool text = facts.what == LineKind::Header && facts.field == static_cast<int>(Section::Text);
+        if (facts.what != LineKind::Other && !text && (facts.what != LineKind::Comment || original == nullptr))
+            continue;
+        if (!known.contains(Plain(theirs, line)) && (original != nullptr || !SaysWhatItWasMadeFor(theirs.Text(line))))
+            lines.push_back(line);
+    }
+    return lines;
+}
+
+} // namespace plinket3
