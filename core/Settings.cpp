@@ -15,6 +15,7 @@ namespace {
 constexpr std::string_view typeKey = "Type"; // with a capital, unlike the "type" of the other configurations
 constexpr std::string_view iwadsKey = "IWADs";
 constexpr std::string_view recentFilesKey = "recentFiles";
+constexpr std::string_view fileSessionsKey = "fileSessions";
 constexpr std::string_view lastFolderKey = "lastDir";
 constexpr std::string_view iwadKeyEnd = "wad";
 
@@ -88,6 +89,32 @@ void AddRecentFileTo(SettingTree& root, std::string_view path) {
     while (recent.Exists(std::to_string(key)))
         ++key;
     recent.Set(std::to_string(key), std::string(path));
+}
+
+/// The entry of a patch among the remembered sessions; empty when there is none.
+std::string SessionKey(const SettingTree& sessions, std::string_view patch) {
+    for (const auto& [key, value] : sessions.Entries())
+        if (const auto* session = std::get_if<std::shared_ptr<SettingTree>>(&value))
+            if (TextIn((*session)->Find("patch")) == patch)
+                return key;
+    return {};
+}
+
+void RememberSessionIn(SettingTree& root, std::string_view patch, const Settings::FileSession& session) {
+    SettingTree& sessions = Structure(root, fileSessionsKey);
+    if (const std::string known = SessionKey(sessions, patch); !known.empty())
+        sessions.Remove(known);
+    while (sessions.Count() >= Settings::mostFileSessions)
+        sessions.Remove(sessions.Entries().front().first);
+    int key = 1;
+    while (sessions.Exists(std::to_string(key)))
+        ++key;
+    const auto entry = std::make_shared<SettingTree>();
+    entry->Set("patch", std::string(patch));
+    entry->Set("engine", session.engine);
+    entry->Set("iwad", session.iwad);
+    entry->Set("dataWad", session.dataWad);
+    sessions.Set(std::to_string(key), entry);
 }
 
 } // namespace
@@ -201,6 +228,21 @@ std::vector<std::string> Settings::RecentFiles() const {
 
 void Settings::AddRecentFile(std::string_view path) {
     Apply([path = std::string(path)](SettingTree& root) { AddRecentFileTo(root, path); });
+}
+
+Settings::FileSession Settings::SessionOf(std::string_view patch) const {
+    const SettingValue* value = configuration_.Root(true)->Find(fileSessionsKey);
+    const auto* sessions = value == nullptr ? nullptr : std::get_if<std::shared_ptr<SettingTree>>(value);
+    const std::string key = sessions == nullptr ? std::string() : SessionKey(**sessions, patch);
+    if (key.empty())
+        return {};
+    const SettingTree& session = *std::get<std::shared_ptr<SettingTree>>(*(*sessions)->Find(key));
+    return {TextIn(session.Find("engine")), TextIn(session.Find("iwad")), TextIn(session.Find("dataWad"))};
+}
+
+void Settings::RememberSession(std::string_view patch, const FileSession& session) {
+    if (SessionOf(patch) != session)
+        Apply([patch = std::string(patch), session](SettingTree& root) { RememberSessionIn(root, patch, session); });
 }
 
 void Settings::PruneRecentFiles() {

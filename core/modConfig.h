@@ -178,6 +178,17 @@ public:
     /// Removes the entry at `index` and numbers the others anew. Does nothing when there is no such entry.
     void RemoveIwad(std::size_t index);
 
+    /// What a patch was edited against, of those that do not say so themselves. `patch` is its path, with the lump.
+    struct FileSession {
+        std::string engine, iwad, dataWad; // the configuration's file name; paths
+        bool operator==(const FileSession&) const = default;
+    };
+    static constexpr std::size_t mostFileSessions = 100;
+    /// Empty texts for a patch that is not known.
+    FileSession SessionOf(std::string_view patch) const;
+    /// Forgets the patch that was remembered first beyond `mostFileSessions`.
+    void RememberSession(std::string_view patch, const FileSession& session);
+
     /// Recently used patch files, the oldest first.
     std::vector<std::string> RecentFiles() const;
     /// Moves or adds a path to the end of the list (paths that differ in ASCII case only are the same file) and drops

@@ -245,6 +245,9 @@ void FileCommands::PutIntoWad() {
 
 void FileCommands::AddRecent(const std::filesystem::path& file) {
     program_.settings.AddRecentFile(file.string());
+    const PatchData& patch = program_.patch;
+    if (program_.engine.dialect.EngineRules()) // else the header says it
+        program_.settings.RememberSession(Place().Name(), {patch.engineConfig, patch.iwadPath, patch.dataWadPath});
     // At once, since this run may end without its shut-down. There it is tried again, and a failure is told.
     static_cast<void>(program_.settings.Save());
     emit RecentFilesChanged();

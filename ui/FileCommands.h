@@ -89,6 +89,7 @@ private:
     bool SaveTo(const PatchPlace& place);
     /// Writes the open patch there; shows why that fails.
     bool Write(const PatchPlace& place);
+    /// The file is the newest of the recent ones, and what the patch is edited against is remembered with it.
     void AddRecent(const std::filesystem::path& file);
     /// Reads the patch's file again; shows why when it cannot be read by these rules.
     bool ReadAgain(Rules rules);

@@ -167,7 +167,13 @@ void frmNewFile::SetNewFile() {
 }
 
 void frmNewFile::SelectConfig(const PatchToOpen& patch) {
-    const modPatchFiles::Header& header = patch.header;
+    modPatchFiles::Header header = patch.header;
+    const Settings::FileSession known = environment_.settings.SessionOf(patch.place.Name());
+    const std::pair<const char*, const std::string&> remembered[]{
+        {"engineconfig", known.engine}, {"iwad", known.iwad}, {"datawad", known.dataWad}};
+    for (const auto& [name, value] : remembered)
+        if (!value.empty())
+            header.try_emplace(name, value); // what stands in the patch goes first
     patch_ = &patch;
     rulesChosen_ = false;
     const auto named = header.find("iwad");

@@ -94,6 +94,10 @@ TEST_F(SettingsTest, ProgramsThatRunAtTheSameTimeKeepWhatEachHasChanged) {
     settings_.AddIwad("e", "/e");
     settings_.AddRecentFile("/mine");
     settings_.Text("lastDir", "/x");
+    other.RememberSession("/a.deh", {"boom19.cfg", "/b", "/data.wad"});
+    for (std::size_t i = 0; i < Settings::mostFileSessions; ++i)
+        settings_.RememberSession("/" + std::to_string(i) + ".wad:DEHACKED", {"mbf19.cfg", "/b", ""});
+    settings_.RememberSession("/0.wad:DEHACKED", {"mbf21.cfg", "/c", ""});
     ASSERT_TRUE(other.Save());
     ASSERT_TRUE(settings_.Save());
     ASSERT_TRUE(other.Save());
@@ -105,6 +109,9 @@ TEST_F(SettingsTest, ProgramsThatRunAtTheSameTimeKeepWhatEachHasChanged) {
         EXPECT_EQ(program->RecentFiles(), (std::vector{"/old"s, "/theirs"s, "/mine"s}));
         EXPECT_EQ(program->Number("createBackup"), 0);
         EXPECT_EQ(program->Text("lastDir"), "/x");
+        EXPECT_EQ(program->SessionOf("/0.wad:DEHACKED"), (Settings::FileSession{"mbf21.cfg", "/c", ""}));
+        EXPECT_EQ(program->SessionOf("/1.wad:DEHACKED"), (Settings::FileSession{"mbf19.cfg", "/b", ""}));
+        EXPECT_EQ(program->SessionOf("/a.deh"), Settings::FileSession()) << "the first of too many";
     }
 }
 

@@ -13,6 +13,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -100,7 +101,8 @@ TEST_F(MainWindowTest, WithoutASessionOnlyWhatNeedsNoneCanBeChosen) {
             enabled << action->objectName();
     enabled.sort();
     EXPECT_EQ(enabled.join(' ').toStdString(),
-              "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewOptions");
+              "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewOptions "
+              "ViewOtherLines");
 }
 
 TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
@@ -288,6 +290,73 @@ TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNamesOrHolds) {
         window->Commands().openFile(folder / row.file);
     }
     EXPECT_EQ(Caption(), "Plinket3");
+}
+
+TEST_F(MainWindowTest, APatchWithCommentsIsEditedByEngineRules) {
+    const std::string patch = "# by me\n\nThing 12 (Imp)\nHit points = 70\nBlood color = 3\n\nSound 3\nValue = 9\n";
+    test::WriteFile(folder / "mine.deh", patch);
+    const auto accept = [](const QString& reason, int rules) {
+        return [reason, rules](QDialog& dialog) {
+            auto& box = *dialog.findChild<QComboBox*>("cmbRules");
+            EXPECT_TRUE(box.currentText().endsWith("(recommended)"));
+            EXPECT_TRUE(dialog.findChild<QLabel*>("lblRulesReason")->text().startsWith(reason))
+                << dialog.findChild<QLabel*>("lblRulesReason")->text().toStdString();
+            box.setCurrentIndex(rules);
+            AcceptSession("Boom 2.02 (Doom version 19)")(dialog);
+        };
+    };
+    {
+        const ModalDriver driver("frmNewFile", accept("The kept rules refuse it", 1));
+        window->Commands().openFile(folder / "mine.deh");
+    }
+    auto& rules = Find<QToolButton>("cmdRules");
+    EXPECT_EQ(rules.text(), "Engine rules");
+
+    auto& things = Find<QTreeView>("lstThings");
+    things.setCurrentIndex(things.model()->index(11, 0));
+    auto& notes = *things.window()->findChild<QPlainTextEdit*>("txtNotes");
+    EXPECT_TRUE(notes.isVisible());
+    QTest::keyClicks(&notes, "too tough");
+    EXPECT_EQ(Action("EditUndo").text(), "&Undo note of Imp");
+    {
+        const ModalDriver driver("frmPatchNotes", [](QDialog& dialog) {
+            auto& text = *dialog.findChild<QPlainTextEdit*>("txtPatchNotes");
+            EXPECT_EQ(text.toPlainText(), "by me");
+            QTest::keyClicks(&text, "not ");
+            QTest::mouseClick(dialog.findChild<QPushButton*>("cmdAccept"), Qt::LeftButton);
+        });
+        Action("FilePatchNotes").trigger();
+    }
+    EXPECT_EQ(Action("EditUndo").text(), "&Undo patch notes");
+    Action("FileSave").trigger();
+    EXPECT_EQ(test::ReadFile(folder / "mine.deh"), "# not by me\n\n# too tough" + patch.substr(patch.find("\nThing")));
+
+    Action("ViewOtherLines").trigger();
+    const QAbstractItemModel& others = *Find<QTreeView>("lvwOtherLines").model();
+    ASSERT_EQ(others.rowCount(), 1);
+    EXPECT_EQ(others.index(0, 0).data().toInt(), 6) << "as the saved file counts";
+    EXPECT_EQ(others.index(0, 2).data().toString(), "Blood color = 3");
+
+    rules.click();
+    EXPECT_EQ(rules.text(), "Engine rules") << "the kept rules refuse it";
+}
+
+TEST_F(MainWindowTest, ABarTellsWhatGamesReadOtherwiseAfterASaveByTheKeptRules) {
+    NewPatch("Boom 2.02 (Doom version 19)");
+    edits->Store({RecordKind::Sound, 3, RowOf(&SoundRecord::value)}, 9);
+    dialogs.Expect("Save patch file", (folder / "mine.bex").string());
+    Action("FileSaveAs").trigger();
+    auto& bar = Find<QFrame>("rulesBar");
+    EXPECT_TRUE(bar.isVisible());
+    EXPECT_TRUE(Find<QLabel>("lblRulesBar").text().contains("Sound 3"))
+        << Find<QLabel>("lblRulesBar").text().toStdString();
+    QTest::mouseClick(&Find<QPushButton>("cmdEngineRules"), Qt::LeftButton);
+    EXPECT_FALSE(bar.isVisible());
+    EXPECT_EQ(Find<QToolButton>("cmdRules").text(), "Engine rules");
+    EXPECT_TRUE(program.patch.changed);
+    Action("FileSave").trigger();
+    EXPECT_FALSE(bar.isVisible());
+    EXPECT_NE(test::ReadFile(folder / "mine.bex").find("Sound 3\r\nValue = 9"), std::string::npos);
 }
 
 TEST_F(MainWindowTest, WadsThatAreGoneAreNamedInTheStatusBar) {
