@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -30,6 +31,13 @@ template <class Visit> void ForEachOtherCell(const PatchSet& before, const Patch
             visitRecord(kind.kind, i);
     });
     visitRecord(RecordKind::Misc, 0);
+    std::set<Notes::key_type> noted;
+    for (const Notes* notes : {&before.notes, &after.notes})
+        for (const auto& [record, note] : *notes)
+            noted.insert(record);
+    for (const auto& [kind, index] : noted)
+        if (const Cell cell{kind, index, noteField}; ReadCell(before, cell) != ReadCell(after, cell))
+            visit(cell);
 }
 
 /// An engine takes the last entry of a level.
@@ -99,7 +107,10 @@ void MergePatch(const PatchDocument& theirs, const PatchSet& defaults, PatchSet&
         if ((line.what == LineKind::Value || line.what == LineKind::Text) && line.kind != RecordKind::Par)
             changes.cells.push_back({line.kind, line.index, line.field});
     // What has no line of its own, such as names.
-    ForEachOtherCell(defaults, said, [&changes](const Cell& cell) { changes.cells.push_back(cell); });
+    ForEachOtherCell(defaults, said, [&changes](const Cell& cell) {
+        if (cell.field != noteField) // our comments stay
+            changes.cells.push_back(cell);
+    });
     for (const auto& [level, seconds] : TimesIn(said))
         changes.times.emplace(level, seconds);
     changes.Apply(said, ours);

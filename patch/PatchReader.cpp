@@ -199,7 +199,8 @@ private:
         const std::string_view rest = line.substr(found.word.size());
         if (found.section == Section::Include) {
             const std::string_view ending = rest.substr(rest.size() - std::min(rest.size(), std::size_t{4}));
-            return EqualIgnoringCase(ending, ".deh") || EqualIgnoringCase(ending, ".bex");
+            return line.starts_with("INCLUDE") || EqualIgnoringCase(ending, ".deh") ||
+                   EqualIgnoringCase(ending, ".bex");
         }
         if (IsBracketed(found.section))
             return Trim(rest).empty() || IsComment(Trim(rest));

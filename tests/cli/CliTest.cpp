@@ -261,16 +261,19 @@ TEST_F(CliTest, MergesPatches) {
 TEST_F(CliTest, MergesChangesAgainstTheirOriginalAndTellsOfConflicts) {
     Write("@old.bex", "Thing 1\nMass = 7\nSpeed = 3\n\nThing 2\nMass = 1\n# old\n\n[PARS]\npar 1 60\npar 2 60\n");
     Write("@ours.bex", "Thing 1\nMass = 8\nSpeed = 3\n\nThing 2\nMass = 1\n\n[PARS]\npar 1 60\npar 2 61\n");
-    Write("@theirs.bex", "Thing 1\nMass = 9\nSpeed = 3\nWidth = 65536\nColour = 3\n\n# new\nThing 2\n\n[PARS]\n"
-                         "par 2 62\n");
+    Write("@theirs.bex",
+          "Thing 1\nMass = 9\nSpeed = 3\nWidth = 65536\nColour = 3\n# new\n\n# noted\nThing 2\n\n[PARS]\n"
+          "par 2 62\n");
     const Result result = Run("merge -e boom19 --base @old.bex @ours.bex @theirs.bex @ours.bex");
-    EXPECT_EQ(result.out, "Thing 1 (Player): Width 1048576 -> 65536\nThing 2 (Zombieman): Mass 1 -> 100\n"
+    EXPECT_EQ(result.out, "Thing 1 (Player): Width 1048576 -> 65536\nThing 2 (Zombieman): Note \"\" -> "
+                          "\"noted\"\nThing 2 (Zombieman): Mass 1 -> 100\n"
                           "Par MAP01: 60 -> none\nconflict: Thing 1 (Player): Mass 8 -> 9\n"
                           "conflict: Par MAP02: 61 -> 62\n");
     EXPECT_EQ(result.error, "plinket3-cli: @theirs.bex:5: is not merged: Colour = 3\n"
-                            "plinket3-cli: @theirs.bex:7: is not merged: # new\n");
+                            "plinket3-cli: @theirs.bex:6: is not merged: # new\n");
     EXPECT_EQ(result.exit, cli::no);
-    EXPECT_EQ(ReadFile(folder_ / "ours.bex"), "Thing 1\nMass = 8\nSpeed = 3\nWidth = 65536\n\n[PARS]\npar 2 61\n");
+    EXPECT_EQ(ReadFile(folder_ / "ours.bex"),
+              "Thing 1\nMass = 8\nSpeed = 3\nWidth = 65536\n\n# noted\nThing 2\n\n[PARS]\npar 2 61\n");
 }
 
 TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {

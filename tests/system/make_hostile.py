@@ -47,7 +47,7 @@ def patches():
          None, "01100"),
         ("latin1.deh", NORMAL + bytes(range(128, 256)) + b"\nThing 1 (" + bytes(range(160, 256)) + b")\n",
          None, "01100"),
-        ("long_line.deh", NORMAL + b"Thing 1\nHit points = " + b"9" * 10 * MEGABYTE, None, "00100"),
+        ("long_line.deh", NORMAL + b"Thing 1\nHit points = " + b"9" * 10 * MEGABYTE, None, "01100"),
         ("long_name.deh", NORMAL + b"Thing 1 (" + b"x" * MEGABYTE + b")\nSpeed = 4\n", None, "00100"),
         ("long_header.deh", HEADER + b"Engine config = " + b"x" * MEGABYTE + b"\nIWAD = " + b"y" * MEGABYTE,
          None, "00000"),
@@ -65,7 +65,7 @@ def patches():
         ("wild_frames.deh", NORMAL + b"Thing 1\nInitial frame = 2147483647\nDeath frame = -5\nFrame 149\n"
          b"Sprite number = -7\nSprite subnumber = 2147483647\nNext frame = -149\nDuration = 0\n", None, "01100"),
         ("many_bits.bex", EXTENDED + b"Thing 1\nBits = " + b"SOLID+SHOOTABLE|" * 100_000 + b"\n", None, "00100"),
-        ("long_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"\\n\\\\" * (MEGABYTE // 4) + b"\n", None, "00100"),
+        ("long_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"\\n\\\\" * (MEGABYTE // 4) + b"\n", None, "01100"),
         ("endless_string.bex", EXTENDED + b"[STRINGS]\nHUSTR_1 = " + b"line \\\n" * 100_000, None, "00100"),
         ("code_pointers.bex", EXTENDED + b"[CODEPTR]\n" + b"".join(
             b"Frame %d = %s\n" % (frame, CHANCE.choice([b"A_Look", b"NULL", b"A_" + b"x" * 500, b"-1", b""]))
@@ -76,10 +76,10 @@ def patches():
         ("text_of_all.deh", NORMAL + b"Text 1 2147483647\n" + b"a" * MEGABYTE, NO_TEXT, "01000"),
         ("includes_itself.bex", EXTENDED + b"Include includes_itself.bex\nInclude NOTEXT includes_itself.bex\n",
          UNSUPPORTED, "01000"),
-        ("other_format.deh", NORMAL.replace(b"format = 6", b"format = 7"), NO_PATCH, "00000"),
-        ("other_engine.deh", NORMAL.replace(b"version = 19", b"version = -19"), NO_ENGINE, "00000"),
-        ("huge_engine.deh", NORMAL.replace(b"version = 19", b"version = 65555"), NO_ENGINE, "00000"),
-        ("first_line_missing.deh", NORMAL.split(b"\n", 1)[1], BAD_PATCH, "00000"),
+        ("other_format.deh", NORMAL.replace(b"format = 6", b"format = 7"), NO_PATCH, "01000"),
+        ("other_engine.deh", NORMAL.replace(b"version = 19", b"version = -19"), NO_ENGINE, "01000"),
+        ("huge_engine.deh", NORMAL.replace(b"version = 19", b"version = 65555"), NO_ENGINE, "01000"),
+        ("first_line_missing.deh", NORMAL.split(b"\n", 1)[1], BAD_PATCH, "01000"),
         ("header_twice.deh", NORMAL + b"IWAD = Freedoom\n",
          'the line "IWAD" stands in it twice, again in line 7', "00000"),
         ("engine_elsewhere.deh", HEADER + b"Engine config = ../../../../etc/passwd\nIWAD = Freedoom\n", None, "00000"),
