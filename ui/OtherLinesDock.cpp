@@ -90,7 +90,10 @@ OtherLinesDock::OtherLinesDock(const Program& program)
     copy->setShortcutContext(Qt::WidgetShortcut);
     list_->addAction(copy);
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    copy->setEnabled(false);
     connect(copy, &QAction::triggered, this, &OtherLinesDock::Copy);
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, copy,
+            [this, copy] { copy->setEnabled(list_->selectionModel()->hasSelection()); });
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(text_);

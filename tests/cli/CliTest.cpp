@@ -196,7 +196,7 @@ TEST_F(CliTest, IncludedPatchesCountForCheckAndDiff) {
         {"INCLUDE sub/link", "names a patch outside of this one's folder, which is not read"},
         {"INCLUDE main.bex", "names a patch that names another one in turn, which is not read"}};
     for (const auto& [line, reason] : lines) {
-        Write("@a.bex", std::string(line) + "\n");
+        Write("@a.bex", std::string(line) + "\n\nThing 1\n");
         EXPECT_EQ(Run("check --rules engine -e boom19 @a.bex").out,
                   *reason == 0 ? "" : Place("@a.bex") + ":1: warning: \"" + line + "\" " + reason + "\n");
     }

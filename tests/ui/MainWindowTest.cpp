@@ -337,6 +337,7 @@ TEST_F(MainWindowTest, APatchWithCommentsIsEditedByEngineRules) {
     EXPECT_EQ(others.index(0, 0).data().toInt(), 6) << "as the saved file counts";
     EXPECT_EQ(others.index(0, 2).data().toString(), "Blood color = 3");
 
+    notifier.Expect(MessageKind::Exclamation, "Invalid file or unsupported patch version.");
     rules.click();
     EXPECT_EQ(rules.text(), "Engine rules") << "the kept rules refuse it";
 }
