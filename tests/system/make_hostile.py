@@ -21,8 +21,8 @@ NO_TEXT = "Could not find string replacement."
 UNSUPPORTED = "Unsupported entries were found in the patch file."
 UNKNOWN = "The file holds no line that a game engine knows."
 # What the window program says of patches that the kept rules refuse when it goes by engine rules, if anything.
-BY_ENGINES = {"nuls.deh": UNKNOWN, "noise.deh": UNKNOWN, "utf16.deh": UNKNOWN,
-              "data_wad_iwad.deh": "Unable to register data WAD."}
+BY_ENGINES = {"nuls.deh": UNKNOWN, "noise.deh": UNKNOWN, "utf16.deh": UNKNOWN, "picture.deh": UNKNOWN,
+              "program.deh": UNKNOWN, "zeros.deh": UNKNOWN, "data_wad_iwad.deh": "Unable to register data WAD."}
 MEGABYTE = 1_000_000
 CHANCE = random.Random(3)
 
