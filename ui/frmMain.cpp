@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -483,7 +484,8 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 
 void frmMain::RestorePlaces() {
     if (!restoreGeometry(state_.Bytes(QString::fromLatin1(geometryKey))))
-        resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
+        resize(QSize(fontMetrics().averageCharWidth() * 175, fontMetrics().height() * 54)
+                   .boundedTo(screen()->availableSize() * 0.95));
     restoreState(state_.Bytes(QString::fromLatin1(toolbarsKey)));
 }
 
