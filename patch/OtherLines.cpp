@@ -21,6 +21,10 @@ public:
         offset_ = offset;
         text_ = text;
         header_ = false;
+        if (text.empty() && !section_.starts_with('[')) { // those in brackets go on behind it
+            section_ = {};
+            ofNobody_ = false;
+        }
     }
     void Section(std::size_t, std::string_view) override {
         section_ = text_;

@@ -1,17 +1,22 @@
 // Takes the pictures of the documentation from the real windows, so that they never show another program than this one.
 //   plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]
+#include "core/Files.h"
 #include "tools/SilentNotifier.h"
 #include "ui/DarkPalette.h"
 #include "ui/FileDialogs.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/QtFrontEnd.h"
+#include "ui/RulesBar.h"
+#include "ui/fields/NoteEdit.h"
 #include "ui/frmFindIwads.h"
 #include "ui/frmRecovered.h"
 #include "ui/lists/RecordList.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QLineEdit>
 #include <QListView>
 #include <QMdiSubWindow>
@@ -122,6 +127,8 @@ private:
         Find<QComboBox>(window_, "cmbThingNames").setCurrentIndex(imp);
         Type(window_, "txtHitPoints", "120");
         Type(window_, "txtSpeed", "16");
+        Find<NoteEdit>(*window_.Editors().Frame(thingEditor), "txtNotes")
+            .setPlainText(QStringLiteral("Twice as tough: it guards the red key on MAP04.\nTested with 3 of them."));
         window_.Editors().SelectSingleState(impThrowing, imp, -1);
         Type(*window_.Editors().Frame(stateEditor), "txtDuration", "2");
         SelectRow(window_, "lstWeapons", pistol);
@@ -151,9 +158,9 @@ void TakeRecovered(Pictures& pictures, PatchData patch, Notifier& notifier) {
     {
         Recovery first(place), second(place); // of two runs that crashed
         patch.fileName = "/home/you/mods/first.bex";
-        bool kept = static_cast<bool>(first.Keep(patch, std::nullopt, 1));
+        bool kept = static_cast<bool>(first.Keep(patch, Rules::Kept, std::nullopt, 1));
         patch.fileName = "/home/you/Documents/unnamed.bex";
-        kept = kept && second.Keep(patch, std::nullopt, 1);
+        kept = kept && second.Keep(patch, Rules::Kept, std::nullopt, 1);
         if (!kept)
             throw std::runtime_error("no recovery file could be written");
     }
@@ -167,6 +174,30 @@ void TakeRecovered(Pictures& pictures, PatchData patch, Notifier& notifier) {
     frmRecovered recovered(own, notifier, nullptr);
     recovered.show();
     pictures.Take(recovered, QStringLiteral("recovered"));
+}
+
+constexpr std::string_view oddPatch = "# Bigger and meaner, version 3\n# by you\n\nThing 12 (Imp)\nHit points = 120\n"
+                                      "Blood color = 3\n\nThing 900 (Boss)\nSpeed = 12\n\nINCLUDE weapons.deh\n\n"
+                                      "[STRINGS]\nUSER_BOSS = Something woke up.\n";
+
+/// What there is only by engine rules: the other lines of a patch, and its notes.
+void TakeRules(Pictures& pictures, PictureFrontEnd& frontEnd) {
+    QTemporaryDir folder;
+    const std::filesystem::path patch = StoredPath(folder.path()) / "meaner.deh";
+    if (!WriteFileAtomically(patch, oddPatch))
+        throw std::runtime_error("no patch could be written");
+    frmMain& window = frontEnd.Main();
+    QTimer::singleShot(0, AcceptSession);
+    frontEnd.OpenFile(patch);
+    pictures.TakeModal("patch-notes", [&window] { Find<QAction>(window, "FilePatchNotes").trigger(); });
+    auto& others = Find<QDockWidget>(window, "dockOtherLines");
+    others.show();
+    pictures.Take(others, QStringLiteral("other-lines"));
+    others.hide();
+    auto& bar = Find<RulesBar>(window, "rulesBar");
+    bar.Tell({"Sound 3 (shotgn): Value 9 -> 64", "Sound 4 (sgcock): Value 64 -> 9"});
+    pictures.Take(bar, QStringLiteral("rules-bar"));
+    bar.hide();
 }
 
 int Run(char** argv) {
@@ -188,7 +219,7 @@ int Run(char** argv) {
     if (!modMain::StartUp(program, frontEnd, {}))
         return 1;
     frmMain& window = frontEnd.Main();
-    window.resize(1000, 700);
+    window.resize(1050, 760);
     Pictures pictures(window, QString::fromLocal8Bit(argv[4]));
 
     const auto showOptions = [&window] { window.ShowOptions(); };
@@ -208,6 +239,8 @@ int Run(char** argv) {
         return 1;
     pictures.TakeEditors();
     TakeRecovered(pictures, program.patch, notifier);
+    program.patch.changed = false; // what the pictures show is not asked about
+    TakeRules(pictures, frontEnd);
 
     Program another(notifier); // which knows no other patches than these
     another.settings.CreateDefaults(program.documentsFolder);
