@@ -52,6 +52,27 @@ protected:
     frmEditStrings* window = nullptr;
 };
 
+TEST_F(frmEditStringsTest, ByEngineRulesATextThatGamesCannotReadIsNotAccepted) {
+    Start("mbf19");
+    program.engine.dialect = program.engine.dialect.AsEngines();
+    Edit(
+        3,
+        [this] {
+            Empty();
+            EXPECT_FALSE(Find<QPushButton>(*dialog, "cmdAccept").isEnabled());
+            QTest::keyClicks(&New(), "fine");
+            EXPECT_TRUE(Find<QPushButton>(*dialog, "cmdAccept").isEnabled());
+            QTest::keyClicks(&New(), " ");
+            EXPECT_FALSE(Find<QPushButton>(*dialog, "cmdAccept").isEnabled());
+            EXPECT_TRUE(Label("lblNote").startsWith("Games cannot read such a text"));
+            QTest::keyClick(&New(), Qt::Key_Return, Qt::ControlModifier);
+            EXPECT_TRUE(dialog->isVisible());
+            Click(*dialog, "cmdRestore");
+        },
+        "cmdAccept");
+    EXPECT_EQ(Text(3), Defaults().strings[3].text);
+}
+
 TEST_F(frmEditStringsTest, ListsNumberEscapedTextAndLengthOrKey) {
     for (const char* engine : {"doom19", "mbf19"}) {
         Start(engine);

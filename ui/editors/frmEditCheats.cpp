@@ -119,7 +119,10 @@ void frmEditCheats::ShowCells(const std::vector<Cell>& cells) {
 }
 
 void frmEditCheats::Store(std::size_t cheat) {
-    context_.edits.Store(CellOf(cheat), StoredText(boxes_[cheat]->text()), true);
+    const QString text = boxes_[cheat]->text();
+    if (context_.program.engine.dialect.EngineRules() && text != text.trimmed())
+        context_.links.ShowStatus(tr("A cheat with blanks at its ends cannot be saved: games would not read them."));
+    context_.edits.Store(CellOf(cheat), StoredText(text), true);
 }
 
 void frmEditCheats::RestoreAll() {

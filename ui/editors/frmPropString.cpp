@@ -1,6 +1,7 @@
 #include "ui/editors/frmPropString.h"
 
 #include "core/Text.h"
+#include "patch/EngineNames.h"
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
@@ -54,7 +55,7 @@ frmPropString::frmPropString(const EditorContext& context, QWidget* parent)
       oldString_(new EscapedTextEdit(QStringLiteral("txtOldString"), tr("Text of the engine"))),
       newString_(new EscapedTextEdit(QStringLiteral("txtNewString"), tr("New text"))), preview_(new QPlainTextEdit),
       oldLength_(new QLabel), charsLeft_(new QLabel), note_(new QLabel),
-      restore_(NewButton("cmdRestore", tr("&Restore"))) {
+      restore_(NewButton("cmdRestore", tr("&Restore"))), accept_(NewButton("cmdAccept", tr("OK"))) {
     setObjectName(QStringLiteral("frmPropString"));
     context_.program.log.Add("  Loaded frmPropString");
 
@@ -74,19 +75,19 @@ frmPropString::frmPropString(const EditorContext& context, QWidget* parent)
 
     restore_->setToolTip(tr("Put the engine's text in"));
     connect(restore_, &QPushButton::clicked, this, &frmPropString::RestoreText);
-    auto* accept = NewButton("cmdAccept", tr("OK"));
-    connect(accept, &QPushButton::clicked, this, &QDialog::accept);
+    connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
     auto* cancel = NewButton("cmdCancel", tr("Cancel"));
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* buttons = new QDialogButtonBox;
     buttons->addButton(restore_, QDialogButtonBox::ResetRole);
-    buttons->addButton(accept, QDialogButtonBox::AcceptRole);
+    buttons->addButton(accept_, QDialogButtonBox::AcceptRole);
     buttons->addButton(cancel, QDialogButtonBox::RejectRole);
     restore_->setAutoDefault(false);
-    accept->setDefault(true);
-    accept->setToolTip(tr("Ctrl+Enter"));
+    accept_->setDefault(true);
+    accept_->setToolTip(tr("Ctrl+Enter"));
     for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) // without Ctrl it is part of the text
-        connect(new QShortcut(QKeySequence(Qt::CTRL | enter), this), &QShortcut::activated, this, &QDialog::accept);
+        connect(new QShortcut(QKeySequence(Qt::CTRL | enter), this), &QShortcut::activated, accept_,
+                &QPushButton::click);
 
     auto* layout = new QVBoxLayout(this);
     AddBox(*layout, tr("Text of the &engine"), *oldString_, oldLength_);
@@ -102,7 +103,7 @@ std::optional<std::string> frmPropString::Edit(int string) {
     const auto index = static_cast<std::size_t>(string);
     if (string < 0 || index >= patch.current.strings.size() || index >= patch.defaults.strings.size())
         return std::nullopt;
-    const std::string& standard = patch.defaults.strings[index].text;
+    const std::string& standard = standard_ = patch.defaults.strings[index].text;
     const std::string& current = patch.current.strings[index].text;
 
     QString title = tr("String %1").arg(string);
@@ -138,7 +139,13 @@ void frmPropString::ShowNewText() {
                                : tr("Length: %1").arg(newString_->Escaped().size()));
     preview_->setPlainText(ShownText(stored));
     ShowPlaceInPreview();
-    note_->setText(limit_ ? QString() : WhatIsLost(stored));
+    const bool refused =
+        !limit_ && context_.program.engine.dialect.EngineRules() && stored != standard_ && !EngineEscape(stored, "\n");
+    accept_->setEnabled(!refused);
+    note_->setText(refused ? tr("Games cannot read such a text: empty, with blanks at its ends, or with a backslash at "
+                                "its end or before an \"n\".")
+                   : limit_ ? QString()
+                            : WhatIsLost(stored));
 }
 
 /// Keeps what the caret is at in sight.

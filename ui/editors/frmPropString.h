@@ -34,7 +34,8 @@ private:
     QLabel* oldLength_;
     QLabel* charsLeft_;
     QLabel* note_;
-    QPushButton* restore_;
+    QPushButton *restore_, *accept_;
+    std::string standard_; // the engine's text
     std::optional<std::int32_t> limit_;
 };
 
