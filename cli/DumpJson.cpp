@@ -1,8 +1,13 @@
 #include "cli/Command.h"
 #include "core/Text.h"
+#include "patch/EngineNames.h"
 #include "patch/PatchDocument.h"
 
 #include <nlohmann/json.hpp>
+
+#include <map>
+#include <utility>
+#include <vector>
 
 namespace plinket3::cli {
 
@@ -57,10 +62,7 @@ public:
             if constexpr (std::is_same_v<Record, SoundRecord>)
                 object["name"] = Utf8(set_.SoundName(static_cast<std::int32_t>(i)));
             PutFields(object, engine_.dialect, record);
-            if constexpr (std::is_same_v<Record, ThingRecord>)
-                PutNote(object, {RecordKind::Thing, static_cast<std::int32_t>(i), noteField});
             if constexpr (std::is_same_v<Record, StateRecord>) {
-                PutNote(object, {RecordKind::State, static_cast<std::int32_t>(i), noteField});
                 object["Code pointer"] = record.codePointer;
                 const std::string* mnemonic = engine_.MnemonicOf(record.codePointer);
                 object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
@@ -75,11 +77,6 @@ private:
         return !std::is_same_v<Record, StringRecord> && !std::is_same_v<Record, CheatRecord>;
     }
 
-    void PutNote(Json& object, const Cell& cell) const {
-        if (const std::string note = std::get<std::string>(ReadCell(set_, cell)); !note.empty())
-            object["notes"] = Utf8(note);
-    }
-
     const PatchSet& set_;
     const EngineConfiguration& engine_;
 };
@@ -90,6 +87,29 @@ Json OtherStringOf(const PatchDocument::OtherString& other) {
             {"length", other.text.size()},
             {"text", Utf8(other.text)},
             {"known", false}};
+}
+
+/// By what a note belongs to: a record, or with no index the patch as a whole.
+Json NoteOf(const Notes::value_type& note) {
+    const auto [kind, index] = note.first;
+    if (kind == patchNotes.kind)
+        return {{"kind", "patch"}, {"index", nullptr}, {"text", Utf8(note.second)}};
+    std::string name;
+    VisitKind(kind, [&name](const auto& each) { name = each.plural; });
+    if (name.ends_with('s'))
+        name.pop_back();
+    return {{"kind", name}, {"index", index}, {"text", Utf8(note.second)}};
+}
+
+/// The musics that have another name, by number: as [MUSIC] or a text says, the last one that does.
+std::vector<std::pair<std::int32_t, std::string>> RenamedMusic(const PatchDocument& document) {
+    std::map<std::int32_t, std::string> names;
+    for (const PatchDocument::Rename& rename : document.Renames())
+        if (rename.kind == "music")
+            names[MusicIndex(rename.from)] = rename.to;
+    for (const PatchDocument::Music& music : document.MusicNames())
+        names[MusicIndex(music.from)] = music.to;
+    return {names.begin(), names.end()};
 }
 
 Json ParOf(const ParRecord& par) { return {{"episode", par.episode}, {"map", par.map}, {"seconds", par.seconds}}; }
@@ -114,8 +134,6 @@ void DumpJson(const Program& program, std::ostream& out) {
     PutFields(misc, engine.dialect, set.misc);
     out << "{\"engine\":" << engineFacts.dump(-1, ' ', false, bytesThatAreNot)
         << ",\"patch\":" << patchFacts.dump(-1, ' ', false, bytesThatAreNot);
-    if (engine.dialect.EngineRules())
-        out << ",\"notes\":" << Json(Utf8(std::get<std::string>(ReadCell(set, patchNotes)))).dump();
     const Descriptions descriptions(set, engine);
     const PatchDocument none;
     const PatchDocument& document = program.patch.document ? *program.patch.document : none;
@@ -131,15 +149,17 @@ void DumpJson(const Program& program, std::ostream& out) {
     out << ",\"misc\":" << misc.dump();
     PutList(out, "pars", set.pars.size(), [&](std::size_t i) { return ParOf(set.pars[i]); });
     if (engine.dialect.EngineRules()) {
+        const std::vector<std::pair<std::int32_t, std::string>> music = RenamedMusic(document);
+        PutList(out, "music", music.size(), [&](std::size_t i) {
+            return Json{{"index", music[i].first}, {"name", Utf8(music[i].second)}};
+        });
+        out << ",\"helper\":" << (document.Helper() == 0 ? Json() : Json(document.Helper())).dump();
         PutList(out, "renames", document.Renames().size(), [&](std::size_t i) {
             const PatchDocument::Rename& rename = document.Renames()[i];
             return Json{{"kind", rename.kind}, {"from", Utf8(rename.from)}, {"to", Utf8(rename.to)}};
         });
-        PutList(out, "music", document.MusicNames().size(), [&](std::size_t i) {
-            const PatchDocument::Music& music = document.MusicNames()[i];
-            return Json{{"from", Utf8(music.from)}, {"to", Utf8(music.to)}};
-        });
-        out << ",\"helper\":" << (document.Helper() == 0 ? Json() : Json(document.Helper())).dump();
+        auto note = set.notes.begin();
+        PutList(out, "notes", set.notes.size(), [&note](std::size_t) { return NoteOf(*note++); });
     }
     out << '}';
 }

@@ -97,8 +97,10 @@ std::optional<std::string> EngineEscape(std::string_view text, std::string_view 
     return escaped;
 }
 
-bool IsMusicName(std::string_view name) {
-    return std::ranges::any_of(musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
+std::int32_t MusicIndex(std::string_view name) {
+    const auto* found = std::ranges::find_if(
+        musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
+    return found == musicNames.end() ? 0 : static_cast<std::int32_t>(found - musicNames.begin()) + 1;
 }
 
 } // namespace plinket3

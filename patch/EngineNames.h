@@ -38,8 +38,9 @@ std::string EngineText(std::string_view escaped);
 /// go on behind backslashes, in lines that end with `lineEnd`.
 std::optional<std::string> EngineEscape(std::string_view text, std::string_view lineEnd);
 
-/// The names of music, without "D_".
-bool IsMusicName(std::string_view name);
+/// The number of a music by its lump's name without "D_", upper and lower case alike; 0, which stands for none, for
+/// another name.
+std::int32_t MusicIndex(std::string_view name);
 
 /// The record that has this name by default, upper and lower case alike; absent when none has.
 template <class Record>

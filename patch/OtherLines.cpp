@@ -58,7 +58,7 @@ private:
     }
 
     std::string_view bytes_, text_, section_;
-    std::size_t offset_ = 0, number_ = 1;      // of the line that is read
+    std::size_t offset_ = 0, number_ = 1;    // of the line that is read
     bool header_ = false, ofNobody_ = false; // it is one; it stands under one that selects nothing
 };
 

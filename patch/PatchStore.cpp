@@ -402,7 +402,7 @@ void PatchStore::StoreMusic(std::string_view key, std::string_view value) {
     constexpr std::size_t longest = 6;
     const std::string_view name = SkipBlanks(value);
     const std::string_view taken = name.substr(0, std::min(name.find_first_of(blanks), longest));
-    if (!IsMusicName(key) || taken.empty())
+    if (MusicIndex(key) == 0 || taken.empty())
         return Ignore("is ignored: the engine has no music of that name");
     if (observer_ != nullptr)
         observer_->Music(offset_, key, taken);
@@ -488,7 +488,7 @@ bool PatchStore::RenameByText(std::string_view oldText, std::string_view newText
         return false;
     if (rename(set_.sounds, defaults_.sounds, RecordKind::Sound))
         return true;
-    if (!IsMusicName(oldText))
+    if (MusicIndex(oldText) == 0)
         return false;
     if (observer_ != nullptr)
         observer_->RenamedMusic(offset_, oldText, newText);

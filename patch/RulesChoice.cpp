@@ -87,9 +87,9 @@ RulesSetting RulesSettingIn(const Settings& settings) {
 RulesProposal ProposeRules(const Environment& environment, std::size_t engine, const std::string* bytes) {
     EngineConfiguration configuration;
     PatchSet defaults;
-    const bool loaded = engine < environment.engines.size() &&
-                        modTables::ReadEngine(environment.programFolder, environment.engines[engine].file,
-                                              configuration, defaults);
+    const bool loaded =
+        engine < environment.engines.size() &&
+        modTables::ReadEngine(environment.programFolder, environment.engines[engine].file, configuration, defaults);
     if (configuration.dialect.EngineRules())
         return {{Rules::Engine, "patches for this engine are always read so"}, true};
     const RulesSetting setting = RulesSettingIn(environment.settings);

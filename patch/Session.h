@@ -11,9 +11,9 @@ namespace plinket3 {
 
 /// What a patch is edited against, as the user chose it.
 struct SessionChoice {
-    std::size_t engine = 0;    // place in `Environment::engines`
-    std::size_t iwad = 0;      // place in the list of known IWADs
-    std::string dataWad;       // its path as typed; empty for none
+    std::size_t engine = 0; // place in `Environment::engines`
+    std::size_t iwad = 0;   // place in the list of known IWADs
+    std::string dataWad;    // its path as typed; empty for none
     // "Doom version" of the patch that is opened; -1 for a new one, and by engine rules, for which it decides nothing
     std::int32_t version = -1;
     Rules rules = Rules::Kept;

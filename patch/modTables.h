@@ -31,7 +31,8 @@ std::filesystem::path TablePath(const std::filesystem::path& programFolder, cons
 /// `LoadTable` with the configuration's own table. Shows "No table file for engine configuration." when there is none.
 [[nodiscard]] bool LoadEngineTable(Environment& environment, const EngineConfiguration& engine, PatchData& patch);
 
-/// The engine of a configuration file and its own data, without a word to anybody. False when one of them cannot be read.
+/// The engine of a configuration file and its own data, without a word to anybody. False when one of them cannot be
+/// read.
 [[nodiscard]] bool ReadEngine(const std::filesystem::path& programFolder, const std::filesystem::path& file,
                               EngineConfiguration& engine, PatchSet& defaults);
 

@@ -182,7 +182,7 @@ TEST_F(CliTest, IncludedPatchesCountForCheckAndDiff) {
     EXPECT_EQ(Run("diff --rules engine -e boom19 @main.bex").out, diff);
     const Json dump = Dump("--rules engine -e boom19 @main.bex");
     EXPECT_EQ(dump["things"][11]["Hit points"], 7);
-    EXPECT_EQ(dump["music"], Json::parse(R"([{"from": "e1m1", "to": "longna"}])"));
+    EXPECT_EQ(dump["music"], Json::parse(R"([{"index": 1, "name": "longna"}])"));
     EXPECT_EQ(dump["helper"], 3);
     std::filesystem::create_symlink("/etc/passwd", folder_ / "sub" / "link");
     const std::pair<const char*, const char*> lines[]{
@@ -206,10 +206,10 @@ TEST_F(CliTest, ReadsAndWritesNotesByEngineRules) {
     Write("@a.bex", "# my patch\n#\n#$Editor x = 1\n# by me\n\n# tough\nThing 12 (Imp)\nHit points = 99\n\n#run\n"
                     "Frame 9\nDuration = 3\n\n# gone\n\n# pistol\nWeapon 1 (Pistol)\n");
     const Json dump = Dump("--rules engine -e boom19 @a.bex");
-    EXPECT_EQ(dump["notes"], "my patch\n\nby me");
-    EXPECT_EQ(dump["things"][11]["notes"], "tough");
-    EXPECT_EQ(dump["states"][9]["notes"], "run");
-    EXPECT_FALSE(dump["things"][12].contains("notes"));
+    EXPECT_EQ(dump["notes"], Json::parse(R"([{"kind": "thing", "index": 11, "text": "tough"},
+                                             {"kind": "state", "index": 9, "text": "run"},
+                                             {"kind": "weapon", "index": 1, "text": "pistol"},
+                                             {"kind": "patch", "index": null, "text": "my patch\n\nby me"}])"));
     EXPECT_EQ(Run("diff --rules engine -e boom19 @a.bex -").out,
               "Patch notes: \"my patch\\n\\nby me\" -> \"\"\nThing 12 (Imp): Note \"tough\" -> \"\"\n"
               "Thing 12 (Imp): Hit points 99 -> 60\nFrame 9: Note \"run\" -> \"\"\nFrame 9: Duration 3 -> 5\n"
