@@ -56,7 +56,7 @@ Status ScanHeader(std::string_view bytes, Header& header) {
     return {};
 }
 
-std::string UpdateHeader(const PatchDocument& document, const PatchData& patch) {
+std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch) {
     const std::string& bytes = document.Bytes();
     std::string updated;
     std::size_t done = 0;
@@ -83,6 +83,8 @@ std::string UpdateHeader(const PatchDocument& document, const PatchData& patch) 
             done = line.offset + begin + old.size();
         }
     }
+    if (done == 0)
+        return std::nullopt;
     return updated.append(bytes, done);
 }
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <utility>
 
 namespace plinket3::modPatchFiles {
@@ -307,10 +308,13 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 
 Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes) {
     if (engine.dialect.EngineRules() && patch.document) {
-        PatchDocument merged;
-        Status status = MergeIntoDocument(*patch.document, patch.current, patch.defaults, engine, merged);
-        bytes = UpdateHeader(merged, patch);
-        return status;
+        const std::optional<std::string> updated = UpdateHeader(*patch.document, patch);
+        if (!updated)
+            return MergedBytes(*patch.document, patch.current, patch.defaults, engine, bytes);
+        PatchDocument document;
+        PatchSet set;                                                            // what it says is what it said before
+        static_cast<void>(document.Read(*updated, engine, patch.defaults, set)); // as it was read before
+        return MergedBytes(document, patch.current, patch.defaults, engine, bytes);
     }
     bytes = FormatPatch(patch, engine);
     return {};
