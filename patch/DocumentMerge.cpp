@@ -254,19 +254,11 @@ private:
         if (facts.unit != FieldUnit::Flags)
             return std::to_string(value);
         const std::vector<std::string>& known = engine_.BitNames(facts.bits);
-        if (!names || !AllNamed(known, value))
+        if (!names || !modPatchText::AllNamed(known, value))
             return std::to_string(static_cast<std::uint32_t>(value));
         const std::string text = modPatchText::FormatBits(value, true, known);
         const bool tight = old.find('+') != std::string_view::npos && old.find(' ') == std::string_view::npos;
         return tight ? ReplaceAll(text, " + ", "+") : text;
-    }
-
-    static bool AllNamed(const std::vector<std::string>& known, std::int32_t bits) {
-        for (int bit = 0; bit < 32; ++bit)
-            if (modPatchText::GetFlag(bits, bit) &&
-                (static_cast<std::size_t>(bit) >= known.size() || known[static_cast<std::size_t>(bit)].empty()))
-                return false;
-        return true;
     }
 
     /// By name in [CODEPTR], where `old` is a name or there is no such line yet; by a state that has it in a Pointer

@@ -127,9 +127,11 @@ private:
 
     template <class Record> void Fields(const Record& current, const Record& standard) {
         ForEachDifference(current, standard, [this](const Field<Record>& field, std::int32_t value) {
+            // Kept: bits without a name are left out. docs/kept-behaviour.md
+            const bool named = dialect_.namedBits &&
+                               (!dialect_.EngineRules() || modPatchText::AllNamed(engine_.BitNames(field.bits), value));
             if (field.unit == FieldUnit::Flags)
-                Line(field.label, " = ",
-                     modPatchText::FormatBits(value, dialect_.namedBits, engine_.BitNames(field.bits)));
+                Line(field.label, " = ", modPatchText::FormatBits(value, named, engine_.BitNames(field.bits)));
             else
                 Line(field.label, " = ", value);
         });

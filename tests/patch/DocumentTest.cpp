@@ -311,6 +311,13 @@ TEST(PatchDocumentTest, KeepsTheLinesOfTheSessionUpToDate) {
     EXPECT_EQ(bytes, document->Bytes());
 }
 
+TEST(PatchDocumentTest, ANewPatchKeepsBitsWithoutAName) {
+    const EngineConfiguration engine = AsEngines(true);
+    PatchData patch = SmallPatch(engine);
+    patch.current.things[0].bits = 0x102;
+    EXPECT_NE(modPatchFiles::FormatPatch(patch, engine).find("Bits = 258\r\n"), std::string::npos);
+}
+
 TEST(PatchDocumentTest, RefusesAFileWithoutOneLineThatEnginesKnow) {
     const EngineConfiguration engine = AsEngines(true);
     PatchDocument document;
