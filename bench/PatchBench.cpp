@@ -1,10 +1,15 @@
 #include "bench/Floors.h"
 #include "bench/GeneratedPatch.h"
+#include "core/Files.h"
+#include "patch/PatchDocument.h"
 #include "patch/modPatchFiles.h"
 
 #include <benchmark/benchmark.h>
 
+#include <filesystem>
 #include <map>
+#include <memory>
+#include <utility>
 
 namespace plinket3::bench {
 
@@ -45,6 +50,54 @@ void ReadPatch(benchmark::State& state) {
     CountBytes(state, bytes);
 }
 BENCHMARK(ReadPatch)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+
+/// The same by engine rules, as a document. What it keeps beside the set is counted, too.
+void OpenDocument(benchmark::State& state) {
+    const auto& [generated, bytes] = CaseOf(state.range(0));
+    EngineConfiguration engine = generated.engine;
+    engine.dialect = engine.dialect.AsEngines();
+    for ([[maybe_unused]] auto once : state) {
+        state.PauseTiming();
+        std::string copy = bytes;
+        state.ResumeTiming();
+        PatchDocument document;
+        PatchSet set;
+        if (!document.Read(std::move(copy), engine, generated.patch.defaults, set).status ||
+            set.states.back() != generated.patch.current.states.back()) {
+            state.SkipWithError("the patch was not read");
+            break;
+        }
+        benchmark::DoNotOptimize(set);
+    }
+    CountBytes(state, bytes);
+}
+BENCHMARK(OpenDocument)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+
+/// Opens a document, changes a value and writes it. The other half is what writing the same bytes alone takes.
+void SaveDocument(benchmark::State& state) {
+    const auto& [generated, bytes] = CaseOf(state.range(0));
+    const std::filesystem::path file = std::filesystem::temp_directory_path() / "plinket3_bench.deh";
+    PatchData patch = generated.patch;
+    EngineConfiguration engine = generated.engine;
+    engine.dialect = engine.dialect.AsEngines();
+    auto document = std::make_shared<PatchDocument>();
+    if (!document->Read(bytes, engine, patch.defaults, patch.current).status)
+        state.SkipWithError("the patch was not read");
+    patch.document = document;
+    patch.current.states[patch.current.states.size() / 2].duration += 1;
+    const bool merges = state.range(1) != 0;
+    for ([[maybe_unused]] auto once : state) {
+        std::string saved;
+        if ((merges && !modPatchFiles::FormatForSaving(patch, engine, saved)) ||
+            !WriteFileAtomically(file, merges ? saved : bytes)) {
+            state.SkipWithError("the patch was not saved");
+            break;
+        }
+    }
+    std::filesystem::remove(file);
+    CountBytes(state, bytes);
+}
+BENCHMARK(SaveDocument)->Args({1'000'000, 0})->Args({1'000'000, 1})->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void SplitLinesFloor(benchmark::State& state) {
     const std::string& bytes = CaseOf(state.range(0)).bytes;

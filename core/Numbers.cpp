@@ -110,7 +110,7 @@ std::int32_t LeadingInt32(std::string_view text) {
 }
 
 std::int32_t EngineInt32(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    text = SkipBlanks(text);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);

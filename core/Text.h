@@ -11,6 +11,12 @@ namespace plinket3 {
 
 std::string_view TrimLeft(std::string_view text);
 std::string_view Trim(std::string_view text);
+/// Without the blanks and tabs in front, as game engines skip them. A search for either is far slower.
+inline std::string_view SkipBlanks(std::string_view text) {
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
+        text.remove_prefix(1);
+    return text;
+}
 char ToUpper(char character);
 char ToLower(char character);
 std::string ToUpper(std::string_view text);

@@ -1,6 +1,8 @@
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/CellIndex.h"
 #include "patch/EngineNames.h"
+#include "patch/LocalCheck.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/PatchNotes.h"
@@ -21,14 +23,6 @@
 namespace plinket3 {
 
 namespace {
-
-struct CellHash {
-    std::size_t operator()(const Cell& cell) const {
-        return std::hash<std::uint64_t>{}(static_cast<std::uint64_t>(static_cast<std::uint32_t>(cell.index)) << 16 ^
-                                          static_cast<std::uint64_t>(cell.kind) << 8 ^
-                                          static_cast<std::uint64_t>(cell.field & 0xff));
-    }
-};
 
 /// A cell that has another value than the document says, and the lines that have set it, in order.
 struct Changed {
@@ -99,7 +93,6 @@ public:
             return {};
         }
         FindLines();
-        FindSections();
         for (const Changed& change : changes_)
             Apply(change);
         MergePars();
@@ -110,7 +103,7 @@ public:
                 additions_[PlaceOf(cell)];        // whose header has it above
         for (const bool existing : {true, false}) // a section's own lines stand before what is put behind it
             for (const auto& [place, text] : additions_)
-                if ((place.existing < sections_.size()) == existing)
+                if ((place.existing < Sections().size()) == existing)
                     Add(place, text);
         for (const Cell& cell : notes) // behind a new section that comes before the one that they stand above
             MergeNote(cell);
@@ -119,6 +112,22 @@ public:
         if (status_)
             merged = Replaced();
         return status_;
+    }
+
+    /// Whether what `Run` has made reads back, as far as that can be told without reading everything.
+    bool ReadsBack(std::string_view merged) const {
+        const auto isName = [](const Changed& change) { return change.cell.field == nameField; };
+        if (replacements_.empty())
+            return true;
+        if (removedHeader_ || current_.pars != said_.pars || current_.notes != said_.notes ||
+            std::ranges::any_of(changes_, isName))
+            return false;
+        MergedPart part{replacements_.front().offset, 0, merged, {}};
+        for (const Replacement& each : replacements_)
+            part.end = std::max(part.end, each.offset + each.length);
+        for (const Changed& change : changes_)
+            part.changed.push_back(change.cell);
+        return ReadsBackLocally(document_, current_, defaults_, engine_, part);
     }
 
 private:
@@ -145,28 +154,28 @@ private:
 
     /// Looks through the lines once for those that have set what has changed.
     void FindLines() {
-        std::unordered_map<Cell, std::size_t, CellHash> changed;
-        for (std::size_t i = 0; i < changes_.size(); ++i)
-            changed.emplace(changes_[i].cell, i);
-        for (std::size_t line = 0; line < lines_.size(); ++line) {
-            if (lines_[line].what != LineKind::Value && lines_[line].what != LineKind::Text)
-                continue;
-            const auto found = changed.find({lines_[line].kind, lines_[line].index, lines_[line].field});
-            if (found != changed.end())
-                changes_[found->second].lines.push_back(line);
-        }
+        CellIndex changed;
+        for (const Changed& change : changes_)
+            changed.Add(change.cell);
+        changed.VisitLines(lines_,
+                           [this](std::size_t line, std::size_t number) { changes_[number].lines.push_back(line); });
     }
 
-    void FindSections() {
+    /// Looked for when they are asked for: most edits need none.
+    const std::vector<SectionRange>& Sections() const {
+        if (sections_)
+            return *sections_;
+        std::vector<SectionRange>& sections = sections_.emplace();
         for (std::size_t line = 0; line < lines_.size(); ++line) {
             const bool text = lines_[line].what == LineKind::Text;
             if (lines_[line].what != LineKind::Header && !text)
                 continue;
-            if (!sections_.empty())
-                sections_.back().end = line;
+            if (!sections.empty())
+                sections.back().end = line;
             const Section section = text ? Section::Text : static_cast<Section>(lines_[line].field);
-            sections_.push_back({line, lines_.size(), section});
+            sections.push_back({line, lines_.size(), section});
         }
+        return sections;
     }
 
     // One change
@@ -245,19 +254,11 @@ private:
         if (facts.unit != FieldUnit::Flags)
             return std::to_string(value);
         const std::vector<std::string>& known = engine_.BitNames(facts.bits);
-        if (!names || !AllNamed(known, value))
+        if (!names || !modPatchText::AllNamed(known, value))
             return std::to_string(static_cast<std::uint32_t>(value));
         const std::string text = modPatchText::FormatBits(value, true, known);
         const bool tight = old.find('+') != std::string_view::npos && old.find(' ') == std::string_view::npos;
         return tight ? ReplaceAll(text, " + ", "+") : text;
-    }
-
-    static bool AllNamed(const std::vector<std::string>& known, std::int32_t bits) {
-        for (int bit = 0; bit < 32; ++bit)
-            if (modPatchText::GetFlag(bits, bit) &&
-                (static_cast<std::size_t>(bit) >= known.size() || known[static_cast<std::size_t>(bit)].empty()))
-                return false;
-        return true;
     }
 
     /// By name in [CODEPTR], where `old` is a name or there is no such line yet; by a state that has it in a Pointer
@@ -347,10 +348,10 @@ private:
     };
 
     const SectionRange* SectionFor(RecordKind kind, std::int32_t index) const {
-        for (std::size_t i = sections_.size(); i-- > 0;) {
-            const DocumentLine& header = lines_[sections_[i].header];
-            if (header.kind == kind && header.index == index && sections_[i].section != Section::Pointer)
-                return &sections_[i];
+        for (std::size_t i = Sections().size(); i-- > 0;) {
+            const DocumentLine& header = lines_[Sections()[i].header];
+            if (header.kind == kind && header.index == index && Sections()[i].section != Section::Pointer)
+                return &Sections()[i];
         }
         return nullptr;
     }
@@ -361,9 +362,9 @@ private:
             place.record = cell.index;
         if (place.section == Section::Text || place.section == Section::Pointer)
             return place;
-        for (std::size_t i = sections_.size(); i-- > 0 && place.existing > sections_.size();)
-            if (sections_[i].section == place.section &&
-                (place.record < 0 || lines_[sections_[i].header].index == place.record))
+        for (std::size_t i = Sections().size(); i-- > 0 && place.existing > Sections().size();)
+            if (Sections()[i].section == place.section &&
+                (place.record < 0 || lines_[Sections()[i].header].index == place.record))
                 place.existing = i;
         return place;
     }
@@ -429,7 +430,7 @@ private:
 
     /// Whether the patch's headers have names, as those of most patches do.
     bool NamesStandInBrackets() const {
-        for (const SectionRange& section : sections_)
+        for (const SectionRange& section : Sections())
             if (section.section == Section::Thing || section.section == Section::Weapon ||
                 section.section == Section::Ammo)
                 return document_.Text(section.header).find('(') != std::string_view::npos;
@@ -437,9 +438,9 @@ private:
     }
 
     void Add(const Place& place, const std::string& text) {
-        if (place.existing < sections_.size()) {
-            kept_.push_back(sections_[place.existing].header);
-            return Insert(EndOfLines(sections_[place.existing]), text);
+        if (place.existing < Sections().size()) {
+            kept_.push_back(Sections()[place.existing].header);
+            return Insert(EndOfLines(Sections()[place.existing]), text);
         }
         const std::size_t line = LineForSection(place.section);
         std::string section = HeaderText(place) + text;
@@ -487,11 +488,11 @@ private:
     /// The line before which a new section stands: behind the last of its kind or of those that come before it.
     std::size_t LineForSection(Section section) const {
         const SectionRange* best = nullptr;
-        for (const SectionRange& each : sections_)
+        for (const SectionRange& each : Sections())
             if (OrderOf(each.section) <= OrderOf(section) &&
                 (best == nullptr || OrderOf(each.section) >= OrderOf(best->section)))
                 best = &each;
-        std::size_t line = best != nullptr ? best->end : sections_.empty() ? lines_.size() : sections_.front().header;
+        std::size_t line = best != nullptr ? best->end : Sections().empty() ? lines_.size() : Sections().front().header;
         const std::size_t first = best != nullptr ? best->header + 1 : 0;
         // Comments right above the next section are its own, and so are the empty lines.
         while (line > first && line < lines_.size() && lines_[line - 1].what == LineKind::Comment)
@@ -547,7 +548,7 @@ private:
         const std::vector<std::size_t> old = NoteLinesAbove(document_, section->header);
         std::vector<std::string> lines = NoteOf(cell);
         if (lines.empty())
-            withoutNote_.insert(static_cast<std::size_t>(section - sections_.data()));
+            withoutNote_.insert(static_cast<std::size_t>(section - Sections().data()));
         else
             kept_.push_back(section->header);
         ReplaceNote(old, std::move(lines), section->header);
@@ -639,12 +640,12 @@ private:
         std::ranges::sort(removedComments_);
         std::set<std::size_t> touched = withoutNote_;
         for (const std::size_t line : removed_) {
-            const auto behind = std::ranges::upper_bound(sections_, line, {}, &SectionRange::header);
-            if (behind != sections_.begin())
-                touched.insert(static_cast<std::size_t>(behind - sections_.begin()) - 1);
+            const auto behind = std::ranges::upper_bound(Sections(), line, {}, &SectionRange::header);
+            if (behind != Sections().begin())
+                touched.insert(static_cast<std::size_t>(behind - Sections().begin()) - 1);
         }
         for (const std::size_t at : touched)
-            RemoveIfEmpty(sections_[at]);
+            RemoveIfEmpty(Sections()[at]);
     }
 
     void RemoveIfEmpty(const SectionRange& section) {
@@ -670,6 +671,7 @@ private:
             if (lines_[rest].what != LineKind::Blank && lines_[rest].what != LineKind::Comment &&
                 !std::ranges::binary_search(removed_, rest))
                 return;
+        removedHeader_ = true;
         replacements_.push_back({header.offset, document_.End(section.header) - header.offset, {}});
         if (line < section.end && !insertedAt_.contains(line)) // the blank line that ends it
             replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, {}});
@@ -701,13 +703,14 @@ private:
     const bool keepsPlaces_; // of sections and texts that say nothing any more
 
     std::vector<Changed> changes_;
-    std::vector<SectionRange> sections_;
+    mutable std::optional<std::vector<SectionRange>> sections_;
     std::map<Place, std::string> additions_;
     std::vector<Replacement> replacements_;
     std::vector<std::size_t> removed_, removedComments_, kept_; // lines
     std::set<std::size_t> insertedAt_;                          // lines
     std::set<std::size_t> withoutNote_;                         // sections whose note is gone
     std::size_t lastSection_ = static_cast<std::size_t>(-1);    // where the last new one went
+    bool removedHeader_ = false;
     std::optional<PointerTargets> targets_;
     Status status_;
 };
@@ -732,6 +735,20 @@ Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current,
         status =
             result.status ? Status::Failure("it would not read back: " + otherwise.front()) : std::move(result.status);
     }
+    return status;
+}
+
+Status MergedBytes(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
+                   const EngineConfiguration& engine, std::string& bytes) {
+    {
+        Merge merge(document, current, defaults, engine, false);
+        Status status = merge.Run(bytes);
+        if (!status || merge.ReadsBack(bytes))
+            return status;
+    }
+    PatchDocument merged;
+    Status status = MergeIntoDocument(document, current, defaults, engine, merged);
+    bytes = merged.Bytes();
     return status;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "patch/CellIndex.h"
 #include "patch/CheckFindings.h"
 #include "patch/SectionWords.h"
 
@@ -36,14 +37,6 @@ public:
     void Finish(const PatchSet& set);
 
 private:
-    struct CellHash {
-        std::size_t operator()(const Cell& cell) const {
-            return std::hash<std::uint64_t>{}(static_cast<std::uint64_t>(static_cast<std::uint32_t>(cell.index)) << 16 ^
-                                              static_cast<std::uint64_t>(cell.kind) << 8 ^
-                                              static_cast<std::uint64_t>(cell.field & 0xff));
-        }
-    };
-
     void FirstLine();
     void CheckVersions(std::size_t offset, std::string_view line);
     void CheckNumberOf(std::size_t offset, std::string_view line, plinket3::Section section);

@@ -35,8 +35,7 @@ EnginePairResult EnginePair(std::string_view line) {
     std::string_view key = line.substr(0, equals);
     if (key.ends_with(' ') || key.ends_with('\t'))
         key.remove_suffix(1);
-    key.remove_prefix(std::min(key.find_first_not_of(" \t"), key.size()));
-    return {key, line.substr(equals + 1)};
+    return {SkipBlanks(key), line.substr(equals + 1)};
 }
 
 std::vector<std::string_view> BitWords(std::string_view value) {

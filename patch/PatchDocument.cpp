@@ -14,12 +14,12 @@ public:
         : document_(document), dialect_(dialect), words_(dialect) {}
 
     void Line(std::size_t offset, std::string_view text) override {
-        DocumentLine line{static_cast<std::uint32_t>(offset)};
+        DocumentLine& line = document_.lines_.emplace_back(); // in its place: a copy that waits for its parts is slow
+        line.offset = static_cast<std::uint32_t>(offset);
         if (text.empty())
             line.what = LineKind::Blank;
         else if (text.starts_with(dialect_.comment))
             line.what = LineKind::Comment;
-        document_.lines_.push_back(line);
     }
     void Section(std::size_t, std::string_view word) override {
         Last().what = LineKind::Header;
@@ -66,6 +66,8 @@ modPatchFiles::ReadResult PatchDocument::Read(std::string bytes, const EngineCon
     const std::size_t firstEnd = bytes_.find('\n');
     if (firstEnd != std::string::npos && firstEnd > 0 && bytes_[firstEnd - 1] == '\r')
         lineEnd_ = "\r\n";
+    constexpr std::size_t usualLine = 16; // room that stays unused is address space only
+    lines_.reserve(bytes_.size() / usualLine + 1);
     Builder builder(*this, engine.dialect);
     modPatchFiles::ReadResult result = modPatchFiles::ParsePatch(bytes_, engine, defaults, set, &builder, includes);
     set.notes = ReadNotes(*this);

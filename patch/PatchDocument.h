@@ -87,5 +87,8 @@ private:
 /// `merged` of no use, for a value that game engines would not read back.
 Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
                          const EngineConfiguration& engine, PatchDocument& merged);
+/// The bytes alone of the same, in less time.
+Status MergedBytes(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
+                   const EngineConfiguration& engine, std::string& bytes);
 
 } // namespace plinket3

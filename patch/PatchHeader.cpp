@@ -55,7 +55,7 @@ Status ScanHeader(std::string_view bytes, Header& header) {
     return {};
 }
 
-std::string UpdateHeader(const PatchDocument& document, const PatchData& patch) {
+std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch) {
     const std::string& bytes = document.Bytes();
     std::string updated;
     std::size_t done = 0;
@@ -82,6 +82,8 @@ std::string UpdateHeader(const PatchDocument& document, const PatchData& patch) 
             done = line.offset + begin + old.size();
         }
     }
+    if (done == 0)
+        return std::nullopt;
     return updated.append(bytes, done);
 }
 

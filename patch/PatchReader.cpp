@@ -289,7 +289,7 @@ private:
         case Section::Unsupported:
             return store_.Ignore("belongs to a section that engines do not read");
         default:
-            if (store_.StoreField(key, value.substr(std::min(value.find_first_not_of(" \t"), value.size()))))
+            if (store_.StoreField(key, SkipBlanks(value)))
                 understood_ = true;
             else
                 store_.Ignore("is ignored: this section has no such field");

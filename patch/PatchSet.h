@@ -17,7 +17,7 @@
 
 namespace plinket3 {
 
-enum class RecordKind { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
+enum class RecordKind : std::uint8_t { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
 
 /// What notes say, by the record they belong to; that of the patch as a whole stands under the par list.
 using Notes = std::map<std::pair<RecordKind, std::int32_t>, std::string>;

@@ -15,10 +15,6 @@ namespace {
 
 constexpr std::string_view blanks = " \t";
 
-std::string_view SkipBlanks(std::string_view text) {
-    return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
-}
-
 void TrimRight(std::string& text) { text.erase(text.find_last_not_of(" \t\r\n\v\f") + 1); }
 
 /// Moves past a number as engines read it; false when there is none.
@@ -28,8 +24,12 @@ bool SkipEngineNumber(std::string_view& text) {
         rest.remove_prefix(1);
     const bool hexadecimal = rest.size() > 2 && rest[0] == '0' && ToLower(rest[1]) == 'x';
     const std::size_t begin = hexadecimal ? 2 : 0;
-    const std::size_t end =
-        std::min(rest.find_first_not_of(hexadecimal ? "0123456789abcdefABCDEF" : "0123456789", begin), rest.size());
+    std::size_t end = begin;
+    const auto isDigit = [hexadecimal](char each) {
+        return (each >= '0' && each <= '9') || (hexadecimal && ToLower(each) >= 'a' && ToLower(each) <= 'f');
+    };
+    while (end < rest.size() && isDigit(rest[end]))
+        ++end;
     if (end == begin)
         return false;
     text = rest.substr(end);

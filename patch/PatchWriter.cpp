@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <utility>
 
 namespace plinket3::modPatchFiles {
@@ -125,9 +126,11 @@ private:
 
     template <class Record> void Fields(const Record& current, const Record& standard) {
         ForEachDifference(current, standard, [this](const Field<Record>& field, std::int32_t value) {
+            // Kept: bits without a name are left out. docs/kept-behaviour.md
+            const bool named = dialect_.namedBits &&
+                               (!dialect_.EngineRules() || modPatchText::AllNamed(engine_.BitNames(field.bits), value));
             if (field.unit == FieldUnit::Flags)
-                Line(field.label, " = ",
-                     modPatchText::FormatBits(value, dialect_.namedBits, engine_.BitNames(field.bits)));
+                Line(field.label, " = ", modPatchText::FormatBits(value, named, engine_.BitNames(field.bits)));
             else
                 Line(field.label, " = ", value);
         });
@@ -306,10 +309,13 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 
 Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes) {
     if (engine.dialect.EngineRules() && patch.document) {
-        PatchDocument merged;
-        Status status = MergeIntoDocument(*patch.document, patch.current, patch.defaults, engine, merged);
-        bytes = UpdateHeader(merged, patch);
-        return status;
+        const std::optional<std::string> updated = UpdateHeader(*patch.document, patch);
+        if (!updated)
+            return MergedBytes(*patch.document, patch.current, patch.defaults, engine, bytes);
+        PatchDocument document;
+        PatchSet set;                                                            // what it says is what it said before
+        static_cast<void>(document.Read(*updated, engine, patch.defaults, set)); // as it was read before
+        return MergedBytes(document, patch.current, patch.defaults, engine, bytes);
     }
     bytes = FormatPatch(patch, engine);
     return {};

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -104,8 +105,8 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 
 /// The document's bytes with the engine, IWAD and data WAD of `patch` in the lines that name others. A line stays that
 /// names a file of the same name in whatever folder, and so does one for which `patch` says nothing, or nothing that
-/// the header scan would find again. No line is added.
-std::string UpdateHeader(const PatchDocument& document, const PatchData& patch);
+/// the header scan would find again. No line is added. Absent when all stay.
+std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch);
 
 /// What saving writes: by engine rules the file as it was opened with what was changed in it, else `FormatPatch`. Fails
 /// for a value that could not be read back.

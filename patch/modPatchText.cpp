@@ -93,6 +93,14 @@ std::string UnpadCheat(std::string_view text) {
     return std::string(Trim(plain));
 }
 
+bool AllNamed(std::span<const std::string> mnemonics, std::int32_t bits) {
+    for (int bit = 0; bit < 32; ++bit)
+        if (GetFlag(bits, bit) &&
+            (std::cmp_greater_equal(bit, mnemonics.size()) || mnemonics[static_cast<std::size_t>(bit)].empty()))
+            return false;
+    return true;
+}
+
 std::string FormatBits(std::int32_t bits, bool byName, std::span<const std::string> mnemonics) {
     if (bits == 0)
         return "0";

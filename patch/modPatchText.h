@@ -42,6 +42,8 @@ std::string UnpadCheat(std::string_view text);
 /// A thing's bits as a patch writes them: by name the mnemonics of the set bits joined by " + " (set bits
 /// beyond the mnemonics are left out), else the unsigned decimal; "0" for 0.
 std::string FormatBits(std::int32_t bits, bool byName, std::span<const std::string> mnemonics);
+/// Whether every bit that is set has a mnemonic.
+bool AllNamed(std::span<const std::string> mnemonics, std::int32_t bits);
 
 /// E1M1 for an episode other than 0, else MAP01.
 std::string LevelName(std::int32_t episode, std::int32_t map);

@@ -1,13 +1,17 @@
 #!/usr/bin/env python3
 """Makes random patches full of the oddities of real ones, reads them by engine rules, and compares value by value with
-what dsda-doom and woof log when they read the same file. Then edits nothing and expects the same bytes back.
+what dsda-doom and woof log when they read the same file. Then edits nothing and expects the same bytes back, and edits
+something and expects no complaint of an engine that it did not have before; this with two real patches, too.
 
-usage: engine_rules_agree.py CLI COUNT [SEED]
+usage: engine_rules_agree.py CLI EDITOR DATA COUNT [SEED]
+
+EDITOR is the program edit_patch, DATA the folder with config/ and tables/.
 
 The engines log things, frames, code pointers, strings and par times; values of sounds, weapons, ammunition and of the
 miscellaneous section they do not, so those are left out. Exit status: 0 when all agree, 1 when not, 77 when no engine is
 installed.
 """
+import collections
 import json
 import os
 import random
@@ -17,11 +21,9 @@ import subprocess
 import sys
 import tempfile
 
-IWAD = "/usr/share/games/doom/freedoom2.wad"
-SKIPPED = 77
-DEMO = bytes([109, 2, 1, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0x80])  # the first level, no moves
-ENGINES = {"woof": ["-nodehlump", "-nogui", "-dehout", "deh.log"],
-           "dsda-doom": ["-nodeh", "-no_message_box", "-dehout", "deh.log"]}
+from read_every_field import COMPLAINT, DEMO, ENGINES, IWAD, SKIPPED, run
+
+REAL = "/usr/share/woof/autoload/chex.wad/"
 STATE_LOG = {"sprite": "Sprite number", "frame": "Sprite subnumber", "tics": "Duration", "nextstate": "Next frame",
              "misc1": "Unknown 1", "misc2": "Unknown 2"}
 THING_KEYS = ["ID #", "Hit points", "Reaction time", "Pain chance", "Speed", "Width", "Height", "Mass",
@@ -141,18 +143,39 @@ class Maker:
         return text.replace("\n", self.pick("\n", "\r\n")).encode("latin-1")
 
 
-def log_of(engine, folder):
-    environment = {**os.environ, "HOME": folder, "XDG_DATA_HOME": folder, "XDG_CONFIG_HOME": folder,
-                   "SDL_VIDEODRIVER": "dummy", "SDL_AUDIODRIVER": "dummy"}
-    command = [shutil.which(engine) or f"/usr/games/{engine}", "-iwad", IWAD, "-nosound", "-noautoload", "-nodraw",
-               "-timedemo", "demo.lmp", "-deh", "patch.deh", *ENGINES[engine]]
+def read_by(engine, program, patch, folder):
     log = os.path.join(folder, "deh.log")
     if os.path.exists(log):
         os.remove(log)
-    subprocess.run(command, cwd=folder, env=environment, timeout=60, stdout=subprocess.DEVNULL,
-                   stderr=subprocess.DEVNULL, check=False)
-    with open(log, encoding="latin-1", newline="\n") as file:
-        return file.read()
+    return run(engine, program, patch, folder)
+
+
+def complaints(engine, program, patch, folder):
+    """What an engine has against a patch, however often, without line numbers and addresses."""
+    log, ended, _ = read_by(engine, program, patch, folder)
+    if engine == "chocolate-doom":
+        found = [re.sub(r"^.*?:\d+:", "", line) for line in log.split("\n") if line.startswith(patch + ":")]
+    else:
+        found = [re.sub(r"0x[0-9a-f]+$", "", line) for line in log.split("\n") if COMPLAINT.match(line)]
+    return collections.Counter(found + ([] if ended else ["does not start"]))
+
+
+def new_complaints(programs, editor, data, configuration, patch, folder, seed):
+    edited = os.path.join(folder, "edited.deh")
+    done = subprocess.run([editor, data, configuration, patch, edited, str(seed)], capture_output=True, check=False)
+    if done.returncode:
+        if b"would not read back" not in done.stderr: # refused, the file stays as it is
+            yield f"editing: {done.stderr.decode()}"
+        return
+    with open(patch, encoding="latin-1") as file:
+        extended = re.search(r"(?m)^\[", file.read())
+    for engine, program in programs.items():
+        if engine == "chocolate-doom" and extended:
+            continue  # takes their lines for those of other sections
+        if configuration in ENGINES[engine][0] or (engine != "chocolate-doom" and configuration == "boom21"):
+            before = complaints(engine, program, patch, folder)
+            after = complaints(engine, program, edited, folder)
+            yield from (f"{engine} says after an edit: {line}" for line in after - before)
 
 
 def signed(value):
@@ -174,6 +197,8 @@ def values_in(engine, log):
             values["state", int(match[2]), "Mnemonic"] = match[1].upper()
         elif match := re.match(r" - applied \(?NULL\)? from .* to states\[(\d+)\]", line):
             values["state", int(match[1]), "Mnemonic"] = "NULL"
+        elif match := re.match(r" - applied from .* to states\[(\d+)\]", line):
+            values.pop(("state", int(match[1]), "Mnemonic"), None)  # it does not say which
         elif match := re.match(r"Assigned key (\S+) => '(.*)'$", line):
             values["string", match[1].upper(), "text"] = match[2].replace("\\n", "\n").replace("\\N", "\n")
         elif match := re.match(r"Changed par time for (\S+) from \d+ to (-?\d+)", line):
@@ -218,41 +243,55 @@ def disagreements(engine, logged, ours, standard):
 
 
 def main():
-    cli, count, first = os.path.abspath(sys.argv[1]), int(sys.argv[2]), int((sys.argv + [1])[3])
-    found = [engine for engine in ENGINES if shutil.which(engine) or os.path.exists(f"/usr/games/{engine}")]
-    if not found or not os.path.exists(IWAD):
+    cli, editor = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
+    data, count, first = os.path.abspath(sys.argv[3]), int(sys.argv[4]), int((sys.argv + [1])[5])
+    path = os.environ["PATH"] + ":/usr/games:/usr/local/games"
+    programs = {engine: shutil.which(engine, path=path) for engine in ENGINES}
+    programs = {engine: program for engine, program in programs.items() if program}
+    if not programs or not os.path.exists(IWAD):
         print("no engine is installed")
         return SKIPPED
-    run = lambda *arguments: subprocess.run([cli, *arguments], capture_output=True, check=True).stdout
-    standard = values_of(json.loads(run("--rules", "engine", "dump", "-e", "boom21")))
+    ours_of = lambda *arguments: subprocess.run([cli, *arguments], capture_output=True, check=True).stdout
+    standard = values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", "boom21")))
     faults = compared_values = 0
     with tempfile.TemporaryDirectory() as folder:
-        with open(os.path.join(folder, "demo.lmp"), "wb") as demo:
-            demo.write(DEMO)
+        for name, content in (("demo.lmp", DEMO), ("extra.cfg", b"startup_delay 0\n")):
+            with open(os.path.join(folder, name), "wb") as file:
+                file.write(content)
         patch, again = os.path.join(folder, "patch.deh"), os.path.join(folder, "again.deh")
+
+        def tell(name, told):
+            nonlocal faults
+            if told:
+                faults += 1
+                print(f"{name}:", *told, sep="\n  ")
+
         for seed in range(first, first + count):
             bytes_ = Maker(random.Random(seed)).patch()
             with open(patch, "wb") as file:
                 file.write(bytes_)
-            ours = values_of(json.loads(run("--rules", "engine", "dump", "-e", "boom21", patch)))
+            ours = values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", "boom21", patch)))
             told = []
-            for engine in found:
+            for engine in programs.keys() - {"chocolate-doom"}: # it logs no values
                 if engine == "woof" and re.search(rb"= *\r?(\n|$)", bytes_):
                     continue  # takes a line with an empty value for none, dsda-doom for 0
-                logged = values_in(engine, log_of(engine, folder))
+                logged = values_in(engine, read_by(engine, programs[engine], patch, folder)[0])
                 compared_values += sum(key in ours for key in logged)
                 told += disagreements(engine, logged, ours, standard)
-            run("--rules", "engine", "convert", "-e", "boom21", patch, again)
+            ours_of("--rules", "engine", "convert", "-e", "boom21", patch, again)
             with open(again, "rb") as file:
                 if file.read() != bytes_:
                     told.append("saving it unchanged gave other bytes")
-            if told:
-                faults += 1
-                print(f"seed {seed}:", *told, sep="\n  ")
-                if faults == 1:
-                    shutil.copy(patch, os.path.join(tempfile.gettempdir(), f"disagreement-{seed}.deh"))
-    print(f"{count} patches, {len(found)} engines, {compared_values} values: {faults} with disagreements")
-    return 1 if faults or not compared_values else 0
+            for configuration in ("boom21", "doom19"):
+                told += new_complaints(programs, editor, data, configuration, patch, folder, seed)
+            if told and not faults:
+                shutil.copy(patch, os.path.join(tempfile.gettempdir(), f"disagreement-{seed}.deh"))
+            tell(f"seed {seed}", told)
+        for name in ("chex.deh", "extchex.deh"):
+            for seed in range(5) if os.path.exists(REAL + name) else ():
+                tell(name, list(new_complaints(programs, editor, data, "ultimate", REAL + name, folder, seed)))
+    print(f"{count} patches, {len(programs)} engines, {compared_values} values: {faults} with disagreements")
+    return 1 if faults or (not compared_values and programs.keys() - {"chocolate-doom"}) else 0
 
 
 sys.exit(main())

@@ -271,12 +271,15 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
         for (std::size_t edits = dice.Below(4) + 1; edits-- > 0;)
             dice.Edit(set, defaults);
         const Status status = MergeIntoDocument(document, set, defaults, engine, merged);
+        std::string bytes;
+        ASSERT_EQ(static_cast<bool>(MergedBytes(document, set, defaults, engine, bytes)), static_cast<bool>(status));
         if (!status) { // a line that resumes its section stands between others that are read there
             ++refused;
             continue;
         }
         const bool sameNotes = set.notes == opened.notes;
         ASSERT_EQ(OtherLinesOf(merged.Bytes(), sameNotes), OtherLinesOf(patch, sameNotes)) << "seed " << seed;
+        ASSERT_EQ(bytes, merged.Bytes()) << "seed " << seed;
         PatchDocument back;
         ASSERT_EQ(modPatchDiff::Differences(set, merged.Said(), engine), std::vector<std::string>());
         const Status undone = MergeIntoDocument(merged, opened, defaults, engine, back);
@@ -306,6 +309,13 @@ TEST(PatchDocumentTest, KeepsTheLinesOfTheSessionUpToDate) {
     patch.engineConfig.clear(), patch.iwadPath = "a#b", patch.dataWadPath = "\nx";
     ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
     EXPECT_EQ(bytes, document->Bytes());
+}
+
+TEST(PatchDocumentTest, ANewPatchKeepsBitsWithoutAName) {
+    const EngineConfiguration engine = AsEngines(true);
+    PatchData patch = SmallPatch(engine);
+    patch.current.things[0].bits = 0x102;
+    EXPECT_NE(modPatchFiles::FormatPatch(patch, engine).find("Bits = 258\r\n"), std::string::npos);
 }
 
 TEST(PatchDocumentTest, RefusesAFileWithoutOneLineThatEnginesKnow) {
