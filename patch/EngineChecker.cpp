@@ -16,7 +16,7 @@ namespace {
 using Kind = plinket3::Section;
 
 constexpr std::size_t longestLine = 1022, longestText = 2047; // that engines read
-constexpr std::int32_t endlessNumber = 1 << 30, lastSafeSprite = 244;
+constexpr std::int32_t endlessNumber = 1 << 30;
 constexpr std::array<std::int32_t, 7> versions{16, 17, 19, 20, 21, 2021, 2024};
 
 /// Fields that other engines have.

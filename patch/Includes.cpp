@@ -10,7 +10,7 @@ namespace plinket3::modPatchFiles {
 namespace {
 
 Status ReadBeside(const std::filesystem::path& patch, std::string name, std::string& bytes) {
-    const Status outside = Status::Failure("names a patch outside of this one's folder, which is not read");
+    Status outside = Status::Failure("names a patch outside of this one's folder, which is not read");
     std::ranges::replace(name, '\\', '/');
     if (name.empty())
         return Status::Failure("names no patch");

@@ -311,6 +311,18 @@ TEST(PatchDocumentTest, KeepsTheLinesOfTheSessionUpToDate) {
     EXPECT_EQ(bytes, document->Bytes());
 }
 
+TEST(PatchDocumentTest, RefusesAnEditAfterWhichAHeaderWouldBeNone) {
+    const EngineConfiguration engine = AsEngines(true);
+    const PatchSet defaults = SmallDefaults(engine);
+    PatchDocument document, merged;
+    PatchSet set;
+    ASSERT_TRUE(document.Read("Thing 1\nMass = 2\n Hit points = 3\nThing 2\nMass = 1\n", engine, defaults, set).status);
+    set.things[0].hitPoints = defaults.things[0].hitPoints; // the line that ends its section goes
+    std::string bytes;
+    EXPECT_FALSE(MergeIntoDocument(document, set, defaults, engine, merged));
+    EXPECT_FALSE(MergedBytes(document, set, defaults, engine, bytes));
+}
+
 TEST(PatchDocumentTest, ANewPatchKeepsBitsWithoutAName) {
     const EngineConfiguration engine = AsEngines(true);
     PatchData patch = SmallPatch(engine);
