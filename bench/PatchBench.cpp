@@ -87,9 +87,9 @@ void SaveDocument(benchmark::State& state) {
     patch.current.states[patch.current.states.size() / 2].duration += 1;
     const bool merges = state.range(1) != 0;
     for ([[maybe_unused]] auto once : state) {
-        std::string saved;
-        if ((merges && !modPatchFiles::FormatForSaving(patch, engine, saved)) ||
-            !WriteFileAtomically(file, merges ? saved : bytes)) {
+        BytePieces saved;
+        saved.Borrow(bytes);
+        if ((merges && !modPatchFiles::FormatForSaving(patch, engine, saved)) || !WriteFileAtomically(file, saved)) {
             state.SkipWithError("the patch was not saved");
             break;
         }

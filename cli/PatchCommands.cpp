@@ -341,7 +341,7 @@ int Merge(Run& run) {
     PatchDocument merged;
     Require(MergeIntoDocument(document, ours, defaults, engine, merged), base.name);
     const PatchPlace out = PlaceOf(run, files.back());
-    Require(WritePlace(out, merged.Bytes(), false, MissingLump::IsAdded), out.Name());
+    Require(WritePlace(out, BytePieces(merged.Bytes()), false, MissingLump::IsAdded), out.Name());
     std::vector<std::string> lines = modPatchDiff::Differences(document.Said(), ours, engine);
     lines.insert(lines.end(), conflicts.begin(), conflicts.end());
     for (const std::string& line : lines)

@@ -46,14 +46,19 @@ Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes, std:
 }
 
 Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes) {
-    return ReplaceContent(file, bytes);
+    return ReplaceContent(file, {&bytes, 1});
+}
+
+Status WriteFileAtomically(const std::filesystem::path& file, const BytePieces& bytes) {
+    return ReplaceContent(file, bytes.Pieces());
 }
 
 Status CopyFileAtomically(const std::filesystem::path& from, const std::filesystem::path& to) {
     std::string bytes;
     if (Status read = ReadWholeFile(from, bytes); !read)
         return read;
-    return ReplaceContent(to, bytes, &from);
+    const std::string_view whole = bytes;
+    return ReplaceContent(to, {&whole, 1}, &from);
 }
 
 std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path) {

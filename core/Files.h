@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/BytePieces.h"
 #include "core/Status.h"
 
 #include <cstdint>
@@ -27,6 +28,7 @@ Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes,
 /// so is what this process has open, under a name like /dev/stdout: there, what was written before a failure stays. A
 /// pipe that nobody opens for reading within three seconds is a failure.
 Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes);
+Status WriteFileAtomically(const std::filesystem::path& file, const BytePieces& bytes);
 
 /// Makes `to` a copy of `from` in the same way. It gets the owner, permissions and attributes of `from`, as far as it
 /// can, but can always be written by its owner.

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <ctime>
 #include <filesystem>
+#include <span>
 #include <string_view>
 
 /// What the program asks of the operating system beyond the standard library, and nothing else does: one file for each
@@ -39,10 +40,10 @@ private:
     std::intptr_t handle_ = closed; // what the system calls the open file
 };
 
-/// Writes as `WriteFileAtomically` tells. `like` is the file whose owner, permissions and further attributes the new
-/// one gets, as far as user and file system can, and the permission of its owner to write; null for those of the file
-/// that is replaced.
-Status ReplaceContent(const std::filesystem::path& file, std::string_view bytes,
+/// Writes the pieces one behind the other as `WriteFileAtomically` tells. `like` is the file whose owner, permissions
+/// and further attributes the new one gets, as far as user and file system can, and the permission of its owner to
+/// write; null for those of the file that is replaced.
+Status ReplaceContent(const std::filesystem::path& file, std::span<const std::string_view> pieces,
                       const std::filesystem::path* like = nullptr);
 
 /// Fails when no file can be made in that folder.

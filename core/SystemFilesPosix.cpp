@@ -105,6 +105,10 @@ bool WriteFully(int descriptor, std::string_view bytes) {
     return true;
 }
 
+bool WriteFully(int descriptor, std::span<const std::string_view> pieces) {
+    return std::ranges::all_of(pieces, [descriptor](std::string_view piece) { return WriteFully(descriptor, piece); });
+}
+
 /// The file that a chain of symbolic links means, which need not exist; empty with errno set when the chain has no end.
 /// `descriptor` becomes the number of the open file of this process that a link stands for, as /dev/stdout does.
 std::filesystem::path FollowLinks(std::filesystem::path path, int& descriptor) {
@@ -128,9 +132,9 @@ std::filesystem::path FollowLinks(std::filesystem::path path, int& descriptor) {
 }
 
 /// Writes to what an open file stands for, at the place where it is. Bytes that were written stay when it fails.
-Status WriteStraight(int descriptor, std::string_view bytes) {
+Status WriteStraight(int descriptor, std::span<const std::string_view> pieces) {
     const NoPipeSignal failInstead;
-    return WriteFully(descriptor, bytes) ? Status() : SystemFailure();
+    return WriteFully(descriptor, pieces) ? Status() : SystemFailure();
 }
 
 /// Opens a pipe or a device. Whoever reads from the pipe may be about to open it.
@@ -308,11 +312,12 @@ std::size_t SystemFile::ReadAt(std::uint64_t offset, void* bytes, std::size_t si
     return done;
 }
 
-Status ReplaceContent(const std::filesystem::path& file, std::string_view bytes, const std::filesystem::path* like) {
+Status ReplaceContent(const std::filesystem::path& file, std::span<const std::string_view> pieces,
+                      const std::filesystem::path* like) {
     int ownDescriptor = -1;
     const std::filesystem::path target = FollowLinks(file, ownDescriptor);
     if (ownDescriptor >= 0)
-        return WriteStraight(ownDescriptor, bytes);
+        return WriteStraight(ownDescriptor, pieces);
     if (target.empty())
         return file.empty() ? Status::Failure("no file name") : SystemFailure();
 
@@ -323,7 +328,7 @@ Status ReplaceContent(const std::filesystem::path& file, std::string_view bytes,
     if (exists && !S_ISREG(found.st_mode) && !S_ISDIR(found.st_mode)) {
         const FileDescriptor descriptor(OpenStraight(target, S_ISFIFO(found.st_mode)));
         if (descriptor.Get() >= 0)
-            return WriteStraight(descriptor.Get(), bytes);
+            return WriteStraight(descriptor.Get(), pieces);
         return S_ISFIFO(found.st_mode) && errno == ENXIO ? Status::Failure("nobody reads from it") : SystemFailure();
     }
     if (Status status = exists ? MayReplace(target, found) : Status(); !status)
@@ -344,7 +349,7 @@ Status ReplaceContent(const std::filesystem::path& file, std::string_view bytes,
     if (like != nullptr)
         TakeOver(descriptor.Get(), *like, found);
     // Closed, and with it unlocked, only when it has its name.
-    if (!WriteFully(descriptor.Get(), bytes) || fsync(descriptor.Get()) != 0 || !temporary.RenameTo(target))
+    if (!WriteFully(descriptor.Get(), pieces) || fsync(descriptor.Get()) != 0 || !temporary.RenameTo(target))
         return SystemFailure();
 
     const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";

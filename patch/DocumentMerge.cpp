@@ -86,10 +86,10 @@ public:
         : document_(document), lines_(document.Lines()), current_(current), said_(document.Said()), defaults_(defaults),
           engine_(engine), dialect_(engine.dialect), end_(document.LineEnd()), keepsPlaces_(keepsPlaces) {}
 
-    Status Run(std::string& merged) {
+    Status Run(BytePieces& merged) {
         FindChanges();
         if (changes_.empty() && current_.pars == said_.pars && current_.notes == said_.notes) {
-            merged = document_.Bytes();
+            merged.Borrow(document_.Bytes());
             return {};
         }
         FindLines();
@@ -110,12 +110,12 @@ public:
         if (!keepsPlaces_)
             RemoveEmptySections();
         if (status_)
-            merged = Replaced();
+            Replaced(merged);
         return status_;
     }
 
     /// Whether what `Run` has made reads back, as far as that can be told without reading everything.
-    bool ReadsBack(std::string_view merged) const {
+    bool ReadsBack(const BytePieces& merged) const {
         const auto isName = [](const Changed& change) { return change.cell.field == nameField; };
         if (replacements_.empty())
             return true;
@@ -677,19 +677,18 @@ private:
             replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, {}});
     }
 
-    std::string Replaced() {
+    void Replaced(BytePieces& merged) {
         // What is put before a line stands before what takes the line's place.
         std::ranges::stable_sort(replacements_, {},
                                  [](const Replacement& each) { return std::pair(each.offset, each.length > 0); });
-        const std::string& bytes = document_.Bytes();
-        std::string merged;
-        merged.reserve(bytes.size() + 256);
+        const std::string_view bytes = document_.Bytes();
         std::size_t done = 0;
         for (const Replacement& each : replacements_) {
-            merged.append(bytes, done, each.offset - done).append(each.text);
+            merged.Borrow(bytes.substr(done, each.offset - done));
+            merged.Own(each.text);
             done = each.offset + each.length;
         }
-        return merged.append(bytes, done);
+        merged.Borrow(bytes.substr(done));
     }
 
     const PatchDocument& document_;
@@ -723,12 +722,12 @@ Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current,
     // A header that is left without lines, or a text that is the engine's own, may keep those behind it from being read
     // in the section before, and comments from standing above another section.
     for (const bool keepsPlaces : {false, true}) {
-        std::string bytes;
+        BytePieces bytes;
         status = Merge(document, current, defaults, engine, keepsPlaces).Run(bytes);
         if (!status)
             break;
         PatchSet read;
-        modPatchFiles::ReadResult result = merged.Read(std::move(bytes), engine, defaults, read);
+        modPatchFiles::ReadResult result = merged.Read(bytes.Joined(), engine, defaults, read);
         const std::vector<std::string> otherwise = modPatchDiff::Differences(current, read, engine);
         if (result.status && otherwise.empty())
             break;
@@ -739,16 +738,19 @@ Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current,
 }
 
 Status MergedBytes(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
-                   const EngineConfiguration& engine, std::string& bytes) {
+                   const EngineConfiguration& engine, BytePieces& bytes) {
     {
+        BytePieces made;
         Merge merge(document, current, defaults, engine, false);
-        Status status = merge.Run(bytes);
-        if (!status || merge.ReadsBack(bytes))
+        Status status = merge.Run(made);
+        if (!status || merge.ReadsBack(made)) {
+            bytes = std::move(made);
             return status;
+        }
     }
     PatchDocument merged;
     Status status = MergeIntoDocument(document, current, defaults, engine, merged);
-    bytes = merged.Bytes();
+    bytes = BytePieces(merged.Bytes());
     return status;
 }
 

@@ -64,13 +64,12 @@ bool ReadsBackLocally(const PatchDocument& document, const PatchSet& current, co
     if (!window)
         return false;
     const bool toTheEnd = window->end == lines.size();
-    const std::size_t begin = lines[window->first].offset, grown = part.merged.size() - document.Bytes().size();
-    const std::size_t size = (toTheEnd ? part.merged.size() : lines[window->end].offset + grown) - begin;
+    const std::size_t begin = lines[window->first].offset, grown = part.merged.Size() - document.Bytes().size();
+    const std::size_t size = (toTheEnd ? part.merged.Size() : lines[window->end].offset + grown) - begin;
     const std::size_t behind = toTheEnd ? 0 : document.Text(window->end).size();
     Recorder recorder(engine.dialect);
     PatchSet read;
-    if (!modPatchFiles::ParsePatch(part.merged.substr(begin, size + behind), engine, defaults, read, &recorder)
-             .status ||
+    if (!modPatchFiles::ParsePatch(part.merged.Part(begin, size + behind), engine, defaults, read, &recorder).status ||
         !recorder.plain || (!toTheEnd && recorder.lastHeader != size))
         return false;
 

@@ -11,7 +11,7 @@ namespace plinket3 {
 /// What a merge has put in the place of which bytes of a document.
 struct MergedPart {
     std::size_t begin = 0, end = 0; // in the document; all bytes outside are as they were
-    std::string_view merged;        // the whole
+    const BytePieces& merged;       // the whole
     std::vector<Cell> changed;      // by the merge
 };
 

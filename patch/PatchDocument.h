@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/BytePieces.h"
 #include "patch/Cells.h"
 #include "patch/SectionWords.h"
 #include "patch/modPatchFiles.h"
@@ -87,8 +88,8 @@ private:
 /// `merged` of no use, for a value that game engines would not read back.
 Status MergeIntoDocument(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
                          const EngineConfiguration& engine, PatchDocument& merged);
-/// The bytes alone of the same, in less time.
+/// The bytes alone of the same, in less time. Most of them are the document's, which must outlive them.
 Status MergedBytes(const PatchDocument& document, const PatchSet& current, const PatchSet& defaults,
-                   const EngineConfiguration& engine, std::string& bytes);
+                   const EngineConfiguration& engine, BytePieces& bytes);
 
 } // namespace plinket3

@@ -119,14 +119,13 @@ Status ReadPlace(const PatchPlace& place, std::string& bytes) {
     return Status::Failure("the lump does not lie in the file as a whole");
 }
 
-Status WritePlace(const PatchPlace& place, std::string_view bytes, bool createBackup, MissingLump missing) {
+Status WritePlace(const PatchPlace& place, const BytePieces& bytes, bool createBackup, MissingLump missing) {
     WadEdit wad;
     if (!place.lump.empty()) {
         if (Status opened = OpenToWrite(place.file, wad); !opened)
             return opened;
-        if (Status put = PutLump(place, bytes, missing, wad); !put)
+        if (Status put = PutLump(place, bytes.Joined(), missing, wad); !put)
             return put;
-        bytes = wad.Bytes();
     }
     std::error_code ignored;
     if (createBackup && std::filesystem::is_regular_file(place.file, ignored)) {
@@ -135,7 +134,7 @@ Status WritePlace(const PatchPlace& place, std::string_view bytes, bool createBa
         if (const Status status = CopyFileAtomically(place.file, backup); !status)
             return Status::Failure("no backup could be made: " + status.Reason());
     }
-    return WriteFileAtomically(place.file, bytes);
+    return place.lump.empty() ? WriteFileAtomically(place.file, bytes) : WriteFileAtomically(place.file, wad.Bytes());
 }
 
 } // namespace plinket3

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/BytePieces.h"
 #include "core/Status.h"
 
 #include <cstdint>
@@ -55,7 +56,7 @@ enum class MissingLump { Fails, IsAdded };
 /// Of a WAD all else stays as it is (`WadEdit`); with `IsAdded` it gets the lump that it lacks, as its last one. After
 /// a failure the old file is as it was. Fails for IWADs and for WADs that cannot be rewritten safely; the reason does
 /// not name the place.
-Status WritePlace(const PatchPlace& place, std::string_view bytes, bool createBackup,
+Status WritePlace(const PatchPlace& place, const BytePieces& bytes, bool createBackup,
                   MissingLump missing = MissingLump::Fails);
 
 } // namespace plinket3

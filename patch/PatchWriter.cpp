@@ -307,7 +307,7 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
     return PatchWriter(patch, engine).Format();
 }
 
-Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes) {
+Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, BytePieces& bytes) {
     if (engine.dialect.EngineRules() && patch.document) {
         const std::optional<std::string> updated = UpdateHeader(*patch.document, patch);
         if (!updated)
@@ -315,14 +315,17 @@ Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine
         PatchDocument document;
         PatchSet set;                                                            // what it says is what it said before
         static_cast<void>(document.Read(*updated, engine, patch.defaults, set)); // as it was read before
-        return MergedBytes(document, patch.current, patch.defaults, engine, bytes);
+        BytePieces merged;
+        Status status = MergedBytes(document, patch.current, patch.defaults, engine, merged);
+        bytes = BytePieces(merged.Joined()); // the document ends here
+        return status;
     }
-    bytes = FormatPatch(patch, engine);
+    bytes = BytePieces(FormatPatch(patch, engine));
     return {};
 }
 
 Status SavePatch(Program& program, const PatchPlace& place, bool createBackup, MissingLump missing) {
-    std::string bytes;
+    BytePieces bytes;
     if (Status merged = FormatForSaving(program.patch, program.engine, bytes); !merged)
         return merged;
     Status status = WritePlace(place, bytes, createBackup, missing);

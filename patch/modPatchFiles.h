@@ -109,8 +109,8 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch);
 
 /// What saving writes: by engine rules the file as it was opened with what was changed in it, else `FormatPatch`. Fails
-/// for a value that could not be read back.
-Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, std::string& bytes);
+/// for a value that could not be read back. The bytes may be the document's, which must outlive them.
+Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, BytePieces& bytes);
 
 /// Writes the open patch as `WritePlace` does. Logs "Saved " and the name. Does not change `program.patch`.
 Status SavePatch(Program& program, const PatchPlace& place, bool createBackup,

@@ -75,17 +75,18 @@ int main(int argc, char** argv) try {
     if (status)
         status = document->Read(bytes, engine, patch.defaults, patch.current).status;
     patch.document = document;
+    BytePieces saved;
     if (status)
-        status = modPatchFiles::FormatForSaving(patch, engine, bytes);
-    if (status && bytes != document->Bytes())
+        status = modPatchFiles::FormatForSaving(patch, engine, saved);
+    if (status && saved.Joined() != document->Bytes())
         status = Status::Failure("was not saved as it is");
     std::mt19937 random(static_cast<unsigned>(std::stoul(argv[5])));
     for (int edits = 0; edits < 4; ++edits)
         EditOne(patch, engine, random);
     if (status)
-        status = modPatchFiles::FormatForSaving(patch, engine, bytes);
+        status = modPatchFiles::FormatForSaving(patch, engine, saved);
     if (status)
-        status = WriteFileAtomically(argv[4], bytes);
+        status = WriteFileAtomically(argv[4], saved);
     if (!status)
         std::cerr << argv[3] << ": " << status.Reason() << '\n';
     return status ? 0 : 2;

@@ -271,7 +271,7 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
         for (std::size_t edits = dice.Below(4) + 1; edits-- > 0;)
             dice.Edit(set, defaults);
         const Status status = MergeIntoDocument(document, set, defaults, engine, merged);
-        std::string bytes;
+        BytePieces bytes;
         ASSERT_EQ(static_cast<bool>(MergedBytes(document, set, defaults, engine, bytes)), static_cast<bool>(status));
         if (!status) { // a line that resumes its section stands between others that are read there
             ++refused;
@@ -279,7 +279,7 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
         }
         const bool sameNotes = set.notes == opened.notes;
         ASSERT_EQ(OtherLinesOf(merged.Bytes(), sameNotes), OtherLinesOf(patch, sameNotes)) << "seed " << seed;
-        ASSERT_EQ(bytes, merged.Bytes()) << "seed " << seed;
+        ASSERT_EQ(bytes.Joined(), merged.Bytes()) << "seed " << seed;
         PatchDocument back;
         ASSERT_EQ(modPatchDiff::Differences(set, merged.Said(), engine), std::vector<std::string>());
         const Status undone = MergeIntoDocument(merged, opened, defaults, engine, back);
@@ -302,13 +302,14 @@ TEST(PatchDocumentTest, KeepsTheLinesOfTheSessionUpToDate) {
                     .status);
     patch.document = document;
     patch.engineConfig = "new.cfg", patch.iwadPath = "/games/doom2.wad", patch.dataWadPath = "/home/my.wad";
-    std::string bytes;
+    BytePieces bytes;
     ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
-    EXPECT_EQ(bytes, "engine config =new.cfg # mine\r\nIWAD= /games/doom2.wad\r\nData WAD = C:\\wads\\My.wad\r\n"
-                     "# IWAD = x\r\n\r\n[STRINGS]\r\nIWAD = no\r\n");
+    EXPECT_EQ(bytes.Joined(),
+              "engine config =new.cfg # mine\r\nIWAD= /games/doom2.wad\r\nData WAD = C:\\wads\\My.wad\r\n"
+              "# IWAD = x\r\n\r\n[STRINGS]\r\nIWAD = no\r\n");
     patch.engineConfig.clear(), patch.iwadPath = "a#b", patch.dataWadPath = "\nx";
     ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
-    EXPECT_EQ(bytes, document->Bytes());
+    EXPECT_EQ(bytes.Joined(), document->Bytes());
 }
 
 TEST(PatchDocumentTest, RefusesAnEditAfterWhichAHeaderWouldBeNone) {
@@ -318,7 +319,7 @@ TEST(PatchDocumentTest, RefusesAnEditAfterWhichAHeaderWouldBeNone) {
     PatchSet set;
     ASSERT_TRUE(document.Read("Thing 1\nMass = 2\n Hit points = 3\nThing 2\nMass = 1\n", engine, defaults, set).status);
     set.things[0].hitPoints = defaults.things[0].hitPoints; // the line that ends its section goes
-    std::string bytes;
+    BytePieces bytes;
     EXPECT_FALSE(MergeIntoDocument(document, set, defaults, engine, merged));
     EXPECT_FALSE(MergedBytes(document, set, defaults, engine, bytes));
 }

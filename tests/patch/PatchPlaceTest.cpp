@@ -26,7 +26,7 @@ protected:
     /// The reason of a failure, after which nothing has changed; empty when all went well.
     std::string Write(const std::string& lump, std::string_view bytes, MissingLump missing = MissingLump::Fails) {
         const std::string before = ReadFile(wad_);
-        const Status status = WritePlace({wad_, lump}, bytes, false, missing);
+        const Status status = WritePlace({wad_, lump}, BytePieces(std::string(bytes)), false, missing);
         EXPECT_TRUE(status || ReadFile(wad_) == before);
         return status.Reason();
     }
