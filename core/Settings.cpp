@@ -233,7 +233,9 @@ void Settings::AddRecentFile(std::string_view path) {
 Settings::FileSession Settings::SessionOf(std::string_view patch) const {
     const SettingValue* value = configuration_.Root(true)->Find(fileSessionsKey);
     const auto* sessions = value == nullptr ? nullptr : std::get_if<std::shared_ptr<SettingTree>>(value);
-    const std::string key = sessions == nullptr ? std::string() : SessionKey(**sessions, patch);
+    if (sessions == nullptr)
+        return {};
+    const std::string key = SessionKey(**sessions, patch);
     if (key.empty())
         return {};
     const SettingTree& session = *std::get<std::shared_ptr<SettingTree>>(*(*sessions)->Find(key));

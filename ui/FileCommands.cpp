@@ -210,7 +210,7 @@ std::filesystem::path FileCommands::AskForPatchFile(const QString& title) {
     std::filesystem::path proposed = program_.patch.fileName;
     if (!program_.patch.lump.empty())
         proposed.replace_extension(program_.engine.dialect.fileEnding);
-    const std::filesystem::path file = StoredPath(dialogs_.SaveFile(
+    std::filesystem::path file = StoredPath(dialogs_.SaveFile(
         title, QString::fromLatin1(program_.engine.dialect.IsExtended() ? extendedFilter : normalFilter),
         ShownPath(proposed)));
     if (!IsWad(file))
