@@ -43,7 +43,7 @@ GeneratedPatch GeneratePatch(std::size_t lines) {
     for (std::size_t i = 0; i < things; ++i)
         defaults.things[i].name = "Thing" + std::to_string(i);
     defaults.states.resize(states);
-    for (const ThingRecord& thing : defaults.things)
+    for (const ThingRecord& thing : defaults.things.Dense())
         engine.thingNames.push_back(thing.name);
     engine.itemCounts.things = static_cast<std::int32_t>(things);
     engine.itemCounts.states = static_cast<std::int32_t>(states);

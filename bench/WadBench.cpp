@@ -47,7 +47,7 @@ void FindSprites(benchmark::State& state) {
         !ReadWholeFile(modTables::TablePath(dataFolder, engine), bytes) || !modTables::ParseTable(bytes, engine, set))
         state.SkipWithError("the engine was not loaded");
     for ([[maybe_unused]] auto once : state)
-        for (const StateRecord& record : set.states)
+        for (const StateRecord& record : set.states.Dense())
             benchmark::DoNotOptimize(
                 ChooseSpriteFrame(wads, set.SpriteName(record.sprite), record.subnumber & ~litBit));
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) *

@@ -25,11 +25,26 @@ template <class Record> void PutFields(Json& object, const Dialect& dialect, con
 }
 
 /// Writes one list. Each record is forgotten when it is written: a list may have a million.
-template <class Describe> void PutList(std::ostream& out, std::string_view key, std::size_t count, Describe describe) {
-    out << ",\"" << key << "\":[";
-    for (std::size_t i = 0; i < count; ++i)
-        out << (i == 0 ? "" : ",") << describe(i).dump();
-    out << ']';
+class ListWriter {
+public:
+    ListWriter(std::ostream& out, std::string_view key) : out_(out) { out_ << ",\"" << key << "\":["; }
+    void Put(const Json& entry) {
+        out_ << separator_ << entry.dump();
+        separator_ = ",";
+    }
+    void End() { out_ << ']'; }
+
+private:
+    std::ostream& out_;
+    const char* separator_ = "";
+};
+
+template <class Entries, class Describe>
+void PutList(std::ostream& out, std::string_view key, const Entries& entries, Describe describe) {
+    ListWriter list(out, key);
+    for (const auto& entry : entries)
+        list.Put(describe(entry));
+    list.End();
 }
 
 /// What a record is described by, kind by kind.
@@ -37,13 +52,13 @@ class Descriptions {
 public:
     Descriptions(const PatchSet& set, const EngineConfiguration& engine) : set_(set), engine_(engine) {}
 
-    template <class Record> Json Of(const std::vector<Record>& records, std::size_t i) const {
-        const Record& record = records[i];
+    template <class Record> Json Of(std::int32_t number, const Record& record) const {
+        const auto i = static_cast<std::size_t>(number);
         Json object;
         if (engine_.dialect.EngineRules() && HasNumber<Record>())
-            object["index"] = i;
+            object["index"] = number;
         if constexpr (std::is_same_v<Record, SpriteRecord>) {
-            object["name"] = Utf8(set_.SpriteName(static_cast<std::int32_t>(i)));
+            object["name"] = Utf8(set_.SpriteName(number));
             object["value"] = record.value;
             return object;
         } else if constexpr (std::is_same_v<Record, StringRecord>) {
@@ -60,7 +75,7 @@ public:
             if constexpr (isNamed<Record>)
                 object["name"] = Utf8(record.name);
             if constexpr (std::is_same_v<Record, SoundRecord>)
-                object["name"] = Utf8(set_.SoundName(static_cast<std::int32_t>(i)));
+                object["name"] = Utf8(set_.SoundName(number));
             PutFields(object, engine_.dialect, record);
             if constexpr (std::is_same_v<Record, StateRecord>) {
                 object["Code pointer"] = record.codePointer;
@@ -139,27 +154,25 @@ void DumpJson(const Program& program, std::ostream& out) {
     const PatchDocument& document = program.patch.document ? *program.patch.document : none;
     const std::vector<PatchDocument::OtherString>& others = document.OtherStrings();
     VisitKinds([&](const auto& kind) {
-        const auto& records = kind.In(set);
-        // Strings that the engine does not know stand behind those that it does.
-        const std::size_t more = kind.kind == RecordKind::String ? others.size() : 0;
-        PutList(out, kind.plural, records.size() + more, [&](std::size_t i) {
-            return i < records.size() ? descriptions.Of(records, i) : OtherStringOf(others[i - records.size()]);
-        });
+        ListWriter list(out, kind.plural);
+        for (const auto& [number, record] : kind.In(set))
+            list.Put(descriptions.Of(number, record));
+        if (kind.kind == RecordKind::String) // those that the engine does not know
+            for (const PatchDocument::OtherString& other : others)
+                list.Put(OtherStringOf(other));
+        list.End();
     });
     out << ",\"misc\":" << misc.dump();
-    PutList(out, "pars", set.pars.size(), [&](std::size_t i) { return ParOf(set.pars[i]); });
+    PutList(out, "pars", set.pars, ParOf);
     if (engine.dialect.EngineRules()) {
-        const std::vector<std::pair<std::int32_t, std::string>> music = RenamedMusic(document);
-        PutList(out, "music", music.size(), [&](std::size_t i) {
-            return Json{{"index", music[i].first}, {"name", Utf8(music[i].second)}};
+        PutList(out, "music", RenamedMusic(document), [](const auto& music) {
+            return Json{{"index", music.first}, {"name", Utf8(music.second)}};
         });
         out << ",\"helper\":" << (document.Helper() == 0 ? Json() : Json(document.Helper())).dump();
-        PutList(out, "renames", document.Renames().size(), [&](std::size_t i) {
-            const PatchDocument::Rename& rename = document.Renames()[i];
+        PutList(out, "renames", document.Renames(), [](const PatchDocument::Rename& rename) {
             return Json{{"kind", rename.kind}, {"from", Utf8(rename.from)}, {"to", Utf8(rename.to)}};
         });
-        auto note = set.notes.begin();
-        PutList(out, "notes", set.notes.size(), [&note](std::size_t) { return NoteOf(*note++); });
+        PutList(out, "notes", set.notes, NoteOf);
     }
     out << '}';
 }

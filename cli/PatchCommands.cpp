@@ -376,15 +376,15 @@ int States(Run& run) {
         throw Refused("states: give one of --thing, --weapon and --unused; see --help");
     LoadPatch(run, PatchArgument(run));
     const PatchSet& set = run.program.patch.current;
-    const auto require = [](std::int32_t number, std::size_t count, std::string_view what) {
-        if (static_cast<std::size_t>(number) >= count)
+    const auto require = [](std::int32_t number, const auto& records, std::string_view what) {
+        if (!records.Has(number))
             throw Refused("there is no " + std::string(what) + " " + std::to_string(number) + ", the last one is " +
-                          std::to_string(static_cast<std::int64_t>(count) - 1));
-        return static_cast<std::size_t>(number);
+                          std::to_string(records.empty() ? -1 : records.Highest()));
+        return number;
     };
     const std::vector<std::int32_t> states =
-        byThing    ? StatesOfThing(set, require(run.arguments.thing, set.things.size(), "thing"))
-        : byWeapon ? StatesOfWeapon(set, require(run.arguments.weapon, set.weapons.size(), "weapon"))
+        byThing    ? StatesOfThing(set, require(run.arguments.thing, set.things, "thing"))
+        : byWeapon ? StatesOfWeapon(set, require(run.arguments.weapon, set.weapons, "weapon"))
                    : UnusedStates(set);
     for (const std::int32_t state : states)
         run.out << state << '\n';

@@ -48,6 +48,7 @@ struct Dialect {
     bool keyedTexts = false; // [STRINGS] and its keys, which the configuration holds; else Text quotes a table's texts
     bool namedBits = false;  // flags are written by name, else as a number
     bool limitedCheats = true; // a cheat has just the room of the original
+    bool unlimited = false;    // patches make things, states, sounds and sprites of any number from 0 up
 
     /// Extended patches (.bex).
     static constexpr Dialect Extended() {

@@ -60,6 +60,8 @@ public:
         return true;
     }
 
+    bool Has(std::string_view key) const { return structure_->Find(key) != nullptr; }
+
     std::string Text(std::string_view key) {
         const SettingValue* value = Value(key);
         return value == nullptr ? std::string() : TextOf(key, *value);
@@ -211,6 +213,7 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     engine.dialect = Dialect::Of(reader.Flag("extended"));
     if (reader.EnterOptional("dialect")) {
         engine.dialect.engineRulesOnly = reader.OneOf("rules", {"kept", "engine"}) == 1;
+        engine.dialect.unlimited = reader.Has("numbers") && reader.OneOf("numbers", {"limited", "unlimited"}) == 1;
         engine.dialect = engine.dialect.By(Rules::Kept);
     }
     reader.Enter("itemcounts");

@@ -31,8 +31,8 @@ std::string WriteAndRead(PatchData& patch, const EngineConfiguration& engine) {
 }
 
 /// Records without their names: one with a bracket in it comes back shorter.
-template <class Numbers, class Record> std::vector<Numbers> NumbersOf(const std::vector<Record>& records) {
-    return {records.begin(), records.end()};
+template <class Numbers, class Record> std::vector<Numbers> NumbersOf(const NumberedList<Record>& records) {
+    return {records.Dense().begin(), records.Dense().end()};
 }
 
 /// The things' numbers, and their bits only when a patch can hold all of them.
@@ -45,15 +45,15 @@ std::vector<ThingNumbers> ThingsOf(const PatchSet& set, bool withBits) {
 
 /// The states, and their code pointers only when a patch can hold all of them.
 std::vector<StateRecord> StatesOf(const PatchSet& set, bool withCodePointers) {
-    std::vector<StateRecord> states = set.states;
+    std::vector<StateRecord> states = set.states.Dense();
     for (StateRecord& state : states)
         state.codePointer = withCodePointers ? state.codePointer : 0;
     return states;
 }
 
 /// A carriage return takes the character behind it along, which at the end of a patch is first there when it is saved.
-bool EndsInCarriageReturn(const std::vector<StringRecord>& strings) {
-    return std::any_of(strings.begin(), strings.end(),
+bool EndsInCarriageReturn(const NumberedList<StringRecord>& strings) {
+    return std::any_of(strings.Dense().begin(), strings.Dense().end(),
                        [](const StringRecord& string) { return string.text.ends_with('\r'); });
 }
 
@@ -79,7 +79,7 @@ void CheckRoundTrips(PatchData& patch, const EngineConfiguration& engine) {
     const Dialect& dialect = engine.dialect;
     Check(ThingsOf(patch.current, !dialect.namedBits) == ThingsOf(read, !dialect.namedBits));
     Check(StatesOf(patch.current, dialect.namedCodePointers) == StatesOf(read, dialect.namedCodePointers));
-    Check(dialect.keyedTexts ? patch.current.strings == ThroughStrings(read.strings, patch, engine)
+    Check(dialect.keyedTexts ? patch.current.strings.Dense() == ThroughStrings(read.strings.Dense(), patch, engine)
                              : patch.current.strings == read.strings || EndsInCarriageReturn(read.strings));
     Check(NumbersOf<WeaponNumbers>(patch.current.weapons) == NumbersOf<WeaponNumbers>(read.weapons));
     Check(NumbersOf<AmmoNumbers>(patch.current.ammo) == NumbersOf<AmmoNumbers>(read.ammo));

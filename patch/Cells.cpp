@@ -1,5 +1,7 @@
 #include "patch/Cells.h"
 
+#include "patch/NewRecords.h"
+
 namespace plinket3 {
 
 namespace {
@@ -16,12 +18,17 @@ template <class Visit> void VisitType(RecordKind kind, Visit visit) {
         VisitKind(kind, [&visit](const auto& list) { visit(static_cast<const RecordOf<decltype(list)>*>(nullptr)); });
 }
 
-/// Calls visit(record) with the record of a cell that `set` has; does nothing for the par list.
+/// Calls visit(record) with the record of a cell; does nothing for the par list. Of one that a constant set does not
+/// have it is a new one.
 template <class Set, class Visit> void VisitRecord(Set& set, const Cell& cell, Visit visit) {
     if (cell.kind == RecordKind::Misc)
-        visit(set.misc);
-    else
-        VisitKind(cell.kind, [&](const auto& list) { visit(list.In(set)[static_cast<std::size_t>(cell.index)]); });
+        return visit(set.misc);
+    VisitKind(cell.kind, [&](const auto& list) {
+        if (auto* record = list.In(set).Find(cell.index))
+            visit(*record);
+        else if constexpr (std::is_const_v<Set>)
+            visit(*RecordOrNew(list.In(set), cell.index));
+    });
 }
 
 int RowCount(RecordKind kind) {
@@ -82,7 +89,9 @@ template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Vi
     });
 }
 
-std::int32_t LastOf(std::size_t count) { return count == 0 ? 0 : static_cast<std::int32_t>(count) - 1; }
+template <class Record> Limits LimitsOf(const NumberedList<Record>& records) {
+    return {records.Lowest(), records.Highest()};
+}
 
 } // namespace
 
@@ -90,6 +99,18 @@ std::size_t RecordCount(const PatchSet& set, RecordKind kind) {
     std::size_t count = kind == RecordKind::Misc || kind == RecordKind::Par ? 1 : 0;
     VisitKind(kind, [&](const auto& list) { count = list.In(set).size(); });
     return count;
+}
+
+bool HasRecord(const PatchSet& set, RecordKind kind, std::int32_t number) {
+    bool has = (kind == RecordKind::Misc || kind == RecordKind::Par) && number == 0;
+    VisitKind(kind, [&](const auto& list) { has = list.In(set).Has(number); });
+    return has;
+}
+
+std::vector<std::int32_t> RecordNumbers(const PatchSet& set, RecordKind kind) {
+    std::vector<std::int32_t> numbers{0};
+    VisitKind(kind, [&](const auto& list) { numbers = list.In(set).Numbers(); });
+    return numbers;
 }
 
 RowFacts FactsOf(RecordKind kind, int field) {
@@ -104,7 +125,7 @@ RowFacts FactsOf(RecordKind kind, int field) {
 }
 
 bool HasCell(const PatchSet& set, const Cell& cell) {
-    if (cell.index < 0 || static_cast<std::size_t>(cell.index) >= RecordCount(set, cell.kind))
+    if (!HasRecord(set, cell.kind, cell.index))
         return false;
     if (cell.field == noteField)
         return HasNotes(cell);
@@ -131,10 +152,9 @@ void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
     }
     VisitValue(set, cell,
                [&value](auto& stored) { stored = std::get<std::remove_reference_t<decltype(stored)>>(value); });
-    if (cell.kind == RecordKind::String) {
-        StringRecord& string = set.strings[static_cast<std::size_t>(cell.index)];
-        string.length = static_cast<std::int32_t>(string.text.size());
-    }
+    if (cell.kind == RecordKind::String)
+        if (StringRecord* string = set.strings.Find(cell.index))
+            string->length = static_cast<std::int32_t>(string->text.size());
 }
 
 std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index) {
@@ -165,11 +185,11 @@ Limits LimitsOf(const PatchSet& set, RecordKind kind, int field) {
     const RowFacts facts = FactsOf(kind, field);
     switch (facts.unit) {
     case FieldUnit::State:
-        return {0, LastOf(set.states.size())};
+        return LimitsOf(set.states);
     case FieldUnit::Sound:
-        return {0, LastOf(set.sounds.size())};
+        return LimitsOf(set.sounds);
     case FieldUnit::Sprite:
-        return {0, LastOf(set.sprites.size())};
+        return LimitsOf(set.sprites);
     default:
         return facts.limits;
     }

@@ -14,7 +14,7 @@ namespace plinket3 {
 /// One value of a patch. `field` is a row of the kind's table, or one of the constants below.
 struct Cell {
     RecordKind kind = RecordKind::Thing;
-    std::int32_t index = 0; // of the record; 0 for the one miscellaneous record and for the par list
+    std::int32_t index = 0; // the record's number; 0 for the one miscellaneous record and for the par list
     int field = 0;
     bool operator==(const Cell&) const = default;
 };
@@ -23,6 +23,7 @@ inline constexpr int codePointerField = -2; // states
 inline constexpr int textField = -3;        // strings (with their length) and cheats
 inline constexpr int listField = -4;        // the par list as a whole
 inline constexpr int noteField = -5;        // what comments say of a thing, state, sound, weapon or kind of ammunition
+inline constexpr int existsField = -6;      // 1 for a record that there is, 0 for one that a patch may make
 
 /// What the comments at a patch's head say of it as a whole.
 inline constexpr Cell patchNotes{RecordKind::Par, 0, noteField};
@@ -47,10 +48,13 @@ RowFacts FactsOf(RecordKind kind, int field);
 
 /// How many records a set has; 1 for the miscellaneous record and the par list.
 std::size_t RecordCount(const PatchSet& set, RecordKind kind);
+/// Whether there is one of that number, and the numbers that there are, in the order of the list.
+bool HasRecord(const PatchSet& set, RecordKind kind, std::int32_t number);
+std::vector<std::int32_t> RecordNumbers(const PatchSet& set, RecordKind kind);
 
 bool HasCell(const PatchSet& set, const Cell& cell);
-/// Both only for cells that `set` has; a value is of the cell's own type. A note has lines parted by \n and no comment
-/// signs; there is none where its text is empty.
+/// A value is of the cell's own type. Of a record that `set` does not have, the values are those of a new one, and
+/// nothing is written. A note has lines parted by \n and no comment signs; there is none where its text is empty.
 CellValue ReadCell(const PatchSet& set, const Cell& cell);
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
 
@@ -59,7 +63,8 @@ std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> DerivedFrom(const Cell& cell);
 
-/// What an editor lets into a numeric field: the row's limits, or those of what it refers to in `set`.
+/// What an editor lets into a numeric field: the row's limits, or the lowest and highest number of what it refers to in
+/// `set`.
 Limits LimitsOf(const PatchSet& set, RecordKind kind, int field);
 /// A number as an editor's is stored in a row of a table: limited, a byte's negative value as its unsigned reading.
 std::int32_t Limited(const PatchSet& set, const Cell& cell, std::int32_t number);

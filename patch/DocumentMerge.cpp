@@ -3,6 +3,7 @@
 #include "patch/CellIndex.h"
 #include "patch/EngineNames.h"
 #include "patch/LocalCheck.h"
+#include "patch/NewRecords.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/PatchNotes.h"
@@ -135,10 +136,9 @@ private:
 
     void FindChanges() {
         VisitKinds([this](const auto& kind) {
-            const auto &now = kind.In(current_), &then = kind.In(said_);
-            for (std::size_t i = 0; i < now.size() && i < then.size(); ++i)
-                if (now[i] != then[i])
-                    FindCells(kind.kind, static_cast<std::int32_t>(i));
+            for (const auto& [number, record] : kind.In(current_))
+                if (record != *RecordOrNew(kind.In(said_), number))
+                    FindCells(kind.kind, number);
         });
         if (current_.misc != said_.misc)
             FindCells(RecordKind::Misc, 0);
@@ -272,7 +272,7 @@ private:
             return mnemonic == nullptr ? std::string() : *mnemonic;
         }
         const std::int32_t source = Targets().StateWithAction(codePointer);
-        if (source == static_cast<std::int32_t>(defaults_.states.size()))
+        if (source == static_cast<std::int32_t>(defaults_.states.DenseSize()))
             Fail(cell, "is one that no frame of the engine has");
         return std::to_string(source);
     }
@@ -298,8 +298,7 @@ private:
     }
 
     std::string StringText(const Cell& cell) {
-        const std::optional<std::string> escaped =
-            EngineEscape(current_.strings[static_cast<std::size_t>(cell.index)].text, end_);
+        const std::optional<std::string> escaped = EngineEscape(current_.strings[cell.index].text, end_);
         if (!escaped)
             Fail(cell, "cannot be written so that game engines read it back: it is empty, begins or ends with blanks, "
                        "or has a backslash at its end or before an \"n\"");
@@ -420,8 +419,8 @@ private:
             const SectionRule& rule = dialect_.*kind.section;
             header += std::string(rule.word) + " " + std::to_string(place.record + rule.firstWritten);
             if constexpr (isNamed<RecordOf<decltype(kind)>>) {
-                const std::string& name = kind.In(current_)[static_cast<std::size_t>(place.record)].name;
-                if (NamesStandInBrackets() || name != kind.In(defaults_)[static_cast<std::size_t>(place.record)].name)
+                const std::string& name = kind.In(current_)[place.record].name;
+                if (NamesStandInBrackets() || name != RecordOrNew(kind.In(defaults_), place.record)->name)
                     header += " (" + name + ")";
             }
         });

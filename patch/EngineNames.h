@@ -44,12 +44,12 @@ std::int32_t MusicIndex(std::string_view name);
 
 /// The record that has this name by default, upper and lower case alike; absent when none has.
 template <class Record>
-std::optional<std::int32_t> IndexByName(const std::vector<Record>& defaults, std::string_view name) {
-    for (std::size_t i = 0; i < defaults.size(); ++i) {
-        std::string_view stored(defaults[i].name.data(), defaults[i].name.size());
+std::optional<std::int32_t> IndexByName(const NumberedList<Record>& defaults, std::string_view name) {
+    for (const auto& [number, record] : defaults) {
+        std::string_view stored(record.name.data(), record.name.size());
         stored = stored.substr(0, std::min(stored.find('\0'), stored.find(' ')));
         if (!stored.empty() && EqualIgnoringCase(stored, name))
-            return static_cast<std::int32_t>(i);
+            return number;
     }
     return std::nullopt;
 }

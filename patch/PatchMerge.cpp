@@ -19,16 +19,16 @@ using ParTimes = std::map<Level, std::int32_t>;
 
 /// Calls visit(cell) for every cell of a patch that has another value in the second set.
 template <class Visit> void ForEachOtherCell(const PatchSet& before, const PatchSet& after, Visit visit) {
-    const auto visitRecord = [&](RecordKind kind, std::size_t index) {
-        for (const Cell& cell : CellsOf(kind, static_cast<std::int32_t>(index)))
+    const auto visitRecord = [&](RecordKind kind, std::int32_t index) {
+        for (const Cell& cell : CellsOf(kind, index))
             if ((cell.field < 0 || FactsOf(kind, cell.field).inPatch) &&
                 ReadCell(before, cell) != ReadCell(after, cell))
                 visit(cell);
     };
     VisitKinds([&](const auto& kind) {
-        const auto &records = kind.In(before), &others = kind.In(after);
-        for (std::size_t i = 0; i < records.size() && i < others.size(); ++i)
-            visitRecord(kind.kind, i);
+        for (const auto& [number, record] : kind.In(before))
+            if (const auto* other = kind.In(after).Find(number); other != nullptr && *other != record)
+                visitRecord(kind.kind, number);
     });
     visitRecord(RecordKind::Misc, 0);
     std::set<Notes::key_type> noted;

@@ -5,19 +5,17 @@
 namespace plinket3 {
 
 std::string PatchSet::SoundName(std::int32_t sound) const {
-    if (sound < 0 || static_cast<std::size_t>(sound) >= sounds.size())
+    const SoundRecord* record = sounds.Find(sound);
+    if (record == nullptr)
         return {};
-    const auto& stored = sounds[static_cast<std::size_t>(sound)].name;
-    std::string name(stored.begin(), stored.end());
+    std::string name(record->name.begin(), record->name.end());
     std::replace(name.begin(), name.end(), '\0', ' ');
     return std::string(Trim(name));
 }
 
 std::string_view PatchSet::SpriteName(std::int32_t sprite) const {
-    if (sprite < 0 || static_cast<std::size_t>(sprite) >= sprites.size())
-        return {};
-    const auto& stored = sprites[static_cast<std::size_t>(sprite)].name;
-    return {stored.data(), stored.size()};
+    const SpriteRecord* record = sprites.Find(sprite);
+    return record == nullptr ? std::string_view() : std::string_view(record->name.data(), record->name.size());
 }
 
 } // namespace plinket3

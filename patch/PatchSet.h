@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Dialect.h"
+#include "patch/NumberedList.h"
 #include "patch/modTableDef.h"
 
 #include <algorithm>
@@ -24,14 +25,14 @@ using Notes = std::map<std::pair<RecordKind, std::int32_t>, std::string>;
 
 /// One set of records: an engine's own, or what a patch makes of them.
 struct PatchSet {
-    std::vector<ThingRecord> things;
-    std::vector<StateRecord> states;
-    std::vector<SoundRecord> sounds;
-    std::vector<SpriteRecord> sprites;
-    std::vector<StringRecord> strings;
-    std::vector<WeaponRecord> weapons;
-    std::vector<AmmoRecord> ammo;
-    std::vector<CheatRecord> cheats;
+    NumberedList<ThingRecord> things;
+    NumberedList<StateRecord> states;
+    NumberedList<SoundRecord> sounds;
+    NumberedList<SpriteRecord> sprites;
+    NumberedList<StringRecord> strings;
+    NumberedList<WeaponRecord> weapons;
+    NumberedList<AmmoRecord> ammo;
+    NumberedList<CheatRecord> cheats;
     MiscRecord misc;
     std::vector<ParRecord> pars; // empty in the default set
     Notes notes;                 // of a patch by engine rules; none is empty
@@ -48,7 +49,7 @@ template <class RecordType> struct ListKind {
     using Record = RecordType;
     RecordKind kind;
     std::string_view plural;
-    std::vector<Record> PatchSet::*records;
+    NumberedList<Record> PatchSet::*records;
     SectionRule Dialect::*section = nullptr; // in patches; null for a kind without sections by number
 
     auto& In(PatchSet& set) const { return set.*records; }
@@ -93,13 +94,6 @@ inline bool HaveSameCounts(const PatchSet& left, const PatchSet& right) {
     bool same = true;
     VisitKinds([&](const auto& kind) { same = same && kind.In(left).size() == kind.In(right).size(); });
     return same;
-}
-
-/// The record at `index`; null when there is none.
-template <class Record> Record* RecordAt(std::vector<Record>& records, std::int32_t index) {
-    if (index < 0 || static_cast<std::size_t>(index) >= records.size())
-        return nullptr;
-    return &records[static_cast<std::size_t>(index)];
 }
 
 class PatchDocument;

@@ -99,7 +99,7 @@ void PatchStore::Select(std::string_view line, std::string_view word) {
         auto& records = kind.In(set_);
         SelectNumber(number, (dialect_.*kind.section).firstRead, records.size());
         if constexpr (isNamed<RecordOf<decltype(kind)>>)
-            if (auto* record = RecordAt(records, index_)) {
+            if (auto* record = records.Find(index_)) {
                 if (engine && line.find('(') != std::string_view::npos)
                     record->name = NameIn(line);
                 else if (!engine && words.Count() >= 3)
@@ -127,7 +127,7 @@ void PatchStore::SelectEnginePointer(std::string_view line) {
         return Ignore("names no frame in brackets, so its lines are ignored");
     rest.remove_prefix(1);
     TakeWord(rest);
-    if (!TakeEngineNumber(rest, state) || RecordAt(set_.states, state) == nullptr)
+    if (!TakeEngineNumber(rest, state) || set_.states.Find(state) == nullptr)
         return Ignore("names a frame that the engine does not have, so its lines are ignored");
     index_ = state;
 }
@@ -155,7 +155,7 @@ bool PatchStore::StoreRecordNumber(std::string_view key, std::string_view value)
     bool known = false;
     VisitKind(KindOf(section_), [&](const auto& kind) {
         if constexpr (!fieldTable<RecordOf<decltype(kind)>>.empty())
-            known = StoreNumber(kind.kind, RecordAt(kind.In(set_), index_), key, value);
+            known = StoreNumber(kind.kind, kind.In(set_).Find(index_), key, value);
     });
     return known;
 }
@@ -228,7 +228,7 @@ bool PatchStore::StorePointer(std::string_view key, std::string_view value) {
         return true;
     const std::int32_t target =
         dialect_.EngineRules() ? index_ : engine_.codePointerStates[static_cast<std::size_t>(index_)];
-    const StateRecord* source = RecordAt(set_.states, PlainNumber(value));
+    const StateRecord* source = set_.states.Find(PlainNumber(value));
     if (source == nullptr)
         Ignore("is ignored: it names a frame that the engine does not have");
     else
@@ -248,7 +248,7 @@ bool PatchStore::StoreCodePointer(std::string_view key, std::string_view value) 
 }
 
 void PatchStore::StoreCodePointer(std::int32_t state, std::int32_t codePointer, std::string_view value) {
-    StateRecord* record = RecordAt(set_.states, state);
+    StateRecord* record = set_.states.Find(state);
     if (record == nullptr) {
         Ignore("is ignored: it names a frame that the engine does not have");
         return;
@@ -294,7 +294,7 @@ bool PatchStore::StoreCheat(std::string_view key, std::string_view value) {
     const int place = index.Find(key);
     if (place < 0)
         return false;
-    CheatRecord* cheat = RecordAt(set_.cheats, place);
+    CheatRecord* cheat = set_.cheats.Find(place);
     if (cheat == nullptr)
         return true;
     cheat->text = modPatchText::UnpadCheat(value);
@@ -330,7 +330,7 @@ bool PatchStore::StoreString(std::string_view key, std::string_view value) {
     const auto found = StringIndex().find(ToUpper(key));
     if (found == StringIndex().end())
         return false;
-    if (StringRecord* record = RecordAt(set_.strings, found->second)) {
+    if (StringRecord* record = set_.strings.Find(found->second)) {
         record->text = modPatchText::UnescapeText(text);
         record->length = static_cast<std::int32_t>(record->text.size());
         if (observer_ != nullptr)
@@ -366,7 +366,7 @@ void PatchStore::StoreEngineString(std::string_view line) {
         return Ignore("is ignored: engines take no empty text");
     std::string plain = EngineText(text);
     const auto found = StringIndex().find(ToUpper(key));
-    StringRecord* record = found == StringIndex().end() ? nullptr : RecordAt(set_.strings, found->second);
+    StringRecord* record = found == StringIndex().end() ? nullptr : set_.strings.Find(found->second);
     if (record == nullptr) {
         if (observer_ != nullptr)
             observer_->OtherString(offset_, key, plain);
@@ -384,9 +384,9 @@ void PatchStore::StoreRename(std::string_view key, std::string_view value) {
     const auto rename = [&](auto& records, const auto& defaults, RecordKind kind, std::size_t longest) {
         const std::optional<std::int32_t> index = IndexByName(defaults, key);
         const std::string_view taken = name.substr(0, std::min(name.find_first_of(blanks), longest));
-        if (!index || taken.empty() || RecordAt(records, *index) == nullptr)
+        if (!index || taken.empty() || records.Find(*index) == nullptr)
             return Ignore("is ignored: the engine has nothing of that name");
-        auto& stored = RecordAt(records, *index)->name;
+        auto& stored = records.Find(*index)->name;
         stored.fill('\0');
         std::copy(taken.begin(), taken.end(), stored.begin());
         if (observer_ != nullptr)
@@ -413,7 +413,7 @@ void PatchStore::StoreHelper(std::string_view key, std::string_view value) {
     std::int32_t thing = 0;
     if (!EqualIgnoringCase(key, "type") || !TakeEngineNumber(rest, thing))
         return Ignore("is ignored: [HELPER] has only a line of the form \"type = 3\"");
-    if (RecordAt(set_.things, thing - 1) == nullptr)
+    if (set_.things.Find(thing - 1) == nullptr)
         return Ignore("is ignored: it names a thing that the engine does not have");
     if (observer_ != nullptr)
         observer_->Helper(offset_, thing);
@@ -464,7 +464,7 @@ void PatchStore::ReplaceEngineText(std::int32_t oldLength, std::int32_t newLengt
     record.length = static_cast<std::int32_t>(newText.size());
     if (observer_ != nullptr)
         observer_->Text(offset_, newText.size(), modPatchText::TextSpace(static_cast<std::int32_t>(oldText.size())));
-    Stored({RecordKind::String, static_cast<std::int32_t>(found->second), textField}, {});
+    Stored({RecordKind::String, found->second, textField}, {});
 }
 
 /// Sprites have names of four letters, sounds and music of up to six.
@@ -472,9 +472,9 @@ bool PatchStore::RenameByText(std::string_view oldText, std::string_view newText
     constexpr std::size_t spriteLength = 4, longest = 6;
     const auto rename = [&](auto& records, const auto& defaults, RecordKind kind) {
         const std::optional<std::int32_t> index = IndexByName(defaults, oldText);
-        if (!index || RecordAt(records, *index) == nullptr)
+        if (!index || records.Find(*index) == nullptr)
             return false;
-        auto& stored = RecordAt(records, *index)->name;
+        auto& stored = records.Find(*index)->name;
         stored.fill('\0');
         std::copy_n(newText.begin(), std::min(newText.size(), stored.size()), stored.begin());
         if (observer_ != nullptr)
@@ -496,10 +496,10 @@ bool PatchStore::RenameByText(std::string_view oldText, std::string_view newText
 }
 
 /// The engine's texts; of equal ones the first.
-const std::unordered_map<std::string_view, std::size_t>& PatchStore::TextIndex() {
+const std::unordered_map<std::string_view, std::int32_t>& PatchStore::TextIndex() {
     if (texts_.empty())
-        for (std::size_t i = 0; i < defaults_.strings.size(); ++i)
-            texts_.try_emplace(defaults_.strings[i].text, i);
+        for (const auto& [number, string] : defaults_.strings)
+            texts_.try_emplace(string.text, number);
     return texts_;
 }
 

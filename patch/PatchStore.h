@@ -87,7 +87,7 @@ private:
         if (observer_ != nullptr)
             observer_->Stored(offset_, cell, value);
     }
-    const std::unordered_map<std::string_view, std::size_t>& TextIndex();
+    const std::unordered_map<std::string_view, std::int32_t>& TextIndex();
     const std::unordered_map<std::string, std::int32_t>& StringIndex();
     const std::unordered_map<std::string, std::int32_t>& ActionIndex();
 
@@ -101,7 +101,7 @@ private:
     std::size_t offset_ = 0;
     Section section_ = Section::None;
     std::int32_t index_ = 0; // of the selected record; -1 for one that the engine does not have
-    std::unordered_map<std::string_view, std::size_t> texts_;
+    std::unordered_map<std::string_view, std::int32_t> texts_;
     std::unordered_map<std::string, std::int32_t> keys_, actions_;
 };
 

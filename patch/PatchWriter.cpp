@@ -94,12 +94,13 @@ private:
                     return true;
             return false;
         };
-        if (!dialect_.keyedTexts && longer(current_.strings, defaults_.strings, [](const StringRecord& text) {
+        if (!dialect_.keyedTexts &&
+            longer(current_.strings.Dense(), defaults_.strings.Dense(), [](const StringRecord& text) {
                 return modPatchText::TextSpace(static_cast<std::int32_t>(text.text.size()));
             }))
             Line("# *allow-long-strings*");
-        if (dialect_.limitedCheats &&
-            longer(current_.cheats, defaults_.cheats, [](const CheatRecord& cheat) { return cheat.text.size(); }))
+        if (dialect_.limitedCheats && longer(current_.cheats.Dense(), defaults_.cheats.Dense(),
+                                             [](const CheatRecord& cheat) { return cheat.text.size(); }))
             Line("# *allow-long-cheats*");
         Line();
         Line("Doom version = ", patch_.doomVersion);
@@ -138,26 +139,26 @@ private:
 
     template <class Record> bool Records(const ListKind<Record>& kind) {
         const SectionRule& section = dialect_.*kind.section;
-        const std::vector<Record>&current = kind.In(current_), &defaults = kind.In(defaults_);
         bool any = false;
-        for (std::size_t i = 0; i < current.size(); ++i) {
+        for (const auto& [number, record] : kind.In(current_)) {
+            const Record& standard = kind.In(defaults_)[number];
             const std::size_t start = out_.size();
-            const bool noted = Note({kind.kind, static_cast<std::int32_t>(i), noteField});
-            if (current[i] == defaults[i] && !noted)
+            const bool noted = Note({kind.kind, number, noteField});
+            if (record == standard && !noted)
                 continue;
             Put(section.word);
             Put(" ");
-            Put(static_cast<std::int32_t>(i) + section.firstWritten);
+            Put(number + section.firstWritten);
             bool renamed = false;
             if constexpr (isNamed<Record>) {
-                renamed = current[i].name != defaults[i].name;
+                renamed = record.name != standard.name;
                 Put(" (");
-                Put(current[i].name);
+                Put(record.name);
                 Put(")");
             }
             Line();
             const std::size_t headerEnd = out_.size();
-            Fields(current[i], defaults[i]);
+            Fields(record, standard);
             if (!renamed && !noted && out_.size() == headerEnd) { // only what no patch has differs
                 out_.resize(start);
                 continue;
@@ -186,12 +187,11 @@ private:
         const std::size_t start = out_.size();
         Line(dialect_.codePointers);
         const std::size_t headerEnd = out_.size();
-        for (std::size_t state = 0; state < current_.states.size(); ++state) {
-            const std::int32_t codePointer = current_.states[state].codePointer;
-            if (codePointer == defaults_.states[state].codePointer)
+        for (const auto& [state, record] : current_.states) {
+            if (record.codePointer == defaults_.states[state].codePointer)
                 continue;
-            const std::string* mnemonic = engine_.MnemonicOf(codePointer);
-            Line(dialect_.states.word, " ", static_cast<std::int32_t>(state), " = ",
+            const std::string* mnemonic = engine_.MnemonicOf(record.codePointer);
+            Line(dialect_.states.word, " ", state, " = ",
                  mnemonic != nullptr ? std::string_view(*mnemonic) : std::string_view());
         }
         if (out_.size() == headerEnd) {
@@ -203,22 +203,20 @@ private:
     }
 
     bool Pointers() {
-        const auto samePointer = [](const StateRecord& left, const StateRecord& right) {
-            return left.codePointer == right.codePointer;
-        };
-        if (std::ranges::equal(current_.states, defaults_.states, samePointer))
+        const std::vector<StateRecord>&current = current_.states.Dense(), &defaults = defaults_.states.Dense();
+        if (std::ranges::equal(current, defaults, {}, &StateRecord::codePointer, &StateRecord::codePointer))
             return false; // most patches need no search for sources
         const PointerTargets targets(current_.states, engine_.codePointerStates);
         bool any = false;
-        for (std::size_t i = 0; i < current_.states.size(); ++i) {
-            const std::int32_t codePointer = current_.states[i].codePointer;
-            if (codePointer == defaults_.states[i].codePointer)
+        for (std::size_t i = 0; i < current.size(); ++i) {
+            const std::int32_t codePointer = current[i].codePointer;
+            if (codePointer == defaults[i].codePointer)
                 continue;
             const auto state = static_cast<std::int32_t>(i);
             const std::int32_t source = targets.StateWithAction(codePointer);
             // Kept: the last state is never written as a source, and the number of states stands for "none found".
             // docs/kept-behaviour.md
-            if (!dialect_.EngineRules() && source == static_cast<std::int32_t>(current_.states.size()) - 1)
+            if (!dialect_.EngineRules() && source == static_cast<std::int32_t>(current.size()) - 1)
                 continue;
             Line(dialect_.pointers.word, " ", targets.PointerOf(state), " (", dialect_.states.word, " ", state, ")");
             Line("Codep Frame = ", source);

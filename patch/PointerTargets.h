@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <span>
 #include <unordered_map>
-#include <vector>
 
 namespace plinket3 {
 
@@ -14,11 +13,11 @@ namespace plinket3 {
 class PointerTargets {
 public:
     /// `pointerStates` gives the state of each pointer number.
-    PointerTargets(const std::vector<StateRecord>& states, std::span<const std::int32_t> pointerStates)
-        : stateCount_(static_cast<std::int32_t>(states.size())),
+    PointerTargets(const NumberedList<StateRecord>& states, std::span<const std::int32_t> pointerStates)
+        : stateCount_(static_cast<std::int32_t>(states.DenseSize())),
           pointerCount_(static_cast<std::int32_t>(pointerStates.size())) {
-        for (std::int32_t state = 0; state < stateCount_; ++state)
-            stateByAction_.try_emplace(states[static_cast<std::size_t>(state)].action, state);
+        for (const auto& [state, record] : states)
+            stateByAction_.try_emplace(record.action, state);
         for (std::int32_t pointer = 0; pointer < pointerCount_; ++pointer)
             pointerByState_.try_emplace(pointerStates[static_cast<std::size_t>(pointer)], pointer);
     }

@@ -34,10 +34,12 @@ public:
     }
     void FlagNames(std::size_t, std::string_view) override { count_ += !engine_.dialect.IsExtended(); }
     void Number(std::size_t, FieldUnit unit, FieldWidth, std::string_view text) override {
-        const auto beyond = [&](std::size_t records) { return std::cmp_greater_equal(LeadingInt32(text), records); };
-        count_ += (unit == FieldUnit::State && beyond(defaults_.states.size())) ||
-                  (unit == FieldUnit::Sound && beyond(defaults_.sounds.size())) ||
-                  (unit == FieldUnit::Sprite && beyond(defaults_.sprites.size()));
+        if (engine_.dialect.unlimited)
+            return;
+        const auto beyond = [&](const auto& records) { return LeadingInt32(text) > records.Highest(); };
+        count_ += (unit == FieldUnit::State && beyond(defaults_.states)) ||
+                  (unit == FieldUnit::Sound && beyond(defaults_.sounds)) ||
+                  (unit == FieldUnit::Sprite && beyond(defaults_.sprites));
     }
 
 private:

@@ -2,8 +2,8 @@
 
 #include "core/Text.h"
 
-#include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace plinket3 {
 
@@ -12,14 +12,12 @@ namespace {
 /// One mark for each state; numbers that name none are ignored.
 class StateMarks {
 public:
-    explicit StateMarks(const PatchSet& set) : states_(set.states), marked_(set.states.size(), false) {}
+    explicit StateMarks(const PatchSet& set) : states_(set.states), marked_(set.states.Alike(no)) {}
 
     /// True when the state was not marked before.
     bool Mark(std::int32_t state) {
-        if (state < 0 || static_cast<std::size_t>(state) >= marked_.size() || marked_[static_cast<std::size_t>(state)])
-            return false;
-        marked_[static_cast<std::size_t>(state)] = true;
-        return true;
+        std::uint8_t* mark = marked_.Find(state);
+        return mark != nullptr && std::exchange(*mark, yes) == no;
     }
 
     template <class Record> void MarkFields(const Record& record) {
@@ -33,28 +31,31 @@ public:
         for (const Field<Record>& field : fieldsOf<Record>)
             if (field.unit == FieldUnit::State)
                 for (std::int32_t state = record.*field.member; Mark(state);)
-                    state = states_[static_cast<std::size_t>(state)].nextState;
+                    state = states_[state].nextState;
     }
 
     std::vector<std::int32_t> States(bool marked) const {
         std::vector<std::int32_t> found;
-        for (std::size_t state = 0; state < marked_.size(); ++state)
-            if (marked_[state] == marked)
-                found.push_back(static_cast<std::int32_t>(state));
+        for (const auto& [state, mark] : marked_)
+            if ((mark == yes) == marked)
+                found.push_back(state);
         return found;
     }
 
 private:
-    const std::vector<StateRecord>& states_;
-    std::vector<bool> marked_;
+    static constexpr std::uint8_t no = 0, yes = 1;
+
+    const NumberedList<StateRecord>& states_;
+    NumberedList<std::uint8_t> marked_;
 };
 
-template <class Record>
-std::vector<std::int32_t> StatesOfRecord(const PatchSet& set, const std::vector<Record>& records, std::size_t index) {
-    if (index >= records.size())
+template <class Record> std::vector<std::int32_t>
+StatesOfRecord(const PatchSet& set, const NumberedList<Record>& records, std::int32_t number) {
+    const Record* record = records.Find(number);
+    if (record == nullptr)
         return {};
     StateMarks marks(set);
-    marks.Follow(records[index]);
+    marks.Follow(*record);
     return marks.States(true);
 }
 
@@ -67,8 +68,8 @@ std::string ShortLabel(std::string_view label) {
 }
 
 template <class Record>
-void AddUsers(std::vector<std::string>& users, const std::vector<Record>& records, std::int32_t state) {
-    for (const Record& record : records) {
+void AddUsers(std::vector<std::string>& users, const NumberedList<Record>& records, std::int32_t state) {
+    for (const auto& [number, record] : records) {
         std::string fields;
         for (const Field<Record>& field : fieldsOf<Record>)
             if (field.unit == FieldUnit::State && record.*field.member == state)
@@ -80,21 +81,21 @@ void AddUsers(std::vector<std::string>& users, const std::vector<Record>& record
 
 } // namespace
 
-std::vector<std::int32_t> StatesOfThing(const PatchSet& set, std::size_t thing) {
+std::vector<std::int32_t> StatesOfThing(const PatchSet& set, std::int32_t thing) {
     return StatesOfRecord(set, set.things, thing);
 }
 
-std::vector<std::int32_t> StatesOfWeapon(const PatchSet& set, std::size_t weapon) {
+std::vector<std::int32_t> StatesOfWeapon(const PatchSet& set, std::int32_t weapon) {
     return StatesOfRecord(set, set.weapons, weapon);
 }
 
 std::vector<std::int32_t> UnusedStates(const PatchSet& set) {
     StateMarks marks(set);
-    for (const ThingRecord& thing : set.things)
+    for (const auto& [number, thing] : set.things)
         marks.MarkFields(thing);
-    for (const WeaponRecord& weapon : set.weapons)
+    for (const auto& [number, weapon] : set.weapons)
         marks.MarkFields(weapon);
-    for (const StateRecord& state : set.states)
+    for (const auto& [number, state] : set.states)
         marks.Mark(state.nextState);
     return marks.States(false);
 }

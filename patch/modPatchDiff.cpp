@@ -70,9 +70,9 @@ private:
                  Quoted(std::get<std::string>(ReadCell(after_, cell))));
     }
 
-    static std::string Heading(const SectionRule& section, std::size_t index, std::string_view name) {
+    static std::string Heading(const SectionRule& section, std::int32_t index, std::string_view name) {
         std::string heading(section.word);
-        heading += " " + std::to_string(static_cast<std::int64_t>(index) + section.firstWritten);
+        heading += " " + std::to_string(std::int64_t{index} + section.firstWritten);
         if (!name.empty())
             heading += " (" + std::string(name) + ")";
         return heading;
@@ -80,23 +80,24 @@ private:
 
     /// Things, weapons, ammunition and sounds are told with the name that they had.
     template <class Record> void Records(const ListKind<Record>& kind) {
-        const std::vector<Record>&before = kind.In(before_), &after = kind.In(after_);
+        const NumberedList<Record>&before = kind.In(before_), &after = kind.In(after_);
         const SectionRule& section = engine_.dialect.*kind.section;
-        for (std::size_t i = 0; i < before.size(); ++i) {
-            const Cell note{kind.kind, static_cast<std::int32_t>(i), noteField};
-            if (before[i] == after[i] && !HasOtherNote(note))
+        for (const auto& [number, record] : before) {
+            const Cell note{kind.kind, number, noteField};
+            const Record& other = after[number];
+            if (record == other && !HasOtherNote(note))
                 continue;
             std::string name;
             if constexpr (isNamed<Record>)
-                name = before[i].name;
+                name = record.name;
             else if constexpr (std::is_same_v<Record, SoundRecord>)
-                name = before_.SoundName(static_cast<std::int32_t>(i));
-            const std::string heading = Heading(section, i, name);
+                name = before_.SoundName(number);
+            const std::string heading = Heading(section, number, name);
             Note(heading, "Note", note);
             if constexpr (isNamed<Record>)
-                if (before[i].name != after[i].name)
-                    Line(heading, "Name", before[i].name, after[i].name);
-            Fields(heading, before[i], after[i]);
+                if (record.name != other.name)
+                    Line(heading, "Name", record.name, other.name);
+            Fields(heading, record, other);
         }
     }
 
@@ -106,10 +107,10 @@ private:
     }
 
     void CodePointers() {
-        for (std::size_t i = 0; i < before_.states.size(); ++i)
-            if (before_.states[i].codePointer != after_.states[i].codePointer)
-                Line(Heading(engine_.dialect.states, i, {}), "Code pointer",
-                     CodePointerText(before_.states[i].codePointer), CodePointerText(after_.states[i].codePointer));
+        for (const auto& [number, state] : before_.states)
+            if (state.codePointer != after_.states[number].codePointer)
+                Line(Heading(engine_.dialect.states, number, {}), "Code pointer", CodePointerText(state.codePointer),
+                     CodePointerText(after_.states[number].codePointer));
     }
 
     void Cheats() {

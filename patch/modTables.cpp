@@ -176,7 +176,7 @@ template <class File, class Set> bool Content(File& file, Set& set, const Dialec
     VisitKinds([&](const auto& kind) {
         const bool inConfiguration = kind.kind == RecordKind::String && dialect.keyedTexts;
         if (!inConfiguration)
-            possible = possible && Columns(file, kind.In(set));
+            possible = possible && Columns(file, kind.In(set).Dense());
     });
     Rows(file, set.misc);
     return possible;
@@ -207,7 +207,7 @@ Status ParseTable(std::string_view bytes, const EngineConfiguration& engine, Pat
     if (!Content(file, read, engine.dialect))
         return Status::Failure("Damaged table file.");
     // What a patch quotes is the text that there is, whatever a damaged file promises.
-    for (StringRecord& string : read.strings)
+    for (StringRecord& string : read.strings.Dense())
         string.length = static_cast<std::int32_t>(string.text.size());
     if (engine.dialect.keyedTexts)
         StringsOfConfiguration(engine, read);

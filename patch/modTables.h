@@ -16,8 +16,8 @@ namespace plinket3::modTables {
 /// strings and they are the configuration's.
 Status ParseTable(std::string_view bytes, const EngineConfiguration& engine, PatchSet& set);
 
-/// A set as a table file's bytes; par times are not part of it. Texts longer than 65,535 characters are cut where the
-/// layout counts them in 16 bits.
+/// A set as a table file's bytes; par times and records beyond the dense parts of its lists are not part of it. Texts
+/// longer than 65,535 characters are cut where the layout counts them in 16 bits.
 std::string FormatTable(const PatchSet& set, const Dialect& dialect);
 
 /// The path of the configuration's table file: "tables" below the program folder, upper and lower case alike.

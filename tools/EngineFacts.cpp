@@ -53,9 +53,9 @@ template <class Record> Record ReadRecord(const TsvTable& table, std::size_t row
     return record;
 }
 
-template <class Record> std::vector<Record> ReadRecords(const TsvTable& table, const Targets& targets) {
+template <class Record> NumberedList<Record> ReadRecords(const TsvTable& table, const Targets& targets) {
     table.ExpectIndex("index");
-    std::vector<Record> records;
+    NumberedList<Record> records;
     for (std::size_t row = 0; row < table.RowCount(); ++row)
         records.push_back(ReadRecord<Record>(table, row, targets));
     return records;
@@ -108,7 +108,7 @@ template <std::size_t size> std::vector<std::array<char, size>> ReadNames(const 
     return names;
 }
 
-template <class Record> void GiveNames(std::vector<Record>& records, std::vector<std::string> names) {
+template <class Record> void GiveNames(NumberedList<Record>& records, std::vector<std::string> names) {
     for (std::size_t row = 0; row < records.size(); ++row)
         records[row].name = std::move(names[row]);
 }

@@ -70,8 +70,8 @@ Status Audio::Play(int rate, const std::uint8_t* samples, std::size_t count) {
 
 void Audio::PlaySoundLump(const Session& session, clsLog& log, std::int32_t sound) {
     const PatchSet& set = session.patch.current;
-    if (sound <= 0 || static_cast<std::size_t>(sound) >= set.sounds.size() ||
-        set.sounds[static_cast<std::size_t>(sound)].zero1 != 0)
+    const SoundRecord* record = set.sounds.Find(sound);
+    if (sound == 0 || record == nullptr || record->zero1 != 0)
         return;
     if (device_ != 0)
         SDL_ClearQueuedAudio(device_);

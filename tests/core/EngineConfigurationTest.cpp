@@ -84,8 +84,12 @@ TEST_F(EngineConfigurationTest, LoadsWhatNoBuiltEngineHas) {
     ASSERT_TRUE(Load(required + "dialect { rules = \"engine\"; }"));
     EXPECT_TRUE(engine_.dialect.EngineRules());
     EXPECT_TRUE(engine_.dialect.By(Rules::Kept).EngineRules());
-    ASSERT_TRUE(Load(required + "dialect { rules = \"kept\"; }"));
+    EXPECT_FALSE(engine_.dialect.unlimited);
+    ASSERT_TRUE(Load(required + "dialect { rules = \"engine\"; numbers = \"unlimited\"; }"));
+    EXPECT_TRUE(engine_.dialect.By(Rules::Kept).unlimited);
+    ASSERT_TRUE(Load(required + "dialect { rules = \"kept\"; numbers = \"unlimited\"; }"));
     EXPECT_FALSE(engine_.dialect.EngineRules());
+    EXPECT_FALSE(engine_.dialect.By(Rules::Engine).unlimited);
     ASSERT_TRUE(Load(required)); // a later file empties the strings but keeps the offsets
     EXPECT_TRUE(engine_.strings.empty());
     EXPECT_EQ(engine_.offsets.sounds, 4);
@@ -106,6 +110,8 @@ TEST_F(EngineConfigurationTest, FailuresNameFileStructureAndKeyAndChangeNothing)
              {"b = \"Fist\"", "b = 3", "\"weaponnames.b\" is not a text"},
              {"7 = \"Looks\"", "7a = \"Looks\"", "\"actiondescriptions.7a\" is a key that is not a number"},
              {"flagnames {", "offsets { things = 1; } flagnames {", "missing key \"offsets.datasegment\""},
+             {"flagnames {", "dialect { rules = \"engine\"; numbers = \"few\"; } flagnames {",
+              "\"dialect.numbers\" is none of those that there are: \"few\""},
              {"flagnames {", "dialect { rules = \"other\"; } flagnames {",
               "\"dialect.rules\" is none of those that there are: \"other\""},
              {"flagnames {", "cheatlengths { a = \"x\"; } flagnames {", "\"cheatlengths.a\" is not a number"},

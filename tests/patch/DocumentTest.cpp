@@ -115,7 +115,7 @@ TEST_P(DocumentMerge, TouchesOnlyTheLinesOfWhatChanged) {
     PatchSet set;
     ASSERT_TRUE(document.Read(row.before, engine, defaults, set).status);
     row.edit(set);
-    for (StringRecord& string : set.strings)
+    for (StringRecord& string : set.strings.Dense())
         string.length = static_cast<std::int32_t>(string.text.size());
     DeriveMisc(set.misc);
     const Status status = MergeIntoDocument(document, set, defaults, engine, merged);

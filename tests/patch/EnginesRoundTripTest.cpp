@@ -25,7 +25,7 @@ PatchSet ReadAgain(const PatchSet& written, const PatchSet& defaults, const Engi
             string.length = static_cast<std::int32_t>((string.text = Trim(string.text)).size());
     // A flag whose name is a part of another one's comes with it.
     if (engine.dialect.IsExtended())
-        for (ThingRecord& thing : expected.things)
+        for (ThingRecord& thing : expected.things.Dense())
             for (std::size_t bit = 0; bit < engine.flagNames.size(); ++bit)
                 for (std::size_t part = 0; part < engine.flagNames.size(); ++part)
                     if (modPatchText::GetFlag(thing.bits, static_cast<int>(bit)) &&
@@ -38,7 +38,7 @@ class BuiltEngines : public testing::TestWithParam<const char*> {
 protected:
     void ExpectRoundTrip() {
         DeriveMisc(patch_.current.misc);
-        for (StringRecord& string : patch_.current.strings)
+        for (StringRecord& string : patch_.current.strings.Dense())
             string.length = static_cast<std::int32_t>(string.text.size());
         PatchSet read;
         const auto result =

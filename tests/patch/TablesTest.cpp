@@ -24,7 +24,7 @@ PatchSet DistinctSet(const EngineConfiguration& engine) {
                 FitWidth(field, ++value * (field.width == FieldWidth::Byte ? 1 : 70001) % 1000000007);
     };
     const auto fillAll = [&fill](auto& records) {
-        for (auto& record : records)
+        for (auto& record : records.Dense())
             fill(record);
     };
     fill(set.misc);
@@ -33,9 +33,9 @@ PatchSet DistinctSet(const EngineConfiguration& engine) {
     fillAll(set.sounds);
     fillAll(set.weapons);
     fillAll(set.ammo);
-    for (ThingRecord& thing : set.things)
+    for (ThingRecord& thing : set.things.Dense())
         thing.extra.fill(static_cast<std::uint8_t>(++value));
-    for (StateRecord& state : set.states)
+    for (StateRecord& state : set.states.Dense())
         state.codePointer = -++value;
     set.cheats[3] = {1, "a\0\xff"s, -2};
     return set;
@@ -70,7 +70,7 @@ TEST_P(BothModes, ReadAsZerosFromWhereTheyEnd) {
         ASSERT_TRUE(ParseTable(bytes.substr(0, length), engine, cut)) << length;
         ASSERT_TRUE(ParseTable(bytes.substr(0, length) + std::string(bytes.size(), '\0'), engine, zeros));
         for (PatchSet* set : {&cut, &zeros}) // a text is as long as the file, not filled up
-            for (StringRecord& string : set->strings)
+            for (StringRecord& string : set->strings.Dense())
                 string.text.resize(static_cast<std::size_t>(string.length = 0));
         for (std::size_t i = 0; i < cut.things.size(); ++i) {
             EXPECT_TRUE(zeros.things[i].name.starts_with(cut.things[i].name));

@@ -35,7 +35,7 @@ TEST(PatchWriter, KeepsStringsOfBackslashesAndQuotesApart) {
     std::mt19937 random(1);
     for (int round = 0; round < 20000; ++round) {
         std::vector<std::string> expected;
-        for (StringRecord& string : patch.current.strings) {
+        for (StringRecord& string : patch.current.strings.Dense()) {
             string.text.clear();
             for (std::size_t length = random() % 6; length > 0; --length)
                 string.text += std::string_view("\\\\\\\\\"\n\t\r =#nart")[random() % 16];
@@ -50,7 +50,7 @@ TEST(PatchWriter, KeepsStringsOfBackslashesAndQuotesApart) {
         for (std::size_t i = 0; i < expected.size(); ++i)
             ASSERT_EQ(read.strings[i].text, expected[i]) << bytes;
     }
-    for (StringRecord& string : patch.current.strings)
+    for (StringRecord& string : patch.current.strings.Dense())
         string.text = "x\\";
     EXPECT_TRUE(modPatchFiles::FormatPatch(patch, engine).ends_with("KEY3 = x\\\\\r\n\r\nKEY4 = x\\\\\r\n\r\n"))
         << "the empty line behind the section is the last one's";

@@ -81,7 +81,7 @@ void ChangeEveryNumber(PatchSet& set, const NewValue& newValue) {
                 record.*field.member = FitWidth(field, newValue(field.unit, record.*field.member));
     };
     VisitKinds([&](const auto& kind) {
-        for (auto& record : kind.In(set)) {
+        for (auto& record : kind.In(set).Dense()) {
             change(record);
             if constexpr (isNamed<RecordOf<decltype(kind)>>)
                 record.name += " 2";
@@ -95,7 +95,7 @@ void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine) {
     constexpr std::size_t firstThingState = 90; // those before are the weapons'
     const PointerTargets targets(set.states, engine.codePointerStates);
     std::vector<std::int32_t> standard;
-    for (const StateRecord& state : set.states)
+    for (const StateRecord& state : set.states.Dense())
         standard.push_back(state.codePointer);
     for (std::size_t state = 0; state < standard.size(); ++state) {
         const std::size_t begin = state < firstThingState ? 0 : firstThingState;
@@ -113,10 +113,10 @@ void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine) {
 
 void ChangeEveryText(PatchSet& set, const EngineConfiguration& engine,
                      const std::function<bool(const std::string&)>& usable) {
-    for (CheatRecord& cheat : set.cheats)
+    for (CheatRecord& cheat : set.cheats.Dense())
         ChangeLetter(cheat.text);
     std::set<std::string> seen;
-    for (StringRecord& string : set.strings)
+    for (StringRecord& string : set.strings.Dense())
         if (usable(string.text) && (engine.dialect.IsExtended() || seen.insert(string.text).second))
             ChangeLetter(string.text);
 }

@@ -54,7 +54,7 @@ PatchSet SmallDefaults(const EngineConfiguration& engine) {
         for (const char* text : {"demo1", "one\ntwo", "twice", "twice"})
             set.strings.push_back({0, 0, text});
     }
-    for (StringRecord& string : set.strings)
+    for (StringRecord& string : set.strings.Dense())
         string.length = static_cast<std::int32_t>(string.text.size());
     return set;
 }

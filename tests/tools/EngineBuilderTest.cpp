@@ -90,22 +90,22 @@ TEST_P(EveryEngine, HasTheNumberOfRecordsThatItsConfigurationTells) {
 // One value of each table, in the place where the game has it.
 TEST_P(EveryEngine, KeepsTheValuesOfTheGame) {
     const auto& [engine, set] = built_;
-    EXPECT_EQ(set.things.at(11).name, "Imp");
-    EXPECT_EQ(set.things.at(11).height, 56 * 65536);
-    EXPECT_EQ(*engine.MnemonicOf(set.states.at(174).action), "Look");
-    EXPECT_EQ(set.states.at(174).codePointer, set.states.at(174).action);
-    EXPECT_EQ(set.SpriteName(set.states.at(174).sprite), "POSS");
-    EXPECT_EQ(set.weapons.at(2).firingState, 30);
-    EXPECT_EQ(set.ammo.at(1), (AmmoRecord{{50, 4}, "Shells"}));
-    EXPECT_EQ(set.cheats.at(1).text, "idchoppers");
-    EXPECT_EQ(set.cheats.at(1).maximumLength, engine.dialect.IsExtended() ? 0 : 10);
+    EXPECT_EQ(set.things[11].name, "Imp");
+    EXPECT_EQ(set.things[11].height, 56 * 65536);
+    EXPECT_EQ(*engine.MnemonicOf(set.states[174].action), "Look");
+    EXPECT_EQ(set.states[174].codePointer, set.states[174].action);
+    EXPECT_EQ(set.SpriteName(set.states[174].sprite), "POSS");
+    EXPECT_EQ(set.weapons[2].firingState, 30);
+    EXPECT_EQ(set.ammo[1], (AmmoRecord{{50, 4}, "Shells"}));
+    EXPECT_EQ(set.cheats[1].text, "idchoppers");
+    EXPECT_EQ(set.cheats[1].maximumLength, engine.dialect.IsExtended() ? 0 : 10);
     EXPECT_EQ(engine.flagTooltips.at(2), "Shootable: Can be hit and damaged by attacks.");
     EXPECT_EQ(engine.codePointerStates.at(447), 811);
-    EXPECT_TRUE(std::ranges::any_of(set.strings, [](const StringRecord& string) {
+    EXPECT_TRUE(std::ranges::any_of(set.strings.Dense(), [](const StringRecord& string) {
         return string.text == "Picked up the armor." && string.length == 20;
     }));
     // The chaingun's sound plays the pistol's, by an address.
-    const SoundRecord& chaingun = set.sounds.at(86);
+    const SoundRecord& chaingun = set.sounds[86];
     EXPECT_EQ(std::tuple(chaingun.value, chaingun.negOne1, chaingun.negOne2), std::tuple(64, 150, 0));
     const std::int32_t place = chaingun.zero1 - engine.offsets.sounds + engine.offsets.dataSegment;
     EXPECT_EQ(place % 36, 0);

@@ -69,7 +69,7 @@ void NamedRecordEditor::fillStaticData() {
 }
 
 void NamedRecordEditor::updateForm() {
-    RecordSelection selection = SelectedRecords(*list_, [](int row) { return row; });
+    RecordSelection selection = SelectedRecords(*list_, [this](int row) { return names_.Rows().At(row); });
     boxes_.Show(std::move(selection));
     ShowRecords();
 }

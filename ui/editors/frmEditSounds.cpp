@@ -51,7 +51,7 @@ void frmEditSounds::startEditSound(const std::vector<std::int32_t>& sounds) {
     std::vector<Assignment> values;
     std::vector<std::int32_t> changed;
     for (const std::int32_t sound : sounds) {
-        const SoundRecord& record = Current().sounds[static_cast<std::size_t>(sound)];
+        const SoundRecord& record = Current().sounds[sound];
         const std::int32_t priority = edited->priority.value_or(record.value);
         if (priority == -1)
             continue; // Kept: a sound that has this priority counts as cancelled. docs/kept-behaviour.md

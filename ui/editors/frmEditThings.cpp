@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditThings.h"
 
+#include "patch/NewRecords.h"
 #include "ui/NewButton.h"
 #include "ui/fields/Labels.h"
 #include "ui/lists/FilterBox.h"
@@ -123,7 +124,7 @@ frmEditThings::frmEditThings(const EditorContext& context)
 
 void frmEditThings::ShowThing(int thing) {
     BringUpToDate();
-    if (thing >= 0 && thing < names_.rowCount())
+    if (names_.Rows().RowOf(thing) >= 0)
         ShowThings({{thing}, thing});
 }
 
@@ -203,9 +204,9 @@ QWidget* frmEditThings::BuildHead() {
     thingNames_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     thingNames_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon); // for any name
     thingNames_->setModel(&names_);
-    connect(thingNames_, &QComboBox::currentIndexChanged, this, [this](int thing) {
+    connect(thingNames_, &QComboBox::currentIndexChanged, this, [this](int row) {
         if (!filling_)
-            ShowThings({{thing}, thing});
+            ShowThings({{names_.Rows().At(row)}, names_.Rows().At(row)});
     });
     number_ = new QLabel;
     number_->setBuddy(thingNames_);
@@ -298,8 +299,9 @@ void frmEditThings::fillStaticData() {
         flagTree_->setMinimumWidth(flagTree_->sizeHintForColumn(0) +
                                    2 * flagTree_->verticalScrollBar()->sizeHint().width());
     }
-    const int thing = std::min(former, names_.rowCount() - 1);
-    ShowThings(thing < 0 ? RecordSelection() : RecordSelection{{thing}, thing});
+    const RecordRows& rows = names_.Rows();
+    const int thing = rows.RowOf(former) >= 0 || rows.Count() == 0 ? former : rows.At(rows.Count() - 1);
+    ShowThings(rows.Count() == 0 ? RecordSelection() : RecordSelection{{thing}, thing});
 }
 
 void frmEditThings::ShowThings(RecordSelection things) {
@@ -313,7 +315,7 @@ void frmEditThings::updateForm() {
                                       : tr("Thing %1").arg(things.records.empty() ? 0 : things.current + 1));
     {
         const QScopedValueRollback filling(filling_, true);
-        thingNames_->setCurrentIndex(things.records.empty() ? -1 : things.current);
+        thingNames_->setCurrentIndex(things.records.empty() ? -1 : names_.Rows().RowOf(things.current));
     }
     flags_.FlagsChanged();
     txtNotes_->Update();
@@ -346,7 +348,7 @@ void frmEditThings::FollowList() {
     if (filling_)
         return;
     RecordSelection selected =
-        SelectedRecords(*list_, [this](int row) { return listed_.mapToSource(listed_.index(row, 0)).row(); });
+        SelectedRecords(*list_, [this](int row) { return listed_.index(row, 0).data(recordRole).toInt(); });
     if (!selected.records.empty() && selected != Selection())
         ShowThings(std::move(selected));
 }
@@ -356,8 +358,9 @@ void frmEditThings::SelectInList() {
     const QScopedValueRollback filling(filling_, true);
     if (Selection().Several())
         return; // they were selected there
-    const QModelIndex place =
-        Selection().records.empty() ? QModelIndex() : listed_.mapFromSource(names_.index(Selection().current));
+    const QModelIndex place = Selection().records.empty()
+                                  ? QModelIndex()
+                                  : listed_.mapFromSource(names_.index(names_.Rows().RowOf(Selection().current)));
     if (!place.isValid())
         list_->selectionModel()->clear();
     else if (list_->selectionModel()->selectedIndexes() != QModelIndexList{place})
@@ -367,7 +370,7 @@ void frmEditThings::SelectInList() {
 /// Of the thing clicked last. State 0 stands for none.
 void frmEditThings::ShowSprite() {
     const std::int32_t state =
-        Selection().records.empty() ? 0 : Current().things[static_cast<std::size_t>(Selection().current)].initialState;
+        Selection().records.empty() ? 0 : RecordOrNew(Current().things, Selection().current)->initialState;
     if (state != 0)
         sprite_->ShowState(context_.program, state);
     else

@@ -161,8 +161,7 @@ void frmEditWeapons::ShowAmmoType() {
 
 /// Of the weapon clicked last. State 0 stands for none.
 void frmEditWeapons::ShowSprite() {
-    const std::int32_t state =
-        Selection().records.empty() ? 0 : Current().weapons[static_cast<std::size_t>(Selection().current)].bobbingState;
+    const std::int32_t state = Selection().records.empty() ? 0 : Current().weapons[Selection().current].bobbingState;
     if (state != 0)
         sprite_->ShowState(context_.program, state);
     else

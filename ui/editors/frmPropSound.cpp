@@ -95,8 +95,8 @@ std::optional<frmPropSound::Values> frmPropSound::Edit(const std::vector<std::in
     const PatchSet& current = context_.program.patch.current;
     std::vector<const SoundRecord*> records;
     for (const std::int32_t sound : sounds)
-        if (sound >= 0 && static_cast<std::size_t>(sound) < current.sounds.size())
-            records.push_back(&current.sounds[static_cast<std::size_t>(sound)]);
+        if (const SoundRecord* record = current.sounds.Find(sound))
+            records.push_back(record);
     if (records.empty())
         return std::nullopt;
     setWindowTitle(records.size() == 1

@@ -109,7 +109,7 @@ std::optional<std::string> frmPropString::Edit(int string) {
     QString title = tr("String %1").arg(string);
     const bool keyed = context_.program.engine.dialect.keyedTexts;
     if (keyed)
-        title += ": " + StringKey(context_.program, index);
+        title += ": " + StringKey(context_.program, string);
     setWindowTitle(title);
     limit_ = keyed ? std::nullopt : std::optional(modPatchText::TextSpace(static_cast<std::int32_t>(standard.size())));
     const bool oldIsWhole = standard.size() <= longestEdited;

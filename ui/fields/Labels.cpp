@@ -5,10 +5,10 @@
 namespace plinket3 {
 
 QString StateLabelText(const PatchSet& set, std::int32_t state) {
-    if (state <= 0 || static_cast<std::size_t>(state) >= set.states.size())
+    const StateRecord* record = set.states.Find(state);
+    if (state == 0 || record == nullptr)
         return QStringLiteral("-");
-    const StateRecord& record = set.states[static_cast<std::size_t>(state)];
-    return ShownText(set.SpriteName(record.sprite)) + FrameText(record.subnumber & ~litBit, FrameForm::Letter);
+    return ShownText(set.SpriteName(record->sprite)) + FrameText(record->subnumber & ~litBit, FrameForm::Letter);
 }
 
 QString SoundLabelText(const PatchSet& set, std::int32_t sound) {

@@ -1,6 +1,7 @@
 #include "ui/fields/NumberBox.h"
 
 #include "core/Numbers.h"
+#include "patch/NewRecords.h"
 #include "ui/LatinText.h"
 #include "ui/fields/Speed.h"
 
@@ -66,7 +67,7 @@ void NumberBox::Put(std::int32_t value) {
 
 bool NumberBox::IsFixed(const PatchSet& set, std::int32_t record) const {
     return form_ == NumberForm::Fixed ||
-           (form_ == NumberForm::Speed && HasFixedSpeed(set.things[static_cast<std::size_t>(record)].bits));
+           (form_ == NumberForm::Speed && HasFixedSpeed(RecordOrNew(set.things, record)->bits));
 }
 
 namespace {
@@ -143,9 +144,8 @@ void NumberBox::Restore() {
     for (const std::int32_t record : selection_.records) {
         cells.push_back(CellOf(record));
         if (form_ == NumberForm::Speed) {
-            const auto thing = static_cast<std::size_t>(record);
-            values.push_back(
-                {cells.back(), SpeedUnder(patch_.current.things[thing].bits, patch_.defaults.things[thing])});
+            const std::int32_t bits = RecordOrNew(patch_.current.things, record)->bits;
+            values.push_back({cells.back(), SpeedUnder(bits, *RecordOrNew(patch_.defaults.things, record))});
         }
     }
     const std::string name = "restore " + edits_.NameOf(cells, field_.many);

@@ -58,13 +58,12 @@ QString SpriteView::ShowSpriteFrame(const Session& session, std::int32_t sprite,
 }
 
 QString SpriteView::ShowState(const Session& session, std::int32_t state) {
-    const std::vector<StateRecord>& states = session.patch.current.states;
-    if (state < 0 || static_cast<std::size_t>(state) >= states.size()) {
+    const StateRecord* record = session.patch.current.states.Find(state);
+    if (record == nullptr) {
         Clear();
         return {};
     }
-    const StateRecord& record = states[static_cast<std::size_t>(state)];
-    return ShowSpriteFrame(session, record.sprite, record.subnumber & ~litBit);
+    return ShowSpriteFrame(session, record->sprite, record->subnumber & ~litBit);
 }
 
 void SpriteView::Clear() {
@@ -74,7 +73,7 @@ void SpriteView::Clear() {
 }
 
 QRect SpriteView::PlaceOfState(const Session& session, std::int32_t state) {
-    const StateRecord& record = session.patch.current.states[static_cast<std::size_t>(state)];
+    const StateRecord& record = session.patch.current.states[state];
     const auto lump =
         ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(record.sprite), record.subnumber & ~litBit);
     return lump ? PlaceOf(lump->wad->ReadLumpString(lump->num, longestPictureLump)) : QRect();

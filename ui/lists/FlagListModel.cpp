@@ -1,5 +1,6 @@
 #include "ui/lists/FlagListModel.h"
 
+#include "patch/NewRecords.h"
 #include "patch/modPatchText.h"
 #include "ui/LatinText.h"
 #include "ui/fields/Marking.h"
@@ -18,7 +19,7 @@ namespace {
 constexpr std::size_t bitCount = 32;
 
 bool IsOn(const PatchSet& set, std::int32_t thing, int bit) {
-    return GetFlag(set.things[static_cast<std::size_t>(thing)].bits, bit);
+    return GetFlag(RecordOrNew(set.things, thing)->bits, bit);
 }
 
 } // namespace
@@ -74,8 +75,8 @@ bool FlagListModel::setData(const QModelIndex& index, const QVariant& value, int
     const int bit = index.row();
     const bool on = value.value<Qt::CheckState>() == Qt::Checked;
     StoreBits("flag " + context_.program.engine.flagNames[static_cast<std::size_t>(bit)] + " of ",
-              [this, bit, on](std::size_t thing) {
-                  const std::int32_t bits = context_.program.patch.current.things[thing].bits;
+              [this, bit, on](std::int32_t thing) {
+                  const std::int32_t bits = RecordOrNew(context_.program.patch.current.things, thing)->bits;
                   return on ? SetFlag(bits, bit) : RemoveFlag(bits, bit);
               });
     return true;
@@ -89,19 +90,19 @@ Qt::ItemFlags FlagListModel::flags(const QModelIndex& index) const {
 
 void FlagListModel::Restore() {
     if (!Things().empty())
-        StoreBits("restore flags of ",
-                  [this](std::size_t thing) { return context_.program.patch.defaults.things[thing].bits; });
+        StoreBits("restore flags of ", [this](std::int32_t thing) {
+            return RecordOrNew(context_.program.patch.defaults.things, thing)->bits;
+        });
 }
 
 /// One step that gives each thing the bits `bitsOf(thing)`; its speed keeps its meaning.
 template <class BitsOf> void FlagListModel::StoreBits(const std::string& stepName, BitsOf bitsOf) {
     std::vector<Assignment> values;
     for (const std::int32_t thing : Things()) {
-        const auto place = static_cast<std::size_t>(thing);
-        const std::int32_t bits = bitsOf(place);
+        const std::int32_t bits = bitsOf(thing);
         values.push_back({{RecordKind::Thing, thing, RowOf(&ThingRecord::bits)}, bits});
         values.push_back({{RecordKind::Thing, thing, RowOf(&ThingRecord::speed)},
-                          SpeedUnder(bits, context_.program.patch.current.things[place])});
+                          SpeedUnder(bits, *RecordOrNew(context_.program.patch.current.things, thing))});
     }
     context_.edits.StoreGroup(values, stepName + context_.edits.RecordsName(RecordKind::Thing, Things(), "things"));
 }

@@ -11,27 +11,29 @@ NamesModel::NamesModel(const EditorContext& context, RecordKind kind) : context_
 
 void NamesModel::Reset() {
     beginResetModel();
+    rows_ = RecordRows(RecordNumbers(context_.program.patch.current, kind_));
     endResetModel();
 }
 
 void NamesModel::ShowCells(const std::vector<Cell>& cells) {
     for (const Cell& cell : cells)
-        if (cell.kind == kind_ && cell.index < rowCount())
-            emit dataChanged(index(cell.index), index(cell.index));
+        if (const int row = cell.kind == kind_ ? rows_.RowOf(cell.index) : -1; row >= 0)
+            emit dataChanged(index(row), index(row));
 }
 
-int NamesModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(RecordCount(context_.program.patch.current, kind_));
-}
+int NamesModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_.Count(); }
 
 QVariant NamesModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
+    const std::int32_t record = rows_.At(index.row());
     if (role == Qt::DisplayRole)
-        return ShownStart(context_.edits.RecordName(kind_, index.row()));
+        return ShownStart(context_.edits.RecordName(kind_, record));
+    if (role == recordRole)
+        return record;
     if (role != Qt::FontRole && role != Qt::ToolTipRole)
         return {};
-    if (!Differs(index.row()))
+    if (!Differs(record))
         return {};
     if (role == Qt::ToolTipRole)
         return tr("Not as in the engine");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/EditorContext.h"
+#include "ui/lists/RecordRows.h"
 
 #include <QAbstractListModel>
 
@@ -17,6 +18,7 @@ public:
     void Reset();
     void ShowCells(const std::vector<Cell>& cells);
 
+    const RecordRows& Rows() const { return rows_; }
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
@@ -25,6 +27,7 @@ private:
 
     EditorContext context_;
     RecordKind kind_;
+    RecordRows rows_;
 };
 
 } // namespace plinket3

@@ -12,7 +12,8 @@
 
 namespace plinket3 {
 
-RecordList::RecordList(const QString& name, const QString& accessibleName, QAbstractItemModel& records) {
+RecordList::RecordList(const QString& name, const QString& accessibleName, RecordTableModel& records)
+    : records_(records) {
     setObjectName(name);
     setAccessibleName(accessibleName);
     header()->setObjectName(name + QStringLiteral("Header"));
@@ -30,6 +31,8 @@ RecordList::RecordList(const QString& name, const QString& accessibleName, QAbst
     connect(this, &QTreeView::doubleClicked, this,
             [this](const QModelIndex& index) { emit EditAsked(RecordAt(index)); });
 }
+
+int RecordList::RecordAt(const QModelIndex& shown) const { return shown.data(recordRole).toInt(); }
 
 void RecordList::Filter(const QString& text) {
     filter_.setFilterFixedString(text);
@@ -52,7 +55,7 @@ std::vector<int> RecordList::SelectedRecords() const {
 }
 
 void RecordList::SelectRecord(int record) {
-    const QModelIndex index = filter_.mapFromSource(filter_.sourceModel()->index(record, 0));
+    const QModelIndex index = filter_.mapFromSource(records_.index(records_.Rows().RowOf(record), 0));
     if (!index.isValid())
         return;
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);

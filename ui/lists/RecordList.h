@@ -8,13 +8,15 @@
 
 namespace plinket3 {
 
+class RecordTableModel;
+
 /// A list of records with columns, of which a filter text leaves those that hold it. Rows are spoken of by the number
 /// of their record, whatever is filtered.
 class RecordList : public QTreeView {
     Q_OBJECT
 public:
-    /// `records` is no tree and outlives the list.
-    RecordList(const QString& name, const QString& accessibleName, QAbstractItemModel& records);
+    /// `records` outlives the list.
+    RecordList(const QString& name, const QString& accessibleName, RecordTableModel& records);
 
     /// Shows the records whose RecordTableModel::searchRole holds the text, in upper or lower case. One that is edited
     /// stays as it is until the next text.
@@ -42,8 +44,9 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    int RecordAt(const QModelIndex& shown) const { return filter_.mapToSource(shown).row(); }
+    int RecordAt(const QModelIndex& shown) const;
 
+    RecordTableModel& records_;
     QSortFilterProxyModel filter_;
 };
 

@@ -1,33 +1,35 @@
 #include "ui/lists/RecordTableModel.h"
 
+#include "patch/NewRecords.h"
 #include "ui/fields/Marking.h"
 
 namespace plinket3 {
 
 void RecordTableModel::Reset() {
     beginResetModel();
+    rows_ = RecordRows(RecordNumbers(Current(), kind_));
     endResetModel();
 }
 
 void RecordTableModel::ShowCells(const std::vector<Cell>& cells) {
     for (const Cell& cell : cells)
-        if (cell.kind == kind_ && cell.index < rowCount())
-            emit dataChanged(index(cell.index, 0), index(cell.index, Columns() - 1));
+        if (const int row = cell.kind == kind_ ? rows_.RowOf(cell.index) : -1; row >= 0)
+            emit dataChanged(index(row, 0), index(row, Columns() - 1));
 }
 
-int RecordTableModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(RecordCount(Current()));
-}
+int RecordTableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_.Count(); }
 
 int RecordTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : Columns(); }
 
 QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
-    const auto record = static_cast<std::size_t>(index.row());
+    const std::int32_t record = rows_.At(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return Text(Current(), record, index.column());
+    case recordRole:
+        return record;
     case searchRole:
         return SearchText(record);
     case Qt::TextAlignmentRole:
@@ -58,8 +60,8 @@ QVariant RecordTableModel::Alignment(int column) const {
     return QVariant::fromValue(Qt::AlignVCenter | (IsNumber(column) ? Qt::AlignRight : Qt::AlignLeft));
 }
 
-bool RecordTableModel::Differs(std::size_t record, int column) const {
-    return record < RecordCount(Defaults()) && HasOtherValue(record, column);
+bool RecordTableModel::Differs(std::int32_t record, int column) const {
+    return (CanBeMade(kind_) || HasRecord(Defaults(), kind_, record)) && HasOtherValue(record, column);
 }
 
 } // namespace plinket3

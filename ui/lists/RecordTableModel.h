@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/EditorContext.h"
+#include "ui/lists/RecordRows.h"
 
 #include <QAbstractTableModel>
 
@@ -20,26 +21,27 @@ public:
     void Reset();
     virtual void ShowCells(const std::vector<Cell>& cells);
 
+    const RecordRows& Rows() const { return rows_; }
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 protected:
-    virtual std::size_t RecordCount(const PatchSet& set) const = 0;
     virtual int Columns() const = 0;
     virtual QString Header(int column) const = 0;
     virtual QString HeaderTip(int column) const { return Header(column); }
-    /// What a column shows for a record of the set.
-    virtual QString Text(const PatchSet& set, std::size_t record, int column) const = 0;
-    /// Whether the record has not the engine's value in this column; asked only for records that the engine has.
-    virtual bool HasOtherValue(std::size_t record, int column) const {
+    /// What a column shows for a record of the set; for one that the set does not have, for a new one.
+    virtual QString Text(const PatchSet& set, std::int32_t record, int column) const = 0;
+    /// Whether the record has not the engine's value in this column; asked only for records that the engine has, or
+    /// that are made.
+    virtual bool HasOtherValue(std::int32_t record, int column) const {
         return Text(Current(), record, column) != Text(Defaults(), record, column);
     }
-    virtual QString SearchText(std::size_t record) const = 0;
+    virtual QString SearchText(std::int32_t record) const = 0;
     virtual bool IsNumber(int column) const = 0;
     /// The tooltip of a value that is the engine's.
-    virtual QString PlainTip(std::size_t /*record*/, int /*column*/) const { return {}; }
+    virtual QString PlainTip(std::int32_t /*record*/, int /*column*/) const { return {}; }
 
     const PatchSet& Current() const { return context_.program.patch.current; }
     const PatchSet& Defaults() const { return context_.program.patch.defaults; }
@@ -48,9 +50,10 @@ protected:
 
 private:
     QVariant Alignment(int column) const;
-    bool Differs(std::size_t record, int column) const;
+    bool Differs(std::int32_t record, int column) const;
 
     RecordKind kind_;
+    RecordRows rows_;
 };
 
 } // namespace plinket3

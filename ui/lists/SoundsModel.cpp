@@ -1,6 +1,7 @@
 #include "ui/lists/SoundsModel.h"
 
 #include "core/Numbers.h"
+#include "patch/NewRecords.h"
 #include "ui/LatinText.h"
 
 #include <array>
@@ -58,26 +59,25 @@ QString SoundsModel::Header(int column) const { return tr(ColumnAt(column).heade
 
 QString SoundsModel::HeaderTip(int column) const { return tr(ColumnAt(column).tip); }
 
-QString SoundsModel::Text(const PatchSet& set, std::size_t record, int column) const {
-    const auto index = static_cast<std::int32_t>(record);
+QString SoundsModel::Text(const PatchSet& set, std::int32_t record, int column) const {
     if (column == indexColumn)
-        return QString::number(index);
+        return QString::number(record);
     if (column == nameColumn)
-        return ShownText(set.SoundName(index));
-    const std::int32_t value = set.sounds[record].*ColumnAt(column).member;
+        return ShownText(set.SoundName(record));
+    const std::int32_t value = (*RecordOrNew(set.sounds, record)).*ColumnAt(column).member;
     if (ColumnAt(column).isFlag)
         return value == 1 ? tr("Yes") : tr("No");
     return QString::number(value);
 }
 
-QString SoundsModel::SearchText(std::size_t record) const {
+QString SoundsModel::SearchText(std::int32_t record) const {
     return Text(Current(), record, indexColumn) + ' ' + Text(Current(), record, nameColumn);
 }
 
 bool SoundsModel::IsNumber(int column) const { return column != nameColumn && !ColumnAt(column).isFlag; }
 
-QString SoundsModel::PlainTip(std::size_t record, int column) const {
-    const SoundRecord& sound = Current().sounds[record];
+QString SoundsModel::PlainTip(std::int32_t record, int column) const {
+    const SoundRecord sound = *RecordOrNew(Current().sounds, record);
     return ColumnAt(column).member == &SoundRecord::zero1 && sound.zero1 != 0 ? ReferenceText(context_.program, sound)
                                                                               : QString();
 }

@@ -18,14 +18,13 @@ public:
     explicit SoundsModel(const EditorContext& context) : RecordTableModel(context, RecordKind::Sound) {}
 
 protected:
-    std::size_t RecordCount(const PatchSet& set) const override { return set.sounds.size(); }
     int Columns() const override;
     QString Header(int column) const override;
     QString HeaderTip(int column) const override;
-    QString Text(const PatchSet& set, std::size_t record, int column) const override;
-    QString SearchText(std::size_t record) const override;
+    QString Text(const PatchSet& set, std::int32_t record, int column) const override;
+    QString SearchText(std::int32_t record) const override;
     bool IsNumber(int column) const override;
-    QString PlainTip(std::size_t record, int column) const override;
+    QString PlainTip(std::int32_t record, int column) const override;
 };
 
 } // namespace plinket3

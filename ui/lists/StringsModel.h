@@ -5,7 +5,7 @@
 namespace plinket3 {
 
 /// The key of a string in extended patches; empty in an ordinary patch and for a string without one.
-QString StringKey(const Session& session, std::size_t string);
+QString StringKey(const Session& session, std::int32_t string);
 
 /// The strings in their order, with the start of their texts in the escaped form.
 class StringsModel : public RecordTableModel {
@@ -17,12 +17,11 @@ public:
     explicit StringsModel(const EditorContext& context) : RecordTableModel(context, RecordKind::String) {}
 
 protected:
-    std::size_t RecordCount(const PatchSet& set) const override { return set.strings.size(); }
     int Columns() const override { return keyColumn + 1; }
     QString Header(int column) const override;
-    QString Text(const PatchSet& set, std::size_t record, int column) const override;
-    bool HasOtherValue(std::size_t record, int column) const override;
-    QString SearchText(std::size_t record) const override;
+    QString Text(const PatchSet& set, std::int32_t record, int column) const override;
+    bool HasOtherValue(std::int32_t record, int column) const override;
+    QString SearchText(std::int32_t record) const override;
     bool IsNumber(int column) const override;
 };
 

@@ -1,5 +1,7 @@
 #include "ui/lists/ThingFilter.h"
 
+#include "ui/lists/RecordRows.h"
+
 namespace plinket3 {
 
 namespace {
@@ -22,7 +24,7 @@ QVariant ThingFilter::data(const QModelIndex& index, int role) const {
     QVariant value = QSortFilterProxyModel::data(index, role);
     if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
         return value;
-    const int thing = mapToSource(index).row();
+    const int thing = index.data(recordRole).toInt();
     if (role == Qt::ToolTipRole) {
         const QString name = sourceModel()->data(mapToSource(index)).toString();
         const QString place = tr("Thing %1 (index %2): %3").arg(thing + 1).arg(thing).arg(name);
@@ -34,9 +36,10 @@ QVariant ThingFilter::data(const QModelIndex& index, int role) const {
 }
 
 bool ThingFilter::filterAcceptsRow(int row, const QModelIndex& parent) const {
-    const QString name = sourceModel()->index(row, 0, parent).data().toString();
-    return name.contains(text_, Qt::CaseInsensitive) || QString::number(row + 1).startsWith(text_) ||
-           QString::number(row).startsWith(text_);
+    const QModelIndex place = sourceModel()->index(row, 0, parent);
+    const int thing = place.data(recordRole).toInt();
+    return place.data().toString().contains(text_, Qt::CaseInsensitive) ||
+           QString::number(thing + 1).startsWith(text_) || QString::number(thing).startsWith(text_);
 }
 
 } // namespace plinket3

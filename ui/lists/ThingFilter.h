@@ -8,7 +8,7 @@ namespace plinket3 {
 class ThingFilter : public QSortFilterProxyModel {
     Q_OBJECT
 public:
-    /// `names` has one row for each thing and must outlive this object.
+    /// `names` has one row for each thing, which tells its number (`recordRole`), and must outlive this object.
     explicit ThingFilter(QAbstractItemModel& names);
 
     /// Shows only things whose name contains `text` in upper or lower case, or whose number (from 1) or index (from 0)

@@ -9,12 +9,18 @@
 
 namespace plinket3 {
 
+namespace {
+
+constexpr std::int32_t noSprite = -1;
+
+} // namespace
+
 frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
     : PickerDialog("frmSelectSprite", tr("Choose a sprite"), program, parent),
       names_(new TextListModel(
-          this, [&program] { return program.patch.current.sprites.size(); },
-          [&program](std::size_t sprite) {
-              return ShownText(program.patch.current.SpriteName(static_cast<std::int32_t>(sprite)));
+          this, [this] { return sprites_.Numbers().size(); },
+          [this, &program](std::size_t row) {
+              return ShownText(program.patch.current.SpriteName(sprites_.At(static_cast<int>(row))));
           })),
       narrowed_(new QSortFilterProxyModel(this)), lstSprites_(new QListView), udFrame_(new FrameSpinBox),
       picPreview_(new SpriteView(QStringLiteral("picPreview"))), lblPreview_(new QLabel) {
@@ -44,7 +50,10 @@ frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
     connect(udFrame_, &QSpinBox::valueChanged, this, &frmSelectSprite::ShowPreview);
 }
 
-void frmSelectSprite::Fill() { names_->Reset(); }
+void frmSelectSprite::Fill() {
+    sprites_ = RecordRows(program_.patch.current.sprites.Numbers());
+    names_->Reset();
+}
 
 void frmSelectSprite::Narrow(const QString& text) { narrowed_->setFilterFixedString(text); }
 
@@ -54,22 +63,25 @@ void frmSelectSprite::RowSelected(const QModelIndex&) {
     ShowPreview();
 }
 
-std::int32_t frmSelectSprite::ChosenSprite() const { return narrowed_->mapToSource(lstSprites_->currentIndex()).row(); }
+std::optional<std::int32_t> frmSelectSprite::ChosenSprite() const {
+    const int row = narrowed_->mapToSource(lstSprites_->currentIndex()).row();
+    return row < 0 ? std::nullopt : std::optional(sprites_.At(row));
+}
 
 void frmSelectSprite::ShowPreview() {
-    const QString lump = picPreview_->ShowSpriteFrame(program_, ChosenSprite(), udFrame_->value());
+    const QString lump = picPreview_->ShowSpriteFrame(program_, ChosenSprite().value_or(noSprite), udFrame_->value());
     lblPreview_->setText(lump.isEmpty() ? QStringLiteral("-") : lump);
 }
 
 std::optional<EditorLinks::SpriteChoice> frmSelectSprite::Choose(EditorLinks::SpriteChoice start) {
     Prepare();
     udFrame_->Form(FrameFormOf(program_.settings));
-    Select(narrowed_->index(start.sprite, 0));
+    Select(narrowed_->index(sprites_.RowOf(start.sprite), 0));
     udFrame_->setValue(lastFrame); // so that the frame is shown in the form that is chosen now
     udFrame_->setValue(start.frame & ~litBit);
     if (!Run())
         return std::nullopt;
-    return EditorLinks::SpriteChoice{ChosenSprite(), udFrame_->value() | (start.frame & litBit)};
+    return EditorLinks::SpriteChoice{ChosenSprite().value_or(start.sprite), udFrame_->value() | (start.frame & litBit)};
 }
 
 } // namespace plinket3

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/EditorContext.h"
+#include "ui/lists/RecordRows.h"
 #include "ui/pickers/PickerDialog.h"
 
 #include <QLabel>
@@ -30,9 +31,10 @@ protected:
     void RowSelected(const QModelIndex& row) override;
 
 private:
-    std::int32_t ChosenSprite() const; // -1 when none is selected
+    std::optional<std::int32_t> ChosenSprite() const;
     void ShowPreview();
 
+    RecordRows sprites_;
     TextListModel* names_;
     QSortFilterProxyModel* narrowed_;
     QListView* lstSprites_;

@@ -1,6 +1,7 @@
 #include "ui/states/StateColumns.h"
 
 #include "core/Text.h"
+#include "patch/NewRecords.h"
 #include "ui/LatinText.h"
 #include "ui/fields/Labels.h"
 
@@ -45,9 +46,9 @@ std::string StepName(const Edits& edits, StateColumn column, const std::vector<s
 }
 
 std::int32_t StoredNumber(const PatchSet& set, std::int32_t state, StateColumn column) {
-    const StateRecord& record = set.states[static_cast<std::size_t>(state)];
+    const RecordOrNew record(set.states, state);
     const ColumnFacts& facts = FactsOf(column);
-    return facts.member != nullptr ? record.*facts.member : record.codePointer;
+    return facts.member != nullptr ? (*record).*facts.member : record->codePointer;
 }
 
 /// One step that sets each state's column to what `value(state, column)` tells.

@@ -38,11 +38,11 @@ QComboBox* NewList(const QString& name, const QString& accessibleName) {
     return list;
 }
 
-template <class Record> void FillList(QComboBox& list, const std::vector<Record>& records) {
+template <class Record> void FillList(QComboBox& list, const NumberedList<Record>& records) {
     const QSignalBlocker quiet(list);
     list.clear();
-    for (const Record& record : records)
-        list.addItem(ShownStart(record.name));
+    for (const auto& [number, record] : records)
+        list.addItem(ShownStart(record.name), number);
 }
 
 } // namespace
@@ -102,10 +102,10 @@ void StateFilterPanel::setFilterMode(StateFilterMode mode) {
     emit Changed();
 }
 
-void StateFilterPanel::ShowStatesOf(StateFilterMode mode, int entry) {
+void StateFilterPanel::ShowStatesOf(StateFilterMode mode, int record) {
     ClearText();
     ShowMode(mode);
-    List(mode)->setCurrentIndex(entry);
+    List(mode)->setCurrentIndex(List(mode)->findData(record));
     emit Changed();
 }
 
@@ -115,16 +115,19 @@ void StateFilterPanel::ClearText() {
 }
 
 QString StateFilterPanel::ReplaceThing(int entry, const QString& text) {
-    QString before = cmbFilterThings_->itemText(entry);
-    if (entry >= 0 && entry < cmbFilterThings_->count())
-        cmbFilterThings_->setItemText(entry, ShownStart(StoredText(text)));
+    const int row = cmbFilterThings_->findData(entry - 1) + 1;
+    QString before = cmbFilterThings_->itemText(row);
+    if (row > 0 && row < cmbFilterThings_->count())
+        cmbFilterThings_->setItemText(row, ShownStart(StoredText(text)));
     return before;
 }
 
 std::vector<std::int32_t> StateFilterPanel::States() const {
     const PatchSet& set = session_.patch.current;
-    // Without a selected entry the index is beyond every record.
-    const auto entryOf = [](const QComboBox& list) { return static_cast<std::size_t>(list.currentIndex()); };
+    constexpr std::int32_t none = -1; // which is no record's number
+    const auto entryOf = [](const QComboBox& list) {
+        return list.currentIndex() < 0 ? none : static_cast<std::int32_t>(list.currentData().toInt());
+    };
     std::vector<std::int32_t> states =
         mode_ == StateFilterMode::All      ? AllStates(set)
         : mode_ == StateFilterMode::Thing  ? StatesOfThing(set, entryOf(*cmbFilterThings_))

@@ -27,12 +27,13 @@ public:
     void Fill();
     void setFilterMode(StateFilterMode mode);
     /// The mode with that thing or weapon; forgets the text.
-    void ShowStatesOf(StateFilterMode mode, int entry);
+    void ShowStatesOf(StateFilterMode mode, int record);
     /// Forgets the text, so that it hides no state.
     void ClearText();
-    /// Returns what stood there. An entry beyond the list is ignored.
+    /// Replaces the entry behind that of the thing `entry` - 1, and returns what stood there. One beyond the list is
+    /// ignored.
     QString ReplaceThing(int entry, const QString& text);
-    /// The states to list, ascending.
+    /// The states to list, in their order.
     std::vector<std::int32_t> States() const;
 
 signals:

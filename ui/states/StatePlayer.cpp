@@ -1,5 +1,7 @@
 #include "ui/states/StatePlayer.h"
 
+#include <unordered_set>
+
 namespace plinket3 {
 
 namespace {
@@ -16,22 +18,21 @@ StatePlayer::StatePlayer(const PatchSet& set, QObject* parent) : QObject(parent)
 
 std::vector<std::int32_t> StatePlayer::Run(std::int32_t state) const {
     std::vector<std::int32_t> shown;
-    std::vector<bool> entered(set_.states.size());
-    while (state > 0 && static_cast<std::size_t>(state) < entered.size() && !entered[static_cast<std::size_t>(state)]) {
-        entered[static_cast<std::size_t>(state)] = true;
-        const StateRecord& record = set_.states[static_cast<std::size_t>(state)];
-        if (record.duration != 0)
+    std::unordered_set<std::int32_t> entered{0};
+    for (const StateRecord* record = set_.states.Find(state); record != nullptr && entered.insert(state).second;
+         record = set_.states.Find(state)) {
+        if (record->duration != 0)
             shown.push_back(state);
-        if (record.duration < 0)
+        if (record->duration < 0)
             break;
-        state = record.nextState;
+        state = record->nextState;
     }
     return shown;
 }
 
 void StatePlayer::Start(std::int32_t state) {
     Stop();
-    timesEntered_.assign(set_.states.size(), 0);
+    timesEntered_.clear();
     tics_ = 0;
     playing_ = true;
     clock_.start();
@@ -58,23 +59,22 @@ void StatePlayer::Advance() {
     ++tics_;
     if (!playing_ || --ticsLeft_ > 0)
         return;
-    const auto index = static_cast<std::size_t>(state_);
-    Enter(index < set_.states.size() ? set_.states[index].nextState : 0);
+    const StateRecord* record = set_.states.Find(state_);
+    Enter(record != nullptr ? record->nextState : 0);
 }
 
 /// States that last no time are passed through at once; as none is entered more than twice, this ends.
 void StatePlayer::Enter(std::int32_t state) {
     for (;;) {
-        const auto index = static_cast<std::size_t>(state);
-        if (state <= 0 || index >= set_.states.size() || index >= timesEntered_.size() ||
-            timesEntered_[index] == timesThroughALoop)
+        const StateRecord* record = set_.states.Find(state);
+        if (state == 0 || record == nullptr || timesEntered_[state] == timesThroughALoop)
             return Stop();
-        ++timesEntered_[index];
+        ++timesEntered_[state];
         state_ = state;
-        ticsLeft_ = set_.states[index].duration;
+        ticsLeft_ = record->duration;
         if (ticsLeft_ != 0)
             break;
-        state = set_.states[index].nextState;
+        state = record->nextState;
     }
     emit StateShown(state_);
     if (ticsLeft_ < 0)

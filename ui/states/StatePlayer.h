@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 namespace plinket3 {
@@ -44,8 +45,8 @@ private:
     qint64 tics_ = 0; // since the start
     bool playing_ = false;
     std::int32_t state_ = 0;
-    std::int32_t ticsLeft_ = 0;              // of the state
-    std::vector<std::uint8_t> timesEntered_; // by state
+    std::int32_t ticsLeft_ = 0; // of the state
+    std::unordered_map<std::int32_t, std::uint8_t> timesEntered_;
 };
 
 } // namespace plinket3

@@ -8,7 +8,6 @@
 #include <QFontDatabase>
 
 #include <algorithm>
-#include <numeric>
 #include <string>
 #include <unordered_set>
 
@@ -19,15 +18,13 @@ StateTableModel::StateTableModel(const Session& session, QObject* parent)
 
 void StateTableModel::Show(std::vector<std::int32_t> states) {
     beginResetModel();
-    shown_ = std::move(states);
+    shown_ = RecordRows(std::move(states));
     endResetModel();
 }
 
 std::optional<int> StateTableModel::RowOfState(std::int32_t state) const {
-    const auto found = std::lower_bound(shown_.begin(), shown_.end(), state);
-    if (found == shown_.end() || *found != state)
-        return std::nullopt;
-    return static_cast<int>(found - shown_.begin());
+    const int row = shown_.RowOf(state);
+    return row < 0 ? std::nullopt : std::optional(row);
 }
 
 void StateTableModel::CellsChanged(const std::vector<Cell>& cells) {
@@ -44,9 +41,7 @@ void StateTableModel::CellsChanged(const std::vector<Cell>& cells) {
         emit dataChanged(index(first, 0), index(last, columnCount() - 1));
 }
 
-int StateTableModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(shown_.size());
-}
+int StateTableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : shown_.Count(); }
 
 int StateTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : stateColumnCount; }
 
@@ -55,8 +50,8 @@ QVariant StateTableModel::data(const QModelIndex& at, int role) const {
         return {};
     const PatchSet& current = session_.patch.current;
     const PatchSet& defaults = session_.patch.defaults;
-    const std::int32_t state = shown_[static_cast<std::size_t>(at.row())];
-    if (static_cast<std::size_t>(state) >= std::min(current.states.size(), defaults.states.size()))
+    const std::int32_t state = shown_.At(at.row());
+    if (!current.states.Has(state))
         return {};
     const auto column = static_cast<StateColumn>(at.column());
     const auto text = [&](const PatchSet& set) { return StateColumnText(set, session_.engine, state, column); };
@@ -87,11 +82,7 @@ QVariant StateTableModel::headerData(int section, Qt::Orientation orientation, i
     return {};
 }
 
-std::vector<std::int32_t> AllStates(const PatchSet& set) {
-    std::vector<std::int32_t> states(set.states.size());
-    std::iota(states.begin(), states.end(), 0);
-    return states;
-}
+std::vector<std::int32_t> AllStates(const PatchSet& set) { return set.states.Numbers(); }
 
 std::vector<std::int32_t> MatchingStates(const Session& session, std::vector<std::int32_t> states,
                                          const QString& text) {

@@ -2,6 +2,7 @@
 
 #include "patch/Edits.h"
 #include "patch/Program.h"
+#include "ui/lists/RecordRows.h"
 
 #include <QAbstractTableModel>
 
@@ -18,9 +19,9 @@ class StateTableModel : public QAbstractTableModel {
 public:
     StateTableModel(const Session& session, QObject* parent);
 
-    /// `states` in ascending order. Numbers beyond the patch's states show nothing.
+    /// `states` in the order of the patch's. Numbers that no state has show nothing.
     void Show(std::vector<std::int32_t> states);
-    const std::vector<std::int32_t>& Shown() const { return shown_; }
+    const std::vector<std::int32_t>& Shown() const { return shown_.Numbers(); }
     std::optional<int> RowOfState(std::int32_t state) const;
     /// Tells the views about those of the cells that are shown.
     void CellsChanged(const std::vector<Cell>& cells);
@@ -32,10 +33,10 @@ public:
 
 private:
     const Session& session_;
-    std::vector<std::int32_t> shown_;
+    RecordRows shown_;
 };
 
-/// Every state's number.
+/// Every state's number, in their order.
 std::vector<std::int32_t> AllStates(const PatchSet& set);
 /// Those of `states` whose number begins with each word of `text`, or whose name or action contains it, upper and lower
 /// case alike; all for a text without words.
