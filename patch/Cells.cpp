@@ -63,7 +63,7 @@ bool HasNotes(const Cell& cell) {
     }
 }
 
-/// Calls visit with the value behind a cell: a number, a text or the par list.
+/// Calls visit with the value behind a cell that is no row: a code pointer, a text or the par list.
 template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Visit visit) {
     if (cell.kind == RecordKind::Par)
         return visit(set.pars);
@@ -77,8 +77,6 @@ template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Vi
                 return visit(record.codePointer);
         if constexpr (std::is_same_v<Record, StringRecord> || std::is_same_v<Record, CheatRecord>)
             visit(record.text);
-        if constexpr (!fieldTable<Record>.empty())
-            visit(record.*Row<Record>(cell.field).member);
     });
 }
 
@@ -97,7 +95,8 @@ RowFacts FactsOf(RecordKind kind, int field) {
     VisitType(kind, [&]<class Record>(const Record*) {
         if constexpr (!fieldTable<Record>.empty()) {
             const Field<Record>& row = Row<Record>(field);
-            facts = {row.label, row.unit, row.width, {row.lowest, row.highest}, row.inPatch, row.bits};
+            facts = {row.label,   row.unit, row.width, {row.lowest, row.highest},
+                     row.inPatch, row.bits, row.since, row.givenBit >= 0};
         }
     });
     return facts;
@@ -117,6 +116,15 @@ CellValue ReadCell(const PatchSet& set, const Cell& cell) {
         return note == set.notes.end() ? std::string() : note->second;
     }
     CellValue value;
+    if (cell.field >= 0) {
+        VisitRecord(set, cell, [&]<class Record>(const Record& record) {
+            if constexpr (!fieldTable<Record>.empty()) {
+                const FieldValue number = ValueOf(record, Row<Record>(cell.field));
+                value = number ? CellValue(*number) : CellValue(Unset());
+            }
+        });
+        return value;
+    }
     VisitValue(set, cell, [&value](const auto& stored) { value = stored; });
     return value;
 }
@@ -128,6 +136,14 @@ void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
         else
             set.notes[{cell.kind, cell.index}] = std::get<std::string>(value);
         return;
+    }
+    if (cell.field >= 0) {
+        const bool unset = std::holds_alternative<Unset>(value);
+        const FieldValue number = unset ? FieldValue() : std::get<std::int32_t>(value);
+        return VisitRecord(set, cell, [&]<class Record>(Record& record) {
+            if constexpr (!fieldTable<Record>.empty())
+                SetValue(record, Row<Record>(cell.field), number);
+        });
     }
     VisitValue(set, cell,
                [&value](auto& stored) { stored = std::get<std::remove_reference_t<decltype(stored)>>(value); });
@@ -170,6 +186,8 @@ Limits LimitsOf(const PatchSet& set, RecordKind kind, int field) {
         return {0, LastOf(set.sounds.size())};
     case FieldUnit::Sprite:
         return {0, LastOf(set.sprites.size())};
+    case FieldUnit::Thing:
+        return {0, static_cast<std::int32_t>(set.things.size())};
     default:
         return facts.limits;
     }

@@ -27,7 +27,9 @@ inline constexpr int noteField = -5;        // what comments say of a thing, sta
 /// What the comments at a patch's head say of it as a whole.
 inline constexpr Cell patchNotes{RecordKind::Par, 0, noteField};
 
-using CellValue = std::variant<std::int32_t, std::string, std::vector<ParRecord>>;
+/// The value of a field that has no number: the engine goes its own way there.
+using Unset = std::monostate;
+using CellValue = std::variant<std::int32_t, std::string, std::vector<ParRecord>, Unset>;
 
 struct Limits {
     std::int32_t lowest = INT32_MIN, highest = INT32_MAX;
@@ -42,6 +44,8 @@ struct RowFacts {
     Limits limits;
     bool inPatch = true;
     BitSet bits = BitSet::Things;
+    FieldLevel since = FieldLevel::Doom;
+    bool mayBeUnset = false;
 };
 RowFacts FactsOf(RecordKind kind, int field);
 
@@ -49,7 +53,8 @@ RowFacts FactsOf(RecordKind kind, int field);
 std::size_t RecordCount(const PatchSet& set, RecordKind kind);
 
 bool HasCell(const PatchSet& set, const Cell& cell);
-/// Both only for cells that `set` has; a value is of the cell's own type. A note has lines parted by \n and no comment
+/// Both only for cells that `set` has; a value is of the cell's own type, or `Unset`, which changes nothing in a field
+/// that may not be so. A note has lines parted by \n and no comment
 /// signs; there is none where its text is empty.
 CellValue ReadCell(const PatchSet& set, const Cell& cell);
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);

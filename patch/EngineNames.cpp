@@ -1,5 +1,7 @@
 #include "patch/EngineNames.h"
 
+#include "patch/modPatchText.h"
+
 #include <algorithm>
 #include <array>
 
@@ -49,13 +51,30 @@ std::vector<std::string_view> BitWords(std::string_view value) {
     return words;
 }
 
-std::optional<int> BitNamed(const std::vector<std::string>& known, std::string_view name) {
+std::optional<int> BitNamed(const EngineConfiguration& engine, BitSet set, std::string_view name) {
+    const std::vector<std::string>& known = engine.BitNames(set);
     for (std::size_t bit = 0; bit < known.size(); ++bit)
         if (!known[bit].empty() && EqualIgnoringCase(known[bit], name))
             return static_cast<int>(bit);
+    if (set != BitSet::Things)
+        return std::nullopt;
     const auto alias =
         std::ranges::find_if(bitAliases, [name](const BitAlias& row) { return EqualIgnoringCase(row.name, name); });
     return alias == bitAliases.end() ? std::nullopt : std::optional(alias->bit);
+}
+
+bool AllNamed(const std::vector<std::string>& names, std::int32_t bits) {
+    for (int bit = 0; bit < 32; ++bit)
+        if (modPatchText::GetFlag(bits, bit) &&
+            (static_cast<std::size_t>(bit) >= names.size() || names[static_cast<std::size_t>(bit)].empty()))
+            return false;
+    return true;
+}
+
+std::string BitsText(const EngineConfiguration& engine, BitSet set, std::int32_t bits) {
+    const std::vector<std::string>& names = engine.BitNames(set);
+    const bool named = IsWrittenByName(set) && (!engine.dialect.EngineRules() || AllNamed(names, bits));
+    return modPatchText::FormatBits(bits, engine.dialect.namedBits && named, names);
 }
 
 std::string EngineText(std::string_view escaped) {
@@ -98,8 +117,8 @@ std::optional<std::string> EngineEscape(std::string_view text, std::string_view 
 }
 
 std::int32_t MusicIndex(std::string_view name) {
-    const auto* found = std::ranges::find_if(
-        musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
+    const auto* found =
+        std::ranges::find_if(musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
     return found == musicNames.end() ? 0 : static_cast<std::int32_t>(found - musicNames.begin()) + 1;
 }
 
