@@ -17,11 +17,13 @@ using Json = nlohmann::ordered_json;
 
 std::string Utf8(std::string_view text) { return Latin1ToUtf8(text); }
 
-template <class Record> void PutFields(Json& object, const Dialect& dialect, const Record& record) {
+/// The fields that came with the levels from `first` to `last`.
+template <class Record> void PutFields(Json& object, FieldLevel first, FieldLevel last, const Record& record) {
     for (const Field<Record>& field : fieldsOf<Record>)
-        if (field.since <= dialect.fields)
-            object[std::string(field.label)] =
-                record.*field.member == field.unset ? Json() : Json(record.*field.member);
+        if (field.since >= first && field.since <= last) {
+            const FieldValue value = ValueOf(record, field);
+            object[std::string(field.label)] = value ? Json(*value) : Json();
+        }
 }
 
 /// Writes one list. Each record is forgotten when it is written: a list may have a million.
@@ -76,12 +78,13 @@ public:
                 object["name"] = Utf8(record.name);
             if constexpr (std::is_same_v<Record, SoundRecord>)
                 object["name"] = Utf8(set_.SoundName(number));
-            PutFields(object, engine_.dialect, record);
+            PutFields(object, FieldLevel::Doom, FieldLevel::Doom, record);
             if constexpr (std::is_same_v<Record, StateRecord>) {
                 object["Code pointer"] = record.codePointer;
                 const std::string* mnemonic = engine_.MnemonicOf(record.codePointer);
                 object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
             }
+            PutFields(object, FieldLevel::Dehextra, engine_.dialect.fields, record);
             return object;
         }
     }
@@ -146,7 +149,7 @@ void DumpJson(const Program& program, std::ostream& out) {
     if (!program.patch.lump.empty())
         patchFacts["lump"] = Utf8(program.patch.lump);
     Json misc;
-    PutFields(misc, engine.dialect, set.misc);
+    PutFields(misc, FieldLevel::Doom, engine.dialect.fields, set.misc);
     out << "{\"engine\":" << engineFacts.dump(-1, ' ', false, bytesThatAreNot)
         << ",\"patch\":" << patchFacts.dump(-1, ' ', false, bytesThatAreNot);
     const Descriptions descriptions(set, engine);

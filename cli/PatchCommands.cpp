@@ -82,13 +82,14 @@ PatchFile ReadPatchFile(const Run& run, const std::string& file) {
 }
 
 std::size_t EngineFor(const Run& run, const PatchFile& patch, std::string_view rules) {
-    const Program& program = run.program;
+    const auto advise = [&](RulesSetting setting) {
+        return AdviseEngine(run.program, patch.header, patch.bytes, patch.place.file, std::nullopt, setting).index;
+    };
     if (rules != "engine")
-        if (const auto found = RecommendEngine(program, patch.header, patch.bytes, patch.place.file))
+        if (const auto found = advise(rules == "kept" ? RulesSetting::Kept : RulesSetting::Recommend))
             return *found;
     if (rules != "kept")
-        if (const auto found =
-                RecommendEngine(program, patch.header, patch.bytes, patch.place.file, std::nullopt, Rules::Engine))
+        if (const auto found = advise(RulesSetting::Engine))
             return *found;
     if (!patch.header.contains("engineversion"))
         return 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -13,7 +14,10 @@ enum class Rules { Kept, Engine };
 enum class FieldLevel { Doom, Dehextra, Mbf21, Id24 };
 
 /// The sets of bits that fields hold by name.
-enum class BitSet { Things };
+enum class BitSet { Things, Things21, States21, Weapons21 };
+inline constexpr std::size_t bitSetCount = 4;
+/// Those of weapons are written as a number alone: the newest woof reads names there as 0.
+constexpr bool IsWrittenByName(BitSet set) { return set != BitSet::Weapons21; }
 
 /// How the headers of a kind of records begin, and from which number they count.
 struct SectionRule {
@@ -41,7 +45,8 @@ struct Dialect {
                      strings = "[STRINGS]", texts = "Text";
     std::array<std::string_view, 2> unsupported{"Sprite", "Include"}; // are told of, and lost by a save
 
-    FieldLevel fields = FieldLevel::Doom;
+    FieldLevel fields = FieldLevel::Doom;       // that patches may have
+    FieldLevel engineFields = FieldLevel::Doom; // the same by the rules of game engines
     std::string_view fileEnding = ".deh";
     bool namedCodePointers =
         false;               // [CODEPTR] gives any state a code pointer by name, else Pointer one of another state
@@ -66,13 +71,16 @@ struct Dialect {
         Dialect dialect = *this;
         dialect.rules = Rules::Engine;
         dialect.sounds = {"Sound"};
+        dialect.fields = engineFields;
         return dialect;
     }
     /// The same by `rules`, or by those of game engines where it has no others.
     constexpr Dialect By(Rules wanted) const {
         if (wanted == Rules::Engine || engineRulesOnly)
             return AsEngines();
-        return Of(IsExtended());
+        Dialect kept = Of(IsExtended());
+        kept.engineFields = engineFields;
+        return kept;
     }
     bool EngineRules() const { return rules == Rules::Engine; }
 };

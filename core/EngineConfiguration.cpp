@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <span>
 #include <system_error>
 #include <type_traits>
 #include <utility>
@@ -14,6 +15,11 @@ namespace plinket3 {
 const std::string* EngineConfiguration::MnemonicOf(std::int32_t codePointer) const {
     const auto found = mnemonicByValue.find(codePointer);
     return found == mnemonicByValue.end() ? nullptr : &found->second;
+}
+
+const EngineConfiguration::Action* EngineConfiguration::ActionOf(std::int32_t codePointer) const {
+    const auto found = std::ranges::find(actions, codePointer, &Action::value);
+    return found == actions.end() ? nullptr : &*found;
 }
 
 std::optional<std::int32_t> EngineConfiguration::CodePointerOf(std::string_view mnemonic) const {
@@ -60,7 +66,22 @@ public:
         return true;
     }
 
+    /// Calls visit(reader) for each structure within the structure `name`, which may be missing.
+    template <class Visit> void EachStructure(std::string_view name, Visit visit) {
+        if (!EnterOptional(name))
+            return;
+        for (const auto& [key, value] : structure_->Entries()) {
+            EngineReader inner(fileName_, *structure_);
+            inner.Enter(key);
+            if (inner.result_)
+                visit(inner);
+            if (result_)
+                result_ = inner.result_;
+        }
+    }
     bool Has(std::string_view key) const { return structure_->Find(key) != nullptr; }
+    /// Refuses the value of `key`; `what` ends the sentence that its place begins.
+    void FailAt(std::string_view key, const std::string& what) { Fail(Place(key) + " " + what); }
 
     std::string Text(std::string_view key) {
         const SettingValue* value = Value(key);
@@ -68,9 +89,9 @@ public:
     }
 
     /// The place of a text in `choices`; 0 when it is none of them.
-    std::size_t OneOf(std::string_view key, std::initializer_list<std::string_view> choices) {
+    std::size_t OneOf(std::string_view key, std::span<const std::string_view> choices) {
         const std::string text = Text(key);
-        const auto* found = std::ranges::find(choices, text);
+        const auto found = std::ranges::find(choices, text);
         if (found != choices.end())
             return static_cast<std::size_t>(found - choices.begin());
         Fail(Place(key) + " is none of those that there are: \"" + text + '"');
@@ -111,6 +132,10 @@ public:
     std::vector<std::pair<std::int32_t, std::string>> NumberedTexts() {
         return List<std::pair<std::int32_t, std::string>>(
             [this](const auto& key, const auto& value) { return std::pair(WholeKey(key), TextOf(key, value)); });
+    }
+    std::vector<std::pair<std::int32_t, std::int32_t>> NumberedWholes() {
+        return List<std::pair<std::int32_t, std::int32_t>>(
+            [this](const auto& key, const auto& value) { return std::pair(WholeKey(key), WholeOf(key, value)); });
     }
     std::vector<EngineConfiguration::String> NamedTexts() {
         return List<EngineConfiguration::String>([this](const auto& key, const auto& value) {
@@ -203,6 +228,30 @@ constexpr std::string_view miscellaneousOffsetKeys[]{"bfgammousage1",        "bf
                                                      "maxsoulspherehealth2", "megaspherehealth", "monstersinfight",
                                                      "soulspherehealth"};
 
+/// The sets of bits that came after the thing flags: names and tooltips in one structure.
+void ReadLaterBits(EngineReader& reader, EngineConfiguration& engine) {
+    for (std::size_t set = 0; set < bitSetCount; ++set)
+        if (static_cast<BitSet>(set) != BitSet::Things && reader.EnterOptional(bitSetWords[set]))
+            engine.laterBits[set] = {reader.Keys(), reader.Texts()};
+}
+
+void ReadArguments(EngineReader& reader, EngineConfiguration& engine) {
+    reader.EachStructure("actionarguments", [&](EngineReader& row) {
+        EngineConfiguration::Argument argument;
+        const std::string mnemonic = row.Text("action");
+        argument.field = row.Text("field");
+        argument.name = row.Text("name");
+        argument.kind = static_cast<EngineConfiguration::Argument::Kind>(row.OneOf("kind", argumentWords));
+        argument.standard = row.Whole("default");
+        argument.zero = row.Text("zero");
+        argument.meaning = row.Text("meaning");
+        const auto action = std::ranges::find(engine.actions, mnemonic, &EngineConfiguration::Action::mnemonic);
+        if (action == engine.actions.end())
+            return row.FailAt("action", "is no action: \"" + mnemonic + '"');
+        action->arguments.push_back(std::move(argument));
+    });
+}
+
 void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     reader.Enter("engine");
     engine.name = reader.Text("name");
@@ -212,8 +261,10 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     engine.exeSize = reader.Whole("exesize");
     engine.dialect = Dialect::Of(reader.Flag("extended"));
     if (reader.EnterOptional("dialect")) {
-        engine.dialect.engineRulesOnly = reader.OneOf("rules", {"kept", "engine"}) == 1;
-        engine.dialect.unlimited = reader.Has("numbers") && reader.OneOf("numbers", {"limited", "unlimited"}) == 1;
+        engine.dialect.engineRulesOnly = reader.OneOf("rules", ruleWords) == 1;
+        engine.dialect.unlimited = reader.Has("numbers") && reader.OneOf("numbers", numberWords) == 1;
+        if (reader.Has("fields"))
+            engine.dialect.engineFields = static_cast<FieldLevel>(reader.OneOf("fields", levelWords));
         engine.dialect = engine.dialect.By(Rules::Kept);
     }
     reader.Enter("itemcounts");
@@ -234,6 +285,12 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     reader.Enter("ammonames");
     engine.ammoNames = reader.Texts();
     ReadActions(reader, engine);
+    ReadArguments(reader, engine);
+    ReadLaterBits(reader, engine);
+    if (reader.EnterOptional("droppeditems"))
+        engine.droppedItems = reader.NumberedWholes();
+    if (reader.EnterOptional("sharedprojectilegroup"))
+        engine.sharedProjectileGroup = reader.WholeKeys();
     if (reader.EnterOptional("cheatoffsets"))
         engine.cheatOffsets = reader.WholeKeys();
     if (reader.EnterOptional("cheatlengths"))

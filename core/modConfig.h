@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace plinket3 {
@@ -21,10 +22,38 @@ namespace plinket3 {
 /// One engine version as its configuration file describes it. All counts and numbers are the file's own and not yet
 /// trusted: nothing takes memory by them.
 struct EngineConfiguration {
+    /// A number that an action takes from its state.
+    struct Argument {
+        enum class Kind {
+            Number,
+            Unsigned,
+            Fixed16, // 16.16 fixed point: a length, a speed or a factor
+            Angle,   // degrees in 16.16 fixed point
+            Degrees, // whole degrees
+            Flag,    // other than 0: yes
+            Thing,   // counted from 1
+            State,
+            Sound,
+            Bits,  // of `BitSet::Things`
+            Bits21 // of `BitSet::Things21`
+        };
+        std::string field; // the state's field that it stands in, by its label
+        std::string name;
+        Kind kind = Kind::Number;
+        std::int32_t standard = 0; // what counts when the field is unset
+        std::string zero;          // what a 0 does that is given, in a few words; may be empty
+        std::string meaning;
+        bool operator==(const Argument&) const = default;
+    };
     struct Action {
         std::int32_t value = 0;  // the code pointer value; 0 is the empty action
         std::string mnemonic;    // as extended patches spell it, also the name that is shown; may be empty
         std::string description; // escaped
+        std::vector<Argument> arguments{};
+    };
+    /// Bits that a field holds by name, lowest first; tooltips may be fewer than names.
+    struct Bits {
+        std::vector<std::string> names, tooltips;
     };
     struct String {
         std::string mnemonic; // the key in the section [STRINGS] of extended patches
@@ -61,8 +90,21 @@ struct EngineConfiguration {
     std::vector<String> strings; // "boomstrings"
     std::vector<std::int32_t> miscellaneousOffsets;
 
+    std::array<Bits, bitSetCount> laterBits; // of the sets that came after the thing flags, by `BitSet`
+    /// What things leave behind, in engines whose table has no place for it: things from 0, what they leave from 1.
+    std::vector<std::pair<std::int32_t, std::int32_t>> droppedItems;
+    /// Things that are in one projectile group from the start, one without a number.
+    std::vector<std::int32_t> sharedProjectileGroup;
+
     /// The names of a set's bits, by bit; may be shorter than 32.
-    const std::vector<std::string>& BitNames(BitSet) const { return flagNames; }
+    const std::vector<std::string>& BitNames(BitSet set) const {
+        return set == BitSet::Things ? flagNames : laterBits[static_cast<std::size_t>(set)].names;
+    }
+    const std::vector<std::string>& BitTooltips(BitSet set) const {
+        return set == BitSet::Things ? flagTooltips : laterBits[static_cast<std::size_t>(set)].tooltips;
+    }
+    /// The action of a code pointer value; null when the configuration has none.
+    const Action* ActionOf(std::int32_t codePointer) const;
     /// The mnemonic of a code pointer value; null when the configuration names none.
     const std::string* MnemonicOf(std::int32_t codePointer) const;
     /// The code pointer value of a mnemonic, compared exactly; absent when there is none.
@@ -102,6 +144,16 @@ inline constexpr OffsetKey offsetKeys[]{
     {"ammunition", &EngineConfiguration::Offsets::ammunition},
     {"cheats", &EngineConfiguration::Offsets::cheats},
 };
+
+/// The words of a configuration for rules, levels of fields, sets of bits and kinds of arguments, in the order of the
+/// values.
+inline constexpr std::array<std::string_view, 2> numberWords{"limited", "unlimited"};
+inline constexpr std::array<std::string_view, 2> ruleWords{"kept", "engine"};
+inline constexpr std::array<std::string_view, 4> levelWords{"doom", "dehextra", "mbf21", "id24"};
+inline constexpr std::array<std::string_view, bitSetCount> bitSetWords{"flags", "thingbits21", "statebits21",
+                                                                       "weaponbits21"};
+inline constexpr std::array<std::string_view, 11> argumentWords{
+    "number", "unsigned", "fixed", "angle", "degrees", "flag", "thing", "state", "sound", "bits", "bits21"};
 
 namespace modConfig {
 

@@ -70,7 +70,7 @@ bool HasNotes(const Cell& cell) {
     }
 }
 
-/// Calls visit with the value behind a cell: a number, a text or the par list.
+/// Calls visit with the value behind a cell that is no row: a code pointer, a text or the par list.
 template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Visit visit) {
     if (cell.kind == RecordKind::Par)
         return visit(set.pars);
@@ -84,8 +84,6 @@ template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Vi
                 return visit(record.codePointer);
         if constexpr (std::is_same_v<Record, StringRecord> || std::is_same_v<Record, CheatRecord>)
             visit(record.text);
-        if constexpr (!fieldTable<Record>.empty())
-            visit(record.*Row<Record>(cell.field).member);
     });
 }
 
@@ -118,7 +116,8 @@ RowFacts FactsOf(RecordKind kind, int field) {
     VisitType(kind, [&]<class Record>(const Record*) {
         if constexpr (!fieldTable<Record>.empty()) {
             const Field<Record>& row = Row<Record>(field);
-            facts = {row.label, row.unit, row.width, {row.lowest, row.highest}, row.inPatch, row.bits};
+            facts = {row.label,   row.unit, row.width, {row.lowest, row.highest},
+                     row.inPatch, row.bits, row.since, row.givenBit >= 0};
         }
     });
     return facts;
@@ -138,6 +137,15 @@ CellValue ReadCell(const PatchSet& set, const Cell& cell) {
         return note == set.notes.end() ? std::string() : note->second;
     }
     CellValue value;
+    if (cell.field >= 0) {
+        VisitRecord(set, cell, [&]<class Record>(const Record& record) {
+            if constexpr (!fieldTable<Record>.empty()) {
+                const FieldValue number = ValueOf(record, Row<Record>(cell.field));
+                value = number ? CellValue(*number) : CellValue(Unset());
+            }
+        });
+        return value;
+    }
     VisitValue(set, cell, [&value](const auto& stored) { value = stored; });
     return value;
 }
@@ -149,6 +157,14 @@ void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
         else
             set.notes[{cell.kind, cell.index}] = std::get<std::string>(value);
         return;
+    }
+    if (cell.field >= 0) {
+        const bool unset = std::holds_alternative<Unset>(value);
+        const FieldValue number = unset ? FieldValue() : std::get<std::int32_t>(value);
+        return VisitRecord(set, cell, [&]<class Record>(Record& record) {
+            if constexpr (!fieldTable<Record>.empty())
+                SetValue(record, Row<Record>(cell.field), number);
+        });
     }
     VisitValue(set, cell,
                [&value](auto& stored) { stored = std::get<std::remove_reference_t<decltype(stored)>>(value); });
@@ -190,6 +206,10 @@ Limits LimitsOf(const PatchSet& set, RecordKind kind, int field) {
         return LimitsOf(set.sounds);
     case FieldUnit::Sprite:
         return LimitsOf(set.sprites);
+    case FieldUnit::Thing: { // counted from 1, 0 for none
+        const Limits things = LimitsOf(set.things);
+        return {0, things.highest == INT32_MAX ? INT32_MAX : things.highest + 1};
+    }
     default:
         return facts.limits;
     }

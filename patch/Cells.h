@@ -28,7 +28,9 @@ inline constexpr int existsField = -6;      // 1 for a record that there is, 0 f
 /// What the comments at a patch's head say of it as a whole.
 inline constexpr Cell patchNotes{RecordKind::Par, 0, noteField};
 
-using CellValue = std::variant<std::int32_t, std::string, std::vector<ParRecord>>;
+/// The value of a field that has no number: the engine goes its own way there.
+using Unset = std::monostate;
+using CellValue = std::variant<std::int32_t, std::string, std::vector<ParRecord>, Unset>;
 
 struct Limits {
     std::int32_t lowest = INT32_MIN, highest = INT32_MAX;
@@ -43,6 +45,8 @@ struct RowFacts {
     Limits limits;
     bool inPatch = true;
     BitSet bits = BitSet::Things;
+    FieldLevel since = FieldLevel::Doom;
+    bool mayBeUnset = false;
 };
 RowFacts FactsOf(RecordKind kind, int field);
 
@@ -53,8 +57,9 @@ bool HasRecord(const PatchSet& set, RecordKind kind, std::int32_t number);
 std::vector<std::int32_t> RecordNumbers(const PatchSet& set, RecordKind kind);
 
 bool HasCell(const PatchSet& set, const Cell& cell);
-/// A value is of the cell's own type. Of a record that `set` does not have, the values are those of a new one, and
-/// nothing is written. A note has lines parted by \n and no comment signs; there is none where its text is empty.
+/// A value is of the cell's own type, or `Unset`, which changes nothing in a field that may not be so. Of a record that
+/// `set` does not have, the values are those of a new one, and nothing is written. A note has lines parted by \n and no
+/// comment signs; there is none where its text is empty.
 CellValue ReadCell(const PatchSet& set, const Cell& cell);
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
 

@@ -72,6 +72,11 @@ void CheckFindings::Reference(std::size_t offset, FieldUnit unit, std::int32_t v
         return beyond("sound", defaults_.sounds.size());
     case FieldUnit::Sprite:
         return beyond("sprite", defaults_.sprites.size());
+    case FieldUnit::Thing: // 0 is none
+        if (value < 0 || static_cast<std::size_t>(value) > defaults_.things.size())
+            Add(offset,
+                "names a thing that does not exist; the last one is " + std::to_string(defaults_.things.size()));
+        return;
     case FieldUnit::AmmoType:
         return beyond("kind of ammunition", lastAmmoType + 1);
     case FieldUnit::SpriteFrame:

@@ -150,7 +150,10 @@ private:
                 changes_.push_back({cell, {}});
     }
 
-    static bool IsInPatch(const Cell& cell) { return FactsOf(cell.kind, cell.field).inPatch; }
+    bool IsInPatch(const Cell& cell) const {
+        const RowFacts facts = FactsOf(cell.kind, cell.field);
+        return facts.inPatch && facts.since <= dialect_.fields;
+    }
 
     /// Looks through the lines once for those that have set what has changed.
     void FindLines() {
@@ -247,14 +250,19 @@ private:
                      "cannot be written so that it reads back: it begins or ends with blanks or has several lines");
             return text;
         }
-        const std::int32_t value = std::get<std::int32_t>(ReadCell(current_, cell));
+        const CellValue stored = ReadCell(current_, cell);
+        if (std::holds_alternative<Unset>(stored)) {
+            Fail(cell, "cannot be unset: the engine has a number there");
+            return {};
+        }
+        const std::int32_t value = std::get<std::int32_t>(stored);
         if (cell.field == codePointerField)
             return CodePointerText(cell, value, old);
         const RowFacts facts = FactsOf(cell.kind, cell.field);
         if (facts.unit != FieldUnit::Flags)
             return std::to_string(value);
         const std::vector<std::string>& known = engine_.BitNames(facts.bits);
-        if (!names || !modPatchText::AllNamed(known, value))
+        if (!names || !IsWrittenByName(facts.bits) || !modPatchText::AllNamed(known, value))
             return std::to_string(static_cast<std::uint32_t>(value));
         const std::string text = modPatchText::FormatBits(value, true, known);
         const bool tight = old.find('+') != std::string_view::npos && old.find(' ') == std::string_view::npos;

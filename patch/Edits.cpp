@@ -16,8 +16,8 @@ void Edits::StoreEach(std::vector<Assignment> values, std::string_view many, boo
     cells.reserve(values.size());
     for (Assignment& assignment : values) {
         cells.push_back(assignment.cell);
-        if (assignment.cell.field >= 0)
-            assignment.value = Limited(assignment.cell, std::get<std::int32_t>(assignment.value));
+        if (const auto* number = std::get_if<std::int32_t>(&assignment.value); number && assignment.cell.field >= 0)
+            assignment.value = Limited(assignment.cell, *number);
     }
     const Cell& cell = cells.front();
     if (const std::vector<Cell> derived = DerivedFrom(cell); !derived.empty()) {

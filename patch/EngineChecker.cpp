@@ -4,6 +4,7 @@
 #include "core/Text.h"
 #include "patch/EngineNames.h"
 #include "patch/PatchNotes.h"
+#include "patch/modPatchText.h"
 
 #include <algorithm>
 #include <array>
@@ -17,6 +18,9 @@ using Kind = plinket3::Section;
 
 constexpr std::size_t longestLine = 1022, longestText = 2047; // that engines read
 constexpr std::int32_t endlessNumber = 1 << 30;
+constexpr std::int32_t bfg = 6; // among the weapons
+constexpr int shootableBit = 2, noBlockmapBit = 4;
+constexpr std::string_view groupBelowZero = "is a group below 0, at which dsda-doom and woof refuse to start";
 constexpr std::array<std::int32_t, 7> versions{16, 17, 19, 20, 21, 2021, 2024};
 
 /// Fields that other engines have.
@@ -130,7 +134,7 @@ void EngineChecker::UnknownField(std::size_t offset, std::string_view reason) {
     }
     const bool group = EqualIgnoringCase(key, "Infighting group") || EqualIgnoringCase(key, "Splash group");
     if (section_ == Kind::Thing && group && number < 0)
-        return Add(offset, "is a group below 0, at which dsda-doom and woof refuse to start");
+        return Add(offset, groupBelowZero);
     const auto* found = std::ranges::find_if(otherFields, [&, name = key](const OtherField& each) {
         return each.section == section_ && EqualIgnoringCase(each.key, name);
     });
@@ -178,7 +182,7 @@ void EngineChecker::Selected(std::size_t, RecordKind kind, std::int32_t index) {
 
 // Values
 
-void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_view) {
+void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_view value) {
     if (cell.kind == RecordKind::Par) {
         pars_.push_back(offset);
         return;
@@ -201,6 +205,17 @@ void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_vie
     }
     if (cell.kind == RecordKind::Sound && cell.field == RowOf(&SoundRecord::zero1) && !engine_.dialect.IsExtended())
         Add(offset, "is a field at which Chocolate Doom 3.0 stops");
+    if (cell.field >= 0 && FactsOf(cell.kind, cell.field).since != FieldLevel::Doom)
+        CheckLaterField(offset, cell, value);
+}
+
+void EngineChecker::CheckLaterField(std::size_t offset, const Cell& cell, std::string_view value) {
+    const RowFacts facts = FactsOf(cell.kind, cell.field);
+    const std::int32_t number = EngineInt32(value);
+    if (cell.kind == RecordKind::Thing && facts.mayBeUnset && number < facts.limits.lowest)
+        Add(offset, groupBelowZero);
+    if (facts.unit == FieldUnit::Flags && !modPatchText::AllNamed(engine_.BitNames(facts.bits), number))
+        Add(offset, "sets bits without a meaning, which dsda-doom drops");
 }
 
 void EngineChecker::Number(std::size_t offset, FieldUnit unit, FieldWidth, std::string_view text) {
@@ -226,16 +241,19 @@ void EngineChecker::Number(std::size_t offset, FieldUnit unit, FieldWidth, std::
     else if (!rest.empty() && !rest.starts_with(engine_.dialect.comment) && offset != header_)
         Add(offset, "is read only up to " + Quoted(rest));
     const double exact = hexadecimal ? 0 : LeadingReal(number);
-    if (exact < INT32_MIN || exact > UINT32_MAX || (exact > INT32_MAX && unit != FieldUnit::Flags))
+    const bool mayBeBits = unit == FieldUnit::Flags || unit == FieldUnit::Argument;
+    if (exact < INT32_MIN || exact > UINT32_MAX || (exact > INT32_MAX && !mayBeBits))
         Add(offset, "holds a number beyond 32 bits and is read as " + read);
     Reference(offset, unit, value);
 }
 
-void EngineChecker::FlagNames(std::size_t offset, std::string_view text) {
+void EngineChecker::FlagNames(std::size_t offset, BitSet set, std::string_view text) {
     if (!engine_.dialect.namedBits)
         Add(offset, "names flags, which Chocolate Doom reads as 0");
+    if (!IsWrittenByName(set))
+        Add(offset, "names bits of a weapon, which the newest woof reads as 0: write the number");
     for (const std::string_view word : BitWords(text))
-        if (!BitNamed(engine_.BitNames(BitSet::Things), word))
+        if (!BitNamed(engine_, set, word))
             Add(offset, "names a flag that the engine does not know, " + Quoted(word));
 }
 
@@ -280,9 +298,88 @@ void EngineChecker::Finish(const PatchSet& set) {
             Add(pars_[i], newer ? "is for a level that dsda-doom and woof 10 refuse, but the newest woof has"
                                 : "is for a level that no engine has");
     }
+    FinishArguments(set);
+    FinishAmmoPerShot(set);
+    FinishThings(set);
     for (const auto& [state, offset] : arguments_)
         if (!otherActions_.contains(state))
             Add(offset, "gives an argument to an action that takes none: dsda-doom and woof refuse to start");
+}
+
+/// Numbers that an action takes from its state, and those that none takes.
+void EngineChecker::FinishArguments(const PatchSet& set) {
+    for (const auto& [cell, offset] : setBy_)
+        if (cell.kind == RecordKind::State && cell.field >= 0)
+            CheckArgument(offset, std::get<std::int32_t>(ReadCell(set, {cell.kind, cell.index, codePointerField})),
+                          FactsOf(cell.kind, cell.field), std::get<std::int32_t>(ReadCell(set, cell)));
+}
+
+void EngineChecker::CheckArgument(std::size_t offset, std::int32_t codePointer, const RowFacts& field,
+                                  std::int32_t value) {
+    using Argument = EngineConfiguration::Argument;
+    const EngineConfiguration::Action* action = engine_.ActionOf(codePointer);
+    static const std::vector<Argument> none;
+    const std::vector<Argument>& arguments = action == nullptr ? none : action->arguments;
+    const auto argument = std::ranges::find(arguments, field.label, &Argument::field);
+    if (argument == arguments.end()) {
+        if (field.unit == FieldUnit::Argument && value != 0)
+            Add(offset, codePointer == 0
+                            ? "gives an argument to a frame without an action: dsda-doom and woof refuse to start"
+                            : "gives an argument that the action " + (action == nullptr ? "" : action->mnemonic) +
+                                  " does not take: dsda-doom and woof refuse to start");
+        return;
+    }
+    if (value == 0 && argument->zero.find("crash") != std::string::npos)
+        Add(offset,
+            "is 0 where the action " + action->mnemonic + " takes \"" + argument->name + "\": " + argument->zero);
+    if (argument->kind == Argument::Kind::Thing)
+        Reference(offset, FieldUnit::Thing, value);
+    else if (argument->kind == Argument::Kind::State)
+        Reference(offset, FieldUnit::State, value);
+    else if (argument->kind == Argument::Kind::Sound)
+        Reference(offset, FieldUnit::Sound, value);
+}
+
+/// What a shot of the BFG takes can be said in two places.
+void EngineChecker::FinishAmmoPerShot(const PatchSet& set) {
+    const std::size_t* weapon = LineOf({RecordKind::Weapon, bfg, RowOf(&WeaponRecord::ammoPerShot)});
+    const std::size_t* misc = LineOf({RecordKind::Misc, 0, RowOf(&MiscRecord::bfgCells)});
+    if (weapon == nullptr || misc == nullptr || set.weapons[bfg].ammoPerShot == set.misc.bfgCells)
+        return;
+    Add(*weapon, *misc < *weapon ? "is another number than \"BFG Cells/Shot\" has, which stands before it: dsda-doom "
+                                   "and woof refuse to start"
+                                 : "has no effect: \"BFG Cells/Shot\", which stands behind it, has another number");
+}
+
+/// What values of a thing mean together, as far as the patch has set one of them.
+void EngineChecker::FinishThings(const PatchSet& set) {
+    std::unordered_map<std::int32_t, std::vector<std::int32_t>> byId;
+    for (std::size_t i = 0; i < set.things.size(); ++i)
+        if (set.things[i].id > 0)
+            byId[set.things[i].id].push_back(static_cast<std::int32_t>(i));
+    for (std::size_t i = 0; i < set.things.size(); ++i) {
+        const ThingRecord& thing = set.things[i];
+        const auto index = static_cast<std::int32_t>(i);
+        const auto lineOf = [&](std::int32_t ThingNumbers::*member) {
+            return LineOf({RecordKind::Thing, index, RowOf(member)});
+        };
+        const std::size_t *bits = lineOf(&ThingRecord::bits), *mass = lineOf(&ThingRecord::mass),
+                          *id = lineOf(&ThingRecord::id);
+        const bool shootable = modPatchText::GetFlag(thing.bits, shootableBit);
+        if ((bits != nullptr || mass != nullptr) && shootable && thing.mass == 0)
+            Add(mass != nullptr ? *mass : *bits, "makes a thing of mass 0 with SHOOTABLE: engines divide by its mass "
+                                                 "when it is hurt");
+        if (bits != nullptr && modPatchText::GetFlag(thing.bits, projectileBit) &&
+            !modPatchText::GetFlag(thing.bits, noBlockmapBit))
+            Add(*bits, "has MISSILE without NOBLOCKMAP, which all projectiles of the game have");
+        if (id == nullptr || thing.id <= 0)
+            continue;
+        for (const std::int32_t other : byId[thing.id])
+            if (other != index) {
+                Add(*id, "is the ID that thing " + std::to_string(other + 1) + " has, too: maps get only one of them");
+                break;
+            }
+    }
 }
 
 } // namespace plinket3::modPatchCheck

@@ -28,7 +28,7 @@ public:
     void Stored(std::size_t offset, const Cell& cell, std::string_view value) override;
     void OtherString(std::size_t offset, std::string_view key, std::string_view text) override;
     void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) override;
-    void FlagNames(std::size_t offset, std::string_view text) override;
+    void FlagNames(std::size_t offset, BitSet set, std::string_view text) override;
     void Text(std::size_t offset, std::size_t length, std::int32_t space) override;
     void Continued(std::size_t offset, std::size_t end) override;
     void String(std::size_t offset, std::string_view escaped) override;
@@ -41,6 +41,16 @@ private:
     void CheckVersions(std::size_t offset, std::string_view line);
     void CheckNumberOf(std::size_t offset, std::string_view line, plinket3::Section section);
     void UnknownField(std::size_t offset, std::string_view reason);
+    void CheckLaterField(std::size_t offset, const Cell& cell, std::string_view value);
+    void FinishArguments(const PatchSet& set);
+    void CheckArgument(std::size_t offset, std::int32_t codePointer, const RowFacts& field, std::int32_t value);
+    void FinishAmmoPerShot(const PatchSet& set);
+    void FinishThings(const PatchSet& set);
+    /// The last line that has set a value; null when none has.
+    const std::size_t* LineOf(const Cell& cell) const {
+        const auto found = setBy_.find(cell);
+        return found == setBy_.end() ? nullptr : &found->second;
+    }
     bool AllowsLong(std::string_view comment) const { return bytes_.find(comment) != std::string_view::npos; }
 
     SectionWords words_;

@@ -1,5 +1,7 @@
 #include "patch/EngineNames.h"
 
+#include "patch/modPatchText.h"
+
 #include <algorithm>
 #include <array>
 
@@ -48,13 +50,22 @@ std::vector<std::string_view> BitWords(std::string_view value) {
     return words;
 }
 
-std::optional<int> BitNamed(const std::vector<std::string>& known, std::string_view name) {
+std::optional<int> BitNamed(const EngineConfiguration& engine, BitSet set, std::string_view name) {
+    const std::vector<std::string>& known = engine.BitNames(set);
     for (std::size_t bit = 0; bit < known.size(); ++bit)
         if (!known[bit].empty() && EqualIgnoringCase(known[bit], name))
             return static_cast<int>(bit);
+    if (set != BitSet::Things)
+        return std::nullopt;
     const auto alias =
         std::ranges::find_if(bitAliases, [name](const BitAlias& row) { return EqualIgnoringCase(row.name, name); });
     return alias == bitAliases.end() ? std::nullopt : std::optional(alias->bit);
+}
+
+std::string BitsText(const EngineConfiguration& engine, BitSet set, std::int32_t bits) {
+    const std::vector<std::string>& names = engine.BitNames(set);
+    const bool named = IsWrittenByName(set) && (!engine.dialect.EngineRules() || modPatchText::AllNamed(names, bits));
+    return modPatchText::FormatBits(bits, engine.dialect.namedBits && named, names);
 }
 
 std::string EngineText(std::string_view escaped) {

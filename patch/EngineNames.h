@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Text.h"
+#include "core/modConfig.h"
 #include "patch/PatchSet.h"
 
 #include <algorithm>
@@ -26,9 +27,13 @@ EnginePairResult EnginePair(std::string_view line);
 /// The names in a value of bits, parted by "+", vertical bars, commas, blanks and tabs.
 std::vector<std::string_view> BitWords(std::string_view value);
 
-/// The bit that a whole name stands for, upper and lower case alike: one of `known` (by bit), or another name that
-/// engines take for one; absent for an unknown one.
-std::optional<int> BitNamed(const std::vector<std::string>& known, std::string_view name);
+/// The bit of `set` that a whole name stands for, upper and lower case alike: one of the engine's names, or another
+/// that engines take for one; absent for an unknown one.
+std::optional<int> BitNamed(const EngineConfiguration& engine, BitSet set, std::string_view name);
+
+/// Bits of `set` as a new line of a patch has them: by name where the dialect and the set have names, else as a number.
+/// By engine rules bits of which one has no name are a number, too.
+std::string BitsText(const EngineConfiguration& engine, BitSet set, std::int32_t bits);
 
 /// A text of [STRINGS] without its escapes: \n is a line feed, and there is no other.
 std::string EngineText(std::string_view escaped);

@@ -27,8 +27,6 @@ constexpr std::array newValues{
 template <class Record> Record RecordOfNewValues(RecordKind kind) {
     Record record;
     for (const Field<Record>& field : fieldsOf<Record>) {
-        if (field.unset)
-            record.*field.member = *field.unset;
         for (const NewValue& value : newValues)
             if (value.kind == kind && value.label == field.label)
                 record.*field.member = value.value;

@@ -168,11 +168,10 @@ bool PatchStore::StoreNumber(RecordKind kind, Record* record, std::string_view k
     if (record == nullptr)
         return true;
     const bool flags = field->unit == FieldUnit::Flags;
-    std::int32_t& stored = record->*field->member;
     if (flags)
-        stored = Bits(field->bits, value);
+        SetValue(*record, *field, Bits(field->bits, value));
     else // engines take any number even where the program of old had one byte
-        stored = dialect_.EngineRules() ? EngineInt32(value) : FitWidth(*field, LeadingInt32(value));
+        SetValue(*record, *field, dialect_.EngineRules() ? EngineInt32(value) : FitWidth(*field, LeadingInt32(value)));
     if (observer_ != nullptr && !(flags && !IsBitsNumber(value)))
         observer_->Number(offset_, field->unit, field->width, value);
     const int row = static_cast<int>(field - fieldsOf<Record>.data());
@@ -187,11 +186,10 @@ bool PatchStore::IsBitsNumber(std::string_view value) const {
 }
 
 std::int32_t PatchStore::Bits(BitSet set, std::string_view value) {
-    const std::vector<std::string>& known = engine_.BitNames(set);
     if (!IsBitsNumber(value)) {
         if (observer_ != nullptr)
-            observer_->FlagNames(offset_, value);
-        return dialect_.EngineRules() ? EngineBits(known, value) : KeptBits(known, value);
+            observer_->FlagNames(offset_, set, value);
+        return dialect_.EngineRules() ? EngineBits(set, value) : KeptBits(engine_.BitNames(set), value);
     }
     if (dialect_.EngineRules())
         return EngineInt32(value);
@@ -211,10 +209,10 @@ std::int32_t PatchStore::KeptBits(const std::vector<std::string>& known, std::st
     return bits;
 }
 
-std::int32_t PatchStore::EngineBits(const std::vector<std::string>& known, std::string_view value) {
+std::int32_t PatchStore::EngineBits(BitSet set, std::string_view value) {
     std::int32_t bits = 0;
     for (const std::string_view name : BitWords(value))
-        if (const std::optional<int> bit = BitNamed(known, name))
+        if (const std::optional<int> bit = BitNamed(engine_, set, name))
             bits = modPatchText::SetFlag(bits, *bit);
     return bits;
 }

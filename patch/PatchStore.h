@@ -72,7 +72,7 @@ private:
     bool StoreNumber(RecordKind kind, Record* record, std::string_view key, std::string_view value);
     std::int32_t Bits(BitSet set, std::string_view value);
     std::int32_t KeptBits(const std::vector<std::string>& known, std::string_view value);
-    std::int32_t EngineBits(const std::vector<std::string>& known, std::string_view value);
+    std::int32_t EngineBits(BitSet set, std::string_view value);
     bool IsBitsNumber(std::string_view value) const;
     bool StorePointer(std::string_view key, std::string_view value);
     bool StoreCodePointer(std::string_view key, std::string_view value);

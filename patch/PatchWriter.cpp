@@ -126,14 +126,13 @@ private:
     }
 
     template <class Record> void Fields(const Record& current, const Record& standard) {
-        ForEachDifference(current, standard, [this](const Field<Record>& field, std::int32_t value) {
-            // Kept: bits without a name are left out. docs/kept-behaviour.md
-            const bool named = dialect_.namedBits &&
-                               (!dialect_.EngineRules() || modPatchText::AllNamed(engine_.BitNames(field.bits), value));
+        ForEachDifference(current, standard, dialect_.fields, [this](const Field<Record>& field, FieldValue value) {
+            if (!value) // no line can take a number away
+                return;
             if (field.unit == FieldUnit::Flags)
-                Line(field.label, " = ", modPatchText::FormatBits(value, named, engine_.BitNames(field.bits)));
+                Line(field.label, " = ", std::string_view(BitsText(engine_, field.bits, *value)));
             else
-                Line(field.label, " = ", value);
+                Line(field.label, " = ", *value);
         });
     }
 

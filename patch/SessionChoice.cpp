@@ -5,9 +5,11 @@
 #include "patch/modTables.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 namespace plinket3 {
 
@@ -22,7 +24,7 @@ template <class Entries, class Fits> std::optional<std::size_t> First(const Entr
     return static_cast<std::size_t>(std::distance(entries.begin(), found));
 }
 
-/// Counts the lines for which an engine has no use.
+/// Counts the lines for which an engine has no use, and gathers what the patch sets that not every engine has.
 class MisfitCounter : public modPatchFiles::ReadObserver {
 public:
     MisfitCounter(const EngineConfiguration& engine, const PatchSet& defaults) : engine_(engine), defaults_(defaults) {}
@@ -32,7 +34,7 @@ public:
     void Section(std::size_t, std::string_view word) override {
         count_ += word.starts_with('[') && !engine_.dialect.IsExtended();
     }
-    void FlagNames(std::size_t, std::string_view) override { count_ += !engine_.dialect.IsExtended(); }
+    void FlagNames(std::size_t, BitSet, std::string_view) override { count_ += !engine_.dialect.IsExtended(); }
     void Number(std::size_t, FieldUnit unit, FieldWidth, std::string_view text) override {
         if (engine_.dialect.unlimited)
             return;
@@ -41,11 +43,42 @@ public:
                   (unit == FieldUnit::Sound && beyond(defaults_.sounds)) ||
                   (unit == FieldUnit::Sprite && beyond(defaults_.sprites));
     }
+    void Stored(std::size_t, const Cell& cell, std::string_view value) override {
+        if (cell.field >= 0) {
+            const RowFacts facts = FactsOf(cell.kind, cell.field);
+            if (facts.since != FieldLevel::Doom)
+                AddLater(facts.label);
+        } else if (cell.field == codePointerField && engine_.dialect.fields >= FieldLevel::Mbf21) {
+            const std::string_view name = value.substr(0, value.find_first_of(" \t"));
+            const auto& actions = engine_.actions;
+            const auto action = std::ranges::find_if(
+                actions, [name](const auto& each) { return EqualIgnoringCase(each.mnemonic, name); });
+            if (action != actions.end() && action->value > lastMbfAction)
+                AddLater(action->mnemonic);
+        }
+    }
+
+    /// A few of the later fields and actions, parted by commas; empty when the patch sets none.
+    std::string Later() const {
+        constexpr std::size_t mostNames = 3;
+        std::string text;
+        for (std::size_t i = 0; i < std::min(later_.size(), mostNames); ++i)
+            text += (i == 0 ? "" : ", ") + later_[i];
+        return text + (later_.size() > mostNames ? " and others" : "");
+    }
 
 private:
+    static constexpr std::int32_t lastMbfAction = 87; // what came later came with the fields of MBF21
+
+    void AddLater(std::string_view name) {
+        if (std::ranges::find(later_, name) == later_.end())
+            later_.emplace_back(name);
+    }
+
     const EngineConfiguration& engine_;
     const PatchSet& defaults_;
     std::int64_t count_ = 0;
+    std::vector<std::string> later_;
 };
 
 /// How an engine takes a patch.
@@ -53,6 +86,8 @@ struct Reading {
     std::size_t length = 0; // bytes up to the line that cannot be read
     std::int64_t misfits = 0;
     std::int64_t states = 0; // that the engine has
+    bool engineRulesOnly = false;
+    std::string later; // what the patch sets that not every engine has, in a few words
 };
 
 /// An engine that cannot be loaded reads nothing.
@@ -67,7 +102,33 @@ Reading TryReading(const std::filesystem::path& programFolder, const modConfig::
     MisfitCounter misfits(engine, defaults);
     const modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &misfits);
     return {read.status ? bytes.size() + 1 : read.offset, misfits.Count(),
-            static_cast<std::int64_t>(defaults.states.size())};
+            static_cast<std::int64_t>(defaults.states.size()), engine.dialect.engineRulesOnly, misfits.Later()};
+}
+
+/// Of the engines that have what the patch sets of later fields and actions the one that fits best.
+EngineAdvice AdviseByLaterFields(const Environment& environment, std::int32_t version, std::string_view bytes,
+                                 std::optional<std::size_t> preferred) {
+    std::vector<std::pair<FieldLevel, std::size_t>> engines;
+    for (std::size_t i = 0; i < environment.engines.size(); ++i) {
+        EngineConfiguration engine;
+        if (environment.engines[i].extended && modConfig::LoadEngine(environment.engines[i].file, engine) &&
+            engine.dialect.engineFields != FieldLevel::Doom)
+            engines.emplace_back(engine.dialect.engineFields, i);
+    }
+    std::ranges::stable_sort(engines, std::greater(), &std::pair<FieldLevel, std::size_t>::first);
+    EngineAdvice best;
+    std::tuple<std::int64_t, bool, FieldLevel, bool> bestFit;
+    for (const auto& [level, i] : engines) {
+        const Reading reading = TryReading(environment.programFolder, environment.engines[i], bytes, Rules::Engine);
+        if (reading.later.empty()) // nor is there anything for those of lower levels
+            break;
+        const std::tuple fit(reading.misfits, environment.engines[i].version != version, level, preferred != i);
+        if (!best.index || fit < bestFit) {
+            best = {i, "it sets " + reading.later};
+            bestFit = fit;
+        }
+    }
+    return best;
 }
 
 } // namespace
@@ -84,30 +145,42 @@ std::optional<std::size_t> FirstEngineOfVersion(const std::vector<modConfig::Eng
     return First(engines, [&](const modConfig::EngineEntry& entry) { return entry.version == version; });
 }
 
-std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
-                                           std::string_view bytes, const std::filesystem::path& file,
-                                           std::optional<std::size_t> preferred, Rules rules) {
+EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::Header& header, std::string_view bytes,
+                          const std::filesystem::path& file, std::optional<std::size_t> preferred, RulesSetting rules) {
     if (const auto named = ChooseEngine(environment.engines, modPatchFiles::HeaderValue(header, "engineconfig")))
-        return named;
+        return {named, "the patch names it"};
     const std::int32_t version = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
+    const Rules by = rules == RulesSetting::Engine ? Rules::Engine : Rules::Kept;
     const bool extended = EqualIgnoringCase(file.extension().string(), ".bex");
-    const bool anyVersion = rules == Rules::Engine && !FirstEngineOfVersion(environment.engines, version);
-    std::optional<std::size_t> best;
+    const bool anyVersion = by == Rules::Engine && !FirstEngineOfVersion(environment.engines, version);
+    EngineAdvice best;
     // How well the best one fits; what comes first counts most, and more is better.
-    std::tuple<std::size_t, std::int64_t, bool, bool, std::int64_t> bestFit;
+    std::tuple<bool, std::size_t, std::int64_t, bool, bool, std::int64_t> bestFit;
     for (std::size_t i = 0; i < environment.engines.size(); ++i) {
         const modConfig::EngineEntry& entry = environment.engines[i];
         if (entry.version != version && !anyVersion)
             continue;
-        const Reading reading = TryReading(environment.programFolder, entry, bytes, rules);
-        const std::tuple fit(reading.length, -reading.misfits, entry.extended == extended, preferred == i,
-                             -reading.states);
-        if (!best || fit > bestFit) {
-            best = i;
+        const Reading reading = TryReading(environment.programFolder, entry, bytes, by);
+        const std::tuple fit(!reading.engineRulesOnly, reading.length, -reading.misfits, entry.extended == extended,
+                             preferred == i, -reading.states);
+        if (!best.index || fit > bestFit) {
+            best = {i, "it has a use for the most lines of the patch"};
             bestFit = fit;
         }
     }
+    const bool fitsWhole = best.index && std::get<1>(bestFit) > bytes.size() && std::get<2>(bestFit) == 0;
+    if (rules != RulesSetting::Kept && !fitsWhole)
+        if (EngineAdvice later = AdviseByLaterFields(environment, version, bytes, preferred); later.index)
+            return later;
     return best;
+}
+
+std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
+                                           std::string_view bytes, const std::filesystem::path& file,
+                                           std::optional<std::size_t> preferred, Rules rules) {
+    return AdviseEngine(environment, header, bytes, file, preferred,
+                        rules == Rules::Engine ? RulesSetting::Engine : RulesSetting::Recommend)
+        .index;
 }
 
 std::optional<std::size_t> ChooseIwad(const std::vector<Settings::Iwad>& iwads, std::string_view named) {

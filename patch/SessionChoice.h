@@ -1,11 +1,13 @@
 #pragma once
 
 #include "core/modConfig.h"
+#include "patch/RulesChoice.h"
 #include "patch/modPatchFiles.h"
 
 #include <cstddef>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,12 +21,23 @@ std::optional<std::size_t> ChooseEngine(const std::vector<modConfig::EngineEntry
 std::optional<std::size_t> FirstEngineOfVersion(const std::vector<modConfig::EngineEntry>& engines,
                                                 std::int32_t version);
 
-/// The configuration that a patch is likely made for: the one that its header names (`ChooseEngine`). Otherwise, of
-/// those for its version, the one that reads it furthest - a text that the engine does not have ends the reading -, of
-/// these the one that has a use for the most of its lines, of these one of the mode that the file's ending speaks of
-/// (".bex": extended), of these `preferred`, a place in `environment.engines`, or else the one with the fewest states.
-/// Absent when there is none for its version; by engine rules, for which a version decides nothing, all are then looked
-/// at. Reads configurations and tables, but shows and logs nothing.
+/// An engine configuration for a patch, a place in `environment.engines`; absent when there is none.
+struct EngineAdvice {
+    std::optional<std::size_t> index;
+    std::string reason; // in a few words
+};
+
+/// The configuration that a patch is likely made for: the one that its header names (`ChooseEngine`). Otherwise, unless
+/// only the kept rules are asked for, one that has the later fields, bits and actions that the patch sets: the one with
+/// a use for the most of its lines. Otherwise, of those for its version that have kept rules, the one that reads it
+/// furthest - a text that the engine does not have ends the reading -, of these the one that has a use for the most of
+/// its lines, of these one of the mode that the file's ending speaks of (".bex": extended), of these `preferred`, or
+/// else the one with the fewest states. None when there is none for its version; by engine rules, for which a version
+/// decides nothing, all are then looked at. Reads configurations and tables, but shows and logs nothing.
+EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::Header& header, std::string_view bytes,
+                          const std::filesystem::path& file, std::optional<std::size_t> preferred, RulesSetting rules);
+
+/// The same without the reason; `Rules::Kept` asks for no rules alone.
 std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
                                            std::string_view bytes, const std::filesystem::path& file,
                                            std::optional<std::size_t> preferred = std::nullopt,

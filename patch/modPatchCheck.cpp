@@ -91,7 +91,7 @@ public:
             Reference(offset, unit, value);
     }
 
-    void FlagNames(std::size_t offset, std::string_view text) override {
+    void FlagNames(std::size_t offset, BitSet, std::string_view text) override {
         if (LeadingReal(text) < 0)
             return Add(offset, "is negative and so taken for names of flags; the same bits are read from " +
                                    std::to_string(static_cast<std::uint32_t>(LeadingInt32(text))));

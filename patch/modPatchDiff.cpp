@@ -1,6 +1,7 @@
 #include "patch/modPatchDiff.h"
 
 #include "patch/Cells.h"
+#include "patch/EngineNames.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -48,14 +49,16 @@ private:
     static std::string Quoted(std::string_view text) { return "\"" + modPatchText::EscapeText(text) + "\""; }
 
     template <class Record> void Fields(std::string_view what, const Record& before, const Record& after) {
-        ForEachDifference(after, before, [&](const Field<Record>& field, std::int32_t value) {
-            const auto text = [&](std::int32_t number) {
-                return field.unit == FieldUnit::Flags
-                           ? modPatchText::FormatBits(number, engine_.dialect.namedBits, engine_.BitNames(field.bits))
-                           : std::to_string(number);
-            };
-            Line(what, field.label, text(before.*field.member), text(value));
-        });
+        ForEachDifference(after, before, engine_.dialect.fields,
+                          [&](const Field<Record>& field, const FieldValue& value) {
+                              const auto text = [&](const FieldValue& number) -> std::string {
+                                  if (!number)
+                                      return "unset";
+                                  return field.unit == FieldUnit::Flags ? BitsText(engine_, field.bits, *number)
+                                                                        : std::to_string(*number);
+                              };
+                              Line(what, field.label, text(ValueOf(before, field)), text(value));
+                          });
     }
 
     /// The kept rules know no notes.

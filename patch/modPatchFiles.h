@@ -64,8 +64,8 @@ public:
     virtual void Field(std::size_t /*offset*/) {}
     /// A number was read, for a field or as a part of another line.
     virtual void Number(std::size_t /*offset*/, FieldUnit /*unit*/, FieldWidth /*width*/, std::string_view /*text*/) {}
-    /// Thing flags were read from their names.
-    virtual void FlagNames(std::size_t /*offset*/, std::string_view /*text*/) {}
+    /// Bits of a set were read from their names.
+    virtual void FlagNames(std::size_t /*offset*/, BitSet /*set*/, std::string_view /*text*/) {}
     /// A state got another code pointer.
     virtual void CodePointer(std::size_t /*offset*/, std::int32_t /*state*/) {}
     /// A text of `length` characters was stored where the engine has room for `space`.

@@ -20,11 +20,16 @@ struct ThingNumbers {
                  attackSound = 0, injuryState = 0, painChance = 0, painSound = 0, closeAttackState = 0,
                  farAttackState = 0, deathState = 0, explodingState = 0, deathSound = 0, speed = 0, width = 0,
                  height = 0, mass = 0, missileDamage = 0, actionSound = 0, bits = 0, respawnState = 0;
+    std::int32_t droppedItem = 0; // counted from 1, 0 for none
+    std::int32_t infightingGroup = 0, projectileGroup = 0, splashGroup = 0, bits21 = 0, ripSound = 0;
+    std::int32_t fastSpeed = -1; // for the normal speed
+    std::int32_t meleeRange = 64 * 65536;
     bool operator==(const ThingNumbers&) const = default;
 };
 struct ThingRecord : ThingNumbers {
     std::string name;
     std::array<std::uint8_t, 9> extra{}; // carried unchanged
+    std::uint32_t given = 0;             // which of the fields that may be unset have a number, by `Field::givenBit`
     bool operator==(const ThingRecord&) const = default;
 };
 
@@ -34,10 +39,12 @@ struct StateNumbers {
     std::int32_t duration = 0;  // in tics, 35 a second; -1 for ever
     std::int32_t action = 0;    // the code pointer value that the engine itself gives the state
     std::int32_t nextState = 0, unknown1 = 0, unknown2 = 0;
+    std::int32_t arg1 = 0, arg2 = 0, arg3 = 0, arg4 = 0, arg5 = 0, arg6 = 0, arg7 = 0, arg8 = 0, bits21 = 0;
     bool operator==(const StateNumbers&) const = default;
 };
 struct StateRecord : StateNumbers {
     std::int32_t codePointer = 0; // what a patch makes of the action
+    std::uint32_t given = 0;
     bool operator==(const StateRecord&) const = default;
 };
 
@@ -64,10 +71,12 @@ struct SpriteRecord {
 
 struct WeaponNumbers {
     std::int32_t ammoType = 0, deselectState = 0, selectState = 0, bobbingState = 0, shootingState = 0, firingState = 0;
+    std::int32_t ammoPerShot = 0, bits21 = 0;
     bool operator==(const WeaponNumbers&) const = default;
 };
 struct WeaponRecord : WeaponNumbers {
     std::string name;
+    std::uint32_t given = 0;
     bool operator==(const WeaponRecord&) const = default;
 };
 
@@ -114,14 +123,16 @@ enum class FieldUnit {
     Number,
     Fixed16,         // 16.16 fixed point
     ProjectileSpeed, // 16.16 fixed point for projectiles, whole units otherwise
-    Flags,           // thing flags
+    Flags,           // bits of the field's set
+    Thing,           // a thing, counted from 1; 0 for none
     State,           // an index of a state, ...
     Sound,           // ... a sound, ...
     Sprite,          // ... a sprite
     SpriteFrame,     // a frame (0 to 31) with the lit bit
     AmmoType,
     CodePointer,
-    Infight, // 202 or 221
+    Infight,  // 202 or 221
+    Argument, // what it means is up to the state's action
 };
 
 /// How wide a field is in a table file. A byte is limited to 0..255 wherever it is stored.
@@ -138,16 +149,58 @@ template <class Record> struct Field {
     FieldWidth width = FieldWidth::Int32;
     std::int32_t Record::*secondCopy = nullptr; // a field that an engine wants set to the same value
     FieldLevel since = FieldLevel::Doom;        // the first engines that know it
-    bool inTable = true;                        // false: table files do not hold it
-    std::optional<std::int32_t> unset = {};     // the value that stands for "not set", where that is another than any
+    int givenBit = -1;                          // in the record's `given`, for a field that may be unset
     BitSet bits = BitSet::Things;               // whose names it is written by, for `Flags`
 };
+
+/// The number of a field; absent where it is unset, which is another value than every number.
+using FieldValue = std::optional<std::int32_t>;
+
+template <class Record> constexpr FieldValue ValueOf(const Record& record, const Field<Record>& field) {
+    if constexpr (requires { record.given; })
+        if (field.givenBit >= 0 && (record.given >> field.givenBit & 1U) == 0)
+            return std::nullopt;
+    return record.*field.member;
+}
+/// Unset, a field that may not be so stays as it is.
+template <class Record> constexpr void SetValue(Record& record, const Field<Record>& field, FieldValue value) {
+    if constexpr (requires { record.given; })
+        if (field.givenBit >= 0) {
+            const std::uint32_t bit = 1U << field.givenBit;
+            record.given = value ? record.given | bit : record.given & ~bit;
+            record.*field.member = value.value_or(0);
+            return;
+        }
+    if (value)
+        record.*field.member = *value;
+}
 
 inline constexpr std::int32_t litBit = 0x8000; // of a state's sprite subnumber
 inline constexpr int projectileBit = 16;       // of a thing's bits
 inline constexpr std::int32_t monstersFight = 221, monstersDoNotFight = 202;
 
 template <class Record> inline constexpr std::array<Field<Record>, 0> fieldTable{};
+
+namespace detail {
+template <class Record> constexpr Field<Record> Bits21(BitSet bits) {
+    return {.label = "MBF21 Bits",
+            .member = &Record::bits21,
+            .unit = FieldUnit::Flags,
+            .since = FieldLevel::Mbf21,
+            .bits = bits};
+}
+constexpr Field<ThingRecord> Group(std::string_view label, std::int32_t ThingNumbers::*member, int givenBit,
+                                   std::int32_t lowest) {
+    return {.label = label, .member = member, .lowest = lowest, .since = FieldLevel::Mbf21, .givenBit = givenBit};
+}
+constexpr Field<StateRecord> Argument(std::string_view label, std::int32_t StateNumbers::*member, int givenBit) {
+    return {.label = label,
+            .member = member,
+            .unit = FieldUnit::Argument,
+            .since = FieldLevel::Mbf21,
+            .givenBit = givenBit};
+}
+} // namespace detail
 
 template <> inline constexpr std::array fieldTable<ThingRecord>{
     Field<ThingRecord>{"ID #", &ThingRecord::id},
@@ -173,6 +226,24 @@ template <> inline constexpr std::array fieldTable<ThingRecord>{
     Field<ThingRecord>{"Action sound", &ThingRecord::actionSound, FieldUnit::Sound},
     Field<ThingRecord>{"Bits", &ThingRecord::bits, FieldUnit::Flags},
     Field<ThingRecord>{"Respawn frame", &ThingRecord::respawnState, FieldUnit::State},
+    Field<ThingRecord>{.label = "Dropped item",
+                       .member = &ThingRecord::droppedItem,
+                       .unit = FieldUnit::Thing,
+                       .since = FieldLevel::Dehextra},
+    detail::Group("Infighting group", &ThingRecord::infightingGroup, 0, 0),
+    detail::Group("Projectile group", &ThingRecord::projectileGroup, 1, INT32_MIN), // below 0: no protection at all
+    detail::Group("Splash group", &ThingRecord::splashGroup, 2, 0),
+    detail::Bits21<ThingRecord>(BitSet::Things21),
+    Field<ThingRecord>{
+        .label = "Rip sound", .member = &ThingRecord::ripSound, .unit = FieldUnit::Sound, .since = FieldLevel::Mbf21},
+    Field<ThingRecord>{.label = "Fast speed",
+                       .member = &ThingRecord::fastSpeed,
+                       .unit = FieldUnit::ProjectileSpeed,
+                       .since = FieldLevel::Mbf21},
+    Field<ThingRecord>{.label = "Melee range",
+                       .member = &ThingRecord::meleeRange,
+                       .unit = FieldUnit::Fixed16,
+                       .since = FieldLevel::Mbf21},
 };
 
 template <> inline constexpr std::array fieldTable<StateRecord>{
@@ -185,6 +256,15 @@ template <> inline constexpr std::array fieldTable<StateRecord>{
     // Kept: these limits are not symmetric. docs/kept-behaviour.md
     Field<StateRecord>{"Unknown 1", &StateRecord::unknown1, FieldUnit::Number, -32767, 32768},
     Field<StateRecord>{"Unknown 2", &StateRecord::unknown2, FieldUnit::Number, -32767, 32768},
+    detail::Argument("Args1", &StateRecord::arg1, 0),
+    detail::Argument("Args2", &StateRecord::arg2, 1),
+    detail::Argument("Args3", &StateRecord::arg3, 2),
+    detail::Argument("Args4", &StateRecord::arg4, 3),
+    detail::Argument("Args5", &StateRecord::arg5, 4),
+    detail::Argument("Args6", &StateRecord::arg6, 5),
+    detail::Argument("Args7", &StateRecord::arg7, 6),
+    detail::Argument("Args8", &StateRecord::arg8, 7),
+    detail::Bits21<StateRecord>(BitSet::States21),
 };
 
 template <> inline constexpr std::array fieldTable<SoundRecord>{
@@ -202,6 +282,12 @@ template <> inline constexpr std::array fieldTable<WeaponRecord>{
     Field<WeaponRecord>{"Bobbing frame", &WeaponRecord::bobbingState, FieldUnit::State},
     Field<WeaponRecord>{"Shooting frame", &WeaponRecord::shootingState, FieldUnit::State},
     Field<WeaponRecord>{"Firing frame", &WeaponRecord::firingState, FieldUnit::State},
+    Field<WeaponRecord>{.label = "Ammo per shot",
+                        .member = &WeaponRecord::ammoPerShot,
+                        .lowest = 0,
+                        .since = FieldLevel::Mbf21,
+                        .givenBit = 0},
+    detail::Bits21<WeaponRecord>(BitSet::Weapons21),
 };
 
 template <> inline constexpr std::array fieldTable<AmmoRecord>{
@@ -286,12 +372,14 @@ inline constexpr std::array<std::string_view, 17> cheatLabels{
     "No Clipping 2",    "Invincibility", "Berserk",    "Invisibility",    "Radiation Suit", "Auto-map",
     "Lite-Amp Goggles", "BEHOLD menu",   "Level Warp", "Player Position", "Map cheat"};
 
-/// Calls visit(field, value) for each field of a patch that differs, in record order.
+/// Calls visit(field, value) for each field of a patch that differs, in record order; `level` says which fields patches
+/// have.
 template <class Record, class Visit>
-void ForEachDifference(const Record& current, const Record& standard, Visit visit) {
+void ForEachDifference(const Record& current, const Record& standard, FieldLevel level, Visit visit) {
     for (const Field<Record>& field : fieldsOf<Record>)
-        if (field.inPatch && current.*field.member != standard.*field.member)
-            visit(field, current.*field.member);
+        if (field.inPatch && field.since <= level)
+            if (const FieldValue value = ValueOf(current, field); value != ValueOf(standard, field))
+                visit(field, value);
 }
 
 /// Limits a value to what the field's width can hold.

@@ -2,6 +2,7 @@
 
 #include "core/Bytes.h"
 #include "core/Files.h"
+#include "patch/LabelIndex.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ namespace plinket3::modTables {
 namespace {
 
 constexpr std::string_view magic = "ETBL";
-constexpr int majorVersion = 1, minorVersion = 3;
+constexpr int majorVersion = 1, plainMinorVersion = 3, minorVersion = 4;
 constexpr std::int32_t largestUpperBound = 1048575;
 constexpr std::size_t mostWithoutBytes = 10'000; // more records than any engine has that comes with the program
 constexpr std::size_t longestCountedText = std::numeric_limits<std::uint16_t>::max();
@@ -74,6 +75,7 @@ public:
         records.resize(*count);
         return true;
     }
+    ByteReader& Rest() { return bytes_; }
 
 private:
     ByteReader bytes_;
@@ -106,6 +108,7 @@ public:
         WriteCount(bytes_, records.size());
         return true;
     }
+    ByteWriter& Rest() { return bytes_; }
     std::string Take() { return bytes_.Take(); }
 
 private:
@@ -114,7 +117,7 @@ private:
 
 template <class File, class Record> void Rows(File& file, Record& record) {
     for (const auto& field : fieldsOf<std::remove_const_t<Record>>) {
-        if (!field.inTable)
+        if (field.since != FieldLevel::Doom) // stand behind all else, and only where an engine has them
             continue;
         if (field.width == FieldWidth::Byte)
             file.Byte(record.*field.member);
@@ -182,6 +185,82 @@ template <class File, class Set> bool Content(File& file, Set& set, const Dialec
     return possible;
 }
 
+// Behind all else, in the newer version: what records have in fields that came later, column by column, each under its
+// label, so that a reader can pass over those that it does not know.
+
+constexpr std::size_t bytesOfLaterField = 9; // record, whether it is set, number
+
+using LaterValue = std::pair<std::int32_t, FieldValue>;
+
+/// The records in which a field has another value than in a new record.
+template <class Record>
+std::vector<LaterValue> LaterValues(const std::vector<Record>& records, const Field<Record>& field) {
+    std::vector<LaterValue> values;
+    const FieldValue standard = ValueOf(Record(), field);
+    for (std::size_t i = 0; i < records.size(); ++i)
+        if (const FieldValue value = ValueOf(records[i], field); value != standard)
+            values.emplace_back(static_cast<std::int32_t>(i), value);
+    return values;
+}
+
+void WriteLaterFields(ByteWriter& file, const PatchSet& set, FieldLevel level) {
+    ByteWriter columns;
+    std::size_t count = 0;
+    VisitKinds([&](const auto& kind) {
+        for (const auto& field : fieldsOf<RecordOf<decltype(kind)>>) {
+            if (field.since == FieldLevel::Doom || field.since > level)
+                continue;
+            ++count;
+            columns.Byte(static_cast<std::int32_t>(kind.kind));
+            columns.UInt16(static_cast<std::int32_t>(field.label.size()));
+            columns.Text(field.label);
+            const auto values = LaterValues(kind.In(set).Dense(), field);
+            WriteCount(columns, values.size());
+            for (const auto& [record, value] : values) {
+                columns.Int32(record);
+                columns.Byte(value ? 1 : 0);
+                columns.Int32(value.value_or(0));
+            }
+        }
+    });
+    WriteCount(file, count);
+    file.Text(columns.Take());
+}
+
+/// False for a count that cannot be one.
+bool ReadLaterFields(ByteReader& file, PatchSet& set, FieldLevel level) {
+    const auto columns = ReadCount(file);
+    for (std::size_t column = 0; columns && column < *columns && !file.AtEnd(); ++column) {
+        const auto kindNumber = static_cast<RecordKind>(file.Byte());
+        const std::uint16_t length = file.UInt16();
+        const std::string_view label = file.Text(length);
+        const auto count = ReadCount(file);
+        if (!count || *count > file.Left() / bytesOfLaterField)
+            return false;
+        for (std::size_t i = 0; i < *count; ++i) {
+            const std::int32_t index = file.Int32();
+            const bool given = file.Byte() != 0;
+            const std::int32_t number = file.Int32();
+            VisitKind(kindNumber, [&](const auto& kind) {
+                using Record = RecordOf<decltype(kind)>;
+                if constexpr (!fieldTable<Record>.empty())
+                    if (const Field<Record>* field = FindField<Record>(label);
+                        field != nullptr && field->since != FieldLevel::Doom && field->since <= level)
+                        if (Record* record = kind.In(set).Find(index))
+                            SetValue(*record, *field, given ? FieldValue(number) : FieldValue());
+            });
+        }
+    }
+    return columns.has_value();
+}
+
+/// What tables of the plain version do not hold.
+void DroppedItemsOfConfiguration(const EngineConfiguration& engine, PatchSet& set) {
+    for (const auto& [thing, dropped] : engine.droppedItems)
+        if (ThingRecord* record = set.things.Find(thing))
+            record->droppedItem = dropped;
+}
+
 void StringsOfConfiguration(const EngineConfiguration& engine, PatchSet& set) {
     set.strings.clear();
     set.strings.reserve(engine.strings.size());
@@ -199,13 +278,16 @@ Status ParseTable(std::string_view bytes, const EngineConfiguration& engine, Pat
         return Status::Failure("Invalid table Id.");
     ByteReader version(bytes, magic.size());
     const int major = version.Byte(), minor = version.Byte();
-    if (major != majorVersion || minor != minorVersion)
+    if (major != majorVersion || (minor != plainMinorVersion && minor != minorVersion))
         return Status::Failure("Invalid table version.");
 
     PatchSet read;
     TableReader file(bytes.substr(magic.size() + 2));
-    if (!Content(file, read, engine.dialect))
+    if (!Content(file, read, engine.dialect) ||
+        (minor == minorVersion && !ReadLaterFields(file.Rest(), read, engine.dialect.engineFields)))
         return Status::Failure("Damaged table file.");
+    if (minor == plainMinorVersion)
+        DroppedItemsOfConfiguration(engine, read);
     // What a patch quotes is the text that there is, whatever a damaged file promises.
     for (StringRecord& string : read.strings.Dense())
         string.length = static_cast<std::int32_t>(string.text.size());
@@ -219,8 +301,11 @@ std::string FormatTable(const PatchSet& set, const Dialect& dialect) {
     TableWriter file;
     file.Text(magic, 0);
     file.Byte(majorVersion);
-    file.Byte(minorVersion);
+    const bool plain = dialect.fields == FieldLevel::Doom;
+    file.Byte(plain ? plainMinorVersion : minorVersion);
     Content(file, set, dialect);
+    if (!plain)
+        WriteLaterFields(file.Rest(), set, dialect.fields);
     return file.Take();
 }
 

@@ -54,6 +54,35 @@ Structure EngineStructure(const EngineConfiguration& engine) {
                         {"extended", engine.dialect.IsExtended() ? 1 : 0}});
 }
 
+/// Written where an engine has more than the fields of old.
+Structure DialectStructure(const Dialect& dialect) {
+    return ToStructure({{"rules", std::string(ruleWords[dialect.engineRulesOnly ? 1 : 0])},
+                        {"fields", std::string(levelWords[static_cast<std::size_t>(dialect.engineFields)])}});
+}
+
+/// One row for each argument of each action.
+Structure Arguments(const std::vector<EngineConfiguration::Action>& actions) {
+    auto rows = std::make_shared<SettingTree>();
+    for (const EngineConfiguration::Action& action : actions)
+        for (const EngineConfiguration::Argument& argument : action.arguments)
+            rows->Set(std::to_string(rows->Count()),
+                      ToStructure({{"action", action.mnemonic},
+                                   {"field", argument.field},
+                                   {"name", argument.name},
+                                   {"kind", std::string(argumentWords[static_cast<std::size_t>(argument.kind)])},
+                                   {"default", argument.standard},
+                                   {"zero", argument.zero},
+                                   {"meaning", argument.meaning}}));
+    return rows;
+}
+
+/// Names as keys, tooltips as values.
+Structure NamesAndTooltips(const EngineConfiguration::Bits& bits) {
+    return ToStructure(bits.names, [&bits](const std::string& name, std::int32_t bit) {
+        return SettingTree::Entry(name, bits.tooltips[static_cast<std::size_t>(bit)]);
+    });
+}
+
 /// The numbers of a record under the keys of its rows.
 template <class Record, class Rows> Structure Numbers(const Record& record, const Rows& rows) {
     return ToStructure(rows, [&record](const auto& row, std::int32_t) {
@@ -84,6 +113,8 @@ std::string FormatEngine(const EngineConfiguration& engine) {
     };
     write("type", std::string(modConfig::engineType));
     write("engine", EngineStructure(engine));
+    if (engine.dialect.engineFields != FieldLevel::Doom)
+        write("dialect", DialectStructure(engine.dialect));
     write("itemcounts", Numbers(engine.itemCounts, countKeys));
     write("offsets", Numbers(engine.offsets, offsetKeys));
     write("flagnames", Keys(engine.flagNames));
@@ -102,6 +133,20 @@ std::string FormatEngine(const EngineConfiguration& engine) {
     write("codepointerstostates", ToStructure(engine.codePointerStates, [](std::int32_t state, std::int32_t pointer) {
               return SettingTree::Entry(std::to_string(state), pointer);
           }));
+    const Structure arguments = Arguments(engine.actions);
+    if (arguments->Count() != 0)
+        write("actionarguments", arguments);
+    for (std::size_t set = 0; set < bitSetCount; ++set)
+        if (!engine.laterBits[set].names.empty())
+            write(bitSetWords[set], NamesAndTooltips(engine.laterBits[set]));
+    if (!engine.droppedItems.empty())
+        write("droppeditems", ToStructure(engine.droppedItems, [](const auto& dropped, std::int32_t) {
+                  return SettingTree::Entry(std::to_string(dropped.first), dropped.second);
+              }));
+    if (!engine.sharedProjectileGroup.empty())
+        write("sharedprojectilegroup", ToStructure(engine.sharedProjectileGroup, [](std::int32_t thing, std::int32_t) {
+                  return SettingTree::Entry(std::to_string(thing), 0);
+              }));
     if (engine.dialect.keyedTexts)
         write("boomstrings", ToStructure(engine.strings, [](const EngineConfiguration::String& string, std::int32_t) {
                   return SettingTree::Entry(string.mnemonic, string.text);

@@ -1,6 +1,8 @@
 #include "tools/EngineFacts.h"
 
+#include "core/Files.h"
 #include "core/Text.h"
+#include "patch/LabelIndex.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -8,7 +10,9 @@
 #include <iterator>
 #include <optional>
 #include <set>
+#include <span>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace plinket3::tools {
@@ -25,7 +29,7 @@ std::int32_t CountOf(const TsvTable& table) { return static_cast<std::int32_t>(t
 
 /// How many there are of what a field can name.
 struct Targets {
-    std::int32_t states = 0, sounds = 0, sprites = 0, ammoTypes = 0;
+    std::int32_t states = 0, sounds = 0, sprites = 0, ammoTypes = 0, things = 0;
 };
 
 template <class Record> std::int32_t ReadField(const TsvTable& table, std::size_t row, std::string_view column,
@@ -37,6 +41,8 @@ template <class Record> std::int32_t ReadField(const TsvTable& table, std::size_
         return table.Number(row, column, 0, targets.sounds - 1);
     case FieldUnit::Sprite:
         return table.Number(row, column, 0, targets.sprites - 1);
+    case FieldUnit::Thing:
+        return table.Number(row, column, 0, targets.things);
     case FieldUnit::AmmoType:
         return table.Number(row, column, 0, targets.ammoTypes - 1);
     default:
@@ -48,7 +54,7 @@ template <class Record> std::int32_t ReadField(const TsvTable& table, std::size_
 template <class Record> Record ReadRecord(const TsvTable& table, std::size_t row, const Targets& targets) {
     Record record;
     for (const Field<Record>& field : fieldsOf<Record>)
-        if (field.unit != FieldUnit::CodePointer)
+        if (field.unit != FieldUnit::CodePointer && field.since == FieldLevel::Doom)
             record.*field.member = ReadField(table, row, field.label, field, targets);
     return record;
 }
@@ -114,11 +120,36 @@ template <class Record> void GiveNames(NumberedList<Record>& records, std::vecto
 }
 
 /// A name that becomes part of a path.
-std::string ReadFolder(const TsvTable& table, std::size_t row, std::string_view column) {
-    std::string folder(table.Text(row, column));
+std::string CheckedFolder(const TsvTable& table, std::size_t row, std::string_view column, std::string_view folder) {
     if (!IsKey(folder))
         table.Report(row, column, NotAKey(folder));
-    return folder;
+    return std::string(folder);
+}
+
+std::string ReadFolder(const TsvTable& table, std::size_t row, std::string_view column) {
+    return CheckedFolder(table, row, column, table.Text(row, column));
+}
+
+/// Folders that are parted by blanks; there may be none.
+std::vector<std::string> ReadFolders(const TsvTable& table, std::size_t row, std::string_view column) {
+    std::vector<std::string> folders;
+    for (std::string_view rest = table.Text(row, column); !rest.empty();) {
+        const std::size_t end = std::min(rest.find(' '), rest.size());
+        folders.push_back(CheckedFolder(table, row, column, rest.substr(0, end)));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return folders;
+}
+
+/// The place of a cell in `choices`; 0 when it is none of them.
+std::size_t OneOf(const TsvTable& table, std::size_t row, std::string_view column,
+                  std::span<const std::string_view> choices) {
+    const std::string_view text = table.Text(row, column);
+    const auto found = std::ranges::find(choices, text);
+    if (found != choices.end())
+        return static_cast<std::size_t>(found - choices.begin());
+    table.Report(row, column, '"' + std::string(text) + "\" is none of those that there are");
+    return 0;
 }
 
 class EngineReader {
@@ -129,8 +160,10 @@ public:
     EngineFacts Read() {
         NameEngine();
         const TsvTable sprites = Open("sprites"), sounds = Open("sounds"), states = Open("states");
-        const Targets targets{CountOf(states), CountOf(sounds), CountOf(sprites), CountOf(Open("ammotypes"))};
+        const Targets targets{CountOf(states), CountOf(sounds), CountOf(sprites), CountOf(Open("ammotypes")),
+                              CountOf(Open("things"))};
         ReadActions();
+        ReadArguments();
         ReadStates(states, targets);
         ReadSounds(sounds);
         ReadSprites(sprites);
@@ -140,6 +173,9 @@ public:
         ReadCheats();
         ReadMisc();
         ReadPointers(targets);
+        ReadLaterBits();
+        for (const std::string& folder : Folders("fields"))
+            ReadLaterFields(OpenIn(folder, "fields"), targets);
         if (source_.extended)
             ReadExtendedStrings();
         else
@@ -148,9 +184,24 @@ public:
     }
 
 private:
-    TsvTable Open(std::string_view name) const { return OpenIn(source_.folder, name); }
+    static std::string FileOf(std::string_view name) { return std::string(name) + ".tsv"; }
+    /// The folders that have a table of that name, the engine's own one last.
+    std::vector<std::string> Folders(std::string_view name) const {
+        std::vector<std::string> folders;
+        for (auto base = source_.bases.rbegin(); base != source_.bases.rend(); ++base)
+            if (FileExists(folder_ / *base / FileOf(name)))
+                folders.push_back(*base);
+        if (FileExists(folder_ / source_.folder / FileOf(name)))
+            folders.push_back(source_.folder);
+        return folders;
+    }
+    /// The engine's own table, or else that of the nearest base.
+    TsvTable Open(std::string_view name) const {
+        const std::vector<std::string> folders = Folders(name);
+        return OpenIn(folders.empty() ? source_.folder : folders.back(), name);
+    }
     TsvTable OpenIn(std::string_view folder, std::string_view name) const {
-        return {folder_ / folder / (std::string(name) + ".tsv"), fault_};
+        return {folder_ / folder / FileOf(name), fault_};
     }
 
     void NameEngine() {
@@ -158,6 +209,9 @@ private:
         facts_.engine.version = source_.version;
         facts_.engine.table = source_.folder + ".tbl";
         facts_.engine.dialect = Dialect::Of(source_.extended);
+        facts_.engine.dialect.engineRulesOnly = source_.engineRulesOnly;
+        facts_.engine.dialect.engineFields = source_.fields;
+        facts_.engine.dialect = facts_.engine.dialect.By(Rules::Kept);
         facts_.engine.offsets.sounds = soundTableAddress;
         facts_.engine.offsets.dataSegment = addressCorrection;
     }
@@ -172,6 +226,78 @@ private:
                 {id, mnemonics[row], modPatchText::EscapeText(table.Text(row, "description"))});
             facts_.engine.valueByMnemonic.emplace(mnemonics[row], id);
         }
+    }
+
+    /// Those of all folders, in their order.
+    void ReadArguments() {
+        for (const std::string& folder : Folders("arguments")) {
+            const TsvTable table = OpenIn(folder, "arguments");
+            for (std::size_t row = 0; row < table.RowCount(); ++row) {
+                EngineConfiguration::Argument argument;
+                argument.field = table.Text(row, "field");
+                if (FindField<StateRecord>(argument.field) == nullptr)
+                    table.Report(row, "field", "is no field of a state");
+                argument.name = table.Text(row, "name");
+                argument.kind =
+                    static_cast<EngineConfiguration::Argument::Kind>(OneOf(table, row, "kind", argumentWords));
+                argument.standard = table.Number(row, "default");
+                argument.zero = table.Text(row, "zero");
+                argument.meaning = table.Text(row, "meaning");
+                const std::string_view mnemonic = table.Text(row, "action");
+                auto& actions = facts_.engine.actions;
+                const auto action = std::ranges::find(actions, mnemonic, &EngineConfiguration::Action::mnemonic);
+                if (action == actions.end())
+                    table.Report(row, "action", "no routine is called \"" + std::string(mnemonic) + '"');
+                else
+                    action->arguments.push_back(std::move(argument));
+            }
+        }
+    }
+
+    /// The sets of bits that the engine's fields hold beside the thing flags.
+    void ReadLaterBits() {
+        constexpr std::array<std::string_view, bitSetCount> tables{"", "thing_bits", "state_bits", "weapon_bits"};
+        for (std::size_t set = 1; set < bitSetCount; ++set) {
+            if (Folders(tables[set]).empty())
+                continue;
+            const TsvTable table = Open(tables[set]);
+            table.ExpectIndex("bit");
+            if (table.RowCount() > flagCount)
+                table.Report(flagCount, "bit", "is more than a field has");
+            facts_.engine.laterBits[set] = {ReadKeys(table, "mnemonic"), Tooltips(table)};
+        }
+    }
+
+    /// Fields that have no column in the tables of their records.
+    void ReadLaterFields(const TsvTable& table, const Targets& targets) {
+        for (std::size_t row = 0; row < table.RowCount(); ++row) {
+            const std::string_view record = table.Text(row, "record");
+            if (record == "thing")
+                ReadLaterField(table, row, facts_.defaults.things.Dense(), targets);
+            else if (record == "state")
+                ReadLaterField(table, row, facts_.defaults.states.Dense(), targets);
+            else if (record == "weapon")
+                ReadLaterField(table, row, facts_.defaults.weapons.Dense(), targets);
+            else
+                table.Report(row, "record", "is neither \"thing\" nor \"state\" nor \"weapon\"");
+        }
+    }
+
+    template <class Record>
+    void ReadLaterField(const TsvTable& table, std::size_t row, std::vector<Record>& records, const Targets& targets) {
+        const std::int32_t index = table.Number(row, "index", 0, static_cast<std::int32_t>(records.size()) - 1);
+        if (records.empty()) // reported already
+            return;
+        const Field<Record>* field = FindField<Record>(table.Text(row, "field"));
+        if (field == nullptr || field->since == FieldLevel::Doom || field->since > source_.fields)
+            return table.Report(row, "field", "is no field that has no column of its own");
+        if constexpr (std::is_same_v<Record, ThingRecord>)
+            if (field->member == &ThingRecord::projectileGroup && table.Text(row, "value") == "shared")
+                return facts_.engine.sharedProjectileGroup.push_back(index);
+        const std::int32_t value = ReadField(table, row, "value", *field, targets);
+        SetValue(records[static_cast<std::size_t>(index)], *field, value);
+        if (field->since == FieldLevel::Dehextra && facts_.engine.dialect.fields == FieldLevel::Doom)
+            facts_.engine.droppedItems.emplace_back(index, value);
     }
 
     void ReadStates(const TsvTable& table, const Targets& targets) {
@@ -224,9 +350,14 @@ private:
         table.ExpectRowCount(flagCount);
         table.ExpectIndex("bit");
         facts_.engine.flagNames = ReadKeys(table, "mnemonic");
+        facts_.engine.flagTooltips = Tooltips(table);
+    }
+
+    static std::vector<std::string> Tooltips(const TsvTable& table) {
+        std::vector<std::string> tooltips;
         for (std::size_t row = 0; row < table.RowCount(); ++row)
-            facts_.engine.flagTooltips.push_back(std::string(table.Text(row, "name")) + ": " +
-                                                 std::string(table.Text(row, "tooltip")));
+            tooltips.push_back(std::string(table.Text(row, "name")) + ": " + std::string(table.Text(row, "tooltip")));
+        return tooltips;
     }
 
     void ReadWeaponsAndAmmo(const Targets& targets) {
@@ -322,6 +453,9 @@ std::vector<EngineSource> ReadEngineList(const std::filesystem::path& folder, Fa
         source.configuration = configurations[row];
         source.folder = ReadFolder(table, row, "folder");
         source.pointerFolder = ReadFolder(table, row, "pointers");
+        source.bases = ReadFolders(table, row, "bases");
+        source.engineRulesOnly = OneOf(table, row, "rules", ruleWords) == 1;
+        source.fields = static_cast<FieldLevel>(OneOf(table, row, "fields", levelWords));
         source.version = static_cast<std::int16_t>(table.Number(row, "version", 0, INT16_MAX));
         source.name = table.Text(row, "name");
         source.extended = table.Text(row, "mode") == "extended";

@@ -15,8 +15,10 @@ namespace plinket3::tools {
 struct EngineSource {
     std::string configuration; // file name without extension
     std::string folder, pointerFolder;
+    std::vector<std::string> bases; // folders whose tables count where `folder` has none, the nearest first
     std::int16_t version = 0;
-    bool extended = false;
+    bool extended = false, engineRulesOnly = false;
+    FieldLevel fields = FieldLevel::Doom; // that its patches have
     std::string name;
 };
 

@@ -26,12 +26,27 @@ int main(int argc, char** argv) try {
     }
     EngineConfiguration engine;
     PatchData patch = test::BuiltEngine(argv[1], argv[2], engine);
-    test::ChangeEveryNumber(patch.current, test::UsableValue(patch.defaults));
+    const FieldLevel level = engine.dialect.fields;
+    test::ChangeEveryNumber(patch.current, level, test::UsableValue(patch.defaults));
     test::ChangeEveryCodePointer(patch.current, engine);
-    test::ChangeEveryText(patch.current, engine, IsProse);
+    if (level >= FieldLevel::Mbf21) {
+        constexpr std::size_t firstFreeState = 1100;
+        test::UseEveryAction(patch.current, engine, firstFreeState);
+        test::GiveEveryArgument(patch.current, engine);
+        for (std::size_t i = 0; i < patch.current.states.size(); ++i) // the one bit there is
+            patch.current.states[i].bits21 = patch.defaults.states[i].bits21 ^ 1;
+        for (std::size_t i = 0; i < patch.current.weapons.size(); ++i)
+            patch.current.weapons[i].bits21 = patch.defaults.weapons[i].bits21 ^ 2;
+    }
+    // By engine rules texts of several lines go on in further ones, of some lengths of which dsda-doom 0.25.6 writes
+    // behind its memory.
+    test::ChangeEveryText(patch.current, engine, [&engine](const std::string& text) {
+        return IsProse(text) && !(engine.dialect.EngineRules() && text.find('\n') != std::string::npos);
+    });
     // Kept: sounds are written under the number after theirs, and after the last one there is none.
     // docs/kept-behaviour.md
-    patch.current.sounds.back() = patch.defaults.sounds.back();
+    if (!engine.dialect.EngineRules())
+        patch.current.sounds.back() = patch.defaults.sounds.back();
     patch.current.pars = {{0, 1, 31}, {0, 32, 62}, {1, 1, 93}, {3, 9, 124}};
     const Status written = WriteFileAtomically(argv[3], modPatchFiles::FormatPatch(patch, engine));
     if (!written)

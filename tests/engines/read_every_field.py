@@ -19,23 +19,25 @@ SKIPPED = 77
 # A demo of the first level for Doom 1.9, one player, no moves: the engine starts the level and quits.
 DEMO = bytes([109, 2, 1, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0x80])
 
-NORMAL, EXTENDED = ["doom19", "ultimate"], ["boom19", "mbf19", "dehextra19"]
-FACTS = {"boom19": "boom", "mbf19": "mbf", "dehextra19": "dehextra"}
+NORMAL, EXTENDED = ["doom19", "ultimate"], ["boom19", "mbf19", "dehextra19", "mbf21"]
+# The tables of the bits that things have by name.
+FACTS = {"boom19": ["boom/flags"], "mbf19": ["mbf/flags"], "dehextra19": ["dehextra/flags"],
+         "mbf21": ["dehextra/flags", "mbf21/thing_bits"]}
 ENGINES = {
     "chocolate-doom": (NORMAL, ["-nodeh", "-nogui", "-extraconfig", "extra.cfg"]),
     "woof": (NORMAL + EXTENDED, ["-nodehlump", "-nogui", "-dehout", "deh.log"]),
     "dsda-doom": (NORMAL + EXTENDED, ["-nodeh", "-no_message_box", "-dehout", "deh.log"]),
 }
 FRAME_LOG = {"Sprite number": "sprite", "Sprite subnumber": "frame", "Duration": "tics", "Next frame": "nextstate",
-             "Unknown 1": "misc1", "Unknown 2": "misc2"}
-COMPLAINT = re.compile(r"Bad (data|ammo|weapon|length)|Could not find (MBF21 )?(\w+ )?bit|.* must be positive"
+             "Unknown 1": "misc1", "Unknown 2": "misc2", **{f"Args{n + 1}": f"args[{n}]" for n in range(8)}}
+COMPLAINT = re.compile(r"Bad (data|ammo|weapon|length)|Could not find (MBF21 )?(\w+ )?bit (?!mnemonic 0$)|.* must be positive"
                        r"|Invalid |No files may|Unmatched Block: '(?!Patch File|Doom version|Patch format|Engine config"
                        r"|IWAD)| - codep, should|Warning: Mismatched")
 
 
 def sections(text):
     """The patch as (header line, [(key, value)]) in file order; a text's value is (old text, new text)."""
-    found, at = [], 0
+    found, at = [("", [])], 0
     while at < len(text):
         end = text.index("\n", at)
         line, at = text[at:end], end + 1
@@ -57,10 +59,10 @@ def sections(text):
 
 def thing_lines(engine, number, fields, flags):
     for key, value in fields:
-        named = key == "Bits" and not value.isdigit()
+        named = key.endswith("Bits") and not value.isdigit()
         value = sum(flags[name] for name in value.split(" + ")) if named else int(value)
         if named and engine == "dsda-doom":  # which gives named flags bits of its own, and complains of unknown names
-            yield re.compile(rf"Assigned 0x[0-9a-f]+ to Bits\({number}\) at index ")
+            yield re.compile(rf"Assigned 0x[0-9a-f]+ to {key}\({number}\) at index ")
         elif engine == "woof":
             value = (value + 2**31) % 2**32 - 2**31
             yield f"Assigned {value} to {key}({number - 1}) at index "
@@ -77,7 +79,7 @@ def expected_lines(engine, patch, flags):
             yield from thing_lines(engine, int(words[1]), fields, flags)
         elif words[0] == "Frame":
             yield f"Processing Frame at index {words[1]}: Frame"
-            yield from (f" - {FRAME_LOG[key]} = {value}" for key, value in fields)
+            yield from (f" - {FRAME_LOG[key]} = {value}" for key, value in fields if key in FRAME_LOG)
         elif words[0] == "Pointer":
             frame = words[3].rstrip(")")
             yield re.compile(rf" - applied .*from codeptr\[{fields[0][1]}\] to states\[{frame}\]")
@@ -167,9 +169,9 @@ def faults(engine, program, configuration, maker, data, facts):
         if engine == "chocolate-doom":
             return found + [line for line in log.split("\n") if line.startswith(patch + ":")]
         flags = {}
-        if configuration in FACTS:
-            with open(os.path.join(facts, FACTS[configuration], "flags.tsv"), encoding="ascii") as stream:
-                flags = {row["mnemonic"]: 1 << int(row["bit"]) for row in csv.DictReader(stream, delimiter="\t")}
+        for table in FACTS.get(configuration, []):
+            with open(os.path.join(facts, table + ".tsv"), encoding="ascii") as stream:
+                flags |= {row["mnemonic"]: 1 << int(row["bit"]) for row in csv.DictReader(stream, delimiter="\t")}
         found += [line for line in log.split("\n") if COMPLAINT.match(line) and not line.startswith("Invalid string key")]
         return found + list(missing_lines(log, expected_lines(engine, sections(text), flags)))
 

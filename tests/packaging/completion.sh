@@ -43,7 +43,7 @@ co|config convert
 --rules e|engine
 --data one p|picture
 --data |one sub
-convert -e mbf|mbf19 mbf21
+convert -e mbf|mbf19 mbf203 mbf21
 --data one diff -e |convert
 --data=one diff -e |convert
 --data convert diff --i|

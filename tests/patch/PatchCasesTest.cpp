@@ -15,9 +15,9 @@ namespace {
 
 const std::filesystem::path cases = CASES_FOLDER;
 
-/// A case of normal.txt, extended.txt or both.txt, which say for which small engine it is; engine_normal.txt and
-/// engine_extended.txt have whole patches that are read by the rules of game engines. "=== NAME" begins a patch behind
-/// its first line and its versions,
+/// A case of normal.txt, extended.txt or both.txt, which say for which small engine it is; engine_normal.txt,
+/// engine_extended.txt and engine_mbf21.txt have whole patches that are read by the rules of game engines. "=== NAME"
+/// begins a patch behind its first line and its versions,
 /// "=== NAME (whole)" one that has only what stands there. What is to come of it follows in sections, which are left
 /// out when they are empty:
 ///     --- fails    why and in which line it cannot be read; then nothing else
@@ -27,7 +27,7 @@ const std::filesystem::path cases = CASES_FOLDER;
 /// "%0D" is the byte of that code; "%" at the end of a line takes the line feed away.
 struct PatchText {
     std::string name, patch, told;
-    bool normal = true, extended = true, asEngines = false;
+    bool normal = true, extended = true, asEngines = false, mbf21 = false;
     friend void PrintTo(const PatchText& text, std::ostream* out) { *out << text.name; }
 };
 
@@ -60,7 +60,7 @@ std::string Decoded(std::string_view text) {
 
 std::vector<PatchText> PatchTexts() {
     std::vector<PatchText> texts;
-    for (const char* file : {"normal", "extended", "both", "engine_normal", "engine_extended"}) {
+    for (const char* file : {"normal", "extended", "both", "engine_normal", "engine_extended", "engine_mbf21"}) {
         std::istringstream lines(ReadFile(cases / (std::string(file) + ".txt")));
         for (std::string line; std::getline(lines, line);) {
             if (line.starts_with("=== ")) {
@@ -68,8 +68,8 @@ std::vector<PatchText> PatchTexts() {
                 const char* start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
                 const std::string_view what = file;
                 const bool asEngines = what.starts_with("engine"), whole = asEngines || line.ends_with(" (whole)");
-                texts.push_back(
-                    {name, whole ? "" : start, "", !what.ends_with("extended"), !what.ends_with("normal"), asEngines});
+                texts.push_back({name, whole ? "" : start, "", !what.ends_with("extended") && !what.ends_with("mbf21"),
+                                 !what.ends_with("normal"), asEngines, what.ends_with("mbf21")});
             } else if (PatchText& last = texts.back(); line.starts_with("--- ") || !last.told.empty()) {
                 last.told += line + "\n";
             } else {
@@ -81,13 +81,12 @@ std::vector<PatchText> PatchTexts() {
 }
 
 /// What comes of a patch, as the files tell it.
-std::string Told(std::string_view bytes, bool extended, bool both, Rules rules) {
+std::string Told(std::string_view bytes, EngineConfiguration engine, bool both, Rules rules) {
     std::string told;
     const auto section = [&told](const char* name, std::string_view text) {
         if (!text.empty())
             told += std::string("--- ") + name + "\n" + Encoded(text);
     };
-    EngineConfiguration engine = SmallEngine(extended);
     engine.dialect = engine.dialect.By(rules);
     PatchData patch = SmallPatch(engine);
     const std::string header = modPatchFiles::FormatPatch(patch, SmallEngine(false));
@@ -121,8 +120,8 @@ TEST_P(PatchCase, IsReadSavedAndCheckedAsTold) {
     const PatchText& text = GetParam();
     for (const bool extended : {false, true}) {
         if (extended ? text.extended : text.normal) {
-            EXPECT_EQ(Told(Decoded(text.patch), extended, text.normal && text.extended,
-                           text.asEngines ? Rules::Engine : Rules::Kept),
+            EXPECT_EQ(Told(Decoded(text.patch), text.mbf21 ? SmallMbf21Engine() : SmallEngine(extended),
+                           text.normal && text.extended, text.asEngines ? Rules::Engine : Rules::Kept),
                       text.told);
         }
     }

@@ -91,12 +91,20 @@ TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
         {"Doom version = 19\n[STRINGS]\nGOTARMOR = a\n", "x.deh", "boom19"},
         {"Doom version = 19\n[PARS]\npar 1 30\n", "x", "boom19"},
         {"Doom version = 19\nThing 1\nBits = SOLID\n", "x.deh", "boom19"},
-        {"Doom version = 21\n[CODEPTR]\nFrame 5 = Mushroom\n", "x.deh", "mbf21"},
+        {"Doom version = 21\n[CODEPTR]\nFrame 5 = Mushroom\n", "x.deh", "mbf203"},
         {"Doom version = 19\nFrame 2000\nDuration = 5\n", "x.deh", "dehextra19"},
         {"Doom version = 19\nThing 1\nInitial frame = 2000\n", "x.bex", "dehextra19", "mbf19"},
         {"Doom version = 19\n[STRINGS]\nGOTARMOR = a\n", "x.deh", "mbf19", "mbf19"},
         {"Doom version = 19\nThing 1\nMass = 5\n", "x.deh", "doom19", "mbf19"},
         {"Doom version = 19\nEngine config = mbf21.cfg\nText 4 4\nTROOABCD\n", "x.deh", "mbf21"},
+        {"Doom version = 21\nThing 2\nMBF21 Bits = RIP\n", "x.deh", "mbf21"},
+        {"Doom version = 21\nFrame 2\nArgs8 = 0\n", "x.bex", "mbf21", "boom21"},
+        {"Doom version = 19\n[CODEPTR]\nFrame 5 = weaponalert\n", "x.deh", "mbf21"},
+        {"Doom version = 21\nWeapon 2\nAmmo per shot = 2\nText 4 4\nnone1234\n", "x.deh", "mbf21"},
+        {"Doom version = 2021\nThing 2\nSplash group = 2\n", "x.deh", "mbf21"},
+        {"Doom version = 21\nThing 2\nDropped item = 2\n", "x.deh", "dehextra21", "ultimate"},
+        {"Doom version = 19\nThing 2\nDropped item = 2\n", "x.deh", "dehextra19"},
+        {"Doom version = 21\nThing 2\nNone = 2\n", "x.deh", "ultimate"}, // what no engine has is no reason
         {"Doom version = 19\nEngine config = none.cfg\nText 4 4\nTROOABCD\n", "x.deh", "doom19"},
     };
     for (const auto& row : rows) {
@@ -108,6 +116,27 @@ TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
         EXPECT_EQ(environment.engines[*engine].file.stem(), row.expected) << row.file << "\n" << row.lines;
     }
     EXPECT_FALSE(RecommendEngine(environment, {{"engineversion", "16"}}, "", "x.deh"));
+}
+
+TEST(SessionChoice, SaysWhyAnEngineIsProposed) {
+    ExpectingNotifier notifier;
+    Environment environment(notifier);
+    environment.programFolder = DATA_FOLDER;
+    environment.engines = modConfig::EnumerateEngines(environment.programFolder / "config", [](std::string_view) {});
+    const auto advise = [&](const modPatchFiles::Header& header, const std::string& lines, RulesSetting rules) {
+        const std::string bytes = "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\n" + lines;
+        const EngineAdvice advice = AdviseEngine(environment, header, bytes, "x.deh", std::nullopt, rules);
+        return environment.engines[advice.index.value()].file.stem().string() + ": " + advice.reason;
+    };
+    const std::string modern = "Thing 2\nMBF21 Bits = 1\nMBF21 Bits = 2\nRip sound = 2\n\n"
+                               "Frame 5\nArgs1 = 3\n\n[CODEPTR]\nFrame 5 = SPAWNOBJECT\n";
+    const modPatchFiles::Header version{{"engineversion", "21"}};
+    EXPECT_EQ(advise(version, modern, RulesSetting::Recommend),
+              "mbf21: it sets MBF21 Bits, Rip sound, Args1 and others");
+    EXPECT_EQ(advise(version, "[CODEPTR]\nFrame 5 = SPAWNOBJECT\n", RulesSetting::Engine),
+              "mbf21: it sets SpawnObject");
+    EXPECT_EQ(advise(version, modern, RulesSetting::Kept), "boom21: it has a use for the most lines of the patch");
+    EXPECT_EQ(advise({{"engineconfig", "doom19.cfg"}}, modern, RulesSetting::Recommend), "doom19: the patch names it");
 }
 
 TEST(SessionChoice, FindsAnIwadByNameThenPathThenFileName) {

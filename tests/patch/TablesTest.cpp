@@ -17,11 +17,12 @@ using modTables::ParseTable;
 PatchSet DistinctSet(const EngineConfiguration& engine) {
     PatchSet set = SmallDefaults(engine);
     std::int32_t value = 0;
-    const auto fill = [&value](auto& record) {
+    const auto fill = [&](auto& record) {
         using Record = std::remove_reference_t<decltype(record)>;
         for (const Field<Record>& field : fieldsOf<Record>)
-            record.*field.member =
-                FitWidth(field, ++value * (field.width == FieldWidth::Byte ? 1 : 70001) % 1000000007);
+            if (field.since <= engine.dialect.fields)
+                SetValue(record, field,
+                         FitWidth(field, ++value * (field.width == FieldWidth::Byte ? 1 : 70001) % 1000000007));
     };
     const auto fillAll = [&fill](auto& records) {
         for (auto& record : records.Dense())
@@ -115,6 +116,62 @@ TEST(Tables, StandInTheFileAsDrawn) {
         expected += zero;
     expected += "\xc8\x04\x03\x02\x01" + std::string(6 * 4 + 3, '\0') + "\xdd";
     EXPECT_EQ(FormatTable(set, Dialect()), expected);
+}
+
+EngineConfiguration EngineOf(FieldLevel level) {
+    EngineConfiguration engine = SmallEngine(true);
+    engine.dialect.engineFields = level;
+    engine.dialect = engine.dialect.AsEngines();
+    return engine;
+}
+
+TEST(Tables, HoldLaterFieldsBehindAllElse) {
+    const EngineConfiguration doom = EngineOf(FieldLevel::Doom), mbf21 = EngineOf(FieldLevel::Mbf21);
+    PatchSet written = DistinctSet(mbf21);
+    written.states[2] = StateRecord(); // unset is another value than every number
+    written.states[3].arg1 = 0;
+    written.states[4].arg1 = INT32_MIN;
+    written.things[1] = ThingRecord();
+    const std::string bytes = FormatTable(written, mbf21.dialect), plain = FormatTable(written, doom.dialect);
+    EXPECT_TRUE(bytes.starts_with("ETBL\x01\x04") && plain.starts_with("ETBL\x01\x03"));
+    EXPECT_TRUE(bytes.substr(6).starts_with(plain.substr(6)));
+    PatchSet read, plainRead, doomRead;
+    ASSERT_TRUE(ParseTable(bytes, mbf21, read));
+    EXPECT_EQ(read, written);
+    ASSERT_TRUE(ParseTable(plain, mbf21, plainRead)); // as tables were before
+    EXPECT_EQ(plainRead.things[0].fastSpeed, -1);
+    EXPECT_EQ(plainRead.states[0].given, 0U);
+    ASSERT_TRUE(ParseTable(bytes, doom, doomRead));
+    EXPECT_EQ(FormatTable(doomRead, doom.dialect), plain);
+    for (std::size_t length = plain.size(); length < bytes.size(); ++length)
+        EXPECT_TRUE(ParseTable(bytes.substr(0, length), mbf21, read) || length > plain.size());
+}
+
+TEST(Tables, PassOverLaterFieldsThatAreNotKnownAndRefuseImpossibleCounts) {
+    const EngineConfiguration mbf21 = EngineOf(FieldLevel::Mbf21);
+    const PatchSet set = DistinctSet(mbf21);
+    const std::string bytes = FormatTable(set, mbf21.dialect);
+    const auto with = [&bytes](std::string_view what, std::string_view by) {
+        return std::string(bytes).replace(bytes.find(what), what.size(), by);
+    };
+    PatchSet read;
+    ASSERT_TRUE(ParseTable(with("Rip sound", "Rip noise"), mbf21, read));
+    EXPECT_EQ(read.things[0].ripSound, 0);
+    EXPECT_EQ(read.things[0].fastSpeed, set.things[0].fastSpeed); // what stands behind it
+    EXPECT_EQ(ParseTable(with("Rip sound"s + "\x02\0\0\0"s, "Rip sound\xff\xff\x0f\0"s), mbf21, read).Reason(),
+              "Damaged table file.");
+    EXPECT_TRUE(ParseTable(with("Rip sound"s + "\x02\0\0\0\0"s, "Rip sound\x02\0\0\0\x7f"s), mbf21, read));
+}
+
+TEST(Tables, OfThePlainVersionGetTheirDroppedItemsFromTheConfiguration) {
+    EngineConfiguration engine = EngineOf(FieldLevel::Dehextra);
+    engine.droppedItems = {{1, 3}, {99, 1}, {-1, 1}};
+    PatchSet set = SmallDefaults(engine), read;
+    ASSERT_TRUE(ParseTable(FormatTable(set, Dialect::Extended()), engine, read));
+    EXPECT_EQ(read.things[1].droppedItem, 3);
+    set.things[2].droppedItem = 7;
+    ASSERT_TRUE(ParseTable(FormatTable(set, engine.dialect), engine, read));
+    EXPECT_EQ(std::pair(read.things[1].droppedItem, read.things[2].droppedItem), std::pair(0, 7));
 }
 
 TEST(Tables, RefusesWhatIsNoTable) {

@@ -1,6 +1,7 @@
 #include "tests/support/EveryField.h"
 
 #include "core/Files.h"
+#include "patch/LabelIndex.h"
 #include "patch/PointerTargets.h"
 #include "patch/modTables.h"
 
@@ -47,7 +48,8 @@ PatchData BuiltEngine(const std::filesystem::path& dataFolder, const std::string
 }
 
 NewValue UsableValue(const PatchSet& set) {
-    const auto states = static_cast<std::int32_t>(set.states.size()),
+    const auto things = static_cast<std::int32_t>(set.things.size()),
+               states = static_cast<std::int32_t>(set.states.size()),
                sounds = static_cast<std::int32_t>(set.sounds.size()),
                sprites = static_cast<std::int32_t>(set.sprites.size());
     return [=](FieldUnit unit, std::int32_t value) {
@@ -55,6 +57,8 @@ NewValue UsableValue(const PatchSet& set) {
         switch (unit) {
         case FieldUnit::Flags:
             return value ^ shadow;
+        case FieldUnit::Thing:
+            return value % things + 1;
         case FieldUnit::State:
             return (value + 1) % states;
         case FieldUnit::Sound:
@@ -73,12 +77,12 @@ NewValue UsableValue(const PatchSet& set) {
     };
 }
 
-void ChangeEveryNumber(PatchSet& set, const NewValue& newValue) {
-    const auto change = [&newValue](auto& record) {
+void ChangeEveryNumber(PatchSet& set, FieldLevel level, const NewValue& newValue) {
+    const auto change = [&](auto& record) {
         using Record = std::remove_reference_t<decltype(record)>;
         for (const Field<Record>& field : fieldsOf<Record>)
-            if (field.inPatch)
-                record.*field.member = FitWidth(field, newValue(field.unit, record.*field.member));
+            if (field.inPatch && field.since <= level)
+                SetValue(record, field, FitWidth(field, newValue(field.unit, record.*field.member)));
     };
     VisitKinds([&](const auto& kind) {
         for (auto& record : kind.In(set).Dense()) {
@@ -89,6 +93,24 @@ void ChangeEveryNumber(PatchSet& set, const NewValue& newValue) {
     });
     change(set.misc);
     DeriveMisc(set.misc);
+}
+
+void UseEveryAction(PatchSet& set, const EngineConfiguration& engine, std::size_t first) {
+    for (const EngineConfiguration::Action& action : engine.actions)
+        set.states.Dense().at(first++).codePointer = action.value;
+}
+
+void GiveEveryArgument(PatchSet& set, const EngineConfiguration& engine) {
+    using Kind = EngineConfiguration::Argument::Kind;
+    for (StateRecord& state : set.states.Dense()) {
+        state.given = 0;
+        state.arg1 = state.arg2 = state.arg3 = state.arg4 = state.arg5 = state.arg6 = state.arg7 = state.arg8 = 0;
+        const EngineConfiguration::Action* action = engine.ActionOf(state.codePointer);
+        if (action == nullptr)
+            continue;
+        for (const EngineConfiguration::Argument& argument : action->arguments)
+            SetValue(state, *FindField<StateRecord>(argument.field), argument.kind == Kind::Flag ? 1 : 2);
+    }
 }
 
 void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine) {

@@ -17,8 +17,14 @@ using NewValue = std::function<std::int32_t(FieldUnit unit, std::int32_t value)>
 /// Another value that the engine has a use for: references stay within the engine's tables.
 NewValue UsableValue(const PatchSet& set);
 
-/// Changes every number of every record that a patch of the engine can hold, and every name.
-void ChangeEveryNumber(PatchSet& set, const NewValue& newValue);
+/// Changes every number of every record that a patch for an engine of that level can hold, and every name.
+void ChangeEveryNumber(PatchSet& set, FieldLevel level, const NewValue& newValue);
+
+/// Gives each action of the engine to a state from `first` on.
+void UseEveryAction(PatchSet& set, const EngineConfiguration& engine, std::size_t first);
+
+/// Gives every state just the arguments that its action takes.
+void GiveEveryArgument(PatchSet& set, const EngineConfiguration& engine);
 
 /// Gives every state that can get another code pointer that of another state, weapons' states those of weapons' states.
 void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine);

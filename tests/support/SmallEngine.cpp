@@ -2,6 +2,9 @@
 
 #include "patch/modPatchText.h"
 
+#include <algorithm>
+#include <array>
+
 namespace plinket3::test {
 
 EngineConfiguration SmallEngine(bool extended) {
@@ -20,6 +23,23 @@ EngineConfiguration SmallEngine(bool extended) {
     }
     if (extended)
         engine.strings = {{"GOTARMOR", "Armor."}, {"E1TEXT", R"(one\ntwo)"}, {"QUIT", "Quit?"}};
+    return engine;
+}
+
+EngineConfiguration SmallMbf21Engine() {
+    EngineConfiguration engine = SmallEngine(true);
+    engine.dialect.engineRulesOnly = true;
+    engine.dialect.engineFields = FieldLevel::Mbf21;
+    engine.dialect = engine.dialect.By(Rules::Kept);
+    engine.laterBits = {{{}, {{"LOGRAV", "RIP"}, {}}, {{"SKILL5FAST"}, {}}, {{"NOTHRUST", "SILENT"}, {}}}};
+    using Kind = EngineConfiguration::Argument::Kind;
+    for (const auto& [value, mnemonic] : engine.mnemonicByValue)
+        engine.actions.push_back({value, mnemonic, ""});
+    std::ranges::sort(engine.actions, {}, &EngineConfiguration::Action::value);
+    engine.actions[2].arguments = {{"Unknown 1", "type", Kind::Thing, 0, "", ""}};
+    engine.actions[3].arguments = {{"Args1", "state", Kind::State, 0, "", ""},
+                                   {"Args2", "sound", Kind::Sound, 0, "", ""},
+                                   {"Args3", "dice", Kind::Number, 3, "the engine crashes", ""}};
     return engine;
 }
 

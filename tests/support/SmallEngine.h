@@ -10,6 +10,10 @@ namespace plinket3::test {
 /// SPECIAL, SOLID, FLOAT, INFLOAT. Normal: 4 texts, of which the last two are alike. Extended: 3 strings.
 EngineConfiguration SmallEngine(bool extended);
 
+/// The extended one with the fields of MBF21, by engine rules. Bits of things: LOGRAV, RIP; of states: SKILL5FAST; of
+/// weapons: NOTHRUST, SILENT. "Fire" takes a thing in Unknown 1, "Last" a state, a sound and dice in Args1 to Args3.
+EngineConfiguration SmallMbf21Engine();
+
 /// Its own data. Numbers are 0 unless the `.cpp` says otherwise.
 PatchSet SmallDefaults(const EngineConfiguration& engine);
 

@@ -57,7 +57,8 @@ INSTANTIATE_TEST_SUITE_P(Shipped, EveryEngine,
                                            Expected{"boom19", 19, true, 139, 968, 109, 139, 309, 75},
                                            Expected{"boom21", 21, true, 139, 968, 109, 139, 309, 75},
                                            Expected{"mbf19", 19, true, 144, 1076, 114, 144, 309, 88},
-                                           Expected{"mbf21", 21, true, 144, 1076, 114, 144, 309, 88},
+                                           Expected{"mbf203", 21, true, 144, 1076, 114, 144, 309, 88},
+                                           Expected{"mbf21", 21, true, 250, 4000, 700, 245, 309, 116},
                                            Expected{"dehextra19", 19, true, 250, 4000, 700, 245, 309, 88},
                                            Expected{"dehextra21", 21, true, 250, 4000, 700, 245, 309, 88}),
                          [](const auto& info) { return std::string(info.param.configuration); });
@@ -135,7 +136,16 @@ TEST_P(EveryEngine, ReadsBackAsTheTablesTellIt) {
         EXPECT_EQ(read.actions[i].value, told.actions[i].value);
         EXPECT_EQ(read.actions[i].mnemonic, told.actions[i].mnemonic);
         EXPECT_EQ(read.actions[i].description, told.actions[i].description);
+        EXPECT_EQ(read.actions[i].arguments, told.actions[i].arguments);
     }
+    for (std::size_t set = 0; set < bitSetCount; ++set) {
+        EXPECT_EQ(read.laterBits[set].names, told.laterBits[set].names);
+        EXPECT_EQ(read.laterBits[set].tooltips, told.laterBits[set].tooltips);
+    }
+    EXPECT_EQ(read.droppedItems, told.droppedItems);
+    EXPECT_EQ(read.sharedProjectileGroup, told.sharedProjectileGroup);
+    EXPECT_EQ(read.dialect.engineFields, source->fields);
+    EXPECT_EQ(read.dialect.EngineRules(), source->engineRulesOnly);
     PatchSet defaults = facts.defaults;
     if (read.dialect.IsExtended()) { // the texts of the extended engines stand in the configuration
         ASSERT_EQ(read.strings.size(), told.strings.size());
@@ -146,6 +156,36 @@ TEST_P(EveryEngine, ReadsBackAsTheTablesTellIt) {
         defaults.strings = built_.set.strings;
     }
     EXPECT_TRUE(built_.set == defaults);
+}
+
+TEST(LaterFields, HaveTheValuesOfTheGame) {
+    const test::TemporaryFolder output;
+    ASSERT_TRUE(BuildEngines(dataFolder, output.Path()));
+    const auto [engine, set] = Load(output.Path(), "mbf21");
+    EXPECT_EQ(set.things[10].droppedItem, 74); // from the base
+    EXPECT_EQ(set.things[21].bits21, 303208);
+    EXPECT_EQ(set.things[31].fastSpeed, 20 * 65536);
+    EXPECT_EQ(std::tuple(set.things[11].fastSpeed, set.things[11].meleeRange), std::tuple(-1, 64 * 65536));
+    EXPECT_EQ(std::tuple(set.states[489].bits21, set.states[490].bits21), std::tuple(1, 0));
+    EXPECT_EQ(std::tuple(set.weapons[7].bits21, set.weapons[7].given), std::tuple(41, 0U));
+    EXPECT_EQ(engine.sharedProjectileGroup, (std::vector{15, 17}));
+    EXPECT_EQ(engine.BitNames(BitSet::Things21).at(17), "RIP");
+    EXPECT_EQ(engine.BitTooltips(BitSet::Weapons21).at(1), "Silent: Firing it does not wake monsters.");
+    using Argument = EngineConfiguration::Argument;
+    const Argument dice{"Args5",
+                        "damagedice",
+                        Argument::Kind::Unsigned,
+                        3,
+                        "division by 0: the engine crashes when the action runs",
+                        "Highest random factor"};
+    EXPECT_EQ(engine.ActionOf(*engine.CodePointerOf("WeaponBulletAttack"))->arguments.at(4), dice);
+    EXPECT_EQ(engine.ActionOf(*engine.CodePointerOf("Turn"))->arguments.at(0).kind, Argument::Kind::Degrees);
+    EXPECT_TRUE(engine.ActionOf(*engine.CodePointerOf("WeaponAlert"))->arguments.empty());
+    EXPECT_EQ(engine.ActionOf(-1), nullptr);
+    const auto [dehextra, dehextraSet] = Load(output.Path(), "dehextra19");
+    EXPECT_EQ(dehextraSet.things[10].droppedItem, 74);
+    EXPECT_EQ(dehextra.dialect.fields, FieldLevel::Doom); // by the kept rules
+    EXPECT_EQ(dehextra.dialect.AsEngines().fields, FieldLevel::Dehextra);
 }
 
 /// A copy of the fact tables that a test spoils.
@@ -188,6 +228,16 @@ TEST(UnsoundTable, IsRefusedBeforeAnythingIsWritten) {
         {"ultimate/texts.tsv", "\t33\tother\n", "\t32\tother\n", ":2: column \"length\": the text has 33 characters"},
         {"boom/strings.tsv", "c:\\\\doomdata", "c:\\\\new",
          ":3: column \"text\": would come back changed from a patch"},
+        {"mbf21/fields.tsv", "Fast speed", "Fast sped",
+         ":7: column \"field\": is no field that has no column of its own"},
+        {"mbf21/fields.tsv", "state\t477", "state\t4000", ":15: column \"index\": 4000 is not within 0 to 3999"},
+        {"dehextra/fields.tsv", "\t78", "\t251", ":3: column \"value\": 251 is not within 0 to 250"},
+        {"mbf/arguments.tsv", "Turn\t", "Tern\t", ":6: column \"action\": no routine is called \"Tern\""},
+        {"mbf21/arguments.tsv", "\tangle\tangle\t", "\tangle\tangel\t",
+         ":3: column \"kind\": \"angel\" is none of those that there are"},
+        {"mbf21/arguments.tsv", "Args8", "Args9", ":9: column \"field\": is no field of a state"},
+        {"engines.tsv", "dehextra mbf", "dehextra ../mbf",
+         ":10: column \"bases\": \"../mbf\" is not made of letters, digits and underscores"},
         {"engines.tsv", "\tboom\t", "\t../boom\t",
          ":4: column \"folder\": \"../boom\" is not made of letters, digits and underscores"},
     };
