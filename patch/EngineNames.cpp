@@ -98,8 +98,8 @@ std::optional<std::string> EngineEscape(std::string_view text, std::string_view 
 }
 
 std::int32_t MusicIndex(std::string_view name) {
-    const auto* found = std::ranges::find_if(
-        musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
+    const auto* found =
+        std::ranges::find_if(musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
     return found == musicNames.end() ? 0 : static_cast<std::int32_t>(found - musicNames.begin()) + 1;
 }
 
