@@ -1,5 +1,6 @@
 #include "patch/Cells.h"
 
+#include "core/Text.h"
 #include "patch/NewRecords.h"
 
 namespace plinket3 {
@@ -87,6 +88,37 @@ template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Vi
     });
 }
 
+/// Whether `cell` is the name of a sprite or sound.
+bool IsLumpName(const Cell& cell) {
+    return cell.field == lumpNameField && (cell.kind == RecordKind::Sprite || cell.kind == RecordKind::Sound);
+}
+
+void NameLumps(PatchSet& set, const Cell& cell, std::string_view name) {
+    VisitRecord(set, cell, [name](auto& record) {
+        if constexpr (hasLumpName<std::remove_reference_t<decltype(record)>>)
+            PutLumpName(record.name, name);
+    });
+}
+
+bool MayBeMade(const PatchSet& set, const Cell& cell) {
+    bool may = false;
+    VisitKind(cell.kind, [&](const auto& list) {
+        // Patches count things from 1.
+        may = CanBeMade(cell.kind) && list.In(set).IsBeyond(cell.index) &&
+              (cell.kind != RecordKind::Thing || cell.index < INT32_MAX);
+    });
+    return may;
+}
+
+void MakeOrRemove(PatchSet& set, const Cell& cell, bool exists) {
+    VisitKind(cell.kind, [&]<class List>(const List& list) {
+        if (exists)
+            list.In(set).Add(cell.index, NewRecord<RecordOf<List>>(cell.index));
+        else
+            list.In(set).Remove(cell.index);
+    });
+}
+
 template <class Record> Limits LimitsOf(const NumberedList<Record>& records) {
     return {records.Lowest(), records.Highest()};
 }
@@ -124,14 +156,26 @@ RowFacts FactsOf(RecordKind kind, int field) {
 }
 
 bool HasCell(const PatchSet& set, const Cell& cell) {
+    if (cell.field == existsField)
+        return MayBeMade(set, cell);
     if (!HasRecord(set, cell.kind, cell.index))
         return false;
+    if (IsLumpName(cell))
+        return true;
     if (cell.field == noteField)
         return HasNotes(cell);
     return cell.field < 0 ? cell.field == OtherField(cell.kind) : cell.field < RowCount(cell.kind);
 }
 
 CellValue ReadCell(const PatchSet& set, const Cell& cell) {
+    if (cell.field == existsField)
+        return HasRecord(set, cell.kind, cell.index) ? 1 : 0;
+    if (cell.kind == RecordKind::Sound && IsLumpName(cell))
+        return set.SoundName(cell.index);
+    if (IsLumpName(cell)) {
+        const std::string_view name = set.SpriteName(cell.index);
+        return std::string(Trim(name.substr(0, name.find('\0'))));
+    }
     if (cell.field == noteField) {
         const auto note = set.notes.find({cell.kind, cell.index});
         return note == set.notes.end() ? std::string() : note->second;
@@ -151,6 +195,10 @@ CellValue ReadCell(const PatchSet& set, const Cell& cell) {
 }
 
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
+    if (cell.field == existsField)
+        return MakeOrRemove(set, cell, std::get<std::int32_t>(value) != 0);
+    if (IsLumpName(cell))
+        return NameLumps(set, cell, std::get<std::string>(value));
     if (cell.field == noteField) {
         if (std::get<std::string>(value).empty())
             set.notes.erase({cell.kind, cell.index});

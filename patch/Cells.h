@@ -24,6 +24,7 @@ inline constexpr int textField = -3;        // strings (with their length) and c
 inline constexpr int listField = -4;        // the par list as a whole
 inline constexpr int noteField = -5;        // what comments say of a thing, state, sound, weapon or kind of ammunition
 inline constexpr int existsField = -6;      // 1 for a record that there is, 0 for one that a patch may make
+inline constexpr int lumpNameField = -7;    // sprites and sounds, where an engine's patches name them by number
 
 /// What the comments at a patch's head say of it as a whole.
 inline constexpr Cell patchNotes{RecordKind::Par, 0, noteField};
@@ -56,14 +57,17 @@ std::size_t RecordCount(const PatchSet& set, RecordKind kind);
 bool HasRecord(const PatchSet& set, RecordKind kind, std::int32_t number);
 std::vector<std::int32_t> RecordNumbers(const PatchSet& set, RecordKind kind);
 
+/// `existsField` is a cell of every record that a patch may make, whether or not there is one.
 bool HasCell(const PatchSet& set, const Cell& cell);
 /// A value is of the cell's own type, or `Unset`, which changes nothing in a field that may not be so. Of a record that
-/// `set` does not have, the values are those of a new one, and nothing is written. A note has lines parted by \n and no
-/// comment signs; there is none where its text is empty.
+/// `set` does not have, the values are those of a new one, and nothing but `existsField` is written; that makes a
+/// record, or removes one that a patch made. A note has lines parted by \n and no comment signs; there is none where
+/// its text is empty.
 CellValue ReadCell(const PatchSet& set, const Cell& cell);
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
 
-/// Every cell of a record but its note: all rows of its table and its name, text or code pointer.
+/// Every cell of a record but its note, whether it exists, and the name of a sprite or sound: all rows of its table and
+/// its name, text or code pointer.
 std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> DerivedFrom(const Cell& cell);

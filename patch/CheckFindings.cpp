@@ -60,25 +60,46 @@ void CheckFindings::Escapes(std::size_t begin, std::size_t end) {
 }
 
 void CheckFindings::Reference(std::size_t offset, FieldUnit unit, std::int32_t value) {
-    const auto beyond = [&](std::string_view what, std::size_t count) {
-        if (value < 0 || static_cast<std::size_t>(value) >= count)
-            Add(offset, "names a " + std::string(what) + " that does not exist; the last one is " +
-                            std::to_string(static_cast<std::int64_t>(count) - 1));
+    const Later reference{offset, unit, value};
+    if (engine_.dialect.unlimited)
+        later_.push_back(reference);
+    else
+        ReferenceIn(defaults_, reference);
+}
+
+void CheckFindings::FinishReferences(const PatchSet& set) {
+    for (const Later& reference : later_)
+        ReferenceIn(set, reference);
+    later_.clear();
+}
+
+void CheckFindings::ReferenceIn(const PatchSet& set, const Later& reference) {
+    const auto [offset, unit, value] = reference;
+    const auto missing = [&, value = value](std::string_view what, const auto& records) {
+        if (!records.Has(value))
+            Add(reference.offset,
+                "names a " + std::string(what) + " that does not exist" +
+                    (engine_.dialect.unlimited
+                         ? std::string()
+                         : "; the last one is " + std::to_string(static_cast<std::int64_t>(records.size()) - 1)));
     };
     switch (unit) {
     case FieldUnit::State:
-        return beyond("frame", defaults_.states.size());
+        return missing("frame", set.states);
     case FieldUnit::Sound:
-        return beyond("sound", defaults_.sounds.size());
+        return missing("sound", set.sounds);
     case FieldUnit::Sprite:
-        return beyond("sprite", defaults_.sprites.size());
-    case FieldUnit::Thing: // 0 is none
-        if (value < 0 || static_cast<std::size_t>(value) > defaults_.things.size())
+        return missing("sprite", set.sprites);
+    case FieldUnit::Thing: // counted from 1, 0 is none
+        if (value != 0 && set.things.Find(value - 1) == nullptr)
             Add(offset,
                 "names a thing that does not exist; the last one is " + std::to_string(defaults_.things.size()));
         return;
     case FieldUnit::AmmoType:
-        return beyond("kind of ammunition", lastAmmoType + 1);
+        if (value < 0 || value > lastAmmoType)
+            Add(offset,
+                "names a kind of ammunition that does not exist; the last one is " + std::to_string(lastAmmoType));
+        return;
     case FieldUnit::SpriteFrame:
         if ((value & ~litBit) < 0 || (value & ~litBit) > lastFrame)
             Add(offset, "names a sprite's frame beyond the last possible one, " + std::to_string(lastFrame));

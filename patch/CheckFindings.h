@@ -26,8 +26,10 @@ public:
 protected:
     /// The line begins the sentence that `reason` ends.
     void Add(std::size_t offset, std::string_view reason);
-    /// Tells of a number that names what the engine does not have.
+    /// Tells of a number that names what the engine does not have. Where it knows no limits, that shows only when the
+    /// whole patch is known, by `FinishReferences`.
     void Reference(std::size_t offset, FieldUnit unit, std::int32_t value);
+    void FinishReferences(const PatchSet& set);
     /// Tells of escapes in the string whose lines stand from `begin` to `end` that game engines do not undo.
     void Escapes(std::size_t begin, std::size_t end);
     /// The line that begins at `offset`.
@@ -44,7 +46,15 @@ private:
         std::size_t offset = 0;
         std::string text;
     };
+    struct Later {
+        std::size_t offset = 0;
+        FieldUnit unit = FieldUnit::Number;
+        std::int32_t value = 0;
+    };
+    void ReferenceIn(const PatchSet& set, const Later& reference);
+
     std::vector<Place> places_;
+    std::vector<Later> later_;
 };
 
 } // namespace plinket3::modPatchCheck

@@ -45,9 +45,9 @@ struct Replacement {
 
 /// The order in which sections stand in a patch.
 int OrderOf(Section section) {
-    constexpr std::array order{Section::Thing,   Section::Frame,  Section::Sound,  Section::Pointer,
-                               Section::CodePtr, Section::Weapon, Section::Ammo,   Section::Cheat,
-                               Section::Misc,    Section::Pars,   Section::Strings};
+    constexpr std::array order{Section::Thing,   Section::Frame,   Section::Sound, Section::Pointer, Section::CodePtr,
+                               Section::Weapon,  Section::Ammo,    Section::Cheat, Section::Misc,    Section::Pars,
+                               Section::Strings, Section::Sprites, Section::Sounds};
     return static_cast<int>(std::find(order.begin(), order.end(), section) - order.begin());
 }
 
@@ -61,7 +61,9 @@ Section SectionOf(const Cell& cell, const Dialect& dialect) {
             return dialect.namedCodePointers ? Section::CodePtr : Section::Pointer;
         return Section::Frame;
     case RecordKind::Sound:
-        return Section::Sound;
+        return cell.field == lumpNameField ? Section::Sounds : Section::Sound;
+    case RecordKind::Sprite:
+        return Section::Sprites;
     case RecordKind::Weapon:
         return Section::Weapon;
     case RecordKind::Ammo:
@@ -89,13 +91,16 @@ public:
 
     Status Run(BytePieces& merged) {
         FindChanges();
-        if (changes_.empty() && current_.pars == said_.pars && current_.notes == said_.notes) {
+        if (changes_.empty() && made_.empty() && gone_.empty() && current_.pars == said_.pars &&
+            current_.notes == said_.notes) {
             merged.Borrow(document_.Bytes());
             return {};
         }
         FindLines();
         for (const Changed& change : changes_)
             Apply(change);
+        for (const Cell& cell : made_)
+            MakeHeader(cell);
         MergePars();
         MergePatchNotes();
         const std::vector<Cell> notes = ChangedNotes();
@@ -108,6 +113,7 @@ public:
                     Add(place, text);
         for (const Cell& cell : notes) // behind a new section that comes before the one that they stand above
             MergeNote(cell);
+        RemoveGone();
         if (!keepsPlaces_)
             RemoveEmptySections();
         if (status_)
@@ -117,11 +123,13 @@ public:
 
     /// Whether what `Run` has made reads back, as far as that can be told without reading everything.
     bool ReadsBack(const BytePieces& merged) const {
-        const auto isName = [](const Changed& change) { return change.cell.field == nameField; };
+        const auto isName = [](const Changed& change) {
+            return change.cell.field == nameField || change.cell.field == lumpNameField;
+        };
         if (replacements_.empty())
             return true;
-        if (removedHeader_ || current_.pars != said_.pars || current_.notes != said_.notes ||
-            std::ranges::any_of(changes_, isName))
+        if (removedHeader_ || !made_.empty() || !gone_.empty() || current_.pars != said_.pars ||
+            current_.notes != said_.notes || std::ranges::any_of(changes_, isName))
             return false;
         MergedPart part{replacements_.front().offset, 0, merged, {}};
         for (const Replacement& each : replacements_)
@@ -136,9 +144,16 @@ private:
 
     void FindChanges() {
         VisitKinds([this](const auto& kind) {
-            for (const auto& [number, record] : kind.In(current_))
-                if (record != *RecordOrNew(kind.In(said_), number))
+            const auto &now = kind.In(current_), &then = kind.In(said_);
+            for (const auto& [number, record] : now) {
+                if (record != *RecordOrNew(then, number))
                     FindCells(kind.kind, number);
+                if (!then.Has(number))
+                    made_.push_back({kind.kind, number, existsField});
+            }
+            for (const auto& [number, record] : then)
+                if (!now.Has(number))
+                    gone_.insert({kind.kind, number});
         });
         if (current_.misc != said_.misc)
             FindCells(RecordKind::Misc, 0);
@@ -148,6 +163,10 @@ private:
         for (const Cell& cell : CellsOf(kind, index))
             if ((cell.field < 0 || IsInPatch(cell)) && ReadCell(current_, cell) != ReadCell(said_, cell))
                 changes_.push_back({cell, {}});
+        const Cell name{kind, index, lumpNameField};
+        if (dialect_.unlimited && (kind == RecordKind::Sprite || kind == RecordKind::Sound) &&
+            ReadCell(current_, name) != ReadCell(said_, name))
+            changes_.push_back({name, {}});
     }
 
     bool IsInPatch(const Cell& cell) const {
@@ -189,6 +208,8 @@ private:
         if (cell.field == nameField)
             return Rename(cell, std::get<std::string>(value));
         if (value == ReadCell(defaults_, cell)) {
+            if (IsMade(cell.kind, cell.index)) // by the line that goes
+                MakeHeader(cell);
             for (const std::size_t line : change.lines) {
                 if (keepsPlaces_ && lines_[line].what == LineKind::Text) {
                     ReplaceTextEntry(line, cell);
@@ -231,7 +252,7 @@ private:
         std::size_t begin = text.find('=') + 1;
         begin = std::min(text.find_first_not_of(" \t", begin), text.size());
         std::string_view old = text.substr(begin);
-        if (cell.kind != RecordKind::Cheat)
+        if (cell.kind != RecordKind::Cheat && cell.field != lumpNameField)
             old = old.substr(0, old.find(dialect_.comment));
         const bool names = cell.field >= 0 && FactsOf(cell.kind, cell.field).unit == FieldUnit::Flags &&
                            EngineInt32(old) == 0 && Trim(old) != "0";
@@ -250,6 +271,8 @@ private:
                      "cannot be written so that it reads back: it begins or ends with blanks or has several lines");
             return text;
         }
+        if (cell.field == lumpNameField)
+            return LumpName(cell);
         const CellValue stored = ReadCell(current_, cell);
         if (std::holds_alternative<Unset>(stored)) {
             Fail(cell, "cannot be unset: the engine has a number there");
@@ -267,6 +290,15 @@ private:
         const std::string text = modPatchText::FormatBits(value, true, known);
         const bool tight = old.find('+') != std::string_view::npos && old.find(' ') == std::string_view::npos;
         return tight ? ReplaceAll(text, " + ", "+") : text;
+    }
+
+    std::string LumpName(const Cell& cell) {
+        std::string name = std::get<std::string>(ReadCell(current_, cell));
+        const bool sprite = cell.kind == RecordKind::Sprite;
+        if (name.empty() || (sprite && name.size() != SpriteRecord{}.name.size()) ||
+            std::ranges::any_of(name, [](char each) { return each <= ' '; }))
+            Fail(cell, sprite ? "must have four letters" : "must have one to six letters");
+        return name;
     }
 
     /// By name in [CODEPTR], where `old` is a name or there is no such line yet; by a state that has it in a Pointer
@@ -347,7 +379,7 @@ private:
     /// Where new lines go: behind those of a section that there is, or into a new one of this record.
     struct Place {
         Section section = Section::None;
-        std::int32_t record = -1;                            // for a section of one record, and for a text
+        std::int32_t record = noRecord;                      // for a section of one record, and for a text
         std::size_t existing = static_cast<std::size_t>(-1); // among the sections
         bool operator<(const Place& other) const {
             return std::tuple(OrderOf(section), record) < std::tuple(OrderOf(other.section), other.record);
@@ -371,7 +403,7 @@ private:
             return place;
         for (std::size_t i = Sections().size(); i-- > 0 && place.existing > Sections().size();)
             if (Sections()[i].section == place.section &&
-                (place.record < 0 || lines_[Sections()[i].header].index == place.record))
+                (place.record == noRecord || lines_[Sections()[i].header].index == place.record))
                 place.existing = i;
         return place;
     }
@@ -391,6 +423,10 @@ private:
                    ValueText(cell, false) + end;
         case Section::Pointer:
             return "Codep Frame = " + ValueText(cell, false) + end;
+        case Section::Sprites:
+            return LumpNameKey(defaults_.sprites, cell.index) + " = " + ValueText(cell, false) + end;
+        case Section::Sounds:
+            return LumpNameKey(defaults_.sounds, cell.index) + " = " + ValueText(cell, false) + end;
         default:
             return std::string(FactsOf(cell.kind, cell.field).label) + " = " + ValueText(cell, dialect_.namedBits) +
                    end;
@@ -416,6 +452,10 @@ private:
             return std::string(dialect_.strings) + end;
         case Section::Pars:
             return std::string(dialect_.pars) + end;
+        case Section::Sprites:
+            return std::string(spriteNames) + end;
+        case Section::Sounds:
+            return std::string(soundNames) + end;
         default:
             break;
         }
@@ -428,7 +468,8 @@ private:
             header += std::string(rule.word) + " " + std::to_string(place.record + rule.firstWritten);
             if constexpr (isNamed<RecordOf<decltype(kind)>>) {
                 const std::string& name = kind.In(current_)[place.record].name;
-                if (NamesStandInBrackets() || name != RecordOrNew(kind.In(defaults_), place.record)->name)
+                const bool named = !name.empty() || !IsMade(kind.kind, place.record);
+                if ((named && NamesStandInBrackets()) || name != RecordOrNew(kind.In(defaults_), place.record)->name)
                     header += " (" + name + ")";
             }
         });
@@ -507,6 +548,47 @@ private:
         while (line > first && lines_[line - 1].what == LineKind::Blank)
             --line;
         return line;
+    }
+
+    // Records that the patch makes
+
+    bool IsMade(RecordKind kind, std::int32_t number) const {
+        return !HasRecord(defaults_, kind, number) && HasRecord(current_, kind, number);
+    }
+
+    /// Sees to a header, which makes the record; a sprite has none.
+    void MakeHeader(const Cell& cell) {
+        if (cell.kind == RecordKind::Sprite)
+            LumpName({cell.kind, cell.index, lumpNameField});
+        else if (SectionFor(cell.kind, cell.index) == nullptr)
+            additions_[PlaceOf({cell.kind, cell.index, existsField})];
+    }
+
+    /// Takes out the sections of records that are gone, and the lines that speak of them elsewhere.
+    void RemoveGone() {
+        std::set<std::size_t> lines;
+        const auto isGone = [this](std::size_t line) {
+            return gone_.contains({lines_[line].kind, lines_[line].index}) && lines_[line].index != noRecord;
+        };
+        for (const SectionRange& section : Sections()) {
+            if (gone_.empty() || !isGone(section.header))
+                continue;
+            goneSections_.insert(section.header);
+            std::size_t line = section.header;
+            for (const std::size_t end = EndOfLines(section); line < end; ++line)
+                lines.insert(line);
+            if (line < section.end && lines_[line].what == LineKind::Blank && !insertedAt_.contains(line))
+                lines.insert(line);
+        }
+        for (std::size_t line = 0; !gone_.empty() && line < lines_.size(); ++line)
+            if (lines_[line].what == LineKind::Value && isGone(line))
+                lines.insert(line);
+        for (const std::size_t line : lines) {
+            Remove(line);
+            // What stands behind it is not to be read in the section before.
+            if (keepsPlaces_ && goneSections_.contains(line))
+                replacements_.back().text = std::string(dialect_.misc) + " 0" + std::string(end_);
+        }
     }
 
     // Notes
@@ -656,11 +738,15 @@ private:
     }
 
     void RemoveIfEmpty(const SectionRange& section) {
+        if (goneSections_.contains(section.header) ||
+            (IsOfOneRecord(section.section) && section.section != Section::Pointer &&
+             IsMade(lines_[section.header].kind, lines_[section.header].index)))
+            return;
         if (section.section == Section::Text || std::ranges::find(kept_, section.header) != kept_.end())
             return;
         // A name of its own is a reason to stay.
         const DocumentLine& header = lines_[section.header];
-        if (header.index >= 0 && section.section != Section::Pointer &&
+        if (header.index != noRecord && section.section != Section::Pointer &&
             (header.kind == RecordKind::Thing || header.kind == RecordKind::Weapon ||
              header.kind == RecordKind::Ammo)) {
             const Cell name{header.kind, header.index, nameField};
@@ -709,6 +795,9 @@ private:
     const bool keepsPlaces_; // of sections and texts that say nothing any more
 
     std::vector<Changed> changes_;
+    std::vector<Cell> made_;                             // of existence
+    std::set<std::pair<RecordKind, std::int32_t>> gone_; // records
+    std::set<std::size_t> goneSections_;                 // by their headers
     mutable std::optional<std::vector<SectionRange>> sections_;
     std::map<Place, std::string> additions_;
     std::vector<Replacement> replacements_;

@@ -62,6 +62,37 @@ void Edits::RestoreRecords(RecordKind kind, const std::vector<std::int32_t>& rec
     Restore(cells, "restore " + RecordsName(kind, records, many));
 }
 
+void Edits::MakeRecord(RecordKind kind, std::int32_t number) {
+    if (const Cell cell{kind, number, existsField}; Exists(cell))
+        Push({{cell, 1}}, "new " + MadeName(kind, number), false, true);
+}
+
+std::int32_t Edits::FreeNumber(RecordKind kind) const {
+    std::int32_t number = noRecord;
+    VisitKind(kind, [&](const auto& list) { number = list.In(patch_.current).FirstFree(); });
+    return Exists({kind, number, existsField}) ? number : noRecord;
+}
+
+void Edits::RemoveRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) {
+    std::vector<Assignment> assignments;
+    std::vector<std::int32_t> made;
+    for (const std::int32_t record : records) {
+        if (!IsMade(kind, record))
+            continue;
+        made.push_back(record);
+        std::vector<Cell> cells = CellsOf(kind, record);
+        if (kind == RecordKind::Sprite || kind == RecordKind::Sound)
+            cells.push_back({kind, record, lumpNameField});
+        cells.push_back({kind, record, noteField});
+        cells.push_back({kind, record, existsField}); // at last, since nothing else can be stored without a record
+        for (const Cell& cell : cells)
+            if (Exists(cell) && !IsDefault(cell))
+                assignments.push_back({cell, DefaultValue(cell)});
+    }
+    if (!made.empty())
+        Push(std::move(assignments), "remove " + RecordsName(kind, made, many), false, true);
+}
+
 void Edits::Push(std::vector<Assignment> assignments, std::string name, bool typing, bool marks) {
     Step step{std::move(name), {}, marks};
     bool anything = false;
@@ -89,10 +120,14 @@ void Edits::Move(const std::vector<Change>& changes, bool forward) {
     ++revision_;
     std::vector<Cell> cells;
     cells.reserve(changes.size());
-    for (const Change& change : changes) {
-        WriteCell(patch_.current, change.cell, forward ? change.after : change.before);
+    for (const Change& change : changes)
         cells.push_back(change.cell);
-    }
+    if (forward)
+        for (const Change& change : changes)
+            WriteCell(patch_.current, change.cell, change.after);
+    else
+        for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+            WriteCell(patch_.current, change->cell, change->before);
     Tell(cells);
 }
 

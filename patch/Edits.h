@@ -50,6 +50,17 @@ public:
     void RestoreCell(const Cell& cell) { Restore({cell}, "restore " + NameOf(cell)); }
     /// The same for every cell of these records, as a step named by `RecordsName`.
     void RestoreRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many);
+    /// Makes a record, where the engine knows no limits, as a step named after it ("new frame 4000"). Nothing happens
+    /// when there is one of that number or the engine's own table has it; a sprite can be saved when it has a name.
+    void MakeRecord(RecordKind kind, std::int32_t number);
+    /// The lowest number for a new record; `noRecord` when there is none.
+    std::int32_t FreeNumber(RecordKind kind) const;
+    /// Whether the record is one that the patch made.
+    bool IsMade(RecordKind kind, std::int32_t number) const {
+        return Exists({kind, number, existsField}) && HasRecord(patch_.current, kind, number);
+    }
+    /// Removes those of these records that the patch made, with all that they hold, as a step named by `RecordsName`.
+    void RemoveRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many);
     /// Ends a run of typing: the next step stands for itself.
     void EndTyping() { steps_.EndTyping(); }
 

@@ -128,7 +128,7 @@ void EngineChecker::UnknownField(std::size_t offset, std::string_view reason) {
     const auto [key, value] = EnginePair(LineFrom(offset));
     const std::int32_t number = EngineInt32(value);
     if (section_ == Kind::Frame && IsArgument(key)) {
-        if (number != 0 && state_ >= 0)
+        if (number != 0 && state_ != noRecord)
             arguments_.try_emplace(state_, offset);
         return Add(offset, std::string(reason) + "; MBF21 engines know it");
     }
@@ -146,7 +146,7 @@ void EngineChecker::UnknownField(std::size_t offset, std::string_view reason) {
 void EngineChecker::Section(std::size_t offset, std::string_view word) {
     section_ = words_.Named(word)->section;
     header_ = offset;
-    state_ = -1;
+    state_ = noRecord;
     const std::string_view line = LineFrom(offset);
     if (section_ == Kind::Frame && line.find('=') < line.find('('))
         Add(offset, "is taken for the header of a frame: [CODEPTR] has ended before it");
@@ -177,7 +177,7 @@ void EngineChecker::CheckNumberOf(std::size_t offset, std::string_view line, Kin
 }
 
 void EngineChecker::Selected(std::size_t, RecordKind kind, std::int32_t index) {
-    state_ = kind == RecordKind::State ? index : -1;
+    state_ = kind == RecordKind::State ? index : noRecord;
 }
 
 // Values
@@ -194,8 +194,9 @@ void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_vie
     }
     const std::string_view line = LineFrom(offset);
     const std::size_t equals = line.find('=');
-    if (section_ != Kind::CodePtr && section_ != Kind::Text && equals != std::string_view::npos && equals > 0 &&
-        line[equals - 1] != ' ' && line[equals - 1] != '\t')
+    const bool lumpName = cell.field == lumpNameField;
+    if (section_ != Kind::CodePtr && section_ != Kind::Text && !lumpName && equals != std::string_view::npos &&
+        equals > 0 && line[equals - 1] != ' ' && line[equals - 1] != '\t')
         Add(offset, "has no blank before \"=\": dsda-doom and woof 10 lose its last letter and so the line, the newest "
                     "woof reads it");
     if (!IsBracketed(section_) && line.starts_with(' ')) {
@@ -288,6 +289,7 @@ void EngineChecker::String(std::size_t offset, std::string_view) {
 }
 
 void EngineChecker::Finish(const PatchSet& set) {
+    FinishReferences(set);
     for (std::size_t i = 0; i < pars_.size() && i < set.pars.size(); ++i) {
         const ParRecord& par = set.pars[i];
         const bool exists = par.episode == 0 ? par.map >= 1 && par.map <= 32

@@ -57,7 +57,7 @@ private:
     plinket3::Section section_ = plinket3::Section::None;
     std::size_t header_ = static_cast<std::size_t>(-1);
     bool endsSection_ = false;                              // the line before, which begins with a blank
-    std::int32_t state_ = -1;                               // whose section it is
+    std::int32_t state_ = noRecord;                         // whose section it is
     std::size_t continuedTo_ = 0;                           // where the last text over several lines ends
     std::unordered_map<Cell, std::size_t, CellHash> setBy_; // the last line that set each value
     std::vector<std::size_t> pars_;                         // the line of each

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "core/Text.h"
+#include "patch/EngineNames.h"
 #include "patch/PatchSet.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <string>
 
 namespace plinket3 {
 
@@ -27,5 +31,14 @@ private:
     const Record* found_;
     Record new_;
 };
+
+/// What [SPRITES] and [SOUNDS] know a sprite or sound by: the name that it has by default, or else its number.
+template <class Record> std::string LumpNameKey(const NumberedList<Record>& defaults, std::int32_t number) {
+    std::string name;
+    if (const Record* record = defaults.Find(number))
+        name.assign(record->name.begin(), std::ranges::find(record->name, '\0'));
+    const bool found = !name.empty() && IndexByName(defaults, Trim(name)) == number;
+    return found ? std::string(Trim(name)) : std::to_string(number);
+}
 
 } // namespace plinket3

@@ -26,8 +26,8 @@ enum class LineKind : std::uint8_t {
 /// A line, with those that it goes on in: of a text over several lines there is one. It ends where the next one begins.
 struct DocumentLine {
     std::uint32_t offset = 0;
-    std::int32_t index = -1; // of the record that a header selects or a value belongs to
-    std::int16_t field = 0;  // of the cell; for a header its `Section`
+    std::int32_t index = noRecord; // of the record that a header selects or a value belongs to
+    std::int16_t field = 0;        // of the cell; for a header its `Section`
     RecordKind kind = RecordKind::Par;
     LineKind what = LineKind::Other;
 };

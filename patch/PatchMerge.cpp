@@ -17,17 +17,26 @@ namespace {
 using Level = std::pair<std::int32_t, std::int32_t>;
 using ParTimes = std::map<Level, std::int32_t>;
 
-/// Calls visit(cell) for every cell of a patch that has another value in the second set.
+/// Calls visit(cell) for every cell of a patch that has another value in the second set, but for the names of sprites
+/// and sounds; first of all of a record for its existence.
 template <class Visit> void ForEachOtherCell(const PatchSet& before, const PatchSet& after, Visit visit) {
+    const auto visitCell = [&](const Cell& cell) {
+        if (ReadCell(before, cell) != ReadCell(after, cell))
+            visit(cell);
+    };
     const auto visitRecord = [&](RecordKind kind, std::int32_t index) {
+        visitCell({kind, index, existsField});
         for (const Cell& cell : CellsOf(kind, index))
-            if ((cell.field < 0 || FactsOf(kind, cell.field).inPatch) &&
-                ReadCell(before, cell) != ReadCell(after, cell))
-                visit(cell);
+            if (cell.field < 0 || FactsOf(kind, cell.field).inPatch)
+                visitCell(cell);
     };
     VisitKinds([&](const auto& kind) {
-        for (const auto& [number, record] : kind.In(before))
-            if (const auto* other = kind.In(after).Find(number); other != nullptr && *other != record)
+        const auto &records = kind.In(before), &others = kind.In(after);
+        for (const auto& [number, record] : records)
+            if (const auto* other = others.Find(number); other == nullptr || *other != record)
+                visitRecord(kind.kind, number);
+        for (const auto& [number, record] : others)
+            if (!records.Has(number))
                 visitRecord(kind.kind, number);
     });
     visitRecord(RecordKind::Misc, 0);
@@ -38,6 +47,29 @@ template <class Visit> void ForEachOtherCell(const PatchSet& before, const Patch
     for (const auto& [kind, index] : noted)
         if (const Cell cell{kind, index, noteField}; ReadCell(before, cell) != ReadCell(after, cell))
             visit(cell);
+}
+
+/// The names of sprites and sounds that lines of two patches give, each once.
+std::vector<Cell> LumpNames(const PatchDocument& one, const PatchDocument& other) {
+    std::set<Notes::key_type> named;
+    for (const PatchDocument* document : {&one, &other})
+        for (const DocumentLine& line : document->Lines())
+            if (line.what == LineKind::Value && line.field == lumpNameField)
+                named.insert({line.kind, line.index});
+    std::vector<Cell> cells;
+    for (const auto& [kind, index] : named)
+        cells.push_back({kind, index, lumpNameField});
+    return cells;
+}
+
+/// Whether a record has the same values in two sets.
+bool IsSame(const PatchSet& left, const PatchSet& right, RecordKind kind, std::int32_t index) {
+    std::vector<Cell> cells = CellsOf(kind, index);
+    for (const int field : {existsField, noteField})
+        cells.push_back({kind, index, field});
+    if (kind == RecordKind::Sprite || kind == RecordKind::Sound)
+        cells.push_back({kind, index, lumpNameField});
+    return std::ranges::all_of(cells, [&](const Cell& cell) { return ReadCell(left, cell) == ReadCell(right, cell); });
 }
 
 /// An engine takes the last entry of a level.
@@ -77,7 +109,9 @@ struct Changes {
     std::vector<Cell> cells;
     std::map<Level, std::optional<std::int32_t>> times;
 
-    void Apply(const PatchSet& theirs, PatchSet& ours) const {
+    void Apply(const PatchSet& theirs, PatchSet& ours) {
+        // Only what exists can be given values.
+        std::ranges::stable_partition(cells, [](const Cell& cell) { return cell.field == existsField; });
         for (const Cell& cell : cells)
             WriteCell(ours, cell, ReadCell(theirs, cell));
         DeriveMisc(ours.misc);
@@ -119,11 +153,22 @@ void MergePatch(const PatchDocument& theirs, const PatchSet& defaults, PatchSet&
 PatchSet MergeChanges(const PatchDocument& theirs, const PatchDocument& original, PatchSet& ours) {
     const PatchSet &said = theirs.Said(), &old = original.Said();
     Changes changes, conflicts;
-    ForEachOtherCell(old, said, [&](const Cell& cell) {
-        const CellValue value = ReadCell(ours, cell);
-        const bool conflict = value != ReadCell(old, cell) && value != ReadCell(said, cell);
+    std::set<Notes::key_type> staying; // that are gone in `theirs`, but were changed here
+    const auto sort = [&](const Cell& cell) {
+        const CellValue value = ReadCell(ours, cell), now = ReadCell(said, cell);
+        bool conflict = value != ReadCell(old, cell) && value != now;
+        if (cell.field == existsField && now == CellValue(0) && !IsSame(old, ours, cell.kind, cell.index)) {
+            staying.insert({cell.kind, cell.index});
+            conflict = true;
+        } else if (staying.contains({cell.kind, cell.index})) {
+            return;
+        }
         (conflict ? conflicts : changes).cells.push_back(cell);
-    });
+    };
+    ForEachOtherCell(old, said, sort);
+    for (const Cell& name : LumpNames(original, theirs))
+        if (ReadCell(old, name) != ReadCell(said, name))
+            sort(name);
     const ParTimes times = TimesIn(said), oldTimes = TimesIn(old), ourTimes = TimesIn(ours);
     ParTimes levels = times;
     levels.insert(oldTimes.begin(), oldTimes.end());

@@ -47,7 +47,7 @@ bool IsFirstLine(std::string_view line) {
 }
 
 bool HasNoteAbove(const DocumentLine& line) {
-    return line.what == LineKind::Header && line.index >= 0 &&
+    return line.what == LineKind::Header && line.index != noRecord &&
            KindOf(static_cast<Section>(line.field)) != RecordKind::Par;
 }
 

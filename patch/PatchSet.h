@@ -20,6 +20,9 @@ namespace plinket3 {
 
 enum class RecordKind : std::uint8_t { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
 
+/// A number that no record has.
+inline constexpr std::int32_t noRecord = -1;
+
 /// What notes say, by the record they belong to; that of the patch as a whole stands under the par list.
 using Notes = std::map<std::pair<RecordKind, std::int32_t>, std::string>;
 
@@ -88,6 +91,17 @@ template <class Record> inline constexpr bool isNamed = false;
 template <> inline constexpr bool isNamed<ThingRecord> = true;
 template <> inline constexpr bool isNamed<WeaponRecord> = true;
 template <> inline constexpr bool isNamed<AmmoRecord> = true;
+
+/// Sprites and sounds have the names of their lumps, in fields of few characters.
+template <class Record> inline constexpr bool hasLumpName = false;
+template <> inline constexpr bool hasLumpName<SoundRecord> = true;
+template <> inline constexpr bool hasLumpName<SpriteRecord> = true;
+
+/// Puts a lump's name into its field, as far as that has room.
+template <std::size_t size> void PutLumpName(std::array<char, size>& field, std::string_view name) {
+    field.fill('\0');
+    std::copy_n(name.begin(), std::min(name.size(), size), field.begin());
+}
 
 /// Whether two sets have equally many records of each kind.
 inline bool HaveSameCounts(const PatchSet& left, const PatchSet& right) {

@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
+#include "patch/NewRecords.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -14,6 +15,7 @@ namespace plinket3 {
 namespace {
 
 constexpr std::string_view blanks = " \t";
+constexpr std::size_t stateKind = 1; // of the list kinds
 
 void TrimRight(std::string& text) { text.erase(text.find_last_not_of(" \t\r\n\v\f") + 1); }
 
@@ -86,18 +88,21 @@ void PatchStore::Select(std::string_view line, std::string_view word) {
         number = line;
         TakeWord(number);
     }
-    index_ = -1;
+    index_ = noRecord;
     if (section_ == Section::Pointer) {
         if (engine)
             SelectEnginePointer(number);
         else
-            SelectNumber(number, dialect_.pointers.firstRead, engine_.codePointerStates.size());
+            SelectNumber(number, dialect_.pointers.firstRead, [this](std::int32_t pointer) {
+                return pointer >= 0 && std::cmp_less(pointer, engine_.codePointerStates.size());
+            });
     }
     VisitKind(KindOf(section_), [&](const auto& kind) {
         if (kind.section == nullptr)
             return;
         auto& records = kind.In(set_);
-        SelectNumber(number, (dialect_.*kind.section).firstRead, records.size());
+        SelectNumber(number, (dialect_.*kind.section).firstRead,
+                     [&](std::int32_t index) { return FindOrMake(kind, index) != nullptr; });
         if constexpr (isNamed<RecordOf<decltype(kind)>>)
             if (auto* record = records.Find(index_)) {
                 if (engine && line.find('(') != std::string_view::npos)
@@ -106,23 +111,34 @@ void PatchStore::Select(std::string_view line, std::string_view word) {
                     record->name = words[2];
             }
     });
-    if (observer_ != nullptr && index_ >= 0)
+    if (observer_ != nullptr && index_ != noRecord)
         observer_->Selected(offset_, section_ == Section::Pointer ? RecordKind::State : KindOf(section_), index_);
 }
 
-void PatchStore::SelectNumber(std::string_view number, std::int32_t first, std::size_t count) {
+/// The record of a kind that has this number, which where an engine knows no limits the patch makes so; null for one
+/// that there is not.
+template <class Kind> auto* PatchStore::FindOrMake(const Kind& kind, std::int32_t number) {
+    auto& records = kind.In(set_);
+    auto* record = records.Find(number);
+    if (record == nullptr && dialect_.unlimited && CanBeMade(kind.kind) && records.IsBeyond(number))
+        record = &records.Add(number, NewRecord<RecordOf<Kind>>(number));
+    return record;
+}
+
+template <class Has> void PatchStore::SelectNumber(std::string_view number, std::int32_t first, Has has) {
     if (std::string_view rest = number; dialect_.EngineRules() && !SkipEngineNumber(rest))
         return Ignore("has no number, so its lines are ignored");
     const std::int64_t index = std::int64_t{PlainNumber(number)} - first;
-    index_ = index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
-    if (index_ < 0)
+    const bool exists = index >= INT32_MIN && index != noRecord && has(static_cast<std::int32_t>(index));
+    index_ = exists ? static_cast<std::int32_t>(index) : noRecord;
+    if (!exists)
         Ignore("has a number that the engine does not have, so its lines are ignored");
 }
 
 /// "Pointer n (Frame f)": f counts, and the word before it may be any.
 void PatchStore::SelectEnginePointer(std::string_view line) {
     std::string_view rest = line;
-    std::int32_t state = -1;
+    std::int32_t state = noRecord;
     if (!SkipEngineNumber(rest) || !(rest = SkipBlanks(rest)).starts_with('('))
         return Ignore("names no frame in brackets, so its lines are ignored");
     rest.remove_prefix(1);
@@ -222,7 +238,7 @@ std::int32_t PatchStore::EngineBits(BitSet set, std::string_view value) {
 bool PatchStore::StorePointer(std::string_view key, std::string_view value) {
     if (!EqualIgnoringCase(key, "Codep Frame"))
         return false;
-    if (index_ < 0)
+    if (index_ == noRecord)
         return true;
     const std::int32_t target =
         dialect_.EngineRules() ? index_ : engine_.codePointerStates[static_cast<std::size_t>(index_)];
@@ -246,7 +262,7 @@ bool PatchStore::StoreCodePointer(std::string_view key, std::string_view value) 
 }
 
 void PatchStore::StoreCodePointer(std::int32_t state, std::int32_t codePointer, std::string_view value) {
-    StateRecord* record = set_.states.Find(state);
+    StateRecord* record = FindOrMake(std::get<stateKind>(listKinds), state);
     if (record == nullptr) {
         Ignore("is ignored: it names a frame that the engine does not have");
         return;
@@ -379,21 +395,32 @@ void PatchStore::StoreEngineString(std::string_view line) {
 
 void PatchStore::StoreRename(std::string_view key, std::string_view value) {
     const std::string_view name = SkipBlanks(value);
-    const auto rename = [&](auto& records, const auto& defaults, RecordKind kind, std::size_t longest) {
-        const std::optional<std::int32_t> index = IndexByName(defaults, key);
-        const std::string_view taken = name.substr(0, std::min(name.find_first_of(blanks), longest));
-        if (!index || taken.empty() || records.Find(*index) == nullptr)
-            return Ignore("is ignored: the engine has nothing of that name");
-        auto& stored = records.Find(*index)->name;
-        stored.fill('\0');
-        std::copy(taken.begin(), taken.end(), stored.begin());
-        if (observer_ != nullptr)
-            observer_->Renamed(offset_, kind, key, taken);
-    };
-    if (section_ == Section::Sprites)
-        rename(set_.sprites, defaults_.sprites, RecordKind::Sprite, SpriteRecord{}.name.size());
-    else
-        rename(set_.sounds, defaults_.sounds, RecordKind::Sound, SoundRecord{}.name.size());
+    VisitKind(section_ == Section::Sprites ? RecordKind::Sprite : RecordKind::Sound, [&](const auto& kind) {
+        using Record = RecordOf<decltype(kind)>;
+        if constexpr (hasLumpName<Record>) {
+            const std::string_view taken = name.substr(0, std::min(name.find_first_of(blanks), Record{}.name.size()));
+            Record* record = taken.empty() ? nullptr : RecordToRename(kind, key);
+            if (record == nullptr)
+                return Ignore("is ignored: the engine has nothing of that name");
+            PutLumpName(record->name, taken);
+            if (observer_ != nullptr)
+                observer_->Renamed(offset_, kind.kind, key, taken);
+            if (dialect_.unlimited)
+                Stored({kind.kind, index_, lumpNameField}, taken);
+        }
+    });
+}
+
+/// By its default name, of which engines without limits compare only as much as a name has; for these also by its
+/// number. Null when there is none; else `index_` is its number.
+template <class Kind> auto* PatchStore::RecordToRename(const Kind& kind, std::string_view key) {
+    const std::size_t compared = dialect_.unlimited ? RecordOf<Kind>{}.name.size() : key.size();
+    const std::optional<std::int32_t> named = IndexByName(kind.In(defaults_), key.substr(0, compared));
+    index_ = named.value_or(noRecord);
+    const bool digits = !key.empty() && key.find_first_not_of("0123456789") == std::string_view::npos;
+    if (!named && dialect_.unlimited && digits && LeadingReal(key) <= INT32_MAX)
+        index_ = LeadingInt32(key);
+    return FindOrMake(kind, index_);
 }
 
 void PatchStore::StoreMusic(std::string_view key, std::string_view value) {
@@ -472,9 +499,7 @@ bool PatchStore::RenameByText(std::string_view oldText, std::string_view newText
         const std::optional<std::int32_t> index = IndexByName(defaults, oldText);
         if (!index || records.Find(*index) == nullptr)
             return false;
-        auto& stored = records.Find(*index)->name;
-        stored.fill('\0');
-        std::copy_n(newText.begin(), std::min(newText.size(), stored.size()), stored.begin());
+        PutLumpName(records.Find(*index)->name, newText);
         if (observer_ != nullptr)
             observer_->Renamed(offset_, kind, oldText, newText);
         return true;

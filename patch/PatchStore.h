@@ -64,7 +64,9 @@ public:
 
 private:
     std::int32_t Number(std::string_view text) const;
-    void SelectNumber(std::string_view number, std::int32_t first, std::size_t count);
+    template <class Has> void SelectNumber(std::string_view number, std::int32_t first, Has has);
+    template <class Kind> auto* FindOrMake(const Kind& kind, std::int32_t number);
+    template <class Kind> auto* RecordToRename(const Kind& kind, std::string_view key);
     void SelectEnginePointer(std::string_view line);
     std::string_view NameIn(std::string_view line) const;
     bool StoreRecordNumber(std::string_view key, std::string_view value);
@@ -100,7 +102,7 @@ private:
 
     std::size_t offset_ = 0;
     Section section_ = Section::None;
-    std::int32_t index_ = 0; // of the selected record; -1 for one that the engine does not have
+    std::int32_t index_ = 0; // of the selected record; `noRecord` for one that there is not
     std::unordered_map<std::string_view, std::int32_t> texts_;
     std::unordered_map<std::string, std::int32_t> keys_, actions_;
 };

@@ -1,9 +1,11 @@
 #include "core/Text.h"
 #include "core/Version.h"
 #include "patch/EngineNames.h"
+#include "patch/NewRecords.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchNotes.h"
 #include "patch/PointerTargets.h"
+#include "patch/SectionWords.h"
 #include "patch/modPatchFiles.h"
 #include "patch/modPatchText.h"
 
@@ -43,6 +45,10 @@ public:
             Block(dialect_.strings, "", [this] { Strings(); });
         else
             Texts();
+        if (dialect_.unlimited) {
+            Block(spriteNames, "", [this] { LumpNames(current_.sprites, defaults_.sprites); });
+            Block(soundNames, "", [this] { LumpNames(current_.sounds, defaults_.sounds); });
+        }
         return std::move(out_);
     }
 
@@ -140,10 +146,12 @@ private:
         const SectionRule& section = dialect_.*kind.section;
         bool any = false;
         for (const auto& [number, record] : kind.In(current_)) {
-            const Record& standard = kind.In(defaults_)[number];
+            const RecordOrNew own(kind.In(defaults_), number);
+            const Record& standard = *own;
+            const bool made = !kind.In(defaults_).Has(number);
             const std::size_t start = out_.size();
             const bool noted = Note({kind.kind, number, noteField});
-            if (record == standard && !noted)
+            if (record == standard && !noted && !made)
                 continue;
             Put(section.word);
             Put(" ");
@@ -151,14 +159,16 @@ private:
             bool renamed = false;
             if constexpr (isNamed<Record>) {
                 renamed = record.name != standard.name;
-                Put(" (");
-                Put(record.name);
-                Put(")");
+                if (renamed || !made) {
+                    Put(" (");
+                    Put(record.name);
+                    Put(")");
+                }
             }
             Line();
             const std::size_t headerEnd = out_.size();
             Fields(record, standard);
-            if (!renamed && !noted && out_.size() == headerEnd) { // only what no patch has differs
+            if (!renamed && !noted && !made && out_.size() == headerEnd) { // only what no patch has differs
                 out_.resize(start);
                 continue;
             }
@@ -187,7 +197,7 @@ private:
         Line(dialect_.codePointers);
         const std::size_t headerEnd = out_.size();
         for (const auto& [state, record] : current_.states) {
-            if (record.codePointer == defaults_.states[state].codePointer)
+            if (record.codePointer == RecordOrNew(defaults_.states, state)->codePointer)
                 continue;
             const std::string* mnemonic = engine_.MnemonicOf(record.codePointer);
             Line(dialect_.states.word, " ", state, " = ",
@@ -276,6 +286,15 @@ private:
             takesNextLine = Trim(escaped).ends_with('\\');
             Line(engine_.strings[i].mnemonic, " = ", std::string_view(escaped));
         }
+    }
+
+    template <class Record> void LumpNames(const NumberedList<Record>& current, const NumberedList<Record>& defaults) {
+        for (const auto& [number, record] : current)
+            if (record.name != RecordOrNew(defaults, number)->name) {
+                std::string name(record.name.begin(), record.name.end());
+                std::replace(name.begin(), name.end(), '\0', ' ');
+                Line(std::string_view(LumpNameKey(defaults, number)), " = ", Trim(std::string_view(name)));
+            }
     }
 
     void Texts() {

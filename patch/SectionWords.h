@@ -32,6 +32,8 @@ enum class Section {
     Unsupported
 };
 
+inline constexpr std::string_view spriteNames = "[SPRITES]", soundNames = "[SOUNDS]";
+
 /// The kind whose records a section selects by number; `Par` for the other sections.
 inline RecordKind KindOf(Section section) {
     switch (section) {
@@ -68,8 +70,8 @@ public:
                   {dialect.texts, Section::Text},
                   {dialect.unsupported[0], Section::Unsupported},
                   {dialect.unsupported[1], dialect.EngineRules() ? Section::Include : Section::Unsupported},
-                  {dialect.EngineRules() ? "[SPRITES]" : "", Section::Sprites},
-                  {dialect.EngineRules() ? "[SOUNDS]" : "", Section::Sounds},
+                  {dialect.EngineRules() ? spriteNames : "", Section::Sprites},
+                  {dialect.EngineRules() ? soundNames : "", Section::Sounds},
                   {dialect.EngineRules() ? "[MUSIC]" : "", Section::Music},
                   {dialect.EngineRules() ? "[HELPER]" : "", Section::Helper}}},
           index_(words_, [](const Entry& entry) { return entry.word; }) {}

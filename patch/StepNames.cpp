@@ -1,10 +1,38 @@
 #include "patch/StepNames.h"
 
 #include "core/Text.h"
+#include "patch/NewRecords.h"
 
 namespace plinket3 {
 
+std::string MadeName(RecordKind kind, std::int32_t index) {
+    std::string_view word;
+    std::int64_t number = index;
+    VisitKind(kind, [&word, &number](const auto& list) {
+        word = list.plural;
+        if (list.section != nullptr) {
+            word = (Dialect().*list.section).word;
+            number += (Dialect().AsEngines().*list.section).firstWritten;
+        }
+    });
+    if (kind == RecordKind::Sprite)
+        word = "sprite";
+    return ToLower(word) + " " + std::to_string(number);
+}
+
+namespace {
+
+bool IsNameless(const PatchSet& set, RecordKind kind, std::int32_t index) {
+    const Cell name{kind, index, kind == RecordKind::Thing ? nameField : lumpNameField};
+    return CanBeMade(kind) && kind != RecordKind::State && HasCell(set, {kind, index, existsField}) &&
+           std::get<std::string>(ReadCell(set, name)).empty();
+}
+
+} // namespace
+
 std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index) {
+    if (IsNameless(set, kind, index))
+        return MadeName(kind, index);
     switch (kind) {
     case RecordKind::State:
         return "frame " + std::to_string(index);
@@ -44,10 +72,10 @@ std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::
     std::string record = RecordsName(set, cell.kind, records, many);
     if (cell.field == textField || cell.field == listField)
         return record;
-    std::string label = cell.field == nameField          ? "name"
-                        : cell.field == codePointerField ? "action"
-                        : cell.field == noteField        ? "note"
-                                                         : std::string(FactsOf(cell.kind, cell.field).label);
+    std::string label = cell.field == nameField || cell.field == lumpNameField ? "name"
+                        : cell.field == codePointerField                       ? "action"
+                        : cell.field == noteField                              ? "note"
+                                                  : std::string(FactsOf(cell.kind, cell.field).label);
     const bool abbreviation = label.size() > 1 && ToLower(label[1]) != label[1];
     if (!label.empty() && !abbreviation)
         label[0] = ToLower(label[0]);

@@ -11,8 +11,11 @@ namespace plinket3 {
 
 // What steps that can be undone are named after.
 
-/// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record.
+/// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record. One that a patch made and that has no name
+/// goes by its number.
 std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index);
+/// The same by its number: "thing 4000" (as patches count), for one that has no name of its own.
+std::string MadeName(RecordKind kind, std::int32_t index);
 /// The same for several: "3 frames" when `many` is "frames".
 std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<std::int32_t>& records,
                         std::string_view many);

@@ -2,6 +2,7 @@
 
 #include "patch/Cells.h"
 #include "patch/EngineNames.h"
+#include "patch/NewRecords.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -30,6 +31,7 @@ public:
         Fields("Misc", before_.misc, after_.misc);
         Strings();
         Pars();
+        LumpNames();
         return std::move(lines_);
     }
 
@@ -85,23 +87,58 @@ private:
     template <class Record> void Records(const ListKind<Record>& kind) {
         const NumberedList<Record>&before = kind.In(before_), &after = kind.In(after_);
         const SectionRule& section = engine_.dialect.*kind.section;
-        for (const auto& [number, record] : before) {
+        for (const std::int32_t number : Together(before, after)) {
             const Cell note{kind.kind, number, noteField};
-            const Record& other = after[number];
-            if (record == other && !HasOtherNote(note))
+            const RecordOrNew record(before, number), other(after, number);
+            const bool alike = before.Has(number) == after.Has(number);
+            if (alike && *record == *other && !HasOtherNote(note))
                 continue;
             std::string name;
             if constexpr (isNamed<Record>)
-                name = record.name;
+                name = before.Has(number) ? record->name : other->name;
             else if constexpr (std::is_same_v<Record, SoundRecord>)
-                name = before_.SoundName(number);
+                name = (before.Has(number) ? before_ : after_).SoundName(number);
             const std::string heading = Heading(section, number, name);
+            if (!alike) // the heading tells the name
+                Line(heading, "", before.Has(number) ? "made" : "none", after.Has(number) ? "made" : "none");
             Note(heading, "Note", note);
             if constexpr (isNamed<Record>)
-                if (record.name != other.name)
-                    Line(heading, "Name", record.name, other.name);
-            Fields(heading, record, other);
+                if (alike && record->name != other->name)
+                    Line(heading, "Name", record->name, other->name);
+            Fields(heading, *record, *other);
         }
+    }
+
+    /// The numbers that at least one of two lists has, in order.
+    template <class Record>
+    static std::vector<std::int32_t> Together(const NumberedList<Record>& before, const NumberedList<Record>& after) {
+        std::vector<std::int32_t> numbers = before.Numbers();
+        const auto had = static_cast<std::ptrdiff_t>(numbers.size());
+        for (const auto& [number, record] : after)
+            if (!before.Has(number))
+                numbers.push_back(number);
+        std::inplace_merge(numbers.begin(), numbers.begin() + had, numbers.end(),
+                           [](std::int32_t left, std::int32_t right) {
+                               return static_cast<std::uint32_t>(left) < static_cast<std::uint32_t>(right);
+                           });
+        return numbers;
+    }
+
+    /// Of sprites and sounds, which engines without limits know by what patches call them.
+    void LumpNames() {
+        if (!engine_.dialect.unlimited)
+            return;
+        const auto tell = [this](RecordKind kind, std::string_view word, const std::vector<std::int32_t>& numbers) {
+            for (const std::int32_t number : numbers) {
+                const Cell cell{kind, number, lumpNameField};
+                const std::string before = std::get<std::string>(ReadCell(before_, cell)),
+                                  after = std::get<std::string>(ReadCell(after_, cell));
+                if (before != after)
+                    Line(std::string(word) + " " + std::to_string(number), "Name", Quoted(before), Quoted(after));
+            }
+        };
+        tell(RecordKind::Sprite, "Sprite", Together(before_.sprites, after_.sprites));
+        tell(RecordKind::Sound, engine_.dialect.sounds.word, Together(before_.sounds, after_.sounds));
     }
 
     std::string CodePointerText(std::int32_t codePointer) const {
@@ -110,10 +147,13 @@ private:
     }
 
     void CodePointers() {
-        for (const auto& [number, state] : before_.states)
-            if (state.codePointer != after_.states[number].codePointer)
-                Line(Heading(engine_.dialect.states, number, {}), "Code pointer", CodePointerText(state.codePointer),
-                     CodePointerText(after_.states[number].codePointer));
+        for (const std::int32_t number : Together(before_.states, after_.states)) {
+            const std::int32_t before = RecordOrNew(before_.states, number)->codePointer,
+                               after = RecordOrNew(after_.states, number)->codePointer;
+            if (before != after)
+                Line(Heading(engine_.dialect.states, number, {}), "Code pointer", CodePointerText(before),
+                     CodePointerText(after));
+        }
     }
 
     void Cheats() {

@@ -47,7 +47,8 @@ public:
     virtual void Ignored(std::size_t /*offset*/, std::string_view /*reason*/) {}
     /// A line that selects a record or begins a section; `word` as a patch writes it.
     virtual void Section(std::size_t /*offset*/, std::string_view /*word*/) {}
-    /// The record that a section selects: a state for Pointer sections. Not for one that the engine does not have.
+    /// The record that a section selects: a state for Pointer sections. Not for one that there is not and that the
+    /// patch may not make.
     virtual void Selected(std::size_t /*offset*/, RecordKind /*kind*/, std::int32_t /*index*/) {}
     /// A line has set a value; a line of [PARS] the entry of the list that is the cell's index. `value` is the part of
     /// the patch's bytes that says it, as far as one part does.

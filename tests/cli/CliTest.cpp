@@ -169,6 +169,59 @@ TEST_F(CliTest, AnEngineMayHaveEngineRulesOnly) {
     }
 }
 
+TEST_F(CliTest, RecordsOfAnyNumberCostNoMoreThanOthers) {
+    WriteData("config/own.cfg", ReadFile(buildFolder / "config" / "dehextra19.cfg") +
+                                    "dialect { rules = \"engine\"; numbers = \"unlimited\"; }");
+    WriteData("tables/dehextra.tbl", ReadFile(buildFolder / "tables" / "dehextra.tbl"));
+    const std::string patch =
+        "# far\nFrame 2147483646\nDuration = 5\nNext frame = 4001\n\nFrame 4001\n\n"
+        "Thing 2000000000 (Far)\nInitial frame = 2147483646\nDeath frame = 4002\n\n"
+        "Sound -5\nValue = 1\n\n[CODEPTR]\nFrame 2147483646 = Look\n\n"
+        "[SPRITES]\ntroop = IMPX\n2147483647 = NEWS\n2147483648 = NONE\n\n[SOUNDS]\n900 = newone\n";
+    Write("@a.bex", patch);
+    const nlohmann::json dump = nlohmann::json::parse(Run("dump --data @data -e own @a.bex").out);
+    EXPECT_EQ(dump["states"].size(), 4002U);
+    EXPECT_EQ(dump["states"].back()["index"], 2147483646);
+    EXPECT_EQ(dump["states"].back()["Mnemonic"], "Look");
+    EXPECT_EQ(dump["states"][4000]["Next frame"], 4001);
+    EXPECT_EQ(dump["things"].back()["index"], 1999999999);
+    EXPECT_EQ(dump["sounds"].back()["name"], "newone");
+    EXPECT_EQ(dump["sprites"].back()["index"], 2147483647);
+    EXPECT_EQ(dump["sprites"][0]["name"], "IMPX");
+    const std::string differences = "Thing 2000000000 (Far): none -> made\n"
+                                    "Thing 2000000000 (Far): Initial frame 0 -> 2147483646\n"
+                                    "Thing 2000000000 (Far): Death frame 0 -> 4002\n"
+                                    "Frame 4001: none -> made\n"
+                                    "Frame 2147483646: none -> made\n"
+                                    "Frame 2147483646: Note \"\" -> \"far\"\n"
+                                    "Frame 2147483646: Duration -1 -> 5\n"
+                                    "Frame 2147483646: Next frame 2147483646 -> 4001\n"
+                                    "Frame 2147483646: Code pointer NULL -> Look\n"
+                                    "Sound 900 (newone): none -> made\n"
+                                    "Sprite 0: Name \"TROO\" -> \"IMPX\"\n"
+                                    "Sprite 2147483647: Name \"\" -> \"NEWS\"\n"
+                                    "Sound 900: Name \"\" -> \"newone\"\n";
+    EXPECT_EQ(Run("diff --data @data -e own @a.bex").out, differences);
+    EXPECT_EQ(Run("states --data @data -e own --thing 1999999999 @a.bex").out, "0\n4001\n2147483646\n");
+    EXPECT_EQ(Run("states --data @data -e own --rules engine --thing 1999999998 @a.bex").error,
+              "plinket3-cli: there is no thing 1999999998, the last one is 1999999999\n");
+    const std::string unused = Run("states --data @data -e own --unused @a.bex").out;
+    EXPECT_EQ(unused.find("4001\n"), std::string::npos);
+    const std::string findings = Run("check --data @data -e own @a.bex").out;
+    EXPECT_NE(findings.find(":10: warning: \"Death frame = 4002\" names a frame that does not exist\n"),
+              std::string::npos)
+        << findings;
+    EXPECT_NE(findings.find(":12: warning: \"Sound -5\" has a number that the engine does not have"),
+              std::string::npos);
+    EXPECT_NE(findings.find("\"2147483648 = NONE\" is ignored"), std::string::npos) << findings;
+    EXPECT_EQ(findings.find("Next frame"), std::string::npos) << findings;
+    Run("convert --data @data -e own @a.bex @out.bex");
+    EXPECT_EQ(ReadFile(folder_ / "out.bex"), patch);
+    Run("convert --data @data -e own --fresh @a.bex @fresh.bex");
+    EXPECT_EQ(Run("diff --data @data -e own @a.bex @fresh.bex").exit, cli::done);
+    EXPECT_EQ(Run("diff --data @data -e own @fresh.bex").out, differences);
+}
+
 TEST_F(CliTest, IncludedPatchesCountForCheckAndDiff) {
     Write("@main.bex",
           "Thing 12\nHit points = 7\nMass = 7\n\ninclude sub\\INC.bex\nINCLUDE NOTEXT sub/text.bex\n\nThing 12\n"

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <random>
 
 namespace plinket3::test {
@@ -123,10 +124,60 @@ TEST_P(DocumentMerge, TouchesOnlyTheLinesOfWhatChanged) {
     EXPECT_EQ(merged.Bytes(), row.after);
 }
 
+TEST(PatchDocumentTest, WritesAndTakesOutTheSectionsOfMadeRecords) {
+    EngineConfiguration engine = AsEngines(true);
+    engine.dialect.unlimited = true;
+    const PatchSet defaults = SmallDefaults(engine);
+    const auto make = [](PatchSet& set, RecordKind kind, std::int32_t number, bool exists = true) {
+        WriteCell(set, {kind, number, existsField}, exists ? 1 : 0);
+    };
+    const std::string all =
+        "Thing 9 (A)\nMass = 1\n# its own\n\nFrame 3\nDuration = 2\n\n# gone\nFrame 70\nDuration = 5\n\n"
+        "[CODEPTR]\nFrame 3 = Fire\nFrame 70 = Fire\nFrame 71 = Last\n\n[SPRITES]\n77 = ABCD\nTROO = IMPX # x\n\n"
+        "[SOUNDS]\n9 = nine\n";
+    struct Row {
+        std::string before;
+        std::function<void(PatchSet&)> edit;
+        std::string after; // or, behind "!", why it fails
+    };
+    const Row rows[]{
+        {"Frame 3\nDuration = 2\n",
+         [&](PatchSet& set) { make(set, RecordKind::State, 70), make(set, RecordKind::Thing, INT32_MAX - 1); },
+         "Thing 2147483647\n\nFrame 3\nDuration = 2\n\nFrame 70\n"},
+        {all,
+         [&](PatchSet& set) {
+             make(set, RecordKind::State, 70, false), make(set, RecordKind::Thing, 8, false);
+             make(set, RecordKind::Sprite, 77, false), set.notes.clear();
+         },
+         "Frame 3\nDuration = 2\n\n[CODEPTR]\nFrame 3 = Fire\nFrame 71 = Last\n\n[SPRITES]\nTROO = IMPX # "
+         "x\n\n[SOUNDS]\n9 = nine\n"},
+        {"Frame 70\nDuration = 5\n", [](PatchSet& set) { set.states[70].duration = -1; }, "Frame 70\n"},
+        {"[CODEPTR]\nFrame 71 = Last\n", [](PatchSet& set) { set.states[71].codePointer = 0; }, "Frame 71\n\n"},
+        {"[SPRITES]\nTROO = IMPX # x\n",
+         [&](PatchSet& set) {
+             make(set, RecordKind::Sprite, 80);
+             WriteCell(set, {RecordKind::Sprite, 80, lumpNameField}, "NEWS");
+             WriteCell(set, {RecordKind::Sprite, 0, lumpNameField}, "TROX");
+             WriteCell(set, {RecordKind::Sound, 1, lumpNameField}, "bang");
+         },
+         "[SPRITES]\nTROO = TROX # x\n80 = NEWS\n\n[SOUNDS]\npistol = bang\n"},
+        {"Frame 3\n", [&](PatchSet& set) { make(set, RecordKind::Sprite, 80); },
+         "!the name of sprite 80 must have four letters"},
+    };
+    for (const Row& row : rows) {
+        PatchDocument document, merged;
+        PatchSet set;
+        ASSERT_TRUE(document.Read(row.before, engine, defaults, set).status);
+        row.edit(set);
+        const Status status = MergeIntoDocument(document, set, defaults, engine, merged);
+        EXPECT_EQ(status ? merged.Bytes() : "!" + status.Reason(), row.after);
+    }
+}
+
 /// Patches of random lines, all in the forms that one may meet, and random edits of them.
 class Dice {
 public:
-    explicit Dice(unsigned seed) : engine_(seed) {}
+    Dice(unsigned seed, bool unlimited) : engine_(seed), unlimited_(unlimited) {}
     std::size_t Below(std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(engine_); }
     template <std::size_t count> std::string Pick(const char* const (&choices)[count]) { return choices[Below(count)]; }
 
@@ -176,9 +227,13 @@ public:
                                              "",
                                              "",
                                              "Doom version = 19"};
+        static constexpr const char* unlimitedLines[]{
+            "Thing 9 (Made)", "Thing 2000000000", "Frame 70",        "Frame 2147483647", "Frame -3",
+            "Sound 9",        "[SPRITES]",        "[SOUNDS]",        "TROO = ABCD",      "77 = EFGH",
+            "9 = nine",       "pistol = bang",    "Frame 71 = Fire", "Next frame = 70",  ""};
         std::string patch;
         for (std::size_t count = Below(40); count-- > 0;)
-            patch += Pick(lines) + "\n";
+            patch += (unlimited_ && Below(3) == 0 ? Pick(unlimitedLines) : Pick(lines)) + "\n";
         if (Below(3) == 0 && !patch.empty())
             patch.pop_back();
         return Below(2) == 0 ? ReplaceAll(patch, "\n", "\r\n") : patch;
@@ -186,9 +241,11 @@ public:
 
     void Edit(PatchSet& set, const PatchSet& defaults) {
         const auto kind = static_cast<RecordKind>(Below(static_cast<std::size_t>(RecordKind::Par) + 1));
-        const std::size_t count = RecordCount(set, kind);
-        const std::vector<Cell> cells = CellsOf(kind, count == 0 ? 0 : static_cast<std::int32_t>(Below(count)));
-        if (count == 0 || cells.empty())
+        if (unlimited_ && Below(3) == 0)
+            return EditExistence(set, kind);
+        const std::vector<std::int32_t> numbers = RecordNumbers(set, kind);
+        const std::vector<Cell> cells = CellsOf(kind, numbers.empty() ? 0 : numbers[Below(numbers.size())]);
+        if (numbers.empty() || cells.empty())
             return;
         const Cell cell = cells[Below(cells.size())];
         if (Below(4) == 0)
@@ -217,7 +274,24 @@ public:
         DeriveMisc(set.misc);
     }
 
+    bool Removed() const { return removed_; }
+
 private:
+    /// Makes a record, removes one or gives one another name.
+    void EditExistence(PatchSet& set, RecordKind kind) {
+        const auto number = std::int32_t{std::array{6, 9, 70, 77, INT32_MAX - 1}[Below(5)]};
+        const Cell exists{kind, number, existsField}, name{kind, number, lumpNameField};
+        if (!HasCell(set, exists))
+            return;
+        const bool remove = HasRecord(set, kind, number) && Below(2) == 0;
+        WriteCell(set, exists, remove ? 0 : 1);
+        if (remove)
+            set.notes.erase({kind, number});
+        else if (kind == RecordKind::Sprite || (kind == RecordKind::Sound && Below(2) == 0))
+            WriteCell(set, name, Pick({"NEWS", "SPR2"}));
+        removed_ = removed_ || remove;
+    }
+
     void EditNote(PatchSet& set, const Cell& note) {
         if (!HasCell(set, note))
             return;
@@ -239,6 +313,7 @@ private:
     }
 
     std::mt19937 engine_;
+    bool unlimited_, removed_ = false; // a record with all lines of its sections
 };
 
 /// The lines that no edit may touch; comments may be, when notes are edited.
@@ -256,8 +331,9 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
     constexpr unsigned patches = 4000;
     unsigned refused = 0;
     for (unsigned seed = 0; seed < patches; ++seed) {
-        Dice dice(seed);
-        const EngineConfiguration engine = AsEngines(seed % 2 == 0);
+        EngineConfiguration engine = AsEngines(seed % 2 == 0);
+        engine.dialect.unlimited = seed % 4 == 0;
+        Dice dice(seed, engine.dialect.unlimited);
         const PatchSet defaults = SmallDefaults(engine);
         const std::string patch = dice.Patch();
         PatchDocument document, merged;
@@ -278,7 +354,9 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
             continue;
         }
         const bool sameNotes = set.notes == opened.notes;
-        ASSERT_EQ(OtherLinesOf(merged.Bytes(), sameNotes), OtherLinesOf(patch, sameNotes)) << "seed " << seed;
+        if (!dice.Removed()) {
+            ASSERT_EQ(OtherLinesOf(merged.Bytes(), sameNotes), OtherLinesOf(patch, sameNotes)) << "seed " << seed;
+        }
         ASSERT_EQ(bytes.Joined(), merged.Bytes()) << "seed " << seed;
         PatchDocument back;
         ASSERT_EQ(modPatchDiff::Differences(set, merged.Said(), engine), std::vector<std::string>());

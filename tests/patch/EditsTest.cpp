@@ -128,6 +128,41 @@ TEST_F(EditsTest, NotesAreValuesThatRestoringARecordLeavesAlone) {
     EXPECT_EQ(patch.current, patch.defaults);
 }
 
+TEST_F(EditsTest, MakesAndRemovesRecordsAsOneStep) {
+    edits.MakeRecord(RecordKind::State, 2147483646);
+    EXPECT_EQ(edits.UndoName(), "new frame 2147483646");
+    EXPECT_EQ(edits.FreeNumber(RecordKind::State), 6);
+    const StateRecord made = patch.current.states[2147483646];
+    EXPECT_EQ(made, (StateRecord{{138, 0, -1, 0, 2147483646, 0, 0}, 0}));
+    edits.Store({RecordKind::State, 2147483646, durationRow}, 9);
+    edits.Store({RecordKind::State, 2147483646, noteField}, "mine");
+    EXPECT_FALSE(edits.IsDefault({RecordKind::State, 2147483646, durationRow}));
+    const PatchSet before = patch.current;
+    edits.RemoveRecords(RecordKind::State, {1, 2147483646}, "frames");
+    EXPECT_EQ(edits.UndoName(), "remove frame 2147483646");
+    EXPECT_EQ(patch.current, patch.defaults) << "an engine's own state stays";
+    edits.Undo();
+    EXPECT_EQ(patch.current, before);
+    edits.RestoreRecords(RecordKind::State, {2147483646}, "frames");
+    EXPECT_EQ(patch.current.states[2147483646], made);
+    while (edits.CanUndo())
+        edits.Undo();
+    EXPECT_EQ(patch.current, patch.defaults);
+    edits.Redo();
+    EXPECT_TRUE(edits.IsMade(RecordKind::State, 2147483646));
+
+    edits.MakeRecord(RecordKind::Thing, 3);
+    EXPECT_EQ(edits.UndoName(), "new thing 4") << "patches count them from 1";
+    edits.Store({RecordKind::Thing, 3, hitPointsRow}, 1);
+    EXPECT_EQ(edits.UndoName(), "hit points of thing 4");
+    const PatchSet all = patch.current;
+    for (const auto& [kind, number] : {std::pair(RecordKind::State, 2), std::pair(RecordKind::State, -3),
+                                       std::pair(RecordKind::Thing, INT32_MAX), std::pair(RecordKind::Weapon, 7)})
+        edits.MakeRecord(kind, number);
+    EXPECT_EQ(patch.current, all);
+    EXPECT_EQ(edits.FreeNumber(RecordKind::Weapon), noRecord);
+}
+
 TEST_F(EditsTest, StoresAndRestoresWhatTheEngineDerives) {
     edits.Store({RecordKind::Misc, 0, RowOf(&MiscRecord::maxHealth)}, 150);
     EXPECT_EQ(patch.current.misc.secondMaxHealth, 150);
