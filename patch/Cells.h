@@ -53,6 +53,8 @@ RowFacts FactsOf(RecordKind kind, int field);
 std::size_t RecordCount(const PatchSet& set, RecordKind kind);
 
 bool HasCell(const PatchSet& set, const Cell& cell);
+/// Whether the engine may have no number there.
+inline bool MayBeUnset(const Cell& cell) { return cell.field >= 0 && FactsOf(cell.kind, cell.field).mayBeUnset; }
 /// Both only for cells that `set` has; a value is of the cell's own type, or `Unset`, which changes nothing in a field
 /// that may not be so. A note has lines parted by \n and no comment
 /// signs; there is none where its text is empty.

@@ -4,9 +4,9 @@ what dsda-doom and woof log when they read the same file. Then edits nothing and
 
 usage: engine_rules_agree.py CLI COUNT [SEED]
 
-Every second patch is one for MBF21. The engines log things, frames, code pointers, strings and par times; values of sounds, weapons, ammunition and of the
-miscellaneous section they do not, so those are left out. Exit status: 0 when all agree, 1 when not, 77 when no engine is
-installed.
+Every second patch is one for MBF21. The engines log things, frames, code pointers, strings and par times; values of
+sounds, weapons, ammunition and of the miscellaneous section they do not, so those are left out. Exit status: 0 when all
+agree, 1 when not, 77 when no engine is installed.
 """
 import csv
 import json
