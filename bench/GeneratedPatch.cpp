@@ -5,6 +5,7 @@
 #include "patch/modTables.h"
 #include "tools/EngineBuilder.h"
 
+#include <algorithm>
 #include <string>
 #include <system_error>
 
@@ -12,15 +13,23 @@ namespace plinket3::bench {
 
 namespace {
 
-// The lines of a section with its header and the empty line behind it.
-constexpr std::size_t linesOfThing = fieldTable<ThingRecord>.size() + 2;
-constexpr std::size_t linesOfState = fieldTable<StateRecord>.size() + 1; // the action stands in no patch
+/// Whether a patch for the engine made up here has the field.
+template <class Record> constexpr bool IsWritten(const Field<Record>& field) {
+    return field.inPatch && field.since == FieldLevel::Doom;
+}
+
+/// The lines of a section with its header and the empty line behind it.
+template <class Record> constexpr std::size_t LinesOf() {
+    const auto& fields = fieldTable<Record>;
+    return static_cast<std::size_t>(std::count_if(fields.begin(), fields.end(), IsWritten<Record>)) + 2;
+}
+constexpr std::size_t linesOfThing = LinesOf<ThingRecord>(), linesOfState = LinesOf<StateRecord>();
 
 template <class Record> Record RecordFor(std::size_t index) {
     Record record;
     std::int32_t value = static_cast<std::int32_t>(index % 30000) + 1000; // 4 or 5 digits
     for (const Field<Record>& field : fieldsOf<Record>)
-        if (field.inPatch)
+        if (IsWritten(field))
             record.*field.member = value++;
     return record;
 }

@@ -73,6 +73,7 @@ public:
         for (const auto& [key, value] : structure_->Entries()) {
             EngineReader inner(fileName_, *structure_);
             inner.Enter(key);
+            inner.name_ = name_ + "." + key;
             if (inner.result_)
                 visit(inner);
             if (result_)

@@ -59,6 +59,8 @@ std::vector<std::int32_t> RecordNumbers(const PatchSet& set, RecordKind kind);
 
 /// `existsField` is a cell of every record that a patch may make, whether or not there is one.
 bool HasCell(const PatchSet& set, const Cell& cell);
+/// Whether the engine may have no number there.
+inline bool MayBeUnset(const Cell& cell) { return cell.field >= 0 && FactsOf(cell.kind, cell.field).mayBeUnset; }
 /// A value is of the cell's own type, or `Unset`, which changes nothing in a field that may not be so. Of a record that
 /// `set` does not have, the values are those of a new one, and nothing but `existsField` is written; that makes a
 /// record, or removes one that a patch made. A note has lines parted by \n and no comment signs; there is none where

@@ -9,7 +9,10 @@ namespace plinket3 {
 void Edits::Store(const Cell& cell, CellValue value, bool typing) { StoreEach({{cell, std::move(value)}}, {}, typing); }
 
 void Edits::StoreEach(std::vector<Assignment> values, std::string_view many, bool typing) {
-    std::erase_if(values, [this](const Assignment& assignment) { return !Exists(assignment.cell); });
+    std::erase_if(values, [this](const Assignment& assignment) {
+        const bool unset = std::holds_alternative<Unset>(assignment.value);
+        return !Exists(assignment.cell) || (unset && !MayBeUnset(assignment.cell));
+    });
     if (values.empty())
         return;
     std::vector<Cell> cells;

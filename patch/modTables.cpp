@@ -188,6 +188,8 @@ template <class File, class Set> bool Content(File& file, Set& set, const Dialec
 // Behind all else, in the newer version: what records have in fields that came later, column by column, each under its
 // label, so that a reader can pass over those that it does not know.
 
+static_assert(static_cast<int>(RecordKind::State) == 1 && static_cast<int>(RecordKind::Weapon) == 5,
+              "stand in the files");
 constexpr std::size_t bytesOfLaterField = 9; // record, whether it is set, number
 
 using LaterValue = std::pair<std::int32_t, FieldValue>;

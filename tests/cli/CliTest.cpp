@@ -357,6 +357,38 @@ TEST_F(CliTest, FiltersStates) {
     EXPECT_FALSE(Run("states -e doom19 --unused").out.empty());
 }
 
+TEST_F(CliTest, DumpsLaterFieldsForTheEnginesThatHaveThem) {
+    Write("@a.deh", "Frame 5\nArgs1 = 0\n\nThing 2\nDropped item = 7\n");
+    const std::string dump = Run("dump -e mbf21 @a.deh").out;
+    const auto ordered = nlohmann::ordered_json::parse(dump);
+    const auto keysBehind = [&ordered](const char* list, std::size_t index, std::string_view key) {
+        std::vector<std::string> keys;
+        for (const auto& entry : ordered[list][index].items())
+            keys.push_back(entry.key());
+        return std::vector(std::ranges::find(keys, key), keys.end());
+    };
+    using Keys = std::vector<std::string>;
+    const Json mbf21 = Json::parse(dump);
+    EXPECT_EQ(keysBehind("things", 1, "Respawn frame"),
+              (Keys{"Respawn frame", "Dropped item", "Infighting group", "Projectile group", "Splash group",
+                    "MBF21 Bits", "Rip sound", "Fast speed", "Melee range"}));
+    EXPECT_EQ(keysBehind("states", 5, "Mnemonic"),
+              (Keys{"Mnemonic", "Args1", "Args2", "Args3", "Args4", "Args5", "Args6", "Args7", "Args8", "MBF21 Bits"}));
+    EXPECT_EQ(keysBehind("weapons", 1, "Firing frame"), (Keys{"Firing frame", "Ammo per shot", "MBF21 Bits"}));
+    EXPECT_EQ(mbf21["states"][5]["Args1"], 0);
+    EXPECT_TRUE(mbf21["states"][5]["Args2"].is_null() && mbf21["things"][15]["Projectile group"].is_null());
+    EXPECT_EQ(mbf21["things"][1]["Dropped item"], 7);
+    EXPECT_EQ(Dump("-e dehextra21 --rules engine @a.deh")["things"][1]["Dropped item"], 7);
+    EXPECT_FALSE(Dump("-e dehextra21 --rules kept")["things"][1].contains("Dropped item"));
+    EXPECT_FALSE(Dump("-e mbf203 --rules engine @a.deh")["states"][5].contains("Args1"));
+    for (const auto& [engine, version] : {std::pair("mbf21", '\x04'), {"dehextra21", '\x03'}}) {
+        ASSERT_EQ(Run(std::string("table -e ") + engine + " @new.tbl").exit, cli::done);
+        const std::string table = std::string(engine) == "mbf21" ? "mbf21.tbl" : "dehextra.tbl";
+        EXPECT_EQ(ReadFile(folder_ / "new.tbl"), ReadFile(buildFolder / "tables" / table));
+        EXPECT_EQ(ReadFile(folder_ / "new.tbl")[5], version);
+    }
+}
+
 TEST_F(CliTest, ReadsWads) {
     if (!std::filesystem::exists(freedoom2))
         GTEST_SKIP() << "the Debian package freedoom is not installed";
@@ -413,6 +445,11 @@ TEST_F(CliTest, AnswersAndRefusesAsTold) {
     Write("@s.deh", start + "Sound 5\n# louder\nValue = 100\n");
     Write("@u.deh",
           "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\nAmmo 0 (Bullets)\nPer ammo = 5\n");
+    const std::string modern = "Doom version = 21\n\n", misc = "Misc 0\nBFG Cells/Shot = 30\n\n",
+                      weapon = "Weapon 6\nAmmo per shot = 20\nMBF21 Bits = SILENT\n\n";
+    Write("@bfg.deh", modern + misc + weapon);
+    Write("@bfg2.deh", modern + weapon + misc);
+    Write("@drop.deh", modern + "Thing 2\nDropped item = 0\n");
     Write("@c.cfg", "a = 1; b { c = \"x\"; }");
     const std::string deep(100000, '{');
     Write("@empty", "");

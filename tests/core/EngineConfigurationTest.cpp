@@ -98,24 +98,33 @@ TEST_F(EngineConfigurationTest, LoadsWhatNoBuiltEngineHas) {
 TEST_F(EngineConfigurationTest, FailuresNameFileStructureAndKeyAndChangeNothing) {
     const struct {
         std::string what, by, reason;
-    } rows[]{{"table = \"doom19.tbl\";", "", "missing key \"engine.table\""},
-             {"flagnames {", "flags {", "missing structure \"flagnames\""},
-             {"flagnames { SPECIAL; SOLID = 7; }", "flagnames = 1;", "\"flagnames\" is not a structure"},
-             {"\"Doom 1.9\"", "5", "\"engine.name\" is not a text"},
-             {"exesize = 709905", "exesize = \"big\"", "\"engine.exesize\" is not a number"},
-             {"extended = 0;", "extended { }", "\"engine.extended\" is not a number"},
-             {"version = 19", "version = 32768", "\"engine.version\" is out of range"},
-             {"things = 137", "things = 2147483648", "\"itemcounts.things\" is out of range"},
-             {"things = 137", "things = -1", "\"itemcounts.things\" is negative"},
-             {"b = \"Fist\"", "b = 3", "\"weaponnames.b\" is not a text"},
-             {"7 = \"Looks\"", "7a = \"Looks\"", "\"actiondescriptions.7a\" is a key that is not a number"},
-             {"flagnames {", "offsets { things = 1; } flagnames {", "missing key \"offsets.datasegment\""},
-             {"flagnames {", "dialect { rules = \"engine\"; numbers = \"few\"; } flagnames {",
-              "\"dialect.numbers\" is none of those that there are: \"few\""},
-             {"flagnames {", "dialect { rules = \"other\"; } flagnames {",
-              "\"dialect.rules\" is none of those that there are: \"other\""},
-             {"flagnames {", "cheatlengths { a = \"x\"; } flagnames {", "\"cheatlengths.a\" is not a number"},
-             {"flagnames {", "thingnames { } flagnames {", "line 7: key \"thingnames\" occurs twice in one block"}};
+    } rows[]{
+        {"table = \"doom19.tbl\";", "", "missing key \"engine.table\""},
+        {"flagnames {", "flags {", "missing structure \"flagnames\""},
+        {"flagnames { SPECIAL; SOLID = 7; }", "flagnames = 1;", "\"flagnames\" is not a structure"},
+        {"\"Doom 1.9\"", "5", "\"engine.name\" is not a text"},
+        {"exesize = 709905", "exesize = \"big\"", "\"engine.exesize\" is not a number"},
+        {"extended = 0;", "extended { }", "\"engine.extended\" is not a number"},
+        {"version = 19", "version = 32768", "\"engine.version\" is out of range"},
+        {"things = 137", "things = 2147483648", "\"itemcounts.things\" is out of range"},
+        {"things = 137", "things = -1", "\"itemcounts.things\" is negative"},
+        {"b = \"Fist\"", "b = 3", "\"weaponnames.b\" is not a text"},
+        {"7 = \"Looks\"", "7a = \"Looks\"", "\"actiondescriptions.7a\" is a key that is not a number"},
+        {"flagnames {", "offsets { things = 1; } flagnames {", "missing key \"offsets.datasegment\""},
+        {"flagnames {", "dialect { rules = \"other\"; } flagnames {",
+         "\"dialect.rules\" is none of those that there are: \"other\""},
+        {"flagnames {", "dialect { rules = \"kept\"; fields = \"mbf22\"; } flagnames {",
+         "\"dialect.fields\" is none of those that there are: \"mbf22\""},
+        {"flagnames {", "actionarguments { 0 = 1; } flagnames {", "\"0\" is not a structure"},
+        {"flagnames {", "actionarguments { 0 { action = \"Look\"; } } flagnames {",
+         "missing key \"actionarguments.0.field\""},
+        {"flagnames {",
+         "actionarguments { 0 { action = \"Jump\"; field = \"Args1\"; name = \"x\"; kind = \"fixed\"; default = 0; "
+         "zero = \"\"; meaning = \"\"; } } flagnames {",
+         "\"actionarguments.0.action\" is no action: \"Jump\""},
+        {"flagnames {", "droppeditems { 1 = \"x\"; } flagnames {", "\"droppeditems.1\" is not a number"},
+        {"flagnames {", "cheatlengths { a = \"x\"; } flagnames {", "\"cheatlengths.a\" is not a number"},
+        {"flagnames {", "thingnames { } flagnames {", "line 7: key \"thingnames\" occurs twice in one block"}};
     engine_.name = "before";
     const std::string file = (folder_ / "doom19.cfg").string() + ": ";
     for (const auto& row : rows) {

@@ -7,11 +7,12 @@ usage: engine_rules_agree.py CLI EDITOR DATA COUNT [SEED]
 
 EDITOR is the program edit_patch, DATA the folder with config/ and tables/.
 
-The engines log things, frames, code pointers, strings and par times; values of sounds, weapons, ammunition and of the
-miscellaneous section they do not, so those are left out. Exit status: 0 when all agree, 1 when not, 77 when no engine is
-installed.
+Every second patch is one for MBF21. The engines log things, frames, code pointers, strings and par times; values of
+sounds, weapons, ammunition and of the miscellaneous section they do not, so those are left out. Exit status: 0 when all
+agree, 1 when not, 77 when no engine is installed.
 """
 import collections
+import csv
 import json
 import os
 import random
@@ -25,9 +26,11 @@ from read_every_field import COMPLAINT, DEMO, ENGINES, IWAD, SKIPPED, run
 
 REAL = "/usr/share/woof/autoload/chex.wad/"
 STATE_LOG = {"sprite": "Sprite number", "frame": "Sprite subnumber", "tics": "Duration", "nextstate": "Next frame",
-             "misc1": "Unknown 1", "misc2": "Unknown 2"}
+             "misc1": "Unknown 1", "misc2": "Unknown 2", **{f"args[{n}]": f"Args{n + 1}" for n in range(8)}}
 THING_KEYS = ["ID #", "Hit points", "Reaction time", "Pain chance", "Speed", "Width", "Height", "Mass",
               "Missile damage"]
+LATER_THING_KEYS = ["Dropped item", "Infighting group", "Projectile group", "Splash group", "MBF21 Bits", "Rip sound",
+                    "Fast speed", "Melee range"]
 SAFE_STATE_KEYS = ["Duration", "Unknown 1", "Unknown 2", "Sprite subnumber"]
 FLAGS = ["SPECIAL", "SOLID", "SHOOTABLE", "NOSECTOR", "NOBLOCKMAP", "AMBUSH", "JUSTHIT", "JUSTATTACKED",
          "SPAWNCEILING", "NOGRAVITY", "DROPOFF", "PICKUP", "NOCLIP", "SLIDE", "FLOAT", "TELEPORT", "MISSILE",
@@ -37,6 +40,7 @@ STRING_KEYS = ["HUSTR_1", "HUSTR_2", "GOTARMOR", "GOTMEGA", "E1TEXT", "C1TEXT", 
 
 class Maker:
     """Lines of a patch, each now and then in an odd form."""
+    engine = "boom21"
 
     def __init__(self, random):
         self.random, self.lines = random, []
@@ -143,6 +147,48 @@ class Maker:
         return text.replace("\n", self.pick("\n", "\r\n")).encode("latin-1")
 
 
+class Mbf21Maker(Maker):
+    """The same with fields and actions of MBF21, but without what makes the engines refuse to start: groups below 0 and
+    arguments beyond those of the action."""
+    engine = "mbf21"
+    actions, bits21 = {}, []
+
+    @classmethod
+    def read_facts(cls, folder):
+        def rows(name):
+            with open(os.path.join(folder, name), encoding="ascii") as file:
+                return list(csv.DictReader(file, delimiter="\t", quoting=csv.QUOTE_NONE))
+        for row in rows("arguments.tsv"):
+            cls.actions.setdefault(row["action"], []).append((row["field"], row["kind"]))
+        cls.bits21 = [row["mnemonic"] for row in rows("thing_bits.tsv")]
+
+    def small(self, highest):
+        value = self.random.randint(0, highest)
+        return self.pick(str(value), str(value), hex(value), "0" + oct(value)[2:], f"{value} # comment", f"+{value}")
+
+    def thing(self):
+        values = {"Dropped item": self.small(137), "Infighting group": self.small(9), "Splash group": self.small(9),
+                  "Projectile group": self.number(9), "Rip sound": self.small(108), "Fast speed": self.number(2**21),
+                  "Melee range": self.number(2**23)}
+        names = self.random.sample(self.bits21, self.random.randint(0, 4)) + (["NOBIT"] if self.odd() else [])
+        values["MBF21 Bits"] = self.pick("+", " | ", ",").join(names) if self.odd(0.5) else str(
+            self.random.randint(0, 2**19 - 1))
+        keys = self.random.sample(list(values), self.random.randint(1, 5))
+        pairs = [(key, values[key]) for key in keys]
+        self.section(f"Thing {self.random.randint(2, 250)}", pairs)
+
+    def frame(self):
+        free = self.random.randint(1100, 3999)
+        action = self.pick(*self.actions)
+        pairs = [(field, self.small(100) if kind in ("thing", "state", "sound") else self.number(2**20))
+                 for field, kind in self.actions[action] if self.odd(0.7)]
+        if not pairs:
+            pairs.append((f"Args{self.random.randint(1, 8)}", "0"))  # which no action minds
+        self.section(f"Frame {free}", pairs + [("Duration", "5")])
+        # At once, for the next frame may be the same one.
+        self.lines += ["[CODEPTR]", f"Frame {free} = {self.cased(action)}", ""]
+
+
 def read_by(engine, program, patch, folder):
     log = os.path.join(folder, "deh.log")
     if os.path.exists(log):
@@ -191,8 +237,8 @@ def values_in(engine, log):
             values["thing", thing, match[2].lower()] = signed(int(match[1], 0))
         elif match := re.match(r"Processing Frame at index (\d+)", line):
             state = int(match[1])
-        elif match := re.match(r" - (sprite|frame|tics|nextstate|misc1|misc2) = (-?\d+)", line):
-            values["state", state, STATE_LOG[match[1]]] = int(match[2])
+        elif match := re.match(r" - (sprite|frame|tics|nextstate|misc[12]|args\[\d\]) = (-?\d+)", line):
+            values["state", state, STATE_LOG[match[1]]] = signed(int(match[2]))
         elif match := re.match(r" - applied A_(\w+) from codeptr\[\d+\] to states\[(\d+)\]", line):
             values["state", int(match[2]), "Mnemonic"] = match[1].upper()
         elif match := re.match(r" - applied \(?NULL\)? from .* to states\[(\d+)\]", line):
@@ -224,16 +270,16 @@ def values_of(dump):
 def compared(key):
     kind, _, field = key
     if kind == "thing":
-        return field in [name.lower() for name in THING_KEYS]
+        return field in [name.lower() for name in THING_KEYS + LATER_THING_KEYS]
     if kind == "par" and not re.fullmatch(r"E[1-3]M[1-9]|MAP(0[1-9]|[12]\d|3[0-2])", key[1]):
         return False  # beyond the engines' tables: we keep it
-    return field in [*SAFE_STATE_KEYS, "text", "seconds"]
+    return field in [*SAFE_STATE_KEYS, "text", "seconds"] or field.startswith("Args")
 
 
 def disagreements(engine, logged, ours, standard):
     """What the engine set is what we set, and what it did not set is the engine's own."""
     for key, value in logged.items():
-        if key[2] == "bits" and engine == "dsda-doom":
+        if key[2] in ("bits", "mbf21 bits") and engine == "dsda-doom":
             continue  # named flags have bits of their own there
         if key in ours and ours[key] != value:
             yield f"{key}: {engine} has {value!r}, we have {ours[key]!r}"
@@ -252,7 +298,9 @@ def main():
         print("no engine is installed")
         return SKIPPED
     ours_of = lambda *arguments: subprocess.run([cli, *arguments], capture_output=True, check=True).stdout
-    standard = values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", "boom21")))
+    Mbf21Maker.read_facts(os.path.join(os.path.dirname(__file__), "../../data/engines/mbf21"))
+    standard = {maker: values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", maker.engine)))
+                for maker in (Maker, Mbf21Maker)}
     faults = compared_values = 0
     with tempfile.TemporaryDirectory() as folder:
         for name, content in (("demo.lmp", DEMO), ("extra.cfg", b"startup_delay 0\n")):
@@ -267,22 +315,23 @@ def main():
                 print(f"{name}:", *told, sep="\n  ")
 
         for seed in range(first, first + count):
-            bytes_ = Maker(random.Random(seed)).patch()
+            maker = (Maker, Mbf21Maker)[seed % 2]
+            bytes_ = maker(random.Random(seed)).patch()
             with open(patch, "wb") as file:
                 file.write(bytes_)
-            ours = values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", "boom21", patch)))
+            ours = values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", maker.engine, patch)))
             told = []
             for engine in programs.keys() - {"chocolate-doom"}: # it logs no values
                 if engine == "woof" and re.search(rb"= *\r?(\n|$)", bytes_):
                     continue  # takes a line with an empty value for none, dsda-doom for 0
                 logged = values_in(engine, read_by(engine, programs[engine], patch, folder)[0])
                 compared_values += sum(key in ours for key in logged)
-                told += disagreements(engine, logged, ours, standard)
-            ours_of("--rules", "engine", "convert", "-e", "boom21", patch, again)
+                told += disagreements(engine, logged, ours, standard[maker])
+            ours_of("--rules", "engine", "convert", "-e", maker.engine, patch, again)
             with open(again, "rb") as file:
                 if file.read() != bytes_:
                     told.append("saving it unchanged gave other bytes")
-            for configuration in ("boom21", "doom19"):
+            for configuration in ("boom21", "doom19") if maker is Maker else (maker.engine,):
                 told += new_complaints(programs, editor, data, configuration, patch, folder, seed)
             if told and not faults:
                 shutil.copy(patch, os.path.join(tempfile.gettempdir(), f"disagreement-{seed}.deh"))

@@ -26,11 +26,39 @@ struct MergeRow {
     std::string before;
     void (*edit)(PatchSet&);
     std::string after;
-    bool extended = true;
+    bool extended = true, mbf21 = false;
 };
 void PrintTo(const MergeRow& row, std::ostream* out) { *out << row.name; }
 
+void Write(PatchSet& set, RecordKind kind, std::int32_t index, int field, const CellValue& value) {
+    WriteCell(set, {kind, index, field}, value);
+}
+
 const MergeRow mergeRows[]{
+    {"AnUnsetArgumentLosesItsLine", "Frame 5\nArgs1 = 0\nArgs2 = 7\n",
+     [](PatchSet& set) { Write(set, RecordKind::State, 5, RowOf(&StateRecord::arg2), Unset()); },
+     "Frame 5\nArgs1 = 0\n", true, true},
+    {"ZeroIsNotUnset", "Frame 5\nArgs1 = 3 # x\n\nWeapon 1\nAmmo type = 2\n",
+     [](PatchSet& set) {
+         Write(set, RecordKind::State, 5, RowOf(&StateRecord::arg1), 0);
+         Write(set, RecordKind::State, 5, RowOf(&StateRecord::arg8), INT32_MIN);
+         Write(set, RecordKind::Weapon, 1, RowOf(&WeaponRecord::ammoPerShot), 0);
+     },
+     "Frame 5\nArgs1 = 0 # x\nArgs8 = -2147483648\n\nWeapon 1\nAmmo type = 2\nAmmo per shot = 0\n", true, true},
+    {"LaterBitsAreNamedAsFarAsTheyMayBe",
+     "Thing 1\nMBF21 Bits = rip\n\nThing 2\nMBF21 Bits = RIP\n\nThing 3\nMass = 1\n\nWeapon 1\nMBF21 Bits = SILENT\n",
+     [](PatchSet& set) {
+         set.things[0].bits21 = 3, set.things[1].bits21 = 5, set.things[2].bits21 = 1, set.weapons[1].bits21 = 3;
+     },
+     "Thing 1\nMBF21 Bits = LOGRAV + RIP\n\nThing 2\nMBF21 Bits = 5\n\nThing 3\nMass = 1\nMBF21 Bits = LOGRAV\n\n"
+     "Weapon 1\nMBF21 Bits = 3\n",
+     true, true},
+    {"FieldsThatTheEngineDoesNotHaveStay", "Frame 5\nArgs1 = 3\nDuration = 2\n",
+     [](PatchSet& set) {
+         Write(set, RecordKind::State, 5, RowOf(&StateRecord::arg1), 4);
+         set.states[5].duration = 3;
+     },
+     "Frame 5\nArgs1 = 3\nDuration = 3\n"},
     {"AValueInItsPlace", "Thing 2 (Zombie Man)\r\nHit points =  60  # tough\r\nMass = 5",
      [](PatchSet& set) { set.things[1].hitPoints = 7; },
      "Thing 2 (Zombie Man)\r\nHit points =  7  # tough\r\nMass = 5"},
@@ -110,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(Document, DocumentMerge, testing::ValuesIn(mergeRows),
 
 TEST_P(DocumentMerge, TouchesOnlyTheLinesOfWhatChanged) {
     const MergeRow& row = GetParam();
-    const EngineConfiguration engine = AsEngines(row.extended);
+    const EngineConfiguration engine = row.mbf21 ? SmallMbf21Engine() : AsEngines(row.extended);
     const PatchSet defaults = SmallDefaults(engine);
     PatchDocument document, merged;
     PatchSet set;
@@ -226,7 +254,12 @@ public:
                                              "",
                                              "",
                                              "",
-                                             "Doom version = 19"};
+                                             "Doom version = 19",
+                                             "Args1 = 0",
+                                             "Args2 = 5",
+                                             "MBF21 Bits = rip",
+                                             "Infighting group = 2",
+                                             "Ammo per shot = 3"};
         static constexpr const char* unlimitedLines[]{
             "Thing 9 (Made)", "Thing 2000000000", "Frame 70",        "Frame 2147483647", "Frame -3",
             "Sound 9",        "[SPRITES]",        "[SOUNDS]",        "TROO = ABCD",      "77 = EFGH",
@@ -239,7 +272,7 @@ public:
         return Below(2) == 0 ? ReplaceAll(patch, "\n", "\r\n") : patch;
     }
 
-    void Edit(PatchSet& set, const PatchSet& defaults) {
+    void Edit(PatchSet& set, const PatchSet& defaults, FieldLevel level) {
         const auto kind = static_cast<RecordKind>(Below(static_cast<std::size_t>(RecordKind::Par) + 1));
         if (unlimited_ && Below(3) == 0)
             return EditExistence(set, kind);
@@ -252,13 +285,16 @@ public:
             return EditNote(set, Below(3) == 0 ? patchNotes : Cell{kind, cell.index, noteField});
         // The last string of the small engine is there twice: a patch that quotes it means the first one.
         const bool quotedTwice = kind == RecordKind::String && cell.index == 3;
-        if (quotedTwice || (cell.field >= 0 && !FactsOf(kind, cell.field).inPatch))
+        const RowFacts facts = cell.field >= 0 ? FactsOf(kind, cell.field) : RowFacts();
+        if (quotedTwice || !facts.inPatch || facts.since > level)
             return;
         if (kind == RecordKind::Par) {
             if (!set.pars.empty() && Below(2) == 0)
                 set.pars.erase(set.pars.begin() + static_cast<std::ptrdiff_t>(Below(set.pars.size())));
             else
                 set.pars.push_back({static_cast<std::int32_t>(Below(4)), 1, static_cast<std::int32_t>(Below(99))});
+        } else if (facts.mayBeUnset && Below(3) == 0) {
+            WriteCell(set, cell, Unset());
         } else if (Below(3) == 0) {
             WriteCell(set, cell, ReadCell(defaults, cell));
         } else if (cell.field == nameField) {
@@ -331,7 +367,7 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
     constexpr unsigned patches = 4000;
     unsigned refused = 0;
     for (unsigned seed = 0; seed < patches; ++seed) {
-        EngineConfiguration engine = AsEngines(seed % 2 == 0);
+        EngineConfiguration engine = seed % 3 == 2 ? SmallMbf21Engine() : AsEngines(seed % 3 == 0);
         engine.dialect.unlimited = seed % 4 == 0;
         Dice dice(seed, engine.dialect.unlimited);
         const PatchSet defaults = SmallDefaults(engine);
@@ -345,7 +381,7 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
 
         const PatchSet opened = set;
         for (std::size_t edits = dice.Below(4) + 1; edits-- > 0;)
-            dice.Edit(set, defaults);
+            dice.Edit(set, defaults, engine.dialect.fields);
         const Status status = MergeIntoDocument(document, set, defaults, engine, merged);
         BytePieces bytes;
         ASSERT_EQ(static_cast<bool>(MergedBytes(document, set, defaults, engine, bytes)), static_cast<bool>(status));

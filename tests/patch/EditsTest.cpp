@@ -113,6 +113,29 @@ TEST_F(EditsTest, ChangedFlagFollowsTheSavedState) {
     EXPECT_TRUE(patch.changed);
 }
 
+TEST_F(EditsTest, UnsetIsAValueThatIsStoredUndoneAndRestored) {
+    constexpr Cell argument{RecordKind::State, 2, RowOf(&StateRecord::arg3)};
+    constexpr Cell group{RecordKind::Thing, 2, RowOf(&ThingRecord::infightingGroup)};
+    constexpr Cell dropped{RecordKind::Thing, 2, RowOf(&ThingRecord::droppedItem)};
+    EXPECT_EQ(edits.Value(argument), CellValue(Unset()));
+    edits.Store(argument, 0);
+    EXPECT_EQ(edits.Value(argument), CellValue(0));
+    edits.Store(argument, INT32_MIN);
+    edits.Store(argument, Unset());
+    EXPECT_TRUE(edits.IsDefault(argument));
+    edits.Undo();
+    EXPECT_EQ(edits.Value(argument), CellValue(INT32_MIN));
+    edits.Store(group, -5); // limited
+    EXPECT_EQ(edits.Value(group), CellValue(0));
+    edits.Store(dropped, 99);
+    EXPECT_EQ(edits.Value(dropped), CellValue(3));
+    edits.Store(dropped, Unset()); // may not be so
+    EXPECT_EQ(edits.Value(dropped), CellValue(3));
+    edits.RestoreRecords(RecordKind::Thing, {2}, "things");
+    edits.RestoreRecords(RecordKind::State, {2}, "frames");
+    EXPECT_EQ(patch.current, patch.defaults);
+}
+
 TEST_F(EditsTest, NotesAreValuesThatRestoringARecordLeavesAlone) {
     constexpr Cell note{RecordKind::Thing, 2, noteField};
     edits.Store(patchNotes, "by me");
