@@ -17,7 +17,7 @@ namespace {
 using Kind = plinket3::Section;
 
 constexpr std::size_t longestLine = 1022, longestText = 2047; // that engines read
-constexpr std::int32_t endlessNumber = 1 << 30, lastSafeSprite = 244;
+constexpr std::int32_t endlessNumber = 1 << 30;
 constexpr std::int32_t bfg = 6; // among the weapons
 constexpr int shootableBit = 2, noBlockmapBit = 4;
 constexpr std::string_view groupBelowZero = "is a group below 0, at which dsda-doom and woof refuse to start";
