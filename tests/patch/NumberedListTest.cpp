@@ -31,13 +31,6 @@ TEST(NumberedListTest, HoldsWhatAMapWouldHoldInTheOrderOfTheNumbers) {
                     model.erase(key);
                 break;
             case 1:
-                if (below(4) == 0) {
-                    list.RemoveBeyond();
-                    std::erase_if(model,
-                                  [dense](const auto& each) { return each.first >= dense && each.first >> 31 == 0; });
-                }
-                break;
-            case 2:
                 if (int* record = list.Find(number))
                     model[key] = *record = step;
                 break;
