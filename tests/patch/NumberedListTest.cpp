@@ -46,6 +46,7 @@ TEST(NumberedListTest, HoldsWhatAMapWouldHoldInTheOrderOfTheNumbers) {
                 ASSERT_EQ(list[each], record);
             }
             std::vector<std::int32_t> expected;
+            expected.reserve(model.size());
             for (const auto& each : model)
                 expected.push_back(static_cast<std::int32_t>(each.first));
             ASSERT_EQ(found, expected);
