@@ -243,6 +243,10 @@ std::vector<Cell> DerivedFrom(const Cell& cell) {
     return {};
 }
 
+bool MakesOrRemoves(const std::vector<Cell>& cells) {
+    return std::ranges::any_of(cells, [](const Cell& cell) { return cell.field == existsField; });
+}
+
 Limits LimitsOf(const PatchSet& set, RecordKind kind, int field) {
     if (field < 0 || field >= RowCount(kind))
         return {};

@@ -74,6 +74,9 @@ std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> DerivedFrom(const Cell& cell);
 
+/// Whether records come or go with these cells.
+bool MakesOrRemoves(const std::vector<Cell>& cells);
+
 /// What an editor lets into a numeric field: the row's limits, or the lowest and highest number of what it refers to in
 /// `set`.
 Limits LimitsOf(const PatchSet& set, RecordKind kind, int field);

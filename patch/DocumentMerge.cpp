@@ -577,7 +577,8 @@ private:
             std::size_t line = section.header;
             for (const std::size_t end = EndOfLines(section); line < end; ++line)
                 lines.insert(line);
-            if (line < section.end && lines_[line].what == LineKind::Blank && !insertedAt_.contains(line))
+            if (!keepsPlaces_ && line < section.end && lines_[line].what == LineKind::Blank &&
+                !insertedAt_.contains(line))
                 lines.insert(line);
         }
         for (std::size_t line = 0; !gone_.empty() && line < lines_.size(); ++line)

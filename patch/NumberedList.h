@@ -132,8 +132,6 @@ public:
     }
     /// Removes a record that is no dense one; false when there is none.
     bool Remove(std::int32_t number) { return others_.erase(static_cast<std::uint32_t>(number)) != 0; }
-    /// Removes the records for which `IsBeyond` is true.
-    void RemoveBeyond() { others_.erase(others_.begin(), others_.lower_bound(firstNegative)); }
 
     /// Another value for each of the same numbers.
     template <class Value> NumberedList<Value> Alike(const Value& value) const {

@@ -111,7 +111,7 @@ struct Changes {
 
     void Apply(const PatchSet& theirs, PatchSet& ours) {
         // Only what exists can be given values.
-        std::ranges::stable_partition(cells, [](const Cell& cell) { return cell.field == existsField; });
+        std::stable_partition(cells.begin(), cells.end(), [](const Cell& cell) { return cell.field == existsField; });
         for (const Cell& cell : cells)
             WriteCell(ours, cell, ReadCell(theirs, cell));
         DeriveMisc(ours.misc);

@@ -117,7 +117,7 @@ void PatchStore::Select(std::string_view line, std::string_view word) {
 
 /// The record of a kind that has this number, which where an engine knows no limits the patch makes so; null for one
 /// that there is not.
-template <class Kind> auto* PatchStore::FindOrMake(const Kind& kind, std::int32_t number) {
+template <class Kind> RecordOf<Kind>* PatchStore::FindOrMake(const Kind& kind, std::int32_t number) {
     auto& records = kind.In(set_);
     auto* record = records.Find(number);
     if (record == nullptr && dialect_.unlimited && CanBeMade(kind.kind) && records.IsBeyond(number))
@@ -413,7 +413,7 @@ void PatchStore::StoreRename(std::string_view key, std::string_view value) {
 
 /// By its default name, of which engines without limits compare only as much as a name has; for these also by its
 /// number. Null when there is none; else `index_` is its number.
-template <class Kind> auto* PatchStore::RecordToRename(const Kind& kind, std::string_view key) {
+template <class Kind> RecordOf<Kind>* PatchStore::RecordToRename(const Kind& kind, std::string_view key) {
     const std::size_t compared = dialect_.unlimited ? RecordOf<Kind>{}.name.size() : key.size();
     const std::optional<std::int32_t> named = IndexByName(kind.In(defaults_), key.substr(0, compared));
     index_ = named.value_or(noRecord);

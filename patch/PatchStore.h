@@ -65,8 +65,8 @@ public:
 private:
     std::int32_t Number(std::string_view text) const;
     template <class Has> void SelectNumber(std::string_view number, std::int32_t first, Has has);
-    template <class Kind> auto* FindOrMake(const Kind& kind, std::int32_t number);
-    template <class Kind> auto* RecordToRename(const Kind& kind, std::string_view key);
+    template <class Kind> RecordOf<Kind>* FindOrMake(const Kind& kind, std::int32_t number);
+    template <class Kind> RecordOf<Kind>* RecordToRename(const Kind& kind, std::string_view key);
     void SelectEnginePointer(std::string_view line);
     std::string_view NameIn(std::string_view line) const;
     bool StoreRecordNumber(std::string_view key, std::string_view value);

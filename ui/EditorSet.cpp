@@ -31,6 +31,8 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
         for (EditorWindow* editor : editors_)
             if (editor != nullptr)
                 editor->CellsChanged(cells);
+        if (MakesOrRemoves(cells))
+            RefreshPickers();
         FollowThingNames(cells);
     });
 }
@@ -135,6 +137,10 @@ void EditorSet::Refresh() {
     for (EditorWindow* editor : editors_)
         if (editor != nullptr)
             editor->Refresh();
+    RefreshPickers();
+}
+
+void EditorSet::RefreshPickers() {
     if (selectSprite_)
         selectSprite_->Refresh();
     if (selectState_)

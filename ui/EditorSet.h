@@ -102,6 +102,7 @@ private:
     std::optional<std::size_t> PlaceOf(std::string_view name) const;
     void Hide(std::size_t editor);
     void BringToFront(std::size_t editor);
+    void RefreshPickers();
     void FollowThingNames(const std::vector<Cell>& cells);
 
     Program& program_;

@@ -369,7 +369,7 @@ void FileCommands::KeepRecovery() {
             recovery_.Forget(); // what it may hold was undone
         return;
     }
-    const Status status = recovery_.Keep(program_.patch, program_.engine.dialect.rules, stamp_, edits_.Revision());
+    const Status status = recovery_.Keep(program_.patch, program_.engine, stamp_, edits_.Revision());
     const bool told = std::exchange(recoveryFails_, !status);
     if (!status && !told)
         emit StatusText(tr("The recovery file could not be written: %1").arg(ShownPath(status.Reason())));

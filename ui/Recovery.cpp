@@ -76,8 +76,30 @@ std::optional<FileStamp> FileStampOf(const SettingTree& root) {
     return FileStamp{Time(Time::duration(*time)), static_cast<std::uintmax_t>(*size)};
 }
 
+/// The records of a patch that tables do not hold, as a patch of these alone.
+std::string FormatMade(const PatchData& patch, const EngineConfiguration& engine) {
+    if (!engine.dialect.unlimited)
+        return {};
+    PatchData made;
+    made.defaults = made.current = patch.defaults;
+    VisitKinds([&](const auto& kind) {
+        kind.In(made.current) = kind.In(patch.current);
+        kind.In(made.current).Dense() = kind.In(patch.defaults).Dense();
+    });
+    return modPatchFiles::FormatPatch(made, engine);
+}
+
+/// Adds to each list the records of `from` beyond its dense part.
+void TakeMade(const PatchSet& from, PatchSet& set) {
+    VisitKinds([&](const auto& kind) {
+        for (const auto& [number, record] : kind.In(from))
+            if (!kind.In(set).Has(number))
+                kind.In(set).Add(number, record);
+    });
+}
+
 /// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the table, the
-/// document, the engine's table.
+/// document, the records that patches made, the engine's table.
 std::optional<RecoveredPatch> Split(std::string_view bytes) {
     const std::size_t lineEnd = bytes.find('\n');
     if (lineEnd == std::string_view::npos)
@@ -102,7 +124,8 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.rules = NumberOf(*root, "engineRules") != 0 ? Rules::Engine : Rules::Kept;
     bytes.remove_prefix(static_cast<std::size_t>(length));
     for (const auto& [key, part] :
-         {std::pair("tableSize", &recovered.table), std::pair("documentSize", &recovered.document)}) {
+         {std::pair("tableSize", &recovered.table), std::pair("documentSize", &recovered.document),
+          std::pair("madeSize", &recovered.made)}) { // 0 in older files
         const std::int32_t size = NumberOf(*root, key);
         if (size < 0 || static_cast<std::size_t>(size) > bytes.size())
             return std::nullopt;
@@ -159,7 +182,7 @@ int Recovery::PlaceOf(const std::filesystem::path& file) const {
     return -1;
 }
 
-Status Recovery::Keep(const PatchData& patch, Rules rules, const std::optional<FileStamp>& stamp,
+Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine, const std::optional<FileStamp>& stamp,
                       std::uint64_t revision) {
     if (place_ < 0)
         return Status::Failure("the settings folder cannot be written");
@@ -171,7 +194,7 @@ Status Recovery::Keep(const PatchData& patch, Rules rules, const std::optional<F
     root->Set("fileName", patch.fileName.string());
     root->Set("lump", patch.lump);
     root->Set("named", patch.named ? 1 : 0);
-    root->Set("engineRules", rules == Rules::Engine ? 1 : 0);
+    root->Set("engineRules", engine.dialect.EngineRules() ? 1 : 0);
     root->Set("engineConfig", patch.engineConfig);
     root->Set("iwad", patch.iwadPath);
     root->Set("dataWad", patch.dataWadPath);
@@ -201,9 +224,11 @@ Status Recovery::Keep(const PatchData& patch, Rules rules, const std::optional<F
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
     const std::string document = patch.document ? patch.document->Bytes() : std::string();
     root->Set("documentSize", static_cast<std::int32_t>(document.size()));
+    const std::string made = FormatMade(patch, engine);
+    root->Set("madeSize", static_cast<std::int32_t>(made.size()));
     const std::string text = texts.OutputConfiguration("\n", false);
     Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table + document +
-                                                            modTables::FormatTable(patch.defaults, withStrings));
+                                                            made + modTables::FormatTable(patch.defaults, withStrings));
     if (status)
         kept_ = revision;
     return status;
@@ -315,6 +340,13 @@ bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
         (session.engine.dialect.keyedTexts &&
          set.strings.size() != session.patch.defaults.strings.size())) // which no table holds
         return false;
+    if (session.engine.dialect.unlimited) {
+        TakeMade(session.patch.defaults, defaults);
+        PatchSet made;
+        if (!modPatchFiles::ParsePatch(recovered.made, session.engine, defaults, made).status)
+            return false;
+        TakeMade(made, set);
+    }
     std::shared_ptr<PatchDocument> document;
     if (session.engine.dialect.EngineRules() && !recovered.document.empty()) {
         document = std::make_shared<PatchDocument>();

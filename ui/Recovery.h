@@ -24,6 +24,7 @@ struct RecoveredPatch {
     // The records, and those of the engine or of a table that was loaded in its place: as table files with strings,
     // whatever the mode.
     std::string table, defaultsTable;
+    std::string made; // records beyond those that tables hold, as a patch
     std::vector<ParRecord> pars;
     Notes notes;
     std::optional<FileStamp> stamp; // of the patch's file as the run knew it
@@ -45,7 +46,8 @@ public:
     explicit Recovery(std::filesystem::path folder);
 
     /// Writes the recovery file, unless it holds this `revision` of the patch already. Fails as writing files does.
-    Status Keep(const PatchData& patch, Rules rules, const std::optional<FileStamp>& stamp, std::uint64_t revision);
+    Status Keep(const PatchData& patch, const EngineConfiguration& engine, const std::optional<FileStamp>& stamp,
+                std::uint64_t revision);
     /// Removes it: the work is saved, or given up by the user.
     void Forget();
 

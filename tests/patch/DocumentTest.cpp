@@ -189,6 +189,9 @@ TEST(PatchDocumentTest, WritesAndTakesOutTheSectionsOfMadeRecords) {
              WriteCell(set, {RecordKind::Sound, 1, lumpNameField}, "bang");
          },
          "[SPRITES]\nTROO = TROX # x\n80 = NEWS\n\n[SOUNDS]\npistol = bang\n"},
+        {"[STRINGS]\nQUIT = a\n\nFrame 70\nDuration = 2\n\nQUIT = b\n",
+         [&](PatchSet& set) { make(set, RecordKind::State, 70, false); },
+         "[STRINGS]\nQUIT = a\n\nMisc 0\n\nQUIT = b\n"},
         {"Frame 3\n", [&](PatchSet& set) { make(set, RecordKind::Sprite, 80); },
          "!the name of sprite 80 must have four letters"},
     };

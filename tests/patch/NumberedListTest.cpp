@@ -31,13 +31,6 @@ TEST(NumberedListTest, HoldsWhatAMapWouldHoldInTheOrderOfTheNumbers) {
                     model.erase(key);
                 break;
             case 1:
-                if (below(4) == 0) {
-                    list.RemoveBeyond();
-                    std::erase_if(model,
-                                  [dense](const auto& each) { return each.first >= dense && each.first >> 31 == 0; });
-                }
-                break;
-            case 2:
                 if (int* record = list.Find(number))
                     model[key] = *record = step;
                 break;
@@ -53,6 +46,7 @@ TEST(NumberedListTest, HoldsWhatAMapWouldHoldInTheOrderOfTheNumbers) {
                 ASSERT_EQ(list[each], record);
             }
             std::vector<std::int32_t> expected;
+            expected.reserve(model.size());
             for (const auto& each : model)
                 expected.push_back(static_cast<std::int32_t>(each.first));
             ASSERT_EQ(found, expected);

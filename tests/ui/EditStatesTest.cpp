@@ -414,6 +414,34 @@ TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
     }
 }
 
+TEST_F(frmEditStatesTest, ListsAndEditsStatesThatThePatchMade) {
+    constexpr std::int32_t far = 2147483646;
+    edits.MakeRecord(RecordKind::State, far);
+    edits.MakeRecord(RecordKind::Thing, 1'999'999'999);
+    edits.Store({RecordKind::Thing, 1'999'999'999, RowOf(&ThingRecord::deathState)}, far);
+    const int last = static_cast<int>(Defaults().states.size());
+    ASSERT_EQ(List().model()->rowCount(), last + 1);
+    EXPECT_EQ(Listed().back(), far);
+    window->selectSingleState(far, 1'999'999'999, noRecord);
+    EXPECT_EQ(Listed(), (std::vector<std::int32_t>{0, far}));
+    Type(Box("txtDuration"), "7");
+    EXPECT_EQ(State(far).duration, 7);
+    edits.StoreGroup({{{RecordKind::State, far, RowOf(&StateRecord::nextState)}, 123456}}, "to where no state is");
+    EXPECT_EQ(Text("lblNextState"), "-");
+    auto& player = *window->findChild<StatePlayer*>();
+    EXPECT_EQ(player.Run(far), std::vector<std::int32_t>{far});
+    Click("cmdPlay");
+    for (int tic = 0; tic < 10; ++tic)
+        player.Advance();
+    EXPECT_FALSE(player.IsPlaying());
+    edits.RemoveRecords(RecordKind::State, {far}, "frames");
+    EXPECT_EQ(List().model()->rowCount(), last);
+    while (edits.CanUndo())
+        edits.Undo();
+    EXPECT_EQ(Current(), Defaults());
+    EXPECT_EQ(List().model()->rowCount(), last);
+}
+
 /// The lowest row in which a view draws anything.
 int LowestRow(QWidget& view) {
     const QImage image = view.grab().toImage();

@@ -1,7 +1,9 @@
 #include "ui/FileCommands.h"
 #include "core/Files.h"
+#include "patch/PatchDocument.h"
 #include "patch/RulesChoice.h"
 #include "patch/Session.h"
+#include "tests/support/SmallEngine.h"
 #include "tests/ui/FakeDialogs.h"
 #include "tests/ui/UiTest.h"
 #include "tests/wad/WadBytes.h"
@@ -481,6 +483,37 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
         commands = std::make_unique<FileCommands>(program, edits, dialogs, *recovery,
                                                   [this](const PatchToOpen* patch) { return ChooseSession(patch); });
     }
+}
+
+TEST_F(FileCommandsTest, UnsavedWorkHoldsTheRecordsThatAPatchMade) {
+    Session session;
+    session.engine = test::SmallEngine(true);
+    session.engine.dialect = session.engine.dialect.AsEngines();
+    session.engine.dialect.unlimited = true;
+    PatchData patch = test::SmallPatch(session.engine);
+    session.patch.defaults = patch.defaults;
+    auto document = std::make_shared<PatchDocument>();
+    ASSERT_TRUE(
+        document
+            ->Read("# mine\nFrame 70\nDuration = 3\n\nThing 2000000000 (A)\n\nFrame 71\n\n[SPRITES]\n77 = ABCD\n",
+                   session.engine, patch.defaults, patch.current)
+            .status);
+    patch.document = document;
+    Edits made(patch);
+    made.Store({RecordKind::State, 70, codePointerField}, 2);
+    made.Store({RecordKind::Thing, 1999999999, RowOf(&ThingRecord::mass)}, 5);
+    made.Store({RecordKind::Thing, 1, RowOf(&ThingRecord::mass)}, 6);
+    made.RemoveRecords(RecordKind::State, {71}, "frames");
+    made.MakeRecord(RecordKind::Sound, 2147483647);
+    const std::filesystem::path other = folder / "made";
+    std::filesystem::create_directory(other);
+    ASSERT_TRUE(Recovery(other).Keep(patch, session.engine, std::nullopt, 1));
+    const std::vector<KeptWork> kept = Recovery(other).Kept(false);
+    ASSERT_EQ(kept.size(), 1U);
+    ASSERT_TRUE(kept[0].patch && ApplyRecovered(*kept[0].patch, session));
+    EXPECT_EQ(session.patch.current, patch.current);
+    EXPECT_EQ(session.patch.defaults, patch.defaults);
+    EXPECT_EQ(session.patch.document->Bytes(), document->Bytes());
 }
 
 TEST_F(FileCommandsTest, RecoveredWorkIsSavedUnaskedOnlyOverThePatchThatItCameFrom) {

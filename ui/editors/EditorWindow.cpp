@@ -17,7 +17,9 @@ void EditorWindow::Refresh() {
 }
 
 void EditorWindow::CellsChanged(const std::vector<Cell>& cells) {
-    if (upToDate_ && !cells.empty())
+    if (MakesOrRemoves(cells))
+        Refresh();
+    else if (upToDate_ && !cells.empty())
         ShowCells(cells);
 }
 

@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditSounds.h"
 
+#include "patch/NewRecords.h"
 #include "ui/NewButton.h"
 #include "ui/editors/frmPropSound.h"
 
@@ -51,7 +52,7 @@ void frmEditSounds::startEditSound(const std::vector<std::int32_t>& sounds) {
     std::vector<Assignment> values;
     std::vector<std::int32_t> changed;
     for (const std::int32_t sound : sounds) {
-        const SoundRecord& record = Current().sounds[sound];
+        const SoundRecord record = *RecordOrNew(Current().sounds, sound);
         const std::int32_t priority = edited->priority.value_or(record.value);
         if (priority == -1)
             continue; // Kept: a sound that has this priority counts as cancelled. docs/kept-behaviour.md

@@ -1,5 +1,6 @@
 #include "ui/fields/SpriteView.h"
 
+#include "patch/NewRecords.h"
 #include "ui/LatinText.h"
 #include "wad/clsBitmap.h"
 
@@ -73,7 +74,7 @@ void SpriteView::Clear() {
 }
 
 QRect SpriteView::PlaceOfState(const Session& session, std::int32_t state) {
-    const StateRecord& record = session.patch.current.states[state];
+    const StateRecord record = *RecordOrNew(session.patch.current.states, state);
     const auto lump =
         ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(record.sprite), record.subnumber & ~litBit);
     return lump ? PlaceOf(lump->wad->ReadLumpString(lump->num, longestPictureLump)) : QRect();

@@ -1,5 +1,6 @@
 #include "ui/states/StateFieldsPanel.h"
 
+#include "patch/NewRecords.h"
 #include "patch/StateUse.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
@@ -213,8 +214,8 @@ void StateFieldsPanel::ShowSpriteAndNextState() {
 bool StateFieldsPanel::ActionsMayBeSet() const {
     const Session& session = context_.program;
     return std::any_of(selection_.records.begin(), selection_.records.end(), [&session](std::int32_t state) {
-        return state != 0 &&
-               (session.engine.dialect.namedCodePointers || session.patch.current.states[state].action != 0);
+        return state != 0 && (session.engine.dialect.namedCodePointers ||
+                              RecordOrNew(session.patch.current.states, state)->action != 0);
     });
 }
 
@@ -290,7 +291,7 @@ void StateFieldsPanel::StoreAction(std::int32_t value) {
 void StateFieldsPanel::BrowseSprite() {
     if (!AnyEditable(selection_))
         return;
-    const StateRecord& record = context_.program.patch.current.states[selection_.current];
+    const StateRecord record = *RecordOrNew(context_.program.patch.current.states, selection_.current);
     const auto chosen = context_.links.PickSprite({record.sprite, record.subnumber});
     if (!chosen)
         return;
