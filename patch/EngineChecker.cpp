@@ -356,12 +356,12 @@ void EngineChecker::FinishAmmoPerShot(const PatchSet& set) {
 /// What values of a thing mean together, as far as the patch has set one of them.
 void EngineChecker::FinishThings(const PatchSet& set) {
     std::unordered_map<std::int32_t, std::vector<std::int32_t>> byId;
-    for (std::size_t i = 0; i < set.things.size(); ++i)
-        if (set.things[i].id > 0)
-            byId[set.things[i].id].push_back(static_cast<std::int32_t>(i));
-    for (std::size_t i = 0; i < set.things.size(); ++i) {
-        const ThingRecord& thing = set.things[i];
-        const auto index = static_cast<std::int32_t>(i);
+    for (const auto& [number, thing] : set.things)
+        if (thing.id > 0)
+            byId[thing.id].push_back(number);
+    for (const auto& each : set.things) {
+        const std::int32_t index = each.number;
+        const ThingRecord& thing = each.record;
         const auto lineOf = [&](std::int32_t ThingNumbers::*member) {
             return LineOf({RecordKind::Thing, index, RowOf(member)});
         };

@@ -98,7 +98,7 @@ std::optional<std::string> EngineEscape(std::string_view text, std::string_view 
         lineLength += feed ? 2 : 1;
         const char next = at + 1 < text.size() ? text[at + 1] : ' ';
         const bool mayBreak = next != ' ' && next != '\t' && next != '#' && next != '\n';
-        if ((feed || lineLength >= longestLine) && mayBreak && text[at] != '\\') {
+        if (lineLength >= longestLine && mayBreak && text[at] != '\\') {
             escaped += '\\';
             escaped += lineEnd;
             lineLength = 0;

@@ -39,8 +39,9 @@ std::string BitsText(const EngineConfiguration& engine, BitSet set, std::int32_t
 std::string EngineText(std::string_view escaped);
 
 /// A text as a value of [STRINGS]; absent when engines could not read it back: they know no empty text, no blanks at
-/// either end, no carriage return, and no backslash at the end or before an "n". Long texts and those of several lines
-/// go on behind backslashes, in lines that end with `lineEnd`.
+/// either end, no carriage return, and no backslash at the end or before an "n". Long texts go on
+/// behind backslashes, in lines that end with `lineEnd`; others do not, for dsda-doom writes beyond its memory for some
+/// lengths of texts that go on.
 std::optional<std::string> EngineEscape(std::string_view text, std::string_view lineEnd);
 
 /// The number of a music by its lump's name without "D_", upper and lower case alike; 0, which stands for none, for

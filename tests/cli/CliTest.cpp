@@ -170,8 +170,8 @@ TEST_F(CliTest, AnEngineMayHaveEngineRulesOnly) {
 }
 
 TEST_F(CliTest, RecordsOfAnyNumberCostNoMoreThanOthers) {
-    WriteData("config/own.cfg", ReadFile(buildFolder / "config" / "dehextra19.cfg") +
-                                    "dialect { rules = \"engine\"; numbers = \"unlimited\"; }");
+    WriteData("config/own.cfg", ReplaceAll(ReadFile(buildFolder / "config" / "dehextra19.cfg"), "rules = \"kept\";",
+                                           "rules = \"engine\"; numbers = \"unlimited\";"));
     WriteData("tables/dehextra.tbl", ReadFile(buildFolder / "tables" / "dehextra.tbl"));
     const std::string patch =
         "# far\nFrame 2147483646\nDuration = 5\nNext frame = 4001\n\nFrame 4001\n\n"

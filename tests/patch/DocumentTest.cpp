@@ -96,7 +96,7 @@ const MergeRow mergeRows[]{
      [](PatchSet& set) { set.states[2].codePointer = 1, set.states[5].codePointer = 2; },
      "Pointer 0 (x 2)\nCodep Frame = 1\n\nPointer 3 (Frame 5)\nCodep Frame = 2\n", false},
     {"StringsOverLines", "[STRINGS]\nquit = One\\\n# kept\n  two\nE1TEXT = x\n",
-     [](PatchSet& set) { set.strings[2].text = "A\nb"; }, "[STRINGS]\nquit = A\\n\\\nb\n# kept\nE1TEXT = x\n"},
+     [](PatchSet& set) { set.strings[2].text = "A\nb"; }, "[STRINGS]\nquit = A\\nb\n# kept\nE1TEXT = x\n"},
     {"ANewStringBehindTheLast", "[STRINGS]\nE1TEXT = x\n\n# more\nUSER_1 = y\nQUIT = z\n# end\n",
      [](PatchSet& set) { set.strings[0].text = "Vest"; },
      "[STRINGS]\nE1TEXT = x\n\n# more\nUSER_1 = y\nQUIT = z\nGOTARMOR = Vest\n# end\n"},
