@@ -57,6 +57,7 @@ std::vector<Cell> LumpNames(const PatchDocument& one, const PatchDocument& other
             if (line.what == LineKind::Value && line.field == lumpNameField)
                 named.insert({line.kind, line.index});
     std::vector<Cell> cells;
+    cells.reserve(named.size());
     for (const auto& [kind, index] : named)
         cells.push_back({kind, index, lumpNameField});
     return cells;
