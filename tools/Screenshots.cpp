@@ -152,15 +152,15 @@ void AcceptSession() {
             accept->click();
 }
 
-void TakeRecovered(Pictures& pictures, PatchData patch, Notifier& notifier) {
+void TakeRecovered(Pictures& pictures, PatchData patch, const EngineConfiguration& engine, Notifier& notifier) {
     QTemporaryDir folder;
     const std::filesystem::path place = StoredPath(folder.path());
     {
         Recovery first(place), second(place); // of two runs that crashed
         patch.fileName = "/home/you/mods/first.bex";
-        bool kept = static_cast<bool>(first.Keep(patch, Rules::Kept, std::nullopt, 1));
+        bool kept = static_cast<bool>(first.Keep(patch, engine, std::nullopt, 1));
         patch.fileName = "/home/you/Documents/unnamed.bex";
-        kept = kept && second.Keep(patch, Rules::Kept, std::nullopt, 1);
+        kept = kept && second.Keep(patch, engine, std::nullopt, 1);
         if (!kept)
             throw std::runtime_error("no recovery file could be written");
     }
@@ -238,7 +238,7 @@ int Run(char** argv) {
     if (!frontEnd.SessionOpen())
         return 1;
     pictures.TakeEditors();
-    TakeRecovered(pictures, program.patch, notifier);
+    TakeRecovered(pictures, program.patch, program.engine, notifier);
     program.patch.changed = false; // what the pictures show is not asked about
     TakeRules(pictures, frontEnd);
 
