@@ -82,15 +82,12 @@ PatchFile ReadPatchFile(const Run& run, const std::string& file) {
 }
 
 std::size_t EngineFor(const Run& run, const PatchFile& patch, std::string_view rules) {
-    const auto advise = [&](RulesSetting setting) {
-        return AdviseEngine(run.program, patch.header, patch.bytes, patch.place.file, std::nullopt, setting).index;
-    };
-    if (rules != "engine")
-        if (const auto found = advise(rules == "kept" ? RulesSetting::Kept : RulesSetting::Recommend))
-            return *found;
-    if (rules != "kept")
-        if (const auto found = advise(RulesSetting::Engine))
-            return *found;
+    const RulesSetting setting = rules == "kept"     ? RulesSetting::Kept
+                                 : rules == "engine" ? RulesSetting::Engine
+                                                     : RulesSetting::Recommend;
+    if (const auto found =
+            RecommendEngine(run.program, patch.header, patch.bytes, patch.place.file, std::nullopt, setting))
+        return *found;
     if (!patch.header.contains("engineversion"))
         return 0;
     throw Refused("there is no engine configuration for patches with \"Doom version = " +

@@ -177,10 +177,11 @@ EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::H
 
 std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
                                            std::string_view bytes, const std::filesystem::path& file,
-                                           std::optional<std::size_t> preferred, Rules rules) {
-    return AdviseEngine(environment, header, bytes, file, preferred,
-                        rules == Rules::Engine ? RulesSetting::Engine : RulesSetting::Recommend)
-        .index;
+                                           std::optional<std::size_t> preferred, RulesSetting rules) {
+    const auto advised = AdviseEngine(environment, header, bytes, file, preferred, rules).index;
+    if (advised || rules != RulesSetting::Recommend)
+        return advised;
+    return AdviseEngine(environment, header, bytes, file, preferred, RulesSetting::Engine).index;
 }
 
 std::optional<std::size_t> ChooseIwad(const std::vector<Settings::Iwad>& iwads, std::string_view named) {

@@ -184,11 +184,8 @@ void frmNewFile::SelectConfig(const PatchToOpen& patch) {
         Recommend(*cmbEngines_, *engine);
     } else {
         const auto last = static_cast<std::size_t>(std::max(cmbEngines_->currentIndex(), 0));
-        std::optional<std::size_t> likely;
-        if (RulesSettingIn(environment_.settings) != RulesSetting::Engine)
-            likely = RecommendEngine(environment_, header, patch.bytes, patch.place.file, last);
-        if (!likely)
-            likely = RecommendEngine(environment_, header, patch.bytes, patch.place.file, last, Rules::Engine);
+        const auto likely = RecommendEngine(environment_, header, patch.bytes, patch.place.file, last,
+                                            RulesSettingIn(environment_.settings));
         cmbEngines_->setCurrentIndex(static_cast<int>(likely.value_or(0)));
     }
     txtDataWad_->setText(ShownPath(modPatchFiles::HeaderValue(header, "datawad")));

@@ -111,11 +111,15 @@ TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
         const std::string bytes = "Patch File for DeHackEd v3.0\nPatch format = 6\n" + row.lines;
         modPatchFiles::Header header;
         ASSERT_TRUE(modPatchFiles::ScanHeader(std::string_view(bytes), header));
-        const auto engine = RecommendEngine(environment, header, bytes, row.file, place(row.preferred));
+        const auto engine =
+            AdviseEngine(environment, header, bytes, row.file, place(row.preferred), RulesSetting::Recommend).index;
         ASSERT_TRUE(engine) << row.lines;
         EXPECT_EQ(environment.engines[*engine].file.stem(), row.expected) << row.file << "\n" << row.lines;
     }
-    EXPECT_FALSE(RecommendEngine(environment, {{"engineversion", "16"}}, "", "x.deh"));
+    const modPatchFiles::Header old{{"engineversion", "16"}};
+    EXPECT_FALSE(AdviseEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend).index);
+    EXPECT_FALSE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Kept));
+    EXPECT_TRUE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend));
 }
 
 TEST(SessionChoice, SaysWhyAnEngineIsProposed) {
