@@ -41,7 +41,7 @@ void ReadPatch(benchmark::State& state) {
         PatchSet set;
         const modPatchFiles::ReadResult read =
             modPatchFiles::ParsePatch(bytes, generated.engine, generated.patch.defaults, set);
-        if (!read.status || set.states.back() != generated.patch.current.states.back()) {
+        if (!read.status || std::as_const(set).states.back() != generated.patch.current.states.back()) {
             state.SkipWithError("the patch was not read");
             break;
         }
@@ -63,7 +63,7 @@ void OpenDocument(benchmark::State& state) {
         std::string copy = bytes;
         state.ResumeTiming();
         if (!document.Read(std::move(copy), engine, generated.patch.defaults, set).status ||
-            set.states.back() != generated.patch.current.states.back()) {
+            std::as_const(set).states.back() != generated.patch.current.states.back()) {
             state.SkipWithError("the patch was not read");
             break;
         }

@@ -20,6 +20,9 @@ std::size_t SkipDigits(std::string_view text, std::size_t at) {
     return at;
 }
 
+/// Of so many digits every number is in the range of 32 bits.
+constexpr std::size_t digitsInRange = 9;
+
 /// The decimal exponent written at `at` ("e" or "d", a sign, digits), limited to what no mantissa can make up for;
 /// absent exponents are 0.
 int ExponentAt(std::string_view text, std::size_t at) {
@@ -100,8 +103,7 @@ std::int32_t LeadingInt32(std::string_view text) {
     const bool negative = number.starts_with('-');
     const std::size_t begin = negative ? 1 : 0;
     const std::size_t end = SkipDigits(number, begin);
-    constexpr std::size_t surelyInRange = 9;
-    if (end - begin > surelyInRange || (end < number.size() && number[end] == '.') || number.starts_with('+'))
+    if (end - begin > digitsInRange || (end < number.size() && number[end] == '.') || number.starts_with('+'))
         return RoundToInt32(LeadingReal(number));
     std::int32_t value = 0;
     for (std::size_t at = begin; at < end; ++at)
@@ -114,6 +116,15 @@ std::int32_t EngineInt32(std::string_view text) {
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
+    if (text.size() == 1 || !text.starts_with('0')) { // nearly every number of a patch
+        const std::size_t most = std::min(text.size(), digitsInRange + 1);
+        std::uint32_t value = 0;
+        std::size_t at = 0;
+        for (; at < most && IsDigit(text[at]); ++at)
+            value = value * 10 + static_cast<std::uint32_t>(text[at] - '0');
+        if (at <= digitsInRange)
+            return static_cast<std::int32_t>(negative ? 0 - value : value);
+    }
     int base = 10;
     if (text.size() > 2 && text[0] == '0' && ToLower(text[1]) == 'x') {
         base = 16;

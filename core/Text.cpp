@@ -4,19 +4,6 @@
 
 namespace plinket3 {
 
-std::string_view TrimLeft(std::string_view text) {
-    while (text.starts_with(' '))
-        text.remove_prefix(1);
-    return text;
-}
-
-std::string_view Trim(std::string_view text) {
-    text = TrimLeft(text);
-    while (text.ends_with(' '))
-        text.remove_suffix(1);
-    return text;
-}
-
 char ToUpper(char character) {
     return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
 }
@@ -37,9 +24,7 @@ std::string ToLower(std::string_view text) {
     return result;
 }
 
-bool EqualIgnoringCase(std::string_view left, std::string_view right) {
-    if (left == right) // mostly so, and far faster than letter by letter
-        return true;
+bool EqualLettersIgnoringCase(std::string_view left, std::string_view right) {
     return std::ranges::equal(left, right, [](char a, char b) { return ToLower(a) == ToLower(b); });
 }
 

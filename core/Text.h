@@ -9,8 +9,17 @@ namespace plinket3 {
 
 // Text is bytes, shown as Latin-1. Only the character 32 counts as a blank, and only ASCII letters have another case.
 
-std::string_view TrimLeft(std::string_view text);
-std::string_view Trim(std::string_view text);
+inline std::string_view TrimLeft(std::string_view text) {
+    while (text.starts_with(' '))
+        text.remove_prefix(1);
+    return text;
+}
+inline std::string_view Trim(std::string_view text) {
+    text = TrimLeft(text);
+    while (text.ends_with(' '))
+        text.remove_suffix(1);
+    return text;
+}
 /// Without the blanks and tabs in front, as game engines skip them. A search for either is far slower.
 inline std::string_view SkipBlanks(std::string_view text) {
     while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
@@ -21,7 +30,11 @@ char ToUpper(char character);
 char ToLower(char character);
 std::string ToUpper(std::string_view text);
 std::string ToLower(std::string_view text);
-bool EqualIgnoringCase(std::string_view left, std::string_view right);
+bool EqualLettersIgnoringCase(std::string_view left, std::string_view right);
+/// The same, and far faster where they are mostly equal to the letter.
+inline bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+    return left == right || (left.size() == right.size() && EqualLettersIgnoringCase(left, right));
+}
 
 /// Replaces every occurrence of `what` (not empty), from left to right, without looking at what was put in.
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by);

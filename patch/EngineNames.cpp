@@ -30,16 +30,6 @@ constexpr std::array<std::string_view, 68> musicNames{
 
 } // namespace
 
-EnginePairResult EnginePair(std::string_view line) {
-    const std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos)
-        return {};
-    std::string_view key = line.substr(0, equals);
-    if (key.ends_with(' ') || key.ends_with('\t'))
-        key.remove_suffix(1);
-    return {SkipBlanks(key), line.substr(equals + 1)};
-}
-
 std::vector<std::string_view> BitWords(std::string_view value) {
     std::vector<std::string_view> words;
     for (std::size_t at = value.find_first_not_of(bitSeparators); at < value.size();) {

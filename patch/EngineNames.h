@@ -22,7 +22,15 @@ struct EnginePairResult {
 
 /// "key = value". A blank before "=" belongs to the sign, a second one to the key. A line without "=" is no pair; one
 /// with nothing behind it has an empty value. The value keeps its blanks.
-EnginePairResult EnginePair(std::string_view line);
+inline EnginePairResult EnginePair(std::string_view line) {
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos)
+        return {};
+    std::string_view key = line.substr(0, equals);
+    if (key.ends_with(' ') || key.ends_with('\t'))
+        key.remove_suffix(1);
+    return {SkipBlanks(key), line.substr(equals + 1)};
+}
 
 /// The names in a value of bits, parted by "+", vertical bars, commas, blanks and tabs.
 std::vector<std::string_view> BitWords(std::string_view value);

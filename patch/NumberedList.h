@@ -1,11 +1,14 @@
 #pragma once
 
+#include "core/CopyOnWrite.h"
+
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
 #include <map>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -26,26 +29,26 @@ public:
     };
 
     /// Goes over the records with their numbers: `for (const auto& [number, record] : list)`.
-    template <class List, class Element, class Other> class Iterator {
+    template <class Element, class Other> class Iterator {
     public:
-        Iterator(List& list, std::size_t dense, Other other) : list_(&list), dense_(dense), other_(other) {}
+        Iterator(std::span<Element> dense, std::size_t at, Other other) : dense_(dense), at_(at), other_(other) {}
         Entry<Element> operator*() const {
-            if (dense_ < list_->dense_.size())
-                return {static_cast<std::int32_t>(dense_), list_->dense_[dense_]};
+            if (at_ < dense_.size())
+                return {static_cast<std::int32_t>(at_), dense_[at_]};
             return {static_cast<std::int32_t>(other_->first), other_->second};
         }
         Iterator& operator++() {
-            if (dense_ < list_->dense_.size())
-                ++dense_;
+            if (at_ < dense_.size())
+                ++at_;
             else
                 ++other_;
             return *this;
         }
-        bool operator==(const Iterator& right) const { return dense_ == right.dense_ && other_ == right.other_; }
+        bool operator==(const Iterator& right) const { return at_ == right.at_ && other_ == right.other_; }
 
     private:
-        List* list_;
-        std::size_t dense_;
+        std::span<Element> dense_;
+        std::size_t at_;
         Other other_;
     };
 
@@ -54,31 +57,31 @@ public:
     explicit NumberedList(std::vector<Record> dense) : dense_(std::move(dense)) {}
     bool operator==(const NumberedList&) const = default;
 
-    auto begin() { return Iterator<NumberedList, Record, typename Others::iterator>(*this, 0, others_.begin()); }
-    auto end() {
-        return Iterator<NumberedList, Record, typename Others::iterator>(*this, dense_.size(), others_.end());
-    }
-    auto begin() const {
-        return Iterator<const NumberedList, const Record, typename Others::const_iterator>(*this, 0, others_.begin());
-    }
+    auto begin() { return Iterator<Record, typename Others::iterator>(dense_.Write(), 0, others_.begin()); }
+    auto end() { return Iterator<Record, typename Others::iterator>({}, dense_->size(), others_.end()); }
+    auto begin() const { return Iterator<const Record, typename Others::const_iterator>(*dense_, 0, others_.begin()); }
     auto end() const {
-        return Iterator<const NumberedList, const Record, typename Others::const_iterator>(*this, dense_.size(),
-                                                                                           others_.end());
+        return Iterator<const Record, typename Others::const_iterator>({}, dense_->size(), others_.end());
     }
 
     /// How many records there are.
-    std::size_t size() const { return dense_.size() + others_.size(); }
-    bool empty() const { return dense_.empty() && others_.empty(); }
-    std::size_t DenseSize() const { return dense_.size(); }
+    std::size_t size() const { return dense_->size() + others_.size(); }
+    bool empty() const { return dense_->empty() && others_.empty(); }
+    std::size_t DenseSize() const { return dense_->size(); }
 
     /// The record of that number; null when there is none.
     Record* Find(std::int32_t number) {
         if (IsDense(number))
-            return &dense_[static_cast<std::size_t>(number)];
+            return &dense_.Write()[static_cast<std::size_t>(number)];
         const auto found = others_.find(static_cast<std::uint32_t>(number));
         return found == others_.end() ? nullptr : &found->second;
     }
-    const Record* Find(std::int32_t number) const { return const_cast<NumberedList*>(this)->Find(number); }
+    const Record* Find(std::int32_t number) const {
+        if (IsDense(number))
+            return &(*dense_)[static_cast<std::size_t>(number)];
+        const auto found = others_.find(static_cast<std::uint32_t>(number));
+        return found == others_.end() ? nullptr : &found->second;
+    }
     bool Has(std::int32_t number) const { return Find(number) != nullptr; }
 
     /// The record of a number that the list has.
@@ -102,14 +105,14 @@ public:
         const auto negative = others_.lower_bound(firstNegative);
         if (negative != others_.end())
             return static_cast<std::int32_t>(negative->first);
-        return dense_.empty() && !others_.empty() ? static_cast<std::int32_t>(others_.begin()->first) : 0;
+        return dense_->empty() && !others_.empty() ? static_cast<std::int32_t>(others_.begin()->first) : 0;
     }
     std::int32_t Highest() const {
         const auto negative = others_.lower_bound(firstNegative);
         if (negative != others_.begin())
             return static_cast<std::int32_t>(std::prev(negative)->first);
-        if (!dense_.empty())
-            return static_cast<std::int32_t>(dense_.size()) - 1;
+        if (!dense_->empty())
+            return static_cast<std::int32_t>(dense_->size()) - 1;
         return others_.empty() ? 0 : static_cast<std::int32_t>(others_.rbegin()->first);
     }
 
@@ -117,7 +120,7 @@ public:
     bool IsBeyond(std::int32_t number) const { return number >= 0 && !IsDense(number); }
     /// The lowest of these that no record has; -1 when each has one.
     std::int32_t FirstFree() const {
-        auto number = static_cast<std::uint32_t>(dense_.size());
+        auto number = static_cast<std::uint32_t>(dense_->size());
         for (auto other = others_.find(number); other != others_.end() && other->first == number; ++other)
             ++number;
         return number < firstNegative ? static_cast<std::int32_t>(number) : -1;
@@ -135,32 +138,32 @@ public:
 
     /// Another value for each of the same numbers.
     template <class Value> NumberedList<Value> Alike(const Value& value) const {
-        NumberedList<Value> alike(std::vector<Value>(dense_.size(), value));
+        NumberedList<Value> alike(std::vector<Value>(dense_->size(), value));
         for (const auto& [key, record] : others_)
             alike.Add(static_cast<std::int32_t>(key), value);
         return alike;
     }
 
     /// The dense part, and a vector's functions for it.
-    std::vector<Record>& Dense() { return dense_; }
-    const std::vector<Record>& Dense() const { return dense_; }
-    Record& back() { return dense_.back(); }
-    const Record& back() const { return dense_.back(); }
-    void resize(std::size_t size) { dense_.resize(size); }
-    void reserve(std::size_t size) { dense_.reserve(size); }
-    void push_back(Record record) { dense_.push_back(std::move(record)); }
-    Record& emplace_back() { return dense_.emplace_back(); }
+    std::vector<Record>& Dense() { return dense_.Write(); }
+    const std::vector<Record>& Dense() const { return *dense_; }
+    Record& back() { return Dense().back(); }
+    const Record& back() const { return dense_->back(); }
+    void resize(std::size_t size) { Dense().resize(size); }
+    void reserve(std::size_t size) { Dense().reserve(size); }
+    void push_back(Record record) { Dense().push_back(std::move(record)); }
+    Record& emplace_back() { return Dense().emplace_back(); }
     void clear() {
-        dense_.clear();
+        Dense().clear();
         others_.clear();
     }
 
 private:
     static constexpr std::uint32_t firstNegative = std::uint32_t{1} << 31;
 
-    bool IsDense(std::int32_t number) const { return static_cast<std::uint32_t>(number) < dense_.size(); }
+    bool IsDense(std::int32_t number) const { return static_cast<std::uint32_t>(number) < dense_->size(); }
 
-    std::vector<Record> dense_;
+    CopyOnWrite<std::vector<Record>> dense_;
     Others others_;
 };
 

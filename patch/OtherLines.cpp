@@ -19,9 +19,9 @@ public:
         number_ += static_cast<std::size_t>(std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(offset_),
                                                        bytes_.begin() + static_cast<std::ptrdiff_t>(offset), '\n'));
         offset_ = offset;
-        text_ = text;
+        text_ = Trim(text);
         header_ = false;
-        if (text.empty() && !section_.starts_with('[')) { // those in brackets go on behind it
+        if (text_.empty() && !section_.starts_with('[')) { // those in brackets go on behind it
             section_ = {};
             ofNobody_ = false;
         }

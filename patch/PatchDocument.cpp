@@ -16,6 +16,7 @@ public:
     void Line(std::size_t offset, std::string_view text) override {
         DocumentLine& line = document_.lines_.emplace_back(); // in its place: a copy that waits for its parts is slow
         line.offset = static_cast<std::uint32_t>(offset);
+        text = TrimLeft(text);
         if (text.empty())
             line.what = LineKind::Blank;
         else if (text.starts_with(dialect_.comment))

@@ -47,7 +47,7 @@ private:
         store_.Offset(offset);
         const std::string_view line = lines_.Next();
         if (observer_ != nullptr)
-            observer_->Line(offset, Trim(line));
+            observer_->Line(offset, line);
         return line;
     }
 
@@ -56,7 +56,7 @@ private:
     Status KeptLines() {
         if (lines_.AtEnd() || Trim(lines_.Next()) != dialect_.firstLine)
             return Status::Failure("Invalid patch file.");
-        store_.Enter(Section::Thing);
+        store_.EnterFirstThing();
         while (!lines_.AtEnd()) {
             const std::string_view line = Trim(NextLine());
             const std::size_t equals = line.find('=');
@@ -257,21 +257,24 @@ private:
 
     /// A line within a section; false when that ends with it.
     bool EngineSectionLine(std::string_view line) {
-        const bool strings = store_.Current() == Section::Strings;
         if (line.empty())
             return false;
         if (IsComment(line))
             return store_.Current() != Section::CodePtr;
-        bool goesOn = true;
-        if (strings)
+        const bool goesOn = !line.starts_with(' ');
+        switch (store_.Current()) {
+        case Section::Strings:
             store_.StoreEngineString(line);
-        else if (store_.Current() == Section::Pars)
+            return true;
+        case Section::Pars:
             store_.StoreEnginePar(line);
-        else if (store_.Current() == Section::CodePtr)
-            goesOn = store_.StoreEngineCodePointer(line);
-        else
+            return goesOn;
+        case Section::CodePtr:
+            return store_.StoreEngineCodePointer(line) && goesOn;
+        default:
             EngineFieldLine(line);
-        return goesOn && (strings || !line.starts_with(' '));
+            return goesOn;
+        }
     }
 
     void EngineFieldLine(std::string_view line) {

@@ -110,6 +110,8 @@ void PatchStore::Select(std::string_view line, std::string_view word) {
                 else if (!engine && words.Count() >= 3)
                     record->name = words[2];
             }
+        if constexpr (!fieldTable<RecordOf<decltype(kind)>>.empty())
+            selected_ = records.Find(index_);
     });
     if (observer_ != nullptr && index_ != noRecord)
         observer_->Selected(offset_, section_ == Section::Pointer ? RecordKind::State : KindOf(section_), index_);
@@ -163,17 +165,15 @@ bool PatchStore::StoreField(std::string_view key, std::string_view value) {
     case Section::Strings:
         return StoreString(key, value);
     default:
-        return StoreRecordNumber(key, value);
+        return std::visit(
+            [&](auto record) {
+                if constexpr (std::is_pointer_v<decltype(record)>)
+                    return StoreNumber(KindOf(section_), record, key, value);
+                else
+                    return false;
+            },
+            selected_);
     }
-}
-
-bool PatchStore::StoreRecordNumber(std::string_view key, std::string_view value) {
-    bool known = false;
-    VisitKind(KindOf(section_), [&](const auto& kind) {
-        if constexpr (!fieldTable<RecordOf<decltype(kind)>>.empty())
-            known = StoreNumber(kind.kind, kind.In(set_).Find(index_), key, value);
-    });
-    return known;
 }
 
 template <class Record>

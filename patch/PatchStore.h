@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 
 namespace plinket3 {
 
@@ -27,7 +28,16 @@ public:
     void Offset(std::size_t offset) { offset_ = offset; }
     std::size_t Offset() const { return offset_; }
 
-    void Enter(Section section) { section_ = section; }
+    /// Begins a section, with no record selected.
+    void Enter(Section section) {
+        section_ = section;
+        selected_ = {};
+    }
+    /// Kept: values before the first header are those of the first thing. docs/kept-behaviour.md
+    void EnterFirstThing() {
+        section_ = Section::Thing;
+        selected_ = set_.things.Find(0);
+    }
     Section Current() const { return section_; }
 
     /// Selects the record whose header `line` is, and gives it the name behind its number. For a number that the engine
@@ -69,7 +79,6 @@ private:
     template <class Kind> RecordOf<Kind>* RecordToRename(const Kind& kind, std::string_view key);
     void SelectEnginePointer(std::string_view line);
     std::string_view NameIn(std::string_view line) const;
-    bool StoreRecordNumber(std::string_view key, std::string_view value);
     template <class Record>
     bool StoreNumber(RecordKind kind, Record* record, std::string_view key, std::string_view value);
     std::int32_t Bits(BitSet set, std::string_view value);
@@ -103,6 +112,7 @@ private:
     std::size_t offset_ = 0;
     Section section_ = Section::None;
     std::int32_t index_ = 0; // of the selected record; `noRecord` for one that there is not
+    std::variant<std::monostate, ThingRecord*, StateRecord*, SoundRecord*, WeaponRecord*, AmmoRecord*> selected_;
     std::unordered_map<std::string_view, std::int32_t> texts_;
     std::unordered_map<std::string, std::int32_t> keys_, actions_;
 };

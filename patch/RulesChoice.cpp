@@ -20,6 +20,7 @@ public:
     explicit LossCounter(const Dialect& dialect) : dialect_(dialect) {}
 
     void Line(std::size_t, std::string_view text) override {
+        text = TrimLeft(text);
         if (text.starts_with(dialect_.comment) && !IsOwnComment(text))
             ++comments;
     }

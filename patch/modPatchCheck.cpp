@@ -39,6 +39,7 @@ public:
     using CheckFindings::CheckFindings;
 
     void Line(std::size_t offset, std::string_view text) override {
+        text = Trim(text);
         behindEmptyLine_ |= text.empty();
         if (!text.starts_with(engine_.dialect.comment))
             return;

@@ -41,7 +41,7 @@ inline constexpr std::string_view unsupportedEntries = "Unsupported entries were
 class ReadObserver {
 public:
     virtual ~ReadObserver() = default;
-    /// A line begins that is no part of a text and of no string before it; `text` is trimmed.
+    /// A line begins that is no part of a text and of no string before it.
     virtual void Line(std::size_t /*offset*/, std::string_view /*text*/) {}
     /// A line that changes nothing. `reason` continues a sentence that the line begins.
     virtual void Ignored(std::size_t /*offset*/, std::string_view /*reason*/) {}
