@@ -101,7 +101,9 @@ void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
         const bool named = reason.find(file.string()) != std::string::npos;
         throw Refused(named ? reason : file.string() + ": " + reason);
     };
-    if (!modConfig::LoadEngineConfiguration(engine.file, program.engine, program.notifier))
+    if (engine.configuration != nullptr)
+        program.engine = *engine.configuration;
+    else if (!modConfig::LoadEngineConfiguration(engine.file, program.engine, program.notifier)) // says why it was not
         refuse(engine.file);
     if (!modTables::LoadEngineTable(program, program.engine, program.patch))
         refuse(modTables::TablePath(program.programFolder, program.engine));

@@ -307,6 +307,18 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
             engine.miscellaneousOffsets.push_back(reader.Whole(key));
 }
 
+/// `engine` is left as it was after a failure.
+Status ReadConfiguration(const std::filesystem::path& file, const SettingTree& root, EngineConfiguration& engine) {
+    EngineConfiguration loaded;
+    loaded.fileName = file.filename().string();
+    loaded.offsets = engine.offsets; // Kept: a file without "offsets" leaves the former ones. docs/kept-behaviour.md
+    EngineReader reader(file.string(), root);
+    ReadEngine(reader, loaded);
+    if (reader.Result())
+        engine = std::move(loaded);
+    return reader.Result();
+}
+
 bool IsConfiguration(const std::filesystem::directory_entry& entry) {
     std::error_code error;
     return EqualIgnoringCase(entry.path().extension().string(), ".cfg") && !entry.is_directory(error);
@@ -341,7 +353,10 @@ std::vector<EngineEntry> EnumerateEngines(const std::filesystem::path& folder,
             skipped(reader.Result().Reason());
             continue;
         }
-        engine.extended = reader.Flag("extended"); // that it is missing is said when the user chooses the engine
+        // What else is missing is said when the user chooses the engine.
+        engine.extended = reader.Flag("extended");
+        if (EngineConfiguration loaded; ReadConfiguration(file, *root, loaded))
+            engine.configuration = std::make_shared<const EngineConfiguration>(std::move(loaded));
         engines.push_back(std::move(engine));
     }
     return engines;
@@ -354,15 +369,7 @@ Status LoadEngine(const std::filesystem::path& file, EngineConfiguration& engine
     const auto root = configuration.Root(true);
     if (!IsOfType(*root, engineType))
         return Status::Failure("Invalid engine configuration file.");
-
-    EngineConfiguration loaded;
-    loaded.fileName = file.filename().string();
-    loaded.offsets = engine.offsets; // Kept: a file without "offsets" leaves the former ones. docs/kept-behaviour.md
-    EngineReader reader(file.string(), *root);
-    ReadEngine(reader, loaded);
-    if (reader.Result())
-        engine = std::move(loaded);
-    return reader.Result();
+    return ReadConfiguration(file, *root, engine);
 }
 
 bool LoadEngineConfiguration(const std::filesystem::path& file, EngineConfiguration& engine, Notifier& notifier) {

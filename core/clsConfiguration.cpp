@@ -75,7 +75,10 @@ private:
                     SkipComment();
                     break;
                 default:
-                    key += character;
+                    AppendUntil(key, [](char next) {
+                        return next == ' ' || next == '\n' || next == '{' || next == '}' || next == '=' ||
+                               next == ';' || next == '/';
+                    });
                 }
                 break;
             case Mode::Value:
@@ -107,12 +110,20 @@ private:
                 } else if (character == ';' && key.empty()) {
                     mode = Mode::Key;
                 } else {
-                    value += character;
+                    AppendUntil(value, [](char next) { return next == '\\' || next == '"' || next == ';'; });
                 }
                 break;
             }
         }
         return true;
+    }
+
+    /// Appends the character that was read and those that follow, up to one that ends them.
+    template <class Ends> void AppendUntil(std::string& text, Ends ends) {
+        const std::size_t begin = at_ - 1;
+        while (at_ < text_.size() && !ends(text_[at_]))
+            ++at_;
+        text.append(text_, begin, at_ - begin);
     }
 
     static bool StartsNumber(char character) {

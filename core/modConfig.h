@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -167,6 +168,7 @@ struct EngineEntry {
     std::string name;
     std::int16_t version = 0;
     bool extended = false;
+    std::shared_ptr<const EngineConfiguration> configuration = nullptr; // as it was found; null when that failed
 };
 
 /// The engine configurations in `folder` (extension "cfg" in any case), ordered by file name. Files of another "type"

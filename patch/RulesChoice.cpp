@@ -90,7 +90,7 @@ RulesProposal ProposeRules(const Environment& environment, std::size_t engine, c
     PatchSet defaults;
     const bool loaded =
         engine < environment.engines.size() &&
-        modTables::ReadEngine(environment.programFolder, environment.engines[engine].file, configuration, defaults);
+        modTables::ReadEngine(environment.programFolder, environment.engines[engine], configuration, defaults);
     if (configuration.dialect.EngineRules())
         return {{Rules::Engine, "patches for this engine are always read so"}, true};
     const RulesSetting setting = RulesSettingIn(environment.settings);

@@ -95,7 +95,7 @@ Reading TryReading(const std::filesystem::path& programFolder, const modConfig::
                    std::string_view bytes, Rules rules) {
     EngineConfiguration engine;
     PatchSet defaults, set;
-    if (!modTables::ReadEngine(programFolder, entry.file, engine, defaults))
+    if (!modTables::ReadEngine(programFolder, entry, engine, defaults))
         return {};
     if (rules == Rules::Engine)
         engine.dialect = engine.dialect.AsEngines();
@@ -110,10 +110,9 @@ EngineAdvice AdviseByLaterFields(const Environment& environment, std::int32_t ve
                                  std::optional<std::size_t> preferred) {
     std::vector<std::pair<FieldLevel, std::size_t>> engines;
     for (std::size_t i = 0; i < environment.engines.size(); ++i) {
-        EngineConfiguration engine;
-        if (environment.engines[i].extended && modConfig::LoadEngine(environment.engines[i].file, engine) &&
-            engine.dialect.engineFields != FieldLevel::Doom)
-            engines.emplace_back(engine.dialect.engineFields, i);
+        const auto& [file, name, number, extended, engine] = environment.engines[i];
+        if (extended && engine != nullptr && engine->dialect.engineFields != FieldLevel::Doom)
+            engines.emplace_back(engine->dialect.engineFields, i);
     }
     std::ranges::stable_sort(engines, std::greater(), &std::pair<FieldLevel, std::size_t>::first);
     EngineAdvice best;

@@ -354,11 +354,13 @@ bool LoadEngineTable(Environment& environment, const EngineConfiguration& engine
     return LoadTable(environment, engine, file, patch);
 }
 
-bool ReadEngine(const std::filesystem::path& programFolder, const std::filesystem::path& file,
+bool ReadEngine(const std::filesystem::path& programFolder, const modConfig::EngineEntry& entry,
                 EngineConfiguration& engine, PatchSet& defaults) {
+    if (entry.configuration == nullptr)
+        return false;
+    engine = *entry.configuration;
     std::string table;
-    return modConfig::LoadEngine(file, engine) && ReadWholeFile(TablePath(programFolder, engine), table) &&
-           ParseTable(table, engine, defaults);
+    return ReadWholeFile(TablePath(programFolder, engine), table) && ParseTable(table, engine, defaults);
 }
 
 Status SaveTable(const Session& session, const std::filesystem::path& file) {

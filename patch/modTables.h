@@ -31,9 +31,9 @@ std::filesystem::path TablePath(const std::filesystem::path& programFolder, cons
 /// `LoadTable` with the configuration's own table. Shows "No table file for engine configuration." when there is none.
 [[nodiscard]] bool LoadEngineTable(Environment& environment, const EngineConfiguration& engine, PatchData& patch);
 
-/// The engine of a configuration file and its own data, without a word to anybody. False when one of them cannot be
-/// read.
-[[nodiscard]] bool ReadEngine(const std::filesystem::path& programFolder, const std::filesystem::path& file,
+/// The engine of a configuration that was found and its own data, without a word to anybody. False when one of them
+/// cannot be read.
+[[nodiscard]] bool ReadEngine(const std::filesystem::path& programFolder, const modConfig::EngineEntry& entry,
                               EngineConfiguration& engine, PatchSet& defaults);
 
 /// Writes the current set as a table file.
