@@ -56,8 +56,12 @@ Structure EngineStructure(const EngineConfiguration& engine) {
 
 /// Written where an engine has more than the fields of old.
 Structure DialectStructure(const Dialect& dialect) {
-    return ToStructure({{"rules", std::string(ruleWords[dialect.engineRulesOnly ? 1 : 0])},
-                        {"fields", std::string(levelWords[static_cast<std::size_t>(dialect.engineFields)])}});
+    Structure structure =
+        ToStructure({{"rules", std::string(ruleWords[dialect.engineRulesOnly ? 1 : 0])},
+                     {"fields", std::string(levelWords[static_cast<std::size_t>(dialect.engineFields)])}});
+    if (dialect.unlimited)
+        structure->Set("numbers", std::string(numberWords[1]));
+    return structure;
 }
 
 /// One row for each argument of each action.

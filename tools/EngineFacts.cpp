@@ -211,6 +211,7 @@ private:
         facts_.engine.dialect = Dialect::Of(source_.extended);
         facts_.engine.dialect.engineRulesOnly = source_.engineRulesOnly;
         facts_.engine.dialect.engineFields = source_.fields;
+        facts_.engine.dialect.unlimited = source_.unlimited;
         facts_.engine.dialect = facts_.engine.dialect.By(Rules::Kept);
         facts_.engine.offsets.sounds = soundTableAddress;
         facts_.engine.offsets.dataSegment = addressCorrection;
@@ -456,6 +457,7 @@ std::vector<EngineSource> ReadEngineList(const std::filesystem::path& folder, Fa
         source.bases = ReadFolders(table, row, "bases");
         source.engineRulesOnly = OneOf(table, row, "rules", ruleWords) == 1;
         source.fields = static_cast<FieldLevel>(OneOf(table, row, "fields", levelWords));
+        source.unlimited = OneOf(table, row, "numbers", numberWords) == 1;
         source.version = static_cast<std::int16_t>(table.Number(row, "version", 0, INT16_MAX));
         source.name = table.Text(row, "name");
         source.extended = table.Text(row, "mode") == "extended";

@@ -59,6 +59,7 @@ INSTANTIATE_TEST_SUITE_P(Shipped, EveryEngine,
                                            Expected{"mbf19", 19, true, 144, 1076, 114, 144, 309, 88},
                                            Expected{"mbf203", 21, true, 144, 1076, 114, 144, 309, 88},
                                            Expected{"mbf21", 21, true, 250, 4000, 700, 245, 309, 116},
+                                           Expected{"dsdhacked", 2021, true, 250, 4000, 700, 245, 309, 116},
                                            Expected{"dehextra19", 19, true, 250, 4000, 700, 245, 309, 88},
                                            Expected{"dehextra21", 21, true, 250, 4000, 700, 245, 309, 88}),
                          [](const auto& info) { return std::string(info.param.configuration); });
@@ -162,6 +163,8 @@ TEST(LaterFields, HaveTheValuesOfTheGame) {
     const test::TemporaryFolder output;
     ASSERT_TRUE(BuildEngines(dataFolder, output.Path()));
     const auto [engine, set] = Load(output.Path(), "mbf21");
+    EXPECT_FALSE(engine.dialect.unlimited);
+    EXPECT_TRUE(Load(output.Path(), "dsdhacked").engine.dialect.unlimited);
     EXPECT_EQ(set.things[10].droppedItem, 74); // from the base
     EXPECT_EQ(set.things[21].bits21, 303208);
     EXPECT_EQ(set.things[31].fastSpeed, 20 * 65536);
