@@ -50,7 +50,9 @@ public:
         if (cell.field >= 0) {
             const RowFacts facts = FactsOf(cell.kind, cell.field);
             if (facts.since != FieldLevel::Doom)
-                Add(later_, facts.label);
+                Add(facts.since == FieldLevel::Id24 ? newest_ : later_, facts.label);
+        } else if (const TextField* text = TextFieldAt(cell.field)) {
+            Add(newest_, text->label);
         } else if (cell.field == codePointerField && engine_.dialect.fields >= FieldLevel::Mbf21) {
             const std::string_view name = value.substr(0, value.find_first_of(" \t"));
             const auto& actions = engine_.actions;
@@ -61,9 +63,14 @@ public:
         }
     }
 
-    /// What the patch makes, or sets of later fields and actions, in a few words; empty when there is none of that.
+    /// What of the patch not every engine has, in a few words: of the newest fields, of records beyond the tables, of
+    /// other later fields and actions the first that it has; empty when it has none.
     std::string Later() const {
-        return !made_.empty() ? "it makes " + AFew(made_) : later_.empty() ? std::string() : "it sets " + AFew(later_);
+        if (!newest_.empty())
+            return "it sets " + AFew(newest_);
+        return !further_.empty() ? "it has " + AFew(further_)
+               : later_.empty()  ? std::string()
+                                 : "it sets " + AFew(later_);
     }
 
 private:
@@ -71,8 +78,9 @@ private:
     static constexpr std::int32_t lastMbfAction = 87; // what came later came with the fields of MBF21
 
     void NoteRecord(RecordKind kind, std::int32_t index) {
-        if (engine_.dialect.unlimited && made_.size() <= mostNames && HasCell(defaults_, {kind, index, existsField}))
-            Add(made_, MadeName(kind, index));
+        if (engine_.dialect.unlimited && further_.size() <= mostNames &&
+            (HasCell(defaults_, {kind, index, existsField}) || (index < 0 && index != noRecord)))
+            Add(further_, MadeName(kind, index));
     }
     static void Add(std::vector<std::string>& names, std::string_view name) {
         if (std::ranges::find(names, name) == names.end())
@@ -88,7 +96,7 @@ private:
     const EngineConfiguration& engine_;
     const PatchSet& defaults_;
     std::int64_t count_ = 0;
-    std::vector<std::string> later_, made_;
+    std::vector<std::string> later_, further_, newest_;
 };
 
 /// How an engine takes a patch.

@@ -80,6 +80,13 @@ Structure Arguments(const std::vector<EngineConfiguration::Action>& actions) {
     return rows;
 }
 
+Structure Choices(const std::vector<EngineConfiguration::Choice>& choices) {
+    return ToStructure(choices, [](const EngineConfiguration::Choice& choice, std::int32_t position) {
+        return SettingTree::Entry(std::to_string(position),
+                                  ToStructure({{"value", choice.value}, {"name", choice.name}}));
+    });
+}
+
 /// Names as keys, tooltips as values.
 Structure NamesAndTooltips(const EngineConfiguration::Bits& bits) {
     return ToStructure(bits.names, [&bits](const std::string& name, std::int32_t bit) {
@@ -143,6 +150,10 @@ std::string FormatEngine(const EngineConfiguration& engine) {
     for (std::size_t set = 0; set < bitSetCount; ++set)
         if (!engine.laterBits[set].names.empty())
             write(bitSetWords[set], NamesAndTooltips(engine.laterBits[set]));
+    if (!engine.pickupItems.empty())
+        write("pickupitems", Choices(engine.pickupItems));
+    if (!engine.pickupCategories.empty())
+        write("pickupcategories", Choices(engine.pickupCategories));
     if (!engine.droppedItems.empty())
         write("droppeditems", ToStructure(engine.droppedItems, [](const auto& dropped, std::int32_t) {
                   return SettingTree::Entry(std::to_string(dropped.first), dropped.second);

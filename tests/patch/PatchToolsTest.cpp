@@ -145,7 +145,14 @@ TEST(SessionChoice, SaysWhyAnEngineIsProposed) {
     EXPECT_EQ(advise(version, "[CODEPTR]\nFrame 5 = SPAWNOBJECT\n", RulesSetting::Engine),
               "mbf21: it sets SpawnObject");
     EXPECT_EQ(advise(version, modern + "\nFrame 4000\n\nThing 251\n\nFrame 4000\nArgs1 = 4\n", RulesSetting::Recommend),
-              "dsdhacked: it makes frame 4000, thing 251");
+              "dsdhacked: it has frame 4000, thing 251");
+    EXPECT_EQ(advise(version, modern + "\nFrame 4000\nTranmap = X\nNext frame = 2\n\nThing 2\nID24 Bits = 1\n",
+                     RulesSetting::Recommend),
+              "id24: it sets Tranmap, ID24 Bits");
+    EXPECT_EQ(advise(version, "Thing -1879048191\nMass = 2\n", RulesSetting::Recommend),
+              "id24: it has thing -1879048191");
+    EXPECT_EQ(advise({{"engineversion", "2024"}}, modern, RulesSetting::Recommend),
+              "id24: it is the only one of Doom version 2024");
     EXPECT_EQ(advise({{"engineversion", "2021"}}, "Thing 2\n", RulesSetting::Recommend),
               "dsdhacked: it is the only one of Doom version 2021");
     EXPECT_EQ(advise(version, modern, RulesSetting::Kept), "boom21: it has a use for the most lines of the patch");
