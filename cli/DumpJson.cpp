@@ -17,11 +17,15 @@ using Json = nlohmann::ordered_json;
 
 std::string Utf8(std::string_view text) { return Latin1ToUtf8(text); }
 
+Json TextOrNull(std::string_view text) { return text.empty() ? Json() : Json(Utf8(text)); }
+
 /// The fields that came with the levels from `first` to `last`.
 template <class Record> void PutFields(Json& object, FieldLevel first, FieldLevel last, const Record& record) {
     for (const Field<Record>& field : fieldsOf<Record>)
         if (field.since >= first && field.since <= last) {
-            const FieldValue value = ValueOf(record, field);
+            FieldValue value = ValueOf(record, field);
+            if constexpr (std::is_same_v<Record, AmmoRecord>)
+                value = value ? value : DerivedAmount(record, field);
             object[std::string(field.label)] = value ? Json(*value) : Json();
         }
 }
@@ -54,7 +58,7 @@ class Descriptions {
 public:
     Descriptions(const PatchSet& set, const EngineConfiguration& engine) : set_(set), engine_(engine) {}
 
-    template <class Record> Json Of(std::int32_t number, const Record& record) const {
+    template <class Record> Json Of(RecordKind kind, std::int32_t number, const Record& record) const {
         const auto i = static_cast<std::size_t>(number);
         Json object;
         if (engine_.dialect.EngineRules() && HasNumber<Record>())
@@ -85,6 +89,10 @@ public:
                 object["Mnemonic"] = mnemonic != nullptr ? Json(Utf8(*mnemonic)) : Json();
             }
             PutFields(object, FieldLevel::Dehextra, engine_.dialect.fields, record);
+            for (std::size_t text = 0; text < textFields.size(); ++text)
+                if (textFields[text].kind == kind && textFields[text].since <= engine_.dialect.fields)
+                    object[std::string(textFields[text].label)] =
+                        TextOrNull(set_.TextOf(kind, number, static_cast<int>(text)));
             return object;
         }
     }
@@ -159,7 +167,7 @@ void DumpJson(const Program& program, std::ostream& out) {
     VisitKinds([&](const auto& kind) {
         ListWriter list(out, kind.plural);
         for (const auto& [number, record] : kind.In(set))
-            list.Put(descriptions.Of(number, record));
+            list.Put(descriptions.Of(kind.kind, number, record));
         if (kind.kind == RecordKind::String) // those that the engine does not know
             for (const PatchDocument::OtherString& other : others)
                 list.Put(OtherStringOf(other));

@@ -14,8 +14,8 @@ enum class Rules { Kept, Engine };
 enum class FieldLevel { Doom, Dehextra, Mbf21, Id24 };
 
 /// The sets of bits that fields hold by name.
-enum class BitSet { Things, Things21, States21, Weapons21 };
-inline constexpr std::size_t bitSetCount = 4;
+enum class BitSet { Things, Things21, States21, Weapons21, Things24 };
+inline constexpr std::size_t bitSetCount = 5;
 /// Those of weapons are written as a number alone: the newest woof reads names there as 0.
 constexpr bool IsWrittenByName(BitSet set) { return set != BitSet::Weapons21; }
 

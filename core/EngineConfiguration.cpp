@@ -253,6 +253,14 @@ void ReadArguments(EngineReader& reader, EngineConfiguration& engine) {
     });
 }
 
+std::vector<EngineConfiguration::Choice> ReadChoices(EngineReader& reader, std::string_view structure) {
+    std::vector<EngineConfiguration::Choice> choices;
+    reader.EachStructure(structure, [&](EngineReader& row) {
+        choices.push_back({row.Whole("value"), row.Text("name")});
+    });
+    return choices;
+}
+
 void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     reader.Enter("engine");
     engine.name = reader.Text("name");
@@ -288,6 +296,8 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
     ReadActions(reader, engine);
     ReadArguments(reader, engine);
     ReadLaterBits(reader, engine);
+    engine.pickupItems = ReadChoices(reader, "pickupitems");
+    engine.pickupCategories = ReadChoices(reader, "pickupcategories");
     if (reader.EnterOptional("droppeditems"))
         engine.droppedItems = reader.NumberedWholes();
     if (reader.EnterOptional("sharedprojectilegroup"))

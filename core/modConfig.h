@@ -92,6 +92,13 @@ struct EngineConfiguration {
     std::vector<std::int32_t> miscellaneousOffsets;
 
     std::array<Bits, bitSetCount> laterBits; // of the sets that came after the thing flags, by `BitSet`
+    /// A number that a field may have, and what it stands for.
+    struct Choice {
+        std::int32_t value = 0;
+        std::string name;
+        bool operator==(const Choice&) const = default;
+    };
+    std::vector<Choice> pickupItems, pickupCategories; // of `FieldUnit::PickupItem`, `FieldUnit::PickupCategory`
     /// What things leave behind, in engines whose table has no place for it: things from 0, what they leave from 1.
     std::vector<std::pair<std::int32_t, std::int32_t>> droppedItems;
     /// Things that are in one projectile group from the start, one without a number.
@@ -152,7 +159,7 @@ inline constexpr std::array<std::string_view, 2> numberWords{"limited", "unlimit
 inline constexpr std::array<std::string_view, 2> ruleWords{"kept", "engine"};
 inline constexpr std::array<std::string_view, 4> levelWords{"doom", "dehextra", "mbf21", "id24"};
 inline constexpr std::array<std::string_view, bitSetCount> bitSetWords{"flags", "thingbits21", "statebits21",
-                                                                       "weaponbits21"};
+                                                                       "weaponbits21", "thingbits24"};
 inline constexpr std::array<std::string_view, 11> argumentWords{
     "number", "unsigned", "fixed", "angle", "degrees", "flag", "thing", "state", "sound", "bits", "bits21"};
 

@@ -100,6 +100,9 @@ void NameLumps(PatchSet& set, const Cell& cell, std::string_view name) {
     });
 }
 
+/// Of a text field's cell.
+Texts::key_type TextKey(const Cell& cell) { return {cell.kind, cell.index, firstTextField - cell.field}; }
+
 bool MayBeMade(const PatchSet& set, const Cell& cell) {
     bool may = false;
     VisitKind(cell.kind, [&](const auto& list) {
@@ -114,8 +117,9 @@ void MakeOrRemove(PatchSet& set, const Cell& cell, bool exists) {
     VisitKind(cell.kind, [&]<class List>(const List& list) {
         if (exists)
             list.In(set).Add(cell.index, NewRecord<RecordOf<List>>(cell.index));
-        else
-            list.In(set).Remove(cell.index);
+        else if (list.In(set).Remove(cell.index))
+            for (std::size_t text = 0; text < textFields.size(); ++text)
+                set.texts.erase({cell.kind, cell.index, static_cast<int>(text)});
     });
 }
 
@@ -164,6 +168,8 @@ bool HasCell(const PatchSet& set, const Cell& cell) {
         return true;
     if (cell.field == noteField)
         return HasNotes(cell);
+    if (const TextField* text = TextFieldAt(cell.field))
+        return text->kind == cell.kind;
     return cell.field < 0 ? cell.field == OtherField(cell.kind) : cell.field < RowCount(cell.kind);
 }
 
@@ -180,6 +186,8 @@ CellValue ReadCell(const PatchSet& set, const Cell& cell) {
         const auto note = set.notes.find({cell.kind, cell.index});
         return note == set.notes.end() ? std::string() : note->second;
     }
+    if (TextFieldAt(cell.field) != nullptr)
+        return std::string(set.TextOf(cell.kind, cell.index, firstTextField - cell.field));
     CellValue value;
     if (cell.field >= 0) {
         VisitRecord(set, cell, [&]<class Record>(const Record& record) {
@@ -206,6 +214,13 @@ void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
             set.notes[{cell.kind, cell.index}] = std::get<std::string>(value);
         return;
     }
+    if (TextFieldAt(cell.field) != nullptr) {
+        if (std::get<std::string>(value).empty())
+            set.texts.erase(TextKey(cell));
+        else
+            set.texts[TextKey(cell)] = std::get<std::string>(value);
+        return;
+    }
     if (cell.field >= 0) {
         const bool unset = std::holds_alternative<Unset>(value);
         const FieldValue number = unset ? FieldValue() : std::get<std::int32_t>(value);
@@ -229,6 +244,24 @@ std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index) {
         cells.push_back({kind, index, row});
     if (const int other = OtherField(kind); other != 0)
         cells.push_back({kind, index, other});
+    for (std::size_t text = 0; text < textFields.size(); ++text)
+        if (textFields[text].kind == kind)
+            cells.push_back({kind, index, TextCell(text)});
+    return cells;
+}
+
+std::vector<Cell> OtherTexts(const PatchSet& before, const PatchSet& after) {
+    std::vector<Cell> cells;
+    const auto add = [&](const Texts& texts, const PatchSet& other, bool onlyNew) {
+        for (const auto& [key, text] : texts) {
+            const auto& [kind, number, field] = key;
+            const std::string_view otherText = other.TextOf(kind, number, field);
+            if (onlyNew ? otherText.empty() : otherText != text)
+                cells.push_back({kind, number, TextCell(static_cast<std::size_t>(field))});
+        }
+    };
+    add(before.texts, after, false);
+    add(after.texts, before, true);
     return cells;
 }
 
@@ -260,7 +293,7 @@ Limits LimitsOf(const PatchSet& set, RecordKind kind, int field) {
         return LimitsOf(set.sprites);
     case FieldUnit::Thing: { // counted from 1, 0 for none
         const Limits things = LimitsOf(set.things);
-        return {0, things.highest == INT32_MAX ? INT32_MAX : things.highest + 1};
+        return {std::min(0, things.lowest + 1), things.highest == INT32_MAX ? INT32_MAX : things.highest + 1};
     }
     default:
         return facts.limits;

@@ -26,6 +26,15 @@ inline constexpr int noteField = -5;        // what comments say of a thing, sta
 inline constexpr int existsField = -6;      // 1 for a record that there is, 0 for one that a patch may make
 inline constexpr int lumpNameField = -7;    // sprites and sounds, where an engine's patches name them by number
 
+inline constexpr int firstTextField = -16; // the first of `textFields`; the next ones are below it
+constexpr int TextCell(std::size_t textField) { return firstTextField - static_cast<int>(textField); }
+/// The text field that a cell's field is; null for another field.
+constexpr const TextField* TextFieldAt(int field) {
+    return field <= firstTextField && field > TextCell(textFields.size())
+               ? &textFields[static_cast<std::size_t>(firstTextField - field)]
+               : nullptr;
+}
+
 /// What the comments at a patch's head say of it as a whole.
 inline constexpr Cell patchNotes{RecordKind::Par, 0, noteField};
 
@@ -63,16 +72,19 @@ bool HasCell(const PatchSet& set, const Cell& cell);
 inline bool MayBeUnset(const Cell& cell) { return cell.field >= 0 && FactsOf(cell.kind, cell.field).mayBeUnset; }
 /// A value is of the cell's own type, or `Unset`, which changes nothing in a field that may not be so. Of a record that
 /// `set` does not have, the values are those of a new one, and nothing but `existsField` is written; that makes a
-/// record, or removes one that a patch made. A note has lines parted by \n and no comment signs; there is none where
-/// its text is empty.
+/// record, or removes one that a patch made. A text field that holds nothing is empty. A note has lines parted by \n
+/// and no comment signs; there is none where its text is empty.
 CellValue ReadCell(const PatchSet& set, const Cell& cell);
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
 
-/// Every cell of a record but its note, whether it exists, and the name of a sprite or sound: all rows of its table and
-/// its name, text or code pointer.
+/// Every cell of a record but its note, whether it exists, and the name of a sprite or sound: all rows of its table,
+/// its name, text or code pointer, and its text fields.
 std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> DerivedFrom(const Cell& cell);
+
+/// The text fields that hold something else in the second set.
+std::vector<Cell> OtherTexts(const PatchSet& before, const PatchSet& after);
 
 /// Whether records come or go with these cells.
 bool MakesOrRemoves(const std::vector<Cell>& cells);

@@ -157,11 +157,15 @@ private:
         });
         if (current_.misc != said_.misc)
             FindCells(RecordKind::Misc, 0);
+        for (const Cell& cell : OtherTexts(said_, current_))
+            if (HasCell(current_, cell) && TextFieldAt(cell.field)->since <= dialect_.fields)
+                changes_.push_back({cell, {}});
     }
 
     void FindCells(RecordKind kind, std::int32_t index) {
         for (const Cell& cell : CellsOf(kind, index))
-            if ((cell.field < 0 || IsInPatch(cell)) && ReadCell(current_, cell) != ReadCell(said_, cell))
+            if (TextFieldAt(cell.field) == nullptr && (cell.field < 0 || IsInPatch(cell)) &&
+                ReadCell(current_, cell) != ReadCell(said_, cell))
                 changes_.push_back({cell, {}});
         const Cell name{kind, index, lumpNameField};
         if (dialect_.unlimited && (kind == RecordKind::Sprite || kind == RecordKind::Sound) &&
@@ -274,6 +278,8 @@ private:
         if (cell.field == lumpNameField)
             return LumpName(cell);
         const CellValue stored = ReadCell(current_, cell);
+        if (TextFieldAt(cell.field) != nullptr)
+            return TextFieldText(cell, std::get<std::string>(stored));
         if (std::holds_alternative<Unset>(stored)) {
             Fail(cell, "cannot be unset: the engine has a number there");
             return {};
@@ -290,6 +296,14 @@ private:
         const std::string text = modPatchText::FormatBits(value, true, known);
         const bool tight = old.find('+') != std::string_view::npos && old.find(' ') == std::string_view::npos;
         return tight ? ReplaceAll(text, " + ", "+") : text;
+    }
+
+    std::string TextFieldText(const Cell& cell, const std::string& text) {
+        if (text.empty())
+            Fail(cell, "cannot be empty: the engine has a name there");
+        else if (std::ranges::any_of(text, [this](char each) { return each <= ' ' || each == dialect_.comment; }))
+            Fail(cell, "must be one word");
+        return text;
     }
 
     std::string LumpName(const Cell& cell) {
@@ -427,9 +441,11 @@ private:
             return LumpNameKey(defaults_.sprites, cell.index) + " = " + ValueText(cell, false) + end;
         case Section::Sounds:
             return LumpNameKey(defaults_.sounds, cell.index) + " = " + ValueText(cell, false) + end;
-        default:
-            return std::string(FactsOf(cell.kind, cell.field).label) + " = " + ValueText(cell, dialect_.namedBits) +
-                   end;
+        default: {
+            const TextField* text = TextFieldAt(cell.field);
+            return std::string(text != nullptr ? text->label : FactsOf(cell.kind, cell.field).label) + " = " +
+                   ValueText(cell, dialect_.namedBits) + end;
+        }
         }
     }
 

@@ -1,5 +1,7 @@
 #include "patch/Edits.h"
 
+#include "patch/NumberRanges.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -65,9 +67,19 @@ void Edits::RestoreRecords(RecordKind kind, const std::vector<std::int32_t>& rec
     Restore(cells, "restore " + RecordsName(kind, records, many));
 }
 
+Status Edits::MayMake(RecordKind kind, std::int32_t number) const {
+    const std::string name = MadeName(kind, number);
+    if (HasRecord(patch_.current, kind, number))
+        return Status::Failure("There is a " + name + " already.");
+    if (const std::string_view owner = OwnerOfNumber(number); !owner.empty())
+        return Status::Failure("The number of " + name + " belongs to " + std::string(owner) +
+                               ": patches change what has it, but make nothing new of it.");
+    return Exists({kind, number, existsField}) ? Status() : Status::Failure("There can be no " + name + ".");
+}
+
 void Edits::MakeRecord(RecordKind kind, std::int32_t number) {
-    if (const Cell cell{kind, number, existsField}; Exists(cell))
-        Push({{cell, 1}}, "new " + MadeName(kind, number), false, true);
+    if (MayMake(kind, number))
+        Push({{{kind, number, existsField}, 1}}, "new " + MadeName(kind, number), false, true);
 }
 
 std::int32_t Edits::FreeNumber(RecordKind kind) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Status.h"
 #include "patch/StepNames.h"
 #include "patch/UndoSteps.h"
 
@@ -50,14 +51,16 @@ public:
     void RestoreCell(const Cell& cell) { Restore({cell}, "restore " + NameOf(cell)); }
     /// The same for every cell of these records, as a step named by `RecordsName`.
     void RestoreRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many);
-    /// Makes a record, where the engine knows no limits, as a step named after it ("new frame 4000"). Nothing happens
-    /// when there is one of that number or the engine's own table has it; a sprite can be saved when it has a name.
+    /// Whether a record of that number can be made, where the engine knows no limits; the reason why not, for the user.
+    Status MayMake(RecordKind kind, std::int32_t number) const;
+    /// Makes a record as a step named after it ("new frame 4000"). Nothing happens when `MayMake` fails; a sprite can
+    /// be saved when it has a name.
     void MakeRecord(RecordKind kind, std::int32_t number);
     /// The lowest number for a new record; `noRecord` when there is none.
     std::int32_t FreeNumber(RecordKind kind) const;
     /// Whether the record is one that the patch made.
     bool IsMade(RecordKind kind, std::int32_t number) const {
-        return Exists({kind, number, existsField}) && HasRecord(patch_.current, kind, number);
+        return HasRecord(patch_.current, kind, number) && Exists({kind, number, existsField});
     }
     /// Removes those of these records that the patch made, with all that they hold, as a step named by `RecordsName`.
     void RemoveRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many);
@@ -97,7 +100,10 @@ public:
     void MarkChangedForGood();
 
 private:
-    bool Exists(const Cell& cell) const { return HasCell(patch_.current, cell); }
+    bool Exists(const Cell& cell) const {
+        return HasCell(patch_.current, cell) &&
+               (cell.field != existsField || !HasRecord(patch_.defaults, cell.kind, cell.index));
+    }
     void Push(std::vector<Assignment> assignments, std::string name, bool typing, bool marks);
     void Move(const std::vector<Change>& changes, bool forward);
     void Tell(const std::vector<Cell>& cells);

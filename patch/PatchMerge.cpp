@@ -27,7 +27,7 @@ template <class Visit> void ForEachOtherCell(const PatchSet& before, const Patch
     const auto visitRecord = [&](RecordKind kind, std::int32_t index) {
         visitCell({kind, index, existsField});
         for (const Cell& cell : CellsOf(kind, index))
-            if (cell.field < 0 || FactsOf(kind, cell.field).inPatch)
+            if (TextFieldAt(cell.field) == nullptr && (cell.field < 0 || FactsOf(kind, cell.field).inPatch))
                 visitCell(cell);
     };
     VisitKinds([&](const auto& kind) {
@@ -40,6 +40,8 @@ template <class Visit> void ForEachOtherCell(const PatchSet& before, const Patch
                 visitRecord(kind.kind, number);
     });
     visitRecord(RecordKind::Misc, 0);
+    for (const Cell& cell : OtherTexts(before, after))
+        visit(cell);
     std::set<Notes::key_type> noted;
     for (const Notes* notes : {&before.notes, &after.notes})
         for (const auto& [record, note] : *notes)

@@ -16,7 +16,7 @@ namespace {
 
 /// Header lines that only the header scan reads.
 constexpr std::array<std::string_view, 3> sessionKeys{"Engine config", "Data WAD", "IWAD"};
-constexpr std::string_view versionKey = "Doom version", formatKey = "Patch format";
+constexpr std::string_view versionKey = "Doom version", formatKey = "Patch format", hashesKey = "Valid hashes";
 
 bool IsSessionKey(std::string_view key) {
     for (const std::string_view known : sessionKeys)
@@ -183,8 +183,9 @@ private:
             return EngineSectionLine(line);
         const auto [key, value] = EnginePair(line);
         const std::string_view name = Trim(key);
+        const bool hashes = dialect_.fields >= FieldLevel::Id24 && EqualIgnoringCase(name, hashesKey);
         if (EqualIgnoringCase(name, versionKey) || EqualIgnoringCase(name, formatKey) || IsSessionKey(name) ||
-            IsFirstLine(line)) {
+            IsFirstLine(line) || hashes) {
             understood_ = true;
             return false;
         }

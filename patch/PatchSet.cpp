@@ -18,4 +18,9 @@ std::string_view PatchSet::SpriteName(std::int32_t sprite) const {
     return record == nullptr ? std::string_view() : std::string_view(record->name.data(), record->name.size());
 }
 
+std::string_view PatchSet::TextOf(RecordKind kind, std::int32_t number, int textField) const {
+    const auto found = texts.find({kind, number, textField});
+    return found == texts.end() ? std::string_view() : std::string_view(found->second);
+}
+
 } // namespace plinket3

@@ -18,13 +18,14 @@
 
 namespace plinket3 {
 
-enum class RecordKind : std::uint8_t { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
-
 /// A number that no record has.
 inline constexpr std::int32_t noRecord = -1;
 
 /// What notes say, by the record they belong to; that of the patch as a whole stands under the par list.
 using Notes = std::map<std::pair<RecordKind, std::int32_t>, std::string>;
+
+/// What text fields hold, by kind, number and the field's place in `textFields`; none is empty.
+using Texts = std::map<std::tuple<RecordKind, std::int32_t, int>, std::string>;
 
 /// One set of records: an engine's own, or what a patch makes of them.
 struct PatchSet {
@@ -39,12 +40,15 @@ struct PatchSet {
     MiscRecord misc;
     std::vector<ParRecord> pars; // empty in the default set
     Notes notes;                 // of a patch by engine rules; none is empty
+    Texts texts;
     bool operator==(const PatchSet&) const = default;
 
     /// A sound's name without the blanks and NULs that fill its six characters; empty for an index beyond the sounds.
     std::string SoundName(std::int32_t sound) const;
     /// A sprite's four characters; empty for an index beyond the sprites.
     std::string_view SpriteName(std::int32_t sprite) const;
+    /// What a text field holds; empty for one that holds nothing.
+    std::string_view TextOf(RecordKind kind, std::int32_t number, int textField) const;
 };
 
 /// A kind of records of which a set has a list.

@@ -134,7 +134,9 @@ template <class Has> void PatchStore::SelectNumber(std::string_view number, std:
     const bool exists = index >= INT32_MIN && index != noRecord && has(static_cast<std::int32_t>(index));
     index_ = exists ? static_cast<std::int32_t>(index) : noRecord;
     if (!exists)
-        Ignore("has a number that the engine does not have, so its lines are ignored");
+        Ignore(dialect_.unlimited && index < 0
+                   ? "has a number that no patch can make, so its lines are ignored"
+                   : "has a number that the engine does not have, so its lines are ignored");
 }
 
 /// "Pointer n (Frame f)": f counts, and the word before it may be any.
@@ -168,12 +170,31 @@ bool PatchStore::StoreField(std::string_view key, std::string_view value) {
         return std::visit(
             [&](auto record) {
                 if constexpr (std::is_pointer_v<decltype(record)>)
-                    return StoreNumber(KindOf(section_), record, key, value);
+                    return StoreNumber(KindOf(section_), record, key, value) || StoreText(key, value);
                 else
                     return false;
             },
             selected_);
     }
+}
+
+bool PatchStore::StoreText(std::string_view key, std::string_view value) {
+    const auto* field = std::ranges::find_if(textFields, [&](const TextField& each) {
+        return each.kind == KindOf(section_) && EqualIgnoringCase(each.label, key);
+    });
+    if (field == textFields.end() || field->since > dialect_.fields)
+        return false;
+    if (index_ == noRecord)
+        return true;
+    const std::string_view word = TakeWord(value);
+    if (word.empty()) {
+        Ignore("is ignored: it holds no name");
+        return true;
+    }
+    const Cell cell{field->kind, index_, TextCell(static_cast<std::size_t>(field - textFields.begin()))};
+    WriteCell(set_, cell, std::string(word));
+    Stored(cell, word);
+    return true;
 }
 
 template <class Record>
@@ -186,6 +207,8 @@ bool PatchStore::StoreNumber(RecordKind kind, Record* record, std::string_view k
     const bool flags = field->unit == FieldUnit::Flags;
     if (flags)
         SetValue(*record, *field, Bits(field->bits, value));
+    else if (field->unit == FieldUnit::Truth && EqualIgnoringCase(value, "true"))
+        SetValue(*record, *field, 1);
     else // engines take any number even where the program of old had one byte
         SetValue(*record, *field, dialect_.EngineRules() ? EngineInt32(value) : FitWidth(*field, LeadingInt32(value)));
     if (observer_ != nullptr && !(flags && !IsBitsNumber(value)))

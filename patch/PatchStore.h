@@ -85,6 +85,7 @@ private:
     std::int32_t KeptBits(const std::vector<std::string>& known, std::string_view value);
     std::int32_t EngineBits(BitSet set, std::string_view value);
     bool IsBitsNumber(std::string_view value) const;
+    bool StoreText(std::string_view key, std::string_view value);
     bool StorePointer(std::string_view key, std::string_view value);
     bool StoreCodePointer(std::string_view key, std::string_view value);
     void StoreCodePointer(std::int32_t state, std::int32_t codePointer, std::string_view value);

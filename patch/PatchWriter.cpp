@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
+#include <set>
 #include <utility>
 
 namespace plinket3::modPatchFiles {
@@ -124,6 +125,14 @@ private:
         return !lines.empty();
     }
 
+    std::set<std::int32_t> OtherTextsOf(RecordKind kind) const {
+        std::set<std::int32_t> numbers;
+        for (const Cell& cell : OtherTexts(defaults_, current_))
+            if (cell.kind == kind)
+                numbers.insert(cell.index);
+        return numbers;
+    }
+
     void EndKind(bool anySection) {
         if (anySection) {
             Line();
@@ -142,8 +151,19 @@ private:
         });
     }
 
+    void TextFields(RecordKind kind, std::int32_t number) {
+        for (std::size_t i = 0; i < textFields.size(); ++i) {
+            const int field = static_cast<int>(i);
+            const std::string_view text = current_.TextOf(kind, number, field);
+            if (textFields[i].kind == kind && textFields[i].since <= dialect_.fields && !text.empty() &&
+                text != defaults_.TextOf(kind, number, field))
+                Line(textFields[i].label, " = ", text);
+        }
+    }
+
     template <class Record> bool Records(const ListKind<Record>& kind) {
         const SectionRule& section = dialect_.*kind.section;
+        const std::set<std::int32_t> otherTexts = OtherTextsOf(kind.kind);
         bool any = false;
         for (const auto& [number, record] : kind.In(current_)) {
             const RecordOrNew own(kind.In(defaults_), number);
@@ -151,7 +171,7 @@ private:
             const bool made = !kind.In(defaults_).Has(number);
             const std::size_t start = out_.size();
             const bool noted = Note({kind.kind, number, noteField});
-            if (record == standard && !noted && !made)
+            if (record == standard && !noted && !made && !otherTexts.contains(number))
                 continue;
             Put(section.word);
             Put(" ");
@@ -168,6 +188,8 @@ private:
             Line();
             const std::size_t headerEnd = out_.size();
             Fields(record, standard);
+            if (otherTexts.contains(number))
+                TextFields(kind.kind, number);
             if (!renamed && !noted && !made && out_.size() == headerEnd) { // only what no patch has differs
                 out_.resize(start);
                 continue;

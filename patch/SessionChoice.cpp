@@ -2,6 +2,7 @@
 
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/StepNames.h"
 #include "patch/modTables.h"
 
 #include <algorithm>
@@ -43,42 +44,59 @@ public:
                   (unit == FieldUnit::Sound && beyond(defaults_.sounds)) ||
                   (unit == FieldUnit::Sprite && beyond(defaults_.sprites));
     }
+    void Selected(std::size_t, RecordKind kind, std::int32_t index) override { NoteRecord(kind, index); }
     void Stored(std::size_t, const Cell& cell, std::string_view value) override {
+        NoteRecord(cell.kind, cell.index);
         if (cell.field >= 0) {
             const RowFacts facts = FactsOf(cell.kind, cell.field);
             if (facts.since != FieldLevel::Doom)
-                AddLater(facts.label);
+                Add(facts.since == FieldLevel::Id24 ? newest_ : later_, facts.label);
+        } else if (const TextField* text = TextFieldAt(cell.field)) {
+            Add(newest_, text->label);
         } else if (cell.field == codePointerField && engine_.dialect.fields >= FieldLevel::Mbf21) {
             const std::string_view name = value.substr(0, value.find_first_of(" \t"));
             const auto& actions = engine_.actions;
             const auto action = std::ranges::find_if(
                 actions, [name](const auto& each) { return EqualIgnoringCase(each.mnemonic, name); });
             if (action != actions.end() && action->value > lastMbfAction)
-                AddLater(action->mnemonic);
+                Add(later_, action->mnemonic);
         }
     }
 
-    /// A few of the later fields and actions, parted by commas; empty when the patch sets none.
+    /// What of the patch not every engine has, in a few words: of the newest fields, of records beyond the tables, of
+    /// other later fields and actions the first that it has; empty when it has none.
     std::string Later() const {
-        constexpr std::size_t mostNames = 3;
-        std::string text;
-        for (std::size_t i = 0; i < std::min(later_.size(), mostNames); ++i)
-            text += (i == 0 ? "" : ", ") + later_[i];
-        return text + (later_.size() > mostNames ? " and others" : "");
+        if (!newest_.empty())
+            return "it sets " + AFew(newest_);
+        return !further_.empty() ? "it has " + AFew(further_)
+               : later_.empty()  ? std::string()
+                                 : "it sets " + AFew(later_);
     }
 
 private:
+    static constexpr std::size_t mostNames = 3;
     static constexpr std::int32_t lastMbfAction = 87; // what came later came with the fields of MBF21
 
-    void AddLater(std::string_view name) {
-        if (std::ranges::find(later_, name) == later_.end())
-            later_.emplace_back(name);
+    void NoteRecord(RecordKind kind, std::int32_t index) {
+        if (engine_.dialect.unlimited && further_.size() <= mostNames &&
+            (HasCell(defaults_, {kind, index, existsField}) || (index < 0 && index != noRecord)))
+            Add(further_, MadeName(kind, index));
+    }
+    static void Add(std::vector<std::string>& names, std::string_view name) {
+        if (std::ranges::find(names, name) == names.end())
+            names.emplace_back(name);
+    }
+    static std::string AFew(const std::vector<std::string>& names) {
+        std::string text;
+        for (std::size_t i = 0; i < std::min(names.size(), mostNames); ++i)
+            text += (i == 0 ? "" : ", ") + names[i];
+        return text + (names.size() > mostNames ? " and others" : "");
     }
 
     const EngineConfiguration& engine_;
     const PatchSet& defaults_;
     std::int64_t count_ = 0;
-    std::vector<std::string> later_;
+    std::vector<std::string> later_, further_, newest_;
 };
 
 /// How an engine takes a patch.
@@ -108,22 +126,23 @@ Reading TryReading(const std::filesystem::path& programFolder, const modConfig::
 /// Of the engines that have what the patch sets of later fields and actions the one that fits best.
 EngineAdvice AdviseByLaterFields(const Environment& environment, std::int32_t version, std::string_view bytes,
                                  std::optional<std::size_t> preferred) {
-    std::vector<std::pair<FieldLevel, std::size_t>> engines;
+    using Level = std::pair<FieldLevel, bool>; // what an engine can take, and whether of any number
+    std::vector<std::pair<Level, std::size_t>> engines;
     for (std::size_t i = 0; i < environment.engines.size(); ++i) {
         const auto& [file, name, number, extended, engine] = environment.engines[i];
         if (extended && engine != nullptr && engine->dialect.engineFields != FieldLevel::Doom)
-            engines.emplace_back(engine->dialect.engineFields, i);
+            engines.emplace_back(Level(engine->dialect.engineFields, engine->dialect.unlimited), i);
     }
-    std::ranges::stable_sort(engines, std::greater(), &std::pair<FieldLevel, std::size_t>::first);
+    std::ranges::stable_sort(engines, std::greater(), &std::pair<Level, std::size_t>::first);
     EngineAdvice best;
-    std::tuple<std::int64_t, bool, FieldLevel, bool> bestFit;
+    std::tuple<std::int64_t, bool, Level, bool> bestFit;
     for (const auto& [level, i] : engines) {
         const Reading reading = TryReading(environment.programFolder, environment.engines[i], bytes, Rules::Engine);
         if (reading.later.empty()) // nor is there anything for those of lower levels
             break;
         const std::tuple fit(reading.misfits, environment.engines[i].version != version, level, preferred != i);
         if (!best.index || fit < bestFit) {
-            best = {i, "it sets " + reading.later};
+            best = {i, reading.later};
             bestFit = fit;
         }
     }
@@ -167,6 +186,8 @@ EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::H
             bestFit = fit;
         }
     }
+    if (!anyVersion && std::ranges::count(environment.engines, version, &modConfig::EngineEntry::version) == 1)
+        best.reason = "it is the only one of Doom version " + std::to_string(version);
     const bool fitsWhole = best.index && std::get<1>(bestFit) > bytes.size() && std::get<2>(bestFit) == 0;
     if (rules != RulesSetting::Kept && !fitsWhole)
         if (EngineAdvice later = AdviseByLaterFields(environment, version, bytes, preferred); later.index)

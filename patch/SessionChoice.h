@@ -28,12 +28,13 @@ struct EngineAdvice {
 };
 
 /// The configuration that a patch is likely made for: the one that its header names (`ChooseEngine`). Otherwise, unless
-/// only the kept rules are asked for, one that has the later fields, bits and actions that the patch sets: the one with
-/// a use for the most of its lines. Otherwise, of those for its version that have kept rules, the one that reads it
-/// furthest - a text that the engine does not have ends the reading -, of these the one that has a use for the most of
-/// its lines, of these one of the mode that the file's ending speaks of (".bex": extended), of these `preferred`, or
-/// else the one with the fewest states. None when there is none for its version; by engine rules, for which a version
-/// decides nothing, all are then looked at. Reads configurations and tables, but shows and logs nothing.
+/// only the kept rules are asked for, one that has the later fields, bits and actions that the patch sets and the
+/// records that it makes: the one with a use for the most of its lines. Otherwise, of those for its version that have
+/// kept rules, the one that reads it furthest - a text that the engine does not have ends the reading -, of these the
+/// one that has a use for the most of its lines, of these one of the mode that the file's ending speaks of (".bex":
+/// extended), of these `preferred`, or else the one with the fewest states. None when there is none for its version; by
+/// engine rules, for which a version decides nothing, all are then looked at. Reads configurations and tables, but
+/// shows and logs nothing.
 EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::Header& header, std::string_view bytes,
                           const std::filesystem::path& file, std::optional<std::size_t> preferred, RulesSetting rules);
 

@@ -75,7 +75,8 @@ std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::
     std::string label = cell.field == nameField || cell.field == lumpNameField ? "name"
                         : cell.field == codePointerField                       ? "action"
                         : cell.field == noteField                              ? "note"
-                                                  : std::string(FactsOf(cell.kind, cell.field).label);
+                        : TextFieldAt(cell.field) != nullptr ? std::string(TextFieldAt(cell.field)->label)
+                                                             : std::string(FactsOf(cell.kind, cell.field).label);
     const bool abbreviation = label.size() > 1 && ToLower(label[1]) != label[1];
     if (!label.empty() && !abbreviation)
         label[0] = ToLower(label[0]);

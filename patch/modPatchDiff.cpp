@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <map>
 #include <string_view>
+#include <utility>
 
 namespace plinket3::modPatchDiff {
 
@@ -20,6 +21,9 @@ public:
 
     std::vector<std::string> Lines() {
         Note("Patch notes", "", patchNotes);
+        for (const Cell& cell : OtherTexts(before_, after_))
+            if (TextFieldAt(cell.field)->since <= engine_.dialect.fields)
+                otherTexts_[{cell.kind, cell.index}].push_back(cell);
         VisitKinds([this](const auto& kind) {
             if (kind.section == nullptr)
                 return;
@@ -48,6 +52,10 @@ private:
         lines_.push_back(std::move(line));
     }
 
+    static std::string NameOrUnset(const CellValue& value) {
+        const std::string& name = std::get<std::string>(value);
+        return name.empty() ? "unset" : name;
+    }
     static std::string Quoted(std::string_view text) { return "\"" + modPatchText::EscapeText(text) + "\""; }
 
     template <class Record> void Fields(std::string_view what, const Record& before, const Record& after) {
@@ -91,7 +99,8 @@ private:
             const Cell note{kind.kind, number, noteField};
             const RecordOrNew record(before, number), other(after, number);
             const bool alike = before.Has(number) == after.Has(number);
-            if (alike && *record == *other && !HasOtherNote(note))
+            const auto texts = otherTexts_.find({kind.kind, number});
+            if (alike && *record == *other && !HasOtherNote(note) && texts == otherTexts_.end())
                 continue;
             std::string name;
             if constexpr (isNamed<Record>)
@@ -106,6 +115,10 @@ private:
                 if (alike && record->name != other->name)
                     Line(heading, "Name", record->name, other->name);
             Fields(heading, *record, *other);
+            if (texts != otherTexts_.end())
+                for (const Cell& cell : texts->second)
+                    Line(heading, TextFieldAt(cell.field)->label, NameOrUnset(ReadCell(before_, cell)),
+                         NameOrUnset(ReadCell(after_, cell)));
         }
     }
 
@@ -190,6 +203,7 @@ private:
     const PatchSet& before_;
     const PatchSet& after_;
     const EngineConfiguration& engine_;
+    std::map<std::pair<RecordKind, std::int32_t>, std::vector<Cell>> otherTexts_; // by record
     std::vector<std::string> lines_;
 };
 

@@ -15,6 +15,8 @@ namespace plinket3 {
 // The records of a patch. Every number is a signed 32-bit integer; state, sound and sprite numbers are indices from 0.
 // The numbers that have rows in a field table stand in a base of their own, so that none can be without a row.
 
+enum class RecordKind : std::uint8_t { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
+
 struct ThingNumbers {
     std::int32_t id = 0, initialState = 0, hitPoints = 0, firstMovingState = 0, alertSound = 0, reactionTime = 0,
                  attackSound = 0, injuryState = 0, painChance = 0, painSound = 0, closeAttackState = 0,
@@ -24,6 +26,9 @@ struct ThingNumbers {
     std::int32_t infightingGroup = 0, projectileGroup = 0, splashGroup = 0, bits21 = 0, ripSound = 0;
     std::int32_t fastSpeed = -1; // for the normal speed
     std::int32_t meleeRange = 64 * 65536;
+    std::int32_t bits24 = 0, minRespawnTics = 12 * 35, respawnDice = 4;
+    std::int32_t pickupAmmoType = -1, pickupAmmoCategory = -1, pickupWeaponType = -1, pickupItemType = -1;
+    std::int32_t pickupBonusCount = 6, pickupSound = 0, selfDamageFactor = 65536;
     bool operator==(const ThingNumbers&) const = default;
 };
 struct ThingRecord : ThingNumbers {
@@ -72,6 +77,8 @@ struct SpriteRecord {
 struct WeaponNumbers {
     std::int32_t ammoType = 0, deselectState = 0, selectState = 0, bobbingState = 0, shootingState = 0, firingState = 0;
     std::int32_t ammoPerShot = 0, bits21 = 0;
+    std::int32_t slot = -1, slotPriority = -1, switchPriority = -1, initialOwned = 0, initialRaised = 0;
+    std::int32_t allowWithWeapon = -1, noneWithWeapon = -1, allowWithItem = -1, noneWithItem = -1;
     bool operator==(const WeaponNumbers&) const = default;
 };
 struct WeaponRecord : WeaponNumbers {
@@ -82,10 +89,14 @@ struct WeaponRecord : WeaponNumbers {
 
 struct AmmoNumbers {
     std::int32_t maxAmmo = 0, perAmmo = 0;
+    std::int32_t initialAmmo = 0, maxUpgradedAmmo = 0, boxAmmo = 0, backpackAmmo = 0, weaponAmmo = 0, droppedAmmo = 0,
+                 droppedBoxAmmo = 0, droppedBackpackAmmo = 0, droppedWeaponAmmo = 0, deathmatchWeaponAmmo = 0;
+    std::int32_t skill1 = 2 * 65536, skill2 = 65536, skill3 = 65536, skill4 = 65536, skill5 = 2 * 65536;
     bool operator==(const AmmoNumbers&) const = default;
 };
 struct AmmoRecord : AmmoNumbers {
     std::string name;
+    std::uint32_t given = 0;
     bool operator==(const AmmoRecord&) const = default;
 };
 
@@ -129,7 +140,12 @@ enum class FieldUnit {
     Sound,           // ... a sound, ...
     Sprite,          // ... a sprite
     SpriteFrame,     // a frame (0 to 31) with the lit bit
-    AmmoType,
+    AmmoType,        // of a weapon: ammunition, or 5 for none
+    Ammo,            // ammunition, ...
+    Weapon,          // ... a weapon, ...
+    PickupItem,      // ... a number of the engine's list of items, ...
+    PickupCategory,  // ... or of amounts; -1 for none of them
+    Truth,           // 1 or 0
     CodePointer,
     Infight,  // 202 or 221
     Argument, // what it means is up to the state's action
@@ -193,6 +209,21 @@ constexpr Field<ThingRecord> Group(std::string_view label, std::int32_t ThingNum
                                    std::int32_t lowest) {
     return {.label = label, .member = member, .lowest = lowest, .since = FieldLevel::Mbf21, .givenBit = givenBit};
 }
+template <class Record> constexpr Field<Record> Later24(std::string_view label, std::int32_t Record::*member,
+                                                        FieldUnit unit = FieldUnit::Number,
+                                                        std::int32_t lowest = INT32_MIN,
+                                                        std::int32_t highest = INT32_MAX) {
+    return {.label = label,
+            .member = member,
+            .unit = unit,
+            .lowest = lowest,
+            .highest = highest,
+            .since = FieldLevel::Id24};
+}
+/// An amount of ammunition that an engine works out of others where it is unset.
+constexpr Field<AmmoRecord> Amount(std::string_view label, std::int32_t AmmoNumbers::*member, int givenBit) {
+    return {.label = label, .member = member, .since = FieldLevel::Id24, .givenBit = givenBit};
+}
 constexpr Field<StateRecord> Argument(std::string_view label, std::int32_t StateNumbers::*member, int givenBit) {
     return {.label = label,
             .member = member,
@@ -244,6 +275,20 @@ template <> inline constexpr std::array fieldTable<ThingRecord>{
                        .member = &ThingRecord::meleeRange,
                        .unit = FieldUnit::Fixed16,
                        .since = FieldLevel::Mbf21},
+    Field<ThingRecord>{.label = "ID24 Bits",
+                       .member = &ThingRecord::bits24,
+                       .unit = FieldUnit::Flags,
+                       .since = FieldLevel::Id24,
+                       .bits = BitSet::Things24},
+    detail::Later24<ThingRecord>("Min respawn tics", &ThingRecord::minRespawnTics, FieldUnit::Number, 0),
+    detail::Later24<ThingRecord>("Respawn dice", &ThingRecord::respawnDice, FieldUnit::Number, 0, 255),
+    detail::Later24<ThingRecord>("Pickup ammo type", &ThingRecord::pickupAmmoType, FieldUnit::Ammo),
+    detail::Later24<ThingRecord>("Pickup ammo category", &ThingRecord::pickupAmmoCategory, FieldUnit::PickupCategory),
+    detail::Later24<ThingRecord>("Pickup weapon type", &ThingRecord::pickupWeaponType, FieldUnit::Weapon),
+    detail::Later24<ThingRecord>("Pickup item type", &ThingRecord::pickupItemType, FieldUnit::PickupItem),
+    detail::Later24<ThingRecord>("Pickup bonus count", &ThingRecord::pickupBonusCount),
+    detail::Later24<ThingRecord>("Pickup sound", &ThingRecord::pickupSound, FieldUnit::Sound),
+    detail::Later24<ThingRecord>("Self damage factor", &ThingRecord::selfDamageFactor, FieldUnit::Fixed16),
 };
 
 template <> inline constexpr std::array fieldTable<StateRecord>{
@@ -288,11 +333,35 @@ template <> inline constexpr std::array fieldTable<WeaponRecord>{
                         .since = FieldLevel::Mbf21,
                         .givenBit = 0},
     detail::Bits21<WeaponRecord>(BitSet::Weapons21),
+    detail::Later24<WeaponRecord>("Slot", &WeaponRecord::slot, FieldUnit::Number, -1, 9),
+    detail::Later24<WeaponRecord>("Slot Priority", &WeaponRecord::slotPriority, FieldUnit::Number, -1),
+    detail::Later24<WeaponRecord>("Switch Priority", &WeaponRecord::switchPriority, FieldUnit::Number, -1),
+    detail::Later24<WeaponRecord>("Initial Owned", &WeaponRecord::initialOwned, FieldUnit::Truth, 0, 1),
+    detail::Later24<WeaponRecord>("Initial Raised", &WeaponRecord::initialRaised, FieldUnit::Truth, 0, 1),
+    detail::Later24<WeaponRecord>("Allow switch with owned weapon", &WeaponRecord::allowWithWeapon, FieldUnit::Weapon),
+    detail::Later24<WeaponRecord>("No switch with owned weapon", &WeaponRecord::noneWithWeapon, FieldUnit::Weapon),
+    detail::Later24<WeaponRecord>("Allow switch with owned item", &WeaponRecord::allowWithItem, FieldUnit::PickupItem),
+    detail::Later24<WeaponRecord>("No switch with owned item", &WeaponRecord::noneWithItem, FieldUnit::PickupItem),
 };
 
 template <> inline constexpr std::array fieldTable<AmmoRecord>{
     Field<AmmoRecord>{"Max ammo", &AmmoRecord::maxAmmo, FieldUnit::Number, 0, 999999},
     Field<AmmoRecord>{"Per ammo", &AmmoRecord::perAmmo, FieldUnit::Number, 0, 999999},
+    detail::Later24<AmmoRecord>("Initial ammo", &AmmoRecord::initialAmmo),
+    detail::Amount("Max upgraded ammo", &AmmoRecord::maxUpgradedAmmo, 0),
+    detail::Amount("Box ammo", &AmmoRecord::boxAmmo, 1),
+    detail::Amount("Backpack ammo", &AmmoRecord::backpackAmmo, 2),
+    detail::Amount("Weapon ammo", &AmmoRecord::weaponAmmo, 3),
+    detail::Amount("Dropped ammo", &AmmoRecord::droppedAmmo, 4),
+    detail::Amount("Dropped box ammo", &AmmoRecord::droppedBoxAmmo, 5),
+    detail::Amount("Dropped backpack ammo", &AmmoRecord::droppedBackpackAmmo, 6),
+    detail::Amount("Dropped weapon ammo", &AmmoRecord::droppedWeaponAmmo, 7),
+    detail::Amount("Deathmatch weapon ammo", &AmmoRecord::deathmatchWeaponAmmo, 8),
+    detail::Later24<AmmoRecord>("Skill 1 multiplier", &AmmoRecord::skill1, FieldUnit::Fixed16),
+    detail::Later24<AmmoRecord>("Skill 2 multiplier", &AmmoRecord::skill2, FieldUnit::Fixed16),
+    detail::Later24<AmmoRecord>("Skill 3 multiplier", &AmmoRecord::skill3, FieldUnit::Fixed16),
+    detail::Later24<AmmoRecord>("Skill 4 multiplier", &AmmoRecord::skill4, FieldUnit::Fixed16),
+    detail::Later24<AmmoRecord>("Skill 5 multiplier", &AmmoRecord::skill5, FieldUnit::Fixed16),
 };
 
 namespace detail {
@@ -366,6 +435,25 @@ static_assert(everyNumberHasARow<ThingRecord, ThingNumbers> && everyNumberHasARo
               everyNumberHasARow<SoundRecord, SoundNumbers> && everyNumberHasARow<WeaponRecord, WeaponNumbers> &&
               everyNumberHasARow<AmmoRecord, AmmoNumbers> && everyNumberHasARow<MiscRecord, MiscRecord>);
 
+/// A field of a record that holds a name; few records have one, so these stand beside the records, in
+/// `PatchSet::texts`.
+struct TextField {
+    enum class Unit {
+        StringKey, // of [STRINGS]
+        LumpName,  // up to 8 characters
+    };
+    RecordKind kind;
+    std::string_view label;
+    Unit unit;
+    FieldLevel since;
+};
+inline constexpr std::array textFields{
+    TextField{RecordKind::Thing, "Pickup message", TextField::Unit::StringKey, FieldLevel::Id24},
+    TextField{RecordKind::Thing, "Translation", TextField::Unit::LumpName, FieldLevel::Id24},
+    TextField{RecordKind::State, "Tranmap", TextField::Unit::LumpName, FieldLevel::Id24},
+    TextField{RecordKind::Weapon, "Carousel icon", TextField::Unit::LumpName, FieldLevel::Id24},
+};
+
 /// The labels of the cheats, in record order.
 inline constexpr std::array<std::string_view, 17> cheatLabels{
     "Change music",     "Chainsaw",      "God mode",   "Ammo & Keys",     "Ammo",           "No Clipping 1",
@@ -388,6 +476,9 @@ template <class Record> constexpr std::int32_t FitWidth(const Field<Record>& fie
         return value < 0 ? 0 : value > 255 ? 255 : value;
     return value;
 }
+
+/// What an engine takes for an amount of ammunition that is unset; absent for a field that never is.
+std::optional<std::int32_t> DerivedAmount(const AmmoRecord& ammo, const Field<AmmoRecord>& field);
 
 /// Sets what the engine derives from other miscellaneous values: the second copies, and spare byte 2 (255 when spare
 /// byte 1 equals the cells of a BFG shot, else 0).

@@ -2,6 +2,7 @@
 
 #include "core/Bytes.h"
 #include "core/Files.h"
+#include "patch/Cells.h"
 #include "patch/LabelIndex.h"
 #include "patch/modPatchText.h"
 
@@ -18,7 +19,7 @@ namespace plinket3::modTables {
 namespace {
 
 constexpr std::string_view magic = "ETBL";
-constexpr int majorVersion = 1, plainMinorVersion = 3, minorVersion = 4;
+constexpr int majorVersion = 1, plainMinorVersion = 3, fieldsMinorVersion = 4, minorVersion = 5;
 constexpr std::int32_t largestUpperBound = 1048575;
 constexpr std::size_t mostWithoutBytes = 10'000; // more records than any engine has that comes with the program
 constexpr std::size_t longestCountedText = std::numeric_limits<std::uint16_t>::max();
@@ -191,17 +192,18 @@ template <class File, class Set> bool Content(File& file, Set& set, const Dialec
 static_assert(static_cast<int>(RecordKind::State) == 1 && static_cast<int>(RecordKind::Weapon) == 5,
               "stand in the files");
 constexpr std::size_t bytesOfLaterField = 9; // record, whether it is set, number
+constexpr std::size_t bytesOfText = 2 * sizeof(std::int32_t) + sizeof(std::uint16_t); // record, its lengths
 
 using LaterValue = std::pair<std::int32_t, FieldValue>;
 
 /// The records in which a field has another value than in a new record.
 template <class Record>
-std::vector<LaterValue> LaterValues(const std::vector<Record>& records, const Field<Record>& field) {
+std::vector<LaterValue> LaterValues(const NumberedList<Record>& records, const Field<Record>& field) {
     std::vector<LaterValue> values;
     const FieldValue standard = ValueOf(Record(), field);
-    for (std::size_t i = 0; i < records.size(); ++i)
-        if (const FieldValue value = ValueOf(records[i], field); value != standard)
-            values.emplace_back(static_cast<std::int32_t>(i), value);
+    for (const auto& [number, record] : records)
+        if (const FieldValue value = ValueOf(record, field); value != standard)
+            values.emplace_back(number, value);
     return values;
 }
 
@@ -216,7 +218,7 @@ void WriteLaterFields(ByteWriter& file, const PatchSet& set, FieldLevel level) {
             columns.Byte(static_cast<std::int32_t>(kind.kind));
             columns.UInt16(static_cast<std::int32_t>(field.label.size()));
             columns.Text(field.label);
-            const auto values = LaterValues(kind.In(set).Dense(), field);
+            const auto values = LaterValues(kind.In(set), field);
             WriteCount(columns, values.size());
             for (const auto& [record, value] : values) {
                 columns.Int32(record);
@@ -256,6 +258,84 @@ bool ReadLaterFields(ByteReader& file, PatchSet& set, FieldLevel level) {
     return columns.has_value();
 }
 
+// In the newest version, where a set has them: before the later fields the records of any number, each kind under a
+// count, first the numbers, then the records as ever; behind these fields the names that text fields hold.
+
+template <class Record> std::vector<std::int32_t> OtherNumbers(const NumberedList<Record>& records) {
+    std::vector<std::int32_t> numbers = records.Numbers();
+    numbers.erase(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(records.DenseSize()));
+    return numbers;
+}
+
+bool NeedsNewestVersion(const PatchSet& set) {
+    bool needs = !set.texts.empty();
+    VisitKinds([&](const auto& kind) { needs = needs || kind.In(set).size() != kind.In(set).DenseSize(); });
+    return needs;
+}
+
+void WriteOtherRecords(TableWriter& file, const PatchSet& set) {
+    VisitKinds([&](const auto& kind) {
+        const auto& records = kind.In(set);
+        std::vector<RecordOf<decltype(kind)>> others;
+        WriteCount(file.Rest(), records.size() - records.DenseSize());
+        for (const std::int32_t number : OtherNumbers(records)) {
+            file.Int32(number);
+            others.push_back(records[number]);
+        }
+        Columns(file, others);
+    });
+}
+
+/// False for a count that cannot be one.
+bool ReadOtherRecords(TableReader& file, PatchSet& set) {
+    bool possible = true;
+    VisitKinds([&](const auto& kind) {
+        const auto count = possible ? ReadCount(file.Rest()) : std::nullopt;
+        possible = count && *count <= file.Rest().Left() / sizeof(std::int32_t);
+        if (!possible)
+            return;
+        std::vector<std::int32_t> numbers(*count);
+        for (std::int32_t& number : numbers)
+            file.Int32(number);
+        std::vector<RecordOf<decltype(kind)>> others;
+        possible = Columns(file, others) && others.size() == numbers.size();
+        for (std::size_t i = 0; possible && i < numbers.size(); ++i)
+            kind.In(set).Add(numbers[i], std::move(others[i]));
+    });
+    return possible;
+}
+
+void WriteTexts(TableWriter& file, const PatchSet& set) {
+    WriteCount(file.Rest(), set.texts.size());
+    for (const auto& [key, text] : set.texts) {
+        const auto& [kind, number, field] = key;
+        file.Int32(number);
+        file.Byte(static_cast<std::int32_t>(kind));
+        file.CountedText(textFields[static_cast<std::size_t>(field)].label);
+        file.CountedText(text);
+    }
+}
+
+/// False for a count that cannot be one. Passes over fields that there are not.
+bool ReadTexts(TableReader& file, PatchSet& set, FieldLevel level) {
+    const auto count = ReadCount(file.Rest());
+    if (!count || *count > file.Rest().Left() / bytesOfText)
+        return false;
+    for (std::size_t i = 0; i < *count; ++i) {
+        std::int32_t number = 0, kind = 0;
+        std::string label, text;
+        file.Int32(number);
+        file.Byte(kind);
+        file.CountedText(label);
+        file.CountedText(text);
+        for (std::size_t field = 0; field < textFields.size(); ++field)
+            if (textFields[field].kind == static_cast<RecordKind>(kind) && textFields[field].label == label &&
+                textFields[field].since <= level && !text.empty() && HasRecord(set, textFields[field].kind, number))
+                set.texts[{textFields[field].kind, number, static_cast<int>(field)}] = std::move(text);
+    }
+    return true;
+}
+
 /// What tables of the plain version do not hold.
 void DroppedItemsOfConfiguration(const EngineConfiguration& engine, PatchSet& set) {
     for (const auto& [thing, dropped] : engine.droppedItems)
@@ -280,13 +360,16 @@ Status ParseTable(std::string_view bytes, const EngineConfiguration& engine, Pat
         return Status::Failure("Invalid table Id.");
     ByteReader version(bytes, magic.size());
     const int major = version.Byte(), minor = version.Byte();
-    if (major != majorVersion || (minor != plainMinorVersion && minor != minorVersion))
+    if (major != majorVersion || minor < plainMinorVersion || minor > minorVersion)
         return Status::Failure("Invalid table version.");
 
     PatchSet read;
     TableReader file(bytes.substr(magic.size() + 2));
-    if (!Content(file, read, engine.dialect) ||
-        (minor == minorVersion && !ReadLaterFields(file.Rest(), read, engine.dialect.engineFields)))
+    const FieldLevel level = engine.dialect.engineFields;
+    const bool newest = minor == minorVersion;
+    if (!Content(file, read, engine.dialect) || (newest && !ReadOtherRecords(file, read)) ||
+        (minor > plainMinorVersion && !ReadLaterFields(file.Rest(), read, level)) ||
+        (newest && !ReadTexts(file, read, level)))
         return Status::Failure("Damaged table file.");
     if (minor == plainMinorVersion)
         DroppedItemsOfConfiguration(engine, read);
@@ -303,11 +386,15 @@ std::string FormatTable(const PatchSet& set, const Dialect& dialect) {
     TableWriter file;
     file.Text(magic, 0);
     file.Byte(majorVersion);
-    const bool plain = dialect.fields == FieldLevel::Doom;
-    file.Byte(plain ? plainMinorVersion : minorVersion);
+    const bool newest = NeedsNewestVersion(set), plain = dialect.fields == FieldLevel::Doom && !newest;
+    file.Byte(plain ? plainMinorVersion : newest ? minorVersion : fieldsMinorVersion);
     Content(file, set, dialect);
+    if (newest)
+        WriteOtherRecords(file, set);
     if (!plain)
         WriteLaterFields(file.Rest(), set, dialect.fields);
+    if (newest)
+        WriteTexts(file, set);
     return file.Take();
 }
 

@@ -56,8 +56,12 @@ Structure EngineStructure(const EngineConfiguration& engine) {
 
 /// Written where an engine has more than the fields of old.
 Structure DialectStructure(const Dialect& dialect) {
-    return ToStructure({{"rules", std::string(ruleWords[dialect.engineRulesOnly ? 1 : 0])},
-                        {"fields", std::string(levelWords[static_cast<std::size_t>(dialect.engineFields)])}});
+    Structure structure =
+        ToStructure({{"rules", std::string(ruleWords[dialect.engineRulesOnly ? 1 : 0])},
+                     {"fields", std::string(levelWords[static_cast<std::size_t>(dialect.engineFields)])}});
+    if (dialect.unlimited)
+        structure->Set("numbers", std::string(numberWords[1]));
+    return structure;
 }
 
 /// One row for each argument of each action.
@@ -74,6 +78,13 @@ Structure Arguments(const std::vector<EngineConfiguration::Action>& actions) {
                                    {"zero", argument.zero},
                                    {"meaning", argument.meaning}}));
     return rows;
+}
+
+Structure Choices(const std::vector<EngineConfiguration::Choice>& choices) {
+    return ToStructure(choices, [](const EngineConfiguration::Choice& choice, std::int32_t position) {
+        return SettingTree::Entry(std::to_string(position),
+                                  ToStructure({{"value", choice.value}, {"name", choice.name}}));
+    });
 }
 
 /// Names as keys, tooltips as values.
@@ -139,6 +150,10 @@ std::string FormatEngine(const EngineConfiguration& engine) {
     for (std::size_t set = 0; set < bitSetCount; ++set)
         if (!engine.laterBits[set].names.empty())
             write(bitSetWords[set], NamesAndTooltips(engine.laterBits[set]));
+    if (!engine.pickupItems.empty())
+        write("pickupitems", Choices(engine.pickupItems));
+    if (!engine.pickupCategories.empty())
+        write("pickupcategories", Choices(engine.pickupCategories));
     if (!engine.droppedItems.empty())
         write("droppeditems", ToStructure(engine.droppedItems, [](const auto& dropped, std::int32_t) {
                   return SettingTree::Entry(std::to_string(dropped.first), dropped.second);

@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Text.h"
+#include "patch/Cells.h"
 #include "patch/LabelIndex.h"
 #include "patch/modPatchText.h"
 
@@ -27,24 +28,39 @@ constexpr std::size_t flagCount = 32;
 
 std::int32_t CountOf(const TsvTable& table) { return static_cast<std::int32_t>(table.RowCount()); }
 
-/// How many there are of what a field can name.
-struct Targets {
-    std::int32_t states = 0, sounds = 0, sprites = 0, ammoTypes = 0, things = 0;
+/// The numbers of what a field can name: so many from 0 up, and those of a table that adds to them.
+struct Numbers {
+    std::int32_t count = 0;
+    std::set<std::int32_t> more{};
 };
+struct Targets {
+    Numbers states, sounds, sprites, ammoTypes, things;
+};
+
+/// A cell that names something; `first` is the number of the first one from 0 up.
+std::int32_t ReadTarget(const TsvTable& table, std::size_t row, std::string_view column, const Numbers& numbers,
+                        std::int32_t first = 0) {
+    if (numbers.more.empty() || !table.Text(row, column).starts_with('-'))
+        return table.Number(row, column, 0, numbers.count - 1 + first);
+    const std::int32_t number = table.Number(row, column);
+    if (!numbers.more.contains(number - first))
+        table.Report(row, column, std::to_string(number) + " is none of those that there are");
+    return number;
+}
 
 template <class Record> std::int32_t ReadField(const TsvTable& table, std::size_t row, std::string_view column,
                                                const Field<Record>& field, const Targets& targets) {
     switch (field.unit) {
     case FieldUnit::State:
-        return table.Number(row, column, 0, targets.states - 1);
+        return ReadTarget(table, row, column, targets.states);
     case FieldUnit::Sound:
-        return table.Number(row, column, 0, targets.sounds - 1);
+        return ReadTarget(table, row, column, targets.sounds);
     case FieldUnit::Sprite:
-        return table.Number(row, column, 0, targets.sprites - 1);
-    case FieldUnit::Thing:
-        return table.Number(row, column, 0, targets.things);
+        return ReadTarget(table, row, column, targets.sprites);
+    case FieldUnit::Thing: // counted from 1, 0 for none
+        return ReadTarget(table, row, column, targets.things, 1);
     case FieldUnit::AmmoType:
-        return table.Number(row, column, 0, targets.ammoTypes - 1);
+        return ReadTarget(table, row, column, targets.ammoTypes);
     default:
         return field.width == FieldWidth::Byte ? table.Number(row, column, 0, 255) : table.Number(row, column);
     }
@@ -99,19 +115,17 @@ std::vector<std::string> ReadKeys(const TsvTable& table, std::string_view column
     return keys;
 }
 
-/// Names of at most `size` characters, filled up with NULs.
-template <std::size_t size> std::vector<std::array<char, size>> ReadNames(const TsvTable& table, std::size_t shortest) {
-    std::vector<std::array<char, size>> names(table.RowCount());
-    for (std::size_t row = 0; row < names.size(); ++row) {
-        const std::string_view name = table.Text(row, "name");
-        if (name.size() < shortest || name.size() > size)
-            table.Report(row, "name",
-                         '"' + std::string(name) + "\" is not of " + std::to_string(shortest) + " to " +
-                             std::to_string(size) + " characters");
-        names[row].fill('\0');
-        std::copy_n(name.begin(), std::min(name.size(), size), names[row].begin());
-    }
-    return names;
+/// A name of at most `size` characters, filled up with NULs.
+template <std::size_t size>
+std::array<char, size> ReadName(const TsvTable& table, std::size_t row, std::size_t shortest) {
+    const std::string_view name = table.Text(row, "name");
+    if (name.size() < shortest || name.size() > size)
+        table.Report(row, "name",
+                     '"' + std::string(name) + "\" is not of " + std::to_string(shortest) + " to " +
+                         std::to_string(size) + " characters");
+    std::array<char, size> stored{};
+    PutLumpName(stored, name);
+    return stored;
 }
 
 template <class Record> void GiveNames(NumberedList<Record>& records, std::vector<std::string> names) {
@@ -160,8 +174,9 @@ public:
     EngineFacts Read() {
         NameEngine();
         const TsvTable sprites = Open("sprites"), sounds = Open("sounds"), states = Open("states");
-        const Targets targets{CountOf(states), CountOf(sounds), CountOf(sprites), CountOf(Open("ammotypes")),
-                              CountOf(Open("things"))};
+        const Targets targets{NumbersOf(states, "more_states"), NumbersOf(sounds, "more_sounds"),
+                              NumbersOf(sprites, "more_sprites"), NumbersOf(Open("ammotypes"), "more_ammo"),
+                              NumbersOf(Open("things"), "more_things")};
         ReadActions();
         ReadArguments();
         ReadStates(states, targets);
@@ -174,6 +189,8 @@ public:
         ReadMisc();
         ReadPointers(targets);
         ReadLaterBits();
+        ReadPickups();
+        ReadMore(targets);
         for (const std::string& folder : Folders("fields"))
             ReadLaterFields(OpenIn(folder, "fields"), targets);
         if (source_.extended)
@@ -204,6 +221,16 @@ private:
         return {folder_ / folder / FileOf(name), fault_};
     }
 
+    Numbers NumbersOf(const TsvTable& table, std::string_view more) const {
+        Numbers numbers{CountOf(table)};
+        if (!Folders(more).empty()) {
+            const TsvTable others = Open(more);
+            for (std::size_t row = 0; row < others.RowCount(); ++row)
+                numbers.more.insert(others.Number(row, "index", INT32_MIN, noRecord - 1));
+        }
+        return numbers;
+    }
+
     void NameEngine() {
         facts_.engine.name = source_.name;
         facts_.engine.version = source_.version;
@@ -211,6 +238,7 @@ private:
         facts_.engine.dialect = Dialect::Of(source_.extended);
         facts_.engine.dialect.engineRulesOnly = source_.engineRulesOnly;
         facts_.engine.dialect.engineFields = source_.fields;
+        facts_.engine.dialect.unlimited = source_.unlimited;
         facts_.engine.dialect = facts_.engine.dialect.By(Rules::Kept);
         facts_.engine.offsets.sounds = soundTableAddress;
         facts_.engine.offsets.dataSegment = addressCorrection;
@@ -256,7 +284,8 @@ private:
 
     /// The sets of bits that the engine's fields hold beside the thing flags.
     void ReadLaterBits() {
-        constexpr std::array<std::string_view, bitSetCount> tables{"", "thing_bits", "state_bits", "weapon_bits"};
+        constexpr std::array<std::string_view, bitSetCount> tables{"", "thing_bits", "state_bits", "weapon_bits",
+                                                                   "thing_bits24"};
         for (std::size_t set = 1; set < bitSetCount; ++set) {
             if (Folders(tables[set]).empty())
                 continue;
@@ -268,29 +297,109 @@ private:
         }
     }
 
-    /// Fields that have no column in the tables of their records.
+    std::vector<EngineConfiguration::Choice> Choices(std::string_view name) const {
+        std::vector<EngineConfiguration::Choice> choices;
+        if (Folders(name).empty())
+            return choices;
+        const TsvTable table = Open(name);
+        for (std::size_t row = 0; row < table.RowCount(); ++row)
+            choices.push_back({table.Number(row, "value"), std::string(table.Text(row, "name"))});
+        return choices;
+    }
+
+    void ReadPickups() {
+        facts_.engine.pickupItems = Choices("pickup_items");
+        facts_.engine.pickupCategories = Choices("pickup_categories");
+    }
+
+    /// Records with negative numbers, which stand beside those of the bases.
+    void ReadMore(const Targets& targets) {
+        VisitKinds([&](const auto& kind) {
+            const std::string name = "more_" + std::string(kind.plural);
+            if (kind.kind == RecordKind::String || Folders(name).empty())
+                return;
+            const TsvTable table = Open(name);
+            for (std::size_t row = 0; row < table.RowCount(); ++row) {
+                const std::int32_t number = table.Number(row, "index", INT32_MIN, noRecord - 1);
+                auto& records = kind.In(facts_.defaults);
+                if (records.Has(number))
+                    table.Report(row, "index", "stands in an earlier row, too");
+                records.Add(number, ReadOther<RecordOf<decltype(kind)>>(table, row, kind.kind, number, targets));
+            }
+        });
+    }
+
+    /// Each column is a field's; an empty cell stands for its usual value.
+    template <class Record> Record ReadOther(const TsvTable& table, std::size_t row, RecordKind kind,
+                                             std::int32_t number, const Targets& targets) {
+        if constexpr (std::is_same_v<Record, SoundRecord>)
+            return ReadSound(table, row);
+        Record record;
+        if constexpr (hasLumpName<Record>)
+            record.name = ReadName<std::tuple_size_v<decltype(record.name)>>(table, row, 4);
+        for (const std::string& column : table.Columns()) {
+            if (column == "index" || table.Text(row, column).empty())
+                continue;
+            if constexpr (std::is_same_v<Record, StateRecord>)
+                if (column == "action") {
+                    record.action = record.codePointer = ReadAction(table, row);
+                    continue;
+                }
+            if constexpr (isNamed<Record>)
+                if (column == "name") {
+                    record.name = table.Text(row, column);
+                    continue;
+                }
+            if constexpr (!fieldTable<Record>.empty()) {
+                const Field<Record>* field = FindField<Record>(column);
+                if (field != nullptr)
+                    SetValue(record, *field, ReadField(table, row, column, *field, targets));
+                else if (!ReadTextField(table, row, column, column, {kind, number, 0}))
+                    table.Report(row, column, "is no field of such a record");
+            }
+        }
+        return record;
+    }
+
+    /// False when the cell's kind has no text field of that label.
+    bool ReadTextField(const TsvTable& table, std::size_t row, std::string_view column, std::string_view label,
+                       Cell cell) {
+        const auto* field = std::ranges::find_if(textFields, [&](const TextField& each) {
+            return each.kind == cell.kind && each.label == label && each.since <= source_.fields;
+        });
+        if (field == textFields.end())
+            return false;
+        const auto place = static_cast<int>(field - textFields.begin());
+        facts_.defaults.texts[{cell.kind, cell.index, place}] = table.Text(row, column);
+        return true;
+    }
+
+    /// Fields that have no column in the tables of their records, and values that differ from those of a base.
     void ReadLaterFields(const TsvTable& table, const Targets& targets) {
         for (std::size_t row = 0; row < table.RowCount(); ++row) {
             const std::string_view record = table.Text(row, "record");
             if (record == "thing")
-                ReadLaterField(table, row, facts_.defaults.things.Dense(), targets);
+                ReadLaterField(table, row, RecordKind::Thing, facts_.defaults.things.Dense(), targets);
             else if (record == "state")
-                ReadLaterField(table, row, facts_.defaults.states.Dense(), targets);
+                ReadLaterField(table, row, RecordKind::State, facts_.defaults.states.Dense(), targets);
             else if (record == "weapon")
-                ReadLaterField(table, row, facts_.defaults.weapons.Dense(), targets);
+                ReadLaterField(table, row, RecordKind::Weapon, facts_.defaults.weapons.Dense(), targets);
             else
                 table.Report(row, "record", "is neither \"thing\" nor \"state\" nor \"weapon\"");
         }
     }
 
-    template <class Record>
-    void ReadLaterField(const TsvTable& table, std::size_t row, std::vector<Record>& records, const Targets& targets) {
+    template <class Record> void ReadLaterField(const TsvTable& table, std::size_t row, RecordKind kind,
+                                                std::vector<Record>& records, const Targets& targets) {
         const std::int32_t index = table.Number(row, "index", 0, static_cast<std::int32_t>(records.size()) - 1);
         if (records.empty()) // reported already
             return;
-        const Field<Record>* field = FindField<Record>(table.Text(row, "field"));
-        if (field == nullptr || field->since == FieldLevel::Doom || field->since > source_.fields)
-            return table.Report(row, "field", "is no field that has no column of its own");
+        const std::string_view label = table.Text(row, "field");
+        const Field<Record>* field = FindField<Record>(label);
+        if (field == nullptr && ReadTextField(table, row, "value", label, {kind, index, 0}))
+            return;
+        if (field == nullptr || field->since > source_.fields)
+            return table.Report(row, "field", "is no field of such a record");
         if constexpr (std::is_same_v<Record, ThingRecord>)
             if (field->member == &ThingRecord::projectileGroup && table.Text(row, "value") == "shared")
                 return facts_.engine.sharedProjectileGroup.push_back(index);
@@ -304,37 +413,43 @@ private:
         facts_.defaults.states = ReadRecords<StateRecord>(table, targets);
         facts_.engine.itemCounts.states = CountOf(table);
         for (std::size_t row = 0; row < table.RowCount(); ++row) {
-            const std::string_view mnemonic = table.Text(row, "action");
-            const std::optional<std::int32_t> action = facts_.engine.CodePointerOf(mnemonic);
-            if (!action)
-                table.Report(row, "action", "no routine is called \"" + std::string(mnemonic) + '"');
             StateRecord& state = facts_.defaults.states[row];
-            state.action = state.codePointer = action.value_or(0);
+            state.action = state.codePointer = ReadAction(table, row);
         }
+    }
+
+    std::int32_t ReadAction(const TsvTable& table, std::size_t row) const {
+        const std::string_view mnemonic = table.Text(row, "action");
+        const std::optional<std::int32_t> action = facts_.engine.CodePointerOf(mnemonic);
+        if (!action)
+            table.Report(row, "action", "no routine is called \"" + std::string(mnemonic) + '"');
+        return action.value_or(0);
     }
 
     void ReadSounds(const TsvTable& table) {
         table.ExpectIndex("index");
         facts_.engine.itemCounts.sounds = CountOf(table);
-        const auto names = ReadNames<6>(table, 0);
-        for (std::size_t row = 0; row < table.RowCount(); ++row) {
-            SoundRecord sound;
-            sound.zeroOne = table.Number(row, "singularity");
-            sound.value = table.Number(row, "priority");
-            sound.negOne1 = table.Number(row, "pitch");
-            sound.negOne2 = table.Number(row, "volume");
-            if (const std::int32_t link = table.Number(row, "link", 0, CountOf(table) - 1); link != 0)
-                sound.zero1 = soundTableAddress - addressCorrection + soundSizeInGame * link;
-            sound.name = names[row];
-            facts_.defaults.sounds.push_back(sound);
-        }
+        for (std::size_t row = 0; row < table.RowCount(); ++row)
+            facts_.defaults.sounds.push_back(ReadSound(table, row));
+    }
+
+    static SoundRecord ReadSound(const TsvTable& table, std::size_t row) {
+        SoundRecord sound;
+        sound.zeroOne = table.Number(row, "singularity");
+        sound.value = table.Number(row, "priority");
+        sound.negOne1 = table.Number(row, "pitch");
+        sound.negOne2 = table.Number(row, "volume");
+        if (const std::int32_t link = table.Number(row, "link", 0, CountOf(table) - 1); link != 0)
+            sound.zero1 = soundTableAddress - addressCorrection + soundSizeInGame * link;
+        sound.name = ReadName<6>(table, row, 0);
+        return sound;
     }
 
     void ReadSprites(const TsvTable& table) {
         table.ExpectIndex("index");
         facts_.engine.itemCounts.sprites = CountOf(table);
-        for (const auto& name : ReadNames<4>(table, 4))
-            facts_.defaults.sprites.push_back({name, 0});
+        for (std::size_t row = 0; row < table.RowCount(); ++row)
+            facts_.defaults.sprites.push_back({ReadName<4>(table, row, 4), 0});
     }
 
     void ReadThings(const Targets& targets) {
@@ -398,13 +513,19 @@ private:
         table.ExpectIndex("pointer");
         ReadKeys(table, "state"); // the states are keys in the configuration
         for (std::size_t row = 0; row < table.RowCount(); ++row)
-            facts_.engine.codePointerStates.push_back(table.Number(row, "state", 0, targets.states - 1));
+            facts_.engine.codePointerStates.push_back(table.Number(row, "state", 0, targets.states.count - 1));
     }
 
+    /// Those of the engine or its base, and those that it adds.
     void ReadExtendedStrings() {
-        const TsvTable table = Open("strings");
+        ReadStrings(Open("strings"));
+        if (!Folders("more_strings").empty())
+            ReadStrings(Open("more_strings"));
+        facts_.engine.itemCounts.strings = static_cast<std::int32_t>(facts_.engine.strings.size());
+    }
+
+    void ReadStrings(const TsvTable& table) {
         const std::vector<std::string> mnemonics = ReadKeys(table, "mnemonic");
-        facts_.engine.itemCounts.strings = CountOf(table);
         for (std::size_t row = 0; row < table.RowCount(); ++row) {
             std::string escaped = modPatchText::EscapeText(table.Text(row, "text"));
             if (modPatchText::UnescapeText(escaped) != table.Text(row, "text"))
@@ -456,6 +577,7 @@ std::vector<EngineSource> ReadEngineList(const std::filesystem::path& folder, Fa
         source.bases = ReadFolders(table, row, "bases");
         source.engineRulesOnly = OneOf(table, row, "rules", ruleWords) == 1;
         source.fields = static_cast<FieldLevel>(OneOf(table, row, "fields", levelWords));
+        source.unlimited = OneOf(table, row, "numbers", numberWords) == 1;
         source.version = static_cast<std::int16_t>(table.Number(row, "version", 0, INT16_MAX));
         source.name = table.Text(row, "name");
         source.extended = table.Text(row, "mode") == "extended";

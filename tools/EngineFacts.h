@@ -17,7 +17,7 @@ struct EngineSource {
     std::string folder, pointerFolder;
     std::vector<std::string> bases; // folders whose tables count where `folder` has none, the nearest first
     std::int16_t version = 0;
-    bool extended = false, engineRulesOnly = false;
+    bool extended = false, engineRulesOnly = false, unlimited = false;
     FieldLevel fields = FieldLevel::Doom; // that its patches have
     std::string name;
 };

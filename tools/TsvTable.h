@@ -36,6 +36,7 @@ public:
     TsvTable(const std::filesystem::path& file, Fault& fault);
 
     std::size_t RowCount() const { return rows_.size(); }
+    const std::vector<std::string>& Columns() const { return columns_; }
 
     /// A cell with its escapes undone; valid as long as the table. A missing column is reported and gives "".
     std::string_view Text(std::size_t row, std::string_view column) const;

@@ -211,7 +211,7 @@ TEST_F(CliTest, RecordsOfAnyNumberCostNoMoreThanOthers) {
     EXPECT_NE(findings.find(":10: warning: \"Death frame = 4002\" names a frame that does not exist\n"),
               std::string::npos)
         << findings;
-    EXPECT_NE(findings.find(":12: warning: \"Sound -5\" has a number that the engine does not have"),
+    EXPECT_NE(findings.find(":12: warning: \"Sound -5\" has a number that no patch can make"),
               std::string::npos);
     EXPECT_NE(findings.find("\"2147483648 = NONE\" is ignored"), std::string::npos) << findings;
     EXPECT_EQ(findings.find("Next frame"), std::string::npos) << findings;

@@ -26,7 +26,7 @@ struct MergeRow {
     std::string before;
     void (*edit)(PatchSet&);
     std::string after;
-    bool extended = true, mbf21 = false;
+    bool extended = true, mbf21 = false, id24 = false;
 };
 void PrintTo(const MergeRow& row, std::ostream* out) { *out << row.name; }
 
@@ -127,6 +127,29 @@ const MergeRow mergeRows[]{
          WriteCell(set, patchNotes, "mine"), WriteCell(set, {RecordKind::Thing, 0, noteField}, "a");
      },
      "# mine\n\n# a\nThing 1\nMass = 1\n"},
+    {"TextFields",
+     "Valid hashes = 01\n\nThing 2 (a)\nTranslation =  RED # red\nPickup message = USER_X\n\nFrame 1\nTranmap = A\n\n"
+     "Weapon 1\nCarousel icon = SMX\n",
+     [](PatchSet& set) {
+         Write(set, RecordKind::Thing, 1, TextCell(1), "BLUE");
+         Write(set, RecordKind::Thing, 1, TextCell(0), "");
+         Write(set, RecordKind::State, 1, TextCell(2), "");
+         Write(set, RecordKind::Weapon, 1, TextCell(3), "SMPISG"); // the engine's own
+         Write(set, RecordKind::State, 4, TextCell(2), "B");
+         Write(set, RecordKind::Weapon, firstNegative, TextCell(3), "FLAME");
+     },
+     "Valid hashes = 01\n\nThing 2 (a)\nTranslation =  BLUE # red\n\n\nFrame 4\nTranmap = B\n\n\n"
+     "Weapon -1879048192 (Flamer)\nCarousel icon = FLAME\n",
+     true, true, true},
+    {"RecordsThatPatchesCannotMake", "Thing -1879048191 (Ghoul)\nMass = 1\n\nFrame -5\nDuration = 3\n",
+     [](PatchSet& set) {
+         set.things[firstNegative].mass = 2, set.states[firstNegative].duration = 4;
+         set.ammo[firstNegative].boxAmmo = 0, set.ammo[firstNegative].given = 2;
+         Write(set, RecordKind::Sprite, firstNegative, lumpNameField, "BOOO");
+     },
+     "Thing -1879048191 (Ghoul)\nMass = 2\n\nFrame -5\nDuration = 3\n\nFrame -1879048192\nDuration = 4\n\n"
+     "Ammo -1879048192 (Fuel)\nBox ammo = 0\n\n[SPRITES]\nGHUL = BOOO\n",
+     true, true, true},
     {"MiscAndCheats", "Misc 0\nMax Health = 5\n",
      [](PatchSet& set) { set.misc.bfgCells = 9, set.cheats[0].text = "id"; },
      "Cheat 0\nChange music = id\n\nMisc 0\nMax Health = 5\nBFG Cells/Shot = 9\n"},
@@ -138,7 +161,9 @@ INSTANTIATE_TEST_SUITE_P(Document, DocumentMerge, testing::ValuesIn(mergeRows),
 
 TEST_P(DocumentMerge, TouchesOnlyTheLinesOfWhatChanged) {
     const MergeRow& row = GetParam();
-    const EngineConfiguration engine = row.mbf21 ? SmallMbf21Engine() : AsEngines(row.extended);
+    const EngineConfiguration engine = row.id24    ? SmallId24Engine()
+                                       : row.mbf21 ? SmallMbf21Engine()
+                                                   : AsEngines(row.extended);
     const PatchSet defaults = SmallDefaults(engine);
     PatchDocument document, merged;
     PatchSet set;
@@ -262,11 +287,22 @@ public:
                                              "Args2 = 5",
                                              "MBF21 Bits = rip",
                                              "Infighting group = 2",
-                                             "Ammo per shot = 3"};
+                                             "Ammo per shot = 3",
+                                             "Thing -1879048191 (Ghoul)",
+                                             "Frame -1879048192",
+                                             "ID24 Bits = norespawn",
+                                             "Pickup message =  USER_X # x",
+                                             "Tranmap = X",
+                                             "Carousel icon=ICON",
+                                             "Initial Owned = true",
+                                             "Box ammo = 0",
+                                             "Valid hashes = 0123456789ABCDEF"};
         static constexpr const char* unlimitedLines[]{
-            "Thing 9 (Made)", "Thing 2000000000", "Frame 70",        "Frame 2147483647", "Frame -3",
-            "Sound 9",        "[SPRITES]",        "[SOUNDS]",        "TROO = ABCD",      "77 = EFGH",
-            "9 = nine",       "pistol = bang",    "Frame 71 = Fire", "Next frame = 70",  ""};
+            "Thing 9 (Made)",   "Thing 2000000000",  "Frame 70",   "Frame 2147483647",
+            "Frame -3",         "Sound 9",           "[SPRITES]",  "[SOUNDS]",
+            "TROO = ABCD",      "77 = EFGH",         "9 = nine",   "pistol = bang",
+            "Frame 71 = Fire",  "Next frame = 70",   "",           "Weapon -1879048192",
+            "Ammo -1879048192", "Sound -1879048192", "GHUL = BOOO"};
         std::string patch;
         for (std::size_t count = Below(40); count-- > 0;)
             patch += (unlimited_ && Below(3) == 0 ? Pick(unlimitedLines) : Pick(lines)) + "\n";
@@ -289,7 +325,8 @@ public:
         // The last string of the small engine is there twice: a patch that quotes it means the first one.
         const bool quotedTwice = kind == RecordKind::String && cell.index == 3;
         const RowFacts facts = cell.field >= 0 ? FactsOf(kind, cell.field) : RowFacts();
-        if (quotedTwice || !facts.inPatch || facts.since > level)
+        const TextField* text = TextFieldAt(cell.field);
+        if (quotedTwice || !facts.inPatch || facts.since > level || (text != nullptr && text->since > level))
             return;
         if (kind == RecordKind::Par) {
             if (!set.pars.empty() && Below(2) == 0)
@@ -300,6 +337,8 @@ public:
             WriteCell(set, cell, Unset());
         } else if (Below(3) == 0) {
             WriteCell(set, cell, ReadCell(defaults, cell));
+        } else if (text != nullptr) {
+            WriteCell(set, cell, Pick({"NAME", "USER_MESSAGE"}));
         } else if (cell.field == nameField) {
             WriteCell(set, cell, Pick({"New", "Two words", "(x)"}));
         } else if (kind == RecordKind::Cheat) {
@@ -370,8 +409,10 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
     constexpr unsigned patches = 4000;
     unsigned refused = 0;
     for (unsigned seed = 0; seed < patches; ++seed) {
-        EngineConfiguration engine = seed % 3 == 2 ? SmallMbf21Engine() : AsEngines(seed % 3 == 0);
-        engine.dialect.unlimited = seed % 4 == 0;
+        EngineConfiguration engine = seed % 5 == 4   ? SmallId24Engine()
+                                     : seed % 3 == 2 ? SmallMbf21Engine()
+                                                     : AsEngines(seed % 3 == 0);
+        engine.dialect.unlimited |= seed % 4 == 0;
         Dice dice(seed, engine.dialect.unlimited);
         const PatchSet defaults = SmallDefaults(engine);
         const std::string patch = dice.Patch();

@@ -186,6 +186,62 @@ TEST_F(EditsTest, MakesAndRemovesRecordsAsOneStep) {
     EXPECT_EQ(edits.FreeNumber(RecordKind::Weapon), noRecord);
 }
 
+TEST_F(EditsTest, SaysWhyARecordCannotBeMade) {
+    patch.defaults.sounds.Add(-1879048192);
+    patch.defaults.sprites.Add(900); // as a table that was made of a patch may have it
+    patch.current = patch.defaults;
+    const struct {
+        RecordKind kind;
+        std::int32_t number;
+        const char* reason;
+    } rows[]{
+        {RecordKind::Thing, 2, "There is a thing 3 already."},
+        {RecordKind::Sound, -1879048192, "There is a sound -1879048192 already."},
+        {RecordKind::Sound, -1879048191,
+         "The number of sound -1879048191 belongs to id Software: patches change what has it, but make nothing new of "
+         "it."},
+        {RecordKind::State, -1879048193,
+         "The number of frame -1879048193 belongs to the engine itself: patches change what has it, but make nothing "
+         "new of it."},
+        {RecordKind::State, -2,
+         "The number of frame -2 belongs to agreements between engines: patches change what has it, but make nothing "
+         "new of it."},
+        {RecordKind::Thing, INT32_MAX, "There can be no thing 2147483648."},
+        {RecordKind::Ammo, 7, "There can be no ammo 7."},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(edits.MayMake(row.kind, row.number).Reason(), row.reason);
+        edits.MakeRecord(row.kind, row.number);
+    }
+    edits.RemoveRecords(RecordKind::Sprite, {900}, "sprites");
+    EXPECT_EQ(patch.current, patch.defaults);
+    EXPECT_TRUE(edits.MayMake(RecordKind::Sprite, 901));
+}
+
+TEST_F(EditsTest, TextFieldsAreValuesAsOthers) {
+    constexpr Cell message{RecordKind::Thing, 2, TextCell(0)}, icon{RecordKind::Weapon, 1, TextCell(3)};
+    WriteCell(patch.defaults, icon, "SMPISG");
+    patch.current = patch.defaults;
+    edits.Store(message, "USER_X");
+    EXPECT_EQ(edits.UndoName(), "pickup message of Imp");
+    edits.Store(icon, "OTHER");
+    edits.Store({RecordKind::Thing, 2, TextCell(2)}, "of frames only");
+    edits.Store({RecordKind::Thing, 99, TextCell(0)}, "of no thing");
+    EXPECT_EQ(patch.current.texts.size(), 2U);
+    EXPECT_FALSE(edits.IsDefault(icon));
+    edits.RestoreRecords(RecordKind::Weapon, {1}, "weapons");
+    EXPECT_EQ(edits.Value(icon), CellValue("SMPISG"));
+    edits.MakeRecord(RecordKind::Thing, 9);
+    edits.Store({RecordKind::Thing, 9, TextCell(1)}, "RED");
+    edits.RemoveRecords(RecordKind::Thing, {9}, "things");
+    EXPECT_EQ(patch.current.texts.size(), 2U);
+    edits.Undo();
+    EXPECT_EQ(patch.current.TextOf(RecordKind::Thing, 9, 1), "RED");
+    while (edits.CanUndo())
+        edits.Undo();
+    EXPECT_EQ(patch.current, patch.defaults);
+}
+
 TEST_F(EditsTest, StoresAndRestoresWhatTheEngineDerives) {
     edits.Store({RecordKind::Misc, 0, RowOf(&MiscRecord::maxHealth)}, 150);
     EXPECT_EQ(patch.current.misc.secondMaxHealth, 150);

@@ -62,7 +62,7 @@ protected:
 };
 INSTANTIATE_TEST_SUITE_P(Patch, BuiltEngines,
                          testing::Values("doom19", "ultimate", "boom19", "boom21", "mbf19", "mbf203", "dehextra19",
-                                         "dehextra21", "mbf21"),
+                                         "dehextra21", "mbf21", "dsdhacked", "id24"),
                          [](const auto& name) { return name.param; });
 
 TEST_P(BuiltEngines, ReadBackEveryFieldAtItsLimits) {

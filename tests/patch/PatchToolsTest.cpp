@@ -101,7 +101,12 @@ TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
         {"Doom version = 21\nFrame 2\nArgs8 = 0\n", "x.bex", "mbf21", "boom21"},
         {"Doom version = 19\n[CODEPTR]\nFrame 5 = weaponalert\n", "x.deh", "mbf21"},
         {"Doom version = 21\nWeapon 2\nAmmo per shot = 2\nText 4 4\nnone1234\n", "x.deh", "mbf21"},
-        {"Doom version = 2021\nThing 2\nSplash group = 2\n", "x.deh", "mbf21"},
+        {"Doom version = 2021\nThing 2\nSplash group = 2\n", "x.deh", "dsdhacked"},
+        {"Doom version = 2021\nThing 2\nMass = 2\nText 4 4\nnone1234\n", "x.deh", "dsdhacked"},
+        {"Doom version = 21\nThing 2\nRip sound = 2\n\nFrame 4000\nDuration = 2\n", "x.deh", "dsdhacked"},
+        {"Doom version = 19\nThing 900\nMass = 5\n", "x.deh", "dsdhacked"},
+        {"Doom version = 19\n[SPRITES]\n245 = BOSX\n", "x.bex", "dsdhacked"},
+        {"Doom version = 19\nThing 2\nSplash group = 2\n", "x.deh", "mbf21", "dsdhacked"}, // without need
         {"Doom version = 21\nThing 2\nDropped item = 2\n", "x.deh", "dehextra21", "ultimate"},
         {"Doom version = 19\nThing 2\nDropped item = 2\n", "x.deh", "dehextra19"},
         {"Doom version = 21\nThing 2\nNone = 2\n", "x.deh", "ultimate"}, // what no engine has is no reason
@@ -139,6 +144,17 @@ TEST(SessionChoice, SaysWhyAnEngineIsProposed) {
               "mbf21: it sets MBF21 Bits, Rip sound, Args1 and others");
     EXPECT_EQ(advise(version, "[CODEPTR]\nFrame 5 = SPAWNOBJECT\n", RulesSetting::Engine),
               "mbf21: it sets SpawnObject");
+    EXPECT_EQ(advise(version, modern + "\nFrame 4000\n\nThing 251\n\nFrame 4000\nArgs1 = 4\n", RulesSetting::Recommend),
+              "dsdhacked: it has frame 4000, thing 251");
+    EXPECT_EQ(advise(version, modern + "\nFrame 4000\nTranmap = X\nNext frame = 2\n\nThing 2\nID24 Bits = 1\n",
+                     RulesSetting::Recommend),
+              "id24: it sets Tranmap, ID24 Bits");
+    EXPECT_EQ(advise(version, "Thing -1879048191\nMass = 2\n", RulesSetting::Recommend),
+              "id24: it has thing -1879048191");
+    EXPECT_EQ(advise({{"engineversion", "2024"}}, modern, RulesSetting::Recommend),
+              "id24: it is the only one of Doom version 2024");
+    EXPECT_EQ(advise({{"engineversion", "2021"}}, "Thing 2\n", RulesSetting::Recommend),
+              "dsdhacked: it is the only one of Doom version 2021");
     EXPECT_EQ(advise(version, modern, RulesSetting::Kept), "boom21: it has a use for the most lines of the patch");
     EXPECT_EQ(advise({{"engineconfig", "doom19.cfg"}}, modern, RulesSetting::Recommend), "doom19: the patch names it");
 }

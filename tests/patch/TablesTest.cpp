@@ -1,6 +1,7 @@
 #include "patch/modTables.h"
 
 #include "core/Bytes.h"
+#include "patch/Cells.h"
 #include "tests/support/SmallEngine.h"
 #include "tests/support/TestSupport.h"
 
@@ -161,6 +162,30 @@ TEST(Tables, PassOverLaterFieldsThatAreNotKnownAndRefuseImpossibleCounts) {
     EXPECT_EQ(ParseTable(with("Rip sound"s + "\x02\0\0\0"s, "Rip sound\xff\xff\x0f\0"s), mbf21, read).Reason(),
               "Damaged table file.");
     EXPECT_TRUE(ParseTable(with("Rip sound"s + "\x02\0\0\0\0"s, "Rip sound\x02\0\0\0\x7f"s), mbf21, read));
+}
+
+TEST(Tables, HoldRecordsOfAnyNumberAndTextsBehindThem) {
+    EngineConfiguration engine = SmallId24Engine();
+    PatchSet set = DistinctSet(engine), read;
+    set.states.Add(2000000000).duration = 7;
+    set.states[2000000000].codePointer = 3;
+    set.ammo[firstNegative].given = 1;
+    WriteCell(set, {RecordKind::State, 2000000000, TextCell(2)}, "FOG");
+    const std::string bytes = FormatTable(set, engine.dialect);
+    EXPECT_TRUE(bytes.starts_with("ETBL\x01\x05"));
+    ASSERT_TRUE(ParseTable(bytes, engine, read));
+    EXPECT_EQ(read, set);
+    for (std::size_t length = 6; length < bytes.size(); ++length)
+        static_cast<void>(ParseTable(bytes.substr(0, length), engine, read));         // as an early end, or not at all
+    const std::size_t count = bytes.find("\x00\x94\x35\x77"s) - sizeof(std::int32_t); // of the states
+    ASSERT_EQ(bytes.substr(count, 4), "\x01\0\0\0"s);
+    for (const std::string& impossible : {"\x02\0\0\0"s, "\xff\xff\x0f\0"s, "\xfe\xff\xff\xff"s})
+        EXPECT_EQ(ParseTable(std::string(bytes).replace(count, 4, impossible), engine, read).Reason(),
+                  "Damaged table file.");
+    engine.dialect.engineFields = engine.dialect.fields = FieldLevel::Mbf21;
+    ASSERT_TRUE(ParseTable(bytes, engine, read));
+    EXPECT_TRUE(read.texts.empty()) << "the engine has no such fields";
+    EXPECT_EQ(read.things[firstNegative].name, "Ghoul");
 }
 
 TEST(Tables, OfThePlainVersionGetTheirDroppedItemsFromTheConfiguration) {

@@ -85,7 +85,7 @@ void ChangeEveryNumber(PatchSet& set, FieldLevel level, const NewValue& newValue
                 SetValue(record, field, FitWidth(field, newValue(field.unit, record.*field.member)));
     };
     VisitKinds([&](const auto& kind) {
-        for (auto& record : kind.In(set).Dense()) {
+        for (const auto& [number, record] : kind.In(set)) {
             change(record);
             if constexpr (isNamed<RecordOf<decltype(kind)>>)
                 record.name += " 2";

@@ -1,5 +1,6 @@
 #include "tests/support/SmallEngine.h"
 
+#include "patch/Cells.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -43,6 +44,17 @@ EngineConfiguration SmallMbf21Engine() {
     return engine;
 }
 
+EngineConfiguration SmallId24Engine() {
+    EngineConfiguration engine = SmallMbf21Engine();
+    engine.dialect.unlimited = true;
+    engine.dialect.engineFields = FieldLevel::Id24;
+    engine.dialect = engine.dialect.By(Rules::Kept);
+    engine.laterBits[static_cast<std::size_t>(BitSet::Things24)] = {{"NORESPAWN"}, {}};
+    engine.pickupItems = {{-1, "none"}, {0, "message"}};
+    engine.pickupCategories = {{-1, "none"}, {0, "clip"}};
+    return engine;
+}
+
 PatchSet SmallDefaults(const EngineConfiguration& engine) {
     PatchSet set;
     for (const char* name : {"Player", "Zombie Man", "Imp"})
@@ -76,6 +88,18 @@ PatchSet SmallDefaults(const EngineConfiguration& engine) {
     }
     for (StringRecord& string : set.strings.Dense())
         string.length = static_cast<std::int32_t>(string.text.size());
+    if (engine.dialect.engineFields >= FieldLevel::Id24) {
+        ThingRecord& ghoul = set.things.Add(firstNegative);
+        ghoul.name = "Ghoul";
+        ghoul.id = -28672;
+        ghoul.initialState = firstNegative;
+        set.states.Add(firstNegative).sprite = firstNegative;
+        set.sounds.Add(firstNegative).name = {'g', 'h', 'l', 'a', 'c', 't'};
+        set.sprites.Add(firstNegative).name = {'G', 'H', 'U', 'L'};
+        set.weapons.Add(firstNegative).name = "Flamer";
+        set.ammo.Add(firstNegative).name = "Fuel";
+        WriteCell(set, {RecordKind::Weapon, 1, TextCell(3)}, "SMPISG");
+    }
     return set;
 }
 

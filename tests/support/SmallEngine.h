@@ -14,6 +14,12 @@ EngineConfiguration SmallEngine(bool extended);
 /// weapons: NOTHRUST, SILENT. "Fire" takes a thing in Unknown 1, "Last" a state, a sound and dice in Args1 to Args3.
 EngineConfiguration SmallMbf21Engine();
 
+/// The same with the fields of ID24 and without limits. Beside the records of the others it has one of each kind with a
+/// negative number: a thing, a state, a sound, a sprite, a weapon, ammunition. Bits of things: NORESPAWN. "Pistol" has
+/// a carousel icon. Items: none, message.
+EngineConfiguration SmallId24Engine();
+inline constexpr std::int32_t firstNegative = -1879048192; // of these records
+
 /// Its own data. Numbers are 0 unless the `.cpp` says otherwise.
 PatchSet SmallDefaults(const EngineConfiguration& engine);
 

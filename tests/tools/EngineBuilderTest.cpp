@@ -59,6 +59,8 @@ INSTANTIATE_TEST_SUITE_P(Shipped, EveryEngine,
                                            Expected{"mbf19", 19, true, 144, 1076, 114, 144, 309, 88},
                                            Expected{"mbf203", 21, true, 144, 1076, 114, 144, 309, 88},
                                            Expected{"mbf21", 21, true, 250, 4000, 700, 245, 309, 116},
+                                           Expected{"dsdhacked", 2021, true, 250, 4000, 700, 245, 309, 116},
+                                           Expected{"id24", 2024, true, 250, 4000, 700, 245, 327, 116},
                                            Expected{"dehextra19", 19, true, 250, 4000, 700, 245, 309, 88},
                                            Expected{"dehextra21", 21, true, 250, 4000, 700, 245, 309, 88}),
                          [](const auto& info) { return std::string(info.param.configuration); });
@@ -72,14 +74,14 @@ TEST_P(EveryEngine, HasTheNumberOfRecordsThatItsConfigurationTells) {
         const char* what;
         std::int32_t told;
         std::size_t loaded, expected;
-    } counts[] = {{"things", engine.itemCounts.things, set.things.size(), expected.things},
-                  {"states", engine.itemCounts.states, set.states.size(), expected.states},
-                  {"sounds", engine.itemCounts.sounds, set.sounds.size(), expected.sounds},
-                  {"sprites", engine.itemCounts.sprites, set.sprites.size(), expected.sprites},
-                  {"strings", engine.itemCounts.strings, set.strings.size(), expected.strings},
-                  {"weapons", engine.itemCounts.weapons, set.weapons.size(), 9},
-                  {"ammunition", engine.itemCounts.ammunition, set.ammo.size(), 4},
-                  {"cheats", engine.itemCounts.cheats, set.cheats.size(), 17}};
+    } counts[] = {{"things", engine.itemCounts.things, set.things.DenseSize(), expected.things},
+                  {"states", engine.itemCounts.states, set.states.DenseSize(), expected.states},
+                  {"sounds", engine.itemCounts.sounds, set.sounds.DenseSize(), expected.sounds},
+                  {"sprites", engine.itemCounts.sprites, set.sprites.DenseSize(), expected.sprites},
+                  {"strings", engine.itemCounts.strings, set.strings.DenseSize(), expected.strings},
+                  {"weapons", engine.itemCounts.weapons, set.weapons.DenseSize(), 9},
+                  {"ammunition", engine.itemCounts.ammunition, set.ammo.DenseSize(), 4},
+                  {"cheats", engine.itemCounts.cheats, set.cheats.DenseSize(), 17}};
     for (const auto& count : counts) {
         EXPECT_EQ(count.told, static_cast<std::int32_t>(count.expected)) << count.what;
         EXPECT_EQ(count.loaded, count.expected) << count.what;
@@ -162,6 +164,8 @@ TEST(LaterFields, HaveTheValuesOfTheGame) {
     const test::TemporaryFolder output;
     ASSERT_TRUE(BuildEngines(dataFolder, output.Path()));
     const auto [engine, set] = Load(output.Path(), "mbf21");
+    EXPECT_FALSE(engine.dialect.unlimited);
+    EXPECT_TRUE(Load(output.Path(), "dsdhacked").engine.dialect.unlimited);
     EXPECT_EQ(set.things[10].droppedItem, 74); // from the base
     EXPECT_EQ(set.things[21].bits21, 303208);
     EXPECT_EQ(set.things[31].fastSpeed, 20 * 65536);
@@ -186,6 +190,39 @@ TEST(LaterFields, HaveTheValuesOfTheGame) {
     EXPECT_EQ(dehextraSet.things[10].droppedItem, 74);
     EXPECT_EQ(dehextra.dialect.fields, FieldLevel::Doom); // by the kept rules
     EXPECT_EQ(dehextra.dialect.AsEngines().fields, FieldLevel::Dehextra);
+}
+
+TEST(MoreRecords, StandBesideThoseOfTheBases) {
+    const test::TemporaryFolder output;
+    ASSERT_TRUE(BuildEngines(dataFolder, output.Path()));
+    const auto [engine, set] = Load(output.Path(), "id24");
+    constexpr std::int32_t first = -1879048192;
+    EXPECT_EQ(std::tuple(set.things.size(), set.states.size(), set.sounds.size(), set.sprites.size()),
+              std::tuple(311U, 4465U, 737U, 289U));
+    const ThingRecord& ghoul = set.things[first];
+    EXPECT_EQ(ghoul.name, "Ghoul");
+    EXPECT_EQ(std::tuple(ghoul.initialState, ghoul.minRespawnTics, ghoul.fastSpeed, ghoul.given),
+              std::tuple(-1879048150, 420, -1, 0U));
+    EXPECT_EQ(set.things[first + 7].minRespawnTics, 2100);
+    EXPECT_EQ(set.things[first + 57].pickupAmmoType, first);
+    const StateRecord& look = set.states[ghoul.initialState];
+    EXPECT_EQ(*engine.MnemonicOf(look.codePointer), "Look");
+    EXPECT_EQ(set.SpriteName(look.sprite), "GHUL");
+    EXPECT_EQ(set.SoundName(ghoul.deathSound), "ghldth");
+    EXPECT_EQ(set.weapons[first].name, "Incinerator");
+    EXPECT_EQ(std::tuple(set.weapons[first].slot, set.weapons[first].ammoPerShot, set.weapons[first].given),
+              std::tuple(8, 1, 1U));
+    EXPECT_EQ(std::tuple(set.weapons[1].slot, set.weapons[1].initialRaised, set.weapons[2].initialOwned),
+              std::tuple(2, 1, 0));
+    EXPECT_EQ(set.ammo[first], (AmmoRecord{{150, 10}, "Fuel"}));
+    EXPECT_EQ(std::tuple(set.things[34].bits, set.things[47].bits24), std::tuple(67088, 4)) << "by the engine itself";
+    EXPECT_EQ(set.TextOf(RecordKind::Thing, first + 57, 0), "ID24_GOTFUELCAN");
+    EXPECT_EQ(set.TextOf(RecordKind::Weapon, 8, 3), "SMSGN2");
+    EXPECT_EQ(set.texts.size(), 4U + 11U);
+    EXPECT_EQ(engine.pickupItems.at(2), (EngineConfiguration::Choice{1, "blue keycard"}));
+    EXPECT_EQ(engine.pickupCategories.at(14), (EngineConfiguration::Choice{13, "dropped deathmatch box"}));
+    EXPECT_EQ(engine.BitNames(BitSet::Things24).at(3), "SPECIALSTAYSDM");
+    EXPECT_EQ(engine.strings.back().mnemonic, "ID24_CC_TYRANT");
 }
 
 /// A copy of the fact tables that a test spoils.
@@ -228,8 +265,7 @@ TEST(UnsoundTable, IsRefusedBeforeAnythingIsWritten) {
         {"ultimate/texts.tsv", "\t33\tother\n", "\t32\tother\n", ":2: column \"length\": the text has 33 characters"},
         {"boom/strings.tsv", "c:\\\\doomdata", "c:\\\\new",
          ":3: column \"text\": would come back changed from a patch"},
-        {"mbf21/fields.tsv", "Fast speed", "Fast sped",
-         ":7: column \"field\": is no field that has no column of its own"},
+        {"mbf21/fields.tsv", "Fast speed", "Fast sped", ":7: column \"field\": is no field of such a record"},
         {"mbf21/fields.tsv", "state\t477", "state\t4000", ":15: column \"index\": 4000 is not within 0 to 3999"},
         {"dehextra/fields.tsv", "\t78", "\t251", ":3: column \"value\": 251 is not within 0 to 250"},
         {"mbf/arguments.tsv", "Turn\t", "Tern\t", ":6: column \"action\": no routine is called \"Tern\""},
