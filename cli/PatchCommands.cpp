@@ -381,9 +381,9 @@ int States(Run& run) {
         return number;
     };
     const std::vector<std::int32_t> states =
-        byThing    ? StatesOfThing(set, require(run.arguments.thing, set.things, "thing"))
-        : byWeapon ? StatesOfWeapon(set, require(run.arguments.weapon, set.weapons, "weapon"))
-                   : UnusedStates(set);
+        byThing    ? StatesOfThing(set, run.program.engine, require(run.arguments.thing, set.things, "thing"))
+        : byWeapon ? StatesOfWeapon(set, run.program.engine, require(run.arguments.weapon, set.weapons, "weapon"))
+                   : UnusedStates(set, run.program.engine);
     for (const std::int32_t state : states)
         run.out << state << '\n';
     return done;

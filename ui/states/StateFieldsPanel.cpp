@@ -242,7 +242,8 @@ void StateFieldsPanel::ShowUsers() {
     if (selection_.current == 0)
         return lblUsedBy_->setText(tr("State 0 stands for \"no state\" and cannot be edited."));
     QStringList users;
-    for (const std::string& user : UsersOfState(context_.program.patch.current, selection_.current))
+    for (const std::string& user :
+         UsersOfState(context_.program.patch.current, context_.program.engine, selection_.current))
         users.append(ShownStart(user));
     const auto count = static_cast<std::size_t>(users.size());
     QString text = users.isEmpty() ? tr("no thing or weapon directly") : users.join(QStringLiteral(", "));
