@@ -86,7 +86,7 @@ std::size_t EngineFor(const Run& run, const PatchFile& patch, std::string_view r
                                  : rules == "engine" ? RulesSetting::Engine
                                                      : RulesSetting::Recommend;
     if (const auto found =
-            RecommendEngine(run.program, patch.header, patch.bytes, patch.place.file, std::nullopt, setting))
+            RecommendEngine(run.program, patch.header, patch.bytes, patch.place.file, std::nullopt, setting).index)
         return *found;
     if (!patch.header.contains("engineversion"))
         return 0;

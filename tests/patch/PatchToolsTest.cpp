@@ -121,8 +121,8 @@ TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
     }
     const modPatchFiles::Header old{{"engineversion", "16"}};
     EXPECT_FALSE(AdviseEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend).index);
-    EXPECT_FALSE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Kept));
-    EXPECT_TRUE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend));
+    EXPECT_FALSE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Kept).index);
+    EXPECT_TRUE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend).index);
 }
 
 TEST(SessionChoice, SaysWhyAnEngineIsProposed) {
