@@ -86,7 +86,7 @@ std::size_t EngineFor(const Run& run, const PatchFile& patch, std::string_view r
                                  : rules == "engine" ? RulesSetting::Engine
                                                      : RulesSetting::Recommend;
     if (const auto found =
-            RecommendEngine(run.program, patch.header, patch.bytes, patch.place.file, std::nullopt, setting))
+            RecommendEngine(run.program, patch.header, patch.bytes, patch.place.file, std::nullopt, setting).index)
         return *found;
     if (!patch.header.contains("engineversion"))
         return 0;
@@ -383,9 +383,9 @@ int States(Run& run) {
         return number;
     };
     const std::vector<std::int32_t> states =
-        byThing    ? StatesOfThing(set, require(run.arguments.thing, set.things, "thing"))
-        : byWeapon ? StatesOfWeapon(set, require(run.arguments.weapon, set.weapons, "weapon"))
-                   : UnusedStates(set);
+        byThing    ? StatesOfThing(set, run.program.engine, require(run.arguments.thing, set.things, "thing"))
+        : byWeapon ? StatesOfWeapon(set, run.program.engine, require(run.arguments.weapon, set.weapons, "weapon"))
+                   : UnusedStates(set, run.program.engine);
     for (const std::int32_t state : states)
         run.out << state << '\n';
     return done;

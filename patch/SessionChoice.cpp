@@ -195,13 +195,13 @@ EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::H
     return best;
 }
 
-std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
-                                           std::string_view bytes, const std::filesystem::path& file,
-                                           std::optional<std::size_t> preferred, RulesSetting rules) {
-    const auto advised = AdviseEngine(environment, header, bytes, file, preferred, rules).index;
-    if (advised || rules != RulesSetting::Recommend)
-        return advised;
-    return AdviseEngine(environment, header, bytes, file, preferred, RulesSetting::Engine).index;
+EngineAdvice RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
+                             std::string_view bytes, const std::filesystem::path& file,
+                             std::optional<std::size_t> preferred, RulesSetting rules) {
+    EngineAdvice advice = AdviseEngine(environment, header, bytes, file, preferred, rules);
+    if (advice.index || rules != RulesSetting::Recommend)
+        return advice;
+    return AdviseEngine(environment, header, bytes, file, preferred, RulesSetting::Engine);
 }
 
 std::optional<std::size_t> ChooseIwad(const std::vector<Settings::Iwad>& iwads, std::string_view named) {

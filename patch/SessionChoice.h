@@ -40,9 +40,9 @@ EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::H
 
 /// The configuration to open a patch with: as `AdviseEngine` tells, and where it knows none and more than the kept
 /// rules are asked for, as it tells by engine rules.
-std::optional<std::size_t> RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
-                                           std::string_view bytes, const std::filesystem::path& file,
-                                           std::optional<std::size_t> preferred, RulesSetting rules);
+EngineAdvice RecommendEngine(const Environment& environment, const modPatchFiles::Header& header,
+                             std::string_view bytes, const std::filesystem::path& file,
+                             std::optional<std::size_t> preferred, RulesSetting rules);
 
 /// The known IWAD that a patch names, upper and lower case alike: the first whose name is `named`, else whose path is,
 /// else whose path ends in the same file name; absent when none fits.

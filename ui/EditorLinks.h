@@ -1,5 +1,7 @@
 #pragma once
 
+#include "patch/PatchSet.h"
+
 #include <QString>
 
 #include <cstdint>
@@ -18,6 +20,8 @@ public:
     /// The position of the selected row in the state editor's list, from 0, whatever the filter; absent when no row is
     /// selected.
     virtual std::optional<int> SelectedStateRow() = 0;
+    /// Brings the thing editor up with a thing selected.
+    virtual void ShowThingInEditor(int thing) = 0;
     /// Selects a sound's row in the sound editor and scrolls it into view.
     virtual void ShowSoundInEditor(int sound) = 0;
     virtual std::optional<int> SelectedSoundRow() = 0;
@@ -33,7 +37,8 @@ public:
     };
     virtual std::optional<SpriteChoice> PickSprite(SpriteChoice start) = 0;
     virtual std::optional<std::int32_t> PickState(std::int32_t start) = 0;
-    virtual std::optional<std::int32_t> PickAction(std::int32_t start) = 0; // a code pointer value
+    virtual std::optional<std::int32_t> PickAction(std::int32_t start) = 0;                  // a code pointer value
+    virtual std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) = 0; // a thing or a sound
 
     /// Asks for a name that a patch can hold; empty when the user cancels or leaves it empty.
     virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;

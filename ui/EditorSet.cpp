@@ -13,6 +13,7 @@
 #include "ui/editors/frmPropSound.h"
 #include "ui/editors/frmPropString.h"
 #include "ui/pickers/frmSelectAction.h"
+#include "ui/pickers/frmSelectRecord.h"
 #include "ui/pickers/frmSelectSprite.h"
 #include "ui/pickers/frmSelectState.h"
 
@@ -48,8 +49,11 @@ std::optional<std::size_t> EditorSet::PlaceOf(std::string_view name) const {
 
 std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
     const EditorContext context{program_, edits_, *this};
-    if (name == "frmEditThings")
-        return std::make_unique<frmEditThings>(context);
+    if (name == "frmEditThings") {
+        auto things = std::make_unique<frmEditThings>(context);
+        things_ = things.get();
+        return things;
+    }
     if (name == "frmEditStates") {
         auto states = std::make_unique<frmEditStates>(context);
         states_ = states.get();
@@ -205,6 +209,11 @@ void EditorSet::SelectSingleState(int state, int thing, int weapon) {
 
 std::optional<int> EditorSet::SelectedStateRow() { return states_->SelectedRow(); }
 
+void EditorSet::ShowThingInEditor(int thing) {
+    things_->ShowThing(thing);
+    Show(*PlaceOf("frmEditThings"), true);
+}
+
 void EditorSet::ShowSoundInEditor(int sound) {
     sounds_->ShowSound(sound);
     Show(*PlaceOf("frmEditSounds"), true);
@@ -256,6 +265,11 @@ std::optional<std::int32_t> EditorSet::PickState(std::int32_t start) {
 
 std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
     return Made(selectAction_, program_, area_.window()).Choose(start);
+}
+
+std::optional<std::int32_t> EditorSet::PickRecord(RecordKind kind, std::int32_t start) {
+    auto& dialog = kind == RecordKind::Thing ? selectThing_ : selectSound_;
+    return Made(dialog, program_, kind, area_.window()).Choose(start);
 }
 
 QString EditorSet::AskText(const QString& title, const QString& prompt, const QString& start) {

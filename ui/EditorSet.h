@@ -23,7 +23,9 @@ class frmEditSounds;
 class frmEditStates;
 class frmPropSound;
 class frmPropString;
+class frmEditThings;
 class frmSelectAction;
+class frmSelectRecord;
 class frmSelectSprite;
 class frmSelectState;
 
@@ -77,6 +79,7 @@ public:
     // EditorLinks
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override;
+    void ShowThingInEditor(int thing) override;
     void ShowSoundInEditor(int sound) override;
     std::optional<int> SelectedSoundRow() override;
     void ReplaceThingFilterEntry(int entry, const QString& text) override;
@@ -84,6 +87,7 @@ public:
     std::optional<SpriteChoice> PickSprite(SpriteChoice start) override;
     std::optional<std::int32_t> PickState(std::int32_t start) override;
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
+    std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
     void ShowStatus(const QString& text) override { emit StatusText(text); }
 
@@ -114,6 +118,7 @@ private:
     std::array<EditorWindow*, editorEntries.size()> editors_{};
     std::array<QMdiSubWindow*, editorEntries.size()> frames_{};
     std::array<QRect, editorEntries.size()> normal_{}; // places of frames before they were maximised or minimised
+    frmEditThings* things_ = nullptr;
     frmEditStates* states_ = nullptr;
     frmEditSounds* sounds_ = nullptr;
     /// What renaming things has put into the state editor's list: its entry's former text, and the names.
@@ -127,6 +132,7 @@ private:
     std::unique_ptr<frmSelectSprite> selectSprite_;
     std::unique_ptr<frmSelectState> selectState_;
     std::unique_ptr<frmSelectAction> selectAction_;
+    std::unique_ptr<frmSelectRecord> selectThing_, selectSound_;
 };
 
 } // namespace plinket3

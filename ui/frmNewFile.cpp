@@ -3,7 +3,6 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "patch/RulesChoice.h"
-#include "patch/SessionChoice.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 
@@ -41,7 +40,7 @@ void SelectRemembered(QComboBox& list, std::int32_t index) {
 frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* parent)
     : QDialog(parent), environment_(environment), dialogs_(dialogs), cmbEngines_(new QComboBox),
       cmbIwads_(new QComboBox), txtDataWad_(new QLineEdit), cmbRules_(new QComboBox),
-      lblNoIwad_(new QLabel(tr("No IWAD is known yet."))), lblRulesReason_(new QLabel),
+      lblNoIwad_(new QLabel(tr("No IWAD is known yet."))), lblEngineReason_(new QLabel), lblRulesReason_(new QLabel),
       cmdOptions_(NewButton("cmdOptions", tr("A&dd IWADs..."))) {
     setObjectName(QStringLiteral("frmNewFile"));
     cmbEngines_->setObjectName(QStringLiteral("cmbEngines"));
@@ -49,7 +48,11 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     txtDataWad_->setObjectName(QStringLiteral("txtDataWAD"));
     cmbRules_->setObjectName(QStringLiteral("cmbRules"));
     lblRulesReason_->setObjectName(QStringLiteral("lblRulesReason"));
-    lblRulesReason_->setWordWrap(true);
+    lblEngineReason_->setObjectName(QStringLiteral("lblEngineReason"));
+    for (QLabel* reason : {lblEngineReason_, lblRulesReason_}) {
+        reason->setTextFormat(Qt::PlainText);
+        reason->setWordWrap(true);
+    }
     cmbRules_->setToolTip(
         tr("Engine rules: values are what games make of the file, and a save changes nothing in it "
            "but what you changed.\nKept rules: as this program has always read and written patches."));
@@ -72,6 +75,7 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     auto* form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(tr("&Engine:"), cmbEngines_);
+    form->addRow(QString(), lblEngineReason_);
     form->addRow(tr("&IWAD:"), iwad);
     form->addRow(tr("Data &WAD:"), dataWad);
     form->addRow(tr("&Rules:"), cmbRules_);
@@ -99,7 +103,10 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
         emit OptionsWanted();
         FillIwads();
     });
-    connect(cmbEngines_, &QComboBox::activated, this, &frmNewFile::ProposeRules);
+    connect(cmbEngines_, &QComboBox::activated, this, [this] {
+        ShowEngineReason();
+        ProposeRules();
+    });
     connect(cmbRules_, &QComboBox::activated, this, [this] { rulesChosen_ = true; });
     connect(buttons, &QDialogButtonBox::accepted, this, &frmNewFile::LoadAndClose);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -128,6 +135,20 @@ void frmNewFile::FillIwads() {
     lblNoIwad_->setVisible(!any);
     cmdOptions_->setVisible(!any);
     cmdAccept_->setEnabled(any);
+}
+
+void frmNewFile::ProposeEngine(EngineAdvice advice) {
+    advice_ = std::move(advice);
+    cmbEngines_->setCurrentIndex(static_cast<int>(advice_.index.value_or(0)));
+    ShowEngineReason();
+}
+
+/// As long as that engine is selected.
+void frmNewFile::ShowEngineReason() {
+    const bool proposed =
+        !advice_.reason.empty() && std::cmp_equal(advice_.index.value_or(0), cmbEngines_->currentIndex());
+    lblEngineReason_->setText(proposed ? tr("Proposed: %1.").arg(ShownText(advice_.reason)) : QString());
+    lblEngineReason_->setVisible(proposed);
 }
 
 /// By what the options say and the chosen engine makes of the patch; what the user has chosen stays.
@@ -162,6 +183,8 @@ void frmNewFile::SetNewFile() {
     FillLists();
     version_ = -1;
     txtDataWad_->clear();
+    advice_ = {};
+    ShowEngineReason();
     ProposeRules();
     setWindowTitle(tr("New file"));
 }
@@ -181,12 +204,13 @@ void frmNewFile::SelectConfig(const PatchToOpen& patch) {
     FillLists();
     version_ = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
     if (const auto engine = ChooseEngine(environment_.engines, modPatchFiles::HeaderValue(header, "engineconfig"))) {
+        const bool patchSays = patch.header.contains("engineconfig");
+        ProposeEngine({engine, patchSays ? "the patch names it" : "it was opened with it the last time"});
         Recommend(*cmbEngines_, *engine);
     } else {
         const auto last = static_cast<std::size_t>(std::max(cmbEngines_->currentIndex(), 0));
-        const auto likely = RecommendEngine(environment_, header, patch.bytes, patch.place.file, last,
-                                            RulesSettingIn(environment_.settings));
-        cmbEngines_->setCurrentIndex(static_cast<int>(likely.value_or(0)));
+        ProposeEngine(RecommendEngine(environment_, header, patch.bytes, patch.place.file, last,
+                                      RulesSettingIn(environment_.settings)));
     }
     txtDataWad_->setText(ShownPath(modPatchFiles::HeaderValue(header, "datawad")));
     ProposeRules();

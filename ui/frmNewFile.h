@@ -1,6 +1,7 @@
 #pragma once
 
 #include "patch/Session.h"
+#include "patch/SessionChoice.h"
 #include "ui/FileDialogs.h"
 #include "ui/PatchToOpen.h"
 
@@ -37,6 +38,9 @@ signals:
 private:
     void FillLists();
     void FillIwads();
+    /// Selects an engine and says why; none is the first.
+    void ProposeEngine(EngineAdvice advice);
+    void ShowEngineReason();
     void ProposeRules();
     void LoadAndClose();
     void Browse();
@@ -46,10 +50,11 @@ private:
     QComboBox *cmbEngines_, *cmbIwads_;
     QLineEdit* txtDataWad_;
     QComboBox* cmbRules_;
-    QLabel *lblNoIwad_, *lblRulesReason_;
+    QLabel *lblNoIwad_, *lblEngineReason_, *lblRulesReason_;
     QPushButton *cmdOptions_, *cmdAccept_;
     const PatchToOpen* patch_ = nullptr; // null for a new one
     bool rulesChosen_ = false;           // by the user
+    EngineAdvice advice_;                // for the patch
     std::int32_t version_ = -1;
     std::optional<std::string> namedIwad_; // by the patch
     std::optional<Session> session_;

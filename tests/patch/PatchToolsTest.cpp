@@ -26,7 +26,8 @@ TEST(PatchDiff, ComparesParsByLevelOfWhichTheLastCounts) {
 }
 
 TEST(StateUse, FollowsARecordsStatesAndPassesOverNumbersThatAreNone) {
-    PatchSet set = SmallDefaults(SmallEngine(false));
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchSet set = SmallDefaults(engine);
     const States next{0, 4, 1, 3, 2, 99};
     for (std::size_t state = 0; state < next.size(); ++state)
         set.states[state].nextState = next[state];
@@ -34,26 +35,28 @@ TEST(StateUse, FollowsARecordsStatesAndPassesOverNumbersThatAreNone) {
     set.things[2].deathState = -1;
     set.things[2].respawnState = 5; // -> 99
     set.weapons[1] = {{3, 3, 3, 3, 3, 3}, {}};
-    EXPECT_EQ(StatesOfThing(set, 1), (States{0, 1, 2, 4}));
-    EXPECT_EQ(StatesOfThing(set, 2), (States{0, 5}));
-    EXPECT_EQ(StatesOfWeapon(set, 0), States{0}); // its ammo type names no state
-    EXPECT_EQ(StatesOfWeapon(set, 1), States{3});
-    EXPECT_EQ(StatesOfThing(set, 3), States());
-    EXPECT_EQ(StatesOfWeapon(set, 2), States());
+    EXPECT_EQ(StatesOfThing(set, engine, 1), (States{0, 1, 2, 4}));
+    EXPECT_EQ(StatesOfThing(set, engine, 2), (States{0, 5}));
+    EXPECT_EQ(StatesOfWeapon(set, engine, 0), States{0}); // its ammo type names no state
+    EXPECT_EQ(StatesOfWeapon(set, engine, 1), States{3});
+    EXPECT_EQ(StatesOfThing(set, engine, 3), States());
+    EXPECT_EQ(StatesOfWeapon(set, engine, 2), States());
 }
 
 TEST(StateUse, NamesTheUsersOfAStateButNotOfTheOneThatStandsForNone) {
-    PatchSet set = SmallDefaults(SmallEngine(false));
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchSet set = SmallDefaults(engine);
     set.things[2].injuryState = set.things[2].deathState = set.weapons[1].firingState = 3;
-    EXPECT_EQ(UsersOfState(set, 3), (Lines{"Imp (injury, death)", "Pistol (firing)"}));
-    EXPECT_EQ(UsersOfState(set, 0), Lines()) << "which every record here names";
+    EXPECT_EQ(UsersOfState(set, engine, 3), (Lines{"Imp (injury, death)", "Pistol (firing)"}));
+    EXPECT_EQ(UsersOfState(set, engine, 0), Lines()) << "which every record here names";
 }
 
 TEST(StateUse, CountsAStateAsUsedThatOnlyAnUnusedOneLeadsTo) {
-    PatchSet set = SmallDefaults(SmallEngine(false));
+    const EngineConfiguration engine = SmallEngine(false);
+    PatchSet set = SmallDefaults(engine);
     set.states[4].nextState = 3;
     set.weapons[0].firingState = 1;
-    EXPECT_EQ(UnusedStates(set), (States{2, 4, 5}));
+    EXPECT_EQ(UnusedStates(set, engine), (States{2, 4, 5}));
 }
 
 TEST(SessionChoice, PrefersFileNamesToEngineNames) {
@@ -123,8 +126,8 @@ TEST(SessionChoice, RecommendsAnEngineByWhatThePatchHolds) {
     }
     const modPatchFiles::Header old{{"engineversion", "16"}};
     EXPECT_FALSE(AdviseEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend).index);
-    EXPECT_FALSE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Kept));
-    EXPECT_TRUE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend));
+    EXPECT_FALSE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Kept).index);
+    EXPECT_TRUE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Recommend).index);
 }
 
 TEST(SessionChoice, SaysWhyAnEngineIsProposed) {

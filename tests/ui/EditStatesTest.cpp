@@ -268,13 +268,13 @@ TEST_F(frmEditStatesTest, FiltersListTheStatesOfTheirMode) {
     EXPECT_FALSE(things.isEnabled());
     things.setCurrentIndex(imp);
     Click("optFilterThings");
-    EXPECT_EQ(Listed(), StatesOfThing(Current(), imp));
+    EXPECT_EQ(Listed(), StatesOfThing(Current(), program.engine, imp));
     QTest::keyClick(&things, Qt::Key_Down);
-    EXPECT_EQ(Listed(), StatesOfThing(Current(), imp + 1));
+    EXPECT_EQ(Listed(), StatesOfThing(Current(), program.engine, imp + 1));
     Click("optFilterWeapons");
-    EXPECT_EQ(Listed(), StatesOfWeapon(Current(), 0));
+    EXPECT_EQ(Listed(), StatesOfWeapon(Current(), program.engine, 0));
     Click("optFilterUnused");
-    EXPECT_EQ(Listed(), UnusedStates(Current()));
+    EXPECT_EQ(Listed(), UnusedStates(Current(), program.engine));
     window->Refresh();
     EXPECT_EQ(Listed(), AllStates(Current())) << "a new patch starts with all states";
 }
@@ -307,7 +307,7 @@ TEST_F(frmEditStatesTest, OtherWindowsSelectAStateInAWindowThatWasNeverShown) {
     frmEditStates hidden(Context());
     EXPECT_EQ(hidden.SelectedRow(), 0) << "state 0 is the current one at first";
     hidden.selectSingleState(walking, imp, noRecord);
-    const auto states = StatesOfThing(Current(), imp);
+    const auto states = StatesOfThing(Current(), program.engine, imp);
     const auto place = std::find(states.begin(), states.end(), walking) - states.begin();
     EXPECT_EQ(hidden.SelectedRow(), static_cast<int>(place)) << "the row, not the state";
     EXPECT_EQ(Find<QComboBox>(hidden, "cmbFilterThings").currentIndex(), imp);
@@ -361,7 +361,7 @@ TEST_F(frmEditStatesTest, TheListsMenuRestoresOneColumnOfTheSelectedStates) {
 
 TEST_F(frmEditStatesTest, TheModelShowsColumnsAndMarksWhatIsNotTheEngines) {
     auto& model = static_cast<StateTableModel&>(*List().model());
-    const char* expected[]{"454", "TROOG", "0", "6", "Yes", "444", "6", "0", "-3", "TroopAttack"};
+    const char* expected[]{"454", "TROOG", "0", "6", "Yes", "444", "6", "0", "-3", "TroopAttack", ""};
     Put(attack, &StateRecord::subnumber, 6 | litBit);
     Put(attack, &StateRecord::unknown2, -3);
     for (int column = 0; column < stateColumnCount; ++column) {

@@ -62,7 +62,7 @@ TEST_F(frmEditThingsTest, TheKeyboardReachesEverythingInTheOrderOfTheEye) {
     for (const char* stem : {"Alert", "Attack", "Pain", "Death", "Action"})
         for (const char* pattern : {"txt%1SoundN", "lbl%1SoundS", "cmd%1SoundP", "cmd%1SoundA"})
             expected.append(QString(pattern).arg(stem));
-    expected.append("trvFlags");
+    expected.append({"txtFlagFilter", "trvFlags"});
     edits.Store({RecordKind::Thing, imp, RowOf(&ThingRecord::attackSound)}, 1); // or there is nothing to play
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     Box("txtFilter").setFocus();

@@ -273,16 +273,25 @@ TEST_F(MainWindowTest, UndoAndRedoNameTheirStepAndArePatchsAlsoWhileATextFieldHa
 TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNamesOrHolds) {
     program.settings.AddIwad("Doom II", "/elsewhere/doom2.wad");
     const struct {
-        const char *file, *lines, *engine, *iwad, *dataWad;
+        const char *file, *lines, *engine, *reason, *iwad, *dataWad;
     } rows[]{{"mine.bex", "Engine config = mbf19.cfg\nIWAD = FREEDOOM\nData WAD = /x/data.wad\n",
-              "MBF 2.03 (Doom version 19) (recommended)", "Freedoom (recommended)", "/x/data.wad"},
-             {"mine.deh", "Text 4 4\nTROOABCD\n", "Doom and Doom II 1.9", "Freedoom", ""}};
+              "MBF 2.03 (Doom version 19) (recommended)", "Proposed: the patch names it.", "Freedoom (recommended)",
+              "/x/data.wad"},
+             {"mine.deh", "Text 4 4\nTROOABCD\n", "Doom and Doom II 1.9",
+              "Proposed: it has a use for the most lines of the patch.", "Freedoom", ""},
+             {"new.deh", "Thing 1\nMelee range = 9\n", "MBF21 ports (Doom version 21)",
+              "Proposed: it sets Melee range.", "Freedoom", ""}};
     for (const auto& row : rows) {
         test::WriteFile(folder / row.file,
                         std::string("Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n") + row.lines);
         const ModalDriver driver("frmNewFile", [&row](QDialog& dialog) {
             EXPECT_EQ(dialog.windowTitle(), QString("File settings of %1").arg(row.file));
-            EXPECT_EQ(dialog.findChild<QComboBox*>("cmbEngines")->currentText(), row.engine);
+            auto& engines = *dialog.findChild<QComboBox*>("cmbEngines");
+            auto& reason = *dialog.findChild<QLabel*>("lblEngineReason");
+            EXPECT_EQ(engines.currentText(), row.engine);
+            EXPECT_EQ(reason.text(), row.reason);
+            QTest::keyClick(&engines, engines.currentIndex() == 0 ? Qt::Key_Down : Qt::Key_Up);
+            EXPECT_FALSE(reason.isVisible()) << "another engine was chosen";
             EXPECT_EQ(dialog.findChild<QComboBox*>("cmbIWADs")->currentText(), row.iwad);
             EXPECT_EQ(dialog.findChild<QLineEdit*>("txtDataWAD")->text(), row.dataWad);
             QTest::mouseClick(dialog.findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);

@@ -33,6 +33,11 @@ std::optional<std::int32_t> TestLinks::PickAction(std::int32_t start) {
     return pickedAction;
 }
 
+std::optional<std::int32_t> TestLinks::PickRecord(RecordKind kind, std::int32_t start) {
+    Record((kind == RecordKind::Thing ? "pick thing " : "pick sound ") + std::to_string(start));
+    return pickedRecord;
+}
+
 QString TestLinks::AskText(const QString& title, const QString& prompt, const QString& start) {
     Record("ask " + title.toStdString() + "|" + prompt.toStdString() + "|" + start.toStdString());
     return typedText;

@@ -26,6 +26,7 @@ class TestLinks : public EditorLinks {
 public:
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override { return selectedStateRow; }
+    void ShowThingInEditor(int thing) override { Record("show thing " + std::to_string(thing)); }
     void ShowSoundInEditor(int sound) override { Record("show sound " + std::to_string(sound)); }
     std::optional<int> SelectedSoundRow() override { return selectedSoundRow; }
     void ReplaceThingFilterEntry(int entry, const QString& text) override;
@@ -33,12 +34,13 @@ public:
     std::optional<SpriteChoice> PickSprite(SpriteChoice start) override;
     std::optional<std::int32_t> PickState(std::int32_t start) override;
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
+    std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
     void ShowStatus(const QString& text) override { Record("status " + text.toStdString()); }
 
     std::optional<int> selectedStateRow, selectedSoundRow;
     std::optional<SpriteChoice> pickedSprite;
-    std::optional<std::int32_t> pickedState, pickedAction;
+    std::optional<std::int32_t> pickedState, pickedAction, pickedRecord;
     QString typedText; // the answer to AskText
     std::vector<std::string> calls;
 

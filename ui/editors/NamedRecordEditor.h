@@ -36,7 +36,7 @@ protected:
 
     void Build() final;
     void fillStaticData() override;
-    void updateForm() final;
+    void updateForm() override;
     void ShowCells(const std::vector<Cell>& cells) override;
 
 private:

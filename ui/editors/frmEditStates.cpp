@@ -73,6 +73,7 @@ void frmEditStates::BuildList() {
 void frmEditStates::fillStaticData() {
     filter_->Fill();
     fields_->Fill();
+    ShowArgumentsColumn(*lvwStates_, context_.program.engine);
 }
 
 void frmEditStates::updateStateList() {
@@ -163,7 +164,11 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
     const QString heading = StateColumnHeading(column);
     QAction* restoreColumn = menu.addAction(
         count == 1 ? tr("Restore \"%1\"").arg(heading) : tr("Restore \"%1\" of %n states", nullptr, count).arg(heading),
-        this, [&] { RestoreStateColumn(context_.edits, context_.program.patch, states, column); });
+        this, [&] {
+            const auto cleared = RestoreStateColumn(context_.edits, context_.program, states, column);
+            if (!cleared.empty())
+                context_.links.ShowStatus(ClearedText(cleared));
+        });
     restoreColumn->setObjectName(QStringLiteral("restoreColumn"));
     restoreColumn->setEnabled(column != StateColumn::Number);
     QAction* restoreStates =

@@ -62,6 +62,25 @@ constexpr ReferenceField soundFields[]{
     {"ActionSound", &ThingRecord::actionSound},
 };
 
+constexpr ExtraField extraFields[]{
+    {"", "InfightingGroup", RowOf(&ThingRecord::infightingGroup),
+     QT_TRANSLATE_NOOP("frmEditThings",
+                       "Monsters of one group do not fight each other; without one, its kind is its group")},
+    {nullptr, "ProjectileGroup", RowOf(&ThingRecord::projectileGroup),
+     QT_TRANSLATE_NOOP("frmEditThings", "Projectiles do not hurt monsters of their shooter's group; below 0 they hurt "
+                                        "even their own kind")},
+    {nullptr, "SplashGroup", RowOf(&ThingRecord::splashGroup),
+     QT_TRANSLATE_NOOP("frmEditThings", "Explosions do not hurt things of the exploding thing's group")},
+    {nullptr, "FastSpeed", RowOf(&ThingRecord::fastSpeed),
+     QT_TRANSLATE_NOOP("frmEditThings", "Speed on nightmare and with fast monsters; -1 for the usual one")},
+    {nullptr, "MeleeRange", RowOf(&ThingRecord::meleeRange),
+     QT_TRANSLATE_NOOP("frmEditThings", "Map units at which its close attack reaches")},
+    {nullptr, "DroppedItem", RowOf(&ThingRecord::droppedItem),
+     QT_TRANSLATE_NOOP("frmEditThings", "The thing that it leaves behind when it dies; 0 for none")},
+    {nullptr, "RipSound", RowOf(&ThingRecord::ripSound),
+     QT_TRANSLATE_NOOP("frmEditThings", "Sound of a projectile with the bit RIP that passes through something")},
+};
+
 NumberForm FormOf(FieldUnit unit) {
     return unit == FieldUnit::Fixed16           ? NumberForm::Fixed
            : unit == FieldUnit::ProjectileSpeed ? NumberForm::Speed
@@ -120,7 +139,8 @@ QTreeView* NewPlainList(const char* name, const QString& accessibleName) {
 
 frmEditThings::frmEditThings(const EditorContext& context)
     : EditorWindow("frmEditThings", tr("Thing editor"), context), names_(context, RecordKind::Thing), listed_(names_),
-      flags_(context, boxes_.Selection()) {}
+      flags_(context, {{boxes_.Field(RowOf(&ThingRecord::bits)), context},
+                       {boxes_.Field(RowOf(&ThingRecord::bits21)), context}}) {}
 
 void frmEditThings::ShowThing(int thing) {
     BringUpToDate();
@@ -188,9 +208,15 @@ QWidget* frmEditThings::BuildFields() {
     grid->addWidget(BuildReferences(Reference::Sound, tr("Sounds"), soundFields,
                                     [this](int sound) { context_.links.ShowSoundInEditor(sound); }),
                     1, 1);
-    grid->addWidget(BuildFlags(), 0, 2, 3, 1);
-    grid->addWidget(BuildNotes(), 2, 0, 1, 2);
-    grid->setRowStretch(2, 1);
+    extra_ = new ExtraFields(
+        extraFields, "frmEditThings", [this](int row) { return boxes_.Field(row); }, context_, this);
+    auto* extra = new QVBoxLayout;
+    for (QGroupBox* group : extra_->Groups())
+        extra->addWidget(group);
+    grid->addLayout(extra, 2, 0, 1, 2);
+    grid->addWidget(BuildFlags(), 0, 2, 4, 1);
+    grid->addWidget(BuildNotes(), 3, 0, 1, 2);
+    grid->setRowStretch(3, 1);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(2, 1);
     layout->addWidget(new FormArea(page));
@@ -267,13 +293,22 @@ QWidget* frmEditThings::BuildReferences(Reference reference, const QString& head
 
 QWidget* frmEditThings::BuildFlags() {
     flagTree_ = NewPlainList("trvFlags", tr("Flags"));
-    flagTree_->setModel(&flags_);
+    auto* narrowed = new QSortFilterProxyModel(flagTree_);
+    narrowed->setSourceModel(&flags_);
+    narrowed->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    flagTree_->setModel(narrowed);
+    auto* filter = new FilterBox(tr("Filter the flags"), tr("Name"));
+    filter->setObjectName(QStringLiteral("txtFlagFilter"));
+    filter->LeadTo(*flagTree_);
+    filter->EnterLeads();
+    connect(filter, &QLineEdit::textChanged, narrowed, &QSortFilterProxyModel::setFilterFixedString);
     flagTree_->setItemDelegate(new RoomyRows(flagTree_));
     flagTree_->setContextMenuPolicy(Qt::ActionsContextMenu);
     connect(NewAction("actRestoreFlags", tr("Restore flags"), flagTree_), &QAction::triggered, &flags_,
             &FlagListModel::Restore);
     auto* group = new QGroupBox(tr("Flags"));
     auto* layout = new QVBoxLayout(group);
+    layout->addWidget(filter);
     layout->addWidget(flagTree_);
     return group;
 }
@@ -295,6 +330,7 @@ void frmEditThings::fillStaticData() {
         boxes_.Show({}); // until the patch's things are known to be there
         names_.Reset();
         flags_.Reload();
+        extra_->Reload();
         notes_->setVisible(txtNotes_->HasNotes());
         flagTree_->setMinimumWidth(flagTree_->sizeHintForColumn(0) +
                                    2 * flagTree_->verticalScrollBar()->sizeHint().width());
@@ -306,6 +342,7 @@ void frmEditThings::fillStaticData() {
 
 void frmEditThings::ShowThings(RecordSelection things) {
     boxes_.Show(std::move(things));
+    extra_->ShowSelection();
     updateForm();
 }
 
@@ -329,13 +366,21 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     const auto isShown = [&shown](const Cell& cell) {
         return cell.kind == RecordKind::Thing && std::binary_search(shown.begin(), shown.end(), cell.index);
     };
+    // Things and sounds to which the extra fields refer may be called otherwise.
+    const bool named = std::any_of(cells.begin(), cells.end(), [](const Cell& cell) {
+        return (cell.kind == RecordKind::Thing || cell.kind == RecordKind::Sound) &&
+               (cell.field == nameField || cell.field == lumpNameField);
+    });
     const bool states =
         std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
     if (std::any_of(cells.begin(), cells.end(), isShown)) {
         boxes_.Update();
+        extra_->Update();
         flags_.FlagsChanged();
         txtNotes_->Update();
         ShowSprite();
+    } else if (named) {
+        extra_->Update();
     } else if (states) { // they may look otherwise
         for (ReferenceRow* row : references_)
             row->UpdateDescription();

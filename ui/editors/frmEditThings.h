@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/editors/EditorWindow.h"
+#include "ui/fields/ExtraFields.h"
 #include "ui/fields/NoteBox.h"
 #include "ui/fields/NumberBox.h"
 #include "ui/fields/ReferenceRow.h"
@@ -16,6 +17,7 @@
 class QAbstractItemView;
 class QComboBox;
 class QLabel;
+class QSortFilterProxyModel;
 
 namespace plinket3 {
 
@@ -69,6 +71,7 @@ private:
     std::vector<ReferenceRow*> references_;
     QAbstractItemView* list_ = nullptr;
     QComboBox* thingNames_ = nullptr;
+    ExtraFields* extra_ = nullptr;
     QAbstractItemView* flagTree_ = nullptr;
     QLabel* number_ = nullptr;
     SpriteView* sprite_ = nullptr;

@@ -35,6 +35,13 @@ constexpr StateBox stateBoxes[]{
      QT_TRANSLATE_NOOP("frmEditWeapons", "State of the flash that is drawn over the weapon")},
 };
 
+constexpr ExtraField extraFields[]{
+    {"", "AmmoPerShot", RowOf(&WeaponRecord::ammoPerShot),
+     QT_TRANSLATE_NOOP("frmEditWeapons", "Ammunition that a shot takes; unset, it is what the weapon always took")},
+    {nullptr, "Bits21", RowOf(&WeaponRecord::bits21),
+     QT_TRANSLATE_NOOP("frmEditWeapons", "Bits of the weapon by name, or as a number")},
+};
+
 } // namespace
 
 frmEditWeapons::frmEditWeapons(const EditorContext& context)
@@ -89,18 +96,29 @@ QWidget* frmEditWeapons::BuildFields() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(ammo);
     layout->addWidget(states);
+    extra_ = new ExtraFields(
+        extraFields, "frmEditWeapons", [this](int row) { return Boxes().Field(row); }, context_, this);
+    for (QGroupBox* group : extra_->Groups())
+        layout->addWidget(group);
     layout->addWidget(preview, 1);
     return fields;
 }
 
 void frmEditWeapons::fillStaticData() {
     ammoTypes_.Reset();
+    extra_->Reload();
     NamedRecordEditor::fillStaticData();
 }
 
 void frmEditWeapons::ShowRecords() {
     ShowAmmoType();
+    extra_->Update();
     ShowSprite();
+}
+
+void frmEditWeapons::updateForm() {
+    NamedRecordEditor::updateForm();
+    extra_->ShowSelection();
 }
 
 void frmEditWeapons::ShowCells(const std::vector<Cell>& cells) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/editors/NamedRecordEditor.h"
+#include "ui/fields/ExtraFields.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/lists/AmmoTypesModel.h"
 
@@ -18,6 +19,7 @@ public:
 protected:
     QWidget* BuildFields() override;
     void fillStaticData() override;
+    void updateForm() override;
     void ShowRecords() override;
     void ShowCells(const std::vector<Cell>& cells) override;
 
@@ -30,6 +32,7 @@ private:
 
     AmmoTypesModel ammoTypes_;
     QComboBox* ammoType_ = nullptr;
+    ExtraFields* extra_ = nullptr;
     QAction* restoreAmmoType_ = nullptr;
     SpriteView* sprite_ = nullptr;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "patch/modTableDef.h"
+#include "ui/fields/SelectedField.h"
 #include "ui/fields/SelectionBox.h"
 
 #include <cstdint>
@@ -25,14 +26,6 @@ enum class NumberForm {
     Speed,  // of a thing: fixed point when it is a projectile, else whole
     Index,  // whole: only a number beyond the field's limits is written back while it is typed
     Ranged, // whole: a fraction is, too, and the caret then stands at its end
-};
-
-/// One field of the records that are selected.
-struct SelectedField {
-    std::shared_ptr<const RecordSelection> selection;
-    RecordKind kind;
-    int field;
-    const char* many; // what several of the records are called
 };
 
 /// A box for a numeric field of the selected records.

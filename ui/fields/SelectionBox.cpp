@@ -12,11 +12,20 @@ SelectionBox::SelectionBox(const QString& name, const QString& accessibleName, c
                            const EditorContext& context)
     : FieldBox(name, accessibleName, context), selection_(selection) {}
 
-void SelectionBox::ShowSelection() {
-    setEnabled(Editable());
+void SelectionBox::Hint(const QString& hint) {
+    hint_ = hint;
+    setAccessibleDescription(hint);
+    Mark();
+}
+
+QString SelectionBox::EmptyText() const {
     const QString leave = tr("leave as is");
     const bool hasRoom = maximumWidth() >= WidthForDigits(*this, static_cast<int>(leave.size()));
-    setPlaceholderText(!selection_.Several() ? QString() : hasRoom ? leave : tr("as is"));
+    return !selection_.Several() ? QString() : hasRoom ? leave : tr("as is");
+}
+
+void SelectionBox::ShowSelection() {
+    setEnabled(Editable());
     setText({}); // not `clear`, which counts as typing
     ShowNumber();
 }
@@ -31,15 +40,18 @@ void SelectionBox::Update() {
 void SelectionBox::ShowNumber() {
     if (text().isEmpty() && !isModified() && !selection_.records.empty())
         setText(selection_.Several() ? CommonText() : TextOf(selection_.current));
+    setPlaceholderText(EmptyText());
     Mark();
     emit Shown();
 }
 
 void SelectionBox::Mark() {
-    if (selection_.records.size() == 1)
-        MarkDifference(*this, Differs(selection_.current), DefaultTextOf(selection_.current));
-    else
-        MarkDifference(*this, false, {});
+    if (selection_.records.size() != 1)
+        return MarkDifference(*this, false, {}, hint_);
+    const bool differs = Differs(selection_.current);
+    MarkDifference(*this, differs, differs ? DefaultWord(selection_.current) : QString(), hint_);
+    if (differs && !hint_.isEmpty())
+        setToolTip(hint_ + QLatin1Char('\n') + toolTip());
 }
 
 void SelectionBox::AddRestore(QMenu& menu) {
@@ -49,7 +61,7 @@ void SelectionBox::AddRestore(QMenu& menu) {
     AddRestoreEntry(
         menu,
         selection_.Several() ? tr("Restore %n defaults", nullptr, static_cast<int>(records.size()))
-                             : tr("Restore default (%1)").arg(DefaultTextOf(selection_.current)),
+                             : tr("Restore default (%1)").arg(DefaultWord(selection_.current)),
         std::any_of(records.begin(), records.end(), [this](std::int32_t record) { return Differs(record); }),
         [this] { Restore(); });
 }

@@ -15,6 +15,8 @@ public:
     SelectionBox(const QString& name, const QString& accessibleName, const RecordSelection& selection,
                  const EditorContext& context);
 
+    /// What the number is for, in a word under the mouse.
+    void Hint(const QString& hint);
     /// Shows the selection, which is another one. Stores nothing.
     void ShowSelection();
     /// Shows the selection's number, unless the user is typing and the text reads as it.
@@ -30,6 +32,10 @@ protected:
     /// The record's number and the engine's own as they stand in the box.
     virtual QString TextOf(std::int32_t record) const = 0;
     virtual QString DefaultTextOf(std::int32_t record) const = 0;
+    /// The engine's own number in words.
+    virtual QString DefaultWord(std::int32_t record) const { return DefaultTextOf(record); }
+    /// What shows while the box is empty.
+    virtual QString EmptyText() const;
     /// What stands in the box of several records as long as the user types nothing.
     virtual QString CommonText() const = 0;
     /// Whether what the user typed, and what it was read as, may go on standing in the box.
@@ -38,16 +44,18 @@ protected:
     virtual bool KeepsText() const { return false; }
     virtual void Restore() = 0;
 
-    bool Differs(std::int32_t record) const { return TextOf(record) != DefaultTextOf(record); }
+    virtual bool Differs(std::int32_t record) const { return TextOf(record) != DefaultTextOf(record); }
     void Mark();
 
-    void AddRestore(QMenu& menu) final;
+    void AddRestore(QMenu& menu) override;
     void focusOutEvent(QFocusEvent* event) override;
 
     const RecordSelection& selection_;
 
 private:
     void ShowNumber();
+
+    QString hint_;
 };
 
 } // namespace plinket3

@@ -14,9 +14,10 @@ inline std::int32_t FixedFromUnits(std::int32_t units) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(units) << fixedBits);
 }
 
-/// Whether the speed of a thing with these flags is a fixed-point number.
+/// Whether the speeds of a thing with these flags are fixed-point numbers.
 bool HasFixedSpeed(std::int32_t bits);
-/// The speed of a thing that keeps its meaning when the thing's flags become `bits`.
-std::int32_t SpeedUnder(std::int32_t bits, const ThingRecord& thing);
+/// A speed of a thing that keeps its meaning when the thing's flags become `bits`.
+std::int32_t SpeedUnder(std::int32_t bits, const ThingRecord& thing,
+                        const Field<ThingRecord>& speed = FieldOf(&ThingRecord::speed));
 
 } // namespace plinket3

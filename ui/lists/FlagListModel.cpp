@@ -18,50 +18,88 @@ namespace {
 
 constexpr std::size_t bitCount = 32;
 
-bool IsOn(const PatchSet& set, std::int32_t thing, int bit) {
-    return GetFlag(RecordOrNew(set.things, thing)->bits, bit);
+/// Unset is as good as no bits.
+std::int32_t BitsIn(const CellValue& value) {
+    const auto* number = std::get_if<std::int32_t>(&value);
+    return number == nullptr ? 0 : *number;
+}
+
+bool IsOf(const SelectedValue& field, std::int32_t ThingNumbers::*member) {
+    return field.Kind() == RecordKind::Thing && field.Field() == RowOf(member);
 }
 
 } // namespace
 
 void FlagListModel::Reload() {
     beginResetModel();
-    count_ = static_cast<int>(std::min(context_.program.engine.flagNames.size(), bitCount));
+    rows_.clear();
+    const EngineConfiguration& engine = context_.program.engine;
+    std::size_t sets = 0;
+    for (const SelectedValue& field : fields_) {
+        if (FactsOf(field.Kind(), field.Field()).since > engine.dialect.fields)
+            continue;
+        ++sets;
+        const BitSet set = field.MeaningOf(0).bits;
+        rows_.push_back({&field, set, heading});
+        for (std::size_t bit = 0; bit < std::min(engine.BitNames(set).size(), bitCount); ++bit)
+            rows_.push_back({&field, set, static_cast<int>(bit)});
+    }
+    if (sets < 2)
+        std::erase_if(rows_, [](const Row& row) { return row.bit == heading; });
     endResetModel();
 }
 
 void FlagListModel::FlagsChanged() {
-    if (count_ > 0)
-        emit dataChanged(index(0), index(count_ - 1));
+    if (!rows_.empty())
+        emit dataChanged(index(0), index(rowCount() - 1));
 }
 
-int FlagListModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : count_; }
+int FlagListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+const std::string& FlagListModel::NameOf(const Row& row) const {
+    return context_.program.engine.BitNames(row.set)[static_cast<std::size_t>(row.bit)];
+}
+
+QString FlagListModel::HintOf(const Row& row) const {
+    const std::vector<std::string>& hints = context_.program.engine.BitTooltips(row.set);
+    const auto place = static_cast<std::size_t>(row.bit);
+    return place < hints.size() ? ShownText(hints[place]) : QString();
+}
+
+QVariant FlagListModel::HeadingData(const Row& row, int role) const {
+    if (role == Qt::DisplayRole)
+        return ShownText(FactsOf(row.field->Kind(), row.field->Field()).label);
+    if (role == Qt::TextAlignmentRole)
+        return static_cast<int>(Qt::AlignCenter);
+    return {};
+}
 
 QVariant FlagListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const EngineConfiguration& engine = context_.program.engine;
-    const int bit = index.row();
-    const auto place = static_cast<std::size_t>(bit);
+    const Row& row = rows_[static_cast<std::size_t>(index.row())];
+    if (row.bit == heading)
+        return HeadingData(row, role);
     if (role == Qt::DisplayRole)
-        return ShownText(engine.flagNames[place]);
-
-    const QString hint = place < engine.flagTooltips.size() ? ShownText(engine.flagTooltips[place]) : QString();
-    if (Things().empty())
-        return role == Qt::ToolTipRole ? QVariant(hint) : QVariant();
-    const PatchData& patch = context_.program.patch;
-    const bool on = IsOn(patch.current, Things().front(), bit);
-    const bool common = std::all_of(Things().begin(), Things().end(),
-                                    [&](std::int32_t thing) { return IsOn(patch.current, thing, bit) == on; });
-    const bool standard = IsOn(patch.defaults, Things().front(), bit);
-    const bool differs = !things_.Several() && on != standard;
+        return ShownText(NameOf(row));
+    if (Records().empty())
+        return role == Qt::ToolTipRole ? QVariant(HintOf(row)) : QVariant();
+    const auto isOn = [&row](std::int32_t record) { return GetFlag(BitsIn(row.field->Of(record)), row.bit); };
+    const bool on = isOn(Records().front());
+    const bool common = std::ranges::all_of(Records(), [&](std::int32_t record) { return isOn(record) == on; });
+    const bool standard = GetFlag(BitsIn(row.field->DefaultOf(Records().front())), row.bit);
+    const bool differs = Records().size() == 1 && on != standard;
     switch (role) {
     case Qt::CheckStateRole:
         return !common ? Qt::PartiallyChecked : on ? Qt::Checked : Qt::Unchecked;
-    case Qt::ToolTipRole:
+    case Qt::ToolTipRole: {
+        const QString hint = HintOf(row);
         if (!differs)
             return hint;
         return (hint.isEmpty() ? QString() : hint + QLatin1Char('\n')) + DefaultTip(standard ? tr("on") : tr("off"));
+    }
     case Qt::FontRole:
         return differs ? MarkedFont() : QVariant();
     default:
@@ -70,41 +108,55 @@ QVariant FlagListModel::data(const QModelIndex& index, int role) const {
 }
 
 bool FlagListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-    if (role != Qt::CheckStateRole || Things().empty() || !checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (role != Qt::CheckStateRole || !checkIndex(index, CheckIndexOption::IndexIsValid) ||
+        !(flags(index) & Qt::ItemIsUserCheckable))
         return false;
-    const int bit = index.row();
+    const Row& row = rows_[static_cast<std::size_t>(index.row())];
     const bool on = value.value<Qt::CheckState>() == Qt::Checked;
-    StoreBits("flag " + context_.program.engine.flagNames[static_cast<std::size_t>(bit)] + " of ",
-              [this, bit, on](std::int32_t thing) {
-                  const std::int32_t bits = RecordOrNew(context_.program.patch.current.things, thing)->bits;
-                  return on ? SetFlag(bits, bit) : RemoveFlag(bits, bit);
-              });
+    StoreBits({row.field}, "flag " + NameOf(row) + " of ", [&row, on](const SelectedValue& field, std::int32_t record) {
+        const std::int32_t bits = BitsIn(field.Of(record));
+        return CellValue(on ? SetFlag(bits, row.bit) : RemoveFlag(bits, row.bit));
+    });
     return true;
 }
 
 Qt::ItemFlags FlagListModel::flags(const QModelIndex& index) const {
-    if (!index.isValid() || Things().empty())
+    if (!index.isValid() || rows_[static_cast<std::size_t>(index.row())].bit == heading)
+        return index.isValid() ? Qt::ItemNeverHasChildren : Qt::NoItemFlags;
+    if (fields_.front().Editable().empty())
         return Qt::NoItemFlags;
     return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemNeverHasChildren;
 }
 
 void FlagListModel::Restore() {
-    if (!Things().empty())
-        StoreBits("restore flags of ", [this](std::int32_t thing) {
-            return RecordOrNew(context_.program.patch.defaults.things, thing)->bits;
-        });
+    std::vector<const SelectedValue*> shown;
+    for (const Row& row : rows_)
+        if (shown.empty() || shown.back() != row.field)
+            shown.push_back(row.field);
+    StoreBits(shown, "restore flags of ",
+              [](const SelectedValue& field, std::int32_t record) { return field.DefaultOf(record); });
 }
 
-/// One step that gives each thing the bits `bitsOf(thing)`; its speed keeps its meaning.
-template <class BitsOf> void FlagListModel::StoreBits(const std::string& stepName, BitsOf bitsOf) {
+/// One step that gives each field of each record the bits `bitsOf(field, record)`; the speeds of things keep their
+/// meaning.
+template <class BitsOf> void FlagListModel::StoreBits(const std::vector<const SelectedValue*>& fields,
+                                                      const std::string& stepName, BitsOf bitsOf) {
     std::vector<Assignment> values;
-    for (const std::int32_t thing : Things()) {
-        const std::int32_t bits = bitsOf(thing);
-        values.push_back({{RecordKind::Thing, thing, RowOf(&ThingRecord::bits)}, bits});
-        values.push_back({{RecordKind::Thing, thing, RowOf(&ThingRecord::speed)},
-                          SpeedUnder(bits, *RecordOrNew(context_.program.patch.current.things, thing))});
-    }
-    context_.edits.StoreGroup(values, stepName + context_.edits.RecordsName(RecordKind::Thing, Things(), "things"));
+    const SelectedValue& first = fields_.front();
+    const std::vector<std::int32_t> records = first.Editable();
+    for (const std::int32_t record : records)
+        for (const SelectedValue* field : fields) {
+            const CellValue bits = bitsOf(*field, record);
+            values.push_back({{field->Kind(), record, field->Field()}, bits});
+            if (!IsOf(*field, &ThingRecord::bits))
+                continue;
+            const RecordOrNew thing(context_.program.patch.current.things, record);
+            for (const auto member : {&ThingRecord::speed, &ThingRecord::fastSpeed})
+                values.push_back(
+                    {{RecordKind::Thing, record, RowOf(member)}, SpeedUnder(BitsIn(bits), *thing, FieldOf(member))});
+        }
+    if (!values.empty())
+        context_.edits.StoreGroup(values, stepName + context_.edits.RecordsName(first.Kind(), records, first.Many()));
 }
 
 } // namespace plinket3

@@ -25,6 +25,7 @@ void frmSelectState::Narrow(const QString& text) {
 
 std::optional<std::int32_t> frmSelectState::Choose(std::int32_t start) {
     Prepare();
+    ShowArgumentsColumn(*lvwSelectStates_, program_.engine);
     Select(model_->index(model_->RowOfState(start).value_or(0), 0));
     if (!Run())
         return std::nullopt;

@@ -1,6 +1,7 @@
 #include "ui/states/StateColumns.h"
 
 #include "core/Text.h"
+#include "patch/Arguments.h"
 #include "patch/NewRecords.h"
 #include "ui/LatinText.h"
 #include "ui/fields/Labels.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace plinket3 {
 
@@ -35,6 +37,7 @@ constexpr std::array<ColumnFacts, stateColumnCount + 2> columns{{
     {QT_TRANSLATE_NOOP("StateColumns", "Param. 1"), "parameter 1", &StateRecord::unknown1},
     {QT_TRANSLATE_NOOP("StateColumns", "Param. 2"), "parameter 2", &StateRecord::unknown2},
     {QT_TRANSLATE_NOOP("StateColumns", "Action"), "action"},
+    {QT_TRANSLATE_NOOP("StateColumns", "Arguments"), "arguments"},
     {},
     {"", "sprite frame", &StateRecord::subnumber},
 }};
@@ -51,10 +54,10 @@ std::int32_t StoredNumber(const PatchSet& set, std::int32_t state, StateColumn c
     return facts.member != nullptr ? (*record).*facts.member : record->codePointer;
 }
 
-/// One step that sets each state's column to what `value(state, column)` tells.
-template <class Value> void StoreColumns(Edits& edits, const PatchSet& current, const std::vector<std::int32_t>& states,
-                                         std::span<const StateColumn> which, std::string name, bool typing,
-                                         Value value) {
+/// Sets each state's column to what `value(state, column)` tells.
+template <class Value> std::vector<Assignment> ColumnAssignments(const PatchSet& current,
+                                                                 const std::vector<std::int32_t>& states,
+                                                                 std::span<const StateColumn> which, Value value) {
     std::vector<Assignment> assignments(states.size() * which.size());
     auto next = assignments.begin();
     for (const std::int32_t state : states)
@@ -64,7 +67,33 @@ template <class Value> void StoreColumns(Edits& edits, const PatchSet& current, 
             next->value = (StoredNumber(current, state, column) & ~mask) | (value(state, column) & mask);
             ++next;
         }
-    edits.StoreGroup(assignments, std::move(name), typing);
+    return assignments;
+}
+
+/// Adds the arguments that go with the former actions of states; `actions` sets the new ones. Returns their names.
+std::vector<std::string> AddClearedArguments(const Session& session, std::vector<Assignment>& actions) {
+    const ArgumentTable table(session.engine);
+    std::vector<std::string> names;
+    std::vector<Assignment> cleared;
+    for (const Assignment& action : actions)
+        for (ClearedArgument& each :
+             ArgumentsToClear(table, *RecordOrNew(session.patch.current.states, action.cell.index),
+                              std::get<std::int32_t>(action.value))) {
+            cleared.push_back({{RecordKind::State, action.cell.index, each.field}, each.value});
+            if (std::ranges::find(names, each.name) == names.end())
+                names.push_back(std::move(each.name));
+        }
+    std::ranges::move(cleared, std::back_inserter(actions));
+    return names;
+}
+
+std::vector<Cell> ArgumentCells(const std::vector<std::int32_t>& states) {
+    std::vector<Cell> cells;
+    for (const std::int32_t state : states)
+        for (std::size_t row = 0; row < fieldTable<StateRecord>.size(); ++row)
+            if (fieldTable<StateRecord>[row].unit == FieldUnit::Argument)
+                cells.push_back({RecordKind::State, state, static_cast<int>(row)});
+    return cells;
 }
 
 } // namespace
@@ -74,7 +103,7 @@ QString StateColumnHeading(StateColumn column) {
 }
 
 bool IsNumberColumn(StateColumn column) {
-    return column != StateColumn::Name && column != StateColumn::Lit && column != StateColumn::Action;
+    return column != StateColumn::Name && column != StateColumn::Lit && column < StateColumn::Action;
 }
 
 int StateColumnField(StateColumn column) {
@@ -100,6 +129,13 @@ QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, 
         const std::string* mnemonic = engine.MnemonicOf(StateColumnValue(set, state, column));
         return mnemonic != nullptr ? ShownText(Trim(*mnemonic)) : QString();
     }
+    case StateColumn::Arguments: {
+        const RecordOrNew record(set.states, state);
+        const EngineConfiguration::Action* action = engine.ActionOf(record->codePointer);
+        if (action == nullptr || action->arguments.empty()) // as are most
+            return {};
+        return ShownStart(ArgumentsText(set, engine, ArgumentTable(engine), *record));
+    }
     default:
         return QString::number(StateColumnValue(set, state, column));
     }
@@ -109,8 +145,8 @@ bool AnyEditable(const RecordSelection& states) {
     return std::any_of(states.records.begin(), states.records.end(), [](std::int32_t state) { return state != 0; });
 }
 
-void StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,
-                   std::span<const StateColumnAssignment> values, bool typing) {
+std::vector<std::string> StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,
+                                       std::span<const StateColumnAssignment> values, bool typing) {
     std::vector<StateColumn> which;
     which.reserve(values.size());
     for (const StateColumnAssignment& assignment : values)
@@ -123,27 +159,51 @@ void StoreInStates(Edits& edits, const Session& session, const std::vector<std::
                            StateColumnValue(session.patch.current, state, StateColumn::Action) != 0))
             taken.push_back(state);
     if (taken.empty() || which.empty())
-        return;
-    StoreColumns(edits, session.patch.current, taken, which, StepName(edits, which.front(), taken), typing,
-                 [values](std::int32_t, StateColumn column) {
-                     for (const StateColumnAssignment& assignment : values)
-                         if (assignment.column == column)
-                             return assignment.value;
-                     return 0;
-                 });
+        return {};
+    std::vector<Assignment> assignments =
+        ColumnAssignments(session.patch.current, taken, which, [values](std::int32_t, StateColumn column) {
+            for (const StateColumnAssignment& assignment : values)
+                if (assignment.column == column)
+                    return assignment.value;
+            return 0;
+        });
+    std::vector<std::string> cleared;
+    if (action)
+        cleared = AddClearedArguments(session, assignments);
+    edits.StoreGroup(assignments, StepName(edits, which.front(), taken), typing);
+    return cleared;
 }
 
-void RestoreStateColumn(Edits& edits, const PatchData& patch, const std::vector<std::int32_t>& states,
-                        StateColumn column) {
+std::vector<std::string> RestoreStateColumn(Edits& edits, const Session& session,
+                                            const std::vector<std::int32_t>& states, StateColumn column) {
     if (states.empty() || column == StateColumn::Number)
-        return;
+        return {};
+    const std::string name = "restore " + StepName(edits, column, states);
+    if (column == StateColumn::Arguments) {
+        edits.Restore(ArgumentCells(states), name);
+        return {};
+    }
     std::vector<StateColumn> which{column};
     if (column == StateColumn::Name)
         which = {StateColumn::Sprite, StateColumn::Frame};
-    StoreColumns(edits, patch.current, states, which, "restore " + StepName(edits, column, states), false,
-                 [&patch](std::int32_t state, StateColumn restored) {
-                     return StateColumnValue(patch.defaults, state, restored);
-                 });
+    std::vector<Assignment> assignments =
+        ColumnAssignments(session.patch.current, states, which, [&session](std::int32_t state, StateColumn restored) {
+            return StateColumnValue(session.patch.defaults, state, restored);
+        });
+    std::vector<std::string> cleared;
+    if (column == StateColumn::Action)
+        cleared = AddClearedArguments(session, assignments);
+    edits.StoreGroup(assignments, name, false);
+    return cleared;
+}
+
+QString ClearedText(const std::vector<std::string>& names) {
+    QStringList list;
+    for (const std::string& name : names)
+        list.append(ShownText(name));
+    return list.isEmpty() ? QString()
+                          : QCoreApplication::translate("StateColumns", "Cleared what the new action does not take: %1")
+                                .arg(list.join(QStringLiteral(", ")));
 }
 
 } // namespace plinket3

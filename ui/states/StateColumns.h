@@ -25,7 +25,8 @@ enum class StateColumn {
     Parameter1,
     Parameter2,
     Action,
-    Count, // of the columns in lists
+    Arguments, // by value
+    Count,     // of the columns in lists
     FrameAndLit,
 };
 inline constexpr int stateColumnCount = static_cast<int>(StateColumn::Count);
@@ -34,10 +35,11 @@ QString StateColumnHeading(StateColumn column);
 /// False for columns whose text is words.
 bool IsNumberColumn(StateColumn column);
 
-/// The row of the states' table behind a column; `codePointerField` for the action. Not for `Number` and `Name`.
+/// The row of the states' table behind a column; `codePointerField` for the action. Not for `Number`, `Name` and
+/// `Arguments`.
 int StateColumnField(StateColumn column);
 
-/// `state` must be one of the set's. Lit is `litBit` or 0. Not for `Number` and `Name`.
+/// `state` must be one of the set's. Lit is `litBit` or 0. Not for the same.
 std::int32_t StateColumnValue(const PatchSet& set, std::int32_t state, StateColumn column);
 /// What a list shows. Empty for an action that the engine's configuration does not name.
 QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state, StateColumn column);
@@ -51,12 +53,16 @@ struct StateColumnAssignment {
 };
 
 /// Stores values in several states as one step ("duration of 3 frames"). State 0 stays as it is, and so does, in a
-/// patch that is not extended, the action of a state that has none.
-void StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,
-                   std::span<const StateColumnAssignment> values, bool typing = false);
+/// patch that is not extended, the action of a state that has none. With another action goes what it does not take:
+/// returns the names of arguments that are cleared.
+std::vector<std::string> StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,
+                                       std::span<const StateColumnAssignment> values, bool typing = false);
 
-/// Restores one column of these states; for `Name` sprite and frame, for `Number` nothing.
-void RestoreStateColumn(Edits& edits, const PatchData& patch, const std::vector<std::int32_t>& states,
-                        StateColumn column);
+/// Restores one column of these states; for `Name` sprite and frame, for `Number` nothing. Returns the same.
+std::vector<std::string> RestoreStateColumn(Edits& edits, const Session& session,
+                                            const std::vector<std::int32_t>& states, StateColumn column);
+
+/// Says that arguments were cleared; empty for none.
+QString ClearedText(const std::vector<std::string>& names);
 
 } // namespace plinket3

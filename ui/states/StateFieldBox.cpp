@@ -56,6 +56,6 @@ void StateFieldBox::StoreText() {
     Update();
 }
 
-void StateFieldBox::Restore() { RestoreStateColumn(edits_, session_.patch, selection_.records, column_); }
+void StateFieldBox::Restore() { RestoreStateColumn(edits_, session_, selection_.records, column_); }
 
 } // namespace plinket3

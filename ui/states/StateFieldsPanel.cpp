@@ -4,6 +4,7 @@
 #include "patch/StateUse.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
+#include "ui/fields/BitsButton.h"
 #include "ui/fields/Labels.h"
 #include "ui/fields/LinkLabel.h"
 #include "ui/fields/Marking.h"
@@ -22,6 +23,7 @@ constexpr const char* noEmptyAction = "Nullifying states is only possible in ext
 constexpr const char* invalidAction = "Invalid action.";
 constexpr const char* restoreQuestion = "Are you sure you want to restore these states?";
 constexpr std::size_t usersShown = 3;
+constexpr int bits21Field = RowOf(&StateRecord::bits21);
 
 QLabel* NewLabel(const char* name) {
     auto* label = new QLabel;
@@ -42,6 +44,9 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
       boxes_{txtSprite_, txtFrame_, txtDuration_, txtNextState_, txtParameter1_, txtParameter2_},
       chkLit_(new QCheckBox(tr("&Lit"))),
       cmbActions_(new ActionBox(QStringLiteral("cmbActions"), tr("Action"), context.program.engine)),
+      arguments_(new ArgumentsForm(shared_, context)),
+      txtBits21_(new ValueBox(QStringLiteral("txtBits21"), tr("MBF21 bits"), Bits21(), context)),
+      cmdBits21_(new BitsButton(QStringLiteral("cmdBits21Browse"), tr("Choose the MBF21 bits"), Bits21(), context)),
       cmdSpriteBrowse_(NewBrowseButton("cmdSpriteBrowse", tr("Choose a sprite"), &StateFieldsPanel::BrowseSprite)),
       cmdNextStateBrowse_(
           NewBrowseButton("cmdNextStateBrowse", tr("Choose a state"), &StateFieldsPanel::BrowseNextState)),
@@ -54,6 +59,8 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
     chkLit_->setToolTip(tr("Drawn fully lit, also in the dark"));
     lblUsedBy_->setWordWrap(true);
     txtDuration_->setToolTip(tr("In tics, 35 a second; -1 for ever"));
+    txtBits21_->setAlignment(Qt::AlignLeft);
+    txtBits21_->Hint(tr("Bits of the state by name, or as a number"));
     BuildLayout();
 
     connect(chkLit_, &QCheckBox::clicked, this, &StateFieldsPanel::StoreLit);
@@ -78,6 +85,10 @@ StateFieldBox* StateFieldsPanel::NewBox(const char* name, const QString& accessi
     return new StateFieldBox(QString::fromLatin1(name), accessibleName, column, selection_, context_);
 }
 
+SelectedValue StateFieldsPanel::Bits21() const {
+    return {{shared_, RecordKind::State, bits21Field, "frames"}, context_};
+}
+
 QPushButton* StateFieldsPanel::NewBrowseButton(const char* name, const QString& toolTip,
                                                void (StateFieldsPanel::*browse)()) {
     auto* button = new QPushButton(QStringLiteral("..."));
@@ -95,20 +106,24 @@ void StateFieldsPanel::BuildLayout() {
         QWidget* field;
         QWidget* button;
         QWidget* beside;
+        QLabel** caption;
     };
-    const std::array<Row, 4> left{{{tr("&Sprite:"), txtSprite_, cmdSpriteBrowse_, lblSpriteName_},
-                                   {tr("Fra&me:"), txtFrame_, nullptr, chkLit_},
-                                   {tr("&Duration:"), txtDuration_, nullptr, nullptr},
-                                   {tr("&Next state:"), txtNextState_, cmdNextStateBrowse_, lblNextState_}}};
-    const std::array<Row, 3> right{{{tr("A&ction:"), cmbActions_, cmdActionBrowse_, nullptr},
-                                    {tr("Parameter &1:"), txtParameter1_, nullptr, nullptr},
-                                    {tr("Parameter &2:"), txtParameter2_, nullptr, nullptr}}};
+    const std::array<Row, 5> left{{{tr("&Sprite:"), txtSprite_, cmdSpriteBrowse_, lblSpriteName_, nullptr},
+                                   {tr("Fra&me:"), txtFrame_, nullptr, chkLit_, nullptr},
+                                   {tr("&Duration:"), txtDuration_, nullptr, nullptr, nullptr},
+                                   {tr("&Next state:"), txtNextState_, cmdNextStateBrowse_, lblNextState_, nullptr},
+                                   {tr("MBF21 &bits:"), txtBits21_, cmdBits21_, nullptr, &lblBits21_}}};
+    const std::array<Row, 3> right{{{tr("A&ction:"), cmbActions_, cmdActionBrowse_, nullptr, nullptr},
+                                    {tr("Parameter &1:"), txtParameter1_, nullptr, nullptr, &lblParameter1_},
+                                    {tr("Parameter &2:"), txtParameter2_, nullptr, nullptr, &lblParameter2_}}};
     auto* grid = new QGridLayout;
     const auto addRows = [grid](const auto& rows, int column) {
         int line = 0;
         for (const Row& row : rows) {
             auto* label = new QLabel(row.label);
             label->setBuddy(row.field);
+            if (row.caption != nullptr)
+                *row.caption = label;
             grid->addWidget(label, line, column);
             grid->addWidget(row.field, line, column + 1);
             if (row.button != nullptr)
@@ -121,9 +136,10 @@ void StateFieldsPanel::BuildLayout() {
     addRows(left, 0);
     addRows(right, 4);
     lblNotes_->setBuddy(txtNotes_);
-    grid->addWidget(lblNotes_, 3, 4, Qt::AlignTop);
-    grid->addWidget(txtNotes_, 3, 5, 2, 2);
-    grid->setRowStretch(4, 1);
+    grid->addWidget(lblNotes_, 5, 0, Qt::AlignTop);
+    grid->addWidget(txtNotes_, 5, 1, 1, 3);
+    grid->addWidget(arguments_, 3, 4, 3, 3);
+    grid->setRowStretch(5, 1);
     txtNotes_->setMinimumHeight(txtNotes_->HeightOf(2));
     txtNotes_->setMaximumHeight(txtNotes_->HeightOf(6));
     const int digits = fontMetrics().averageCharWidth() * 10;
@@ -148,12 +164,23 @@ void StateFieldsPanel::Fill() {
     cmbActions_->Fill();
     txtNotes_->setVisible(txtNotes_->HasNotes());
     lblNotes_->setVisible(txtNotes_->HasNotes());
+    const EngineConfiguration& engine = context_.program.engine;
+    const bool bits = FactsOf(RecordKind::State, bits21Field).since <= engine.dialect.fields;
+    for (QWidget* control :
+         {static_cast<QWidget*>(lblBits21_), static_cast<QWidget*>(txtBits21_), static_cast<QWidget*>(cmdBits21_)})
+        control->setVisible(bits);
+    cmdBits21_->Reload();
+    arguments_->Fill();
+    arguments_->setVisible(!ArgumentTable(engine).Empty());
 }
 
 void StateFieldsPanel::ShowSelection(RecordSelection selection) {
     selection_ = std::move(selection);
     for (StateFieldBox* box : boxes_)
         box->ShowSelection();
+    txtBits21_->ShowSelection();
+    cmdBits21_->setEnabled(AnyEditable(selection_));
+    arguments_->ShowSelection();
     chkLit_->setCheckState(Qt::PartiallyChecked);
     for (QWidget* control : {static_cast<QWidget*>(chkLit_), static_cast<QWidget*>(cmdSpriteBrowse_),
                              static_cast<QWidget*>(cmdNextStateBrowse_)})
@@ -167,6 +194,10 @@ void StateFieldsPanel::ShowSelection(RecordSelection selection) {
 void StateFieldsPanel::Update() {
     for (StateFieldBox* box : boxes_)
         box->Update();
+    txtBits21_->Update();
+    cmdBits21_->Update();
+    arguments_->Update();
+    ShowParameters();
     ShowLit();
     ShowSpriteAndNextState();
     txtNotes_->Update();
@@ -235,6 +266,16 @@ void StateFieldsPanel::ShowAction() {
                 : QString());
 }
 
+/// Where the action takes them as something, the form of arguments has them.
+void StateFieldsPanel::ShowParameters() {
+    const bool one = !arguments_->Shows(RowOf(&StateRecord::unknown1));
+    const bool two = !arguments_->Shows(RowOf(&StateRecord::unknown2));
+    lblParameter1_->setVisible(one);
+    txtParameter1_->setVisible(one);
+    lblParameter2_->setVisible(two);
+    txtParameter2_->setVisible(two);
+}
+
 void StateFieldsPanel::ShowUsers() {
     lblUsedBy_->setToolTip({});
     if (selection_.records.size() != 1)
@@ -242,7 +283,8 @@ void StateFieldsPanel::ShowUsers() {
     if (selection_.current == 0)
         return lblUsedBy_->setText(tr("State 0 stands for \"no state\" and cannot be edited."));
     QStringList users;
-    for (const std::string& user : UsersOfState(context_.program.patch.current, selection_.current))
+    for (const std::string& user :
+         UsersOfState(context_.program.patch.current, context_.program.engine, selection_.current))
         users.append(ShownStart(user));
     const auto count = static_cast<std::size_t>(users.size());
     QString text = users.isEmpty() ? tr("no thing or weapon directly") : users.join(QStringLiteral(", "));
@@ -281,7 +323,9 @@ void StateFieldsPanel::RefuseUnknownAction() {
 
 void StateFieldsPanel::StoreAction(std::int32_t value) {
     const StateColumnAssignment action{StateColumn::Action, value};
-    StoreInStates(context_.edits, context_.program, selection_.records, {&action, 1});
+    const auto cleared = StoreInStates(context_.edits, context_.program, selection_.records, {&action, 1});
+    if (!cleared.empty())
+        context_.links.ShowStatus(ClearedText(cleared));
     if (selection_.Several())
         cmbActions_->ShowAction(value);
     else

@@ -4,6 +4,8 @@
 #include "ui/fields/ActionBox.h"
 #include "ui/fields/NoteBox.h"
 #include "ui/fields/RecordSelection.h"
+#include "ui/fields/ValueBox.h"
+#include "ui/states/ArgumentsForm.h"
 #include "ui/states/StateFieldBox.h"
 
 #include <QCheckBox>
@@ -13,9 +15,11 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 
 namespace plinket3 {
 
+class BitsButton;
 class LinkLabel;
 
 /// The fields of the selected states, with what the states are used by.
@@ -41,11 +45,13 @@ public:
 private:
     StateFieldBox* NewBox(const char* name, const QString& accessibleName, StateColumn column);
     QPushButton* NewBrowseButton(const char* name, const QString& toolTip, void (StateFieldsPanel::*browse)());
+    SelectedValue Bits21() const;
     void BuildLayout();
     void ShowTitle();
     void ShowLit();
     void ShowSpriteAndNextState();
     void ShowAction();
+    void ShowParameters();
     void ShowUsers();
     void StoreLit();
     void StoreAction(std::int32_t value);
@@ -54,7 +60,8 @@ private:
     bool ActionsMayBeSet() const;
 
     EditorContext context_;
-    RecordSelection selection_;
+    std::shared_ptr<RecordSelection> shared_ = std::make_shared<RecordSelection>(); // boxes outlive the panel
+    RecordSelection& selection_ = *shared_;
     StateFieldBox* txtSprite_;
     StateFieldBox* txtFrame_;
     StateFieldBox* txtDuration_;
@@ -64,6 +71,11 @@ private:
     std::array<StateFieldBox*, 6> boxes_;
     QCheckBox* chkLit_;
     ActionBox* cmbActions_;
+    ArgumentsForm* arguments_;
+    QLabel *lblParameter1_ = nullptr, *lblParameter2_ = nullptr;
+    ValueBox* txtBits21_;
+    BitsButton* cmdBits21_;
+    QLabel* lblBits21_ = nullptr;
     QPushButton* cmdSpriteBrowse_;
     QPushButton* cmdNextStateBrowse_;
     QPushButton* cmdActionBrowse_;

@@ -130,9 +130,9 @@ std::vector<std::int32_t> StateFilterPanel::States() const {
     };
     std::vector<std::int32_t> states =
         mode_ == StateFilterMode::All      ? AllStates(set)
-        : mode_ == StateFilterMode::Thing  ? StatesOfThing(set, entryOf(*cmbFilterThings_))
-        : mode_ == StateFilterMode::Weapon ? StatesOfWeapon(set, entryOf(*cmbFilterWeapons_))
-                                           : UnusedStates(set);
+        : mode_ == StateFilterMode::Thing  ? StatesOfThing(set, session_.engine, entryOf(*cmbFilterThings_))
+        : mode_ == StateFilterMode::Weapon ? StatesOfWeapon(set, session_.engine, entryOf(*cmbFilterWeapons_))
+                                           : UnusedStates(set, session_.engine);
     return MatchingStates(session_, std::move(states), txtFilter_->text());
 }
 

@@ -1,5 +1,6 @@
 #include "ui/states/StateListView.h"
 
+#include "patch/Arguments.h"
 #include "ui/states/StateColumns.h"
 #include "ui/states/StateTableModel.h"
 
@@ -14,7 +15,7 @@ namespace plinket3 {
 namespace {
 
 /// Characters that fit into each column; a heading may need more.
-constexpr std::array<int, stateColumnCount> columnWidths{6, 8, 5, 5, 4, 6, 6, 6, 6, 16};
+constexpr std::array<int, stateColumnCount> columnWidths{6, 8, 5, 5, 4, 6, 6, 6, 6, 16, 24};
 
 } // namespace
 
@@ -43,6 +44,10 @@ void SetUpStateList(QTableView& view, StateTableModel& model, const QString& nam
     for (int column = 0; column < stateColumnCount; ++column)
         columns.resizeSection(column, std::max(columns.sectionSizeHint(column),
                                                (columnWidths[static_cast<std::size_t>(column)] + 1) * digit));
+}
+
+void ShowArgumentsColumn(QTableView& view, const EngineConfiguration& engine) {
+    view.setColumnHidden(static_cast<int>(StateColumn::Arguments), ArgumentTable(engine).Empty());
 }
 
 void SelectStateRow(QTableView& view, int row) {

@@ -1,43 +1,25 @@
 #include "ui/states/StatePlayer.h"
 
-#include <unordered_set>
-
 namespace plinket3 {
 
-namespace {
-
-constexpr std::uint8_t timesThroughALoop = 2;
-
-} // namespace
-
-StatePlayer::StatePlayer(const PatchSet& set, QObject* parent) : QObject(parent), set_(set) {
+StatePlayer::StatePlayer(const Session& session, QObject* parent)
+    : QObject(parent), session_(session), walk_(session.patch.current, session.engine) {
     timer_.setTimerType(Qt::PreciseTimer);
     timer_.setInterval(1000 / ticsPerSecond);
     connect(&timer_, &QTimer::timeout, this, &StatePlayer::CatchUp);
 }
 
 std::vector<std::int32_t> StatePlayer::Run(std::int32_t state) const {
-    std::vector<std::int32_t> shown;
-    std::unordered_set<std::int32_t> entered{0};
-    for (const StateRecord* record = set_.states.Find(state); record != nullptr && entered.insert(state).second;
-         record = set_.states.Find(state)) {
-        if (record->duration != 0)
-            shown.push_back(state);
-        if (record->duration < 0)
-            break;
-        state = record->nextState;
-    }
-    return shown;
+    return StateWalk(session_.patch.current, session_.engine).Shown(state);
 }
 
 void StatePlayer::Start(std::int32_t state) {
     Stop();
-    timesEntered_.clear();
     tics_ = 0;
     playing_ = true;
     clock_.start();
     timer_.start();
-    Enter(state);
+    Show(walk_.Start(state));
 }
 
 void StatePlayer::Stop() {
@@ -59,23 +41,16 @@ void StatePlayer::Advance() {
     ++tics_;
     if (!playing_ || --ticsLeft_ > 0)
         return;
-    const StateRecord* record = set_.states.Find(state_);
-    Enter(record != nullptr ? record->nextState : 0);
+    Show(walk_.After(state_));
 }
 
-/// States that last no time are passed through at once; as none is entered more than twice, this ends.
-void StatePlayer::Enter(std::int32_t state) {
-    for (;;) {
-        const StateRecord* record = set_.states.Find(state);
-        if (state == 0 || record == nullptr || timesEntered_[state] == timesThroughALoop)
-            return Stop();
-        ++timesEntered_[state];
-        state_ = state;
-        ticsLeft_ = record->duration;
-        if (ticsLeft_ != 0)
-            break;
-        state = record->nextState;
-    }
+/// None ends it, and so does a state that lasts for ever.
+void StatePlayer::Show(std::optional<std::int32_t> state) {
+    const StateRecord* record = state ? session_.patch.current.states.Find(*state) : nullptr;
+    if (record == nullptr)
+        return Stop();
+    state_ = *state;
+    ticsLeft_ = record->duration;
     emit StateShown(state_);
     if (ticsLeft_ < 0)
         Stop();

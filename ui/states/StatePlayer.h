@@ -1,26 +1,26 @@
 #pragma once
 
-#include "patch/PatchSet.h"
+#include "patch/Program.h"
+#include "patch/StateWalk.h"
 
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
 #include <cstdint>
-#include <unordered_map>
+#include <optional>
 #include <vector>
 
 namespace plinket3 {
 
-/// Runs through the states that follow one another as a game does, 35 tics a second. Stops at a state that lasts for
-/// ever, where the states come to an end (state 0), and when a loop has run twice.
+/// Runs through states as a `StateWalk` does, 35 tics a second. Stops at a state that lasts for ever, too.
 class StatePlayer : public QObject {
     Q_OBJECT
 public:
     static constexpr int ticsPerSecond = 35;
 
-    /// `set` must outlive the player; it may change while it plays.
-    StatePlayer(const PatchSet& set, QObject* parent);
+    /// `session` must outlive the player; its patch may change while it plays.
+    StatePlayer(const Session& session, QObject* parent);
 
     /// The states that playing from `state` shows, each once.
     std::vector<std::int32_t> Run(std::int32_t state) const;
@@ -36,17 +36,17 @@ signals:
     void Stopped();
 
 private:
-    void Enter(std::int32_t state);
+    void Show(std::optional<std::int32_t> state);
     void CatchUp();
 
-    const PatchSet& set_;
+    const Session& session_;
+    StateWalk walk_;
     QTimer timer_;
     QElapsedTimer clock_;
     qint64 tics_ = 0; // since the start
     bool playing_ = false;
     std::int32_t state_ = 0;
     std::int32_t ticsLeft_ = 0; // of the state
-    std::unordered_map<std::int32_t, std::uint8_t> timesEntered_;
 };
 
 } // namespace plinket3

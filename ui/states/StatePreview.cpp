@@ -6,7 +6,7 @@ namespace plinket3 {
 
 StatePreview::StatePreview(const Session& session)
     : QGroupBox(tr("Preview")), session_(session), picSprite_(new SpriteView(QStringLiteral("picSprite"))),
-      lblPreview_(new QLabel), cmdPlay_(new QPushButton), player_(new StatePlayer(session.patch.current, this)) {
+      lblPreview_(new QLabel), cmdPlay_(new QPushButton), player_(new StatePlayer(session, this)) {
     lblPreview_->setObjectName(QStringLiteral("lblPreview"));
     lblPreview_->setAlignment(Qt::AlignCenter);
     cmdPlay_->setObjectName(QStringLiteral("cmdPlay"));

@@ -1,7 +1,9 @@
 #include "ui/states/StateTableModel.h"
 
 #include "core/Text.h"
+#include "patch/Arguments.h"
 #include "ui/LatinText.h"
+#include "ui/fields/Labels.h"
 #include "ui/fields/Marking.h"
 #include "ui/states/StateColumns.h"
 
@@ -87,17 +89,21 @@ std::vector<std::int32_t> AllStates(const PatchSet& set) { return set.states.Num
 std::vector<std::int32_t> MatchingStates(const Session& session, std::vector<std::int32_t> states,
                                          const QString& text) {
     const PatchSet& set = session.patch.current;
+    const ArgumentTable arguments(session.engine);
     for (const QString& typed : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
         const std::string word = ToLower(StoredText(typed));
+        const auto holds = [&word](std::string_view shown) { return ToLower(shown).find(word) != std::string::npos; };
         std::unordered_set<std::int32_t> actions; // the code pointer values whose name contains the word
         for (const auto& [value, mnemonic] : session.engine.mnemonicByValue)
-            if (ToLower(mnemonic).find(word) != std::string::npos)
+            if (holds(mnemonic))
                 actions.insert(value);
         std::erase_if(states, [&](std::int32_t state) {
-            return !std::to_string(state).starts_with(word) &&
-                   !actions.contains(StateColumnValue(set, state, StateColumn::Action)) &&
-                   ToLower(StoredText(StateColumnText(set, session.engine, state, StateColumn::Name))).find(word) ==
-                       std::string::npos;
+            const StateRecord* record = set.states.Find(state);
+            return record == nullptr ||
+                   (!std::to_string(state).starts_with(word) && !actions.contains(record->codePointer) &&
+                    !holds(StoredText(StateLabelText(set, state))) &&
+                    (arguments.Of(record->codePointer).empty() ||
+                     !holds(ArgumentsText(set, session.engine, arguments, *record))));
         });
     }
     return states;

@@ -38,8 +38,8 @@ private:
 
 /// Every state's number, in their order.
 std::vector<std::int32_t> AllStates(const PatchSet& set);
-/// Those of `states` whose number begins with each word of `text`, or whose name or action contains it, upper and lower
-/// case alike; all for a text without words.
+/// Those of `states` whose number begins with each word of `text`, or whose name, action or arguments contain it, upper
+/// and lower case alike; all for a text without words.
 std::vector<std::int32_t> MatchingStates(const Session& session, std::vector<std::int32_t> states, const QString& text);
 
 } // namespace plinket3

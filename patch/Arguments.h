@@ -1,0 +1,58 @@
+#pragma once
+
+#include "core/modConfig.h"
+#include "patch/Cells.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace plinket3 {
+
+/// A number that the action of a state takes, and the row of the states' table in which it stands.
+struct StateArgument {
+    const EngineConfiguration::Argument* facts = nullptr;
+    int field = 0;
+    bool operator==(const StateArgument&) const = default;
+};
+
+/// What actions take, by their code pointer values.
+class ArgumentTable {
+public:
+    /// `engine` must stay as it is while the table is used. Arguments in fields that its patches do not have are left
+    /// out.
+    explicit ArgumentTable(const EngineConfiguration& engine);
+
+    /// In the order of the configuration; none for an action without arguments, or an unknown one.
+    std::span<const StateArgument> Of(std::int32_t codePointer) const;
+    bool Empty() const { return byAction_.empty(); }
+
+private:
+    std::unordered_map<std::int32_t, std::vector<StateArgument>> byAction_;
+};
+
+/// The argument's number in a state; absent when it is unset, and the action then takes the argument's standard.
+FieldValue ArgumentOf(const StateRecord& state, const StateArgument& argument);
+
+/// What an argument's number refers to.
+bool IsThing(const StateArgument& argument);
+bool IsState(const StateArgument& argument);
+
+struct ClearedArgument {
+    int field = 0;
+    std::string name; // as the former action calls it, else the field's label
+    CellValue value;  // that the field gets
+};
+/// What is cleared when a state gets another action: arguments that the new one does not take in that field, or takes
+/// as something else. Of fields that cannot be unset only those that the former action takes, which become 0.
+std::vector<ClearedArgument> ArgumentsToClear(const ArgumentTable& table, const StateRecord& state,
+                                              std::int32_t newAction);
+
+/// The arguments of a state by value, as lists show them: "type: Imp, angle 45(degree sign)"; base and dice of a damage
+/// as "damage 3d8". Those that are unset, or 0 in a field that cannot be, are left out.
+std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine, const ArgumentTable& table,
+                          const StateRecord& state);
+
+} // namespace plinket3

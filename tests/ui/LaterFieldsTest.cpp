@@ -1,0 +1,456 @@
+#include "tests/ui/ModalDriver.h"
+#include "tests/ui/UiTest.h"
+#include "ui/editors/frmEditStates.h"
+#include "ui/editors/frmEditThings.h"
+#include "ui/editors/frmEditWeapons.h"
+#include "ui/pickers/frmSelectRecord.h"
+#include "ui/states/StateColumns.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListView>
+#include <QMenu>
+#include <QPushButton>
+#include <QTableView>
+#include <QTimer>
+#include <QToolButton>
+#include <QTreeView>
+
+#include <map>
+
+namespace plinket3::test {
+
+namespace {
+
+constexpr std::int32_t unit = 65536; // of fixed point
+constexpr int imp = 11, ball = 31, shotgun = 2, walking = 450, chasing = 451;
+
+/// The editors over the engine that has all that came after Boom.
+class LaterFieldsTest : public EditorTest {
+protected:
+    void SetUp() override { LoadEngine("mbf21"); }
+    QLineEdit& Box(const char* name) { return Find<QLineEdit>(*window, name); }
+    bool IsVisible(const char* name) {
+        QApplication::processEvents(); // controls are shown when the event that makes them is over
+        const auto* control = window->findChild<QWidget*>(QString::fromLatin1(name));
+        return control != nullptr && control->isVisible();
+    }
+    QString Text(const char* label) { return Find<QLabel>(*window, label).text(); }
+    void Click(const char* button) { QTest::mouseClick(&Find<QPushButton>(*window, button), Qt::LeftButton); }
+    void ClickLink(const char* label) { QTest::mouseClick(&Find<QLabel>(*window, label), Qt::LeftButton); }
+    CellValue Thing(int thing, std::int32_t ThingNumbers::*member) {
+        return edits.Value({RecordKind::Thing, thing, RowOf(member)});
+    }
+    CellValue State(int state, std::int32_t StateNumbers::*member) {
+        return edits.Value({RecordKind::State, state, RowOf(member)});
+    }
+    void TriggerMenu(QWidget& box, const char* entry) {
+        QTimer::singleShot(0, &box, [entry] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            auto* action = menu->findChild<QAction*>(QString::fromLatin1(entry));
+            ASSERT_NE(action, nullptr) << entry;
+            menu->setActiveAction(action);
+            QTest::keyClick(menu, Qt::Key_Return);
+        });
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, box.mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(&box, &event);
+    }
+    void UndoAll() {
+        while (edits.CanUndo())
+            edits.Undo();
+        EXPECT_EQ(Current(), Defaults());
+    }
+    // States
+    void OpenStates() {
+        window = &Open<frmEditStates>();
+        window->resize(1000, 900);
+    }
+    void Select(int state, Qt::KeyboardModifiers modifiers = {}) {
+        ClickRow(Find<QTableView>(*window, "lvwStates"), state, Qt::LeftButton, modifiers);
+    }
+    void SetAction(int state, const char* mnemonic) {
+        edits.Store({RecordKind::State, state, codePointerField}, *program.engine.CodePointerOf(mnemonic));
+    }
+    void ChooseAction(const char* mnemonic) {
+        auto& actions = Find<QComboBox>(*window, "cmbActions");
+        const int entry = actions.findText(QString::fromLatin1(mnemonic));
+        ASSERT_GE(entry, 0) << mnemonic;
+        emit actions.activated(entry);
+    }
+    QString Cell(int state, StateColumn column) {
+        return Find<QTableView>(*window, "lvwStates").model()->index(state, static_cast<int>(column)).data().toString();
+    }
+
+    EditorWindow* window = nullptr;
+};
+
+struct TypedCase {
+    const char* box;
+    Cell cell;
+    const char* typed; // "\b" empties the box
+    CellValue stored;
+    const char* shown = nullptr;   // while typing, when otherwise
+    const char* refused = nullptr; // how the word in the status bar begins
+};
+
+constexpr Cell OfImp(std::int32_t ThingNumbers::*member) { return {RecordKind::Thing, imp, RowOf(member)}; }
+constexpr Cell OfState(std::int32_t StateNumbers::*member) { return {RecordKind::State, walking, RowOf(member)}; }
+constexpr Cell OfShotgun(std::int32_t WeaponNumbers::*member) { return {RecordKind::Weapon, shotgun, RowOf(member)}; }
+
+const TypedCase typedCases[]{
+    {"txtInfightingGroup", OfImp(&ThingRecord::infightingGroup), "0", 0},
+    {"txtInfightingGroup", OfImp(&ThingRecord::infightingGroup), "-3", 3, "3", "What may stand here goes from 0 to"},
+    {"txtProjectileGroup", OfImp(&ThingRecord::projectileGroup), "-3", -3},
+    {"txtSplashGroup", OfImp(&ThingRecord::splashGroup), "x", Unset(), "", "A whole number"},
+    {"txtMeleeRange", OfImp(&ThingRecord::meleeRange), "12.25", 49 * unit / 4},
+    {"txtMeleeRange", OfImp(&ThingRecord::meleeRange), "\b", 64 * unit},
+    {"txtFastSpeed", OfImp(&ThingRecord::fastSpeed), "20", 20},
+    {"txtFastSpeed", OfImp(&ThingRecord::fastSpeed), "9999999999", 999'999'999, "999999999", "What may"},
+    {"txtDroppedItem", OfImp(&ThingRecord::droppedItem), "9999", 99, "99", "Things go from 1 to 250"},
+    {"txtRipSound", OfImp(&ThingRecord::ripSound), "5", 5},
+    {"txtBits21", OfState(&StateRecord::bits21), "skill5fast", 1},
+    {"txtBits21", OfState(&StateRecord::bits21), "skip", 0, "ski", "The engine has no bit \"skip\" here."},
+    {"txtArgs1", OfState(&StateRecord::arg1), "32", 32},
+    {"txtArgs1", OfState(&StateRecord::arg1), "-", Unset(), "", "Things go"},
+    {"txtArgs2", OfState(&StateRecord::arg2), "-22.5", -45 * unit / 2},
+    {"txtArgs3", OfState(&StateRecord::arg3), "0", 0},
+    {"txtArgs3", OfState(&StateRecord::arg3), "1e", unit, "1", "A number stands here"},
+    {"txtAmmoPerShot", OfShotgun(&WeaponRecord::ammoPerShot), "0", 0},
+    {"txtAmmoPerShot", OfShotgun(&WeaponRecord::ammoPerShot), "-1", 1, "1", "What may"},
+    {"txtBits21", OfShotgun(&WeaponRecord::bits21), "SILENT+NOTHRUST", 3},
+};
+
+TEST_F(LaterFieldsTest, TypedValuesAreStoredOrRefusedWithAWord) {
+    SetAction(walking, "MonsterProjectile");
+    edits.Clear();
+    program.patch.defaults = program.patch.current;
+    std::map<RecordKind, EditorWindow*> windows;
+    windows[RecordKind::Thing] = &Open<frmEditThings>();
+    windows[RecordKind::Weapon] = &Open<frmEditWeapons>();
+    OpenStates();
+    windows[RecordKind::State] = window;
+    static_cast<frmEditThings*>(windows[RecordKind::Thing])->ShowThing(imp);
+    Select(walking);
+    window = windows[RecordKind::Weapon];
+    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
+    for (const TypedCase& row : typedCases) {
+        SCOPED_TRACE(std::string(row.box) + " " + row.typed);
+        window = windows[row.cell.kind];
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        links.calls.clear();
+        QLineEdit& box = Box(row.box);
+        const bool isUnset = std::holds_alternative<Unset>(edits.Value(row.cell));
+        EXPECT_EQ(box.text().isEmpty() &&
+                      box.placeholderText().endsWith(row.cell.kind == RecordKind::State ? "(unset)" : "unset"),
+                  isUnset)
+            << box.placeholderText().toStdString();
+        Type(box, row.typed);
+        EXPECT_EQ(edits.Value(row.cell), row.stored);
+        EXPECT_EQ(box.text(), row.shown != nullptr ? row.shown : *row.typed == '\b' ? "" : row.typed);
+        const std::string said = links.calls.empty() ? "" : links.calls.back();
+        EXPECT_TRUE(row.refused == nullptr ? said.empty() : said.starts_with(std::string("status ") + row.refused))
+            << said;
+        const bool differs = row.stored != edits.DefaultValue(row.cell);
+        EXPECT_EQ(box.font().bold(), differs);
+        EXPECT_EQ(edits.CanUndo(), differs);
+        QTest::keyClick(&box, Qt::Key_Tab);
+        if (edits.CanUndo())
+            edits.Undo();
+        EXPECT_FALSE(edits.CanUndo()) << "a run of typing is one step";
+        EXPECT_EQ(Current(), Defaults());
+    }
+}
+
+TEST_F(LaterFieldsTest, AnEmptyBoxOrItsMenuUnsets) {
+    window = &Open<frmEditThings>();
+    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    Type(Box("txtSplashGroup"), "7");
+    EXPECT_TRUE(Box("txtSplashGroup").toolTip().endsWith("Default: unset"));
+    Type(Box("txtSplashGroup"), "\b");
+    EXPECT_EQ(Thing(imp, &ThingRecord::splashGroup), CellValue(Unset()));
+    ClickRow(Find<QTreeView>(*window, "lstThings"), imp + 1, Qt::LeftButton, Qt::ControlModifier);
+    Type(Box("txtSplashGroup"), "7");
+    EXPECT_EQ(edits.UndoName(), "splash group of 2 things");
+    Type(Box("txtSplashGroup"), "\b");
+    EXPECT_EQ(Thing(imp, &ThingRecord::splashGroup), CellValue(7)) << "several stay as they are";
+    TriggerMenu(Box("txtSplashGroup"), "unsetField");
+    EXPECT_EQ(Thing(imp, &ThingRecord::splashGroup), CellValue(Unset()));
+    EXPECT_EQ(Thing(imp + 1, &ThingRecord::splashGroup), CellValue(Unset()));
+    EXPECT_EQ(Box("txtSplashGroup").placeholderText(), "unset");
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, FastSpeedsFollowTheProjectileBit) {
+    window = &Open<frmEditThings>();
+    static_cast<frmEditThings*>(window)->ShowThing(ball);
+    EXPECT_EQ(Box("txtFastSpeed").text(), "20");
+    const auto bits = std::get<std::int32_t>(Thing(ball, &ThingRecord::bits));
+    auto& flags = Find<QTreeView>(*window, "trvFlags");
+    flags.model()->setData(flags.model()->index(projectileBit + 1, 0), Qt::Unchecked, Qt::CheckStateRole);
+    EXPECT_NE(Thing(ball, &ThingRecord::bits), CellValue(bits));
+    EXPECT_EQ(Thing(ball, &ThingRecord::fastSpeed), CellValue(20));
+    EXPECT_EQ(Box("txtFastSpeed").text(), "20");
+    Type(Box("txtFastSpeed"), "-1");
+    flags.model()->setData(flags.model()->index(projectileBit + 1, 0), Qt::Checked, Qt::CheckStateRole);
+    EXPECT_EQ(Thing(ball, &ThingRecord::fastSpeed), CellValue(-1)) << "which stands for the usual one";
+    TriggerMenu(Box("txtFastSpeed"), "restoreField");
+    EXPECT_EQ(Thing(ball, &ThingRecord::fastSpeed), CellValue(20 * unit));
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, OneFilterNarrowsTheOldFlagsAndTheNew) {
+    window = &Open<frmEditThings>();
+    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    auto& flags = Find<QTreeView>(*window, "trvFlags");
+    const QAbstractItemModelTester tester(flags.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const auto listed = [&flags] {
+        QStringList names;
+        for (int row = 0; row < flags.model()->rowCount(); ++row)
+            names.append(flags.model()->index(row, 0).data().toString());
+        return names.join(' ').toStdString();
+    };
+    EXPECT_EQ(flags.model()->index(0, 0).data(), "Bits");
+    EXPECT_FALSE(flags.model()->flags(flags.model()->index(0, 0)) & Qt::ItemIsEnabled);
+    EXPECT_EQ(flags.model()->rowCount(), 2 + 32 + 19);
+    Type(Box("txtFlagFilter"), "rad");
+    EXPECT_EQ(listed(), "NORADIUSDMG FORCERADIUSDMG");
+    Type(Box("txtFlagFilter"), "miss");
+    EXPECT_EQ(listed(), "MISSILE");
+    Type(Box("txtFlagFilter"), "boss");
+    QTest::keyClick(&Box("txtFlagFilter"), Qt::Key_Return);
+    QTest::keyClick(&flags, Qt::Key_Space);
+    EXPECT_EQ(Thing(imp, &ThingRecord::bits21), CellValue(1 << 9));
+    EXPECT_EQ(edits.UndoName(), "flag BOSS of Imp");
+    EXPECT_TRUE(flags.currentIndex().data(Qt::FontRole).value<QFont>().bold());
+    window->findChild<QAction*>("actRestoreFlags")->trigger();
+    EXPECT_EQ(Current(), Defaults());
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, EnginesShowOnlyTheFieldsThatTheyHave) {
+    const struct {
+        const char* engine;
+        bool asEngines;
+        const char* group; // its heading; null for none
+        bool bits;
+    } cases[]{{"dehextra19", false, nullptr, false},
+              {"dehextra19", true, "DEHEXTRA", false},
+              {"mbf21", true, "MBF21", true},
+              {"doom19", true, nullptr, false}};
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.engine);
+        LoadEngine(row.engine);
+        if (row.asEngines)
+            program.engine.dialect = program.engine.dialect.AsEngines();
+        window = &Open<frmEditThings>();
+        EXPECT_EQ(IsVisible("txtDroppedItem"), row.group != nullptr);
+        EXPECT_EQ(IsVisible("txtMeleeRange"), row.bits);
+        if (row.group != nullptr) {
+            EXPECT_EQ(static_cast<QGroupBox*>(Box("txtDroppedItem").parentWidget())->title(), row.group);
+        }
+        window = &Open<frmEditWeapons>();
+        EXPECT_EQ(IsVisible("txtAmmoPerShot") && IsVisible("txtBits21"), row.bits);
+        OpenStates();
+        EXPECT_EQ(IsVisible("txtBits21"), row.bits);
+        EXPECT_TRUE(IsVisible("txtParameter1"));
+        EXPECT_EQ(Find<QTableView>(*window, "lvwStates").isColumnHidden(static_cast<int>(StateColumn::Arguments)),
+                  std::string_view(row.engine) == "doom19");
+    }
+}
+
+TEST_F(LaterFieldsTest, ReferencesAreDescribedBroughtUpPlayedAndPicked) {
+    window = &Open<frmEditThings>();
+    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    EXPECT_EQ(Text("lblDroppedItem"), "-");
+    links.pickedRecord = 63;
+    Click("cmdDroppedItemBrowse");
+    EXPECT_EQ(links.calls.back(), "pick thing 0");
+    EXPECT_EQ(Thing(imp, &ThingRecord::droppedItem), CellValue(64)) << "counted from 1";
+    EXPECT_EQ(Text("lblDroppedItem").toStdString(), Current().things[63].name);
+    ClickLink("lblDroppedItem");
+    EXPECT_EQ(links.calls.back(), "show thing 63");
+    edits.Store({RecordKind::Thing, 63, nameField}, "Sack");
+    EXPECT_EQ(Text("lblDroppedItem"), "Sack");
+    links.pickedRecord = 5;
+    Click("cmdRipSoundBrowse");
+    Click("cmdRipSoundPlay");
+    EXPECT_EQ(links.calls.back(), "play sound 5");
+    ClickLink("lblRipSound");
+    EXPECT_EQ(links.calls.back(), "show sound 5");
+    edits.StoreGroup({{{RecordKind::Thing, imp, RowOf(&ThingRecord::droppedItem)}, 9999}}, "as from a file");
+    EXPECT_EQ(Box("txtDroppedItem").text(), "9999");
+    EXPECT_EQ(Text("lblDroppedItem"), "(none such)");
+    Click("cmdDroppedItemBrowse");
+    EXPECT_EQ(links.calls.back(), "pick thing 9998");
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, AnActionHasARowForEachOfItsArguments) {
+    OpenStates();
+    SetAction(walking, "MonsterMeleeAttack");
+    Select(walking);
+    EXPECT_TRUE(IsVisible("txtParameter1")) << "which it does not take";
+    EXPECT_EQ(Box("txtArgs1").placeholderText(), "3 (unset)");
+    EXPECT_TRUE(Box("txtArgs2").toolTip().contains("0: division by 0")) << Box("txtArgs2").toolTip().toStdString();
+    EXPECT_FALSE(IsVisible("txtArgs5"));
+    Type(Box("txtArgs2"), "6");
+    EXPECT_EQ(edits.UndoName(), "damagedice of frame 450");
+    EXPECT_EQ(Cell(walking, StateColumn::Arguments), "damage 3d6");
+    links.pickedRecord = 7;
+    Click("cmdArgs3Browse");
+    EXPECT_EQ(State(walking, &StateRecord::arg3), CellValue(7));
+    Click("cmdArgs3Play");
+    EXPECT_EQ(links.calls.back(), "play sound 7");
+
+    SetAction(walking, "HealChase");
+    EXPECT_EQ(Text("lblArgs1"), "") << "unset";
+    EXPECT_TRUE(IsVisible("txtArgs3")) << "given, though not taken";
+    links.pickedState = 442;
+    Click("cmdArgs1Browse");
+    EXPECT_EQ(Text("lblArgs1"), "TROOA");
+    ClickLink("lblArgs1");
+    EXPECT_EQ(links.calls.back(), "select state 442 -1 -1");
+    Type(Box("txtArgs3"), "\b");
+    EXPECT_FALSE(IsVisible("txtArgs3"));
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, BitsAndTruthsHaveTheirOwnBoxes) {
+    OpenStates();
+    SetAction(walking, "AddFlags");
+    Select(walking);
+    auto& bits = Find<QToolButton>(*window, "cmdArgs2Browse");
+    auto& list = *bits.menu()->findChild<QListView*>("cmdArgs2BrowseList");
+    EXPECT_EQ(list.model()->rowCount(), 19);
+    list.model()->setData(list.model()->index(17, 0), Qt::Checked, Qt::CheckStateRole);
+    EXPECT_EQ(Box("txtArgs2").text(), "RIP");
+    EXPECT_EQ(State(walking, &StateRecord::arg2), CellValue(1 << 17));
+    Type(Box("txtArgs1"), "solid + shoot");
+    EXPECT_EQ(State(walking, &StateRecord::arg1), CellValue(2)) << "as far as it is a name";
+    QTest::keyClicks(&Box("txtArgs1"), "able");
+    EXPECT_EQ(State(walking, &StateRecord::arg1), CellValue(6));
+    QTest::keyClick(&Box("txtArgs1"), Qt::Key_Tab);
+    EXPECT_EQ(Box("txtArgs1").text(), "SOLID + SHOOTABLE");
+
+    ChooseAction("WeaponSound");
+    auto& full = Find<QComboBox>(*window, "cmbArgs2");
+    EXPECT_EQ(full.currentText(), "0 (unset)");
+    full.setFocus();
+    QTest::keyClick(&full, Qt::Key_Up);
+    EXPECT_EQ(full.currentText(), "1: yes");
+    EXPECT_EQ(State(walking, &StateRecord::arg2), CellValue(1));
+    EXPECT_TRUE(full.font().bold());
+    edits.Store({RecordKind::State, walking, RowOf(&StateRecord::arg2)}, 5);
+    EXPECT_EQ(full.currentIndex(), -1);
+    EXPECT_EQ(full.placeholderText(), "5: yes");
+    full.actions().front()->trigger();
+    EXPECT_EQ(State(walking, &StateRecord::arg2), CellValue(Unset()));
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, AnotherActionClearsWhatItDoesNotTakeInTheSameStep) {
+    OpenStates();
+    SetAction(walking, "SpawnObject");
+    SetAction(chasing, "SpawnObject");
+    Select(walking);
+    Select(chasing, Qt::ControlModifier);
+    EXPECT_EQ(Box("txtArgs3").placeholderText(), "0 (unset)");
+    Type(Box("txtArgs1"), "32");
+    Type(Box("txtArgs3"), "2");
+    EXPECT_EQ(edits.UndoName(), "x_ofs of 2 frames");
+    const PatchSet before = Current();
+    links.calls.clear();
+    ChooseAction("MonsterProjectile");
+    EXPECT_EQ(links.calls, std::vector<std::string>{"status Cleared what the new action does not take: x_ofs"});
+    for (const int state : {walking, chasing}) {
+        EXPECT_EQ(State(state, &StateRecord::arg1), CellValue(32));
+        EXPECT_EQ(State(state, &StateRecord::arg3), CellValue(Unset()));
+    }
+    EXPECT_EQ(Box("txtArgs1").text(), "32");
+    edits.Undo();
+    EXPECT_EQ(Current(), before);
+    links.calls.clear();
+    ChooseAction("Chase");
+    EXPECT_FALSE(IsVisible("txtArgs1"));
+    EXPECT_EQ(links.calls, std::vector<std::string>{"status Cleared what the new action does not take: type, x_ofs"});
+    EXPECT_EQ(Current(), Defaults());
+    edits.Undo();
+
+    RestoreStateColumn(edits, program, {walking, chasing}, StateColumn::Action);
+    EXPECT_EQ(Current(), Defaults()) << "restored, it takes none";
+    edits.Undo();
+    RestoreStateColumn(edits, program, {walking, chasing}, StateColumn::Arguments);
+    EXPECT_EQ(Current().states[walking].given, 0U);
+    EXPECT_EQ(edits.UndoName(), "restore arguments of 2 frames");
+    edits.Undo();
+    SetAction(chasing, "Chase");
+    EXPECT_FALSE(IsVisible("txtArgs1")) << "the states have different actions";
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, OlderActionsTakeTheirArgumentsFromTheParameters) {
+    LoadEngine("mbf19");
+    OpenStates();
+    Select(walking);
+    ChooseAction("PlaySound");
+    EXPECT_FALSE(IsVisible("txtParameter1") || IsVisible("txtParameter2"));
+    Type(Box("txtUnknown1"), "999");
+    EXPECT_EQ(State(walking, &StateRecord::unknown1), CellValue(99)) << "as many sounds as there are";
+    EXPECT_EQ(Find<QComboBox>(*window, "cmbUnknown2").currentText(), "0: no");
+    EXPECT_TRUE(Cell(walking, StateColumn::Arguments).startsWith("sound: "));
+    ChooseAction("Chase");
+    EXPECT_EQ(Box("txtParameter1").text(), "0");
+    EXPECT_TRUE(IsVisible("txtParameter1"));
+    edits.Undo();
+    edits.StoreGroup({{{RecordKind::State, walking, RowOf(&StateRecord::unknown1)}, -70000}}, "as from a file");
+    EXPECT_EQ(Box("txtUnknown1").text(), "-70000") << "what stands in a file is shown";
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, FiltersAndFindLookIntoArguments) {
+    OpenStates();
+    SetAction(walking, "SpawnObject");
+    edits.Store({RecordKind::State, walking, RowOf(&StateRecord::arg1)}, ball + 1);
+    const auto listed = [this] { return Find<QTableView>(*window, "lvwStates").model()->rowCount(); };
+    Type(Box("txtFilter"), "imp fire");
+    EXPECT_EQ(listed(), 1);
+    EXPECT_EQ(Find<QTableView>(*window, "lvwStates").model()->index(0, 0).data(), QString::number(walking));
+    const std::int32_t flying = Current().things[ball].initialState;
+    static_cast<frmEditStates*>(window)->selectSingleState(flying, imp, noRecord);
+    EXPECT_EQ(Text("lblUsedBy"), "Used by: Imp Fireball (initial)");
+    EXPECT_TRUE(static_cast<frmEditStates*>(window)->SelectedRow()) << "among the states of the imp";
+}
+
+TEST_F(LaterFieldsTest, PickersListThingsAndSoundsByNumberAndName) {
+    const struct {
+        RecordKind kind;
+        int start;
+        const char *shown, *typed;
+        int chosen;
+    } cases[]{{RecordKind::Thing, imp, "12  Imp", "imp fire", ball},
+              {RecordKind::Sound, 1, "1  pistol", "shotgn", 2},
+              {RecordKind::Thing, 100000, "", "12  imp", imp}};
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.typed);
+        frmSelectRecord dialog(program, row.kind, nullptr);
+        auto& list = Find<QListView>(dialog, "lstRecords");
+        QTimer::singleShot(0, &dialog, [&] {
+            EXPECT_EQ(list.currentIndex().data().toString(), row.shown);
+            QTest::keyClicks(&Find<QLineEdit>(dialog, "txtFilter"), row.typed);
+            QTest::mouseClick(&Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
+            if (dialog.isVisible())
+                dialog.reject();
+        });
+        EXPECT_EQ(dialog.Choose(row.start), row.chosen);
+    }
+}
+
+} // namespace
+
+} // namespace plinket3::test

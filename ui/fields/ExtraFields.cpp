@@ -1,0 +1,90 @@
+#include "ui/fields/ExtraFields.h"
+
+#include "ui/LatinText.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace plinket3 {
+
+namespace {
+
+/// By `FieldLevel`.
+constexpr std::array<std::string_view, 4> levelNames{"", "DEHEXTRA", "MBF21", "ID24"};
+
+/// Beside each other under a group, each as high as its rows.
+std::array<QGridLayout*, 2> AddColumns(QGroupBox& group) {
+    auto* columns = new QHBoxLayout(&group);
+    const std::array made{new QGridLayout, new QGridLayout};
+    for (QGridLayout* form : made) {
+        if (form == made.back())
+            columns->addSpacing(group.fontMetrics().averageCharWidth() * 2);
+        auto* column = new QVBoxLayout;
+        column->addLayout(form);
+        column->addStretch();
+        columns->addLayout(column, form == made.back() ? 1 : 0);
+    }
+    return made;
+}
+
+/// How many rows stand under one heading from `rows` on.
+std::size_t GroupSize(std::span<const ExtraField> rows) {
+    const auto next = std::ranges::find_if(rows.subspan(1), [](const ExtraField& row) { return row.group != nullptr; });
+    return static_cast<std::size_t>(next - rows.subspan(1).begin()) + 1;
+}
+
+} // namespace
+
+ExtraFields::ExtraFields(std::span<const ExtraField> rows, const char* words,
+                         const std::function<SelectedField(int row)>& field, const EditorContext& context,
+                         QObject* owner)
+    : QObject(owner), context_(context) {
+    while (!rows.empty()) {
+        auto* group = new QGroupBox(QCoreApplication::translate(words, rows.front().group));
+        group->setObjectName(QString::fromLatin1(rows.front().group));
+        groups_.push_back(group);
+        const auto columns = AddColumns(*group);
+        const std::size_t size = GroupSize(rows);
+        for (std::size_t i = 0; i < size; ++i) {
+            const SelectedValue value(field(rows[i].row), context);
+            const RowFacts facts = FactsOf(value.Kind(), value.Field());
+            auto* row = new ValueRow(QString::fromLatin1(rows[i].stem), ShownText(facts.label),
+                                     QCoreApplication::translate(words, rows[i].hint), value, context,
+                                     *columns[i < (size + 1) / 2 ? 0 : 1], this);
+            rows_.push_back({row, facts.since, group});
+        }
+        rows = rows.subspan(size);
+    }
+}
+
+void ExtraFields::Reload() {
+    const FieldLevel level = context_.program.engine.dialect.fields;
+    for (QGroupBox* group : groups_) {
+        auto newest = FieldLevel::Doom;
+        for (const Row& each : rows_)
+            if (each.group == group && each.since <= level)
+                newest = std::max(newest, each.since);
+        group->setVisible(newest != FieldLevel::Doom);
+        if (group->objectName().isEmpty())
+            group->setTitle(ShownText(levelNames[static_cast<std::size_t>(newest)]));
+    }
+    for (const Row& each : rows_) {
+        each.row->Reload();
+        each.row->SetVisible(each.since <= level);
+    }
+}
+
+void ExtraFields::ShowSelection() {
+    for (const Row& each : rows_)
+        each.row->ShowSelection();
+}
+
+void ExtraFields::Update() {
+    for (const Row& each : rows_)
+        each.row->Update();
+}
+
+} // namespace plinket3

@@ -1,0 +1,105 @@
+#include "ui/fields/ValueBox.h"
+
+#include "ui/LatinText.h"
+
+#include <QMenu>
+
+#include <algorithm>
+
+namespace plinket3 {
+
+class ValueBox::Validator : public QValidator {
+public:
+    explicit Validator(ValueBox& box) : QValidator(&box), box_(box) {}
+    State validate(QString& text, int&) const override {
+        const RecordSelection& selection = box_.selection_;
+        if (text.isEmpty() || selection.records.empty())
+            return Acceptable;
+        const TypedValue read = box_.value_.Read(text, selection.current);
+        if (read.refusal.empty())
+            return read.number ? Acceptable : Intermediate;
+        if (text != box_.TextOf(selection.current)) // which is shown, not typed
+            box_.tell_(ShownText(read.refusal));
+        return Invalid;
+    }
+
+private:
+    ValueBox& box_;
+};
+
+ValueBox::ValueBox(const QString& name, const QString& accessibleName, const SelectedValue& value,
+                   const EditorContext& context)
+    : SelectionBox(name, accessibleName, value.Selection(), context), value_(value),
+      tell_([&links = context.links](const QString& word) { links.ShowStatus(word); }) {
+    setValidator(new Validator(*this));
+    connect(this, &QLineEdit::textEdited, this, &ValueBox::StoreText);
+}
+
+std::optional<std::int32_t> ValueBox::Number() const {
+    const auto common = value_.Common();
+    const auto* number = common ? std::get_if<std::int32_t>(&*common) : nullptr;
+    return number == nullptr ? std::nullopt : std::optional(*number);
+}
+
+void ValueBox::Put(std::int32_t number) {
+    setModified(false);
+    value_.Store([number](std::int32_t) { return number; }, false);
+}
+
+QString ValueBox::EmptyText() const {
+    const auto common = value_.Common();
+    return common && std::holds_alternative<plinket3::Unset>(*common) ? value_.UnsetWord() : SelectionBox::EmptyText();
+}
+
+QString ValueBox::CommonText() const {
+    const QString text = TextOf(selection_.current);
+    return std::ranges::all_of(selection_.records, [&](std::int32_t record) { return TextOf(record) == text; })
+               ? text
+               : QString();
+}
+
+bool ValueBox::TextHolds() const {
+    if (text().isEmpty())
+        return selection_.Several() || isModified();
+    return std::ranges::all_of(value_.Editable(), [this](std::int32_t record) {
+        const TypedValue typed = value_.Read(text(), record);
+        return !typed.number || CellValue(*typed.number) == value_.Of(record);
+    });
+}
+
+void ValueBox::StoreText() {
+    if (text().isEmpty()) {
+        if (!selection_.Several() && value_.MayBeUnset())
+            value_.Store([](std::int32_t) { return plinket3::Unset(); }, true);
+        return;
+    }
+    const std::vector<std::int32_t> records = value_.Editable();
+    for (const std::int32_t record : records) {
+        const TypedValue typed = value_.Read(text(), record);
+        if (!typed.refusal.empty()) // what stood in the box could not be typed either
+            tell_(ShownText(typed.refusal));
+        if (!typed.number)
+            return;
+    }
+    value_.Store([this](std::int32_t record) { return *value_.Read(text(), record).number; }, true);
+    Mark();
+    emit Shown();
+}
+
+void ValueBox::Unset() {
+    setModified(false);
+    value_.Store([](std::int32_t) { return plinket3::Unset(); }, false);
+}
+
+void ValueBox::AddRestore(QMenu& menu) {
+    SelectionBox::AddRestore(menu);
+    if (!value_.MayBeUnset() || selection_.records.empty())
+        return;
+    QAction* unset = menu.addAction(tr("Unset"), this, &ValueBox::Unset);
+    unset->setObjectName(QStringLiteral("unsetField"));
+    unset->setEnabled(std::ranges::any_of(value_.Editable(), [this](std::int32_t record) {
+        return !std::holds_alternative<plinket3::Unset>(value_.Of(record));
+    }));
+}
+
+} // namespace plinket3

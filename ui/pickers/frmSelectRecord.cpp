@@ -1,0 +1,52 @@
+#include "ui/pickers/frmSelectRecord.h"
+
+#include "patch/Cells.h"
+#include "patch/StepNames.h"
+#include "ui/LatinText.h"
+#include "ui/lists/TextListModel.h"
+
+namespace plinket3 {
+
+frmSelectRecord::frmSelectRecord(Program& program, RecordKind kind, QWidget* parent)
+    : PickerDialog(kind == RecordKind::Thing ? "frmSelectThing" : "frmSelectSound",
+                   kind == RecordKind::Thing ? tr("Choose a thing") : tr("Choose a sound"), program, parent),
+      kind_(kind), names_(new TextListModel(
+                       this, [this] { return static_cast<std::size_t>(records_.Count()); },
+                       [this](std::size_t row) { return Text(records_.At(static_cast<int>(row))); })),
+      narrowed_(new QSortFilterProxyModel(this)), lstRecords_(new QListView) {
+    narrowed_->setSourceModel(names_);
+    narrowed_->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    lstRecords_->setObjectName(QStringLiteral("lstRecords"));
+    lstRecords_->setAccessibleName(windowTitle());
+    lstRecords_->setModel(narrowed_);
+    lstRecords_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    lstRecords_->setUniformItemSizes(true);
+    SetList(*lstRecords_, nullptr);
+    resize(fontMetrics().averageCharWidth() * 50, fontMetrics().height() * 26);
+}
+
+void frmSelectRecord::Fill() {
+    records_ = RecordRows(RecordNumbers(program_.patch.current, kind_));
+    names_->Reset();
+}
+
+/// Things are shown by the numbers that patches count them by.
+QString frmSelectRecord::Text(std::int32_t record) const {
+    const PatchSet& set = program_.patch.current;
+    const bool thing = kind_ == RecordKind::Thing;
+    return QString::number(std::int64_t{record} + (thing ? 1 : 0)) + QStringLiteral("  ") +
+           ShownStart(thing ? RecordName(set, kind_, record) : set.SoundName(record)).simplified();
+}
+
+void frmSelectRecord::Narrow(const QString& text) { narrowed_->setFilterFixedString(text.trimmed()); }
+
+std::optional<std::int32_t> frmSelectRecord::Choose(std::int32_t start) {
+    Refresh(); // records may have other names now
+    Prepare();
+    Select(narrowed_->index(records_.RowOf(start), 0));
+    if (!Run())
+        return std::nullopt;
+    return records_.At(narrowed_->mapToSource(lstRecords_->currentIndex()).row());
+}
+
+} // namespace plinket3
