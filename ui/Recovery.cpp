@@ -19,7 +19,8 @@ namespace plinket3 {
 namespace {
 
 constexpr int mostPlaces = 16; // programs that run at the same time
-constexpr Dialect withStrings; // its tables hold them
+/// That of tables that hold all there is, strings too.
+constexpr Dialect wholeTables{.fields = FieldLevel::Id24, .engineFields = FieldLevel::Id24};
 constexpr const char* inUse = "another program has it now";
 constexpr std::string_view putAwayEnding = ".kept";
 constexpr std::string_view recoveryType = "Plinket3 recovery file";
@@ -76,30 +77,8 @@ std::optional<FileStamp> FileStampOf(const SettingTree& root) {
     return FileStamp{Time(Time::duration(*time)), static_cast<std::uintmax_t>(*size)};
 }
 
-/// The records of a patch that tables do not hold, as a patch of these alone.
-std::string FormatMade(const PatchData& patch, const EngineConfiguration& engine) {
-    if (!engine.dialect.unlimited)
-        return {};
-    PatchData made;
-    made.defaults = made.current = patch.defaults;
-    VisitKinds([&](const auto& kind) {
-        kind.In(made.current) = kind.In(patch.current);
-        kind.In(made.current).Dense() = kind.In(patch.defaults).Dense();
-    });
-    return modPatchFiles::FormatPatch(made, engine);
-}
-
-/// Adds to each list the records of `from` beyond its dense part.
-void TakeMade(const PatchSet& from, PatchSet& set) {
-    VisitKinds([&](const auto& kind) {
-        for (const auto& [number, record] : kind.In(from))
-            if (!kind.In(set).Has(number))
-                kind.In(set).Add(number, record);
-    });
-}
-
 /// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the table, the
-/// document, the records that patches made, the engine's table.
+/// document, the engine's table.
 std::optional<RecoveredPatch> Split(std::string_view bytes) {
     const std::size_t lineEnd = bytes.find('\n');
     if (lineEnd == std::string_view::npos)
@@ -123,9 +102,8 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.named = NumberOf(*root, "named") != 0;
     recovered.rules = NumberOf(*root, "engineRules") != 0 ? Rules::Engine : Rules::Kept;
     bytes.remove_prefix(static_cast<std::size_t>(length));
-    for (const auto& [key, part] :
-         {std::pair("tableSize", &recovered.table), std::pair("documentSize", &recovered.document),
-          std::pair("madeSize", &recovered.made)}) { // 0 in older files
+    for (const auto& [key, part] : {std::pair("tableSize", &recovered.table),
+                                    std::pair("documentSize", &recovered.document)}) { // 0 in older files
         const std::int32_t size = NumberOf(*root, key);
         if (size < 0 || static_cast<std::size_t>(size) > bytes.size())
             return std::nullopt;
@@ -220,15 +198,13 @@ Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine,
         notes->Set(std::to_string(notes->Count()), note);
     }
     root->Set("notes", notes);
-    const std::string table = modTables::FormatTable(patch.current, withStrings);
+    const std::string table = modTables::FormatTable(patch.current, wholeTables);
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
     const std::string document = patch.document ? patch.document->Bytes() : std::string();
     root->Set("documentSize", static_cast<std::int32_t>(document.size()));
-    const std::string made = FormatMade(patch, engine);
-    root->Set("madeSize", static_cast<std::int32_t>(made.size()));
     const std::string text = texts.OutputConfiguration("\n", false);
     Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table + document +
-                                                            made + modTables::FormatTable(patch.defaults, withStrings));
+                                                            modTables::FormatTable(patch.defaults, wholeTables));
     if (status)
         kept_ = revision;
     return status;
@@ -315,6 +291,16 @@ std::filesystem::path Recovery::SetAside() {
 
 namespace {
 
+/// Whether both have the engine's records, and more only where it knows no limits.
+bool FitTogether(const PatchSet& set, const PatchSet& defaults, const Dialect& dialect) {
+    bool fit = true;
+    VisitKinds([&](const auto& kind) {
+        const auto &left = kind.In(set), &right = kind.In(defaults);
+        fit = fit && left.DenseSize() == right.DenseSize() && (dialect.unlimited || left.size() == right.size());
+    });
+    return fit;
+}
+
 /// True when the patch that the work belongs to still stands where the recovery file says. Who could write that file
 /// could name any other one in it, which a save would replace.
 bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
@@ -333,20 +319,14 @@ bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
 
 bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
     EngineConfiguration layout = session.engine;
-    layout.dialect = withStrings;
+    layout.dialect = wholeTables;
     PatchSet set, defaults;
     if (!modTables::ParseTable(recovered.table, layout, set) ||
-        !modTables::ParseTable(recovered.defaultsTable, layout, defaults) || !HaveSameCounts(set, defaults) ||
+        !modTables::ParseTable(recovered.defaultsTable, layout, defaults) ||
+        !FitTogether(set, defaults, session.engine.dialect) ||
         (session.engine.dialect.keyedTexts &&
          set.strings.size() != session.patch.defaults.strings.size())) // which no table holds
         return false;
-    if (session.engine.dialect.unlimited) {
-        TakeMade(session.patch.defaults, defaults);
-        PatchSet made;
-        if (!modPatchFiles::ParsePatch(recovered.made, session.engine, defaults, made).status)
-            return false;
-        TakeMade(made, set);
-    }
     std::shared_ptr<PatchDocument> document;
     if (session.engine.dialect.EngineRules() && !recovered.document.empty()) {
         document = std::make_shared<PatchDocument>();

@@ -13,7 +13,7 @@ EDITORS = ["frmEditThings", "frmEditStates", "frmEditSounds", "frmEditStrings", 
            "frmEditCheats", "frmEditMisc", "frmEditPars", "frmPropSound", "frmPropString", "frmSelectSprite",
            "frmSelectState", "frmSelectAction"]
 BEGIN = ["Setting program defaults...", "Loading IWAD detect configuration...", "Loading program configuration..."]
-ENGINES = ["Loading engine configurations...", "  Loaded 9 configuration files", "Loaing custom fonts...",
+ENGINES = ["Loading engine configurations...", "  Loaded 11 configuration files", "Loaing custom fonts...",
            "Loading forms..."]
 READY = ["Initialising BASS library...", "Applying program settings...", "Ready."]
 END = ["Closed IWAD", "Writing configuration file...", "Freeing BASS library...", "Unloading forms...", "Buh-bye..."]
