@@ -107,13 +107,6 @@ template <std::size_t size> void PutLumpName(std::array<char, size>& field, std:
     std::copy_n(name.begin(), std::min(name.size(), size), field.begin());
 }
 
-/// Whether two sets have equally many records of each kind.
-inline bool HaveSameCounts(const PatchSet& left, const PatchSet& right) {
-    bool same = true;
-    VisitKinds([&](const auto& kind) { same = same && kind.In(left).size() == kind.In(right).size(); });
-    return same;
-}
-
 class PatchDocument;
 
 /// The open patch: an engine's own data, what the patch makes of it, and where it came from.

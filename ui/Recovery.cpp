@@ -3,6 +3,7 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/clsConfiguration.h"
+#include "patch/NewRecords.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchPlace.h"
 #include "patch/modPatchFiles.h"
@@ -19,10 +20,16 @@ namespace plinket3 {
 namespace {
 
 constexpr int mostPlaces = 16; // programs that run at the same time
-constexpr Dialect withStrings; // its tables hold them
 constexpr const char* inUse = "another program has it now";
 constexpr std::string_view putAwayEnding = ".kept";
 constexpr std::string_view recoveryType = "Plinket3 recovery file";
+
+/// Of tables that hold all that an engine's patches change, strings too.
+Dialect LayoutFor(const Dialect& dialect) {
+    Dialect layout;
+    layout.fields = layout.engineFields = dialect.fields;
+    return layout;
+}
 
 std::string TextOf(const SettingTree& tree, std::string_view key) {
     const SettingValue* value = tree.Find(key);
@@ -76,30 +83,8 @@ std::optional<FileStamp> FileStampOf(const SettingTree& root) {
     return FileStamp{Time(Time::duration(*time)), static_cast<std::uintmax_t>(*size)};
 }
 
-/// The records of a patch that tables do not hold, as a patch of these alone.
-std::string FormatMade(const PatchData& patch, const EngineConfiguration& engine) {
-    if (!engine.dialect.unlimited)
-        return {};
-    PatchData made;
-    made.defaults = made.current = patch.defaults;
-    VisitKinds([&](const auto& kind) {
-        kind.In(made.current) = kind.In(patch.current);
-        kind.In(made.current).Dense() = kind.In(patch.defaults).Dense();
-    });
-    return modPatchFiles::FormatPatch(made, engine);
-}
-
-/// Adds to each list the records of `from` beyond its dense part.
-void TakeMade(const PatchSet& from, PatchSet& set) {
-    VisitKinds([&](const auto& kind) {
-        for (const auto& [number, record] : kind.In(from))
-            if (!kind.In(set).Has(number))
-                kind.In(set).Add(number, record);
-    });
-}
-
 /// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the table, the
-/// document, the records that patches made, the engine's table.
+/// document, the engine's table.
 std::optional<RecoveredPatch> Split(std::string_view bytes) {
     const std::size_t lineEnd = bytes.find('\n');
     if (lineEnd == std::string_view::npos)
@@ -124,8 +109,7 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.rules = NumberOf(*root, "engineRules") != 0 ? Rules::Engine : Rules::Kept;
     bytes.remove_prefix(static_cast<std::size_t>(length));
     for (const auto& [key, part] :
-         {std::pair("tableSize", &recovered.table), std::pair("documentSize", &recovered.document),
-          std::pair("madeSize", &recovered.made)}) { // 0 in older files
+         {std::pair("tableSize", &recovered.table), std::pair("documentSize", &recovered.document)}) {
         const std::int32_t size = NumberOf(*root, key);
         if (size < 0 || static_cast<std::size_t>(size) > bytes.size())
             return std::nullopt;
@@ -220,15 +204,14 @@ Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine,
         notes->Set(std::to_string(notes->Count()), note);
     }
     root->Set("notes", notes);
-    const std::string table = modTables::FormatTable(patch.current, withStrings);
+    const std::string table = modTables::FormatTable(patch.current, LayoutFor(engine.dialect));
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
     const std::string document = patch.document ? patch.document->Bytes() : std::string();
     root->Set("documentSize", static_cast<std::int32_t>(document.size()));
-    const std::string made = FormatMade(patch, engine);
-    root->Set("madeSize", static_cast<std::int32_t>(made.size()));
     const std::string text = texts.OutputConfiguration("\n", false);
-    Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table + document +
-                                                            made + modTables::FormatTable(patch.defaults, withStrings));
+    Status status =
+        WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table + document +
+                                                modTables::FormatTable(patch.defaults, LayoutFor(engine.dialect)));
     if (status)
         kept_ = revision;
     return status;
@@ -329,24 +312,30 @@ bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
            LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) == dialect.patchFormat;
 }
 
+/// Whether a patch can have made `set` of `defaults`.
+bool CanBeMadeOf(const PatchSet& set, const PatchSet& defaults, bool unlimited) {
+    bool can = true;
+    VisitKinds([&](const auto& kind) {
+        const auto &now = kind.In(set), &own = kind.In(defaults);
+        const bool mayHaveMore = unlimited && CanBeMade(kind.kind);
+        can = can && now.DenseSize() == own.DenseSize() && (mayHaveMore || now.size() == own.size()) &&
+              std::ranges::all_of(own.Numbers(), [&](std::int32_t number) { return now.Has(number); });
+    });
+    return can;
+}
+
 } // namespace
 
 bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
     EngineConfiguration layout = session.engine;
-    layout.dialect = withStrings;
+    layout.dialect = LayoutFor(session.engine.dialect);
     PatchSet set, defaults;
     if (!modTables::ParseTable(recovered.table, layout, set) ||
-        !modTables::ParseTable(recovered.defaultsTable, layout, defaults) || !HaveSameCounts(set, defaults) ||
+        !modTables::ParseTable(recovered.defaultsTable, layout, defaults) ||
+        !CanBeMadeOf(set, defaults, session.engine.dialect.unlimited) ||
         (session.engine.dialect.keyedTexts &&
          set.strings.size() != session.patch.defaults.strings.size())) // which no table holds
         return false;
-    if (session.engine.dialect.unlimited) {
-        TakeMade(session.patch.defaults, defaults);
-        PatchSet made;
-        if (!modPatchFiles::ParsePatch(recovered.made, session.engine, defaults, made).status)
-            return false;
-        TakeMade(made, set);
-    }
     std::shared_ptr<PatchDocument> document;
     if (session.engine.dialect.EngineRules() && !recovered.document.empty()) {
         document = std::make_shared<PatchDocument>();

@@ -24,7 +24,6 @@ struct RecoveredPatch {
     // The records, and those of the engine or of a table that was loaded in its place: as table files with strings,
     // whatever the mode.
     std::string table, defaultsTable;
-    std::string made; // records beyond those that tables hold, as a patch
     std::vector<ParRecord> pars;
     Notes notes;
     std::optional<FileStamp> stamp; // of the patch's file as the run knew it

@@ -13,7 +13,7 @@ EDITORS = ["frmEditThings", "frmEditStates", "frmEditSounds", "frmEditStrings", 
            "frmEditCheats", "frmEditMisc", "frmEditPars", "frmPropSound", "frmPropString", "frmSelectSprite",
            "frmSelectState", "frmSelectAction"]
 BEGIN = ["Setting program defaults...", "Loading IWAD detect configuration...", "Loading program configuration..."]
-ENGINES = ["Loading engine configurations...", "  Loaded 9 configuration files", "Loaing custom fonts...",
+ENGINES = ["Loading engine configurations...", "  Loaded 11 configuration files", "Loaing custom fonts...",
            "Loading forms..."]
 READY = ["Initialising BASS library...", "Applying program settings...", "Ready."]
 END = ["Closed IWAD", "Writing configuration file...", "Freeing BASS library...", "Unloading forms...", "Buh-bye..."]
@@ -72,7 +72,7 @@ def second_run(path, account, display):
     settings = (account.settings / "plinket3.cfg").read_text("latin-1")
     if "Mine.deh" not in settings:
         raise Failed("the patch is no recent file")
-    if "lastConfig = 8;" not in settings:
+    if "lastConfig = 10;" not in settings:
         raise Failed("the recommended engine was not taken")
     compare_log(account, [
         *BEGIN, *ENGINES, *loaded("frmMain", *EDITORS, "frmOptions", "frmAbout", "frmNewFile", "frmStartup"), *READY,
