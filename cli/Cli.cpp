@@ -25,9 +25,10 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option =
             app.add_option("-e", arguments.engine, "The engine: a configuration's file name, with or without .cfg");
     else if (name == "iwad")
-        option = app.add_option("--iwad", arguments.iwad, "The IWAD that the patch is to name");
+        option = app.add_option("--iwad", arguments.iwad,
+                                "The IWAD: convert names it in the patch, check looks for pictures in it");
     else if (name == "data-wad")
-        option = app.add_option("--data-wad", arguments.dataWad, "The data WAD that the patch is to name");
+        option = app.add_option("--data-wad", arguments.dataWad, "The data WAD, for the same");
     else if (name == "base")
         option = app.add_option("--base", arguments.base,
                                 "The patch from which all others come: only what a PATCH changed in it counts, and "
@@ -43,10 +44,10 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option = app.add_flag("--fresh", arguments.fresh, "A new patch that holds only what differs from the engine");
     else if (name == "thing")
         option = app.add_option("--thing", arguments.thing, "The states of this thing, counted from 0")
-                     ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
+                     ->check(CLI::Range(INT32_MIN, INT32_MAX));
     else if (name == "weapon")
         option = app.add_option("--weapon", arguments.weapon, "The states of this weapon, counted from 0")
-                     ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
+                     ->check(CLI::Range(INT32_MIN, INT32_MAX));
     else if (name == "unused")
         option = app.add_flag("--unused", arguments.unused, "The states that nothing uses");
     else if (name == "sprite")

@@ -4,8 +4,10 @@
 #include "core/Notifier.h"
 #include "core/Status.h"
 #include "patch/Program.h"
+#include "wad/modWADList.h"
 
 #include <cstdint>
+#include <optional>
 #include <ostream>
 #include <span>
 #include <stdexcept>
@@ -22,7 +24,7 @@ struct Arguments {
     std::vector<std::string> files; // the plain arguments, in order
     std::string iwad, dataWad, lump, base;
     bool compact = false, unused = false, fresh = false;
-    std::int32_t thing = -1, weapon = -1;
+    std::optional<std::int32_t> thing, weapon;
     std::vector<std::string> sprite; // name and frame
 };
 
@@ -72,6 +74,9 @@ void Complain(std::ostream& err, std::string_view message);
 
 /// Throws `Refused` with "WHAT: REASON" when `status` is a failure.
 void Require(const Status& status, std::string_view what);
+
+/// The WADs in their order. Throws `Refused`.
+WadList OpenWads(std::span<const std::string> files);
 
 /// Writes `bytes` to `file` in one step. Throws `Refused`.
 void WriteOutput(const std::string& file, std::string_view bytes);

@@ -259,12 +259,26 @@ int Diff(Run& run) {
     return lines.empty() ? done : no;
 }
 
+/// Whether the WADs that are named have a picture; nothing when none is named.
+modPatchCheck::HasPicture PicturesOf(const Run& run) {
+    std::vector<std::string> files;
+    for (const std::string& file : {run.arguments.iwad, run.arguments.dataWad})
+        if (!file.empty())
+            files.push_back(file);
+    if (files.empty())
+        return {};
+    return [wads = OpenWads(files)](std::string_view sprite, int frame) {
+        const auto letter = static_cast<char>('A' + frame);
+        return wads.FindSprite(sprite, std::string{letter, '0'}) || wads.FindSprite(sprite, std::string{letter, '1'});
+    };
+}
+
 int Check(Run& run) {
     const PatchFile patch = ReadPatchFile(run, run.arguments.files[0]);
     LoadEngine(run, patch);
     run.program.engine = EngineWith(TellRules(run, patch), run.program.engine);
-    const modPatchCheck::CheckResult result =
-        modPatchCheck::CheckPatch(patch.bytes, run.program.engine, run.program.patch.defaults, IncludesOf(patch));
+    const modPatchCheck::CheckResult result = modPatchCheck::CheckPatch(
+        patch.bytes, run.program.engine, run.program.patch.defaults, IncludesOf(patch), PicturesOf(run));
     Require(result.status, patch.name + ":" + std::to_string(result.failedLine));
     for (const modPatchCheck::Finding& finding : result.findings)
         run.out << Printable(patch.name) << ':' << finding.line << ": warning: " << Printable(finding.text) << '\n';
@@ -371,7 +385,7 @@ int Config(Run& run) {
 }
 
 int States(Run& run) {
-    const bool byThing = run.arguments.thing >= 0, byWeapon = run.arguments.weapon >= 0;
+    const bool byThing = run.arguments.thing.has_value(), byWeapon = run.arguments.weapon.has_value();
     if (byThing + byWeapon + run.arguments.unused != 1)
         throw Refused("states: give one of --thing, --weapon and --unused; see --help");
     LoadPatch(run, PatchArgument(run));
@@ -383,8 +397,8 @@ int States(Run& run) {
         return number;
     };
     const std::vector<std::int32_t> states =
-        byThing    ? StatesOfThing(set, run.program.engine, require(run.arguments.thing, set.things, "thing"))
-        : byWeapon ? StatesOfWeapon(set, run.program.engine, require(run.arguments.weapon, set.weapons, "weapon"))
+        byThing    ? StatesOfThing(set, run.program.engine, require(*run.arguments.thing, set.things, "thing"))
+        : byWeapon ? StatesOfWeapon(set, run.program.engine, require(*run.arguments.weapon, set.weapons, "weapon"))
                    : UnusedStates(set, run.program.engine);
     for (const std::int32_t state : states)
         run.out << state << '\n';
@@ -398,7 +412,7 @@ constexpr std::array patchCommands{
     Command{"diff", "A [B]", "Print what differs between two patches, or between the engine and a patch", "engine lump",
             1, 2, Diff},
     Command{"check", "PATCH", "Print the lines that do not do what they seem to, and data that a save would lose",
-            "engine lump", 1, 1, Check},
+            "engine iwad data-wad lump", 1, 1, Check},
     Command{"convert", "IN OUT", "Read IN (\"-\": the engine's own data) and write OUT as saving does",
             "!engine iwad data-wad fresh lump", 2, 2, Convert},
     Command{"merge", "BASE PATCH... OUT",

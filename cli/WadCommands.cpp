@@ -21,14 +21,6 @@ std::shared_ptr<clsWad> OpenWad(const std::string& file) {
     return wad;
 }
 
-WadList OpenWads(std::span<const std::string> files) {
-    WadList wads;
-    for (const std::string& file : files)
-        if (!wads.RegisterWad(OpenWad(file)))
-            throw Refused(file + ": is given twice");
-    return wads;
-}
-
 int NotFound(Run& run, std::string_view what) {
     Complain(run.err, std::string(what) + ": there is no such lump");
     return no;
@@ -110,6 +102,14 @@ constexpr std::array wadCommands{
 };
 
 } // namespace
+
+WadList OpenWads(std::span<const std::string> files) {
+    WadList wads;
+    for (const std::string& file : files)
+        if (!wads.RegisterWad(OpenWad(file)))
+            throw Refused(file + ": is given twice");
+    return wads;
+}
 
 std::span<const Command> WadCommands() { return wadCommands; }
 

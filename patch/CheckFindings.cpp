@@ -81,24 +81,49 @@ void CheckFindings::ReferenceIn(const PatchSet& set, const Later& reference) {
                 "names a " + std::string(what) + " that does not exist" +
                     (engine_.dialect.unlimited
                          ? std::string()
-                         : "; the last one is " + std::to_string(static_cast<std::int64_t>(records.size()) - 1)));
+                         : "; the last one is " + std::to_string(static_cast<std::int64_t>(records.DenseSize()) - 1)));
+    };
+    const auto isNone = [&, value = value](const std::vector<EngineConfiguration::Choice>& choices) {
+        return std::ranges::find(choices, value, &EngineConfiguration::Choice::value) == choices.end();
     };
     switch (unit) {
     case FieldUnit::State:
         return missing("frame", set.states);
     case FieldUnit::Sound:
+        if (engine_.dialect.EngineRules() && value != 0 && set.sounds.Has(value) && set.SoundName(value).empty())
+            return Add(offset, "names a sound without a name, which no engine can play");
         return missing("sound", set.sounds);
     case FieldUnit::Sprite:
+        if (engine_.dialect.unlimited && set.SpriteName(value).find_first_not_of('\0') == std::string_view::npos)
+            return Add(offset,
+                       "shows a sprite without a name, which engines do not draw or stop at: it needs a line in "
+                       "[SPRITES]");
         return missing("sprite", set.sprites);
     case FieldUnit::Thing: // counted from 1, 0 is none
-        if (value != 0 && set.things.Find(value - 1) == nullptr)
+        if (value != 0 && (value == INT32_MIN || !set.things.Has(value - 1)))
             Add(offset,
-                "names a thing that does not exist; the last one is " + std::to_string(defaults_.things.size()));
+                "names a thing that does not exist; the last one is " + std::to_string(defaults_.things.DenseSize()));
         return;
     case FieldUnit::AmmoType:
-        if (value < 0 || value > lastAmmoType)
+        if ((value < 0 || value > lastAmmoType) && !set.ammo.Has(value))
             Add(offset,
                 "names a kind of ammunition that does not exist; the last one is " + std::to_string(lastAmmoType));
+        return;
+    case FieldUnit::Ammo:
+        return value == noRecord ? void() : missing("kind of ammunition", set.ammo);
+    case FieldUnit::Weapon:
+        return value == noRecord ? void() : missing("weapon", set.weapons);
+    case FieldUnit::PickupItem:
+        if (isNone(engine_.pickupItems))
+            Add(offset, "is the number of no item");
+        return;
+    case FieldUnit::PickupCategory:
+        if (isNone(engine_.pickupCategories))
+            Add(offset, "is the number of no category");
+        return;
+    case FieldUnit::Truth:
+        if (value != 0 && value != 1)
+            Add(offset, "is neither 1 nor 0");
         return;
     case FieldUnit::SpriteFrame:
         if ((value & ~litBit) < 0 || (value & ~litBit) > lastFrame)

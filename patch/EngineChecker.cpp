@@ -3,6 +3,8 @@
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
+#include "patch/LabelIndex.h"
+#include "patch/NumberRanges.h"
 #include "patch/PatchNotes.h"
 #include "patch/modPatchText.h"
 
@@ -20,23 +22,16 @@ constexpr std::size_t longestLine = 1022, longestText = 2047; // that engines re
 constexpr std::int32_t endlessNumber = 1 << 30;
 constexpr std::int32_t bfg = 6; // among the weapons
 constexpr int shootableBit = 2, noBlockmapBit = 4;
+constexpr std::int32_t firstBuiltIn = -1879048192; // of the records that ID24 has
 constexpr std::string_view groupBelowZero = "is a group below 0, at which dsda-doom and woof refuse to start";
 constexpr std::array<std::int32_t, 7> versions{16, 17, 19, 20, 21, 2021, 2024};
 
-/// Fields that other engines have.
+/// Fields that engines have which this program does not know.
 struct OtherField {
     Kind section;
     std::string_view key, who;
 };
 constexpr std::array otherFields{
-    OtherField{Kind::Thing, "Dropped item", "engines with DEHEXTRA know it"},
-    OtherField{Kind::Thing, "MBF21 Bits", "MBF21 engines know it"},
-    OtherField{Kind::Thing, "Infighting group", "MBF21 engines know it"},
-    OtherField{Kind::Thing, "Projectile group", "MBF21 engines know it"},
-    OtherField{Kind::Thing, "Splash group", "MBF21 engines know it"},
-    OtherField{Kind::Thing, "Rip sound", "MBF21 engines know it"},
-    OtherField{Kind::Thing, "Fast speed", "MBF21 engines know it"},
-    OtherField{Kind::Thing, "Melee range", "MBF21 engines know it"},
     OtherField{Kind::Thing, "Blood color", "Eternity, DSDA-Doom, Woof and Doom Retro know it"},
     OtherField{Kind::Thing, "Woof Bits", "Woof knows it"},
     OtherField{Kind::Thing, "Obituary", "Woof and Doom Retro know it"},
@@ -49,16 +44,32 @@ constexpr std::array otherFields{
     OtherField{Kind::Thing, "Fullbright", "Doom Retro knows it"},
     OtherField{Kind::Thing, "Shadow offset", "Doom Retro knows it"},
     OtherField{Kind::Thing, "Bits2", "Eternity knows it"},
-    OtherField{Kind::Thing, "Pickup sound", "one port of a mod's author knows it"},
-    OtherField{Kind::Frame, "MBF21 Bits", "MBF21 engines know it"},
-    OtherField{Kind::Frame, "Tranmap", "engines with ID24 know it"},
-    OtherField{Kind::Weapon, "MBF21 Bits", "MBF21 engines know it"},
-    OtherField{Kind::Weapon, "Ammo per shot", "MBF21 engines know it"},
     OtherField{Kind::Weapon, "Name", "Doom Retro knows it"},
     OtherField{Kind::Weapon, "Decal", "ZDoom knows it"},
     OtherField{Kind::Weapon, "Ammo use", "ZDoom knows it"},
     OtherField{Kind::Weapon, "Min ammo", "ZDoom knows it"},
 };
+
+/// By `FieldLevel`, of fields that came later.
+constexpr std::array<std::string_view, 4> whoKnows{"", "engines with DEHEXTRA know it", "MBF21 engines know it",
+                                                   "engines with ID24 know it"};
+
+/// Who knows a field that the engine does not have; empty for one that nobody does.
+std::string_view WhoKnows(Kind section, std::string_view key) {
+    FieldLevel level = FieldLevel::Doom;
+    VisitKind(KindOf(section), [&]<class Each>(const Each&) {
+        if constexpr (!fieldTable<RecordOf<Each>>.empty())
+            if (const auto* field = FindField<RecordOf<Each>>(key))
+                level = field->since;
+    });
+    for (const TextField& text : textFields)
+        if (text.kind == KindOf(section) && EqualIgnoringCase(text.label, key))
+            level = text.since;
+    const auto* found = std::ranges::find_if(otherFields, [&](const OtherField& each) {
+        return each.section == section && EqualIgnoringCase(each.key, key);
+    });
+    return found != otherFields.end() ? found->who : whoKnows[static_cast<std::size_t>(level)];
+}
 
 bool IsArgument(std::string_view key) {
     constexpr std::string_view word = "Args";
@@ -120,25 +131,41 @@ void EngineChecker::Ignored(std::size_t offset, std::string_view reason) {
         otherActions_.insert(EngineInt32(line.substr(std::min(line.find(' '), line.size()))));
     if (reason.ends_with("no such field"))
         return UnknownField(offset, reason);
-    Add(offset, reason);
+    Add(offset, std::string(reason) + OtherEngineFor(line));
+}
+
+/// Names the engine that has a record which this one does not have, at the end of a sentence; nothing when none has.
+std::string EngineChecker::OtherEngineFor(std::string_view line) const {
+    const bool names = section_ == Kind::Sprites || section_ == Kind::Sounds, states = section_ == Kind::CodePtr;
+    const HeaderWords words(line, engine_.dialect.comment);
+    const std::string_view word = names ? words[0] : words[1];
+    if (word.empty() || word.find_first_not_of("0123456789", word.starts_with('-') ? 1 : 0) != std::string_view::npos ||
+        LeadingReal(word) > INT32_MAX)
+        return {};
+    const std::int32_t number = LeadingInt32(word) - (section_ == Kind::Thing ? 1 : 0);
+    const auto beyond = [number](const auto& records) { return records.IsBeyond(number); };
+    const bool isBeyond = names ? section_ == Kind::Sprites ? beyond(defaults_.sprites) : beyond(defaults_.sounds)
+                          : section_ == Kind::Thing           ? beyond(defaults_.things)
+                          : section_ == Kind::Sound           ? beyond(defaults_.sounds)
+                          : section_ == Kind::Frame || states ? beyond(defaults_.states)
+                                                              : false;
+    if (isBeyond && !engine_.dialect.unlimited)
+        return "; that needs dsdhacked";
+    const bool own = number < 0 && OwnerOfNumber(number) == OwnerOfNumber(firstBuiltIn);
+    return own && engine_.dialect.fields < FieldLevel::Id24 ? "; that needs id24" : std::string();
 }
 
 /// A field that the engine does not have; others may.
 void EngineChecker::UnknownField(std::size_t offset, std::string_view reason) {
     const auto [key, value] = EnginePair(LineFrom(offset));
     const std::int32_t number = EngineInt32(value);
-    if (section_ == Kind::Frame && IsArgument(key)) {
-        if (number != 0 && state_ != noRecord)
-            arguments_.try_emplace(state_, offset);
-        return Add(offset, std::string(reason) + "; MBF21 engines know it");
-    }
+    if (section_ == Kind::Frame && IsArgument(key) && number != 0 && state_ != noRecord)
+        arguments_.try_emplace(state_, offset);
     const bool group = EqualIgnoringCase(key, "Infighting group") || EqualIgnoringCase(key, "Splash group");
     if (section_ == Kind::Thing && group && number < 0)
         return Add(offset, groupBelowZero);
-    const auto* found = std::ranges::find_if(otherFields, [&, name = key](const OtherField& each) {
-        return each.section == section_ && EqualIgnoringCase(each.key, name);
-    });
-    Add(offset, std::string(reason) + (found == otherFields.end() ? "" : "; " + std::string(found->who)));
+    const std::string_view who = WhoKnows(section_, key);
+    Add(offset, std::string(reason) + (who.empty() ? "" : "; " + std::string(who)));
 }
 
 // Sections
@@ -164,20 +191,23 @@ void EngineChecker::CheckNumberOf(std::size_t offset, std::string_view line, Kin
         return;
     }
     const std::int32_t number = EngineInt32(words[1]);
-    const bool beyond = (section == Kind::Weapon && std::cmp_greater_equal(number, defaults_.weapons.size())) ||
-                        (section == Kind::Ammo && std::cmp_greater_equal(number, defaults_.ammo.size()));
+    const bool beyond = (section == Kind::Weapon && std::cmp_greater_equal(number, defaults_.weapons.DenseSize())) ||
+                        (section == Kind::Ammo && std::cmp_greater_equal(number, defaults_.ammo.DenseSize()));
     if (beyond)
         Add(offset, "is beyond the engines' tables: dsda-doom and woof write into other memory, the newest woof "
                     "refuses it");
-    else if (section == Kind::Thing && number <= 0 && words.Count() > 1)
+    else if (section == Kind::Thing && words.Count() > 1 &&
+             (number == 0 || (number < 0 && engine_.dialect.fields < FieldLevel::Id24)))
         Add(offset, "is no thing, they count from 1: dsda-doom and woof write into other memory, the newest woof "
                     "refuses it");
     else if ((section == Kind::Thing || section == Kind::Frame || section == Kind::Sound) && number >= endlessNumber)
         Add(offset, "has a number so large that dsda-doom and woof never finish reading");
 }
 
-void EngineChecker::Selected(std::size_t, RecordKind kind, std::int32_t index) {
+void EngineChecker::Selected(std::size_t offset, RecordKind kind, std::int32_t index) {
     state_ = kind == RecordKind::State ? index : noRecord;
+    if (kind == RecordKind::Sound && !defaults_.sounds.Has(index))
+        madeSounds_.try_emplace(index, offset);
 }
 
 // Values
@@ -208,6 +238,10 @@ void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_vie
         Add(offset, "is a field at which Chocolate Doom 3.0 stops");
     if (cell.field >= 0 && FactsOf(cell.kind, cell.field).since != FieldLevel::Doom)
         CheckLaterField(offset, cell, value);
+    constexpr std::size_t longestLump = 8;
+    if (const TextField* text = TextFieldAt(cell.field);
+        text != nullptr && text->unit == TextField::Unit::LumpName && value.size() > longestLump)
+        Add(offset, "names a lump with more than " + std::to_string(longestLump) + " letters, which no WAD has");
 }
 
 void EngineChecker::CheckLaterField(std::size_t offset, const Cell& cell, std::string_view value) {
@@ -215,6 +249,9 @@ void EngineChecker::CheckLaterField(std::size_t offset, const Cell& cell, std::s
     const std::int32_t number = EngineInt32(value);
     if (cell.kind == RecordKind::Thing && facts.mayBeUnset && number < facts.limits.lowest)
         Add(offset, groupBelowZero);
+    else if (facts.since == FieldLevel::Id24 && facts.unit != FieldUnit::Truth && number != facts.limits.Apply(number))
+        Add(offset,
+            "is not within " + std::to_string(facts.limits.lowest) + " to " + std::to_string(facts.limits.highest));
     if (facts.unit == FieldUnit::Flags && !modPatchText::AllNamed(engine_.BitNames(facts.bits), number))
         Add(offset, "sets bits without a meaning, which dsda-doom drops");
 }
@@ -231,6 +268,8 @@ void EngineChecker::Number(std::size_t offset, FieldUnit unit, FieldWidth, std::
     const std::string_view rest = Trim(number.substr(end));
     const std::int32_t value = EngineInt32(number);
     const std::string read = std::to_string(value);
+    if (unit == FieldUnit::Truth && (EqualIgnoringCase(number, "true") || EqualIgnoringCase(number, "false")))
+        return Add(offset, "is a word that some engines read as 0: write 1 or 0");
     if (!digit(sign))
         Add(offset, "holds no number and is read as 0");
     else if (hexadecimal)
@@ -261,7 +300,11 @@ void EngineChecker::FlagNames(std::size_t offset, BitSet set, std::string_view t
 // Texts
 
 void EngineChecker::OtherString(std::size_t offset, std::string_view key, std::string_view) {
-    Add(offset, "names a string that the engine does not have, " + Quoted(key) + "; it is kept");
+    constexpr std::string_view patchString = "USER_"; // which patches make by giving them a text
+    const std::string name = ToUpper(Trim(key));
+    otherStrings_.insert(name);
+    if (engine_.dialect.fields < FieldLevel::Id24 || !name.starts_with(patchString))
+        Add(offset, "names a string that the engine does not have, " + Quoted(key) + "; it is kept");
 }
 
 void EngineChecker::Text(std::size_t offset, std::size_t length, std::int32_t space) {
@@ -303,6 +346,11 @@ void EngineChecker::Finish(const PatchSet& set) {
     FinishArguments(set);
     FinishAmmoPerShot(set);
     FinishThings(set);
+    FinishNames(set);
+    FinishRaisedWeapon(set);
+    for (const FrameFinding& finding : FindingsOfFrames(
+             set, [this](const Cell& cell) { return LineOf(cell); }, hasPicture_))
+        Add(finding.offset, finding.reason);
     for (const auto& [state, offset] : arguments_)
         if (!otherActions_.contains(state))
             Add(offset, "gives an argument to an action that takes none: dsda-doom and woof refuse to start");
@@ -355,9 +403,10 @@ void EngineChecker::FinishAmmoPerShot(const PatchSet& set) {
 
 /// What values of a thing mean together, as far as the patch has set one of them.
 void EngineChecker::FinishThings(const PatchSet& set) {
+    const auto isPlaced = [](std::int32_t id) { return id != 0 && id != -1; };
     std::unordered_map<std::int32_t, std::vector<std::int32_t>> byId;
     for (const auto& [number, thing] : set.things)
-        if (thing.id > 0)
+        if (isPlaced(thing.id))
             byId[thing.id].push_back(number);
     for (const auto& each : set.things) {
         const std::int32_t index = each.number;
@@ -374,14 +423,56 @@ void EngineChecker::FinishThings(const PatchSet& set) {
         if (bits != nullptr && modPatchText::GetFlag(thing.bits, projectileBit) &&
             !modPatchText::GetFlag(thing.bits, noBlockmapBit))
             Add(*bits, "has MISSILE without NOBLOCKMAP, which all projectiles of the game have");
-        if (id == nullptr || thing.id <= 0)
+        if (id == nullptr || !isPlaced(thing.id))
             continue;
+        if (const std::string_view owner = OwnerOfId(thing.id); !owner.empty() && !IsOwnId(index, thing.id))
+            Add(*id, "is an ID that belongs to " + std::string(owner));
         for (const std::int32_t other : byId[thing.id])
             if (other != index) {
-                Add(*id, "is the ID that thing " + std::to_string(other + 1) + " has, too: maps get only one of them");
+                Add(*id, "is the ID that thing " + std::to_string(std::int64_t{other} + 1) +
+                             " has, too: maps get only one of them");
                 break;
             }
     }
+}
+
+bool EngineChecker::IsOwnId(std::int32_t thing, std::int32_t id) const {
+    const ThingRecord* record = defaults_.things.Find(thing);
+    return record != nullptr && record->id == id;
+}
+
+/// Sounds that the patch makes without a name, and text fields that name a string which nobody has.
+void EngineChecker::FinishNames(const PatchSet& set) {
+    for (const auto& [sound, offset] : madeSounds_)
+        if (set.SoundName(sound).empty())
+            Add(offset, "makes a sound without a name, which no engine can play: it needs a line in [SOUNDS]");
+    for (const auto& [cell, offset] : setBy_) {
+        const TextField* field = TextFieldAt(cell.field);
+        if (field == nullptr || field->unit != TextField::Unit::StringKey)
+            continue;
+        const std::string key = ToUpper(std::get<std::string>(ReadCell(set, cell)));
+        const auto isKey = [&key](const EngineConfiguration::String& string) {
+            return EqualIgnoringCase(string.mnemonic, key);
+        };
+        if (!otherStrings_.contains(key) && std::ranges::none_of(engine_.strings, isKey))
+            Add(offset, "names a string that neither the engine nor [STRINGS] of the patch has");
+    }
+}
+
+/// A player starts with one weapon in hand.
+void EngineChecker::FinishRaisedWeapon(const PatchSet& set) {
+    const std::size_t* last = nullptr;
+    int raised = 0;
+    for (const auto& [number, weapon] : set.weapons) {
+        raised += weapon.initialOwned != 0 && weapon.initialRaised != 0;
+        for (const auto member : {&WeaponRecord::initialOwned, &WeaponRecord::initialRaised})
+            if (const std::size_t* line = LineOf({RecordKind::Weapon, number, RowOf(member)});
+                line != nullptr && (last == nullptr || *line > *last))
+                last = line;
+    }
+    if (last != nullptr && raised != 1)
+        Add(*last, "leaves " + std::to_string(raised) +
+                       " weapons that the player owns and holds at the start: there must be one");
 }
 
 } // namespace plinket3::modPatchCheck

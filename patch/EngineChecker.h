@@ -2,14 +2,17 @@
 
 #include "patch/CellIndex.h"
 #include "patch/CheckFindings.h"
+#include "patch/FrameFindings.h"
 #include "patch/SectionWords.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <set>
+#include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace plinket3::modPatchCheck {
@@ -18,8 +21,9 @@ namespace plinket3::modPatchCheck {
 /// read differently, with the engines that stumble.
 class EngineChecker : public CheckFindings {
 public:
-    EngineChecker(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults)
-        : CheckFindings(bytes, engine, defaults), words_(engine.dialect) {}
+    EngineChecker(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
+                  HasPicture hasPicture)
+        : CheckFindings(bytes, engine, defaults), words_(engine.dialect), hasPicture_(std::move(hasPicture)) {}
 
     void Line(std::size_t offset, std::string_view text) override;
     void Ignored(std::size_t offset, std::string_view reason) override;
@@ -46,6 +50,10 @@ private:
     void CheckArgument(std::size_t offset, std::int32_t codePointer, const RowFacts& field, std::int32_t value);
     void FinishAmmoPerShot(const PatchSet& set);
     void FinishThings(const PatchSet& set);
+    void FinishNames(const PatchSet& set);
+    void FinishRaisedWeapon(const PatchSet& set);
+    bool IsOwnId(std::int32_t thing, std::int32_t id) const;
+    std::string OtherEngineFor(std::string_view line) const;
     /// The last line that has set a value; null when none has.
     const std::size_t* LineOf(const Cell& cell) const {
         const auto found = setBy_.find(cell);
@@ -54,6 +62,7 @@ private:
     bool AllowsLong(std::string_view comment) const { return bytes_.find(comment) != std::string_view::npos; }
 
     SectionWords words_;
+    HasPicture hasPicture_;
     plinket3::Section section_ = plinket3::Section::None;
     std::size_t header_ = static_cast<std::size_t>(-1);
     bool endsSection_ = false;                              // the line before, which begins with a blank
@@ -62,6 +71,8 @@ private:
     std::unordered_map<Cell, std::size_t, CellHash> setBy_; // the last line that set each value
     std::vector<std::size_t> pars_;                         // the line of each
     std::map<std::int32_t, std::size_t> arguments_;         // a line that gives them to each state
+    std::map<std::int32_t, std::size_t> madeSounds_;        // the header of each
+    std::set<std::string> otherStrings_;                    // keys in capitals
     std::set<std::int32_t> otherActions_;                   // states with an action that the engine does not have
 };
 

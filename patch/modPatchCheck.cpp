@@ -229,9 +229,9 @@ private:
 } // namespace
 
 CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
-                       const modPatchFiles::IncludeReader& includes) {
+                       const modPatchFiles::IncludeReader& includes, const HasPicture& hasPicture) {
     Checker kept(bytes, engine, defaults);
-    EngineChecker asEngines(bytes, engine, defaults);
+    EngineChecker asEngines(bytes, engine, defaults, hasPicture);
     CheckFindings& checker = engine.dialect.EngineRules() ? static_cast<CheckFindings&>(asEngines) : kept;
     PatchSet set;
     modPatchFiles::ReadResult read = modPatchFiles::ParsePatch(bytes, engine, defaults, set, &checker, includes);
@@ -239,8 +239,10 @@ CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine
     result.status = std::move(read.status);
     result.failedLine = LineAt(bytes, read.offset);
     if (result.status) {
-        kept.Finish(set); // each has nothing to add when it was not asked
-        asEngines.Finish(set);
+        if (engine.dialect.EngineRules())
+            asEngines.Finish(set);
+        else
+            kept.Finish(set);
         result.findings = checker.TakeFindings();
     }
     return result;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "patch/FrameFindings.h"
 #include "patch/modPatchFiles.h"
 
 #include <cstddef>
@@ -22,8 +23,9 @@ struct CheckResult {
     std::vector<Finding> findings; // by line
 };
 
-/// `includes` as for `ParsePatch`.
+/// `includes` as for `ParsePatch`. With `hasPicture` a patch that is read by engine rules is also looked through for
+/// frames without a picture.
 CheckResult CheckPatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
-                       const modPatchFiles::IncludeReader& includes = {});
+                       const modPatchFiles::IncludeReader& includes = {}, const HasPicture& hasPicture = {});
 
 } // namespace plinket3::modPatchCheck

@@ -3,6 +3,7 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/clsConfiguration.h"
+#include "patch/NewRecords.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchPlace.h"
 #include "patch/modPatchFiles.h"
@@ -19,11 +20,16 @@ namespace plinket3 {
 namespace {
 
 constexpr int mostPlaces = 16; // programs that run at the same time
-/// That of tables that hold all there is, strings too.
-constexpr Dialect wholeTables{.fields = FieldLevel::Id24, .engineFields = FieldLevel::Id24};
 constexpr const char* inUse = "another program has it now";
 constexpr std::string_view putAwayEnding = ".kept";
 constexpr std::string_view recoveryType = "Plinket3 recovery file";
+
+/// Of tables that hold all that an engine's patches change, strings too.
+Dialect LayoutFor(const Dialect& dialect) {
+    Dialect layout;
+    layout.fields = layout.engineFields = dialect.fields;
+    return layout;
+}
 
 std::string TextOf(const SettingTree& tree, std::string_view key) {
     const SettingValue* value = tree.Find(key);
@@ -102,8 +108,8 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.named = NumberOf(*root, "named") != 0;
     recovered.rules = NumberOf(*root, "engineRules") != 0 ? Rules::Engine : Rules::Kept;
     bytes.remove_prefix(static_cast<std::size_t>(length));
-    for (const auto& [key, part] : {std::pair("tableSize", &recovered.table),
-                                    std::pair("documentSize", &recovered.document)}) { // 0 in older files
+    for (const auto& [key, part] :
+         {std::pair("tableSize", &recovered.table), std::pair("documentSize", &recovered.document)}) {
         const std::int32_t size = NumberOf(*root, key);
         if (size < 0 || static_cast<std::size_t>(size) > bytes.size())
             return std::nullopt;
@@ -198,13 +204,14 @@ Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine,
         notes->Set(std::to_string(notes->Count()), note);
     }
     root->Set("notes", notes);
-    const std::string table = modTables::FormatTable(patch.current, wholeTables);
+    const std::string table = modTables::FormatTable(patch.current, LayoutFor(engine.dialect));
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
     const std::string document = patch.document ? patch.document->Bytes() : std::string();
     root->Set("documentSize", static_cast<std::int32_t>(document.size()));
     const std::string text = texts.OutputConfiguration("\n", false);
-    Status status = WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table + document +
-                                                            modTables::FormatTable(patch.defaults, wholeTables));
+    Status status =
+        WriteFileAtomically(FileAt(place_), std::to_string(text.size()) + "\n" + text + table + document +
+                                                modTables::FormatTable(patch.defaults, LayoutFor(engine.dialect)));
     if (status)
         kept_ = revision;
     return status;
@@ -291,16 +298,6 @@ std::filesystem::path Recovery::SetAside() {
 
 namespace {
 
-/// Whether both have the engine's records, and more only where it knows no limits.
-bool FitTogether(const PatchSet& set, const PatchSet& defaults, const Dialect& dialect) {
-    bool fit = true;
-    VisitKinds([&](const auto& kind) {
-        const auto &left = kind.In(set), &right = kind.In(defaults);
-        fit = fit && left.DenseSize() == right.DenseSize() && (dialect.unlimited || left.size() == right.size());
-    });
-    return fit;
-}
-
 /// True when the patch that the work belongs to still stands where the recovery file says. Who could write that file
 /// could name any other one in it, which a save would replace.
 bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
@@ -315,15 +312,27 @@ bool IsStillThere(const RecoveredPatch& recovered, const Dialect& dialect) {
            LeadingInt32(modPatchFiles::HeaderValue(header, "patchversion")) == dialect.patchFormat;
 }
 
+/// Whether a patch can have made `set` of `defaults`.
+bool CanBeMadeOf(const PatchSet& set, const PatchSet& defaults, bool unlimited) {
+    bool can = true;
+    VisitKinds([&](const auto& kind) {
+        const auto &now = kind.In(set), &own = kind.In(defaults);
+        const bool mayHaveMore = unlimited && CanBeMade(kind.kind);
+        can = can && now.DenseSize() == own.DenseSize() && (mayHaveMore || now.size() == own.size()) &&
+              std::ranges::all_of(own.Numbers(), [&](std::int32_t number) { return now.Has(number); });
+    });
+    return can;
+}
+
 } // namespace
 
 bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
     EngineConfiguration layout = session.engine;
-    layout.dialect = wholeTables;
+    layout.dialect = LayoutFor(session.engine.dialect);
     PatchSet set, defaults;
     if (!modTables::ParseTable(recovered.table, layout, set) ||
         !modTables::ParseTable(recovered.defaultsTable, layout, defaults) ||
-        !FitTogether(set, defaults, session.engine.dialect) ||
+        !CanBeMadeOf(set, defaults, session.engine.dialect.unlimited) ||
         (session.engine.dialect.keyedTexts &&
          set.strings.size() != session.patch.defaults.strings.size())) // which no table holds
         return false;

@@ -211,8 +211,7 @@ TEST_F(CliTest, RecordsOfAnyNumberCostNoMoreThanOthers) {
     EXPECT_NE(findings.find(":10: warning: \"Death frame = 4002\" names a frame that does not exist\n"),
               std::string::npos)
         << findings;
-    EXPECT_NE(findings.find(":12: warning: \"Sound -5\" has a number that no patch can make"),
-              std::string::npos);
+    EXPECT_NE(findings.find(":12: warning: \"Sound -5\" has a number that no patch can make"), std::string::npos);
     EXPECT_NE(findings.find("\"2147483648 = NONE\" is ignored"), std::string::npos) << findings;
     EXPECT_EQ(findings.find("Next frame"), std::string::npos) << findings;
     Run("convert --data @data -e own @a.bex @out.bex");
@@ -387,6 +386,34 @@ TEST_F(CliTest, DumpsLaterFieldsForTheEnginesThatHaveThem) {
         EXPECT_EQ(ReadFile(folder_ / "new.tbl"), ReadFile(buildFolder / "tables" / table));
         EXPECT_EQ(ReadFile(folder_ / "new.tbl")[5], version);
     }
+}
+
+TEST_F(CliTest, TellsOfFramesWithoutAPictureInTheWads) {
+    Write("@i.wad", WadBytes({{"S_START", ""}, {"POSSA1", "x"}, {"POSSB0", "x"}, {"S_END", ""}}, "IWAD"));
+    Write("@d.wad", WadBytes({{"SS_START", ""}, {"TROOB2A1", "x"}, {"SS_END", ""}}));
+    Write("@a.deh",
+          "Thing 2\nInitial frame = 4001\nDeath frame = 4005\n\nFrame 4001\nSprite number = 29\nDuration = 5\n"
+          "Next frame = 4002\n\nFrame 4002\nSprite number = 29\nSprite subnumber = 32769\nDuration = 5\n"
+          "Next frame = 4003\n\nFrame 4003\nSprite number = 0\nDuration = 5\nNext frame = 174\n\n"
+          "Frame 4004\nSprite number = 29\nSprite subnumber = 7\n\nFrame 4005\nNext frame = 145\n\n"
+          "[SPRITES]\nSHTF = GONE\n");
+    EXPECT_EQ(Run("check -e dsdhacked @a.deh").exit, cli::done);
+    const auto check = [this](const std::string& wads) {
+        return ReplaceAll(Run("check -e dsdhacked " + wads + " @a.deh").out, Place("@a.deh") + ":", "");
+    };
+    const std::string others =
+        "26: warning: \"Next frame = 145\" makes Zombieman come to frame 145, which shows IFOGB: the "
+        "WADs have no such picture\n"
+        "29: warning: \"SHTF = GONE\" makes Shotgun come to frame 30, which shows GONEA: the WADs "
+        "have no such picture\n"
+        "29: warning: \"SHTF = GONE\" makes Shotgun come to frame 31, which shows GONEB: the WADs "
+        "have no such picture\n";
+    EXPECT_EQ(check("--iwad @i.wad --data-wad @d.wad"), others);
+    EXPECT_EQ(check("--data-wad @i.wad"),
+              "17: warning: \"Sprite number = 0\" makes Zombieman come to frame 4003, which shows "
+              "TROOA: the WADs have no such picture\n" +
+                  others);
+    EXPECT_EQ(Run("check -e dsdhacked --iwad @a.deh @a.deh").exit, cli::refused);
 }
 
 TEST_F(CliTest, ReadsWads) {

@@ -47,7 +47,7 @@ convert -e mbf|mbf19 mbf203 mbf21
 --data one diff -e |convert
 --data=one diff -e |convert
 --data convert diff --i|
-check -|--data --help --lump --rules --version -e
+check -|--data --data-wad --help --iwad --lump --rules --version -e
 convert -e doom19 --i|--iwad
 convert --iwad |c.wad one sub
 convert --data-wad=|c.wad one sub

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <sstream>
 #include <vector>
 
@@ -16,9 +17,9 @@ namespace {
 const std::filesystem::path cases = CASES_FOLDER;
 
 /// A case of normal.txt, extended.txt or both.txt, which say for which small engine it is; engine_normal.txt,
-/// engine_extended.txt and engine_mbf21.txt have whole patches that are read by the rules of game engines. "=== NAME"
-/// begins a patch behind its first line and its versions,
-/// "=== NAME (whole)" one that has only what stands there. What is to come of it follows in sections, which are left
+/// engine_extended.txt, engine_mbf21.txt and engine_id24.txt have whole patches that are read by the rules of game
+/// engines. "=== NAME" begins a patch behind its first line and its versions, "=== NAME (whole)" one that has only what
+/// stands there. What is to come of it follows in sections, which are left
 /// out when they are empty:
 ///     --- fails    why and in which line it cannot be read; then nothing else
 ///     --- means    what it changes, as modPatchDiff tells it
@@ -27,7 +28,8 @@ const std::filesystem::path cases = CASES_FOLDER;
 /// "%0D" is the byte of that code; "%" at the end of a line takes the line feed away.
 struct PatchText {
     std::string name, patch, told;
-    bool normal = true, extended = true, asEngines = false, mbf21 = false;
+    bool normal = true, extended = true, asEngines = false;
+    std::optional<EngineConfiguration> engine{}; // instead of the two small ones
     friend void PrintTo(const PatchText& text, std::ostream* out) { *out << text.name; }
 };
 
@@ -60,7 +62,8 @@ std::string Decoded(std::string_view text) {
 
 std::vector<PatchText> PatchTexts() {
     std::vector<PatchText> texts;
-    for (const char* file : {"normal", "extended", "both", "engine_normal", "engine_extended", "engine_mbf21"}) {
+    for (const char* file :
+         {"normal", "extended", "both", "engine_normal", "engine_extended", "engine_mbf21", "engine_id24"}) {
         std::istringstream lines(ReadFile(cases / (std::string(file) + ".txt")));
         for (std::string line; std::getline(lines, line);) {
             if (line.starts_with("=== ")) {
@@ -68,8 +71,14 @@ std::vector<PatchText> PatchTexts() {
                 const char* start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
                 const std::string_view what = file;
                 const bool asEngines = what.starts_with("engine"), whole = asEngines || line.ends_with(" (whole)");
-                texts.push_back({name, whole ? "" : start, "", !what.ends_with("extended") && !what.ends_with("mbf21"),
-                                 !what.ends_with("normal"), asEngines, what.ends_with("mbf21")});
+                PatchText& text = texts.emplace_back(PatchText{name, whole ? "" : start, ""});
+                text.asEngines = asEngines;
+                if (what.ends_with("mbf21"))
+                    text.engine = SmallMbf21Engine();
+                else if (what.ends_with("id24"))
+                    text.engine = SmallId24Engine();
+                text.normal = !what.ends_with("extended") && !text.engine;
+                text.extended = !what.ends_with("normal");
             } else if (PatchText& last = texts.back(); line.starts_with("--- ") || !last.told.empty()) {
                 last.told += line + "\n";
             } else {
@@ -120,7 +129,7 @@ TEST_P(PatchCase, IsReadSavedAndCheckedAsTold) {
     const PatchText& text = GetParam();
     for (const bool extended : {false, true}) {
         if (extended ? text.extended : text.normal) {
-            EXPECT_EQ(Told(Decoded(text.patch), text.mbf21 ? SmallMbf21Engine() : SmallEngine(extended),
+            EXPECT_EQ(Told(Decoded(text.patch), text.engine.value_or(SmallEngine(extended)),
                            text.normal && text.extended, text.asEngines ? Rules::Engine : Rules::Kept),
                       text.told);
         }

@@ -72,7 +72,7 @@ def second_run(path, account, display):
     settings = (account.settings / "plinket3.cfg").read_text("latin-1")
     if "Mine.deh" not in settings:
         raise Failed("the patch is no recent file")
-    if "lastConfig = 8;" not in settings:
+    if "lastConfig = 10;" not in settings:
         raise Failed("the recommended engine was not taken")
     compare_log(account, [
         *BEGIN, *ENGINES, *loaded("frmMain", *EDITORS, "frmOptions", "frmAbout", "frmNewFile", "frmStartup"), *READY,

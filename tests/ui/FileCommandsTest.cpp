@@ -487,9 +487,7 @@ TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
 
 TEST_F(FileCommandsTest, UnsavedWorkHoldsTheRecordsThatAPatchMade) {
     Session session;
-    session.engine = test::SmallEngine(true);
-    session.engine.dialect = session.engine.dialect.AsEngines();
-    session.engine.dialect.unlimited = true;
+    session.engine = test::SmallId24Engine();
     PatchData patch = test::SmallPatch(session.engine);
     session.patch.defaults = patch.defaults;
     auto document = std::make_shared<PatchDocument>();
@@ -502,7 +500,9 @@ TEST_F(FileCommandsTest, UnsavedWorkHoldsTheRecordsThatAPatchMade) {
     Edits made(patch);
     made.Store({RecordKind::State, 70, codePointerField}, 2);
     made.Store({RecordKind::Thing, 1999999999, RowOf(&ThingRecord::mass)}, 5);
-    made.Store({RecordKind::Thing, 1, RowOf(&ThingRecord::mass)}, 6);
+    made.Store({RecordKind::Thing, 1, RowOf(&ThingRecord::splashGroup)}, 6); // which not every engine has
+    made.Store({RecordKind::Thing, test::firstNegative, TextCell(0)}, "USER_X");
+    made.Store({RecordKind::Weapon, test::firstNegative, RowOf(&WeaponRecord::slot)}, 6);
     made.RemoveRecords(RecordKind::State, {71}, "frames");
     made.MakeRecord(RecordKind::Sound, 2147483647);
     const std::filesystem::path other = folder / "made";
