@@ -2,6 +2,7 @@
 //   plinket3_editor_lists PROGRAM-FOLDER IWAD
 #include "bench/ProcessFigures.h"
 #include "core/modConfig.h"
+#include "patch/Arguments.h"
 #include "patch/Session.h"
 #include "tools/SilentNotifier.h"
 #include "ui/Audio.h"
@@ -26,7 +27,7 @@ using namespace plinket3;
 
 constexpr int repetitions = 9;
 constexpr int manyRows = 1000;
-constexpr std::size_t manyStates = 100'000;
+constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000;
 
 /// Prints the median of the times that `act` takes until its outcome is on the screen; `prepare` goes before each.
 void Measure(const char* name, const std::function<void()>& prepare, const std::function<void()>& act) {
@@ -44,6 +45,22 @@ void Measure(const char* name, const std::function<void()>& prepare, const std::
     PrintFigure(name, times[repetitions / 2]);
 }
 
+/// Makes states that all have arguments, of actions that take different ones.
+void GiveArguments(PatchSet& set, const EngineConfiguration& engine) {
+    std::vector<std::int32_t> actions;
+    for (const EngineConfiguration::Action& action : engine.actions)
+        if (!action.arguments.empty())
+            actions.push_back(action.value);
+    const ArgumentTable table(engine);
+    set.states.resize(statesWithArguments);
+    std::size_t next = 0;
+    for (StateRecord& state : set.states.Dense()) {
+        state.codePointer = actions[next++ % actions.size()];
+        for (const StateArgument& argument : table.Of(state.codePointer))
+            SetValue(state, fieldTable<StateRecord>[static_cast<std::size_t>(argument.field)], 2);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -58,7 +75,7 @@ int main(int argc, char** argv) {
     program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
     program.settings.AddIwad("IWAD", argv[2]);
     const auto extended = std::find_if(program.engines.begin(), program.engines.end(),
-                                       [](const auto& engine) { return engine.file.filename() == "dehextra19.cfg"; });
+                                       [](const auto& engine) { return engine.file.filename() == "mbf21.cfg"; });
     Session session;
     if (LoadSession(program, {static_cast<std::size_t>(extended - program.engines.begin()), 0, {}, -1}, session) !=
         SessionResult::Loaded)
@@ -90,6 +107,15 @@ int main(int argc, char** argv) {
         "select", [&] { select(1); }, [&] { select(manyRows); });
     Measure(
         "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
+
+    GiveArguments(program.patch.current, program.engine);
+    edits.Clear();
+    editors.Refresh();
+    Measure(
+        "find arguments", [&] { filter.clear(); }, [&] { QTest::keyClick(&filter, Qt::Key_P); });
+    Measure(
+        "find nothing", [&] { filter.clear(); }, [&] { QTest::keyClick(&filter, Qt::Key_QuoteDbl); });
+    filter.clear();
 
     for (PatchSet* set : {&program.patch.current, &program.patch.defaults})
         set->states.resize(manyStates);

@@ -43,6 +43,8 @@ LISTS = [
     ("4,000 states: a letter in the filter", "filter", 50),
     ("4,000 states: select 1,000 rows", "select", 50),
     ("4,000 states: type a value into 1,000 rows", "edit", 50),
+    ("50,000 states with arguments: a letter in the filter", "find arguments", 50),
+    ("50,000 states with arguments: a letter that none has", "find nothing", 50),
     ("100,000 states: scroll by a tenth", "scroll", 50),
 ]
 

@@ -51,7 +51,7 @@ ArgumentTable::ArgumentTable(const EngineConfiguration& engine) {
                 byAction_[action.value].push_back({&argument, static_cast<int>(row - fieldTable<StateRecord>.data())});
 }
 
-std::span<const StateArgument> ArgumentTable::Of(std::int32_t codePointer) const {
+std::span<const StateArgument> ArgumentTable::Of(std::int32_t codePointer) const& {
     const auto found = byAction_.find(codePointer);
     return found == byAction_.end() ? std::span<const StateArgument>() : found->second;
 }

@@ -26,7 +26,8 @@ public:
     explicit ArgumentTable(const EngineConfiguration& engine);
 
     /// In the order of the configuration; none for an action without arguments, or an unknown one.
-    std::span<const StateArgument> Of(std::int32_t codePointer) const;
+    std::span<const StateArgument> Of(std::int32_t codePointer) const&;
+    std::span<const StateArgument> Of(std::int32_t codePointer) && = delete; // they would not outlive the table
     bool Empty() const { return byAction_.empty(); }
 
 private:

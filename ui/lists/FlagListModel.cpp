@@ -115,7 +115,7 @@ bool FlagListModel::setData(const QModelIndex& index, const QVariant& value, int
     const bool on = value.value<Qt::CheckState>() == Qt::Checked;
     StoreBits({row.field}, "flag " + NameOf(row) + " of ", [&row, on](const SelectedValue& field, std::int32_t record) {
         const std::int32_t bits = BitsIn(field.Of(record));
-        return CellValue(on ? SetFlag(bits, row.bit) : RemoveFlag(bits, row.bit));
+        return on ? SetFlag(bits, row.bit) : RemoveFlag(bits, row.bit);
     });
     return true;
 }
@@ -134,7 +134,7 @@ void FlagListModel::Restore() {
         if (shown.empty() || shown.back() != row.field)
             shown.push_back(row.field);
     StoreBits(shown, "restore flags of ",
-              [](const SelectedValue& field, std::int32_t record) { return field.DefaultOf(record); });
+              [](const SelectedValue& field, std::int32_t record) { return BitsIn(field.DefaultOf(record)); });
 }
 
 /// One step that gives each field of each record the bits `bitsOf(field, record)`; the speeds of things keep their
@@ -142,18 +142,22 @@ void FlagListModel::Restore() {
 template <class BitsOf> void FlagListModel::StoreBits(const std::vector<const SelectedValue*>& fields,
                                                       const std::string& stepName, BitsOf bitsOf) {
     std::vector<Assignment> values;
+    const auto set = [&values](const Cell& cell, std::int32_t number) {
+        Assignment& assignment = values.emplace_back();
+        assignment.cell = cell;
+        assignment.value = number;
+    };
     const SelectedValue& first = fields_.front();
     const std::vector<std::int32_t> records = first.Editable();
     for (const std::int32_t record : records)
         for (const SelectedValue* field : fields) {
-            const CellValue bits = bitsOf(*field, record);
-            values.push_back({{field->Kind(), record, field->Field()}, bits});
+            const std::int32_t bits = bitsOf(*field, record);
+            set({field->Kind(), record, field->Field()}, bits);
             if (!IsOf(*field, &ThingRecord::bits))
                 continue;
             const RecordOrNew thing(context_.program.patch.current.things, record);
             for (const auto member : {&ThingRecord::speed, &ThingRecord::fastSpeed})
-                values.push_back(
-                    {{RecordKind::Thing, record, RowOf(member)}, SpeedUnder(BitsIn(bits), *thing, FieldOf(member))});
+                set({RecordKind::Thing, record, RowOf(member)}, SpeedUnder(bits, *thing, FieldOf(member)));
         }
     if (!values.empty())
         context_.edits.StoreGroup(values, stepName + context_.edits.RecordsName(first.Kind(), records, first.Many()));
