@@ -24,6 +24,10 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
     if (name == "engine")
         option =
             app.add_option("-e", arguments.engine, "The engine: a configuration's file name, with or without .cfg");
+    else if (name == "to")
+        option = app.add_option("--to", arguments.to,
+                                "The engine to take the patch over to; what that one cannot hold is left out, and told "
+                                "on standard error with the exit status 1");
     else if (name == "iwad")
         option = app.add_option("--iwad", arguments.iwad,
                                 "The IWAD: convert names it in the patch, check looks for pictures in it");

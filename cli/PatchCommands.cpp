@@ -2,6 +2,7 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/EngineChange.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchMerge.h"
 #include "patch/PatchPlace.h"
@@ -285,9 +286,28 @@ int Check(Run& run) {
     return result.findings.empty() ? done : no;
 }
 
+/// Takes the open patch over to the engine that --to names; false when that cannot hold all of it, which standard error
+/// then tells.
+bool TakeOver(Run& run) {
+    Program& program = run.program;
+    const EngineConfiguration from = program.engine;
+    const PatchData patch = program.patch;
+    const std::vector<std::string> skipped = FindEngines(program);
+    LoadEntry(run, program.engines[EngineNamed(program, run.arguments.to, skipped)]);
+    program.engine = EngineWith(from.dialect.rules, program.engine);
+    EngineChange change = ChangeEngine(patch, from, program.engine, program.patch.defaults);
+    program.patch = std::move(change.patch);
+    for (const std::string& line : change.lost)
+        Complain(run.err, Printable(program.engine.name + " cannot hold: " + line));
+    return change.lost.empty();
+}
+
 int Convert(Run& run) {
+    if (run.arguments.engine.empty() && run.arguments.to.empty())
+        throw Refused("-e is required; see --help");
     LoadPatch(run, run.arguments.files[0]);
     Program& program = run.program;
+    const bool whole = run.arguments.to.empty() || TakeOver(run);
     if (run.arguments.fresh || run.arguments.files[0] == standardSet)
         program.patch.document.reset();
     if (!run.arguments.iwad.empty())
@@ -296,7 +316,7 @@ int Convert(Run& run) {
         program.patch.dataWadPath = run.arguments.dataWad;
     const PatchPlace out = PlaceOf(run, run.arguments.files[1]);
     Require(modPatchFiles::SavePatch(program, out, false, MissingLump::IsAdded), out.Name());
-    return done;
+    return whole ? done : no;
 }
 
 /// A patch of a merge, by engine rules.
@@ -414,7 +434,7 @@ constexpr std::array patchCommands{
     Command{"check", "PATCH", "Print the lines that do not do what they seem to, and data that a save would lose",
             "engine iwad data-wad lump", 1, 1, Check},
     Command{"convert", "IN OUT", "Read IN (\"-\": the engine's own data) and write OUT as saving does",
-            "!engine iwad data-wad fresh lump", 2, 2, Convert},
+            "engine to iwad data-wad fresh lump", 2, 2, Convert},
     Command{"merge", "BASE PATCH... OUT",
             "Set in BASE what the PATCHes set, write it to OUT and print what has changed", "base engine lump", 3,
             std::numeric_limits<int>::max(), Merge},

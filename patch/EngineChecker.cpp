@@ -349,7 +349,7 @@ void EngineChecker::Finish(const PatchSet& set) {
     FinishNames(set);
     FinishRaisedWeapon(set);
     for (const FrameFinding& finding : FindingsOfFrames(
-             set, [this](const Cell& cell) { return LineOf(cell); }, hasPicture_))
+             set, engine_, [this](const Cell& cell) { return LineOf(cell); }, hasPicture_))
         Add(finding.offset, finding.reason);
     for (const auto& [state, offset] : arguments_)
         if (!otherActions_.contains(state))

@@ -17,11 +17,12 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> headerKey
                                                                                    {"IWAD", "iwad"}}};
 
 /// What `patch` has for a header line; empty for those that say nothing of the session.
-std::string_view SessionValue(std::string_view name, const PatchData& patch) {
-    return name == "engineconfig" ? std::string_view(patch.engineConfig)
-           : name == "datawad"    ? std::string_view(patch.dataWadPath)
-           : name == "iwad"       ? std::string_view(patch.iwadPath)
-                                  : std::string_view();
+std::string SessionValue(std::string_view name, const PatchData& patch, bool version) {
+    return name == "engineconfig"               ? patch.engineConfig
+           : name == "datawad"                  ? patch.dataWadPath
+           : name == "iwad"                     ? patch.iwadPath
+           : name == "engineversion" && version ? std::to_string(patch.doomVersion)
+                                                : std::string();
 }
 
 } // namespace
@@ -55,7 +56,7 @@ Status ScanHeader(std::string_view bytes, Header& header) {
     return {};
 }
 
-std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch) {
+std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch, bool version) {
     const std::string& bytes = document.Bytes();
     std::string updated;
     std::size_t done = 0;
@@ -73,7 +74,7 @@ std::optional<std::string> UpdateHeader(const PatchDocument& document, const Pat
             continue;
         const std::string_view key = Trim(text.substr(0, equals)), old = Trim(text.substr(equals + 1));
         for (const auto& [label, name] : headerKeys) {
-            const std::string_view now = SessionValue(name, patch);
+            const std::string now = SessionValue(name, patch, version);
             if (!EqualIgnoringCase(key, label) || EqualIgnoringCase(FileNameOf(now), FileNameOf(old)) || now.empty() ||
                 now != Trim(now) || now.find_first_of("#\r\n") != std::string_view::npos)
                 continue;

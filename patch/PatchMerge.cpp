@@ -1,6 +1,7 @@
 #include "patch/PatchMerge.h"
 
 #include "core/Text.h"
+#include "patch/OtherCells.h"
 
 #include <algorithm>
 #include <map>
@@ -16,40 +17,6 @@ namespace {
 
 using Level = std::pair<std::int32_t, std::int32_t>;
 using ParTimes = std::map<Level, std::int32_t>;
-
-/// Calls visit(cell) for every cell of a patch that has another value in the second set, but for the names of sprites
-/// and sounds; first of all of a record for its existence.
-template <class Visit> void ForEachOtherCell(const PatchSet& before, const PatchSet& after, Visit visit) {
-    const auto visitCell = [&](const Cell& cell) {
-        if (ReadCell(before, cell) != ReadCell(after, cell))
-            visit(cell);
-    };
-    const auto visitRecord = [&](RecordKind kind, std::int32_t index) {
-        visitCell({kind, index, existsField});
-        for (const Cell& cell : CellsOf(kind, index))
-            if (TextFieldAt(cell.field) == nullptr && (cell.field < 0 || FactsOf(kind, cell.field).inPatch))
-                visitCell(cell);
-    };
-    VisitKinds([&](const auto& kind) {
-        const auto &records = kind.In(before), &others = kind.In(after);
-        for (const auto& [number, record] : records)
-            if (const auto* other = others.Find(number); other == nullptr || *other != record)
-                visitRecord(kind.kind, number);
-        for (const auto& [number, record] : others)
-            if (!records.Has(number))
-                visitRecord(kind.kind, number);
-    });
-    visitRecord(RecordKind::Misc, 0);
-    for (const Cell& cell : OtherTexts(before, after))
-        visit(cell);
-    std::set<Notes::key_type> noted;
-    for (const Notes* notes : {&before.notes, &after.notes})
-        for (const auto& [record, note] : *notes)
-            noted.insert(record);
-    for (const auto& [kind, index] : noted)
-        if (const Cell cell{kind, index, noteField}; ReadCell(before, cell) != ReadCell(after, cell))
-            visit(cell);
-}
 
 /// The names of sprites and sounds that lines of two patches give, each once.
 std::vector<Cell> LumpNames(const PatchDocument& one, const PatchDocument& other) {

@@ -106,8 +106,8 @@ std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engin
 
 /// The document's bytes with the engine, IWAD and data WAD of `patch` in the lines that name others. A line stays that
 /// names a file of the same name in whatever folder, and so does one for which `patch` says nothing, or nothing that
-/// the header scan would find again. No line is added. Absent when all stay.
-std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch);
+/// the header scan would find again. No line is added. Absent when all stay. `version`: the same for "Doom version".
+std::optional<std::string> UpdateHeader(const PatchDocument& document, const PatchData& patch, bool version = false);
 
 /// What saving writes: by engine rules the file as it was opened with what was changed in it, else `FormatPatch`. Fails
 /// for a value that could not be read back. The bytes may be the document's, which must outlive them.

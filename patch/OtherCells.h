@@ -1,0 +1,13 @@
+#pragma once
+
+#include "patch/Cells.h"
+
+#include <functional>
+
+namespace plinket3 {
+
+/// Calls visit(cell) for every cell of a patch that has another value in the second set, but for the names of sprites
+/// and sounds; first of all of a record for its existence. Both sets are of the same engine.
+void ForEachOtherCell(const PatchSet& before, const PatchSet& after, const std::function<void(const Cell&)>& visit);
+
+} // namespace plinket3
