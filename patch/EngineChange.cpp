@@ -1,12 +1,14 @@
 #include "patch/EngineChange.h"
 
 #include "patch/Arguments.h"
+#include "patch/EngineNames.h"
 #include "patch/NewRecords.h"
 #include "patch/OtherCells.h"
 #include "patch/PatchDocument.h"
 #include "patch/ValueText.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modPatchFiles.h"
+#include "patch/modPatchText.h"
 
 #include <algorithm>
 #include <memory>
@@ -101,16 +103,15 @@ private:
         return true;
     }
 
-    /// The bits for which the former engine has names, and the new one has none.
+    /// The bits that the former engine has by a name that is another bit for the new one, or none.
     std::int32_t Nameless(BitSet set) const {
-        const auto named = [set](const EngineConfiguration& engine) {
-            const std::vector<std::string>& names = engine.BitNames(set);
-            std::uint32_t bits = 0;
-            for (std::size_t bit = 0; bit < std::min<std::size_t>(names.size(), 32); ++bit)
-                bits |= names[bit].empty() ? 0U : 1U << bit;
-            return bits;
-        };
-        return static_cast<std::int32_t>(named(from_) & ~named(to_));
+        const std::vector<std::string>& names = from_.BitNames(set);
+        std::int32_t bits = 0;
+        for (int bit = 0; bit < static_cast<int>(std::min<std::size_t>(names.size(), 32)); ++bit)
+            if (const std::string& name = names[static_cast<std::size_t>(bit)];
+                !name.empty() && BitNamed(to_, set, name) != bit)
+                bits = modPatchText::SetFlag(bits, bit);
+        return bits;
     }
 
     /// Whether the engine has what a number refers to.
