@@ -34,6 +34,11 @@ struct ValueMeaning {
 ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell);
 ValueMeaning MeaningOf(const PatchSet& set, const EngineConfiguration::Argument& argument);
 
+/// The thing that a number of a patch stands for; absent for 0, which is none.
+constexpr std::optional<std::int32_t> ThingOf(std::int32_t number) {
+    return number == 0 || number == INT32_MIN ? std::nullopt : std::optional(number - 1);
+}
+
 bool RefersToRecord(const ValueMeaning& meaning);
 
 /// A number as it is typed: 12.5, -45, "RIP + BOSS"; one beyond the limits, too. `ReadValue` gives it back.
