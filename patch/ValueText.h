@@ -27,7 +27,6 @@ struct ValueMeaning {
     Kind kind = Kind::Number;
     Limits limits{};              // of the number as it is stored
     BitSet bits = BitSet::Things; // for `Bits`
-    bool operator==(const ValueMeaning&) const = default;
 };
 
 /// The meaning of a cell that is a row of its kind's table; of a speed it depends on the thing's bits.

@@ -119,7 +119,7 @@ void ValueRow::Update() {
         box_->Update();
     if (truth_ != nullptr)
         truth_->Update();
-    if (bits_ != nullptr) {
+    if (bits_ != nullptr && box_ != nullptr) {
         bits_->setEnabled(box_->isEnabled());
         bits_->Update();
     }
@@ -127,7 +127,7 @@ void ValueRow::Update() {
 }
 
 QString ValueRow::Described() const {
-    const auto number = box_->Number();
+    const auto number = box_ != nullptr ? box_->Number() : std::nullopt;
     if (!number)
         return {};
     const PatchSet& set = context_.program.patch.current;
@@ -146,7 +146,7 @@ QString ValueRow::Described() const {
 }
 
 void ValueRow::Show() {
-    if (description_ == nullptr)
+    if (description_ == nullptr || box_ == nullptr)
         return;
     const QString text = Described();
     const auto number = box_->Number();
