@@ -2,6 +2,7 @@
 
 #include "core/Text.h"
 #include "patch/Arguments.h"
+#include "patch/ValueText.h"
 
 #include <string_view>
 #include <utility>
@@ -80,9 +81,10 @@ private:
         while (things_.Mark(thing)) {
             const ThingRecord& record = set_.things[thing];
             AddStates(record);
-            if (!drops_ || record.droppedItem <= 0)
+            const auto dropped = ThingOf(record.droppedItem);
+            if (!drops_ || !dropped)
                 return;
-            thing = record.droppedItem - 1;
+            thing = *dropped;
         }
     }
     void Follow(const StateRecord& state) {
@@ -90,8 +92,8 @@ private:
         VisitArguments(table_, state, [this](const StateArgument& argument, std::int32_t number) {
             if (IsState(argument))
                 AddState(number);
-            else if (IsThing(argument) && number > 0)
-                AddThing(number - 1);
+            else if (const auto thing = ThingOf(number); thing && IsThing(argument))
+                AddThing(*thing);
         });
     }
 

@@ -44,7 +44,8 @@ std::string BeyondLimits(const ValueMeaning& meaning) {
         Shown(meaning.kind, meaning.limits.lowest) + " to " + Shown(meaning.kind, meaning.limits.highest);
     switch (meaning.kind) {
     case Kind::Thing:
-        return "Things go from 1 to " + std::to_string(meaning.limits.highest) + ", and 0 is none.";
+        return "Things go from " + std::to_string(meaning.limits.lowest < 0 ? meaning.limits.lowest : 1) + " to " +
+               std::to_string(meaning.limits.highest) + ", and 0 is none.";
     case Kind::State:
         return "Frames go from " + between + ".";
     case Kind::Sound:
@@ -125,8 +126,7 @@ ValueMeaning ReferenceTo(const PatchSet& set, Kind kind) {
         return {kind, NumbersOf(set.states)};
     if (kind == Kind::Sound)
         return {kind, NumbersOf(set.sounds)};
-    const std::int32_t highest = set.things.Highest();
-    return {kind, {0, highest == INT32_MAX ? highest : highest + 1}};
+    return {kind, LimitsOf(set, RecordKind::Thing, RowOf(&ThingRecord::droppedItem))};
 }
 
 } // namespace
@@ -149,8 +149,10 @@ ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell) {
         const bool fast = cell.field == RowOf(&ThingRecord::fastSpeed);
         return {!fixed ? Kind::Number : fast ? Kind::FastSpeed : Kind::Fixed16, facts.limits};
     }
+    case FieldUnit::Truth:
+        return {Kind::Truth, facts.limits};
     default:
-        return {Kind::Number, facts.limits};
+        return {Kind::Number, LimitsOf(set, cell.kind, cell.field)};
     }
 }
 
@@ -198,10 +200,12 @@ std::string ValueName(const PatchSet& set, const EngineConfiguration& engine, co
                       std::int32_t value) {
     constexpr std::string_view degreeSign = "\xb0";
     switch (meaning.kind) {
-    case Kind::Thing:
-        return value == 0                               ? "none"
-               : value > 0 && set.things.Has(value - 1) ? RecordName(set, RecordKind::Thing, value - 1)
-                                                        : "thing " + std::to_string(value);
+    case Kind::Thing: {
+        const auto thing = ThingOf(value);
+        return value == 0                        ? "none"
+               : thing && set.things.Has(*thing) ? RecordName(set, RecordKind::Thing, *thing)
+                                                 : "thing " + std::to_string(value);
+    }
     case Kind::Sound:
         return value == 0 ? "none" : set.SoundName(value).empty() ? std::to_string(value) : set.SoundName(value);
     case Kind::Angle:

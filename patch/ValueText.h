@@ -27,12 +27,16 @@ struct ValueMeaning {
     Kind kind = Kind::Number;
     Limits limits{};              // of the number as it is stored
     BitSet bits = BitSet::Things; // for `Bits`
-    bool operator==(const ValueMeaning&) const = default;
 };
 
 /// The meaning of a cell that is a row of its kind's table; of a speed it depends on the thing's bits.
 ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell);
 ValueMeaning MeaningOf(const PatchSet& set, const EngineConfiguration::Argument& argument);
+
+/// The thing that a number of a patch stands for; absent for 0, which is none.
+constexpr std::optional<std::int32_t> ThingOf(std::int32_t number) {
+    return number == 0 || number == INT32_MIN ? std::nullopt : std::optional(number - 1);
+}
 
 bool RefersToRecord(const ValueMeaning& meaning);
 

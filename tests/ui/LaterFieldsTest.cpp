@@ -264,6 +264,27 @@ TEST_F(LaterFieldsTest, EnginesShowOnlyTheFieldsThatTheyHave) {
     }
 }
 
+TEST_F(LaterFieldsTest, WhatComesAfterIsInFormsOfTheSameMake) {
+    LoadEngine("id24");
+    window = &Open<frmEditThings>();
+    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    EXPECT_EQ(static_cast<QGroupBox*>(Box("txtPickupSound").parentWidget())->title(), "Pickup");
+    EXPECT_EQ(static_cast<QGroupBox*>(Box("txtRespawnDice").parentWidget())->title(), "ID24");
+    EXPECT_EQ(Box("txtSelfDamageFactor").text(), "1");
+    Type(Box("txtRespawnDice"), "256");
+    EXPECT_EQ(Thing(imp, &ThingRecord::respawnDice), CellValue(25));
+    Type(Box("txtFlagFilter"), "respawn");
+    EXPECT_EQ(Find<QTreeView>(*window, "trvFlags").model()->rowCount(), 1) << "NORESPAWN";
+    window = &Open<frmEditWeapons>();
+    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
+    auto& owned = Find<QComboBox>(*window, "cmbInitialOwned");
+    EXPECT_EQ(owned.count(), 2) << "it is never unset";
+    owned.setFocus();
+    QTest::keyClick(&owned, Qt::Key_Down);
+    EXPECT_EQ(Current().weapons[shotgun].initialOwned, 1);
+    UndoAll();
+}
+
 TEST_F(LaterFieldsTest, ReferencesAreDescribedBroughtUpPlayedAndPicked) {
     window = &Open<frmEditThings>();
     static_cast<frmEditThings*>(window)->ShowThing(imp);

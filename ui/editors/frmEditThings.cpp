@@ -79,6 +79,24 @@ constexpr ExtraField extraFields[]{
      QT_TRANSLATE_NOOP("frmEditThings", "The thing that it leaves behind when it dies; 0 for none")},
     {nullptr, "RipSound", RowOf(&ThingRecord::ripSound),
      QT_TRANSLATE_NOOP("frmEditThings", "Sound of a projectile with the bit RIP that passes through something")},
+    {QT_TRANSLATE_NOOP("frmEditThings", "Pickup"), "PickupAmmoType", RowOf(&ThingRecord::pickupAmmoType),
+     QT_TRANSLATE_NOOP("frmEditThings", "Kind of ammunition that it gives; -1 for none")},
+    {nullptr, "PickupAmmoCategory", RowOf(&ThingRecord::pickupAmmoCategory),
+     QT_TRANSLATE_NOOP("frmEditThings", "How much of it: the number of a category; -1 for none")},
+    {nullptr, "PickupWeaponType", RowOf(&ThingRecord::pickupWeaponType),
+     QT_TRANSLATE_NOOP("frmEditThings", "Weapon that it gives; -1 for none")},
+    {nullptr, "PickupItemType", RowOf(&ThingRecord::pickupItemType),
+     QT_TRANSLATE_NOOP("frmEditThings", "What else it gives: the number of an item; -1 for nothing")},
+    {nullptr, "PickupBonusCount", RowOf(&ThingRecord::pickupBonusCount),
+     QT_TRANSLATE_NOOP("frmEditThings", "How bright the screen flashes, in tics")},
+    {nullptr, "PickupSound", RowOf(&ThingRecord::pickupSound),
+     QT_TRANSLATE_NOOP("frmEditThings", "Sound of picking it up")},
+    {"", "MinRespawnTics", RowOf(&ThingRecord::minRespawnTics),
+     QT_TRANSLATE_NOOP("frmEditThings", "Tics, 35 a second, before it may come back on nightmare")},
+    {nullptr, "RespawnDice", RowOf(&ThingRecord::respawnDice),
+     QT_TRANSLATE_NOOP("frmEditThings", "The higher, the more often it then comes back")},
+    {nullptr, "SelfDamageFactor", RowOf(&ThingRecord::selfDamageFactor),
+     QT_TRANSLATE_NOOP("frmEditThings", "Factor on the damage that its own explosions do to it")},
 };
 
 NumberForm FormOf(FieldUnit unit) {
@@ -140,7 +158,8 @@ QTreeView* NewPlainList(const char* name, const QString& accessibleName) {
 frmEditThings::frmEditThings(const EditorContext& context)
     : EditorWindow("frmEditThings", tr("Thing editor"), context), names_(context, RecordKind::Thing), listed_(names_),
       flags_(context, {{boxes_.Field(RowOf(&ThingRecord::bits)), context},
-                       {boxes_.Field(RowOf(&ThingRecord::bits21)), context}}) {}
+                       {boxes_.Field(RowOf(&ThingRecord::bits21)), context},
+                       {boxes_.Field(RowOf(&ThingRecord::bits24)), context}}) {}
 
 void frmEditThings::ShowThing(int thing) {
     BringUpToDate();

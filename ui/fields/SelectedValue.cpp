@@ -57,6 +57,7 @@ std::string SelectedValue::StepName(const std::vector<std::int32_t>& records) co
     if (argument_)
         return argument_->name + " of " + edits.RecordsName(field_.kind, records, field_.many);
     std::vector<Cell> cells;
+    cells.reserve(records.size());
     for (const std::int32_t record : records)
         cells.push_back(CellOf(record));
     return edits.NameOf(cells, field_.many);

@@ -88,8 +88,8 @@ void ValueRow::AddReference(const QString& stem, QGridLayout& form, int row) {
             context_.links.ShowSoundInEditor(*number);
         else if (kind_ == Kind::State)
             context_.links.SelectSingleState(*number, -1, -1);
-        else if (*number > 0)
-            context_.links.ShowThingInEditor(*number - 1);
+        else if (const auto thing = ThingOf(*number))
+            context_.links.ShowThingInEditor(*thing);
     });
 }
 
@@ -119,7 +119,7 @@ void ValueRow::Update() {
         box_->Update();
     if (truth_ != nullptr)
         truth_->Update();
-    if (bits_ != nullptr) {
+    if (bits_ != nullptr && box_ != nullptr) {
         bits_->setEnabled(box_->isEnabled());
         bits_->Update();
     }
@@ -127,11 +127,11 @@ void ValueRow::Update() {
 }
 
 QString ValueRow::Described() const {
-    const auto number = box_->Number();
+    const auto number = box_ != nullptr ? box_->Number() : std::nullopt;
     if (!number)
         return {};
     const PatchSet& set = context_.program.patch.current;
-    const bool exists = kind_ == Kind::Thing   ? *number == 0 || (*number > 0 && set.things.Has(*number - 1))
+    const bool exists = kind_ == Kind::Thing   ? *number == 0 || set.things.Has(ThingOf(*number).value_or(noRecord))
                         : kind_ == Kind::State ? set.states.Has(*number)
                                                : set.sounds.Has(*number);
     if (!exists)
@@ -146,7 +146,7 @@ QString ValueRow::Described() const {
 }
 
 void ValueRow::Show() {
-    if (description_ == nullptr)
+    if (description_ == nullptr || box_ == nullptr)
         return;
     const QString text = Described();
     const auto number = box_->Number();
@@ -166,7 +166,7 @@ void ValueRow::Browse() {
     } else if (kind_ == Kind::Sound) {
         chosen = context_.links.PickRecord(RecordKind::Sound, start);
     } else {
-        chosen = context_.links.PickRecord(RecordKind::Thing, start > 0 ? start - 1 : 0);
+        chosen = context_.links.PickRecord(RecordKind::Thing, ThingOf(start).value_or(0));
         if (chosen)
             ++*chosen; // patches count them from 1
     }
