@@ -23,10 +23,12 @@ void Edit(PatchSet& set, std::string_view choice) {
     constexpr RecordKind kinds[]{RecordKind::Thing,  RecordKind::State, RecordKind::Sound,
                                  RecordKind::Weapon, RecordKind::Ammo,  RecordKind::Misc};
     const RecordKind kind = kinds[byte(0) % std::size(kinds)];
-    const auto index = static_cast<std::int32_t>(byte(1) % RecordCount(set, kind));
-    const std::vector<Cell> cells = CellsOf(kind, index);
+    const std::vector<std::int32_t> numbers = RecordNumbers(set, kind);
+    const std::vector<Cell> cells = CellsOf(kind, numbers[byte(1) % numbers.size()]);
     const Cell cell = cells[byte(2) % cells.size()];
-    if (cell.field >= 0 && FactsOf(kind, cell.field).inPatch)
+    if (TextFieldAt(cell.field) != nullptr)
+        WriteCell(set, cell, "N" + std::to_string(byte(3)));
+    else if (cell.field >= 0 && FactsOf(kind, cell.field).inPatch)
         WriteCell(set, cell, static_cast<std::int32_t>(byte(3)));
     DeriveMisc(set.misc);
 }
@@ -37,8 +39,10 @@ void Edit(PatchSet& set, std::string_view choice) {
 /// reads back edited, or the save is refused.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    for (const bool extended : {false, true}) {
-        EngineConfiguration engine = test::SmallEngine(extended);
+    EngineConfiguration unlimited = test::SmallMbf21Engine();
+    unlimited.dialect.unlimited = true;
+    for (EngineConfiguration engine : {test::SmallEngine(false), test::SmallEngine(true), test::SmallMbf21Engine(),
+                                       unlimited, test::SmallId24Engine()}) {
         engine.dialect = engine.dialect.AsEngines();
         const PatchSet defaults = test::SmallDefaults(engine);
         PatchDocument document, merged;

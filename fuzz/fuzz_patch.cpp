@@ -112,5 +112,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (result.status)
             CheckRoundTrips(patch, engine);
     }
+    EngineConfiguration unlimited = test::SmallMbf21Engine();
+    unlimited.dialect.unlimited = true;
+    for (const EngineConfiguration& engine : {test::SmallMbf21Engine(), unlimited, test::SmallId24Engine()}) {
+        PatchData patch = test::SmallPatch(engine);
+        const auto result = modPatchFiles::ParsePatch(bytes, engine, patch.defaults, patch.current);
+        const auto check = modPatchCheck::CheckPatch(bytes, engine, patch.defaults, {},
+                                                     [](std::string_view, int frame) { return frame == 0; });
+        Check(static_cast<bool>(check.status) == static_cast<bool>(result.status));
+        for (const modPatchCheck::Finding& finding : check.findings)
+            Check(finding.line > 0 && finding.line <= size + 1 && !finding.text.empty());
+    }
     return 0;
 }

@@ -11,8 +11,8 @@ using namespace plinket3;
 /// A table that was read holds the same when it is written and read again, and its text is the same from then on.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    for (const bool extended : {false, true}) {
-        const EngineConfiguration engine = test::SmallEngine(extended);
+    for (const EngineConfiguration& engine :
+         {test::SmallEngine(false), test::SmallEngine(true), test::SmallMbf21Engine(), test::SmallId24Engine()}) {
         PatchSet set, again;
         if (!modTables::ParseTable(bytes, engine, set))
             continue;

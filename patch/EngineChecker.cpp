@@ -142,7 +142,10 @@ std::string EngineChecker::OtherEngineFor(std::string_view line) const {
     if (word.empty() || word.find_first_not_of("0123456789", word.starts_with('-') ? 1 : 0) != std::string_view::npos ||
         LeadingReal(word) > INT32_MAX)
         return {};
-    const std::int32_t number = LeadingInt32(word) - (section_ == Kind::Thing ? 1 : 0);
+    const std::int64_t told = std::int64_t{LeadingInt32(word)} - (section_ == Kind::Thing ? 1 : 0);
+    if (told < INT32_MIN)
+        return {};
+    const auto number = static_cast<std::int32_t>(told);
     const auto beyond = [number](const auto& records) { return records.IsBeyond(number); };
     const bool isBeyond = names ? section_ == Kind::Sprites ? beyond(defaults_.sprites) : beyond(defaults_.sounds)
                           : section_ == Kind::Thing           ? beyond(defaults_.things)
@@ -298,6 +301,14 @@ void EngineChecker::FlagNames(std::size_t offset, BitSet set, std::string_view t
 }
 
 // Texts
+
+void EngineChecker::Renamed(std::size_t offset, RecordKind kind, std::string_view, std::string_view to) {
+    const std::size_t longest = kind == RecordKind::Sprite ? SpriteRecord{}.name.size() : SoundRecord{}.name.size();
+    const std::string_view line = LineFrom(offset);
+    const std::string_view rest = SkipBlanks(line.substr(std::min(line.find('='), line.size() - 1) + 1));
+    if ((section_ == Kind::Sprites || section_ == Kind::Sounds) && to.size() < longest && rest.size() > to.size())
+        Add(offset, "has blanks behind its name, which dsda-doom and woof 10 take for a part of it");
+}
 
 void EngineChecker::OtherString(std::size_t offset, std::string_view key, std::string_view) {
     constexpr std::string_view patchString = "USER_"; // which patches make by giving them a text

@@ -30,6 +30,7 @@ public:
     void Section(std::size_t offset, std::string_view word) override;
     void Selected(std::size_t offset, RecordKind kind, std::int32_t index) override;
     void Stored(std::size_t offset, const Cell& cell, std::string_view value) override;
+    void Renamed(std::size_t offset, RecordKind kind, std::string_view from, std::string_view to) override;
     void OtherString(std::size_t offset, std::string_view key, std::string_view text) override;
     void Number(std::size_t offset, FieldUnit unit, FieldWidth width, std::string_view text) override;
     void FlagNames(std::size_t offset, BitSet set, std::string_view text) override;

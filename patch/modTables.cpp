@@ -331,7 +331,7 @@ bool ReadTexts(TableReader& file, PatchSet& set, FieldLevel level) {
         for (std::size_t field = 0; field < textFields.size(); ++field)
             if (textFields[field].kind == static_cast<RecordKind>(kind) && textFields[field].label == label &&
                 textFields[field].since <= level && !text.empty() && HasRecord(set, textFields[field].kind, number))
-                set.texts[{textFields[field].kind, number, static_cast<int>(field)}] = std::move(text);
+                set.texts[{textFields[field].kind, number, static_cast<int>(field)}] = text;
     }
     return true;
 }

@@ -19,10 +19,10 @@ void EditOne(PatchData& patch, const EngineConfiguration& engine, std::mt19937& 
         return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
     };
     const auto number = static_cast<std::int32_t>(below(200)) + 1;
-    const std::size_t thing = below(set.things.size());
+    const std::size_t thing = below(set.things.DenseSize());
     // Behind the weapons' states, whose actions are not for things.
-    const std::size_t firstState = 100, state = firstState + below(set.states.size() - firstState);
-    switch (below(8)) {
+    const std::size_t firstState = 100, state = firstState + below(set.states.DenseSize() - firstState);
+    switch (below(engine.dialect.unlimited ? 10 : 8)) {
     case 0:
         set.things[thing].hitPoints = number;
         break;
@@ -36,7 +36,7 @@ void EditOne(PatchData& patch, const EngineConfiguration& engine, std::mt19937& 
         set.states[state] = patch.defaults.states[state];
         break;
     case 4:
-        set.ammo[below(set.ammo.size())].maxAmmo = number;
+        set.ammo[below(set.ammo.DenseSize())].maxAmmo = number;
         break;
     case 5:
         set.misc.initialHealth = number;
@@ -44,6 +44,14 @@ void EditOne(PatchData& patch, const EngineConfiguration& engine, std::mt19937& 
     case 6:
         set.notes[{RecordKind::Thing, static_cast<std::int32_t>(thing)}] =
             "Thing 5 (a note)\nMass = " + std::to_string(number);
+        break;
+    case 8:
+        WriteCell(set, {RecordKind::State, set.states.FirstFree(), existsField}, 1);
+        break;
+    case 9:
+        for (const auto& [made, state] : set.states)
+            if (!patch.defaults.states.Has(made))
+                state.duration = number;
         break;
     default:
         if (!engine.dialect.IsExtended())

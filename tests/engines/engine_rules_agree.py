@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
 """Makes random patches full of the oddities of real ones, reads them by engine rules, and compares value by value with
-what dsda-doom and woof log when they read the same file. Then edits nothing and expects the same bytes back, and edits
-something and expects no complaint of an engine that it did not have before; this with two real patches, too.
+what dsda-doom and woof log when they read the same file. Then edits nothing and expects the same bytes back, writes a
+new patch of what it says and expects the same values, and edits something and expects no complaint of an engine that it did not have before; this with two real patches, too.
 
 usage: engine_rules_agree.py CLI EDITOR DATA COUNT [SEED]
 
 EDITOR is the program edit_patch, DATA the folder with config/ and tables/.
 
-Every second patch is one for MBF21. The engines log things, frames, code pointers, strings and par times; values of
-sounds, weapons, ammunition and of the miscellaneous section they do not, so those are left out. Exit status: 0 when all
+Of three patches one is for MBF21 and one has things, frames, sounds and sprites of any number. The engines log things,
+frames, code pointers, strings, par times and other names of sprites and sounds; values of sounds, weapons, ammunition
+and of the miscellaneous section they do not, so those are left out. woof 10.5.1 gets no new sprites, which end it. Exit status: 0 when all
 agree, 1 when not, 77 when no engine is installed.
 """
 import collections
@@ -29,6 +30,11 @@ STATE_LOG = {"sprite": "Sprite number", "frame": "Sprite subnumber", "tics": "Du
              "misc1": "Unknown 1", "misc2": "Unknown 2", **{f"args[{n}]": f"Args{n + 1}" for n in range(8)}}
 THING_KEYS = ["ID #", "Hit points", "Reaction time", "Pain chance", "Speed", "Width", "Height", "Mass",
               "Missile damage"]
+# What a record has that comes into being in a patch; all else is unset or 0.
+NEW_VALUES = {("state", "Duration"): -1, ("thing", "fast speed"): -1, ("thing", "melee range"): 64 * 65536,
+              ("state", "Mnemonic"): "NULL"}
+# Of sprites and sounds, from the first dump with them all, which is the engine's own data.
+STANDARD_NAMES = {}
 LATER_THING_KEYS = ["Dropped item", "Infighting group", "Projectile group", "Splash group", "MBF21 Bits", "Rip sound",
                     "Fast speed", "Melee range"]
 SAFE_STATE_KEYS = ["Duration", "Unknown 1", "Unknown 2", "Sprite subnumber"]
@@ -136,13 +142,15 @@ class Maker:
             self.lines.append(f"{word} {'  ' if self.odd() else ''}{level} {self.random.randint(1, 500)}{tail}")
         self.lines.append("")
 
+    def makers(self):
+        return [self.thing, self.frame, self.pointer, self.code_pointers, self.strings, self.pars]
+
     def patch(self):
         if not self.odd(0.3):
             self.lines += [self.pick("Patch File for DeHackEd v3.0", "patch file for dehacked v2.3", "# first"),
                            f"Doom version = {self.pick(19, 21, 16, 2021)}", "Patch format = 6", ""]
-        makers = [self.thing, self.frame, self.pointer, self.code_pointers, self.strings, self.pars]
         for _ in range(self.random.randint(2, 8)):
-            self.random.choice(makers)()
+            self.random.choice(self.makers())()
         text = "\n".join(self.lines) + self.pick("", "\n")
         return text.replace("\n", self.pick("\n", "\r\n")).encode("latin-1")
 
@@ -187,6 +195,41 @@ class Mbf21Maker(Maker):
         self.section(f"Frame {free}", pairs + [("Duration", "5")])
         # At once, for the next frame may be the same one.
         self.lines += ["[CODEPTR]", f"Frame {free} = {self.cased(action)}", ""]
+
+
+class DsdhackedMaker(Mbf21Maker):
+    """The same with numbers beyond the tables. They stay small: engines take memory up to the highest."""
+    engine = "dsdhacked"
+
+    def section(self, header, pairs):
+        word = header.split()[0]
+        if word in ("Thing", "Frame") and self.odd(0.5):
+            header = f"{word} {self.pick(251, 260, 300) if word == 'Thing' else self.pick(4000, 4001, 4077, 5000)}"
+            if word == "Frame":
+                pairs = [(key, value) for key, value in pairs if not key.startswith("Args")]
+                if self.odd(0.5):
+                    pairs.append(("Next frame", self.pick("4000", "5000", "17")))
+        super().section(header, pairs)
+
+    def names(self, section, engine_names, numbers, longest):
+        self.lines.append(self.cased(section))
+        for _ in range(self.random.randint(1, 4)):
+            name = "".join(self.random.choices("ABCDEFGH", k=longest))
+            key = self.pick(self.cased(self.pick(*engine_names)), str(self.pick(*numbers)), f"{self.pick(*numbers)}")
+            self.lines.append(f"{key} = {name}{self.pick('', ' ', ' # comment')}")
+        self.lines.append("")
+
+    def sprites(self):
+        self.names("[SPRITES]", ["TROO", "SHTG", "POSS"], [245, 246, 300, 7, 500], 4)
+
+    def sounds(self):
+        self.names("[SOUNDS]", ["pistol", "bfg", "itemup"], [700, 701, 5, 900, 120], self.random.randint(1, 6))
+
+    def made_sound(self):
+        self.section(f"Sound {self.pick(700, 701, 900)}", [("Value", self.small(200))])
+
+    def makers(self):
+        return super().makers() + [self.sprites, self.sounds, self.made_sound]
 
 
 def read_by(engine, program, patch, folder):
@@ -247,6 +290,9 @@ def values_in(engine, log):
             values.pop(("state", int(match[1]), "Mnemonic"), None)  # it does not say which
         elif match := re.match(r"Assigned key (\S+) => '(.*)'$", line):
             values["string", match[1].upper(), "text"] = match[2].replace("\\n", "\n").replace("\\N", "\n")
+        elif match := re.match(r"Substituting '([^' ]+)[^']*' for (sprite|sound) '(\S+)'", line):
+            names, key = STANDARD_NAMES[match[2]], match[3].upper()
+            values[match[2], names.index(key) if key in names else int(key), "name"] = match[1].upper()
         elif match := re.match(r"Changed par time for (\S+) from \d+ to (-?\d+)", line):
             values["par", match[1], "seconds"] = int(match[2])
     return values
@@ -261,6 +307,9 @@ def values_of(dump):
         values["state", state["index"], "Mnemonic"] = (state["Mnemonic"] or "").upper()
     for string in dump["strings"]:
         values["string", (string["key"] or "").upper(), "text"] = string["text"]
+    for kind in ("sprite", "sound"):
+        STANDARD_NAMES.setdefault(kind, [entry["name"].upper() for entry in dump[kind + "s"]])
+        values.update({(kind, entry["index"], "name"): entry["name"].upper() for entry in dump[kind + "s"]})
     for par in dump["pars"]:
         level = f"E{par['episode']}M{par['map']}" if par["episode"] else f"MAP{par['map']:02d}"
         values["par", level, "seconds"] = par["seconds"]
@@ -284,7 +333,8 @@ def disagreements(engine, logged, ours, standard):
         if key in ours and ours[key] != value:
             yield f"{key}: {engine} has {value!r}, we have {ours[key]!r}"
     for key, value in ours.items():
-        if compared(key) and key not in logged and value != standard.get(key) and key[:2] != ("string", "USER_OWN"):
+        own = standard.get(key, NEW_VALUES.get((key[0], key[2])))
+        if compared(key) and key not in logged and (value or 0) != (own or 0) and key[:2] != ("string", "USER_OWN"):
             yield f"{key}: {engine} left it alone, we have {value!r}"
 
 
@@ -300,7 +350,7 @@ def main():
     ours_of = lambda *arguments: subprocess.run([cli, *arguments], capture_output=True, check=True).stdout
     Mbf21Maker.read_facts(os.path.join(os.path.dirname(__file__), "../../data/engines/mbf21"))
     standard = {maker: values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", maker.engine)))
-                for maker in (Maker, Mbf21Maker)}
+                for maker in (DsdhackedMaker, Maker, Mbf21Maker)}
     faults = compared_values = 0
     with tempfile.TemporaryDirectory() as folder:
         for name, content in (("demo.lmp", DEMO), ("extra.cfg", b"startup_delay 0\n")):
@@ -315,14 +365,14 @@ def main():
                 print(f"{name}:", *told, sep="\n  ")
 
         for seed in range(first, first + count):
-            maker = (Maker, Mbf21Maker)[seed % 2]
+            maker = (Maker, Mbf21Maker, DsdhackedMaker)[seed % 3]
             bytes_ = maker(random.Random(seed)).patch()
             with open(patch, "wb") as file:
                 file.write(bytes_)
             ours = values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", maker.engine, patch)))
             told = []
             for engine in programs.keys() - {"chocolate-doom"}: # it logs no values
-                if engine == "woof" and re.search(rb"= *\r?(\n|$)", bytes_):
+                if engine == "woof" and re.search(rb"= *\r?(\n|$)|(?i:\[SPRITES\])", bytes_):
                     continue  # takes a line with an empty value for none, dsda-doom for 0
                 logged = values_in(engine, read_by(engine, programs[engine], patch, folder)[0])
                 compared_values += sum(key in ours for key in logged)
@@ -331,6 +381,10 @@ def main():
             with open(again, "rb") as file:
                 if file.read() != bytes_:
                     told.append("saving it unchanged gave other bytes")
+            ours_of("--rules", "engine", "convert", "--fresh", "-e", maker.engine, patch, again)
+            fresh = values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", maker.engine, again)))
+            told += [f"{key}: {value!r} in a new patch is {fresh.get(key)!r}" for key, value in ours.items()
+                     if fresh.get(key) != value and key[:2] != ("string", "USER_OWN")]
             for configuration in ("boom21", "doom19") if maker is Maker else (maker.engine,):
                 told += new_complaints(programs, editor, data, configuration, patch, folder, seed)
             if told and not faults:

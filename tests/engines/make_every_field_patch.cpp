@@ -33,11 +33,13 @@ int main(int argc, char** argv) try {
         constexpr std::size_t firstFreeState = 1100;
         test::UseEveryAction(patch.current, engine, firstFreeState);
         test::GiveEveryArgument(patch.current, engine);
-        for (std::size_t i = 0; i < patch.current.states.size(); ++i) // the one bit there is
-            patch.current.states[i].bits21 = patch.defaults.states[i].bits21 ^ 1;
-        for (std::size_t i = 0; i < patch.current.weapons.size(); ++i)
-            patch.current.weapons[i].bits21 = patch.defaults.weapons[i].bits21 ^ 2;
+        for (const auto& [number, state] : patch.current.states) // the one bit there is
+            state.bits21 = patch.defaults.states[number].bits21 ^ 1;
+        for (const auto& [number, weapon] : patch.current.weapons)
+            weapon.bits21 = patch.defaults.weapons[number].bits21 ^ 2;
     }
+    if (engine.dialect.unlimited)
+        test::MakeRecords(patch.current, engine);
     // By engine rules texts of several lines go on in further ones, of some lengths of which dsda-doom 0.25.6 writes
     // behind its memory.
     test::ChangeEveryText(patch.current, engine, [&engine](const std::string& text) {

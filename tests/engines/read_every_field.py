@@ -20,13 +20,14 @@ SKIPPED = 77
 DEMO = bytes([109, 2, 1, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0x80])
 
 NORMAL, EXTENDED = ["doom19", "ultimate"], ["boom19", "mbf19", "dehextra19", "mbf21"]
+UNLIMITED = ["dsdhacked"]  # woof 10.5.1 crashes at every patch that names a new sprite
 # The tables of the bits that things have by name.
 FACTS = {"boom19": ["boom/flags"], "mbf19": ["mbf/flags"], "dehextra19": ["dehextra/flags"],
-         "mbf21": ["dehextra/flags", "mbf21/thing_bits"]}
+         "mbf21": ["dehextra/flags", "mbf21/thing_bits"], "dsdhacked": ["dehextra/flags", "mbf21/thing_bits"]}
 ENGINES = {
     "chocolate-doom": (NORMAL, ["-nodeh", "-nogui", "-extraconfig", "extra.cfg"]),
     "woof": (NORMAL + EXTENDED, ["-nodehlump", "-nogui", "-dehout", "deh.log"]),
-    "dsda-doom": (NORMAL + EXTENDED, ["-nodeh", "-no_message_box", "-dehout", "deh.log"]),
+    "dsda-doom": (NORMAL + EXTENDED + UNLIMITED, ["-nodeh", "-no_message_box", "-dehout", "deh.log"]),
 }
 FRAME_LOG = {"Sprite number": "sprite", "Sprite subnumber": "frame", "Duration": "tics", "Next frame": "nextstate",
              "Unknown 1": "misc1", "Unknown 2": "misc2", **{f"Args{n + 1}": f"args[{n}]" for n in range(8)}}
@@ -93,6 +94,8 @@ def expected_lines(engine, patch, flags):
             yield from (f"Processing Misc item '{key}'" for key, _ in fields)
         elif words[0] in ("Sound", "Weapon", "Ammo"):
             yield f"Line='{header}'"
+        elif header in ("[SPRITES]", "[SOUNDS]"):
+            yield from (f"Substituting '{value}' for {header[1:-2].lower()} '{key}'" for key, value in fields)
         elif header == "[PARS]":
             for line, _ in fields:
                 level, (*where, seconds) = "", map(int, line.split()[1:])

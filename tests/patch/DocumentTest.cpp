@@ -429,6 +429,16 @@ TEST(PatchDocumentTest, AnyEditsReadBackAndLeaveTheOtherLinesAlone) {
         const Status status = MergeIntoDocument(document, set, defaults, engine, merged);
         BytePieces bytes;
         ASSERT_EQ(static_cast<bool>(MergedBytes(document, set, defaults, engine, bytes)), static_cast<bool>(status));
+        if (engine.dialect.engineRulesOnly) {
+            PatchData fresh;
+            PatchSet read;
+            fresh.defaults = defaults;
+            fresh.current = set;
+            fresh.current.notes.clear(); // which need not stand above a header
+            ASSERT_TRUE(
+                modPatchFiles::ParsePatch(modPatchFiles::FormatPatch(fresh, engine), engine, defaults, read).status);
+            ASSERT_EQ(modPatchDiff::Differences(fresh.current, read, engine), std::vector<std::string>()) << seed;
+        }
         if (!status) { // a line that resumes its section stands between others that are read there
             ++refused;
             continue;

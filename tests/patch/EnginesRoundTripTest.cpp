@@ -1,4 +1,5 @@
 #include "core/Text.h"
+#include "patch/Cells.h"
 #include "patch/EngineNames.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modPatchFiles.h"
@@ -82,6 +83,13 @@ TEST_P(BuiltEngines, ReadBackNamesTextsAndCodePointers) {
     // A carriage return is no character of its own in a patch, so that a text with one is never found again.
     ChangeEveryText(patch_.current, engine_, [](const std::string& text) { return text.find('\r') == text.npos; });
     patch_.current.pars = {{0, 1, 30}, {1, 9, 200}, {0, 32, 0}};
+    if (engine_.dialect.unlimited)
+        MakeRecords(patch_.current, engine_);
+    for (std::size_t text = 0; text < textFields.size(); ++text)
+        if (textFields[text].since <= engine_.dialect.fields)
+            for (const std::int32_t number : RecordNumbers(patch_.current, textFields[text].kind))
+                WriteCell(patch_.current, {textFields[text].kind, number, TextCell(text)},
+                          "T" + std::to_string(static_cast<std::uint32_t>(number) % 10000000));
     ExpectRoundTrip();
 }
 

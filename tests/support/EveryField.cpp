@@ -1,6 +1,7 @@
 #include "tests/support/EveryField.h"
 
 #include "core/Files.h"
+#include "patch/Cells.h"
 #include "patch/LabelIndex.h"
 #include "patch/PointerTargets.h"
 #include "patch/modTables.h"
@@ -111,6 +112,30 @@ void GiveEveryArgument(PatchSet& set, const EngineConfiguration& engine) {
         for (const EngineConfiguration::Argument& argument : action->arguments)
             SetValue(state, *FindField<StateRecord>(argument.field), argument.kind == Kind::Flag ? 1 : 2);
     }
+}
+
+void MakeRecords(PatchSet& set, const EngineConfiguration& engine) {
+    constexpr std::int32_t last = 5000;
+    const auto write = [&set](const Cell& cell, const CellValue& value) { WriteCell(set, cell, value); };
+    for (const std::int32_t number : {4000, 4001, last}) {
+        for (const RecordKind kind : {RecordKind::Thing, RecordKind::State, RecordKind::Sound, RecordKind::Sprite})
+            write({kind, number, existsField}, 1);
+        write({RecordKind::Sprite, number, lumpNameField}, std::to_string(number));
+        write({RecordKind::Sound, number, lumpNameField}, "n" + std::to_string(number));
+        StateRecord& state = set.states[number];
+        state.sprite = state.nextState = last;
+        state.duration = 5;
+        state.codePointer = engine.CodePointerOf("PlaySound").value();
+        state.unknown1 = last;
+        ThingRecord& thing = set.things[number];
+        thing.name = "New " + std::to_string(number);
+        thing.initialState = thing.deathState = thing.alertSound = thing.ripSound = last;
+        thing.droppedItem = last + 1;
+        set.sounds[number].value = 64;
+    }
+    write({RecordKind::Sprite, 0, lumpNameField}, "IMPX");
+    write({RecordKind::Sound, 200, lumpNameField}, "none"); // which has no name in the engine
+    write({RecordKind::Sound, 1, lumpNameField}, "bang");
 }
 
 void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine) {

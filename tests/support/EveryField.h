@@ -26,6 +26,10 @@ void UseEveryAction(PatchSet& set, const EngineConfiguration& engine, std::size_
 /// Gives every state just the arguments that its action takes.
 void GiveEveryArgument(PatchSet& set, const EngineConfiguration& engine);
 
+/// Makes a few things, states, sounds and sprites of high numbers, with other values than new ones, which name each
+/// other; gives names to them and others to some that the engine has.
+void MakeRecords(PatchSet& set, const EngineConfiguration& engine);
+
 /// Gives every state that can get another code pointer that of another state, weapons' states those of weapons' states.
 void ChangeEveryCodePointer(PatchSet& set, const EngineConfiguration& engine);
 
