@@ -253,6 +253,18 @@ void FileCommands::AddRecent(const std::filesystem::path& file) {
     emit RecentFilesChanged();
 }
 
+void FileCommands::ChangeEngine(EngineConfiguration engine, PatchData patch) {
+    Session session = static_cast<const Session&>(program_);
+    session.engine = std::move(engine);
+    session.patch = std::move(patch);
+    const std::optional<FileStamp> stamp = stamp_; // of the file as it was read
+    Adopt(std::move(session));
+    stamp_ = stamp;
+    edits_.MarkChangedForGood();
+    KeepRecovery();
+    emit StatusText(tr("The patch is one for %1 now").arg(ShownText(program_.engine.name)));
+}
+
 void FileCommands::LoadTable() {
     if (!MayLoseChanges())
         return;

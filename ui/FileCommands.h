@@ -44,6 +44,8 @@ public:
     void GoOnByEngineRules();
     void LoadTable();
     void SaveTable();
+    /// Goes on with the patch as it was taken over to another engine; nothing can be undone then.
+    void ChangeEngine(EngineConfiguration engine, PatchData patch);
     /// Asks about unsaved changes; true when the program may close.
     bool MayClose();
 

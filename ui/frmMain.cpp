@@ -3,6 +3,7 @@
 #include "core/Version.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
+#include "ui/frmChangeEngine.h"
 #include "ui/frmPatchNotes.h"
 #include "ui/frmRecovered.h"
 
@@ -52,6 +53,7 @@ constexpr DialogPage dialogPages[]{
     {"frmFindIWADs", "options.md#iwads"},
     {"frmRecovered", "saving.md#unsaved-work"},
     {"frmPatchNotes", "rules.md#notes"},
+    {"frmChangeEngine", "opening.md#another-engine"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
     {"frmSelectSprite", "states.md#choosing-a-sprite"},
@@ -152,6 +154,7 @@ void frmMain::BuildFileMenu() {
     fileSaveAs_ = Action("FileSaveAs", tr("Save &as..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     fileLoadTable_ = Action("FileLoadTable", tr("&Load table..."));
     fileSaveTable_ = Action("FileSaveTable", tr("Save &table..."));
+    fileEngine_ = Action("FileEngine", tr("&Engine..."));
     filePatchNotes_ = Action("FilePatchNotes", tr("&Patch notes..."));
     fileRecovered_ = Action("FileRecovered", tr("&Recovered work..."));
     fileExit_ = Action("FileExit", tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -163,7 +166,7 @@ void frmMain::BuildFileMenu() {
     menu->addSeparator();
     menu->addActions({fileLoadTable_, fileSaveTable_});
     menu->addSeparator();
-    menu->addActions({filePatchNotes_, fileRecovered_});
+    menu->addActions({fileEngine_, filePatchNotes_, fileRecovered_});
     menu->addSeparator();
     for (std::size_t i = 0; i < recentCount; ++i) {
         recent_[i] = Action("Recent", {});
@@ -183,6 +186,7 @@ void frmMain::BuildFileMenu() {
     connect(filePutIntoWad_, &QAction::triggered, &commands_, &FileCommands::PutIntoWad);
     connect(fileLoadTable_, &QAction::triggered, &commands_, &FileCommands::LoadTable);
     connect(fileSaveTable_, &QAction::triggered, &commands_, &FileCommands::SaveTable);
+    connect(fileEngine_, &QAction::triggered, this, &frmMain::ChangeEngine);
     connect(filePatchNotes_, &QAction::triggered, this, &frmMain::EditPatchNotes);
     connect(fileRecovered_, &QAction::triggered, this, &frmMain::ShowRecovered);
     connect(fileExit_, &QAction::triggered, this, &QWidget::close);
@@ -332,6 +336,11 @@ void frmMain::ShowRecovered() {
         commands_.OpenKept(*work);
 }
 
+void frmMain::ChangeEngine() {
+    if (std::optional<frmChangeEngine::Choice> choice = frmChangeEngine(program_, this).Choose())
+        commands_.ChangeEngine(std::move(choice->engine), std::move(choice->patch));
+}
+
 void frmMain::EditPatchNotes() {
     frmPatchNotes dialog(
         std::get<std::string>(edits_.Value(patchNotes)), [this](const QString& why) { Tell(why); }, this);
@@ -385,6 +394,7 @@ void frmMain::SetEditBar(bool enabled) {
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
+    fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
     filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());
     filePatchNotes_->setToolTip(tr("The comments at the head of a patch that is open by engine rules"));
     // Only extended patches have par times.

@@ -88,6 +88,7 @@ private:
     void RestorePlaces();
     void RestoreEditor(std::size_t editor);
     void ShowRecovered();
+    void ChangeEngine();
     void EditPatchNotes();
     void KeepPlaces();
     std::optional<Session> ChooseSession(const PatchToOpen* patch);
@@ -110,8 +111,8 @@ private:
 
     QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
-            *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr, *editUndo_ = nullptr,
-            *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *fileEngine_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
+            *editUndo_ = nullptr, *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

@@ -301,6 +301,46 @@ TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNamesOrHolds) {
     EXPECT_EQ(Caption(), "Plinket3");
 }
 
+TEST_F(MainWindowTest, APatchIsTakenOverToAnotherEngine) {
+    const std::string patch = "# mine\nDoom version = 21\n\nThing 12 (Imp)\nHit points = 70\nMBF21 Bits = BOSS\n";
+    test::WriteFile(folder / "mine.deh", patch);
+    {
+        const ModalDriver driver("frmNewFile", AcceptSession("MBF21 ports (Doom version 21)"));
+        window->Commands().openFile(folder / "mine.deh");
+    }
+    edits->Store({RecordKind::Thing, 11, RowOf(&ThingRecord::mass)}, 50);
+    const auto choose = [](const char* engine, const QStringList& lost, const char* button) {
+        return [engine, lost, button](QDialog& dialog) {
+            auto& engines = *dialog.findChild<QComboBox*>("cmbEngines");
+            EXPECT_EQ(engines.findText("MBF21 ports (Doom version 21)"), -1);
+            engines.setCurrentText(engine);
+            const auto& list = *dialog.findChild<QListWidget*>("lstLost");
+            QStringList lines;
+            for (int row = 0; row < list.count(); ++row)
+                lines << list.item(row)->text();
+            EXPECT_EQ(lines, lost) << lines.join('\n').toStdString();
+            EXPECT_EQ(list.isVisible(), !lost.empty());
+            QTest::mouseClick(dialog.findChild<QPushButton*>(button), Qt::LeftButton);
+        };
+    };
+    {
+        const ModalDriver driver("frmChangeEngine", choose("MBF 2.03 (Doom version 21)",
+                                                           {"Thing 12 (Imp): MBF21 Bits 0 -> BOSS"}, "cmdCancel"));
+        Action("FileEngine").trigger();
+    }
+    EXPECT_EQ(program.engine.fileName, "mbf21.cfg");
+    EXPECT_TRUE(edits->CanUndo());
+    {
+        const ModalDriver driver("frmChangeEngine", choose("DSDHacked ports (Doom version 2021)", {}, "cmdAccept"));
+        Action("FileEngine").trigger();
+    }
+    EXPECT_EQ(program.engine.fileName, "dsdhacked.cfg");
+    EXPECT_FALSE(edits->CanUndo());
+    Action("FileSave").trigger();
+    EXPECT_EQ(test::ReadFile(folder / "mine.deh"),
+              "# mine\nDoom version = 2021\n\nThing 12 (Imp)\nHit points = 70\nMBF21 Bits = BOSS\nMass = 50\n");
+}
+
 TEST_F(MainWindowTest, APatchWithCommentsIsEditedByEngineRules) {
     const std::string patch = "# by me\n\nThing 12 (Imp)\nHit points = 70\nBlood color = 3\n\nSound 3\nValue = 9\n";
     test::WriteFile(folder / "mine.deh", patch);
