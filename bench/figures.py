@@ -17,6 +17,8 @@ import time
 
 IWAD = "/usr/share/games/doom/freedoom2.wad"
 MEGA = 1024 * 1024
+MODERN_STATES = 7400
+HUGE_NUMBERS = "Doom version = 2021\n\nThing 2000000000 (Far)\nHit points = 5\n\nFrame 2147483646\nDuration = 5\n"
 INFO_RUNS = 50
 START_RUNS = 15
 
@@ -119,18 +121,36 @@ def command_line(table, build, folder):
     table.row("open as a document and save, memory beside the engine's", (document - base) / MEGA,
               large.stat().st_size / MEGA, 3, "MB", "the file's")
     table.row("plinket3-cli info, the whole process", info, 10, 1, "ms", "the limit of")
+    huge = folder / "huge.deh"
+    huge.write_text(HUGE_NUMBERS)
+    table.row("plinket3-cli dump with huge numbers, peak memory", run(cli, "dump", huge)[1] / MEGA, 60, 1, "MB",
+              "the limit of")
     table.row("plinket3-cli convert, peak memory", memory / MEGA, 3 * large.stat().st_size / MEGA + 50, 1, "MB",
               "3 times the file and 50 MB:")
 
 
+def modern_patch():
+    """A DSDHacked patch as large ones are: states behind those of the engine, most with an action and arguments."""
+    states = range(5000, 5000 + MODERN_STATES)
+    lines = ["Patch File for DeHackEd v3.0", "Doom version = 2021", "Patch format = 6", ""]
+    for state in states:
+        lines += [f"Frame {state}", f"Sprite number = {state % 130}", f"Sprite subnumber = {state % 6}",
+                  f"Duration = {state % 9 + 1}", f"Next frame = {state + 1 if state + 1 in states else 0}",
+                  f"Args1 = {state % 137 + 1}", ""]
+    lines += ["[CODEPTR]"] + [f"Frame {state} = SpawnObject" for state in states]
+    return "\n".join(lines) + "\n"
+
+
 def window(table, build, folder):
-    patch = folder / "freedoom2.bex"
+    patch, modern = folder / "freedoom2.bex", folder / "modern.deh"
+    modern.write_text(modern_patch())
     patch.write_bytes(subprocess.run([build / "plinket3-cli", "wad", IWAD, "DEHACKED"], stdout=subprocess.PIPE,
                                      check=True).stdout)
     settings = folder / "settings"
     settings.mkdir()
-    bare, real = [], []
+    bare, real, large = [], [], []
     for _ in range(START_RUNS + 1):
+        large.append(printed(build / "bench" / "plinket3_window_start", build, settings, IWAD, modern))
         bare.append(printed(build / "bench" / "plinket3_bare_window"))
         real.append(printed(build / "bench" / "plinket3_window_start", build, settings, IWAD, patch))
 
@@ -141,6 +161,8 @@ def window(table, build, folder):
               "a bare window's")
     table.row("window: peak memory when ready", median(real, "ready", 1) / 1024, median(bare, "ready", 1) / 1024, 2,
               "MiB", "a bare window's")
+    table.row(f"window: open {MODERN_STATES:,} states, {modern.stat().st_size // 1000} kB", median(large, "open", 0), 150,
+              1, "ms", "the limit of")
     table.row("window: open Freedoom's patch", median(real, "open", 0), 100, 1, "ms", "the limit of")
 
 

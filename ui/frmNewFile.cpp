@@ -173,7 +173,8 @@ void frmNewFile::ProposeRules() {
     const bool losses = recommended && proposal.rules == Rules::Engine && reason[0].isDigit();
     lblRulesReason_->setText(reason.isEmpty() ? reason
                              : losses         ? tr("By the kept rules %1.").arg(reason)
-                                              : reason + QLatin1Char('.'));
+                             : reason.endsWith(QLatin1Char('.')) ? reason
+                                                                 : reason + QLatin1Char('.'));
 }
 
 void frmNewFile::SetNewFile() {
