@@ -8,7 +8,8 @@
 - The pages that the windows open are there.
 - The page of formats names every field that the program knows, in the section of its records, and no other; that of
   modern formats names those that later engines add.
-- The patches without limits that pages show in full are what the program writes, and `check` has nothing to say of them.
+- The patches of version 2021 that pages show in full are what the program writes, and `check` has nothing to say of
+  them.
 """
 
 import json
@@ -25,9 +26,8 @@ PAGE_IN_SOURCE = re.compile(r'"([\w-]+\.md(?:#[\w-]+)?)"')
 FIELD = re.compile(r"`([^`]+)`")
 
 # A patch that a page shows, with one empty line wherever it has several.
-PATCH = re.compile(r"^```\n(Patch File for DeHackEd .*?)^```$", re.MULTILINE | re.DOTALL)
-
-ENGINE_OF_VERSION = {"2021": "dsdhacked", "2024": "id24"}
+PATCH = re.compile(r"^```\n(Patch File for DeHackEd v3.0\n\nDoom version = 2021\n.*?)^```$",
+                   re.MULTILINE | re.DOTALL)
 
 # The records of a dump by the page's headings, and what a dump tells of a record beside its fields.
 SECTIONS = {"things": "Things", "states": "States", "sounds": "Sounds", "weapons": "Weapons", "ammo": "Ammo"}
