@@ -29,7 +29,7 @@ _plinket3_cli() {
             COMPREPLY=($(compgen -W 'auto kept engine' -- "$cur"))
             return
             ;;
-        -e)
+        -e | --to)
             engines=$("$program" "${data[@]}" engines 2>/dev/null | sed 's/\.cfg\t.*//')
             COMPREPLY=($(compgen -W '$engines' -- "$cur"))
             return

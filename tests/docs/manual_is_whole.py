@@ -6,7 +6,10 @@
 - Every relative link of every document leads to a file, and to a heading of it where it names one.
 - The manual's pages link to nothing outside of it, each is reached from its first page, and each picture is shown.
 - The pages that the windows open are there.
-- The page of formats names every field that the program knows, in the section of its records, and no other.
+- The page of formats names every field that the program knows, in the section of its records, and no other; that of
+  modern formats names those that later engines add.
+- The patches of version 2021 that pages show in full are what the program writes, and `check` has nothing to say of
+  them.
 """
 
 import json
@@ -14,12 +17,17 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 CODE_BLOCK = re.compile(r"^( *)```.*?^\1```$", re.MULTILINE | re.DOTALL)
 LINK = re.compile(r"\[[^\]]*\]\(([^)\s]+)\)")
 HEADING = re.compile(r"^(#+) (.+)$", re.MULTILINE)
 PAGE_IN_SOURCE = re.compile(r'"([\w-]+\.md(?:#[\w-]+)?)"')
 FIELD = re.compile(r"`([^`]+)`")
+
+# A patch that a page shows, with one empty line wherever it has several.
+PATCH = re.compile(r"^```\n(Patch File for DeHackEd v3.0\n\nDoom version = 2021\n.*?)^```$",
+                   re.MULTILINE | re.DOTALL)
 
 # The records of a dump by the page's headings, and what a dump tells of a record beside its fields.
 SECTIONS = {"things": "Things", "states": "States", "sounds": "Sounds", "weapons": "Weapons", "ammo": "Ammo"}
@@ -93,8 +101,16 @@ def source_faults(root, manual):
         yield "the windows name no pages"
 
 
+def labels_of(dump, kind):
+    return set().union(*(record for record in dump[kind]))
+
+
+def dump_of(cli, engine):
+    return json.loads(subprocess.run([cli, "dump", "-e", engine], check=True, capture_output=True).stdout)
+
+
 def field_faults(manual, cli):
-    dump = json.loads(subprocess.run([cli, "dump", "-e", "mbf19"], check=True, capture_output=True).stdout)
+    dump = dump_of(cli, "mbf19")
     fields = {heading: set(dump[kind][0]) - NO_FIELDS for kind, heading in SECTIONS.items()}
     fields["Cheats"] = {cheat["label"] for cheat in dump["cheats"]}
     fields["Misc."] = set(dump["misc"])
@@ -106,13 +122,38 @@ def field_faults(manual, cli):
             yield f"formats.md: {heading} does not name the field {label}"
         for word in sorted(words - labels):
             yield f"formats.md: {heading} names {word}, which is no field"
+    later = dump_of(cli, "id24")
+    added = set().union(*(labels_of(later, kind) - labels_of(dump, kind) for kind in SECTIONS)) - {"index"}
+    for label in sorted(added - set(FIELD.findall(text_of(manual / "modern.md")))):
+        yield f"modern.md does not name the field {label}"
+
+
+def patch_faults(manual, cli):
+    shown = 0
+    for page in sorted(manual.glob("*.md")):
+        for patch in PATCH.findall(page.read_text(encoding="utf-8")):
+            shown += 1
+            with tempfile.TemporaryDirectory() as folder:
+                file, fresh = pathlib.Path(folder, "shown.bex"), pathlib.Path(folder, "fresh.bex")
+                file.write_text(patch, encoding="latin-1")
+                found = subprocess.run([cli, "check", file], capture_output=True, text=True)
+                if found.returncode != 0:
+                    yield f"{page.name}: check of the patch: {found.stdout or found.stderr}"
+                    continue
+                subprocess.run([cli, "convert", "--fresh", "-e", "dsdhacked", file, fresh],
+                               check=True, capture_output=True)
+                written = re.sub(r"\n{3,}", "\n\n", fresh.read_bytes().decode("latin-1").replace("\r\n", "\n"))
+                if written.rstrip("\n") != patch.rstrip("\n"):
+                    yield f"{page.name}: the patch is not what the program writes"
+    if shown == 0:
+        yield "no page shows a patch"
 
 
 def main():
     root = pathlib.Path(sys.argv[1]).resolve()
     manual = root / "docs" / "manual"
     faults = [*link_faults(root), *manual_faults(manual), *source_faults(root, manual),
-              *field_faults(manual, sys.argv[2])]
+              *field_faults(manual, sys.argv[2]), *patch_faults(manual, sys.argv[2])]
     for fault in faults:
         print(fault)
     return 1 if faults else 0

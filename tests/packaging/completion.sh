@@ -44,11 +44,14 @@ co|config convert
 --data one p|picture
 --data |one sub
 convert -e mbf|mbf19 mbf203 mbf21
+convert --to i|id24
+convert --to=ds|dsdhacked
 --data one diff -e |convert
 --data=one diff -e |convert
 --data convert diff --i|
 check -|--data --data-wad --help --iwad --lump --rules --version -e
 convert -e doom19 --i|--iwad
+convert -e doom19 --t|--to
 convert --iwad |c.wad one sub
 convert --data-wad=|c.wad one sub
 convert -e doom19 a.deh |a.deh b.BEX c.wad one sub
