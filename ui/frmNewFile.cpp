@@ -171,8 +171,8 @@ void frmNewFile::ProposeRules() {
     if (!reason.isEmpty())
         reason[0] = reason[0].toUpper();
     const bool losses = recommended && proposal.rules == Rules::Engine && reason[0].isDigit();
-    lblRulesReason_->setText(reason.isEmpty() ? reason
-                             : losses         ? tr("By the kept rules %1.").arg(reason)
+    lblRulesReason_->setText(reason.isEmpty()                    ? reason
+                             : losses                            ? tr("By the kept rules %1.").arg(reason)
                              : reason.endsWith(QLatin1Char('.')) ? reason
                                                                  : reason + QLatin1Char('.'));
 }

@@ -338,6 +338,19 @@ TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
     EXPECT_EQ(ReadFile(folder_ / "again.deh"), ReadFile(folder_ / "out.deh"));
 }
 
+TEST_F(CliTest, TakesAPatchOverToAnotherEngineAndTellsWhatThatCannotHold) {
+    const std::string patch = "# mine\nDoom version = 21\n\nThing 12 (Imp)\nHit points = 9\n";
+    Write("@a.deh", patch + "Infighting group = 3\n");
+    EXPECT_EQ(Run("convert --rules engine --to dsdhacked @a.deh @out.deh").exit, cli::done);
+    EXPECT_EQ(ReadFile(folder_ / "out.deh"),
+              "# mine\nDoom version = 2021\n\nThing 12 (Imp)\nHit points = 9\nInfighting group = 3\n");
+    const Result result = Run("convert --rules engine --to mbf203 @a.deh @out.deh");
+    EXPECT_EQ(result.error,
+              "plinket3-cli: MBF 2.03 (Doom version 21) cannot hold: Thing 12 (Imp): Infighting group unset -> 3\n");
+    EXPECT_EQ(result.exit, cli::no);
+    EXPECT_EQ(ReadFile(folder_ / "out.deh"), patch);
+}
+
 TEST_F(CliTest, MakesATableOfWhichThePatchIsNoDifference) {
     Write("@a.deh", start + "Thing 12\nHit points = 200\nText 4 4\nTROOABCD\nMisc 0\nMax Armor = 3\n");
     WriteData("config/doom19.cfg", ReadFile(buildFolder / "config" / "doom19.cfg"));
