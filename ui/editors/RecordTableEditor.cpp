@@ -1,6 +1,8 @@
 #include "ui/editors/RecordTableEditor.h"
 
+#include "patch/NewRecords.h"
 #include "ui/NewButton.h"
+#include "ui/editors/RecordMaker.h"
 #include "ui/lists/FilterBox.h"
 
 #include <QLabel>
@@ -41,6 +43,13 @@ void RecordTableEditor::Build() {
     auto* buttons = new QHBoxLayout;
     AddButtons(*buttons);
     buttons->addWidget(edit);
+    if (CanBeMade(kind_)) {
+        maker_ = new RecordMaker(kind_, words_.many, *list_, context_);
+        maker_->AddButtons(*buttons);
+        connect(maker_, &RecordMaker::Made, this, &RecordTableEditor::SelectRecord);
+        connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, maker_,
+                [this] { maker_->ShowSelection(list_->SelectedRecords()); });
+    }
     buttons->addStretch();
     buttons->addWidget(restore);
     auto* layout = new QVBoxLayout(this);
@@ -53,8 +62,12 @@ void RecordTableEditor::Build() {
 void RecordTableEditor::fillStaticData() {
     const std::optional<int> selected = SelectedRow();
     model_.Reset();
-    if (selected)
-        list_->SelectRecord(*selected);
+    if (selected && model_.rowCount() > 0)
+        list_->SelectRecord(model_.Rows().Nearest(*selected));
+    if (maker_ != nullptr) {
+        maker_->ShowSelection(list_->SelectedRecords());
+        maker_->Reload();
+    }
 }
 
 std::optional<int> RecordTableEditor::SelectedRow() const {
@@ -89,6 +102,9 @@ void RecordTableEditor::ShowMenu(const QPoint& place) {
     QAction* restore = menu.addAction(tr("&Restore"), this, &RecordTableEditor::Restore);
     restore->setObjectName(QStringLiteral("restoreRows"));
     restore->setEnabled(SelectedRow().has_value());
+    if (maker_ != nullptr)
+        for (QAction* action : maker_->Actions())
+            menu.addAction(action);
     menu.exec(place);
 }
 

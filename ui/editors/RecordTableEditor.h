@@ -10,9 +10,10 @@ class QMenu;
 namespace plinket3 {
 
 class FilterBox;
+class RecordMaker;
 
 /// An editor that lists all records of a kind, narrowed by a filter box, changes one in a dialog and restores those
-/// that are selected.
+/// that are selected. Where patches make such records, it makes and removes them, too.
 class RecordTableEditor : public EditorWindow {
     Q_OBJECT
 public:
@@ -56,6 +57,7 @@ private:
     Words words_;
     RecordList* list_ = nullptr;
     FilterBox* filter_ = nullptr;
+    RecordMaker* maker_ = nullptr; // null for a kind of which patches make none
 };
 
 } // namespace plinket3

@@ -2,6 +2,7 @@
 
 #include "patch/NewRecords.h"
 #include "ui/NewButton.h"
+#include "ui/editors/RecordMaker.h"
 #include "ui/fields/Labels.h"
 #include "ui/lists/FilterBox.h"
 #include "ui/lists/SelectedRecords.h"
@@ -162,9 +163,9 @@ void frmEditThings::Build() {
 }
 
 QWidget* frmEditThings::BuildList() {
-    auto* filter = new FilterBox(tr("Filter the things"), tr("Name or number"));
-    filter->EnterLeads();
-    connect(filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+    filter_ = new FilterBox(tr("Filter the things"), tr("Name or number"));
+    filter_->EnterLeads();
+    connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) {
         {
             const QScopedValueRollback filling(filling_, true);
             listed_.Narrow(text);
@@ -174,7 +175,7 @@ QWidget* frmEditThings::BuildList() {
     });
 
     list_ = NewPlainList("lstThings", tr("Things"));
-    filter->LeadTo(*list_);
+    filter_->LeadTo(*list_);
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setModel(&listed_);
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -182,12 +183,17 @@ QWidget* frmEditThings::BuildList() {
     connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this, &frmEditThings::Restore);
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmEditThings::FollowList);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
+    maker_ = new RecordMaker(RecordKind::Thing, "things", *list_, context_);
+    connect(maker_, &RecordMaker::Made, this, &frmEditThings::ShowMade);
 
+    auto* buttons = new QHBoxLayout;
+    maker_->AddButtons(*buttons);
     auto* panel = new QWidget;
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(filter);
+    layout->addWidget(filter_);
     layout->addWidget(list_);
+    layout->addLayout(buttons);
     return panel;
 }
 
@@ -336,8 +342,16 @@ void frmEditThings::fillStaticData() {
                                    2 * flagTree_->verticalScrollBar()->sizeHint().width());
     }
     const RecordRows& rows = names_.Rows();
-    const int thing = rows.RowOf(former) >= 0 || rows.Count() == 0 ? former : rows.At(rows.Count() - 1);
+    const int thing = rows.Count() == 0 ? former : rows.Nearest(former);
     ShowThings(rows.Count() == 0 ? RecordSelection() : RecordSelection{{thing}, thing});
+    maker_->Reload();
+}
+
+/// Also where the filter would hide it.
+void frmEditThings::ShowMade(int thing) {
+    ShowThing(thing);
+    if (!list_->selectionModel()->hasSelection())
+        filter_->clear();
 }
 
 void frmEditThings::ShowThings(RecordSelection things) {
@@ -356,6 +370,7 @@ void frmEditThings::updateForm() {
     }
     flags_.FlagsChanged();
     txtNotes_->Update();
+    maker_->ShowSelection(things.records);
     ShowSprite();
     SelectInList();
 }
