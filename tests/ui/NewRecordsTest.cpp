@@ -1,11 +1,15 @@
+#include "patch/EngineNames.h"
 #include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
 #include "ui/editors/frmEditSounds.h"
+#include "ui/editors/frmEditSprites.h"
 #include "ui/editors/frmEditStates.h"
 #include "ui/editors/frmEditThings.h"
+#include "ui/editors/frmPropSound.h"
 
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 
 #include <map>
 
@@ -20,7 +24,8 @@ protected:
         LoadEngine(engine);
         windows = {{RecordKind::Thing, &Open<frmEditThings>(), "lstThings"},
                    {RecordKind::State, &Open<frmEditStates>(), "lvwStates"},
-                   {RecordKind::Sound, &Open<frmEditSounds>(), "lvwSounds"}};
+                   {RecordKind::Sound, &Open<frmEditSounds>(), "lvwSounds"},
+                   {RecordKind::Sprite, &Open<frmEditSprites>(), "lvwSprites"}};
         for (const Shown& shown : windows)
             shown.window->resize(1100, 900);
     }
@@ -50,9 +55,11 @@ TEST_F(NewRecordsTest, RecordsAreMadeAndRemovedInTheirListsAsOneStepEach) {
         const char* proposed;
         const char* taken;
         std::string name, why;
+        const char* lumpName = nullptr;
     } cases[]{{"251", "12", "thing", "There is a thing 12 already."},
               {"4000", "4", "frame", "There is a frame 4 already."},
-              {"700", "3", "sound", "There is a sound 3 already."}};
+              {"700", "3", "sound", "There is a sound 3 already.", "growl"},
+              {"245", "5", "sprite", "There is a sprite 5 already.", "news"}};
     for (std::size_t i = 0; i < windows.size(); ++i) {
         const Shown& shown = windows[i];
         const auto& row = cases[i];
@@ -72,7 +79,7 @@ TEST_F(NewRecordsTest, RecordsAreMadeAndRemovedInTheirListsAsOneStepEach) {
                 if (number != nullptr)
                     Type(Find<QLineEdit>(dialog, "txtNumber"), number);
                 if (auto* name = dialog.findChild<QLineEdit*>("txtName"))
-                    Type(*name, "growl");
+                    Type(*name, row.lumpName);
                 ClickOk(dialog);
                 if (dialog.isVisible())
                     dialog.reject();
@@ -99,6 +106,9 @@ TEST_F(NewRecordsTest, RecordsAreMadeAndRemovedInTheirListsAsOneStepEach) {
         make(nullptr, [](QDialog&) {});
         ASSERT_EQ(list.model()->rowCount(), before + 2);
         EXPECT_TRUE(shown.Button("cmdRemove").isEnabled());
+
+        EXPECT_EQ(Current().SoundName(200000), row.name == "sound" ? "growl" : "");
+        EXPECT_EQ(Current().SpriteName(200000), row.name == "sprite" ? "NEWS" : "");
 
         const PatchSet made = Current();
         ClickRow(list, before + 1);
@@ -135,6 +145,102 @@ TEST_F(NewRecordsTest, EnginesWithLimitsHaveNeitherButtonsNorKeys) {
         shown.Press(Qt::Key_Insert); // a dialog would wait for an answer
         EXPECT_FALSE(edits.CanUndo());
     }
+}
+
+TEST_F(NewRecordsTest, ARenamedSpriteIsShownEverywhereAtOnce) {
+    constexpr int imp = 11, standing = 442, troo = 0;
+    OpenAll("dsdhacked");
+    const Shown &things = windows[0], &states = windows[1], &sprites = windows[3];
+    static_cast<frmEditThings*>(things.window)->ShowThing(imp);
+    static_cast<frmEditStates*>(states.window)->selectSingleState(standing, -1, -1);
+    const auto shown = [&](int column) { return sprites.List().model()->index(0, column).data().toString(); };
+    EXPECT_EQ(Find<QLabel>(*states.window, "lblSpriteName").text(), "TROO");
+    const QString lumps = shown(3);
+    const int sarg = *IndexByName(Defaults().sprites, "SARG");
+    const QString others = sprites.List().model()->index(sarg, 3).data().toString();
+
+    ClickRow(sprites.List(), troo);
+    {
+        const ModalDriver driver("frmNewRecord", [&](QDialog& dialog) {
+            EXPECT_EQ(dialog.windowTitle(), "Name of sprite TROO");
+            EXPECT_FALSE(Find<QLineEdit>(dialog, "txtNumber").isVisible());
+            auto& name = Find<QLineEdit>(dialog, "txtName");
+            EXPECT_EQ(name.text(), "TROO");
+            for (const auto& [typed, why] : std::map<std::string, std::string>{
+                     {"tro", "The name of a sprite has 4 characters."},
+                     {"tr o", "Names of lumps have letters, digits and [ ] - _ \\ only."}}) {
+                Type(name, typed.c_str());
+                EXPECT_EQ(Find<QLabel>(dialog, "lblNote").text().toStdString(), why);
+                EXPECT_FALSE(Find<QPushButton>(dialog, "cmdAccept").isEnabled());
+            }
+            Type(name, "sarg");
+            ClickOk(dialog);
+        });
+        sprites.Press(Qt::Key_Return);
+    }
+    EXPECT_EQ(Current().SpriteName(troo), "SARG");
+    EXPECT_EQ(edits.UndoName(), "name of sprite TROO");
+    EXPECT_EQ(QStringList({shown(0), shown(1), shown(2), shown(3)}), QStringList({"0", "SARG", "TROO", others}));
+    EXPECT_EQ(Find<QLabel>(*states.window, "lblSpriteName").text(), "SARG");
+    EXPECT_EQ(Find<QLabel>(*things.window, "lblSpawnStateS").text(), "SARGA");
+    if (HasWad()) {
+        EXPECT_EQ(Find<QLabel>(*states.window, "lblPreview").text(), "442: SARGA1");
+        EXPECT_GT(lumps.toInt(), 0);
+    }
+    notifier.Expect("Are you sure you want to restore this sprite?", Answer::Yes);
+    QTest::mouseClick(&sprites.Button("cmdRestore"), Qt::LeftButton);
+    EXPECT_EQ(Current(), Defaults());
+    EXPECT_EQ(shown(3), lumps);
+    EXPECT_EQ(Find<QLabel>(*things.window, "lblSpawnStateS").text(), "TROOA");
+}
+
+TEST_F(NewRecordsTest, TheSoundDialogNamesOneSound) {
+    OpenAll("dsdhacked");
+    frmPropSound dialog(Context(), nullptr);
+    const Shown &things = windows[0], &sounds = windows[2];
+    static_cast<frmEditSounds*>(sounds.window)->PropertyDialog(dialog);
+    constexpr int player = 0, pain = 25;
+    static_cast<frmEditThings*>(things.window)->ShowThing(player);
+    auto& name = Find<QLineEdit>(dialog, "txtName");
+    auto& accept = Find<QPushButton>(dialog, "cmdAccept");
+    const auto edit = [&](const std::function<void()>& work) {
+        QTimer::singleShot(0, &dialog, [&, work] {
+            work();
+            QTest::mouseClick(&accept, Qt::LeftButton);
+            if (dialog.isVisible())
+                dialog.reject();
+        });
+        QTest::mouseClick(&sounds.Button("cmdEdit"), Qt::LeftButton);
+    };
+    ASSERT_EQ(Current().things[player].painSound, pain);
+    ClickRow(sounds.List(), pain);
+    edit([&] {
+        EXPECT_EQ(name.text(), "plpain");
+        Type(name, "toolong");
+        EXPECT_EQ(Find<QLabel>(dialog, "lblNameNote").text(), "The name of a sound has 1 to 6 characters.");
+        EXPECT_FALSE(accept.isEnabled());
+        Type(name, "ouch");
+        EXPECT_FALSE(Find<QLabel>(dialog, "lblNameNote").isVisible());
+    });
+    EXPECT_EQ(Current().SoundName(pain), "ouch");
+    EXPECT_EQ(Find<QLabel>(*things.window, "lblPainSoundS").text(), "ouch");
+    ClickRow(sounds.List(), pain + 1, Qt::LeftButton, Qt::ControlModifier);
+    edit([&] { EXPECT_FALSE(name.isEnabled()) << "of several"; });
+    EXPECT_EQ(Current().SoundName(pain), "ouch");
+    notifier.Expect("Are you sure you want to restore these sounds?", Answer::Yes);
+    QTest::mouseClick(&sounds.Button("cmdRestore"), Qt::LeftButton);
+    EXPECT_EQ(Current(), Defaults());
+
+    OpenAll("mbf21");
+    static_cast<frmEditSounds*>(windows[2].window)->PropertyDialog(dialog);
+    ClickRow(windows[2].List(), pain);
+    QTimer::singleShot(0, &dialog, [&] {
+        EXPECT_FALSE(name.isVisible()) << "patches of this engine name no sounds by number";
+        dialog.reject();
+    });
+    QTest::mouseClick(&windows[2].Button("cmdEdit"), Qt::LeftButton);
+    EXPECT_FALSE(windows[3].Button("cmdEdit").isEnabled());
+    EXPECT_FALSE(windows[3].Button("cmdRestore").isEnabled());
 }
 
 } // namespace

@@ -155,7 +155,7 @@ void frmEditStates::ShowCells(const std::vector<Cell>& cells) {
     const auto isShown = [](const Cell& cell) {
         return cell.kind == RecordKind::State || cell.kind == RecordKind::Thing || cell.kind == RecordKind::Weapon;
     };
-    if (!std::any_of(cells.begin(), cells.end(), isShown))
+    if (!std::any_of(cells.begin(), cells.end(), isShown) && !RenamesLumps(cells))
         return;
     model_->CellsChanged(cells);
     fields_->Update();

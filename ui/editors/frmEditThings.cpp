@@ -381,22 +381,24 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     const auto isShown = [&shown](const Cell& cell) {
         return cell.kind == RecordKind::Thing && std::binary_search(shown.begin(), shown.end(), cell.index);
     };
-    // Things and sounds to which the extra fields refer may be called otherwise.
-    const bool named = std::any_of(cells.begin(), cells.end(), [](const Cell& cell) {
-        return (cell.kind == RecordKind::Thing || cell.kind == RecordKind::Sound) &&
-               (cell.field == nameField || cell.field == lumpNameField);
+    // What fields refer to may be called or look otherwise.
+    const bool thingsNamed = std::any_of(cells.begin(), cells.end(), [](const Cell& cell) {
+        return cell.kind == RecordKind::Thing && cell.field == nameField;
     });
     const bool states =
         std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
+    const bool lumps = RenamesLumps(cells);
     if (std::any_of(cells.begin(), cells.end(), isShown)) {
         boxes_.Update();
         extra_->Update();
         flags_.FlagsChanged();
         txtNotes_->Update();
         ShowSprite();
-    } else if (named) {
+        return;
+    }
+    if (thingsNamed || lumps)
         extra_->Update();
-    } else if (states) { // they may look otherwise
+    if (states || lumps) {
         for (ReferenceRow* row : references_)
             row->UpdateDescription();
         ShowSprite();
