@@ -280,6 +280,8 @@ bool MakesOrRemoves(const std::vector<Cell>& cells) {
     return std::ranges::any_of(cells, [](const Cell& cell) { return cell.field == existsField; });
 }
 
+bool RenamesLumps(const std::vector<Cell>& cells) { return std::ranges::any_of(cells, IsLumpName); }
+
 Limits LimitsOf(const PatchSet& set, RecordKind kind, int field) {
     if (field < 0 || field >= RowCount(kind))
         return {};

@@ -88,6 +88,8 @@ std::vector<Cell> OtherTexts(const PatchSet& before, const PatchSet& after);
 
 /// Whether records come or go with these cells.
 bool MakesOrRemoves(const std::vector<Cell>& cells);
+/// Whether sprites or sounds get other names with them.
+bool RenamesLumps(const std::vector<Cell>& cells);
 
 /// What an editor lets into a numeric field: the row's limits, or the lowest and highest number of what it refers to in
 /// `set`.

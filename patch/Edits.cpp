@@ -77,9 +77,13 @@ Status Edits::MayMake(RecordKind kind, std::int32_t number) const {
     return Exists({kind, number, existsField}) ? Status() : Status::Failure("There can be no " + name + ".");
 }
 
-void Edits::MakeRecord(RecordKind kind, std::int32_t number) {
-    if (MayMake(kind, number))
-        Push({{{kind, number, existsField}, 1}}, "new " + MadeName(kind, number), false, true);
+void Edits::MakeRecord(RecordKind kind, std::int32_t number, const std::string& lumpName) {
+    if (!MayMake(kind, number))
+        return;
+    std::vector<Assignment> assignments{{{kind, number, existsField}, 1}};
+    if (!lumpName.empty())
+        assignments.push_back({{kind, number, lumpNameField}, lumpName});
+    Push(std::move(assignments), "new " + MadeName(kind, number), false, true);
 }
 
 std::int32_t Edits::FreeNumber(RecordKind kind) const {

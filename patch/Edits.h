@@ -53,9 +53,9 @@ public:
     void RestoreRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many);
     /// Whether a record of that number can be made, where the engine knows no limits; the reason why not, for the user.
     Status MayMake(RecordKind kind, std::int32_t number) const;
-    /// Makes a record as a step named after it ("new frame 4000"). Nothing happens when `MayMake` fails; a sprite can
-    /// be saved when it has a name.
-    void MakeRecord(RecordKind kind, std::int32_t number);
+    /// Makes a record as a step named after it ("new frame 4000"), a sprite or sound with the name of its lumps: a
+    /// sprite can be saved only with one. Nothing happens when `MayMake` fails.
+    void MakeRecord(RecordKind kind, std::int32_t number, const std::string& lumpName = {});
     /// The lowest number for a new record; `noRecord` when there is none.
     std::int32_t FreeNumber(RecordKind kind) const;
     /// Whether the record is one that the patch made.

@@ -6,6 +6,7 @@
 #include "ui/editors/frmEditMisc.h"
 #include "ui/editors/frmEditPars.h"
 #include "ui/editors/frmEditSounds.h"
+#include "ui/editors/frmEditSprites.h"
 #include "ui/editors/frmEditStates.h"
 #include "ui/editors/frmEditStrings.h"
 #include "ui/editors/frmEditThings.h"
@@ -32,7 +33,7 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
         for (EditorWindow* editor : editors_)
             if (editor != nullptr)
                 editor->CellsChanged(cells);
-        if (MakesOrRemoves(cells))
+        if (MakesOrRemoves(cells) || RenamesLumps(cells))
             RefreshPickers();
         FollowThingNames(cells);
     });
@@ -74,7 +75,9 @@ std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
         return std::make_unique<frmEditCheats>(context);
     if (name == "frmEditMisc")
         return std::make_unique<frmEditMisc>(context);
-    return std::make_unique<frmEditPars>(context);
+    if (name == "frmEditPars")
+        return std::make_unique<frmEditPars>(context);
+    return std::make_unique<frmEditSprites>(context);
 }
 
 bool EditorSet::Load(std::string_view name) {
@@ -104,6 +107,8 @@ bool EditorSet::Load(std::string_view name) {
 bool EditorSet::IsShown(std::size_t editor) const { return frames_[editor] != nullptr && !frames_[editor]->isHidden(); }
 
 void EditorSet::Show(std::size_t editor, bool shown) {
+    if (editor == spriteEditor && shown)
+        Load(editorEntries[editor].window); // which few need
     if (editors_[editor] == nullptr || (!shown && frames_[editor] == nullptr))
         return;
     if (frames_[editor] == nullptr) {

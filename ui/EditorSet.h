@@ -37,7 +37,7 @@ struct EditorEntry {
     const char* button;
     const char* manualPage;
 };
-inline constexpr std::array<EditorEntry, 9> editorEntries{{
+inline constexpr std::array<EditorEntry, 10> editorEntries{{
     {"frmEditThings", "ViewThingEditor", "Thing editor", "Things", "things.md"},
     {"frmEditStates", "ViewStateEditor", "State editor", "States", "states.md"},
     {"frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds", "sounds.md"},
@@ -47,10 +47,11 @@ inline constexpr std::array<EditorEntry, 9> editorEntries{{
     {"frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats", "cheats.md"},
     {"frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc.", "misc.md"},
     {"frmEditPars", "ViewParEditor", "Par. editor", "Par.", "pars.md"},
+    {"frmEditSprites", "ViewSpriteEditor", "Sprite editor", "Sprites", "sprites.md"},
 }};
-inline constexpr std::size_t parEditor = editorEntries.size() - 1;
+inline constexpr std::size_t parEditor = 8, spriteEditor = 9;
 
-/// The nine editors with their dialogs, as children of the main window's document area; answers what they ask of each
+/// The ten editors with their dialogs, as children of the main window's document area; answers what they ask of each
 /// other.
 class EditorSet : public QObject, public EditorLinks {
     Q_OBJECT

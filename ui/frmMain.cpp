@@ -211,11 +211,12 @@ void frmMain::BuildViewMenu() {
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];
         action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText),
-                        QKeySequence(QStringLiteral("Ctrl+%1").arg(editor + 1)));
+                        QKeySequence(QStringLiteral("Ctrl+%1").arg((editor + 1) % 10)));
         action->setCheckable(true);
         action->setIconText(tr(editorEntries[editor].button));
-        action->setToolTip(
-            tr("Show or hide the %1 (Ctrl+%2)").arg(tr(editorEntries[editor].menuText).toLower()).arg(editor + 1));
+        action->setToolTip(tr("Show or hide the %1 (Ctrl+%2)")
+                               .arg(tr(editorEntries[editor].menuText).toLower())
+                               .arg((editor + 1) % 10));
         menu->addAction(action);
         connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
     }
@@ -375,8 +376,9 @@ void frmMain::SessionChanged() {
     updateCaption();
     UpdateStatus();
     RefreshSave();
-    if (!viewEditors_[parEditor]->isEnabled())
-        editors_.Show(parEditor, false);
+    for (const std::size_t editor : {parEditor, spriteEditor})
+        if (!viewEditors_[editor]->isEnabled())
+            editors_.Show(editor, false);
     if (!firstSession)
         return;
     const QByteArray shown = state_.Bytes(QString::fromLatin1(shownKey));
@@ -400,6 +402,9 @@ void frmMain::SetEditBar(bool enabled) {
     // Only extended patches have par times.
     if (commands_.SessionOpen() && !program_.engine.dialect.IsExtended())
         viewEditors_[parEditor]->setEnabled(false);
+    // By the kept rules no patch renames a sprite.
+    if (commands_.SessionOpen() && !program_.engine.dialect.EngineRules())
+        viewEditors_[spriteEditor]->setEnabled(false);
 }
 
 void frmMain::ToggleEditForm(std::size_t editor) { editors_.Toggle(editor); }

@@ -136,6 +136,14 @@ int clsWad::NumForSprite(std::string_view sprite, std::string_view frame) const 
     return found == spriteIndex_.end() ? -1 : *found;
 }
 
+std::vector<std::string> clsWad::SpriteLumpNames() const {
+    std::vector<std::string> names;
+    names.reserve(spriteIndex_.size());
+    for (const int lump : spriteIndex_)
+        names.push_back(lumpName(lump));
+    return names;
+}
+
 void clsWad::CreateSpriteIndex() {
     constexpr std::uint64_t starts[]{PackName("S_START"), PackName("SS_START")};
     constexpr std::uint64_t ends[]{PackName("S_END"), PackName("SS_END")};

@@ -56,6 +56,8 @@ public:
     /// The first lump between the sprite markers whose name is `sprite` (4 characters) and has `frame` (2 characters:
     /// frame letter and rotation) in places 5-6 or 7-8, or -1. Upper and lower case differ.
     int NumForSprite(std::string_view sprite, std::string_view frame) const;
+    /// The names of the lumps between the sprite markers.
+    std::vector<std::string> SpriteLumpNames() const;
     /// Collects the lumps of the first sprite section (between S_START or SS_START and S_END or SS_END).
     /// `OpenWad` calls it.
     void CreateSpriteIndex();

@@ -3,6 +3,7 @@
 #include "core/Text.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace plinket3 {
@@ -43,6 +44,18 @@ std::optional<LumpResult> WadList::FindSprite(std::string_view sprite, std::stri
     if (result)
         result->name = result->wad->lumpName(result->num);
     return result;
+}
+
+std::map<std::string, int, std::less<>> WadList::SpriteLumps() const {
+    constexpr std::size_t spriteLength = 4;
+    std::set<std::string> names;
+    for (const std::shared_ptr<clsWad>& wad : wads_)
+        for (std::string& name : wad->SpriteLumpNames())
+            names.insert(std::move(name));
+    std::map<std::string, int, std::less<>> counts;
+    for (const std::string& name : names)
+        ++counts[name.substr(0, spriteLength)];
+    return counts;
 }
 
 std::optional<LumpResult> ChooseSpriteFrame(const WadList& wads, std::string_view sprite, int frame) {

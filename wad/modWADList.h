@@ -2,6 +2,8 @@
 
 #include "wad/clsWad.h"
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,6 +29,9 @@ public:
     std::optional<LumpResult> FindLump(std::string_view name) const;
     /// `sprite` has 4 characters, `frame` 2: frame letter and rotation digit.
     std::optional<LumpResult> FindSprite(std::string_view sprite, std::string_view frame) const;
+    /// How many lumps each sprite has, by the 4 characters that their names begin with; one that a later WAD replaces
+    /// counts once.
+    std::map<std::string, int, std::less<>> SpriteLumps() const;
     void ClearWads() { wads_.clear(); }
     std::size_t Count() const { return wads_.size(); }
 

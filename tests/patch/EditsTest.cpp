@@ -1,4 +1,5 @@
 #include "patch/Edits.h"
+#include "patch/LumpNames.h"
 
 #include "tests/support/SmallEngine.h"
 
@@ -184,6 +185,30 @@ TEST_F(EditsTest, MakesAndRemovesRecordsAsOneStep) {
         edits.MakeRecord(kind, number);
     EXPECT_EQ(patch.current, all);
     EXPECT_EQ(edits.FreeNumber(RecordKind::Weapon), noRecord);
+    edits.MakeRecord(RecordKind::Sprite, 77, "NEWS");
+    EXPECT_EQ(patch.current.SpriteName(77), "NEWS");
+    edits.Undo();
+    EXPECT_EQ(patch.current, all) << "one step makes and names it";
+}
+
+TEST(LumpNames, AreWhatLumpsAndTheNewestEnginesAllow) {
+    constexpr const char* spriteLength = "The name of a sprite has 4 characters.";
+    constexpr const char* soundLength = "The name of a sound has 1 to 6 characters.";
+    constexpr const char* characters = "Names of lumps have letters, digits and [ ] - _ \\ only.";
+    const struct {
+        RecordKind kind;
+        const char* name;
+        const char* why;
+    } rows[]{
+        {RecordKind::Sprite, "VIL\\", ""},           {RecordKind::Sprite, "[_-]", ""},
+        {RecordKind::Sprite, "TRO", spriteLength},   {RecordKind::Sprite, "TROOP", spriteLength},
+        {RecordKind::Sprite, "", spriteLength},      {RecordKind::Sprite, "TR O", characters},
+        {RecordKind::Sprite, "TR\xC4O", characters}, {RecordKind::Sound, "p", ""},
+        {RecordKind::Sound, "Pistl9", ""},           {RecordKind::Sound, "", soundLength},
+        {RecordKind::Sound, "pistols", soundLength}, {RecordKind::Sound, "a#b", characters},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(MayBeLumpName(row.kind, row.name).Reason(), row.why) << row.name;
 }
 
 TEST_F(EditsTest, SaysWhyARecordCannotBeMade) {

@@ -43,6 +43,13 @@ TEST_F(WadListTest, SearchesTheLastWadFirst) {
     EXPECT_EQ(two->wad->lumpName(two->num), "TWO"); // a result keeps its WAD
 }
 
+TEST_F(WadListTest, CountsTheLumpsOfEachSpriteOnce) {
+    ASSERT_TRUE(Register("iwad.wad", {"TROOA1", "TROOB0", "SARGA0", "ODD", ""}));
+    ASSERT_TRUE(Register("data.wad", {"TROOA1", "TROOC0", "trooA1"}));
+    const std::map<std::string, int, std::less<>> expected{{"", 1}, {"ODD", 1}, {"SARG", 1}, {"TROO", 3}, {"troo", 1}};
+    EXPECT_EQ(wads_.SpriteLumps(), expected);
+}
+
 TEST_F(WadListTest, ChoosesTheLumpOfASpriteFrame) {
     struct {
         const char* behaviour;

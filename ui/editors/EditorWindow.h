@@ -10,7 +10,7 @@
 
 namespace plinket3 {
 
-/// One of the nine editors. It is made at start-up but builds its controls only when it is first needed, and fills them
+/// One of the ten editors. It is made at start-up but builds its controls only when it is first needed, and fills them
 /// only while it is seen. Views only look: an editor stores through `Edits` and nowhere else.
 class EditorWindow : public QWidget {
     Q_OBJECT

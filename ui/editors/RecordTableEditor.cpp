@@ -1,6 +1,9 @@
 #include "ui/editors/RecordTableEditor.h"
 
+#include "patch/LumpNames.h"
+#include "patch/NewRecords.h"
 #include "ui/NewButton.h"
+#include "ui/editors/RecordMaker.h"
 #include "ui/lists/FilterBox.h"
 
 #include <QLabel>
@@ -29,20 +32,27 @@ void RecordTableEditor::Build() {
     filterLabel->setBuddy(filter_);
     connect(filter_, &QLineEdit::textChanged, list_, &RecordList::Filter);
 
-    auto* edit = NewButton("cmdEdit", tr("E&dit..."));
-    connect(edit, &QPushButton::clicked, this, &RecordTableEditor::EditSelected);
-    auto* restore = NewButton("cmdRestore", tr("&Restore"));
-    restore->setToolTip(tr("Give the selected records the engine's values"));
-    connect(restore, &QPushButton::clicked, this, &RecordTableEditor::Restore);
+    edit_ = NewButton("cmdEdit", tr(words_.edit));
+    connect(edit_, &QPushButton::clicked, this, &RecordTableEditor::EditSelected);
+    restore_ = NewButton("cmdRestore", tr("&Restore"));
+    restore_->setToolTip(tr("Give the selected records the engine's values"));
+    connect(restore_, &QPushButton::clicked, this, &RecordTableEditor::Restore);
 
     auto* top = new QHBoxLayout;
     top->addWidget(filterLabel);
     top->addWidget(filter_);
     auto* buttons = new QHBoxLayout;
     AddButtons(*buttons);
-    buttons->addWidget(edit);
+    buttons->addWidget(edit_);
+    if (CanBeMade(kind_)) {
+        maker_ = new RecordMaker(kind_, words_.many, *list_, context_);
+        maker_->AddButtons(*buttons);
+        connect(maker_, &RecordMaker::Made, this, &RecordTableEditor::SelectRecord);
+        connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, maker_,
+                [this] { maker_->ShowSelection(list_->SelectedRecords()); });
+    }
     buttons->addStretch();
-    buttons->addWidget(restore);
+    buttons->addWidget(restore_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addWidget(list_);
@@ -53,8 +63,14 @@ void RecordTableEditor::Build() {
 void RecordTableEditor::fillStaticData() {
     const std::optional<int> selected = SelectedRow();
     model_.Reset();
-    if (selected)
-        list_->SelectRecord(*selected);
+    if (selected && model_.rowCount() > 0)
+        list_->SelectRecord(model_.Rows().Nearest(*selected));
+    edit_->setEnabled(MayEdit());
+    restore_->setEnabled(MayEdit());
+    if (maker_ != nullptr) {
+        maker_->ShowSelection(list_->SelectedRecords());
+        maker_->Reload();
+    }
 }
 
 std::optional<int> RecordTableEditor::SelectedRow() const {
@@ -80,15 +96,33 @@ void RecordTableEditor::Restore() {
     const char* question = records.size() == 1 ? words_.restoreOne : words_.restoreMany;
     if (context_.program.notifier.Ask(question, Buttons::YesNo) == Answer::No)
         return;
-    context_.edits.RestoreRecords(kind_, records, words_.many);
+    context_.edits.Restore(RestoredCells(records),
+                           "restore " + context_.edits.RecordsName(kind_, records, words_.many));
+}
+
+/// With the names of the engine's own sprites and sounds, where patches give them others.
+std::vector<Cell> RecordTableEditor::RestoredCells(const std::vector<std::int32_t>& records) const {
+    std::vector<Cell> restored;
+    for (const std::int32_t record : records) {
+        const std::vector<Cell> cells = context_.edits.CellsOf(kind_, record);
+        restored.insert(restored.end(), cells.begin(), cells.end());
+        const Cell name{kind_, record, lumpNameField};
+        if (CanRenameLumps(context_.program.engine.dialect) && HasCell(Defaults(), name))
+            restored.push_back(name);
+    }
+    return restored;
 }
 
 void RecordTableEditor::ShowMenu(const QPoint& place) {
     QMenu menu;
-    menu.addAction(tr("E&dit..."), this, &RecordTableEditor::EditSelected)->setEnabled(SelectedRow().has_value());
+    const bool enabled = SelectedRow().has_value() && MayEdit();
+    menu.addAction(edit_->text(), this, &RecordTableEditor::EditSelected)->setEnabled(enabled);
     QAction* restore = menu.addAction(tr("&Restore"), this, &RecordTableEditor::Restore);
     restore->setObjectName(QStringLiteral("restoreRows"));
-    restore->setEnabled(SelectedRow().has_value());
+    restore->setEnabled(enabled);
+    if (maker_ != nullptr)
+        for (QAction* action : maker_->Actions())
+            menu.addAction(action);
     menu.exec(place);
 }
 

@@ -59,6 +59,8 @@ void frmEditSounds::startEditSound(const std::vector<std::int32_t>& sounds) {
         values.push_back({{RecordKind::Sound, sound, RowOf(&SoundRecord::value)}, priority});
         values.push_back(
             {{RecordKind::Sound, sound, RowOf(&SoundRecord::zeroOne)}, edited->singularity.value_or(record.zeroOne)});
+        if (edited->name)
+            values.push_back({{RecordKind::Sound, sound, lumpNameField}, *edited->name});
         changed.push_back(sound);
     }
     if (!changed.empty())

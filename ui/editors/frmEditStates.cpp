@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditStates.h"
 
+#include "ui/editors/RecordMaker.h"
 #include "ui/lists/SelectedRecords.h"
 #include "ui/states/StateColumns.h"
 #include "ui/states/StateFieldsPanel.h"
@@ -28,6 +29,12 @@ void frmEditStates::Build() {
     fields_ = new StateFieldsPanel(context_);
     preview_ = new StatePreview(context_.program);
     filter_->LeadTo(*lvwStates_);
+    maker_ = new RecordMaker(RecordKind::State, "frames", *lvwStates_, context_);
+    connect(maker_, &RecordMaker::Made, this, &frmEditStates::ShowMade);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    maker_->AddButtons(*buttons);
+    filter_->AddBelowText(*buttons);
     connect(filter_, &StateFilterPanel::Changed, this, &frmEditStates::updateStateList);
 
     auto* list = new QWidget;
@@ -73,6 +80,9 @@ void frmEditStates::BuildList() {
 void frmEditStates::fillStaticData() {
     filter_->Fill();
     fields_->Fill();
+    maker_->Reload();
+    if (const RecordRows rows(AllStates(Current())); rows.Count() > 0)
+        currentState_ = rows.Nearest(currentState_);
     ShowArgumentsColumn(*lvwStates_, context_.program.engine);
 }
 
@@ -106,6 +116,13 @@ void frmEditStates::SelectRow(int row) {
     ShowSelected();
 }
 
+void frmEditStates::ShowMade(int state) {
+    filter_->ShowAll();
+    updateStateList();
+    if (const auto row = model_->RowOfState(state))
+        SelectRow(*row);
+}
+
 std::optional<int> frmEditStates::SelectedRow() {
     BringUpToDate();
     if (!fields_->Selection().records.empty())
@@ -125,6 +142,7 @@ void frmEditStates::ShowSelected() {
     fields_->ShowSelection(
         SelectedRecords(*lvwStates_, [&shown](int row) { return shown[static_cast<std::size_t>(row)]; }));
     const RecordSelection& selection = fields_->Selection();
+    maker_->ShowSelection(selection.records);
     if (selection.records.empty()) {
         preview_->ShowState(std::nullopt);
     } else {
@@ -137,7 +155,7 @@ void frmEditStates::ShowCells(const std::vector<Cell>& cells) {
     const auto isShown = [](const Cell& cell) {
         return cell.kind == RecordKind::State || cell.kind == RecordKind::Thing || cell.kind == RecordKind::Weapon;
     };
-    if (!std::any_of(cells.begin(), cells.end(), isShown))
+    if (!std::any_of(cells.begin(), cells.end(), isShown) && !RenamesLumps(cells))
         return;
     model_->CellsChanged(cells);
     fields_->Update();
@@ -175,6 +193,8 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
         menu.addAction(count == 1 ? tr("Restore this state...") : tr("Restore %n states...", nullptr, count), fields_,
                        &StateFieldsPanel::Restore);
     restoreStates->setObjectName(QStringLiteral("restoreStates"));
+    for (QAction* action : maker_->Actions())
+        menu.addAction(action);
     menu.exec(lvwStates_->viewport()->mapToGlobal(place));
 }
 

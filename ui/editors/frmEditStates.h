@@ -9,6 +9,7 @@
 
 namespace plinket3 {
 
+class RecordMaker;
 class StateFieldsPanel;
 class StateFilterPanel;
 class StatePreview;
@@ -42,10 +43,12 @@ private:
     void ShowSelected();
     void ActivateRow();
     void ShowListMenu(const QPoint& place);
+    void ShowMade(int state);
 
     StateTableModel* model_ = nullptr;
     QTableView* lvwStates_ = nullptr;
     StateFilterPanel* filter_ = nullptr;
+    RecordMaker* maker_ = nullptr;
     StateFieldsPanel* fields_ = nullptr;
     StatePreview* preview_ = nullptr;
     std::int32_t currentState_ = 0;

@@ -2,6 +2,7 @@
 
 #include "patch/NewRecords.h"
 #include "ui/NewButton.h"
+#include "ui/editors/RecordMaker.h"
 #include "ui/fields/Labels.h"
 #include "ui/lists/FilterBox.h"
 #include "ui/lists/SelectedRecords.h"
@@ -181,9 +182,9 @@ void frmEditThings::Build() {
 }
 
 QWidget* frmEditThings::BuildList() {
-    auto* filter = new FilterBox(tr("Filter the things"), tr("Name or number"));
-    filter->EnterLeads();
-    connect(filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+    filter_ = new FilterBox(tr("Filter the things"), tr("Name or number"));
+    filter_->EnterLeads();
+    connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) {
         {
             const QScopedValueRollback filling(filling_, true);
             listed_.Narrow(text);
@@ -193,7 +194,7 @@ QWidget* frmEditThings::BuildList() {
     });
 
     list_ = NewPlainList("lstThings", tr("Things"));
-    filter->LeadTo(*list_);
+    filter_->LeadTo(*list_);
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setModel(&listed_);
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -201,12 +202,17 @@ QWidget* frmEditThings::BuildList() {
     connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this, &frmEditThings::Restore);
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmEditThings::FollowList);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
+    maker_ = new RecordMaker(RecordKind::Thing, "things", *list_, context_);
+    connect(maker_, &RecordMaker::Made, this, &frmEditThings::ShowMade);
 
+    auto* buttons = new QHBoxLayout;
+    maker_->AddButtons(*buttons);
     auto* panel = new QWidget;
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(filter);
+    layout->addWidget(filter_);
     layout->addWidget(list_);
+    layout->addLayout(buttons);
     return panel;
 }
 
@@ -355,8 +361,16 @@ void frmEditThings::fillStaticData() {
                                    2 * flagTree_->verticalScrollBar()->sizeHint().width());
     }
     const RecordRows& rows = names_.Rows();
-    const int thing = rows.RowOf(former) >= 0 || rows.Count() == 0 ? former : rows.At(rows.Count() - 1);
+    const int thing = rows.Count() == 0 ? former : rows.Nearest(former);
     ShowThings(rows.Count() == 0 ? RecordSelection() : RecordSelection{{thing}, thing});
+    maker_->Reload();
+}
+
+/// Also where the filter would hide it.
+void frmEditThings::ShowMade(int thing) {
+    ShowThing(thing);
+    if (!list_->selectionModel()->hasSelection())
+        filter_->clear();
 }
 
 void frmEditThings::ShowThings(RecordSelection things) {
@@ -375,6 +389,7 @@ void frmEditThings::updateForm() {
     }
     flags_.FlagsChanged();
     txtNotes_->Update();
+    maker_->ShowSelection(things.records);
     ShowSprite();
     SelectInList();
 }
@@ -385,22 +400,24 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     const auto isShown = [&shown](const Cell& cell) {
         return cell.kind == RecordKind::Thing && std::binary_search(shown.begin(), shown.end(), cell.index);
     };
-    // Things and sounds to which the extra fields refer may be called otherwise.
-    const bool named = std::any_of(cells.begin(), cells.end(), [](const Cell& cell) {
-        return (cell.kind == RecordKind::Thing || cell.kind == RecordKind::Sound) &&
-               (cell.field == nameField || cell.field == lumpNameField);
+    // What fields refer to may be called or look otherwise.
+    const bool thingsNamed = std::any_of(cells.begin(), cells.end(), [](const Cell& cell) {
+        return cell.kind == RecordKind::Thing && cell.field == nameField;
     });
     const bool states =
         std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
+    const bool lumps = RenamesLumps(cells);
     if (std::any_of(cells.begin(), cells.end(), isShown)) {
         boxes_.Update();
         extra_->Update();
         flags_.FlagsChanged();
         txtNotes_->Update();
         ShowSprite();
-    } else if (named) {
+        return;
+    }
+    if (thingsNamed || lumps)
         extra_->Update();
-    } else if (states) { // they may look otherwise
+    if (states || lumps) {
         for (ReferenceRow* row : references_)
             row->UpdateDescription();
         ShowSprite();

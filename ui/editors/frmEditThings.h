@@ -21,6 +21,9 @@ class QSortFilterProxyModel;
 
 namespace plinket3 {
 
+class FilterBox;
+class RecordMaker;
+
 /// The editor of things: a list of them all, and every value, flag and name of those that are selected.
 class frmEditThings : public EditorWindow {
     Q_OBJECT
@@ -55,6 +58,7 @@ private:
     const RecordSelection& Selection() const { return boxes_.Selection(); }
     /// Shows these things, and the one clicked last in the box of names.
     void ShowThings(RecordSelection things);
+    void ShowMade(int thing);
     void FollowList();
     void SelectInList();
     void ShowSprite();
@@ -69,7 +73,9 @@ private:
     NoteBox* txtNotes_ = nullptr;
     QWidget* notes_ = nullptr; // the group around it
     std::vector<ReferenceRow*> references_;
+    FilterBox* filter_ = nullptr;
     QAbstractItemView* list_ = nullptr;
+    RecordMaker* maker_ = nullptr;
     QComboBox* thingNames_ = nullptr;
     ExtraFields* extra_ = nullptr;
     QAbstractItemView* flagTree_ = nullptr;

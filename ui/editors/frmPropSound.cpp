@@ -1,7 +1,9 @@
 #include "ui/editors/frmPropSound.h"
 
+#include "patch/LumpNames.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
+#include "ui/fields/LumpNameEdit.h"
 #include "ui/fields/NumberBox.h"
 #include "ui/lists/SoundsModel.h"
 
@@ -36,9 +38,11 @@ std::optional<std::int32_t> Common(const std::vector<const SoundRecord*>& sounds
 } // namespace
 
 frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
-    : QDialog(parent), context_(context), priority_(new QSlider(Qt::Horizontal)), priorityNumber_(new QLineEdit),
+    : QDialog(parent), context_(context), name_(new LumpNameEdit(QStringLiteral("txtName"), RecordKind::Sound)),
+      nameNote_(new QLabel), priority_(new QSlider(Qt::Horizontal)), priorityNumber_(new QLineEdit),
       singularity_(new QCheckBox(tr("Only &one of these is heard at a time (singularity)"))), reference_(new QLabel),
-      note_(new QLabel(tr("This sound has the priority -1, with which nothing is changed. Choose another one."))) {
+      note_(new QLabel(tr("This sound has the priority -1, with which nothing is changed. Choose another one."))),
+      accept_(NewButton("cmdAccept", tr("OK"))), form_(new QFormLayout(this)) {
     setObjectName(QStringLiteral("frmPropSound"));
     context_.program.log.Add("  Loaded frmPropSound");
 
@@ -67,28 +71,32 @@ frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
     reference_->setObjectName(QStringLiteral("lblRefSound"));
     reference_->setTextFormat(Qt::PlainText);
 
-    auto* accept = NewButton("cmdAccept", tr("OK"));
-    accept->setDefault(true);
-    connect(accept, &QPushButton::clicked, this, &QDialog::accept);
+    nameNote_->setObjectName(QStringLiteral("lblNameNote"));
+    nameNote_->setTextFormat(Qt::PlainText);
+    nameNote_->setWordWrap(true);
+    connect(name_, &QLineEdit::textEdited, this, &frmPropSound::TakeName);
+    accept_->setDefault(true);
+    connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
     auto* cancel = NewButton("cmdCancel", tr("Cancel"));
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* buttons = new QDialogButtonBox;
-    buttons->addButton(accept, QDialogButtonBox::AcceptRole);
+    buttons->addButton(accept_, QDialogButtonBox::AcceptRole);
     buttons->addButton(cancel, QDialogButtonBox::RejectRole);
 
     auto* priorityRow = new QHBoxLayout;
     priorityRow->addWidget(priority_);
     priorityRow->addWidget(priorityNumber_);
     priorityRow->setStretch(0, 1);
-    auto* form = new QFormLayout(this);
+    form_->addRow(tr("&Name"), name_);
+    form_->addRow(QString(), nameNote_);
     auto* priorityLabel = new QLabel(tr("&Priority"));
     priorityLabel->setBuddy(priorityNumber_);
-    form->addRow(priorityLabel, priorityRow);
+    form_->addRow(priorityLabel, priorityRow);
     note_->setWordWrap(true);
-    form->addRow(QString(), note_);
-    form->addRow(QString(), singularity_);
-    form->addRow(tr("Plays instead"), reference_);
-    form->addRow(buttons);
+    form_->addRow(QString(), note_);
+    form_->addRow(QString(), singularity_);
+    form_->addRow(tr("Plays instead"), reference_);
+    form_->addRow(buttons);
 }
 
 std::optional<frmPropSound::Values> frmPropSound::Edit(const std::vector<std::int32_t>& sounds) {
@@ -103,6 +111,7 @@ std::optional<frmPropSound::Values> frmPropSound::Edit(const std::vector<std::in
                        ? tr("Sound %1 (%2)").arg(sounds.front()).arg(ShownText(current.SoundName(sounds.front())))
                        : tr("%n sounds", nullptr, static_cast<int>(records.size())));
     SetupData(records);
+    SetupName(sounds);
     return exec() == Accepted ? std::optional(edited_) : std::nullopt;
 }
 
@@ -123,6 +132,25 @@ void frmPropSound::SetupData(const std::vector<const SoundRecord*>& sounds) {
     singularity_->setTristate(!singular);
     singularity_->setCheckState(!singular ? Qt::PartiallyChecked : *singular == 1 ? Qt::Checked : Qt::Unchecked);
     reference_->setText(sounds.size() == 1 ? ReferenceText(context_.program, *sounds.front()) : QString());
+}
+
+/// Several sounds keep their names.
+void frmPropSound::SetupName(const std::vector<std::int32_t>& sounds) {
+    const bool shown = CanRenameLumps(context_.program.engine.dialect);
+    form_->setRowVisible(name_, shown);
+    form_->setRowVisible(nameNote_, false);
+    name_->setEnabled(sounds.size() == 1);
+    name_->setPlaceholderText(sounds.size() == 1 ? QString() : tr("leave as is"));
+    name_->ShowName(sounds.size() == 1 ? context_.program.patch.current.SoundName(sounds.front()) : std::string());
+    accept_->setEnabled(true);
+}
+
+void frmPropSound::TakeName() {
+    edited_.name = name_->Name();
+    const Status status = name_->Check();
+    nameNote_->setText(ShownText(status.Reason()));
+    form_->setRowVisible(nameNote_, !status);
+    accept_->setEnabled(static_cast<bool>(status));
 }
 
 /// An emptied box leaves the priorities as they are.

@@ -5,16 +5,21 @@
 #include <QDialog>
 
 #include <optional>
+#include <string>
 #include <vector>
 
 class QCheckBox;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 class QSlider;
 
 namespace plinket3 {
 
-/// Changes the priority and singularity of sounds.
+class LumpNameEdit;
+
+/// Changes the priority and singularity of sounds, and where patches can hold it the name of one.
 class frmPropSound : public QDialog {
     Q_OBJECT
 public:
@@ -22,6 +27,7 @@ public:
     struct Values {
         std::optional<std::int32_t> priority; // never -1
         std::optional<std::int32_t> singularity;
+        std::optional<std::string> name;
     };
 
     frmPropSound(const EditorContext& context, QWidget* parent);
@@ -31,15 +37,21 @@ public:
 
 private:
     void SetupData(const std::vector<const SoundRecord*>& sounds);
+    void SetupName(const std::vector<std::int32_t>& sounds);
     void TakeTyped();
+    void TakeName();
 
     EditorContext context_;
     Values edited_;
+    LumpNameEdit* name_;
+    QLabel* nameNote_;
     QSlider* priority_;
     QLineEdit* priorityNumber_;
     QCheckBox* singularity_;
     QLabel* reference_;
     QLabel* note_;
+    QPushButton* accept_;
+    QFormLayout* form_;
 };
 
 } // namespace plinket3

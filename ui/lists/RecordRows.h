@@ -28,6 +28,12 @@ public:
         const auto found = std::ranges::lower_bound(numbers_, place(record), {}, place);
         return found == numbers_.end() || *found != record ? -1 : static_cast<int>(found - numbers_.begin());
     }
+    /// The record itself, else the next one in the list, else the last one. There must be one.
+    std::int32_t Nearest(std::int32_t record) const {
+        const auto place = [](std::int32_t number) { return static_cast<std::uint32_t>(number); };
+        const auto next = std::ranges::lower_bound(numbers_, place(record), {}, place);
+        return next == numbers_.end() ? numbers_.back() : *next;
+    }
     const std::vector<std::int32_t>& Numbers() const { return numbers_; }
 
 private:

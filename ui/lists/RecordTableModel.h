@@ -18,7 +18,7 @@ public:
     RecordTableModel(const EditorContext& context, RecordKind kind) : context_(context), kind_(kind) {}
 
     /// Another patch is open.
-    void Reset();
+    virtual void Reset();
     virtual void ShowCells(const std::vector<Cell>& cells);
 
     const RecordRows& Rows() const { return rows_; }

@@ -84,6 +84,14 @@ QComboBox* StateFilterPanel::List(StateFilterMode mode) const {
 void StateFilterPanel::Fill() {
     FillList(*cmbFilterThings_, session_.patch.current.things);
     FillList(*cmbFilterWeapons_, session_.patch.current.weapons);
+    ShowAll();
+}
+
+void StateFilterPanel::AddBelowText(QLayout& controls) {
+    static_cast<QGridLayout*>(layout())->addLayout(&controls, 1, 3);
+}
+
+void StateFilterPanel::ShowAll() {
     ClearText();
     ShowMode(StateFilterMode::All);
 }

@@ -26,6 +26,10 @@ public:
     /// Lists the things and weapons of the patch, which is another one, and goes back to all states. Emits nothing.
     void Fill();
     void setFilterMode(StateFilterMode mode);
+    /// Puts controls below the box for text.
+    void AddBelowText(QLayout& controls);
+    /// Lists every state. Emits nothing.
+    void ShowAll();
     /// The mode with that thing or weapon; forgets the text.
     void ShowStatesOf(StateFilterMode mode, int record);
     /// Forgets the text, so that it hides no state.

@@ -39,6 +39,10 @@ void StateTableModel::CellsChanged(const std::vector<Cell>& cells) {
                 first = std::min(first, *row);
                 last = std::max(last, *row);
             }
+    if (RenamesLumps(cells)) { // which states show, and name as arguments
+        first = 0;
+        last = rowCount() - 1;
+    }
     if (last >= 0)
         emit dataChanged(index(first, 0), index(last, columnCount() - 1));
 }
