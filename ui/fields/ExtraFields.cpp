@@ -50,11 +50,14 @@ ExtraFields::ExtraFields(std::span<const ExtraField> rows, const char* words,
         const std::size_t size = GroupSize(rows);
         for (std::size_t i = 0; i < size; ++i) {
             const SelectedValue value(field(rows[i].row), context);
-            const RowFacts facts = FactsOf(value.Kind(), value.Field());
-            auto* row = new ValueRow(QString::fromLatin1(rows[i].stem), ShownText(facts.label),
-                                     QCoreApplication::translate(words, rows[i].hint), value, context,
-                                     *columns[i < (size + 1) / 2 ? 0 : 1], this);
-            rows_.push_back({row, facts.since, group});
+            const TextField* text = TextFieldAt(value.Field());
+            const RowFacts facts = text == nullptr ? FactsOf(value.Kind(), value.Field()) : RowFacts{};
+            const FieldLevel since = text == nullptr ? facts.since : text->since;
+            auto* row =
+                new ValueRow(QString::fromLatin1(rows[i].stem), ShownText(text == nullptr ? facts.label : text->label),
+                             QCoreApplication::translate(words, rows[i].hint), value, context,
+                             *columns[i < (size + 1) / 2 ? 0 : 1], this);
+            rows_.push_back({row, since, group});
         }
         rows = rows.subspan(size);
     }
