@@ -27,7 +27,7 @@ namespace plinket3 {
 namespace {
 
 constexpr int longestDigits = 11;   // of a 32-bit number with its sign
-constexpr int usualNameLength = 32; // with the number before it, and the scroll bar
+constexpr int usualNameLength = 30; // with the number before it, and the scroll bar
 
 struct NumberField {
     const char* control;
@@ -251,6 +251,8 @@ QWidget* frmEditThings::BuildExtra() {
     extraPages_->setObjectName(QStringLiteral("tabExtra"));
     for (QGroupBox* group : extra_->Groups()) {
         group->setFlat(true);
+        const int margin = style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing) / 2;
+        group->layout()->setContentsMargins(margin, margin, margin, margin);
         auto* page = new QWidget;
         auto* layout = new QVBoxLayout(page);
         layout->setContentsMargins(0, 0, 0, 0);

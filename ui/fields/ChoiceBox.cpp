@@ -12,7 +12,7 @@ namespace plinket3 {
 
 namespace {
 
-constexpr int usualNameLength = 16;
+constexpr int shortNameLength = 8; // for the narrowest form
 
 } // namespace
 
@@ -23,7 +23,7 @@ ChoiceBox::ChoiceBox(const QString& name, const QString& accessibleName, const S
     setFocusPolicy(Qt::StrongFocus);
     if (value_.MeaningOf(0).kind != ValueMeaning::Kind::Truth) { // names have any length
         setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        setMinimumContentsLength(usualNameLength);
+        setMinimumContentsLength(shortNameLength);
     }
     addAction(restore_);
     setContextMenuPolicy(Qt::ActionsContextMenu);

@@ -45,7 +45,8 @@ void ValueRow::AddBox(const QString& stem, const QString& hint, QGridLayout& for
     if (IsChoice(kind_)) {
         choice_ = new ChoiceBox("cmb" + stem, label_, value_);
         choice_->Hint(hint);
-        form.addWidget(choice_, row, boxColumn, 1, 2, Qt::AlignLeft);
+        form.addWidget(choice_, row, boxColumn, 1, browseColumn - boxColumn,
+                       kind_ == Kind::Truth ? Qt::AlignLeft : Qt::Alignment()); // names have any length
         widgets_.push_back(choice_);
         caption_->setBuddy(choice_);
         return;
