@@ -173,7 +173,7 @@ QString ValueRow::Described() const {
 }
 
 QString ValueRow::DescribedString() const {
-    const auto key = box_->Name();
+    const auto key = box_ != nullptr ? box_->Name() : std::nullopt;
     if (!key || key->empty())
         return {};
     const std::vector<EngineConfiguration::String>& strings = context_.program.engine.strings;
@@ -188,7 +188,7 @@ QString ValueRow::DescribedString() const {
 }
 
 void ValueRow::Show() {
-    if (string_ != nullptr) {
+    if (string_ != nullptr && box_ != nullptr) {
         string_->setText(DescribedString());
         string_->setToolTip(string_->text());
         string_->setAccessibleName(label_ + ": " + string_->text());
