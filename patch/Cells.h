@@ -28,6 +28,8 @@ inline constexpr int lumpNameField = -7;    // sprites and sounds, where an engi
 
 inline constexpr int firstTextField = -16; // the first of `textFields`; the next ones are below it
 constexpr int TextCell(std::size_t textField) { return firstTextField - static_cast<int>(textField); }
+inline constexpr int pickupMessageField = TextCell(0), translationField = TextCell(1), tranmapField = TextCell(2),
+                     carouselIconField = TextCell(3);
 /// The text field that a cell's field is; null for another field.
 constexpr const TextField* TextFieldAt(int field) {
     return field <= firstTextField && field > TextCell(textFields.size())

@@ -117,6 +117,15 @@ TypedValue ReadBits(const EngineConfiguration& engine, BitSet set, std::string_v
     return {bits, {}};
 }
 
+/// -1 stands for none, also where there is a record of that number.
+template <class Record> std::vector<EngineConfiguration::Choice> NamesOf(const NumberedList<Record>& records) {
+    std::vector<EngineConfiguration::Choice> names{{-1, "none"}};
+    for (const auto& [number, record] : records)
+        if (number != -1)
+            names.push_back({number, record.name});
+    return names;
+}
+
 template <class Record> Limits NumbersOf(const NumberedList<Record>& records) {
     return {records.Lowest(), records.Highest()};
 }
@@ -132,6 +141,8 @@ ValueMeaning ReferenceTo(const PatchSet& set, Kind kind) {
 } // namespace
 
 ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell) {
+    if (const TextField* text = TextFieldAt(cell.field))
+        return {text->unit == TextField::Unit::LumpName ? Kind::LumpName : Kind::StringKey};
     const RowFacts facts = FactsOf(cell.kind, cell.field);
     switch (facts.unit) {
     case FieldUnit::Thing:
@@ -151,6 +162,14 @@ ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell) {
     }
     case FieldUnit::Truth:
         return {Kind::Truth, facts.limits};
+    case FieldUnit::Ammo:
+        return {Kind::Ammo};
+    case FieldUnit::Weapon:
+        return {Kind::Weapon};
+    case FieldUnit::PickupItem:
+        return {Kind::Item};
+    case FieldUnit::PickupCategory:
+        return {Kind::Category};
     default:
         return {Kind::Number, LimitsOf(set, cell.kind, cell.field)};
     }
@@ -187,6 +206,24 @@ bool RefersToRecord(const ValueMeaning& meaning) {
     return meaning.kind == Kind::Thing || meaning.kind == Kind::State || meaning.kind == Kind::Sound;
 }
 
+std::vector<EngineConfiguration::Choice> ChoicesOf(const PatchSet& set, const EngineConfiguration& engine,
+                                                   const ValueMeaning& meaning) {
+    switch (meaning.kind) {
+    case Kind::Truth:
+        return {{0, "no"}, {1, "yes"}};
+    case Kind::Ammo:
+        return NamesOf(set.ammo);
+    case Kind::Weapon:
+        return NamesOf(set.weapons);
+    case Kind::Item:
+        return engine.pickupItems;
+    case Kind::Category:
+        return engine.pickupCategories;
+    default:
+        return {};
+    }
+}
+
 std::string ValueText(const EngineConfiguration& engine, const ValueMeaning& meaning, std::int32_t value) {
     if (meaning.kind == Kind::FastSpeed && value == normalSpeed)
         return std::to_string(value);
@@ -220,6 +257,20 @@ std::string ValueName(const PatchSet& set, const EngineConfiguration& engine, co
 
 TypedValue ReadValue(const EngineConfiguration& engine, const ValueMeaning& meaning, std::string_view text) {
     return meaning.kind == Kind::Bits ? ReadBits(engine, meaning.bits, text) : ReadNumber(meaning, Trim(text));
+}
+
+std::string WhyNot(const ValueMeaning& meaning, std::string_view name) {
+    constexpr std::size_t longestLump = 8;
+    constexpr std::string_view inLumps = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_[]\\^";
+    const bool lump = meaning.kind == Kind::LumpName;
+    if (lump && name.size() > longestLump)
+        return "Names of lumps have up to " + std::to_string(longestLump) + " characters.";
+    if (lump && name.find_first_not_of(inLumps) != std::string_view::npos)
+        return "Names of lumps are made of letters, digits and -_[]\\^.";
+    const auto ends = [](char character) { return character <= ' ' || character > '~' || character == '='; };
+    if (std::ranges::any_of(name, ends))
+        return "Keys of strings are made of letters, digits and signs, without blanks and =.";
+    return {};
 }
 
 } // namespace plinket3

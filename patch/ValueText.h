@@ -19,17 +19,23 @@ struct ValueMeaning {
         Angle,     // degrees in 16.16 fixed point
         Degrees,   // whole degrees
         Truth,     // 0: no, 1: yes; what else there is counts as yes
+        Ammo,      // a kind of ammunition, ...
+        Weapon,    // ... a weapon, ...
+        Item,      // ... what a thing gives, ...
+        Category,  // ... or how much of it; -1 for none of them
         Thing,     // counted from 1, 0 for none
         State,
         Sound,
-        Bits
+        Bits,
+        LumpName, // no number, but a text: up to 8 characters, ...
+        StringKey // ... or a key of [STRINGS]
     };
     Kind kind = Kind::Number;
     Limits limits{};              // of the number as it is stored
     BitSet bits = BitSet::Things; // for `Bits`
 };
 
-/// The meaning of a cell that is a row of its kind's table; of a speed it depends on the thing's bits.
+/// The meaning of a cell that is a row of its kind's table or a text field; of a speed it depends on the thing's bits.
 ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell);
 ValueMeaning MeaningOf(const PatchSet& set, const EngineConfiguration::Argument& argument);
 
@@ -39,6 +45,13 @@ constexpr std::optional<std::int32_t> ThingOf(std::int32_t number) {
 }
 
 bool RefersToRecord(const ValueMeaning& meaning);
+inline bool IsName(const ValueMeaning& meaning) {
+    return meaning.kind == ValueMeaning::Kind::LumpName || meaning.kind == ValueMeaning::Kind::StringKey;
+}
+
+/// What a number can stand for, by name, where that are few things; none for another meaning.
+std::vector<EngineConfiguration::Choice> ChoicesOf(const PatchSet& set, const EngineConfiguration& engine,
+                                                   const ValueMeaning& meaning);
 
 /// A number as it is typed: 12.5, -45, "RIP + BOSS"; one beyond the limits, too. `ReadValue` gives it back.
 std::string ValueText(const EngineConfiguration& engine, const ValueMeaning& meaning, std::int32_t value);
@@ -52,5 +65,8 @@ struct TypedValue {
 };
 /// What is typed for such a value. Bits are read by name, upper and lower case alike, or as a number of any sign.
 TypedValue ReadValue(const EngineConfiguration& engine, const ValueMeaning& meaning, std::string_view text);
+
+/// Why a text cannot be such a name, in a sentence; empty when it can.
+std::string WhyNot(const ValueMeaning& meaning, std::string_view name);
 
 } // namespace plinket3

@@ -273,7 +273,7 @@ std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
 }
 
 std::optional<std::int32_t> EditorSet::PickRecord(RecordKind kind, std::int32_t start) {
-    auto& dialog = kind == RecordKind::Thing ? selectThing_ : selectSound_;
+    auto& dialog = kind == RecordKind::Thing ? selectThing_ : kind == RecordKind::Sound ? selectSound_ : selectString_;
     return Made(dialog, program_, kind, area_.window()).Choose(start);
 }
 

@@ -133,7 +133,7 @@ private:
     std::unique_ptr<frmSelectSprite> selectSprite_;
     std::unique_ptr<frmSelectState> selectState_;
     std::unique_ptr<frmSelectAction> selectAction_;
-    std::unique_ptr<frmSelectRecord> selectThing_, selectSound_;
+    std::unique_ptr<frmSelectRecord> selectThing_, selectSound_, selectString_;
 };
 
 } // namespace plinket3

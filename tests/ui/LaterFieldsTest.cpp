@@ -1,5 +1,6 @@
 #include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
+#include "ui/editors/frmEditAmmo.h"
 #include "ui/editors/frmEditStates.h"
 #include "ui/editors/frmEditThings.h"
 #include "ui/editors/frmEditWeapons.h"
@@ -15,6 +16,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTimer>
 #include <QToolButton>
@@ -64,6 +66,16 @@ protected:
         while (edits.CanUndo())
             edits.Undo();
         EXPECT_EQ(Current(), Defaults());
+    }
+    /// The page of the thing editor that has this box, brought up; its heading.
+    std::string Page(const char* box) {
+        auto& pages = Find<QTabWidget>(*window, "tabExtra");
+        for (int page = 0; page < pages.count(); ++page)
+            if (pages.widget(page)->isAncestorOf(&Box(box))) {
+                pages.setCurrentIndex(page);
+                return pages.tabText(page).toStdString();
+            }
+        return "none";
     }
     // States
     void OpenStates() {
@@ -252,7 +264,7 @@ TEST_F(LaterFieldsTest, EnginesShowOnlyTheFieldsThatTheyHave) {
         EXPECT_EQ(IsVisible("txtDroppedItem"), row.group != nullptr);
         EXPECT_EQ(IsVisible("txtMeleeRange"), row.bits);
         if (row.group != nullptr) {
-            EXPECT_EQ(static_cast<QGroupBox*>(Box("txtDroppedItem").parentWidget())->title(), row.group);
+            EXPECT_EQ(Page("txtDroppedItem"), row.group);
         }
         window = &Open<frmEditWeapons>();
         EXPECT_EQ(IsVisible("txtAmmoPerShot") && IsVisible("txtBits21"), row.bits);
@@ -268,8 +280,8 @@ TEST_F(LaterFieldsTest, WhatComesAfterIsInFormsOfTheSameMake) {
     LoadEngine("id24");
     window = &Open<frmEditThings>();
     static_cast<frmEditThings*>(window)->ShowThing(imp);
-    EXPECT_EQ(static_cast<QGroupBox*>(Box("txtPickupSound").parentWidget())->title(), "Pickup");
-    EXPECT_EQ(static_cast<QGroupBox*>(Box("txtRespawnDice").parentWidget())->title(), "ID24");
+    EXPECT_EQ(Page("txtPickupSound"), "Pickup");
+    EXPECT_EQ(Page("txtRespawnDice"), "ID24");
     EXPECT_EQ(Box("txtSelfDamageFactor").text(), "1");
     Type(Box("txtRespawnDice"), "256");
     EXPECT_EQ(Thing(imp, &ThingRecord::respawnDice), CellValue(25));
@@ -282,6 +294,119 @@ TEST_F(LaterFieldsTest, WhatComesAfterIsInFormsOfTheSameMake) {
     owned.setFocus();
     QTest::keyClick(&owned, Qt::Key_Down);
     EXPECT_EQ(Current().weapons[shotgun].initialOwned, 1);
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, NamesAreTypedInUpperCaseRefusedPickedAndUnset) {
+    LoadEngine("id24");
+    window = &Open<frmEditThings>();
+    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    const ::plinket3::Cell translation{RecordKind::Thing, imp, translationField};
+    const ::plinket3::Cell message{RecordKind::Thing, imp, pickupMessageField};
+    Page("txtTranslation");
+    EXPECT_EQ(Box("txtTranslation").placeholderText(), "unset");
+    Type(Box("txtTranslation"), "red x");
+    EXPECT_EQ(links.calls.back(), "status Names of lumps are made of letters, digits and -_[]\\^.");
+    Type(Box("txtTranslation"), "redtorangex");
+    EXPECT_EQ(links.calls.back(), "status Names of lumps have up to 8 characters.");
+    EXPECT_EQ(edits.Value(translation), CellValue("REDTORAN"));
+    EXPECT_TRUE(Box("txtTranslation").font().bold());
+    Type(Box("txtTranslation"), "\b");
+    EXPECT_EQ(edits.Value(translation), CellValue(""));
+    QTest::keyClick(&Box("txtTranslation"), Qt::Key_Tab);
+    edits.Store(translation, std::string("longerThan8"));
+    EXPECT_EQ(Box("txtTranslation").text(), "longerThan8") << "as it stands in a patch";
+
+    Page("txtPickupMessage");
+    Type(Box("txtPickupMessage"), "gotarmor");
+    EXPECT_EQ(edits.Value(message), CellValue("GOTARMOR"));
+    EXPECT_EQ(Text("lblPickupMessage"), "Picked up the armor.");
+    Type(Box("txtPickupMessage"), "user_hi =");
+    EXPECT_EQ(edits.Value(message), CellValue("USER_HI"));
+    EXPECT_TRUE(links.calls.back().starts_with("status Keys of strings"));
+    EXPECT_EQ(Text("lblPickupMessage"), "(the engine has no such string)");
+    const auto& strings = program.engine.strings;
+    links.pickedRecord = static_cast<std::int32_t>(strings.size()) - 1;
+    Click("cmdPickupMessageBrowse");
+    EXPECT_EQ(edits.Value(message), CellValue(strings.back().mnemonic));
+    EXPECT_EQ(Box("txtPickupMessage").text().toStdString(), strings.back().mnemonic);
+    TriggerMenu(Box("txtPickupMessage"), "unsetField");
+    EXPECT_EQ(edits.Value(message), CellValue(""));
+    EXPECT_EQ(Text("lblPickupMessage"), "");
+
+    OpenStates();
+    Select(walking);
+    Type(Box("txtTranmap"), "glass");
+    EXPECT_EQ(edits.Value({RecordKind::State, walking, tranmapField}), CellValue("GLASS"));
+    window = &Open<frmEditWeapons>();
+    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
+    Type(Box("txtCarouselIcon"), "smshot");
+    EXPECT_EQ(edits.Value({RecordKind::Weapon, shotgun, carouselIconField}), CellValue("SMSHOT"));
+    UndoAll();
+}
+
+TEST_F(LaterFieldsTest, StringsArePickedByKeyOrText) {
+    LoadEngine("id24");
+    frmSelectRecord dialog(program, RecordKind::String, nullptr);
+    QTimer::singleShot(0, &dialog, [&dialog] {
+        Type(Find<QLineEdit>(dialog, "txtFilter"), "GOTARMOR");
+        ClickRow(Find<QListView>(dialog, "lstRecords"), 0);
+        QTest::mouseClick(&Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
+    });
+    const auto chosen = dialog.Choose(0);
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(program.engine.strings[static_cast<std::size_t>(*chosen)].mnemonic, "GOTARMOR");
+}
+
+TEST_F(LaterFieldsTest, AmountsAndItemsAreEditedByWhatTheyStandFor) {
+    window = &Open<frmEditAmmo>();
+    EXPECT_FALSE(IsVisible("txtBoxAmmo"));
+    LoadEngine("id24");
+    window = &Open<frmEditAmmo>();
+    const ::plinket3::Cell box{RecordKind::Ammo, 0, RowOf(&AmmoRecord::boxAmmo)};
+    auto& list = Find<QListView>(*window, "lstAmmo");
+    ClickRow(list, list.model()->match(list.model()->index(0, 0), Qt::DisplayRole, "Bullets").front().row());
+    ASSERT_EQ(edits.Value(box), CellValue(Unset()));
+    EXPECT_EQ(Box("txtDroppedBoxAmmo").placeholderText(), "25 (unset)");
+    Type(Box("txtPickupAmmo"), "20");
+    EXPECT_EQ(Box("txtBoxAmmo").placeholderText(), "100 (unset)");
+    Type(Box("txtBoxAmmo"), "0");
+    EXPECT_EQ(edits.Value(box), CellValue(0));
+    EXPECT_TRUE(Box("txtBoxAmmo").toolTip().endsWith("Default: 50 (unset)"));
+    EXPECT_EQ(Box("txtDroppedBoxAmmo").placeholderText(), "0 (unset)");
+    Type(Box("txtBoxAmmo"), "\b");
+    EXPECT_EQ(edits.Value(box), CellValue(Unset()));
+    list.selectAll();
+    EXPECT_EQ(Box("txtBoxAmmo").placeholderText(), "unset") << "other numbers for other kinds";
+    UndoAll();
+
+    window = &Open<frmEditWeapons>();
+    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
+    auto& type = Find<QComboBox>(*window, "cmbAmmoType");
+    type.setFocus();
+    QTest::keyClicks(&type, "Fuel");
+    EXPECT_LT(Current().weapons[shotgun].ammoType, 0);
+    EXPECT_EQ(type.currentText(), "Fuel");
+    QTest::keyClick(&type, Qt::Key_End);
+    EXPECT_EQ(Current().weapons[shotgun].ammoType, 5);
+    EXPECT_EQ(type.currentText(), "No Ammo");
+    UndoAll();
+
+    window = &Open<frmEditThings>();
+    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    Page("txtPickupSound");
+    auto& weapon = Find<QComboBox>(*window, "cmbPickupWeaponType");
+    EXPECT_EQ(weapon.currentText(), "-1: none");
+    edits.Store({RecordKind::Weapon, shotgun, nameField}, std::string("Blunderbuss"));
+    EXPECT_GE(weapon.findText("2: Blunderbuss"), 0);
+    auto& item = Find<QComboBox>(*window, "cmbPickupItemType");
+    item.setFocus();
+    QTest::keyClick(&item, Qt::Key_Down);
+    QTest::keyClick(&item, Qt::Key_Down);
+    EXPECT_EQ(item.currentText(), "1: blue keycard");
+    EXPECT_EQ(Thing(imp, &ThingRecord::pickupItemType), CellValue(1));
+    edits.Store(OfImp(&ThingRecord::pickupItemType), 99);
+    EXPECT_EQ(item.placeholderText(), "99: (none such)");
     UndoAll();
 }
 

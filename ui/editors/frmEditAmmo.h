@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/editors/NamedRecordEditor.h"
+#include "ui/fields/ExtraFields.h"
 #include "ui/fields/NumberBox.h"
 
 namespace plinket3 {
@@ -13,6 +14,12 @@ public:
 
 protected:
     QWidget* BuildFields() override;
+    void fillStaticData() override;
+    void updateForm() override;
+    void ShowRecords() override { extra_->Update(); }
+
+private:
+    ExtraFields* extra_ = nullptr;
 };
 
 } // namespace plinket3

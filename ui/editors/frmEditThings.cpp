@@ -17,6 +17,7 @@
 #include <QSplitter>
 #include <QStyle>
 #include <QStyledItemDelegate>
+#include <QTabWidget>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -27,7 +28,7 @@ namespace plinket3 {
 namespace {
 
 constexpr int longestDigits = 11;   // of a 32-bit number with its sign
-constexpr int usualNameLength = 32; // with the number before it, and the scroll bar
+constexpr int usualNameLength = 30; // with the number before it, and the scroll bar
 
 struct NumberField {
     const char* control;
@@ -81,23 +82,27 @@ constexpr ExtraField extraFields[]{
     {nullptr, "RipSound", RowOf(&ThingRecord::ripSound),
      QT_TRANSLATE_NOOP("frmEditThings", "Sound of a projectile with the bit RIP that passes through something")},
     {QT_TRANSLATE_NOOP("frmEditThings", "Pickup"), "PickupAmmoType", RowOf(&ThingRecord::pickupAmmoType),
-     QT_TRANSLATE_NOOP("frmEditThings", "Kind of ammunition that it gives; -1 for none")},
+     QT_TRANSLATE_NOOP("frmEditThings", "Kind of ammunition that it gives")},
     {nullptr, "PickupAmmoCategory", RowOf(&ThingRecord::pickupAmmoCategory),
-     QT_TRANSLATE_NOOP("frmEditThings", "How much of it: the number of a category; -1 for none")},
+     QT_TRANSLATE_NOOP("frmEditThings", "How much of it")},
     {nullptr, "PickupWeaponType", RowOf(&ThingRecord::pickupWeaponType),
-     QT_TRANSLATE_NOOP("frmEditThings", "Weapon that it gives; -1 for none")},
+     QT_TRANSLATE_NOOP("frmEditThings", "Weapon that it gives")},
     {nullptr, "PickupItemType", RowOf(&ThingRecord::pickupItemType),
-     QT_TRANSLATE_NOOP("frmEditThings", "What else it gives: the number of an item; -1 for nothing")},
+     QT_TRANSLATE_NOOP("frmEditThings", "What else it gives")},
     {nullptr, "PickupBonusCount", RowOf(&ThingRecord::pickupBonusCount),
      QT_TRANSLATE_NOOP("frmEditThings", "How bright the screen flashes, in tics")},
     {nullptr, "PickupSound", RowOf(&ThingRecord::pickupSound),
      QT_TRANSLATE_NOOP("frmEditThings", "Sound of picking it up")},
+    {nullptr, "PickupMessage", pickupMessageField,
+     QT_TRANSLATE_NOOP("frmEditThings", "Key of the string that the player then reads")},
     {"", "MinRespawnTics", RowOf(&ThingRecord::minRespawnTics),
      QT_TRANSLATE_NOOP("frmEditThings", "Tics, 35 a second, before it may come back on nightmare")},
     {nullptr, "RespawnDice", RowOf(&ThingRecord::respawnDice),
      QT_TRANSLATE_NOOP("frmEditThings", "The higher, the more often it then comes back")},
     {nullptr, "SelfDamageFactor", RowOf(&ThingRecord::selfDamageFactor),
      QT_TRANSLATE_NOOP("frmEditThings", "Factor on the damage that its own explosions do to it")},
+    {nullptr, "Translation", translationField,
+     QT_TRANSLATE_NOOP("frmEditThings", "Lump with other colours for its pictures")},
 };
 
 NumberForm FormOf(FieldUnit unit) {
@@ -131,7 +136,7 @@ public:
         setWidgetResizable(true);
         setWidget(form);
     }
-    QSize sizeHint() const override { return widget()->sizeHint(); }
+    QSize sizeHint() const override { return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0); }
 };
 
 /// Rows with room between them, so that check boxes do not touch.
@@ -233,19 +238,48 @@ QWidget* frmEditThings::BuildFields() {
     grid->addWidget(BuildReferences(Reference::Sound, tr("Sounds"), soundFields,
                                     [this](int sound) { context_.links.ShowSoundInEditor(sound); }),
                     1, 1);
-    extra_ = new ExtraFields(
-        extraFields, "frmEditThings", [this](int row) { return boxes_.Field(row); }, context_, this);
-    auto* extra = new QVBoxLayout;
-    for (QGroupBox* group : extra_->Groups())
-        extra->addWidget(group);
-    grid->addLayout(extra, 2, 0, 1, 2);
-    grid->addWidget(BuildFlags(), 0, 2, 4, 1);
+    grid->addWidget(BuildExtra(), 2, 0, 1, 2);
     grid->addWidget(BuildNotes(), 3, 0, 1, 2);
     grid->setRowStretch(3, 1);
     grid->setColumnStretch(1, 1);
-    grid->setColumnStretch(2, 1);
-    layout->addWidget(new FormArea(page));
+    auto* columns = new QHBoxLayout;
+    columns->addWidget(new FormArea(page), 3);
+    columns->addWidget(BuildFlags(), 1); // in view wherever the form is scrolled
+    layout->addLayout(columns);
     return panel;
+}
+
+/// Under each other the groups of the newest engines would not fit on a screen.
+QWidget* frmEditThings::BuildExtra() {
+    extra_ = new ExtraFields(
+        extraFields, "frmEditThings", [this](int row) { return boxes_.Field(row); }, context_, this);
+    extraPages_ = new QTabWidget;
+    extraPages_->setObjectName(QStringLiteral("tabExtra"));
+    for (QGroupBox* group : extra_->Groups()) {
+        group->setFlat(true);
+        const int margin = style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing) / 2;
+        group->layout()->setContentsMargins(margin, margin, margin, margin);
+        auto* page = new QWidget;
+        auto* layout = new QVBoxLayout(page);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(group);
+        extraPages_->addTab(page, QString());
+    }
+    return extraPages_;
+}
+
+void frmEditThings::ReloadExtra() {
+    extra_->Reload();
+    bool any = false;
+    for (int page = 0; QGroupBox * group : extra_->Groups()) {
+        if (!group->title().isEmpty()) { // it stands on the tab instead
+            extraPages_->setTabText(page, group->title());
+            group->setTitle({});
+        }
+        any = any || !group->isHidden();
+        extraPages_->setTabVisible(page++, !group->isHidden());
+    }
+    extraPages_->setVisible(any);
 }
 
 QWidget* frmEditThings::BuildHead() {
@@ -355,7 +389,7 @@ void frmEditThings::fillStaticData() {
         boxes_.Show({}); // until the patch's things are known to be there
         names_.Reset();
         flags_.Reload();
-        extra_->Reload();
+        ReloadExtra();
         notes_->setVisible(txtNotes_->HasNotes());
         flagTree_->setMinimumWidth(flagTree_->sizeHintForColumn(0) +
                                    2 * flagTree_->verticalScrollBar()->sizeHint().width());
@@ -401,8 +435,9 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
         return cell.kind == RecordKind::Thing && std::binary_search(shown.begin(), shown.end(), cell.index);
     };
     // What fields refer to may be called or look otherwise.
-    const bool thingsNamed = std::any_of(cells.begin(), cells.end(), [](const Cell& cell) {
-        return cell.kind == RecordKind::Thing && cell.field == nameField;
+    const bool named = std::any_of(cells.begin(), cells.end(), [](const Cell& cell) {
+        return cell.field == nameField || cell.field == lumpNameField || cell.field == existsField ||
+               cell.kind == RecordKind::String;
     });
     const bool states =
         std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
@@ -415,7 +450,7 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
         ShowSprite();
         return;
     }
-    if (thingsNamed || lumps)
+    if (named)
         extra_->Update();
     if (states || lumps) {
         for (ReferenceRow* row : references_)

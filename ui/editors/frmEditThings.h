@@ -18,6 +18,7 @@ class QAbstractItemView;
 class QComboBox;
 class QLabel;
 class QSortFilterProxyModel;
+class QTabWidget;
 
 namespace plinket3 {
 
@@ -52,6 +53,8 @@ private:
     QWidget* BuildNumbers();
     QWidget* BuildReferences(Reference reference, const QString& heading, std::span<const ReferenceField> fields,
                              const std::function<void(std::int32_t)>& show);
+    QWidget* BuildExtra();
+    void ReloadExtra();
     QWidget* BuildFlags();
     QWidget* BuildNotes();
 
@@ -78,6 +81,7 @@ private:
     RecordMaker* maker_ = nullptr;
     QComboBox* thingNames_ = nullptr;
     ExtraFields* extra_ = nullptr;
+    QTabWidget* extraPages_ = nullptr; // one for each of its groups
     QAbstractItemView* flagTree_ = nullptr;
     QLabel* number_ = nullptr;
     SpriteView* sprite_ = nullptr;

@@ -51,13 +51,15 @@ constexpr ExtraField extraFields[]{
     {nullptr, "InitialRaised", RowOf(&WeaponRecord::initialRaised),
      QT_TRANSLATE_NOOP("frmEditWeapons", "Whether players begin with it in their hands")},
     {nullptr, "AllowWithWeapon", RowOf(&WeaponRecord::allowWithWeapon),
-     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key chooses it only with this weapon; -1 for always")},
+     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key chooses it only with this weapon, if any")},
     {nullptr, "NoneWithWeapon", RowOf(&WeaponRecord::noneWithWeapon),
-     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key does not choose it with this weapon; -1 for none")},
+     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key does not choose it with this weapon")},
     {nullptr, "AllowWithItem", RowOf(&WeaponRecord::allowWithItem),
-     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key chooses it only with this item; -1 for always")},
+     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key chooses it only with this item, if any")},
     {nullptr, "NoneWithItem", RowOf(&WeaponRecord::noneWithItem),
-     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key does not choose it with this item; -1 for none")},
+     QT_TRANSLATE_NOOP("frmEditWeapons", "Its key does not choose it with this item")},
+    {nullptr, "CarouselIcon", carouselIconField,
+     QT_TRANSLATE_NOOP("frmEditWeapons", "Lump with its picture in the row of weapons")},
 };
 
 } // namespace
@@ -79,7 +81,7 @@ QWidget* frmEditWeapons::BuildFields() {
     ammoType_->setAccessibleName(tr("Ammo type"));
     ammoType_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon); // for any name
     ammoType_->setModel(&ammoTypes_);
-    connect(ammoType_, &QComboBox::activated, this, &frmEditWeapons::StoreAmmoType);
+    connect(ammoType_, &QComboBox::activated, this, [this](int row) { StoreAmmoType(ammoTypes_.TypeAt(row)); });
     restoreAmmoType_ = new QAction(ammoType_);
     ammoType_->addAction(restoreAmmoType_);
     ammoType_->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -159,7 +161,7 @@ void frmEditWeapons::StoreAmmoType(std::int32_t type) {
 }
 
 QString frmEditWeapons::AmmoName(std::int32_t type) const {
-    const QString name = type < 0 ? QString() : ammoTypes_.index(type).data().toString();
+    const QString name = ammoTypes_.index(ammoTypes_.RowOfType(type)).data().toString();
     return name.isEmpty() ? QString::number(type) : name;
 }
 
@@ -180,7 +182,7 @@ void frmEditWeapons::ShowAmmoType() {
     if (common) {
         const auto number = std::get<std::int32_t>(type);
         ammoType_->setPlaceholderText(QString::number(number));
-        ammoType_->setCurrentIndex(number >= 0 && number < ammoTypes_.rowCount() ? number : -1);
+        ammoType_->setCurrentIndex(ammoTypes_.RowOfType(number));
     } else {
         ammoType_->setPlaceholderText(tr("leave as is"));
     }

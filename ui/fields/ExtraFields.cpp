@@ -25,9 +25,20 @@ std::array<QGridLayout*, 2> AddColumns(QGroupBox& group) {
         auto* column = new QVBoxLayout;
         column->addLayout(form);
         column->addStretch();
-        columns->addLayout(column, form == made.back() ? 1 : 0);
+        columns->addLayout(column, form == made.back() ? 3 : 2);
     }
     return made;
+}
+
+/// A field's label as a group's row shows it: "Pickup sound" is "Sound" under "Pickup".
+QString Caption(std::string_view label, const char* group) {
+    QString caption = ShownText(label);
+    const QString heading = QString::fromLatin1(group) + QLatin1Char(' ');
+    if (caption.startsWith(heading)) {
+        caption.remove(0, heading.size());
+        caption[0] = caption[0].toUpper();
+    }
+    return caption;
 }
 
 /// How many rows stand under one heading from `rows` on.
@@ -50,11 +61,14 @@ ExtraFields::ExtraFields(std::span<const ExtraField> rows, const char* words,
         const std::size_t size = GroupSize(rows);
         for (std::size_t i = 0; i < size; ++i) {
             const SelectedValue value(field(rows[i].row), context);
-            const RowFacts facts = FactsOf(value.Kind(), value.Field());
-            auto* row = new ValueRow(QString::fromLatin1(rows[i].stem), ShownText(facts.label),
+            const TextField* text = TextFieldAt(value.Field());
+            const RowFacts facts = text == nullptr ? FactsOf(value.Kind(), value.Field()) : RowFacts{};
+            const FieldLevel since = text == nullptr ? facts.since : text->since;
+            auto* row = new ValueRow(QString::fromLatin1(rows[i].stem),
+                                     Caption(text == nullptr ? facts.label : text->label, rows.front().group),
                                      QCoreApplication::translate(words, rows[i].hint), value, context,
                                      *columns[i < (size + 1) / 2 ? 0 : 1], this);
-            rows_.push_back({row, facts.since, group});
+            rows_.push_back({row, since, group});
         }
         rows = rows.subspan(size);
     }

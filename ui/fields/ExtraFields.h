@@ -16,7 +16,7 @@ namespace plinket3 {
 struct ExtraField {
     const char* group; // its heading, or empty for one after the engines that have such fields; null to go on
     const char* stem;  // of the names of its controls
-    int row;           // of the kind's table
+    int row;           // of the kind's table, or a text field
     const char* hint;
 };
 

@@ -31,25 +31,57 @@ ValueMeaning SelectedValue::Meaning(const PatchSet& set, std::int32_t record) co
     return argument_ ? plinket3::MeaningOf(set, *argument_) : plinket3::MeaningOf(set, CellOf(record));
 }
 
+std::vector<EngineConfiguration::Choice> SelectedValue::Choices() const {
+    return ChoicesOf(Current(), context_.program.engine, MeaningOf(0));
+}
+
 QString SelectedValue::Text(const PatchSet& set, std::int32_t record) const {
     const CellValue value = ReadCell(set, CellOf(record));
+    if (const auto* name = std::get_if<std::string>(&value))
+        return ShownText(*name);
     const auto* number = std::get_if<std::int32_t>(&value);
     return number == nullptr ? QString() : ShownText(ValueText(context_.program.engine, Meaning(set, record), *number));
 }
 
-QString SelectedValue::UnsetWord() const {
-    if (!argument_)
+std::optional<std::int32_t> SelectedValue::CountsUnset(const PatchSet& set, std::int32_t record) const {
+    if (argument_)
+        return argument_->standard;
+    if (field_.kind != RecordKind::Ammo || field_.field < 0)
+        return std::nullopt;
+    return DerivedAmount(*RecordOrNew(set.ammo, record),
+                         fieldTable<AmmoRecord>[static_cast<std::size_t>(field_.field)]);
+}
+
+QString SelectedValue::UnsetWord(std::optional<std::int32_t> counts) const {
+    if (!counts)
         return QCoreApplication::translate("SelectedValue", "unset");
-    const std::string text = ValueText(context_.program.engine, Meaning(Current(), 0), argument_->standard);
+    const std::string text = ValueText(context_.program.engine, Meaning(Current(), 0), *counts);
     return QCoreApplication::translate("SelectedValue", "%1 (unset)").arg(ShownText(text));
 }
 
-QString SelectedValue::DefaultWord(std::int32_t record) const {
-    return std::holds_alternative<Unset>(DefaultOf(record)) ? UnsetWord() : DefaultTextOf(record);
+QString SelectedValue::UnsetWord() const {
+    const std::vector<std::int32_t>& records = Selection().records;
+    const auto counts = CountsUnset(Current(), records.empty() ? 0 : records.front());
+    const bool common =
+        std::ranges::all_of(records, [&](std::int32_t record) { return CountsUnset(Current(), record) == counts; });
+    return UnsetWord(common ? counts : std::nullopt);
 }
 
-TypedValue SelectedValue::Read(const QString& text, std::int32_t record) const {
-    return ReadValue(context_.program.engine, MeaningOf(record), StoredText(text));
+QString SelectedValue::DefaultWord(std::int32_t record) const {
+    const CellValue value = DefaultOf(record);
+    return MayBeUnset() && value == UnsetValue() ? UnsetWord(CountsUnset(context_.program.patch.defaults, record))
+                                                 : DefaultTextOf(record);
+}
+
+SelectedValue::Typed SelectedValue::Read(const QString& text, std::int32_t record) const {
+    const ValueMeaning meaning = MeaningOf(record);
+    if (plinket3::IsName(meaning)) {
+        std::string name = StoredText(text);
+        std::string refusal = WhyNot(meaning, name);
+        return {refusal.empty() ? std::optional<CellValue>(std::move(name)) : std::nullopt, std::move(refusal)};
+    }
+    TypedValue typed = ReadValue(context_.program.engine, meaning, StoredText(text));
+    return {typed.number ? std::optional<CellValue>(*typed.number) : std::nullopt, std::move(typed.refusal)};
 }
 
 std::string SelectedValue::StepName(const std::vector<std::int32_t>& records) const {
@@ -80,7 +112,8 @@ void SelectedValue::Restore() {
     std::vector<Assignment> values;
     for (const std::int32_t record : records) {
         CellValue value = DefaultOf(record);
-        if (field_.kind == RecordKind::Thing && FactsOf(field_.kind, field_.field).unit == FieldUnit::ProjectileSpeed)
+        if (field_.kind == RecordKind::Thing && field_.field >= 0 &&
+            FactsOf(field_.kind, field_.field).unit == FieldUnit::ProjectileSpeed)
             value = SpeedUnder(RecordOrNew(Current().things, record)->bits,
                                *RecordOrNew(context_.program.patch.defaults.things, record),
                                fieldTable<ThingRecord>[static_cast<std::size_t>(field_.field)]);

@@ -15,10 +15,14 @@ public:
         const RecordSelection& selection = box_.selection_;
         if (text.isEmpty() || selection.records.empty())
             return Acceptable;
-        const TypedValue read = box_.value_.Read(text, selection.current);
-        if (read.refusal.empty())
-            return read.number ? Acceptable : Intermediate;
-        if (text != box_.TextOf(selection.current)) // which is shown, not typed
+        const SelectedValue::Typed read = box_.value_.Read(text, selection.current);
+        const bool shown = text == box_.TextOf(selection.current); // not typed
+        if (read.refusal.empty()) {
+            if (box_.value_.IsName() && !shown)
+                text = text.toUpper();
+            return read.value ? Acceptable : Intermediate;
+        }
+        if (!shown)
             box_.tell_(ShownText(read.refusal));
         return Invalid;
     }
@@ -41,14 +45,21 @@ std::optional<std::int32_t> ValueBox::Number() const {
     return number == nullptr ? std::nullopt : std::optional(*number);
 }
 
-void ValueBox::Put(std::int32_t number) {
+std::optional<std::string> ValueBox::Name() const {
+    const auto common = value_.Common();
+    const auto* name = common ? std::get_if<std::string>(&*common) : nullptr;
+    return name == nullptr ? std::nullopt : std::optional(*name);
+}
+
+void ValueBox::Put(const CellValue& value) {
     setModified(false);
-    value_.Store([number](std::int32_t) { return number; }, false);
+    value_.Store([&value](std::int32_t) { return value; }, false);
 }
 
 QString ValueBox::EmptyText() const {
     const auto common = value_.Common();
-    return common && std::holds_alternative<plinket3::Unset>(*common) ? value_.UnsetWord() : SelectionBox::EmptyText();
+    return common && value_.MayBeUnset() && *common == value_.UnsetValue() ? value_.UnsetWord()
+                                                                           : SelectionBox::EmptyText();
 }
 
 QString ValueBox::CommonText() const {
@@ -62,33 +73,33 @@ bool ValueBox::TextHolds() const {
     if (text().isEmpty())
         return selection_.Several() || isModified();
     return std::ranges::all_of(value_.Editable(), [this](std::int32_t record) {
-        const TypedValue typed = value_.Read(text(), record);
-        return !typed.number || CellValue(*typed.number) == value_.Of(record);
+        const SelectedValue::Typed typed = value_.Read(text(), record);
+        return !typed.value || *typed.value == value_.Of(record);
     });
 }
 
 void ValueBox::StoreText() {
     if (text().isEmpty()) {
         if (!selection_.Several() && value_.MayBeUnset())
-            value_.Store([](std::int32_t) { return plinket3::Unset(); }, true);
+            value_.Store([this](std::int32_t) { return value_.UnsetValue(); }, true);
         return;
     }
     const std::vector<std::int32_t> records = value_.Editable();
     for (const std::int32_t record : records) {
-        const TypedValue typed = value_.Read(text(), record);
+        const SelectedValue::Typed typed = value_.Read(text(), record);
         if (!typed.refusal.empty()) // what stood in the box could not be typed either
             tell_(ShownText(typed.refusal));
-        if (!typed.number)
+        if (!typed.value)
             return;
     }
-    value_.Store([this](std::int32_t record) { return *value_.Read(text(), record).number; }, true);
+    value_.Store([this](std::int32_t record) { return *value_.Read(text(), record).value; }, true);
     Mark();
     emit Shown();
 }
 
 void ValueBox::Unset() {
     setModified(false);
-    value_.Store([](std::int32_t) { return plinket3::Unset(); }, false);
+    value_.Store([this](std::int32_t) { return value_.UnsetValue(); }, false);
 }
 
 void ValueBox::AddRestore(QMenu& menu) {
@@ -97,9 +108,8 @@ void ValueBox::AddRestore(QMenu& menu) {
         return;
     QAction* unset = menu.addAction(tr("Unset"), this, &ValueBox::Unset);
     unset->setObjectName(QStringLiteral("unsetField"));
-    unset->setEnabled(std::ranges::any_of(value_.Editable(), [this](std::int32_t record) {
-        return !std::holds_alternative<plinket3::Unset>(value_.Of(record));
-    }));
+    unset->setEnabled(std::ranges::any_of(
+        value_.Editable(), [this](std::int32_t record) { return value_.Of(record) != value_.UnsetValue(); }));
 }
 
 } // namespace plinket3

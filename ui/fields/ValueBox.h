@@ -9,9 +9,9 @@
 
 namespace plinket3 {
 
-/// A box for a number of the selected records that is written as its meaning asks: whole, with a fraction, or bits by
-/// name. Refuses at once, with a word why, what it cannot be; a number that stands in a patch shows nevertheless. Where
-/// it may be unset, an empty box of a single record means that.
+/// A box for a value of the selected records that is written as its meaning asks: whole, with a fraction, bits by name,
+/// or a name in upper case. Refuses at once, with a word why, what it cannot be; a number that stands in a patch shows
+/// nevertheless. Where it may be unset, an empty box of a single record means that.
 class ValueBox : public SelectionBox {
     Q_OBJECT
 public:
@@ -20,8 +20,10 @@ public:
 
     /// The number that all selected records have; absent when they differ, it is unset or none is selected.
     std::optional<std::int32_t> Number() const;
+    /// The same for a name; empty when it is unset.
+    std::optional<std::string> Name() const;
     /// What another control has chosen: stores it as a step of its own.
-    void Put(std::int32_t number);
+    void Put(const CellValue& value);
 
 protected:
     bool Editable() const override { return !value_.Editable().empty(); }

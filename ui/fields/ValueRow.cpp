@@ -1,11 +1,14 @@
 #include "ui/fields/ValueRow.h"
 
+#include "core/Text.h"
 #include "ui/LatinText.h"
 #include "ui/fields/BitsButton.h"
+#include "ui/fields/ChoiceBox.h"
 #include "ui/fields/Labels.h"
 #include "ui/fields/LinkLabel.h"
-#include "ui/fields/TruthBox.h"
 #include "ui/fields/ValueBox.h"
+
+#include <algorithm>
 
 namespace plinket3 {
 
@@ -15,6 +18,12 @@ using Kind = ValueMeaning::Kind;
 
 constexpr int longestDigits = 11; // of a 32-bit number with its sign
 constexpr int captionColumn = 0, boxColumn = 1, descriptionColumn = 2, playColumn = 3, browseColumn = 4;
+
+/// Whether there are few things that such a number can stand for, in one engine or another.
+bool IsChoice(Kind kind) {
+    return kind == Kind::Truth || kind == Kind::Ammo || kind == Kind::Weapon || kind == Kind::Item ||
+           kind == Kind::Category;
+}
 
 } // namespace
 
@@ -33,12 +42,13 @@ ValueRow::ValueRow(const QString& stem, const QString& label, const QString& hin
 }
 
 void ValueRow::AddBox(const QString& stem, const QString& hint, QGridLayout& form, int row) {
-    if (kind_ == Kind::Truth) {
-        truth_ = new TruthBox("cmb" + stem, label_, value_);
-        truth_->Hint(hint);
-        form.addWidget(truth_, row, boxColumn, 1, 2, Qt::AlignLeft);
-        widgets_.push_back(truth_);
-        caption_->setBuddy(truth_);
+    if (IsChoice(kind_)) {
+        choice_ = new ChoiceBox("cmb" + stem, label_, value_);
+        choice_->Hint(hint);
+        form.addWidget(choice_, row, boxColumn, 1, browseColumn - boxColumn,
+                       kind_ == Kind::Truth ? Qt::AlignLeft : Qt::Alignment()); // names have any length
+        widgets_.push_back(choice_);
+        caption_->setBuddy(choice_);
         return;
     }
     box_ = new ValueBox("txt" + stem, label_, value_, context_);
@@ -46,6 +56,10 @@ void ValueRow::AddBox(const QString& stem, const QString& hint, QGridLayout& for
     caption_->setBuddy(box_);
     widgets_.push_back(box_);
     connect(box_, &SelectionBox::Shown, this, &ValueRow::Show);
+    if (kind_ == Kind::LumpName || kind_ == Kind::StringKey)
+        box_->setAlignment(Qt::AlignLeft);
+    if (kind_ == Kind::StringKey)
+        return AddStringKey(stem, form, row);
     if (kind_ != Kind::Bits) {
         box_->setFixedWidth(WidthForDigits(*box_, longestDigits));
         form.addWidget(box_, row, boxColumn);
@@ -56,6 +70,19 @@ void ValueRow::AddBox(const QString& stem, const QString& hint, QGridLayout& for
     form.addWidget(box_, row, boxColumn, 1, browseColumn - boxColumn);
     form.addWidget(bits_, row, browseColumn);
     widgets_.push_back(bits_);
+}
+
+void ValueRow::AddStringKey(const QString& stem, QGridLayout& form, int row) {
+    form.addWidget(box_, row, boxColumn, 1, browseColumn - boxColumn);
+    browse_ = NewSmallButton("cmd" + stem + "Browse", QStringLiteral("..."), tr("Choose %1").arg(label_));
+    form.addWidget(browse_, row, browseColumn);
+    connect(browse_, &QPushButton::clicked, this, &ValueRow::BrowseStrings);
+    string_ = new QLabel;
+    string_->setObjectName("lbl" + stem);
+    string_->setTextFormat(Qt::PlainText);
+    string_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    form.addWidget(string_, row + 1, boxColumn, 1, browseColumn - boxColumn + 1);
+    widgets_.push_back(string_);
 }
 
 void ValueRow::AddReference(const QString& stem, QGridLayout& form, int row) {
@@ -117,8 +144,8 @@ void ValueRow::ShowSelection() {
 void ValueRow::Update() {
     if (box_ != nullptr)
         box_->Update();
-    if (truth_ != nullptr)
-        truth_->Update();
+    if (choice_ != nullptr)
+        choice_->Update();
     if (bits_ != nullptr && box_ != nullptr) {
         bits_->setEnabled(box_->isEnabled());
         bits_->Update();
@@ -145,7 +172,28 @@ QString ValueRow::Described() const {
                : ShownStart(ValueName(set, context_.program.engine, value_.MeaningOf(0), *number)).simplified();
 }
 
+QString ValueRow::DescribedString() const {
+    const auto key = box_ != nullptr ? box_->Name() : std::nullopt;
+    if (!key || key->empty())
+        return {};
+    const std::vector<EngineConfiguration::String>& strings = context_.program.engine.strings;
+    const auto isKey = [&key](const EngineConfiguration::String& each) {
+        return EqualIgnoringCase(each.mnemonic, *key);
+    };
+    const auto found = std::ranges::find_if(strings, isKey);
+    const StringRecord* string =
+        context_.program.patch.current.strings.Find(static_cast<std::int32_t>(found - strings.begin()));
+    return found == strings.end() || string == nullptr ? tr("(the engine has no such string)")
+                                                       : ShownStart(string->text).simplified();
+}
+
 void ValueRow::Show() {
+    if (string_ != nullptr && box_ != nullptr) {
+        string_->setText(DescribedString());
+        string_->setToolTip(string_->text());
+        string_->setAccessibleName(label_ + ": " + string_->text());
+        browse_->setEnabled(box_->isEnabled());
+    }
     if (description_ == nullptr || box_ == nullptr)
         return;
     const QString text = Described();
@@ -172,6 +220,16 @@ void ValueRow::Browse() {
     }
     if (chosen)
         box_->Put(*chosen);
+}
+
+void ValueRow::BrowseStrings() {
+    const std::vector<EngineConfiguration::String>& strings = context_.program.engine.strings;
+    const auto start =
+        std::ranges::find(strings, box_->Name().value_or(std::string()), &EngineConfiguration::String::mnemonic);
+    const auto chosen = context_.links.PickRecord(
+        RecordKind::String, start == strings.end() ? 0 : static_cast<std::int32_t>(start - strings.begin()));
+    if (chosen && *chosen >= 0 && static_cast<std::size_t>(*chosen) < strings.size())
+        box_->Put(strings[static_cast<std::size_t>(*chosen)].mnemonic);
 }
 
 void ValueRow::SetVisible(bool visible) {

@@ -10,13 +10,13 @@
 namespace plinket3 {
 
 class BitsButton;
+class ChoiceBox;
 class LinkLabel;
-class TruthBox;
 class ValueBox;
 
 /// One row of a form, for a value of any meaning: its caption, the kind of box that the meaning asks for (txt<stem>, or
-/// cmb<stem> for yes and no), what it refers to (lbl<stem>), which leads there, a button that plays it if it is a sound
-/// (cmd<stem>Play), and one that chooses (cmd<stem>Browse).
+/// cmb<stem> for one of few things), what it refers to (lbl<stem>), which leads there, a button that plays it if it is
+/// a sound (cmd<stem>Play), and one that chooses (cmd<stem>Browse). A key of a string has that string's text below it.
 class ValueRow : public QObject {
     Q_OBJECT
 public:
@@ -40,10 +40,13 @@ public:
 private:
     void AddBox(const QString& stem, const QString& hint, QGridLayout& form, int row);
     void AddReference(const QString& stem, QGridLayout& form, int row);
+    void AddStringKey(const QString& stem, QGridLayout& form, int row);
     QPushButton* NewSmallButton(const QString& name, const QString& text, const QString& accessibleName);
     void Show();
     void Browse();
+    void BrowseStrings();
     QString Described() const;
+    QString DescribedString() const;
 
     EditorContext context_;
     SelectedValue value_;
@@ -51,9 +54,10 @@ private:
     QString label_;
     QLabel* caption_;
     ValueBox* box_ = nullptr; // or
-    TruthBox* truth_ = nullptr;
+    ChoiceBox* choice_ = nullptr;
     BitsButton* bits_ = nullptr;
     LinkLabel* description_ = nullptr;
+    QLabel* string_ = nullptr;
     QPushButton *play_ = nullptr, *browse_ = nullptr;
     std::vector<QWidget*> widgets_;
 };

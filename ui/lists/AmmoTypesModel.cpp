@@ -11,13 +11,27 @@ namespace {
 constexpr int firstWithoutAmmo = 4;
 constexpr std::array typesWithoutAmmo{QT_TRANSLATE_NOOP("AmmoTypesModel", "Unused"),
                                       QT_TRANSLATE_NOOP("AmmoTypesModel", "No Ammo")};
-constexpr int engineTypes = firstWithoutAmmo + static_cast<int>(typesWithoutAmmo.size());
+constexpr int typeCount = static_cast<int>(typesWithoutAmmo.size());
 
 } // namespace
 
+bool AmmoTypesModel::HasTypesWithoutAmmo() const {
+    return Rows().RowOf(firstWithoutAmmo - 1) >= 0 && Rows().RowOf(firstWithoutAmmo) < 0;
+}
+
 int AmmoTypesModel::rowCount(const QModelIndex& parent) const {
-    const int kinds = NamesModel::rowCount(parent);
-    return kinds == firstWithoutAmmo ? engineTypes : kinds;
+    return NamesModel::rowCount(parent) + (!parent.isValid() && HasTypesWithoutAmmo() ? typeCount : 0);
+}
+
+std::int32_t AmmoTypesModel::TypeAt(int row) const {
+    const int kinds = NamesModel::rowCount();
+    return row < kinds ? Rows().At(row) : firstWithoutAmmo + row - kinds;
+}
+
+int AmmoTypesModel::RowOfType(std::int32_t type) const {
+    if (HasTypesWithoutAmmo() && type >= firstWithoutAmmo && type < firstWithoutAmmo + typeCount)
+        return NamesModel::rowCount() + type - firstWithoutAmmo;
+    return Rows().RowOf(type);
 }
 
 QVariant AmmoTypesModel::data(const QModelIndex& index, int role) const {

@@ -8,8 +8,13 @@
 namespace plinket3 {
 
 frmSelectRecord::frmSelectRecord(Program& program, RecordKind kind, QWidget* parent)
-    : PickerDialog(kind == RecordKind::Thing ? "frmSelectThing" : "frmSelectSound",
-                   kind == RecordKind::Thing ? tr("Choose a thing") : tr("Choose a sound"), program, parent),
+    : PickerDialog(kind == RecordKind::Thing   ? "frmSelectThing"
+                   : kind == RecordKind::Sound ? "frmSelectSound"
+                                               : "frmSelectString",
+                   kind == RecordKind::Thing   ? tr("Choose a thing")
+                   : kind == RecordKind::Sound ? tr("Choose a sound")
+                                               : tr("Choose a string"),
+                   program, parent),
       kind_(kind), names_(new TextListModel(
                        this, [this] { return static_cast<std::size_t>(records_.Count()); },
                        [this](std::size_t row) { return Text(records_.At(static_cast<int>(row))); })),
@@ -33,6 +38,12 @@ void frmSelectRecord::Fill() {
 /// Things are shown by the numbers that patches count them by.
 QString frmSelectRecord::Text(std::int32_t record) const {
     const PatchSet& set = program_.patch.current;
+    if (kind_ == RecordKind::String) {
+        const std::vector<EngineConfiguration::String>& keys = program_.engine.strings;
+        const auto place = static_cast<std::size_t>(record);
+        return ShownText(place < keys.size() ? keys[place].mnemonic : std::string()) + QStringLiteral("  ") +
+               ShownStart(set.strings[record].text).simplified();
+    }
     const bool thing = kind_ == RecordKind::Thing;
     return QString::number(std::int64_t{record} + (thing ? 1 : 0)) + QStringLiteral("  ") +
            ShownStart(thing ? RecordName(set, kind_, record) : set.SoundName(record)).simplified();

@@ -13,7 +13,7 @@ namespace plinket3 {
 
 class TextListModel;
 
-/// Lets the user pick a thing or a sound by number or name.
+/// Lets the user pick a thing or a sound by number or name, or a string by its key or text.
 class frmSelectRecord : public PickerDialog {
     Q_OBJECT
 public:

@@ -47,6 +47,7 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
       arguments_(new ArgumentsForm(shared_, context)),
       txtBits21_(new ValueBox(QStringLiteral("txtBits21"), tr("MBF21 bits"), Bits21(), context)),
       cmdBits21_(new BitsButton(QStringLiteral("cmdBits21Browse"), tr("Choose the MBF21 bits"), Bits21(), context)),
+      txtTranmap_(new ValueBox(QStringLiteral("txtTranmap"), tr("Tranmap"), Tranmap(), context)),
       cmdSpriteBrowse_(NewBrowseButton("cmdSpriteBrowse", tr("Choose a sprite"), &StateFieldsPanel::BrowseSprite)),
       cmdNextStateBrowse_(
           NewBrowseButton("cmdNextStateBrowse", tr("Choose a state"), &StateFieldsPanel::BrowseNextState)),
@@ -61,6 +62,8 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
     txtDuration_->setToolTip(tr("In tics, 35 a second; -1 for ever"));
     txtBits21_->setAlignment(Qt::AlignLeft);
     txtBits21_->Hint(tr("Bits of the state by name, or as a number"));
+    txtTranmap_->setAlignment(Qt::AlignLeft);
+    txtTranmap_->Hint(tr("Lump that says how its picture is blended with what is behind it"));
     BuildLayout();
 
     connect(chkLit_, &QCheckBox::clicked, this, &StateFieldsPanel::StoreLit);
@@ -89,6 +92,10 @@ SelectedValue StateFieldsPanel::Bits21() const {
     return {{shared_, RecordKind::State, bits21Field, "frames"}, context_};
 }
 
+SelectedValue StateFieldsPanel::Tranmap() const {
+    return {{shared_, RecordKind::State, tranmapField, "frames"}, context_};
+}
+
 QPushButton* StateFieldsPanel::NewBrowseButton(const char* name, const QString& toolTip,
                                                void (StateFieldsPanel::*browse)()) {
     auto* button = new QPushButton(QStringLiteral("..."));
@@ -108,11 +115,12 @@ void StateFieldsPanel::BuildLayout() {
         QWidget* beside;
         QLabel** caption;
     };
-    const std::array<Row, 5> left{{{tr("&Sprite:"), txtSprite_, cmdSpriteBrowse_, lblSpriteName_, nullptr},
+    const std::array<Row, 6> left{{{tr("&Sprite:"), txtSprite_, cmdSpriteBrowse_, lblSpriteName_, nullptr},
                                    {tr("Fra&me:"), txtFrame_, nullptr, chkLit_, nullptr},
                                    {tr("&Duration:"), txtDuration_, nullptr, nullptr, nullptr},
                                    {tr("&Next state:"), txtNextState_, cmdNextStateBrowse_, lblNextState_, nullptr},
-                                   {tr("MBF21 &bits:"), txtBits21_, cmdBits21_, nullptr, &lblBits21_}}};
+                                   {tr("MBF21 &bits:"), txtBits21_, cmdBits21_, nullptr, &lblBits21_},
+                                   {tr("&Tranmap:"), txtTranmap_, nullptr, nullptr, &lblTranmap_}}};
     const std::array<Row, 3> right{{{tr("A&ction:"), cmbActions_, cmdActionBrowse_, nullptr, nullptr},
                                     {tr("Parameter &1:"), txtParameter1_, nullptr, nullptr, &lblParameter1_},
                                     {tr("Parameter &2:"), txtParameter2_, nullptr, nullptr, &lblParameter2_}}};
@@ -136,10 +144,10 @@ void StateFieldsPanel::BuildLayout() {
     addRows(left, 0);
     addRows(right, 4);
     lblNotes_->setBuddy(txtNotes_);
-    grid->addWidget(lblNotes_, 5, 0, Qt::AlignTop);
-    grid->addWidget(txtNotes_, 5, 1, 1, 3);
-    grid->addWidget(arguments_, 3, 4, 3, 3);
-    grid->setRowStretch(5, 1);
+    grid->addWidget(lblNotes_, 6, 0, Qt::AlignTop);
+    grid->addWidget(txtNotes_, 6, 1, 1, 3);
+    grid->addWidget(arguments_, 3, 4, 4, 3);
+    grid->setRowStretch(6, 1);
     txtNotes_->setMinimumHeight(txtNotes_->HeightOf(2));
     txtNotes_->setMaximumHeight(txtNotes_->HeightOf(6));
     const int digits = fontMetrics().averageCharWidth() * 10;
@@ -169,6 +177,9 @@ void StateFieldsPanel::Fill() {
     for (QWidget* control :
          {static_cast<QWidget*>(lblBits21_), static_cast<QWidget*>(txtBits21_), static_cast<QWidget*>(cmdBits21_)})
         control->setVisible(bits);
+    const bool tranmap = TextFieldAt(tranmapField)->since <= engine.dialect.fields;
+    lblTranmap_->setVisible(tranmap);
+    txtTranmap_->setVisible(tranmap);
     cmdBits21_->Reload();
     arguments_->Fill();
     arguments_->setVisible(!ArgumentTable(engine).Empty());
@@ -179,6 +190,7 @@ void StateFieldsPanel::ShowSelection(RecordSelection selection) {
     for (StateFieldBox* box : boxes_)
         box->ShowSelection();
     txtBits21_->ShowSelection();
+    txtTranmap_->ShowSelection();
     cmdBits21_->setEnabled(AnyEditable(selection_));
     arguments_->ShowSelection();
     chkLit_->setCheckState(Qt::PartiallyChecked);
@@ -195,6 +207,7 @@ void StateFieldsPanel::Update() {
     for (StateFieldBox* box : boxes_)
         box->Update();
     txtBits21_->Update();
+    txtTranmap_->Update();
     cmdBits21_->Update();
     arguments_->Update();
     ShowParameters();

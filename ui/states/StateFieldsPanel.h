@@ -46,6 +46,7 @@ private:
     StateFieldBox* NewBox(const char* name, const QString& accessibleName, StateColumn column);
     QPushButton* NewBrowseButton(const char* name, const QString& toolTip, void (StateFieldsPanel::*browse)());
     SelectedValue Bits21() const;
+    SelectedValue Tranmap() const;
     void BuildLayout();
     void ShowTitle();
     void ShowLit();
@@ -75,7 +76,8 @@ private:
     QLabel *lblParameter1_ = nullptr, *lblParameter2_ = nullptr;
     ValueBox* txtBits21_;
     BitsButton* cmdBits21_;
-    QLabel* lblBits21_ = nullptr;
+    ValueBox* txtTranmap_;
+    QLabel *lblBits21_ = nullptr, *lblTranmap_ = nullptr;
     QPushButton* cmdSpriteBrowse_;
     QPushButton* cmdNextStateBrowse_;
     QPushButton* cmdActionBrowse_;
