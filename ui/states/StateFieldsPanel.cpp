@@ -120,7 +120,7 @@ void StateFieldsPanel::BuildLayout() {
                                    {tr("&Duration:"), txtDuration_, nullptr, nullptr, nullptr},
                                    {tr("&Next state:"), txtNextState_, cmdNextStateBrowse_, lblNextState_, nullptr},
                                    {tr("MBF21 &bits:"), txtBits21_, cmdBits21_, nullptr, &lblBits21_},
-                                   {tr("&Tranmap:"), txtTranmap_, nullptr, nullptr, &lblTranmap_}}};
+                                   {tr("Tranmap:"), txtTranmap_, nullptr, nullptr, &lblTranmap_}}};
     const std::array<Row, 3> right{{{tr("A&ction:"), cmbActions_, cmdActionBrowse_, nullptr, nullptr},
                                     {tr("Parameter &1:"), txtParameter1_, nullptr, nullptr, &lblParameter1_},
                                     {tr("Parameter &2:"), txtParameter2_, nullptr, nullptr, &lblParameter2_}}};
