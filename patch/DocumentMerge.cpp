@@ -3,6 +3,7 @@
 #include "patch/CellIndex.h"
 #include "patch/EngineNames.h"
 #include "patch/LocalCheck.h"
+#include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
@@ -61,9 +62,9 @@ Section SectionOf(const Cell& cell, const Dialect& dialect) {
             return dialect.namedCodePointers ? Section::CodePtr : Section::Pointer;
         return Section::Frame;
     case RecordKind::Sound:
-        return cell.field == lumpNameField ? Section::Sounds : Section::Sound;
+        return cell.field != lumpNameField ? Section::Sound : dialect.unlimited ? Section::Sounds : Section::Text;
     case RecordKind::Sprite:
-        return Section::Sprites;
+        return dialect.unlimited ? Section::Sprites : Section::Text;
     case RecordKind::Weapon:
         return Section::Weapon;
     case RecordKind::Ammo:
@@ -168,7 +169,7 @@ private:
                 ReadCell(current_, cell) != ReadCell(said_, cell))
                 changes_.push_back({cell, {}});
         const Cell name{kind, index, lumpNameField};
-        if (dialect_.unlimited && (kind == RecordKind::Sprite || kind == RecordKind::Sound) &&
+        if ((kind == RecordKind::Sprite || kind == RecordKind::Sound) &&
             ReadCell(current_, name) != ReadCell(said_, name))
             changes_.push_back({name, {}});
     }
@@ -251,8 +252,10 @@ private:
     /// Puts the cell's value in the place of the one that the line has.
     void Replace(std::size_t line, const Cell& cell) {
         const std::string_view text = document_.Text(line);
+        if (lines_[line].what == LineKind::Text)
+            return ReplaceTextEntry(line, cell);
         if (cell.kind == RecordKind::String)
-            return lines_[line].what == LineKind::Text ? ReplaceTextEntry(line, cell) : ReplaceString(line, cell);
+            return ReplaceString(line, cell);
         std::size_t begin = text.find('=') + 1;
         begin = std::min(text.find_first_not_of(" \t", begin), text.size());
         std::string_view old = text.substr(begin);
@@ -360,12 +363,20 @@ private:
     }
 
     void ReplaceTextEntry(std::size_t line, const Cell& cell) {
-        const auto index = static_cast<std::size_t>(cell.index);
-        replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, TextEntry(index)});
+        replacements_.push_back({lines_[line].offset, document_.End(line) - lines_[line].offset, TextEntry(cell)});
     }
 
-    std::string TextEntry(std::size_t index) const {
-        const std::string &old = defaults_.strings[index].text, &text = current_.strings[index].text;
+    std::string TextEntry(const Cell& cell) {
+        if (cell.field == lumpNameField) {
+            const std::string old = NameInTexts(defaults_, cell.kind, cell.index);
+            if (old.empty())
+                Fail(cell, "cannot be another one: the engine has another of that name");
+            return TextEntry(old, LumpName(cell));
+        }
+        return TextEntry(defaults_.strings[cell.index].text, current_.strings[cell.index].text);
+    }
+
+    std::string TextEntry(const std::string& old, const std::string& text) const {
         return std::string(dialect_.texts) + " " + std::to_string(old.size()) + " " + std::to_string(text.size()) +
                std::string(end_) + ReplaceAll(old + text, "\n", end_);
     }
@@ -394,9 +405,11 @@ private:
     struct Place {
         Section section = Section::None;
         std::int32_t record = noRecord;                      // for a section of one record, and for a text
+        RecordKind kind = RecordKind::Par;                   // for a text
         std::size_t existing = static_cast<std::size_t>(-1); // among the sections
         bool operator<(const Place& other) const {
-            return std::tuple(OrderOf(section), record) < std::tuple(OrderOf(other.section), other.record);
+            return std::tuple(OrderOf(section), kind, record) <
+                   std::tuple(OrderOf(other.section), other.kind, other.record);
         }
     };
 
@@ -413,6 +426,8 @@ private:
         Place place{SectionOf(cell, dialect_)};
         if (IsOfOneRecord(place.section) || place.section == Section::Text)
             place.record = cell.index;
+        if (place.section == Section::Text)
+            place.kind = cell.kind;
         if (place.section == Section::Text || place.section == Section::Pointer)
             return place;
         for (std::size_t i = Sections().size(); i-- > 0 && place.existing > Sections().size();)
@@ -427,7 +442,7 @@ private:
         const auto index = static_cast<std::size_t>(cell.index);
         switch (SectionOf(cell, dialect_)) {
         case Section::Text:
-            return TextEntry(index) + end;
+            return TextEntry(cell) + end;
         case Section::Strings:
             return engine_.strings[index].mnemonic + " = " + StringText(cell) + end;
         case Section::Cheat:
@@ -508,7 +523,8 @@ private:
         }
         const std::size_t line = LineForSection(place.section);
         std::string section = HeaderText(place) + text;
-        const bool textFollows = line < lines_.size() && lines_[line].what != LineKind::Blank;
+        const bool textFollows = line < lines_.size() && (lines_[line].what != LineKind::Blank ||
+                                                          std::ranges::find(removed_, line) != removed_.end());
         const bool behindAnother = std::exchange(lastSection_, line) == line && !textFollows;
         const bool behindNotes = line == 0 && insertedAt_.contains(line);
         if (behindAnother || behindNotes || (line > 0 && lines_[line - 1].what != LineKind::Blank))

@@ -2,6 +2,7 @@
 
 #include "patch/Arguments.h"
 #include "patch/EngineNames.h"
+#include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
 #include "patch/OtherCells.h"
 #include "patch/PatchDocument.h"
@@ -24,7 +25,8 @@ class Taker {
 public:
     Taker(const PatchData& patch, const EngineConfiguration& from, const EngineConfiguration& to,
           const PatchSet& defaults)
-        : kept(patch.current), wanted(defaults), patch_(patch), from_(from), to_(to), arguments_(to) {
+        : kept(patch.current), wanted(defaults), patch_(patch), from_(from), to_(to), defaults_(defaults),
+          arguments_(to) {
         wanted.pars = patch.current.pars;
         std::vector<Cell> cells;
         ForEachOtherCell(patch.defaults, patch.current, [&cells](const Cell& cell) { cells.push_back(cell); });
@@ -62,7 +64,7 @@ private:
             return TakeString(cell, value);
         if (cell.kind != RecordKind::Par && !HasRecord(wanted, cell.kind, cell.index))
             return false;
-        if (cell.field == lumpNameField && !to_.dialect.unlimited)
+        if (cell.field == lumpNameField && !CanRenameLump(to_.dialect, defaults_, cell.kind, cell.index))
             return false;
         if (const TextField* text = TextFieldAt(cell.field); text != nullptr && text->since > to_.dialect.fields)
             return false;
@@ -163,6 +165,7 @@ private:
     const PatchData& patch_;
     const EngineConfiguration& from_;
     const EngineConfiguration& to_;
+    const PatchSet& defaults_; // of the new one
     ArgumentTable arguments_;
 };
 
@@ -179,6 +182,16 @@ bool KeepLines(const PatchData& patch, const EngineConfiguration& from, const En
         return false;
     changed.document = std::move(document);
     return true;
+}
+
+/// The names of `wanted` that lines which were kept do not give: one that goes by number means nothing to an engine
+/// with limits.
+std::vector<std::string> NamesUnsaid(const PatchSet& current, const PatchSet& wanted, const EngineConfiguration& to) {
+    PatchSet named = current;
+    for (const RecordKind kind : {RecordKind::Sprite, RecordKind::Sound})
+        for (const std::int32_t number : RecordNumbers(current, kind))
+            WriteCell(named, {kind, number, lumpNameField}, ReadCell(wanted, {kind, number, lumpNameField}));
+    return modPatchDiff::Differences(current, named, to);
 }
 
 /// Leaves out what a new patch does not say of `changed`; sounds count only by engine rules, as others read them one
@@ -209,11 +222,15 @@ EngineChange ChangeEngine(const PatchData& patch, const EngineConfiguration& fro
     changed.patchFormat = to.dialect.patchFormat;
     changed.engineConfig = to.fileName;
     changed.changed = true;
-    if (KeepLines(patch, from, to, taker.kept, changed))
-        return change;
-    changed.document.reset();
-    changed.current = std::move(taker.wanted);
-    for (std::string& line : LeaveOutUnsaid(to, changed))
+    std::vector<std::string> unsaid;
+    if (KeepLines(patch, from, to, taker.kept, changed)) {
+        unsaid = NamesUnsaid(changed.current, taker.wanted, to);
+    } else {
+        changed.document.reset();
+        changed.current = std::move(taker.wanted);
+        unsaid = LeaveOutUnsaid(to, changed);
+    }
+    for (std::string& line : unsaid)
         change.lost.push_back(std::move(line));
     return change;
 }

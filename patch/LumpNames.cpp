@@ -1,7 +1,8 @@
 #include "patch/LumpNames.h"
 
+#include "patch/EngineNames.h"
+
 #include <algorithm>
-#include <string>
 
 namespace plinket3 {
 
@@ -17,6 +18,20 @@ bool IsLumpCharacter(char character) {
 }
 
 } // namespace
+
+std::string NameInTexts(const PatchSet& defaults, RecordKind kind, std::int32_t number) {
+    if (kind == RecordKind::Sprite) {
+        const std::string name(defaults.SpriteName(number));
+        return IndexByName(defaults.sprites, name) == number ? name : std::string();
+    }
+    // What is the name of a sprite, too, renames that.
+    std::string name = defaults.SoundName(number);
+    return IndexByName(defaults.sounds, name) == number && !IndexByName(defaults.sprites, name) ? name : std::string();
+}
+
+bool CanRenameLump(const Dialect& dialect, const PatchSet& defaults, RecordKind kind, std::int32_t number) {
+    return CanRenameLumps(dialect) && (dialect.unlimited || !NameInTexts(defaults, kind, number).empty());
+}
 
 Status MayBeLumpName(RecordKind kind, std::string_view name) {
     if (const auto other = std::ranges::find_if_not(name, IsLumpCharacter); other != name.end())

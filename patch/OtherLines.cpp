@@ -38,19 +38,13 @@ public:
     void OtherString(std::size_t, std::string_view, std::string_view) override {
         Add("names a string that the engine does not have");
     }
-    void Renamed(std::size_t, RecordKind kind, std::string_view from, std::string_view to) override {
-        AddRename(kind == RecordKind::Sprite ? "sprite " : "sound ", from, to);
-    }
     void RenamedMusic(std::size_t, std::string_view from, std::string_view to) override {
-        AddRename("music ", from, to);
+        Add("gives the music " + std::string(from) + " the name " + std::string(to));
     }
 
     std::vector<OtherLine> lines;
 
 private:
-    void AddRename(std::string_view kind, std::string_view from, std::string_view to) {
-        Add("gives the " + std::string(kind) + std::string(from) + " the name " + std::string(to));
-    }
     /// One line gets one row.
     void Add(std::string reason) {
         if (lines.empty() || lines.back().line != number_)

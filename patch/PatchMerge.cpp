@@ -23,7 +23,7 @@ std::vector<Cell> LumpNames(const PatchDocument& one, const PatchDocument& other
     std::set<Notes::key_type> named;
     for (const PatchDocument* document : {&one, &other})
         for (const DocumentLine& line : document->Lines())
-            if (line.what == LineKind::Value && line.field == lumpNameField)
+            if ((line.what == LineKind::Value || line.what == LineKind::Text) && line.field == lumpNameField)
                 named.insert({line.kind, line.index});
     std::vector<Cell> cells;
     cells.reserve(named.size());

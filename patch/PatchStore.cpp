@@ -428,8 +428,7 @@ void PatchStore::StoreRename(std::string_view key, std::string_view value) {
             PutLumpName(record->name, taken);
             if (observer_ != nullptr)
                 observer_->Renamed(offset_, kind.kind, key, taken);
-            if (dialect_.unlimited)
-                Stored({kind.kind, index_, lumpNameField}, taken);
+            Stored({kind.kind, index_, lumpNameField}, taken);
         }
     });
 }
@@ -525,6 +524,7 @@ bool PatchStore::RenameByText(std::string_view oldText, std::string_view newText
         PutLumpName(records.Find(*index)->name, newText);
         if (observer_ != nullptr)
             observer_->Renamed(offset_, kind, oldText, newText);
+        Stored({kind, *index, lumpNameField}, {});
         return true;
     };
     if (oldText.size() == spriteLength && newText.size() == spriteLength &&

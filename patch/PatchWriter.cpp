@@ -1,6 +1,7 @@
 #include "core/Text.h"
 #include "core/Version.h"
 #include "patch/EngineNames.h"
+#include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchNotes.h"
@@ -49,6 +50,9 @@ public:
         if (dialect_.unlimited) {
             Block(spriteNames, "", [this] { LumpNames(current_.sprites, defaults_.sprites); });
             Block(soundNames, "", [this] { LumpNames(current_.sounds, defaults_.sounds); });
+        } else if (CanRenameLumps(dialect_)) {
+            LumpTexts(RecordKind::Sprite);
+            LumpTexts(RecordKind::Sound);
         }
         return std::move(out_);
     }
@@ -317,6 +321,21 @@ private:
                 std::replace(name.begin(), name.end(), '\0', ' ');
                 Line(std::string_view(LumpNameKey(defaults, number)), " = ", Trim(std::string_view(name)));
             }
+    }
+
+    /// The same for engines that know sprites and sounds by their own names alone.
+    void LumpTexts(RecordKind kind) {
+        for (const std::int32_t number : RecordNumbers(current_, kind)) {
+            const Cell cell{kind, number, lumpNameField};
+            const auto name = std::get<std::string>(ReadCell(current_, cell));
+            const std::string old = NameInTexts(defaults_, kind, number);
+            if (old.empty() || name == std::get<std::string>(ReadCell(defaults_, cell)))
+                continue;
+            Line(dialect_.texts, " ", static_cast<std::int32_t>(old.size()), " ",
+                 static_cast<std::int32_t>(name.size()));
+            Line(std::string_view(old), std::string_view(name));
+            Line();
+        }
     }
 
     void Texts() {

@@ -2,6 +2,7 @@
 
 #include "patch/Cells.h"
 #include "patch/EngineNames.h"
+#include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
 #include "patch/modPatchText.h"
 
@@ -137,9 +138,9 @@ private:
         return numbers;
     }
 
-    /// Of sprites and sounds, which engines without limits know by what patches call them.
+    /// Of sprites and sounds.
     void LumpNames() {
-        if (!engine_.dialect.unlimited)
+        if (!CanRenameLumps(engine_.dialect))
             return;
         const auto tell = [this](RecordKind kind, std::string_view word, const std::vector<std::int32_t>& numbers) {
             for (const std::int32_t number : numbers) {

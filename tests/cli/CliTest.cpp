@@ -134,7 +134,8 @@ TEST_F(CliTest, ReadsByEngineRulesAndKeepsEveryByte) {
     ASSERT_EQ(Run("convert --rules engine --fresh -e boom19 @odd.bex @fresh.bex").exit, cli::done);
     EXPECT_EQ(ReadFile(folder_ / "fresh.bex"),
               "Patch File for DeHackEd v3.0\r\n\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n"
-              "Thing 12 (Imp (old))\r\nHit points = 16\r\n\r\n\r\n\r\n\r\n\r\n[STRINGS]\r\nQUITMSG = a b\r\n\r\n");
+              "Thing 12 (Imp (old))\r\nHit points = 16\r\n\r\n\r\n\r\n\r\n\r\n[STRINGS]\r\nQUITMSG = a b\r\n\r\n"
+              "Text 6 6\r\npistolbanger\r\n\r\n");
     EXPECT_EQ(Run("diff --rules engine -e boom19 @odd.bex @fresh.bex").out, "");
 }
 

@@ -127,6 +127,16 @@ const MergeRow mergeRows[]{
          WriteCell(set, patchNotes, "mine"), WriteCell(set, {RecordKind::Thing, 0, noteField}, "a");
      },
      "# mine\n\n# a\nThing 1\nMass = 1\n"},
+    {"NamesByTexts", "Text 4 4\nTROOABCD\n\nText 6 4\nPISTOLbang\nThing 1\nMass = 1\n",
+     [](PatchSet& set) {
+         Write(set, RecordKind::Sprite, 0, lumpNameField, "NEWS");
+         Write(set, RecordKind::Sprite, 1, lumpNameField, "SPR2");
+         Write(set, RecordKind::Sound, 1, lumpNameField, "pistol"); // the engine's own
+         Write(set, RecordKind::Sound, 2, lumpNameField, "p");
+     },
+     "Text 4 4\nTROONEWS\n\n\n\nText 5 1\npunchp\n\n\nText 4 4\nSHTGSPR2\nThing 1\nMass = 1\n", true, true},
+    {"NamesBySectionsOfEnginesWithLimits", "[SPRITES]\nTROO = ABCD # x\n",
+     [](PatchSet& set) { Write(set, RecordKind::Sprite, 0, lumpNameField, "NEWS"); }, "[SPRITES]\nTROO = NEWS # x\n"},
     {"TextFields",
      "Valid hashes = 01\n\nThing 2 (a)\nTranslation =  RED # red\nPickup message = USER_X\n\nFrame 1\nTranmap = A\n\n"
      "Weapon 1\nCarousel icon = SMX\n",
@@ -253,6 +263,8 @@ public:
                                              "[PARS]",
                                              "Pointer 1 (x 3)",
                                              "Text 5 2\ndemo1ab",
+                                             "Text 4 4\nTROOABCD",
+                                             "Text 6 4\npistolbang",
                                              "Hit points = 5",
                                              "Mass = 0x10",
                                              "Bits = SOLID | FLOAT",
@@ -316,6 +328,8 @@ public:
         if (unlimited_ && Below(3) == 0)
             return EditExistence(set, kind);
         const std::vector<std::int32_t> numbers = RecordNumbers(set, kind);
+        if ((kind == RecordKind::Sprite || kind == RecordKind::Sound) && Below(2) == 0)
+            return EditName(set, defaults, {kind, numbers[Below(numbers.size())], lumpNameField});
         const std::vector<Cell> cells = CellsOf(kind, numbers.empty() ? 0 : numbers[Below(numbers.size())]);
         if (numbers.empty() || cells.empty())
             return;
@@ -368,6 +382,12 @@ private:
         else if (kind == RecordKind::Sprite || (kind == RecordKind::Sound && Below(2) == 0))
             WriteCell(set, name, Pick({"NEWS", "SPR2"}));
         removed_ = removed_ || remove;
+    }
+
+    /// Sound 0 has none, by which a text could rename it.
+    void EditName(PatchSet& set, const PatchSet& defaults, const Cell& name) {
+        if (ReadCell(defaults, name) != CellValue(""))
+            WriteCell(set, name, Below(3) == 0 ? ReadCell(defaults, name) : CellValue(Pick({"NEWS", "SPR2"})));
     }
 
     void EditNote(PatchSet& set, const Cell& note) {
@@ -497,6 +517,22 @@ TEST(PatchDocumentTest, ANewPatchKeepsBitsWithoutAName) {
     PatchData patch = SmallPatch(engine);
     patch.current.things[0].bits = 0x102;
     EXPECT_NE(modPatchFiles::FormatPatch(patch, engine).find("Bits = 258\r\n"), std::string::npos);
+}
+
+TEST(PatchDocumentTest, ANewPatchHasTheNamesOfSpritesAndSounds) {
+    for (const bool unlimited : {false, true}) {
+        EngineConfiguration engine = AsEngines(true);
+        engine.dialect.unlimited = unlimited;
+        PatchData patch = SmallPatch(engine);
+        Write(patch.current, RecordKind::Sprite, 1, lumpNameField, "NEWS");
+        Write(patch.current, RecordKind::Sound, 3, lumpNameField, "growl");
+        const std::string text = modPatchFiles::FormatPatch(patch, engine);
+        EXPECT_EQ(text.find("Text 4 4\r\nSHTGNEWS\r\n") != std::string::npos, !unlimited) << text;
+        PatchSet read;
+        ASSERT_TRUE(PatchDocument().Read(text, engine, patch.defaults, read).status);
+        EXPECT_EQ(modPatchDiff::Differences(patch.current, read, engine), std::vector<std::string>());
+        EXPECT_EQ(ReadCell(read, {RecordKind::Sound, 3, lumpNameField}), CellValue("growl"));
+    }
 }
 
 TEST(PatchDocumentTest, RefusesAFileWithoutOneLineThatEnginesKnow) {

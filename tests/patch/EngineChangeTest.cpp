@@ -119,6 +119,17 @@ TEST_F(EngineChangeTest, AnExtendedEngineNamesWhatNormalPatchesQuote) {
     }
 }
 
+TEST_F(EngineChangeTest, NamesOfSpritesAndSoundsGoAlongUnlessTheirLinesMeanNothingThere) {
+    const std::string named = "Doom version = 2021\n\n[SPRITES]\nTROO = SARG\n1 = NEWS\n";
+    Take("dsdhacked", "mbf21", named);
+    EXPECT_EQ(change.lost, std::vector<std::string>{R"(Sprite 1: Name "SHTG" -> "NEWS")"});
+    EXPECT_EQ(change.patch.current.SpriteName(0), "SARG");
+    Take("dsdhacked", "doom19", named);
+    EXPECT_EQ(change.lost, std::vector<std::string>());
+    const std::string saved = Saved();
+    EXPECT_NE(saved.find("Text 4 4\nTROOSARG\n\nText 4 4\nSHTGNEWS\n"), std::string::npos) << saved;
+}
+
 TEST_F(EngineChangeTest, MadeRecordsGoWhereNumbersHaveNoLimits) {
     const std::string made = "Doom version = 2021\n\nThing 9000 (Twin)\nInitial frame = 70000\n\nFrame 70000\n"
                              "Sprite number = 900\n\n[SPRITES]\n900 = TWIN\n";

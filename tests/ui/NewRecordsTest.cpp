@@ -147,9 +147,12 @@ TEST_F(NewRecordsTest, EnginesWithLimitsHaveNeitherButtonsNorKeys) {
     }
 }
 
-TEST_F(NewRecordsTest, ARenamedSpriteIsShownEverywhereAtOnce) {
+class RenamedSprites : public NewRecordsTest, public testing::WithParamInterface<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Engines, RenamedSprites, testing::Values("dsdhacked", "mbf21"));
+
+TEST_P(RenamedSprites, AreShownEverywhereAtOnce) {
     constexpr int imp = 11, standing = 442, troo = 0;
-    OpenAll("dsdhacked");
+    OpenAll(GetParam());
     const Shown &things = windows[0], &states = windows[1], &sprites = windows[3];
     static_cast<frmEditThings*>(things.window)->ShowThing(imp);
     static_cast<frmEditStates*>(states.window)->selectSingleState(standing, -1, -1);
@@ -231,11 +234,11 @@ TEST_F(NewRecordsTest, TheSoundDialogNamesOneSound) {
     QTest::mouseClick(&sounds.Button("cmdRestore"), Qt::LeftButton);
     EXPECT_EQ(Current(), Defaults());
 
-    OpenAll("mbf21");
+    OpenAll("doom19");
     static_cast<frmEditSounds*>(windows[2].window)->PropertyDialog(dialog);
     ClickRow(windows[2].List(), pain);
     QTimer::singleShot(0, &dialog, [&] {
-        EXPECT_FALSE(name.isVisible()) << "patches of this engine name no sounds by number";
+        EXPECT_FALSE(name.isVisible()) << "the kept rules know no other names";
         dialog.reject();
     });
     QTest::mouseClick(&windows[2].Button("cmdEdit"), Qt::LeftButton);

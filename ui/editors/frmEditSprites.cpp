@@ -26,8 +26,8 @@ void frmEditSprites::SizeColumns() {
 bool frmEditSprites::MayEdit() const { return CanRenameLumps(context_.program.engine.dialect); }
 
 void frmEditSprites::EditRecord(int record) {
-    if (!MayEdit())
-        return context_.links.ShowStatus(tr("Patches for this engine cannot rename sprites by number"));
+    if (!CanRenameLump(context_.program.engine.dialect, Defaults(), RecordKind::Sprite, record))
+        return context_.links.ShowStatus(tr("Patches for this engine cannot rename this sprite"));
     if (auto name = frmNewRecord(RecordKind::Sprite, context_.edits, window()).AskName(record))
         context_.edits.Store({RecordKind::Sprite, record, lumpNameField}, std::move(*name));
 }

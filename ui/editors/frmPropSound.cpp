@@ -136,12 +136,13 @@ void frmPropSound::SetupData(const std::vector<const SoundRecord*>& sounds) {
 
 /// Several sounds keep their names.
 void frmPropSound::SetupName(const std::vector<std::int32_t>& sounds) {
-    const bool shown = CanRenameLumps(context_.program.engine.dialect);
-    form_->setRowVisible(name_, shown);
+    const Dialect& dialect = context_.program.engine.dialect;
+    const PatchData& patch = context_.program.patch;
+    form_->setRowVisible(name_, CanRenameLumps(dialect));
     form_->setRowVisible(nameNote_, false);
-    name_->setEnabled(sounds.size() == 1);
+    name_->setEnabled(sounds.size() == 1 && CanRenameLump(dialect, patch.defaults, RecordKind::Sound, sounds.front()));
     name_->setPlaceholderText(sounds.size() == 1 ? QString() : tr("leave as is"));
-    name_->ShowName(sounds.size() == 1 ? context_.program.patch.current.SoundName(sounds.front()) : std::string());
+    name_->ShowName(sounds.size() == 1 ? patch.current.SoundName(sounds.front()) : std::string());
     accept_->setEnabled(true);
 }
 
