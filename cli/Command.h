@@ -54,6 +54,7 @@ struct Run {
     CollectingNotifier& notifier;
     std::ostream& out;
     std::ostream& err;
+    std::vector<std::string> skippedEngines = {}; // why, a line for each configuration that cannot be read
 };
 
 /// A command is a row; the help comes from the rows.

@@ -29,12 +29,9 @@ constexpr const char* standardSet = "-"; // in place of a patch: the engine's ow
 
 std::filesystem::path ConfigFolder(const Program& program) { return program.programFolder / "config"; }
 
-/// Returns why configurations were skipped, a line for each.
-std::vector<std::string> FindEngines(Program& program) {
-    std::vector<std::string> skipped;
-    program.engines = modConfig::EnumerateEngines(
-        ConfigFolder(program), [&skipped](std::string_view reason) { skipped.emplace_back(reason); });
-    return skipped;
+void FindEngines(Run& run) {
+    run.program.engines = modConfig::EnumerateEngines(
+        ConfigFolder(run.program), [&run](std::string_view reason) { run.skippedEngines.emplace_back(reason); });
 }
 
 void RequireEngines(const Program& program) {
@@ -42,12 +39,13 @@ void RequireEngines(const Program& program) {
         throw Refused(ConfigFolder(program).string() + ": there are no engine configurations");
 }
 
-std::size_t EngineNamed(const Program& program, const std::string& name, const std::vector<std::string>& skipped) {
+std::size_t EngineNamed(const Run& run, const std::string& name) {
+    const Program& program = run.program;
     for (const std::string& file : {name, name + ".cfg"}) {
         for (std::size_t i = 0; i < program.engines.size(); ++i)
             if (program.engines[i].file.filename() == file)
                 return i;
-        for (const std::string& reason : skipped)
+        for (const std::string& reason : run.skippedEngines)
             if (reason.starts_with((ConfigFolder(program) / file).string() + ":"))
                 throw Refused(reason);
     }
@@ -114,10 +112,10 @@ void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
 /// `Refused`.
 void LoadEngine(Run& run, const PatchFile& patch, std::string_view rules) {
     Program& program = run.program;
-    const std::vector<std::string> skipped = FindEngines(program);
+    FindEngines(run);
     const std::string& name = run.arguments.engine;
     if (!name.empty())
-        return LoadEntry(run, program.engines[EngineNamed(program, name, skipped)]);
+        return LoadEntry(run, program.engines[EngineNamed(run, name)]);
     RequireEngines(program);
     LoadEntry(run, program.engines[EngineFor(run, patch, rules)]);
 }
@@ -201,9 +199,9 @@ void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}, b
 std::string PatchArgument(const Run& run) { return run.arguments.files.empty() ? standardSet : run.arguments.files[0]; }
 
 int Engines(Run& run) {
-    const std::vector<std::string> skipped = FindEngines(run.program);
+    FindEngines(run);
     RequireEngines(run.program);
-    for (const std::string& reason : skipped)
+    for (const std::string& reason : run.skippedEngines)
         Complain(run.err, reason);
     for (const modConfig::EngineEntry& engine : run.program.engines)
         run.out << engine.file.filename().string() << '\t' << engine.name << '\t' << engine.version << '\t'
@@ -268,10 +266,7 @@ modPatchCheck::HasPicture PicturesOf(const Run& run) {
             files.push_back(file);
     if (files.empty())
         return {};
-    return [wads = OpenWads(files)](std::string_view sprite, int frame) {
-        const auto letter = static_cast<char>('A' + frame);
-        return wads.FindSprite(sprite, std::string{letter, '0'}) || wads.FindSprite(sprite, std::string{letter, '1'});
-    };
+    return [wads = OpenWads(files)](std::string_view sprite, int frame) { return HasSpriteFrame(wads, sprite, frame); };
 }
 
 int Check(Run& run) {
@@ -292,8 +287,7 @@ bool TakeOver(Run& run) {
     Program& program = run.program;
     const EngineConfiguration from = program.engine;
     const PatchData patch = program.patch;
-    const std::vector<std::string> skipped = FindEngines(program);
-    LoadEntry(run, program.engines[EngineNamed(program, run.arguments.to, skipped)]);
+    LoadEntry(run, program.engines[EngineNamed(run, run.arguments.to)]);
     program.engine = EngineWith(from.dialect.rules, program.engine);
     EngineChange change = ChangeEngine(patch, from, program.engine, program.patch.defaults);
     program.patch = std::move(change.patch);

@@ -4,6 +4,7 @@
 #include "patch/ValueText.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace plinket3 {
 
@@ -43,12 +44,19 @@ bool IsGiven(const StateRecord& state, const StateArgument& argument) {
 
 } // namespace
 
+std::vector<StateArgument> ArgumentsOf(const Dialect& dialect, const EngineConfiguration::Action& action) {
+    std::vector<StateArgument> arguments;
+    for (const Argument& argument : action.arguments)
+        if (const Field<StateRecord>* row = FindField<StateRecord>(argument.field);
+            row != nullptr && row->since <= dialect.fields)
+            arguments.push_back({&argument, static_cast<int>(row - fieldTable<StateRecord>.data())});
+    return arguments;
+}
+
 ArgumentTable::ArgumentTable(const EngineConfiguration& engine) {
     for (const EngineConfiguration::Action& action : engine.actions)
-        for (const Argument& argument : action.arguments)
-            if (const Field<StateRecord>* row = FindField<StateRecord>(argument.field);
-                row != nullptr && row->since <= engine.dialect.fields)
-                byAction_[action.value].push_back({&argument, static_cast<int>(row - fieldTable<StateRecord>.data())});
+        if (std::vector<StateArgument> arguments = ArgumentsOf(engine.dialect, action); !arguments.empty())
+            byAction_.try_emplace(action.value, std::move(arguments));
 }
 
 std::span<const StateArgument> ArgumentTable::Of(std::int32_t codePointer) const& {
@@ -84,9 +92,8 @@ std::vector<ClearedArgument> ArgumentsToClear(const ArgumentTable& table, const 
     return cleared;
 }
 
-std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine, const ArgumentTable& table,
-                          const StateRecord& state) {
-    const std::span<const StateArgument> arguments = table.Of(state.codePointer);
+std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine,
+                          std::span<const StateArgument> arguments, const StateRecord& state) {
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
     const StateArgument *base = Named(arguments, damageBase), *dice = Named(arguments, damageDice);

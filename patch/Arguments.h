@@ -18,14 +18,17 @@ struct StateArgument {
     bool operator==(const StateArgument&) const = default;
 };
 
-/// What actions take, by their code pointer values.
+/// What an action takes, in the order of the configuration. Arguments in fields that the engine's patches do not have
+/// are left out. They refer to `action`.
+std::vector<StateArgument> ArgumentsOf(const Dialect& dialect, const EngineConfiguration::Action& action);
+
+/// The same for all actions, by their code pointer values: for work on many states.
 class ArgumentTable {
 public:
-    /// `engine` must stay as it is while the table is used. Arguments in fields that its patches do not have are left
-    /// out.
+    /// `engine` must stay as it is while the table is used.
     explicit ArgumentTable(const EngineConfiguration& engine);
 
-    /// In the order of the configuration; none for an action without arguments, or an unknown one.
+    /// None for an action without arguments, or an unknown one.
     std::span<const StateArgument> Of(std::int32_t codePointer) const&;
     std::span<const StateArgument> Of(std::int32_t codePointer) && = delete; // they would not outlive the table
     bool Empty() const { return byAction_.empty(); }
@@ -51,9 +54,9 @@ struct ClearedArgument {
 std::vector<ClearedArgument> ArgumentsToClear(const ArgumentTable& table, const StateRecord& state,
                                               std::int32_t newAction);
 
-/// The arguments of a state by value, as lists show them: "type: Imp, angle 45(degree sign)"; base and dice of a damage
-/// as "damage 3d8". Those that are unset, or 0 in a field that cannot be, are left out.
-std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine, const ArgumentTable& table,
-                          const StateRecord& state);
+/// The arguments that the action of a state takes by value, as lists show them: "type: Imp, angle 45(degree sign)";
+/// base and dice of a damage as "damage 3d8". Those that are unset, or 0 in a field that cannot be, are left out.
+std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine,
+                          std::span<const StateArgument> arguments, const StateRecord& state);
 
 } // namespace plinket3

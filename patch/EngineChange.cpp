@@ -129,7 +129,7 @@ private:
     bool Exists(const ValueMeaning& meaning, std::int32_t number) const {
         switch (meaning.kind) {
         case ValueMeaning::Kind::Thing:
-            return number == 0 || HasRecord(wanted, RecordKind::Thing, number - 1);
+            return number == 0 || (number != INT32_MIN && HasRecord(wanted, RecordKind::Thing, number - 1));
         case ValueMeaning::Kind::State:
             return HasRecord(wanted, RecordKind::State, number);
         case ValueMeaning::Kind::Sound:

@@ -56,10 +56,10 @@ std::optional<std::int32_t> StateWalk::Jump(const StateRecord& state, bool again
     const EngineConfiguration::Action* action = engine_.ActionOf(state.codePointer);
     if (action == nullptr || action->arguments.empty() || action->mnemonic == flashAction)
         return std::nullopt;
-    const ArgumentTable table(engine_);
+    const std::vector<StateArgument> arguments = ArgumentsOf(engine_.dialect, *action);
     std::optional<std::int32_t> target;
     bool jumps = again;
-    for (const StateArgument& argument : table.Of(state.codePointer)) {
+    for (const StateArgument& argument : arguments) {
         const std::int32_t number = ArgumentOf(state, argument).value_or(argument.facts->standard);
         if (IsState(argument))
             target = number;

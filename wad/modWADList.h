@@ -39,6 +39,9 @@ private:
     std::vector<std::shared_ptr<clsWad>> wads_;
 };
 
+/// Whether there is a picture of a sprite's frame, which counts from 0 ("A"), without the full-bright bit.
+bool HasSpriteFrame(const WadList& wads, std::string_view sprite, int frame);
+
 /// The lump that a preview of a sprite's frame shows. `frame` counts from 0 ("A"), without the full-bright bit.
 /// Kept: of a frame that has both a lump for rotation 0 and one for rotation 1, the first is taken when they are in
 /// different WADs, and none when they are in the same one. docs/kept-behaviour.md

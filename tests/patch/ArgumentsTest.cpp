@@ -28,7 +28,8 @@ protected:
             SetValue(State(state), fieldTable<StateRecord>[static_cast<std::size_t>(arguments[i].field)], values[i]);
     }
     std::string Text(std::int32_t state) {
-        return ArgumentsText(patch.current, engine, ArgumentTable(engine), State(state));
+        const ArgumentTable table(engine);
+        return ArgumentsText(patch.current, engine, table.Of(State(state).codePointer), State(state));
     }
 
     EngineConfiguration engine;

@@ -9,13 +9,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QContextMenuEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
-#include <QTimer>
 
 namespace plinket3::test {
 
@@ -76,19 +73,6 @@ protected:
         for (int row = 0; row < List().model()->rowCount(); ++row)
             states.push_back(List().model()->index(row, 0).data().toInt());
         return states;
-    }
-    /// Right-clicks a cell and triggers an entry of the menu that comes.
-    void TriggerMenu(QWidget& widget, QPoint place, const char* entry) {
-        QTimer::singleShot(0, &widget, [entry] {
-            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            ASSERT_NE(menu, nullptr);
-            auto* action = menu->findChild<QAction*>(QString::fromLatin1(entry));
-            ASSERT_NE(action, nullptr) << entry;
-            menu->setActiveAction(action);
-            QTest::keyClick(menu, Qt::Key_Return);
-        });
-        QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget.mapToGlobal(place));
-        QApplication::sendEvent(&widget, &event);
     }
 
     frmEditStates* window = nullptr;

@@ -10,11 +10,9 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QComboBox>
-#include <QContextMenuEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QListView>
-#include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
@@ -49,18 +47,6 @@ protected:
     }
     CellValue State(int state, std::int32_t StateNumbers::*member) {
         return edits.Value({RecordKind::State, state, RowOf(member)});
-    }
-    void TriggerMenu(QWidget& box, const char* entry) {
-        QTimer::singleShot(0, &box, [entry] {
-            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            ASSERT_NE(menu, nullptr);
-            auto* action = menu->findChild<QAction*>(QString::fromLatin1(entry));
-            ASSERT_NE(action, nullptr) << entry;
-            menu->setActiveAction(action);
-            QTest::keyClick(menu, Qt::Key_Return);
-        });
-        QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, box.mapToGlobal(QPoint(5, 5)));
-        QApplication::sendEvent(&box, &event);
     }
     void UndoAll() {
         while (edits.CanUndo())
@@ -191,7 +177,7 @@ TEST_F(LaterFieldsTest, AnEmptyBoxOrItsMenuUnsets) {
     EXPECT_EQ(edits.UndoName(), "splash group of 2 things");
     Type(Box("txtSplashGroup"), "\b");
     EXPECT_EQ(Thing(imp, &ThingRecord::splashGroup), CellValue(7)) << "several stay as they are";
-    TriggerMenu(Box("txtSplashGroup"), "unsetField");
+    TriggerMenu(Box("txtSplashGroup"), {5, 5}, "unsetField");
     EXPECT_EQ(Thing(imp, &ThingRecord::splashGroup), CellValue(Unset()));
     EXPECT_EQ(Thing(imp + 1, &ThingRecord::splashGroup), CellValue(Unset()));
     EXPECT_EQ(Box("txtSplashGroup").placeholderText(), "unset");
@@ -211,7 +197,7 @@ TEST_F(LaterFieldsTest, FastSpeedsFollowTheProjectileBit) {
     Type(Box("txtFastSpeed"), "-1");
     flags.model()->setData(flags.model()->index(projectileBit + 1, 0), Qt::Checked, Qt::CheckStateRole);
     EXPECT_EQ(Thing(ball, &ThingRecord::fastSpeed), CellValue(-1)) << "which stands for the usual one";
-    TriggerMenu(Box("txtFastSpeed"), "restoreField");
+    TriggerMenu(Box("txtFastSpeed"), {5, 5}, "restoreField");
     EXPECT_EQ(Thing(ball, &ThingRecord::fastSpeed), CellValue(20 * unit));
     UndoAll();
 }
@@ -330,7 +316,7 @@ TEST_F(LaterFieldsTest, NamesAreTypedInUpperCaseRefusedPickedAndUnset) {
     Click("cmdPickupMessageBrowse");
     EXPECT_EQ(edits.Value(message), CellValue(strings.back().mnemonic));
     EXPECT_EQ(Box("txtPickupMessage").text().toStdString(), strings.back().mnemonic);
-    TriggerMenu(Box("txtPickupMessage"), "unsetField");
+    TriggerMenu(Box("txtPickupMessage"), {5, 5}, "unsetField");
     EXPECT_EQ(edits.Value(message), CellValue(""));
     EXPECT_EQ(Text("lblPickupMessage"), "");
 

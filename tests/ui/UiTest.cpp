@@ -3,10 +3,14 @@
 #include "core/Files.h"
 #include "patch/modTables.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QPushButton>
 #include <QStyleFactory>
+#include <QTimer>
 
 namespace plinket3::test {
 
@@ -99,6 +103,19 @@ void DoubleClickRow(QAbstractItemView& view, int row) {
     const QPoint point = PointOfRow(view, row);
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, point);
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, point);
+}
+
+void TriggerMenu(QWidget& widget, QPoint place, const char* entry) {
+    QTimer::singleShot(0, &widget, [entry] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        auto* action = menu->findChild<QAction*>(QString::fromLatin1(entry));
+        ASSERT_NE(action, nullptr) << entry;
+        menu->setActiveAction(action);
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget.mapToGlobal(place));
+    QApplication::sendEvent(&widget, &event);
 }
 
 void Type(QLineEdit& box, const char* text) {

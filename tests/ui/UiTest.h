@@ -101,6 +101,9 @@ void ClickRow(QAbstractItemView& view, int row, Qt::MouseButton button = Qt::Lef
               Qt::KeyboardModifiers modifiers = {});
 void DoubleClickRow(QAbstractItemView& view, int row);
 
+/// Right-clicks a place of a control and triggers an entry, by its object name, of the menu that comes.
+void TriggerMenu(QWidget& widget, QPoint place, const char* entry);
+
 /// Clicks into a box, as a user does, and types over what it holds.
 void Type(QLineEdit& box, const char* text);
 

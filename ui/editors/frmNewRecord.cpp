@@ -1,11 +1,11 @@
 #include "ui/editors/frmNewRecord.h"
 
 #include "patch/NewRecords.h"
+#include "ui/AcceptButtons.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/LumpNameEdit.h"
 
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 
@@ -31,13 +31,7 @@ frmNewRecord::frmNewRecord(RecordKind kind, const Edits& edits, QWidget* parent)
     note_->setWordWrap(true);
     note_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     note_->setMinimumSize(fontMetrics().averageCharWidth() * 48, fontMetrics().lineSpacing() * 3);
-    accept_->setDefault(true);
-    connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
-    auto* cancel = NewButton("cmdCancel", tr("Cancel"));
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    auto* buttons = new QDialogButtonBox;
-    buttons->addButton(accept_, QDialogButtonBox::AcceptRole);
-    buttons->addButton(cancel, QDialogButtonBox::RejectRole);
+    QDialogButtonBox* buttons = AcceptButtons(*this, *accept_);
 
     auto* form = new QFormLayout(this);
     form->addRow(numberLabel_, number_);

@@ -1,6 +1,7 @@
 #include "ui/editors/frmPropSound.h"
 
 #include "patch/LumpNames.h"
+#include "ui/AcceptButtons.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/LumpNameEdit.h"
@@ -8,7 +9,6 @@
 #include "ui/lists/SoundsModel.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -75,13 +75,7 @@ frmPropSound::frmPropSound(const EditorContext& context, QWidget* parent)
     nameNote_->setTextFormat(Qt::PlainText);
     nameNote_->setWordWrap(true);
     connect(name_, &QLineEdit::textEdited, this, &frmPropSound::TakeName);
-    accept_->setDefault(true);
-    connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
-    auto* cancel = NewButton("cmdCancel", tr("Cancel"));
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    auto* buttons = new QDialogButtonBox;
-    buttons->addButton(accept_, QDialogButtonBox::AcceptRole);
-    buttons->addButton(cancel, QDialogButtonBox::RejectRole);
+    QDialogButtonBox* buttons = AcceptButtons(*this, *accept_);
 
     auto* priorityRow = new QHBoxLayout;
     priorityRow->addWidget(priority_);

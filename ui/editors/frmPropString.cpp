@@ -3,12 +3,12 @@
 #include "core/Text.h"
 #include "patch/EngineNames.h"
 #include "patch/modPatchText.h"
+#include "ui/AcceptButtons.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/EscapedTextEdit.h"
 #include "ui/lists/StringsModel.h"
 
-#include <QDialogButtonBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
@@ -75,15 +75,9 @@ frmPropString::frmPropString(const EditorContext& context, QWidget* parent)
 
     restore_->setToolTip(tr("Put the engine's text in"));
     connect(restore_, &QPushButton::clicked, this, &frmPropString::RestoreText);
-    connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
-    auto* cancel = NewButton("cmdCancel", tr("Cancel"));
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    auto* buttons = new QDialogButtonBox;
+    QDialogButtonBox* buttons = AcceptButtons(*this, *accept_);
     buttons->addButton(restore_, QDialogButtonBox::ResetRole);
-    buttons->addButton(accept_, QDialogButtonBox::AcceptRole);
-    buttons->addButton(cancel, QDialogButtonBox::RejectRole);
     restore_->setAutoDefault(false);
-    accept_->setDefault(true);
     accept_->setToolTip(tr("Ctrl+Enter"));
     for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) // without Ctrl it is part of the text
         connect(new QShortcut(QKeySequence(Qt::CTRL | enter), this), &QShortcut::activated, accept_,

@@ -134,7 +134,7 @@ QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, 
         const EngineConfiguration::Action* action = engine.ActionOf(record->codePointer);
         if (action == nullptr || action->arguments.empty()) // as are most
             return {};
-        return ShownStart(ArgumentsText(set, engine, ArgumentTable(engine), *record));
+        return ShownStart(ArgumentsText(set, engine, ArgumentsOf(engine.dialect, *action), *record));
     }
     default:
         return QString::number(StateColumnValue(set, state, column));

@@ -107,7 +107,7 @@ std::vector<std::int32_t> MatchingStates(const Session& session, std::vector<std
                    (!std::to_string(state).starts_with(word) && !actions.contains(record->codePointer) &&
                     !holds(StoredText(StateLabelText(set, state))) &&
                     (arguments.Of(record->codePointer).empty() ||
-                     !holds(ArgumentsText(set, session.engine, arguments, *record))));
+                     !holds(ArgumentsText(set, session.engine, arguments.Of(record->codePointer), *record))));
         });
     }
     return states;
