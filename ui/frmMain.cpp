@@ -123,6 +123,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     connect(&commands_, &FileCommands::SessionChanged, rulesBar_, &QWidget::hide);
     connect(rulesBar_, &RulesBar::EngineRulesWanted, &commands_, &FileCommands::GoOnByEngineRules);
     connect(&editors_, &EditorSet::StatusText, this, &frmMain::Tell);
+    connect(&editors_, &EditorSet::PatchNotesWanted, this, &frmMain::EditPatchNotes);
     connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
     connect(&editors_, &EditorSet::EditorMade, this, &frmMain::RestoreEditor);
     qApp->installEventFilter(this);
@@ -391,20 +392,14 @@ void frmMain::SessionChanged() {
 }
 
 void frmMain::SetEditBar(bool enabled) {
-    for (QAction* action : viewEditors_)
-        action->setEnabled(enabled);
+    for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
+        viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
     fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
     filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());
     filePatchNotes_->setToolTip(tr("The comments at the head of a patch that is open by engine rules"));
-    // Only extended patches have par times.
-    if (commands_.SessionOpen() && !program_.engine.dialect.IsExtended())
-        viewEditors_[parEditor]->setEnabled(false);
-    // By the kept rules no patch renames a sprite.
-    if (commands_.SessionOpen() && !program_.engine.dialect.EngineRules())
-        viewEditors_[spriteEditor]->setEnabled(false);
 }
 
 void frmMain::ToggleEditForm(std::size_t editor) { editors_.Toggle(editor); }
