@@ -37,6 +37,7 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
             RefreshPickers();
         FollowThingNames(cells);
     });
+    connect(&area_, &QMdiArea::subWindowActivated, this, &EditorSet::PlaceChanged);
 }
 
 EditorSet::~EditorSet() = default;
@@ -50,11 +51,8 @@ std::optional<std::size_t> EditorSet::PlaceOf(std::string_view name) const {
 
 std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
     const EditorContext context{program_, edits_, *this};
-    if (name == "frmEditThings") {
-        auto things = std::make_unique<frmEditThings>(context);
-        things_ = things.get();
-        return things;
-    }
+    if (name == "frmEditThings")
+        return std::make_unique<frmEditThings>(context);
     if (name == "frmEditStates") {
         auto states = std::make_unique<frmEditStates>(context);
         states_ = states.get();
@@ -85,6 +83,7 @@ bool EditorSet::Load(std::string_view name) {
         if (editors_[*place] == nullptr) {
             unshown_[*place] = Make(name);
             editors_[*place] = unshown_[*place].get();
+            connect(editors_[*place], &EditorWindow::CurrentChanged, this, &EditorSet::PlaceChanged);
         }
         return true;
     }
@@ -102,6 +101,12 @@ bool EditorSet::Load(std::string_view name) {
         return false;
     }
     return true;
+}
+
+/// Only extended patches have par times, and by the kept rules none renames a sprite.
+bool EditorSet::Serves(std::size_t editor) const {
+    const Dialect& dialect = program_.engine.dialect;
+    return editor == parEditor ? dialect.IsExtended() : editor != spriteEditor || dialect.EngineRules();
 }
 
 bool EditorSet::IsShown(std::size_t editor) const { return frames_[editor] != nullptr && !frames_[editor]->isHidden(); }
@@ -207,22 +212,53 @@ bool EditorSet::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
+std::size_t EditorSet::EditorOf(RecordKind kind) {
+    return static_cast<std::size_t>(std::ranges::find(editorEntries, kind, &EditorEntry::kind) - editorEntries.begin());
+}
+
+std::optional<Cell> EditorSet::Here() const {
+    const std::optional<std::size_t> editor = Front();
+    if (!editor)
+        return std::nullopt;
+    return Cell{editorEntries[*editor].kind, editors_[*editor]->CurrentRecord().value_or(noRecord), existsField};
+}
+
+bool EditorSet::IsThere(const Cell& place) const {
+    const PatchSet& set = program_.patch.current;
+    if (!Serves(EditorOf(place.kind)))
+        return false;
+    if (place.kind == RecordKind::Par && place.index != noRecord)
+        return static_cast<std::size_t>(place.index) < set.pars.size();
+    return place.index == noRecord || HasRecord(set, place.kind, place.index);
+}
+
+void EditorSet::ShowPlace(const Cell& place) {
+    if (place.index == noRecord)
+        Show(EditorOf(place.kind), true);
+    else
+        ShowCell(place);
+}
+
+void EditorSet::ShowCell(const Cell& cell) {
+    if (cell == patchNotes)
+        return emit PatchNotesWanted();
+    if (cell.index == noRecord || !IsThere(cell))
+        return;
+    emit Jumping();
+    const std::size_t editor = EditorOf(cell.kind);
+    Show(editor, true);
+    editors_[editor]->ShowCell(cell);
+    emit Jumped();
+}
+
 void EditorSet::SelectSingleState(int state, int thing, int weapon) {
+    emit Jumping();
     states_->selectSingleState(state, thing, weapon);
     Show(*PlaceOf("frmEditStates"), true);
+    emit Jumped();
 }
 
 std::optional<int> EditorSet::SelectedStateRow() { return states_->SelectedRow(); }
-
-void EditorSet::ShowThingInEditor(int thing) {
-    things_->ShowThing(thing);
-    Show(*PlaceOf("frmEditThings"), true);
-}
-
-void EditorSet::ShowSoundInEditor(int sound) {
-    sounds_->ShowSound(sound);
-    Show(*PlaceOf("frmEditSounds"), true);
-}
 
 std::optional<int> EditorSet::SelectedSoundRow() { return sounds_->SelectedRow(); }
 

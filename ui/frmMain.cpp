@@ -123,6 +123,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     connect(&commands_, &FileCommands::SessionChanged, rulesBar_, &QWidget::hide);
     connect(rulesBar_, &RulesBar::EngineRulesWanted, &commands_, &FileCommands::GoOnByEngineRules);
     connect(&editors_, &EditorSet::StatusText, this, &frmMain::Tell);
+    connect(&editors_, &EditorSet::PatchNotesWanted, this, &frmMain::EditPatchNotes);
     connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
     connect(&editors_, &EditorSet::EditorMade, this, &frmMain::RestoreEditor);
     qApp->installEventFilter(this);
@@ -205,6 +206,14 @@ void frmMain::BuildEditMenu() {
 
 void frmMain::BuildViewMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&View"));
+    viewBack_ = Action("ViewBack", tr("&Back"), QKeySequence(Qt::ALT | Qt::Key_Left));
+    viewForward_ = Action("ViewForward", tr("&Forward"), QKeySequence(Qt::ALT | Qt::Key_Right));
+    menu->addActions({viewBack_, viewForward_});
+    connect(viewBack_, &QAction::triggered, &history_, &PlaceHistory::Back);
+    connect(viewForward_, &QAction::triggered, &history_, &PlaceHistory::Forward);
+    connect(&history_, &PlaceHistory::Changed, this, &frmMain::UpdateWays);
+    UpdateWays();
+    menu->addSeparator();
     viewOptions_ = Action("ViewOptions", tr("&Options..."));
     menu->addAction(viewOptions_);
     menu->addSeparator();
@@ -256,6 +265,9 @@ void frmMain::BuildToolbars() {
                                                  {fileOpen_, tr("Open a file")},
                                                  {fileSave_, tr("Save this file")},
                                                  {nullptr, {}},
+                                                 {viewBack_, tr("Back to where you were before (Alt+Left)")},
+                                                 {viewForward_, tr("Forward again (Alt+Right)")},
+                                                 {nullptr, {}},
                                                  {viewOptions_, tr("Display the options")},
                                                  {nullptr, {}},
                                                  {helpAbout_, tr("About Plinket3")}};
@@ -290,8 +302,8 @@ void frmMain::BuildStatusBar() {
 
 void frmMain::SetIcons() {
     const std::pair<QAction*, const char*> icons[]{
-        {fileNew_, "new"},     {fileOpen_, "open"}, {fileSave_, "save"}, {viewOptions_, "options"},
-        {helpAbout_, "about"}, {editUndo_, "undo"}, {editRedo_, "redo"}};
+        {fileNew_, "new"},   {fileOpen_, "open"}, {fileSave_, "save"}, {viewOptions_, "options"}, {helpAbout_, "about"},
+        {editUndo_, "undo"}, {editRedo_, "redo"}, {viewBack_, "back"}, {viewForward_, "forward"}};
     for (const auto& [action, name] : icons)
         action->setIcon(ProgramIcon(name, palette()));
 }
@@ -372,6 +384,7 @@ std::optional<Session> frmMain::ChooseSession(const PatchToOpen* patch) {
 void frmMain::SessionChanged() {
     const bool firstSession = !fileSaveAs_->isEnabled();
     editors_.Refresh();
+    history_.Clear();
     SetEditBar(true);
     updateCaption();
     UpdateStatus();
@@ -391,20 +404,14 @@ void frmMain::SessionChanged() {
 }
 
 void frmMain::SetEditBar(bool enabled) {
-    for (QAction* action : viewEditors_)
-        action->setEnabled(enabled);
+    for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
+        viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
     fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
     filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());
     filePatchNotes_->setToolTip(tr("The comments at the head of a patch that is open by engine rules"));
-    // Only extended patches have par times.
-    if (commands_.SessionOpen() && !program_.engine.dialect.IsExtended())
-        viewEditors_[parEditor]->setEnabled(false);
-    // By the kept rules no patch renames a sprite.
-    if (commands_.SessionOpen() && !program_.engine.dialect.EngineRules())
-        viewEditors_[spriteEditor]->setEnabled(false);
 }
 
 void frmMain::ToggleEditForm(std::size_t editor) { editors_.Toggle(editor); }
@@ -442,6 +449,11 @@ void frmMain::UpdateEditMenu() {
     editRedo_->setEnabled(edits_.CanRedo());
     editUndo_->setText(edits_.CanUndo() ? tr("&Undo %1").arg(MenuText(ShownStart(edits_.UndoName()))) : tr("&Undo"));
     editRedo_->setText(edits_.CanRedo() ? tr("&Redo %1").arg(MenuText(ShownStart(edits_.RedoName()))) : tr("&Redo"));
+}
+
+void frmMain::UpdateWays() {
+    viewBack_->setEnabled(history_.CanGoBack());
+    viewForward_->setEnabled(history_.CanGoForward());
 }
 
 void frmMain::RefreshSave() { fileSave_->setEnabled(commands_.SessionOpen() && program_.patch.changed); }

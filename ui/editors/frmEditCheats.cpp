@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditCheats.h"
 
+#include "patch/TextReplace.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/FieldBox.h"
@@ -83,7 +84,7 @@ void frmEditCheats::fillStaticData() {
         if (!exists)
             continue;
         const CheatRecord& record = Current().cheats[cheat];
-        const int limit = context_.program.engine.dialect.limitedCheats ? record.maximumLength & 0xffff : noLimit;
+        const int limit = RoomFor(context_.program, CellOf(cheat)).value_or(noLimit);
         // A text that a patch brought along is never cut off by being shown.
         boxes_[cheat]->setMaxLength(std::max(limit, std::min(noLimit, static_cast<int>(record.text.size()))));
     }
@@ -116,6 +117,18 @@ void frmEditCheats::ShowCells(const std::vector<Cell>& cells) {
     for (const Cell& cell : cells)
         if (cell.kind == RecordKind::Cheat && static_cast<std::size_t>(cell.index) < boxes_.size())
             Update(static_cast<std::size_t>(cell.index));
+}
+
+std::optional<std::int32_t> frmEditCheats::CurrentRecord() const {
+    const auto box = std::ranges::find(boxes_, focusWidget());
+    return box == boxes_.end() ? std::nullopt : std::optional(static_cast<std::int32_t>(box - boxes_.begin()));
+}
+
+bool frmEditCheats::SelectRecord(std::int32_t cheat) {
+    if (!HasRecord(Current(), RecordKind::Cheat, cheat) || static_cast<std::size_t>(cheat) >= boxes_.size())
+        return false;
+    boxes_[static_cast<std::size_t>(cheat)]->setFocus();
+    return true;
 }
 
 void frmEditCheats::Store(std::size_t cheat) {
