@@ -21,8 +21,10 @@ namespace plinket3 {
 /// A number that no record has.
 inline constexpr std::int32_t noRecord = -1;
 
+using RecordId = std::pair<RecordKind, std::int32_t>; // kind and number
+
 /// What notes say, by the record they belong to; that of the patch as a whole stands under the par list.
-using Notes = std::map<std::pair<RecordKind, std::int32_t>, std::string>;
+using Notes = std::map<RecordId, std::string>;
 
 /// What text fields hold, by kind, number and the field's place in `textFields`; none is empty.
 using Texts = std::map<std::tuple<RecordKind, std::int32_t, int>, std::string>;

@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -103,6 +104,10 @@ Status ReadableByEngines(std::string_view bytes);
 
 /// The differences between the two sets of `patch` as a patch file's bytes.
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
+
+/// These records as a patch's text, by engine rules: all that they hold, whether or not it is the engine's own, with
+/// names in comments. States, things, weapons, ammunition, sounds, sprites' names and strings; others are left out.
+std::string FormatRecords(const PatchData& patch, const EngineConfiguration& engine, const std::set<RecordId>& records);
 
 /// The document's bytes with the engine, IWAD and data WAD of `patch` in the lines that name others. A line stays that
 /// names a file of the same name in whatever folder, and so does one for which `patch` says nothing, or nothing that
