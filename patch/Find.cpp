@@ -181,7 +181,10 @@ private:
             hits.Add(std::min(matcher_.Number(entry.number, "sound"), matcher_.Name(Set().SoundName(entry.number))),
                      {RecordKind::Sound, entry.number, existsField});
     }
+    /// By the kept rules nothing of them is edited.
     void Sprites(Hits& hits) const {
+        if (!session_.engine.dialect.EngineRules())
+            return;
         for (const auto& entry : Set().sprites)
             hits.Add(std::min(matcher_.Number(entry.number, "sprite"), matcher_.Name(Set().SpriteName(entry.number))),
                      {RecordKind::Sprite, entry.number, existsField});
@@ -318,14 +321,14 @@ std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& qu
     return groups;
 }
 
-std::optional<Cell> FindRecord(const Session& session, RecordKind kind, std::string_view text) {
+std::optional<Found> FindRecord(const Session& session, RecordKind kind, std::string_view text) {
     const Matcher matcher(text, false);
     Hits hits(1);
     const auto group = std::ranges::find(kindOfGroup, kind) - kindOfGroup.begin();
     Search(session, matcher).Run(static_cast<FindGroup>(group), hits);
     if (hits.Count() == 0 || (matcher.IsNumber() && hits.Best() != Rank::Itself))
         return std::nullopt;
-    return hits.Cells().front();
+    return Describe(session, matcher, hits.Cells().front());
 }
 
 } // namespace plinket3

@@ -95,8 +95,8 @@ TEST_F(FindTest, ARecordIsGoneToByItsNumberOrName) {
         {RecordKind::Par, "MAP17", 1},
     };
     for (const auto& row : cases) {
-        const auto cell = FindRecord(session, row.kind, row.text);
-        EXPECT_EQ(cell ? cell->index : noRecord, row.record) << row.text;
+        const auto found = FindRecord(session, row.kind, row.text);
+        EXPECT_EQ(found ? found->cell.index : noRecord, row.record) << row.text;
     }
 }
 
