@@ -2,6 +2,7 @@
 
 #include "patch/StepNames.h"
 #include "patch/TextReplace.h"
+#include "patch/modPatchText.h"
 #include "ui/FindResultsModel.h"
 #include "ui/LatinLineEdit.h"
 #include "ui/LatinText.h"
@@ -57,7 +58,7 @@ FindDock::FindDock(const EditorContext& context)
     : QDockWidget(tr("Find")), context_(context), model_(new FindResultsModel(this)),
       text_(new LatinLineEdit(QStringLiteral("txtFind"), tr("Find"),
                               [&links = context.links](const QString& why) { links.ShowStatus(why); })),
-      matchCase_(new QCheckBox(tr("Match &case"))), results_(new QTreeView),
+      matchCase_(new QCheckBox(tr("Match case"))), results_(new QTreeView),
       nothing_(new QLabel(tr("Nothing in this patch holds that."))) {
     setObjectName(QStringLiteral("dockFind"));
     text_->setPlaceholderText(tr("Number, name, action or text"));
@@ -65,6 +66,7 @@ FindDock::FindDock(const EditorContext& context)
     text_->installEventFilter(this);
     connect(text_, &QLineEdit::textChanged, this, [this] {
         whole_.reset();
+        outcome_->hide();
         Search();
         SelectRow(model_->RowFor(std::nullopt, 0)); // the best
     });
@@ -109,9 +111,9 @@ QGroupBox* FindDock::BuildReplacing() {
                               [&links = context_.links](const QString& why) { links.ShowStatus(why); });
     with_->setPlaceholderText(tr("Replace with"));
     with_->setToolTip(tr("What is put in the place of the text found; \\n is a line break"));
-    replace_ = NewButton("cmdReplace", tr("&Replace"));
+    replace_ = NewButton("cmdReplace", tr("Replace"));
     replace_->setToolTip(tr("In the selected string or cheat"));
-    replaceAll_ = NewButton("cmdReplaceAll", tr("Replace &all"));
+    replaceAll_ = NewButton("cmdReplaceAll", tr("Replace all"));
     replaceAll_->setToolTip(tr("In every string and cheat, as one step"));
     outcome_ = new QLabel;
     outcome_->setObjectName(QStringLiteral("lblReplaced"));
@@ -231,20 +233,34 @@ bool FindDock::ResultsKey(int key) {
     return true;
 }
 
-std::optional<Cell> FindDock::SelectedText() const {
-    const auto cell = model_->CellAt(results_->currentIndex());
-    const bool isText = cell && (cell->kind == RecordKind::String || cell->kind == RecordKind::Cheat);
-    return isText ? std::optional(Cell{cell->kind, cell->index, textField}) : std::nullopt;
+/// A string may have been found by its key.
+std::optional<Cell> FindDock::TextAt(int row) const {
+    const auto cell = model_->CellAt(model_->index(row, 0));
+    if (!cell || (cell->kind != RecordKind::String && cell->kind != RecordKind::Cheat))
+        return std::nullopt;
+    const Cell text{cell->kind, cell->index, textField};
+    const std::string what = modPatchText::UnescapeText(StoredText(text_->text()));
+    const auto value = std::get<std::string>(context_.edits.Value(text));
+    const bool holds = !what.empty() && FindText(value, what, matchCase_->isChecked()) != std::string::npos;
+    return holds ? std::optional(text) : std::nullopt;
 }
 
 void FindDock::UpdateButtons() {
-    replace_->setEnabled(!text_->text().isEmpty() && SelectedText().has_value());
+    replace_->setEnabled(TextAt(results_->currentIndex().row()).has_value());
     replaceAll_->setEnabled(!text_->text().isEmpty());
 }
 
+/// Goes on to the next text that holds it.
 void FindDock::Replace() {
-    if (const auto text = SelectedText())
-        ReplaceIn({*text});
+    int row = results_->currentIndex().row();
+    const auto text = TextAt(row);
+    if (!text)
+        return;
+    ReplaceIn({*text});
+    while (row < model_->rowCount() && (!TextAt(row) || TextAt(row) == text))
+        ++row;
+    if (row < model_->rowCount())
+        SelectRow(row);
 }
 
 void FindDock::ReplaceAll() { ReplaceIn(EditedTexts(context_.program)); }

@@ -47,8 +47,8 @@ private:
     void SelectRow(int row);
     void GoToResults();
     void GoTo(const QModelIndex& result);
-    /// The string or cheat that is selected among the results.
-    std::optional<Cell> SelectedText() const;
+    /// The text of the string or cheat in a row, if it holds what is typed.
+    std::optional<Cell> TextAt(int row) const;
     void UpdateButtons();
     void Replace();
     void ReplaceAll();

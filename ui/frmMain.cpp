@@ -388,8 +388,11 @@ void frmMain::EditPatchNotes() {
 void frmMain::ShowManual(const QString& page) {
     if (!manual_)
         manual_ = std::make_unique<frmManual>(program_, state_);
+    if (!page.isEmpty())
+        return manual_->Open(page);
     const std::optional<std::size_t> editor = editors_.Front();
-    manual_->Open(page.isEmpty() && editor ? QString::fromLatin1(editorEntries[*editor].manualPage) : page);
+    const bool finding = find_->isAncestorOf(focusWidget());
+    manual_->Open(QString::fromLatin1(finding ? "finding.md" : editor ? editorEntries[*editor].manualPage : ""));
 }
 
 std::optional<Session> frmMain::ChooseSession(const PatchToOpen* patch) {

@@ -218,6 +218,20 @@ TEST_F(FindingTest, TextsAreReplacedOneByOneOrAllInOneStep) {
     edits.Undo();
     EXPECT_EQ(Current(), before) << "each of them was one step";
 
+    text.setText("GOTARM");
+    Find<QLineEdit>("txtReplace").setText("armor");
+    EXPECT_GT(texts(), 1);
+    EXPECT_FALSE(one.isEnabled()) << "keys are no texts";
+    text.setText("armor");
+    for (int row = 0; row < list.model()->rowCount() && !one.isEnabled(); ++row)
+        list.setCurrentIndex(list.model()->index(row, 0));
+    const QString first = list.currentIndex().data().toString();
+    Find<QLineEdit>("txtReplace").setText("an armor");
+    QTest::mouseClick(&one, Qt::LeftButton);
+    EXPECT_TRUE(one.isEnabled());
+    EXPECT_NE(list.currentIndex().data().toString(), first) << "what was replaced is not the next one";
+    edits.Undo();
+
     text.setText("Picked up the armor.");
     Find<QLineEdit>("txtReplace").setText(" ");
     QTest::mouseClick(&all, Qt::LeftButton);
