@@ -244,6 +244,10 @@ std::string Snippet(std::string_view text, const Matcher& matcher) {
     return (from > 0 ? "..." : "") + snippet + (from + snippetLength < text.size() ? "..." : "");
 }
 
+std::string Title(const std::string& number, std::string_view name) {
+    return name.empty() ? number : number + " " + std::string(name);
+}
+
 /// What the window shows of a result.
 Found Describe(const Session& session, const Matcher& matcher, const Cell& cell) {
     const PatchSet& set = session.patch.current;
@@ -254,22 +258,21 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
     switch (cell.kind) {
     case RecordKind::Thing: {
         const ThingRecord& thing = set.things[cell.index];
-        return {cell, number + " " + thing.name, thing.id > 0 ? "ID " + std::to_string(thing.id) : std::string()};
+        return {cell, Title(number, thing.name), thing.id > 0 ? "ID " + std::to_string(thing.id) : std::string()};
     }
     case RecordKind::State: {
         const StateRecord& state = set.states[cell.index];
         const auto action = session.engine.mnemonicByValue.find(state.codePointer);
-        return {cell, number + " " + (cell.index == 0 ? "-" : StateLabel(set, state)),
+        return {cell, Title(number, cell.index == 0 ? "-" : StateLabel(set, state)),
                 state.codePointer == 0 || action == session.engine.mnemonicByValue.end() ? std::string()
                                                                                          : action->second};
     }
     case RecordKind::Sound:
-        return {cell, number + " " + set.SoundName(cell.index), {}};
+        return {cell, Title(number, set.SoundName(cell.index)), {}};
     case RecordKind::Sprite:
-        return {cell, number + " " + std::string(set.SpriteName(cell.index)), {}};
+        return {cell, Title(number, set.SpriteName(cell.index)), {}};
     case RecordKind::String:
-        return {cell, number + " " + std::string(KeyOf(session, cell.index)),
-                Snippet(set.strings[cell.index].text, matcher)};
+        return {cell, Title(number, KeyOf(session, cell.index)), Snippet(set.strings[cell.index].text, matcher)};
     case RecordKind::Cheat:
         return {cell, std::string(CheatLabel(cell.index)), Snippet(set.cheats[cell.index].text, matcher)};
     case RecordKind::Misc:
@@ -280,7 +283,7 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
         return {cell, modPatchText::LevelName(par.episode, par.map), std::to_string(par.seconds) + " seconds"};
     }
     default:
-        return {cell, number + " " + std::get<std::string>(ReadCell(set, {cell.kind, cell.index, nameField})), {}};
+        return {cell, Title(number, std::get<std::string>(ReadCell(set, {cell.kind, cell.index, nameField}))), {}};
     }
 }
 
