@@ -304,7 +304,6 @@ std::size_t FindText(std::string_view text, std::string_view what, bool matchCas
 }
 
 std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& query) {
-    std::vector<FoundGroup> groups;
     const Matcher matcher(query.text, query.matchCase);
     const Search search(session, matcher);
     std::vector<std::pair<Rank, FoundGroup>> ranked;
@@ -319,6 +318,8 @@ std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& qu
             found.found.push_back(Describe(session, matcher, cell));
     }
     std::ranges::stable_sort(ranked, {}, &std::pair<Rank, FoundGroup>::first);
+    std::vector<FoundGroup> groups;
+    groups.reserve(ranked.size());
     for (auto& each : ranked)
         groups.push_back(std::move(each.second));
     return groups;
