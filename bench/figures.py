@@ -45,6 +45,8 @@ LISTS = [
     ("4,000 states: a letter in the filter", "filter", 50),
     ("4,000 states: select 1,000 rows", "select", 50),
     ("4,000 states: type a value into 1,000 rows", "edit", 50),
+    ("7,400 states: a letter in Find", "modern anything", 50),
+    ("50,000 states: a letter in Find", "anything", 50),
     ("50,000 states with arguments: a letter in the filter", "find arguments", 50),
     ("50,000 states with arguments: a letter that none has", "find nothing", 50),
     ("100,000 states: scroll by a tenth", "scroll", 50),
@@ -84,7 +86,7 @@ def printed(*command):
     """The figures that a program prints: name -> (milliseconds, KiB)."""
     done = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                           check=True, text=True)
-    rows = (line.split() for line in done.stdout.splitlines())
+    rows = (line.rsplit(maxsplit=2) for line in done.stdout.splitlines())
     return {name: (float(milliseconds), int(memory)) for name, milliseconds, memory in rows}
 
 

@@ -56,7 +56,7 @@ std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& qu
 
 /// The record of a kind that a number or name stands for: that one itself, else the first that begins so, else the
 /// first with such a part. A number is one record's alone. Absent when there is none.
-std::optional<Cell> FindRecord(const Session& session, RecordKind kind, std::string_view text);
+std::optional<Found> FindRecord(const Session& session, RecordKind kind, std::string_view text);
 
 /// Where `what` (not empty) begins in `text` from `from` on; npos when it does not.
 std::size_t FindText(std::string_view text, std::string_view what, bool matchCase, std::size_t from = 0);

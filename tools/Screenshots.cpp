@@ -194,6 +194,11 @@ void TakeRules(Pictures& pictures, PictureFrontEnd& frontEnd) {
     others.show();
     pictures.Take(others, QStringLiteral("other-lines"));
     others.hide();
+    auto& find = Find<FindDock>(window, "dockFind");
+    find.Start();
+    Type(find, "txtFind", "imp");
+    pictures.Take(find, QStringLiteral("find"));
+    find.close();
     auto& bar = Find<RulesBar>(window, "rulesBar");
     bar.Tell({"Sound 3 (shotgn): Value 9 -> 64", "Sound 4 (sgcock): Value 64 -> 9"});
     pictures.Take(bar, QStringLiteral("rules-bar"));

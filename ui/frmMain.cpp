@@ -4,6 +4,7 @@
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/frmChangeEngine.h"
+#include "ui/frmGoTo.h"
 #include "ui/frmPatchNotes.h"
 #include "ui/frmRecovered.h"
 
@@ -54,6 +55,7 @@ constexpr DialogPage dialogPages[]{
     {"frmRecovered", "saving.md#unsaved-work"},
     {"frmPatchNotes", "rules.md#notes"},
     {"frmChangeEngine", "opening.md#another-engine"},
+    {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
     {"frmSelectSprite", "states.md#choosing-a-sprite"},
@@ -81,7 +83,7 @@ QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLi
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)), recovery_(program.settingsFolder),
-      editors_(program, edits, audio, dialogs, *area_),
+      editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -93,6 +95,12 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     setCentralWidget(centre);
     addDockWidget(Qt::BottomDockWidgetArea, otherLines_);
     otherLines_->hide();
+    addDockWidget(Qt::RightDockWidgetArea, find_);
+    find_->hide();
+    connect(find_, &FindDock::Left, this, [this] {
+        if (const auto editor = editors_.Front())
+            editors_.Show(*editor, true);
+    });
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -199,7 +207,13 @@ void frmMain::BuildEditMenu() {
     editUndo_ = Action("EditUndo", tr("&Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z));
     editRedo_ = Action("EditRedo", tr("&Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
     editRedo_->setShortcuts({editRedo_->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    editFind_ = Action("EditFind", tr("&Find..."), QKeySequence(Qt::CTRL | Qt::Key_F));
+    editGoTo_ = Action("EditGoTo", tr("&Go to..."), QKeySequence(Qt::CTRL | Qt::Key_G));
     menu->addActions({editUndo_, editRedo_});
+    menu->addSeparator();
+    menu->addActions({editFind_, editGoTo_});
+    connect(editFind_, &QAction::triggered, find_, &FindDock::Start);
+    connect(editGoTo_, &QAction::triggered, this, &frmMain::GoTo);
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
     connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
 }
@@ -267,6 +281,7 @@ void frmMain::BuildToolbars() {
                                                  {nullptr, {}},
                                                  {viewBack_, tr("Back to where you were before (Alt+Left)")},
                                                  {viewForward_, tr("Forward again (Alt+Right)")},
+                                                 {editFind_, tr("Find anything in the patch (Ctrl+F)")},
                                                  {nullptr, {}},
                                                  {viewOptions_, tr("Display the options")},
                                                  {nullptr, {}},
@@ -302,8 +317,9 @@ void frmMain::BuildStatusBar() {
 
 void frmMain::SetIcons() {
     const std::pair<QAction*, const char*> icons[]{
-        {fileNew_, "new"},   {fileOpen_, "open"}, {fileSave_, "save"}, {viewOptions_, "options"}, {helpAbout_, "about"},
-        {editUndo_, "undo"}, {editRedo_, "redo"}, {viewBack_, "back"}, {viewForward_, "forward"}};
+        {fileNew_, "new"},     {fileOpen_, "open"},      {fileSave_, "save"}, {viewOptions_, "options"},
+        {helpAbout_, "about"}, {editUndo_, "undo"},      {editRedo_, "redo"}, {editFind_, "find"},
+        {viewBack_, "back"},   {viewForward_, "forward"}};
     for (const auto& [action, name] : icons)
         action->setIcon(ProgramIcon(name, palette()));
 }
@@ -344,6 +360,14 @@ bool frmMain::ShowOptions() {
     return false;
 }
 
+void frmMain::GoTo() {
+    const std::optional<Cell> here = editors_.Here();
+    if (!here)
+        return Tell(tr("Go to leads to a record of the editor in front, and none is shown"));
+    if (const std::optional<Cell> chosen = frmGoTo(program_, here->kind, this).Choose())
+        editors_.ShowCell(*chosen);
+}
+
 void frmMain::ShowRecovered() {
     if (const std::optional<KeptWork> work = frmRecovered(recovery_, program_.notifier, this).Choose())
         commands_.OpenKept(*work);
@@ -364,8 +388,11 @@ void frmMain::EditPatchNotes() {
 void frmMain::ShowManual(const QString& page) {
     if (!manual_)
         manual_ = std::make_unique<frmManual>(program_, state_);
+    if (!page.isEmpty())
+        return manual_->Open(page);
     const std::optional<std::size_t> editor = editors_.Front();
-    manual_->Open(page.isEmpty() && editor ? QString::fromLatin1(editorEntries[*editor].manualPage) : page);
+    const bool finding = find_->isAncestorOf(focusWidget());
+    manual_->Open(QString::fromLatin1(finding ? "finding.md" : editor ? editorEntries[*editor].manualPage : ""));
 }
 
 std::optional<Session> frmMain::ChooseSession(const PatchToOpen* patch) {
@@ -385,6 +412,7 @@ void frmMain::SessionChanged() {
     const bool firstSession = !fileSaveAs_->isEnabled();
     editors_.Refresh();
     history_.Clear();
+    find_->Refresh();
     SetEditBar(true);
     updateCaption();
     UpdateStatus();
@@ -408,6 +436,9 @@ void frmMain::SetEditBar(bool enabled) {
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
+    for (QAction* action : {editFind_, editGoTo_})
+        action->setEnabled(enabled);
+    find_->widget()->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
     fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
     filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());

@@ -2,6 +2,7 @@
 
 #include "ui/EditorSet.h"
 #include "ui/FileCommands.h"
+#include "ui/FindDock.h"
 #include "ui/OtherLinesDock.h"
 #include "ui/PlaceHistory.h"
 #include "ui/RulesBar.h"
@@ -89,6 +90,7 @@ private:
     void Tell(const QString& text);
     void RestorePlaces();
     void RestoreEditor(std::size_t editor);
+    void GoTo();
     void ShowRecovered();
     void ChangeEngine();
     void EditPatchNotes();
@@ -105,6 +107,7 @@ private:
     Recovery recovery_;
     EditorSet editors_;
     PlaceHistory history_{editors_};
+    FindDock* find_;
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
@@ -115,8 +118,8 @@ private:
     QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
             *fileEngine_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
-            *editUndo_ = nullptr, *editRedo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr,
-            *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *editUndo_ = nullptr, *editRedo_ = nullptr, *editFind_ = nullptr, *editGoTo_ = nullptr,
+            *viewBack_ = nullptr, *viewForward_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};
