@@ -5,6 +5,7 @@
 #include "ui/OtherLinesDock.h"
 #include "ui/RulesBar.h"
 #include "ui/WindowState.h"
+#include "ui/compare/frmCompare.h"
 #include "ui/frmAbout.h"
 #include "ui/frmManual.h"
 #include "ui/frmNewFile.h"
@@ -90,6 +91,7 @@ private:
     void ShowRecovered();
     void ChangeEngine();
     void EditPatchNotes();
+    void ShowRecord(RecordKind kind, std::int32_t record);
     void KeepPlaces();
     std::optional<Session> ChooseSession(const PatchToOpen* patch);
 
@@ -100,6 +102,7 @@ private:
     QMdiArea* area_;
     RulesBar* rulesBar_;
     OtherLinesDock* otherLines_;
+    frmCompare* compare_;
     Recovery recovery_;
     EditorSet editors_;
     FileCommands commands_;
@@ -111,8 +114,9 @@ private:
 
     QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
-            *fileEngine_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
-            *editUndo_ = nullptr, *editRedo_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
+            *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *viewOptions_ = nullptr,
+            *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};
