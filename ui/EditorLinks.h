@@ -1,6 +1,6 @@
 #pragma once
 
-#include "patch/PatchSet.h"
+#include "patch/Cells.h"
 
 #include <QString>
 
@@ -14,16 +14,18 @@ class EditorLinks {
 public:
     virtual ~EditorLinks() = default;
 
+    /// Brings the editor of the cell's kind up with its record selected alone, whatever a filter hides, and with the
+    /// focus in the control of its field, where it has one that can be used. Of par times `index` is the place in the
+    /// list. Nothing happens when there is no such record, or the open patch has nothing that this editor edits.
+    virtual void ShowCell(const Cell& cell) = 0;
+    /// The same with the focus in the list of records.
+    void ShowRecord(RecordKind kind, std::int32_t number) { ShowCell({kind, number, existsField}); }
     /// Brings the state editor up with `state` selected: under the filter of `thing`, else of `weapon`, else (both -1)
     /// under the filter it has.
     virtual void SelectSingleState(int state, int thing, int weapon) = 0;
     /// The position of the selected row in the state editor's list, from 0, whatever the filter; absent when no row is
     /// selected.
     virtual std::optional<int> SelectedStateRow() = 0;
-    /// Brings the thing editor up with a thing selected.
-    virtual void ShowThingInEditor(int thing) = 0;
-    /// Selects a sound's row in the sound editor and scrolls it into view.
-    virtual void ShowSoundInEditor(int sound) = 0;
     virtual std::optional<int> SelectedSoundRow() = 0;
     /// Rewrites one entry of the state editor's list of things; an entry beyond its end is ignored.
     virtual void ReplaceThingFilterEntry(int entry, const QString& text) = 0;

@@ -50,11 +50,8 @@ std::optional<std::size_t> EditorSet::PlaceOf(std::string_view name) const {
 
 std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
     const EditorContext context{program_, edits_, *this};
-    if (name == "frmEditThings") {
-        auto things = std::make_unique<frmEditThings>(context);
-        things_ = things.get();
-        return things;
-    }
+    if (name == "frmEditThings")
+        return std::make_unique<frmEditThings>(context);
     if (name == "frmEditStates") {
         auto states = std::make_unique<frmEditStates>(context);
         states_ = states.get();
@@ -102,6 +99,12 @@ bool EditorSet::Load(std::string_view name) {
         return false;
     }
     return true;
+}
+
+/// Only extended patches have par times, and by the kept rules none renames a sprite.
+bool EditorSet::Serves(std::size_t editor) const {
+    const Dialect& dialect = program_.engine.dialect;
+    return editor == parEditor ? dialect.IsExtended() : editor != spriteEditor || dialect.EngineRules();
 }
 
 bool EditorSet::IsShown(std::size_t editor) const { return frames_[editor] != nullptr && !frames_[editor]->isHidden(); }
@@ -207,22 +210,30 @@ bool EditorSet::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
+bool EditorSet::IsThere(const Cell& cell) const {
+    const PatchSet& set = program_.patch.current;
+    if (cell.kind == RecordKind::Par)
+        return cell.index >= 0 && static_cast<std::size_t>(cell.index) < set.pars.size();
+    return HasRecord(set, cell.kind, cell.index);
+}
+
+void EditorSet::ShowCell(const Cell& cell) {
+    if (cell == patchNotes)
+        return emit PatchNotesWanted();
+    const auto entry = std::ranges::find(editorEntries, cell.kind, &EditorEntry::kind);
+    const auto editor = static_cast<std::size_t>(entry - editorEntries.begin());
+    if (!Serves(editor) || !IsThere(cell))
+        return;
+    Show(editor, true);
+    editors_[editor]->ShowCell(cell);
+}
+
 void EditorSet::SelectSingleState(int state, int thing, int weapon) {
     states_->selectSingleState(state, thing, weapon);
     Show(*PlaceOf("frmEditStates"), true);
 }
 
 std::optional<int> EditorSet::SelectedStateRow() { return states_->SelectedRow(); }
-
-void EditorSet::ShowThingInEditor(int thing) {
-    things_->ShowThing(thing);
-    Show(*PlaceOf("frmEditThings"), true);
-}
-
-void EditorSet::ShowSoundInEditor(int sound) {
-    sounds_->ShowSound(sound);
-    Show(*PlaceOf("frmEditSounds"), true);
-}
 
 std::optional<int> EditorSet::SelectedSoundRow() { return sounds_->SelectedRow(); }
 

@@ -23,7 +23,6 @@ class frmEditSounds;
 class frmEditStates;
 class frmPropSound;
 class frmPropString;
-class frmEditThings;
 class frmSelectAction;
 class frmSelectRecord;
 class frmSelectSprite;
@@ -31,6 +30,7 @@ class frmSelectState;
 
 /// An editor's place in menus and toolbars.
 struct EditorEntry {
+    RecordKind kind;
     const char* window; // class and object name
     const char* command;
     const char* menuText;
@@ -38,16 +38,16 @@ struct EditorEntry {
     const char* manualPage;
 };
 inline constexpr std::array<EditorEntry, 10> editorEntries{{
-    {"frmEditThings", "ViewThingEditor", "Thing editor", "Things", "things.md"},
-    {"frmEditStates", "ViewStateEditor", "State editor", "States", "states.md"},
-    {"frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds", "sounds.md"},
-    {"frmEditStrings", "ViewStringEditor", "String editor", "Strings", "strings.md"},
-    {"frmEditWeapons", "ViewWeaponEditor", "Weapon editor", "Weapons", "weapons.md"},
-    {"frmEditAmmo", "ViewAmmoEditor", "Ammo editor", "Ammo", "ammo.md"},
-    {"frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats", "cheats.md"},
-    {"frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc.", "misc.md"},
-    {"frmEditPars", "ViewParEditor", "Par. editor", "Par.", "pars.md"},
-    {"frmEditSprites", "ViewSpriteEditor", "Sprite editor", "Sprites", "sprites.md"},
+    {RecordKind::Thing, "frmEditThings", "ViewThingEditor", "Thing editor", "Things", "things.md"},
+    {RecordKind::State, "frmEditStates", "ViewStateEditor", "State editor", "States", "states.md"},
+    {RecordKind::Sound, "frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds", "sounds.md"},
+    {RecordKind::String, "frmEditStrings", "ViewStringEditor", "String editor", "Strings", "strings.md"},
+    {RecordKind::Weapon, "frmEditWeapons", "ViewWeaponEditor", "Weapon editor", "Weapons", "weapons.md"},
+    {RecordKind::Ammo, "frmEditAmmo", "ViewAmmoEditor", "Ammo editor", "Ammo", "ammo.md"},
+    {RecordKind::Cheat, "frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats", "cheats.md"},
+    {RecordKind::Misc, "frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc.", "misc.md"},
+    {RecordKind::Par, "frmEditPars", "ViewParEditor", "Par. editor", "Par.", "pars.md"},
+    {RecordKind::Sprite, "frmEditSprites", "ViewSpriteEditor", "Sprite editor", "Sprites", "sprites.md"},
 }};
 inline constexpr std::size_t parEditor = 8, spriteEditor = 9;
 
@@ -62,6 +62,8 @@ public:
     /// Makes an editor or one of the editors' dialogs, hidden; false when `name` is none of them.
     bool Load(std::string_view name);
 
+    /// Whether the open patch can hold what the editor edits.
+    bool Serves(std::size_t editor) const;
     bool IsShown(std::size_t editor) const;
     /// Shows an editor (and gives it the focus) or hides it.
     void Show(std::size_t editor, bool shown);
@@ -78,10 +80,9 @@ public:
     QMdiSubWindow* Frame(std::size_t editor) const { return frames_[editor]; }
 
     // EditorLinks
+    void ShowCell(const Cell& cell) override;
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override;
-    void ShowThingInEditor(int thing) override;
-    void ShowSoundInEditor(int sound) override;
     std::optional<int> SelectedSoundRow() override;
     void ReplaceThingFilterEntry(int entry, const QString& text) override;
     void PlaySoundLump(int sound) override;
@@ -96,6 +97,8 @@ signals:
     /// Editors were shown or hidden.
     void ShownChanged();
     void StatusText(const QString& text);
+    /// The comments at the patch's head, which no editor shows, are to be.
+    void PatchNotesWanted();
     /// An editor has its controls and its frame: they can be given back their places.
     void EditorMade(std::size_t editor);
 
@@ -105,6 +108,7 @@ protected:
 private:
     std::unique_ptr<EditorWindow> Make(std::string_view name);
     std::optional<std::size_t> PlaceOf(std::string_view name) const;
+    bool IsThere(const Cell& cell) const;
     void Hide(std::size_t editor);
     void BringToFront(std::size_t editor);
     void RefreshPickers();
@@ -119,7 +123,6 @@ private:
     std::array<EditorWindow*, editorEntries.size()> editors_{};
     std::array<QMdiSubWindow*, editorEntries.size()> frames_{};
     std::array<QRect, editorEntries.size()> normal_{}; // places of frames before they were maximised or minimised
-    frmEditThings* things_ = nullptr;
     frmEditStates* states_ = nullptr;
     frmEditSounds* sounds_ = nullptr;
     /// What renaming things has put into the state editor's list: its entry's former text, and the names.

@@ -120,7 +120,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
         connect(&commands_, signal, otherLines_, &OtherLinesDock::Refresh);
     connect(&commands_, &FileCommands::SessionChanged, compare_, [this] { compare_->Drop(true); });
     connect(&commands_, &FileCommands::Saved, compare_, &frmCompare::Saved);
-    connect(compare_, &frmCompare::RecordWanted, this, &frmMain::ShowRecord);
+    connect(compare_, &frmCompare::CellWanted, &editors_, &EditorSet::ShowCell);
     connect(compare_, &frmCompare::StatusText, this, &frmMain::Tell);
     connect(&commands_, &FileCommands::Saved, this, [this] {
         updateCaption();
@@ -133,6 +133,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     connect(&commands_, &FileCommands::SessionChanged, rulesBar_, &QWidget::hide);
     connect(rulesBar_, &RulesBar::EngineRulesWanted, &commands_, &FileCommands::GoOnByEngineRules);
     connect(&editors_, &EditorSet::StatusText, this, &frmMain::Tell);
+    connect(&editors_, &EditorSet::PatchNotesWanted, this, &frmMain::EditPatchNotes);
     connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
     connect(&editors_, &EditorSet::EditorMade, this, &frmMain::RestoreEditor);
     qApp->installEventFilter(this);
@@ -364,19 +365,6 @@ void frmMain::EditPatchNotes() {
         edits_.Store(patchNotes, *notes);
 }
 
-void frmMain::ShowRecord(RecordKind kind, std::int32_t record) {
-    switch (kind) {
-    case RecordKind::Thing:
-        return editors_.ShowThingInEditor(record);
-    case RecordKind::State:
-        return editors_.SelectSingleState(record, noRecord, noRecord);
-    case RecordKind::Sound:
-        return editors_.ShowSoundInEditor(record);
-    default:
-        break;
-    }
-}
-
 void frmMain::ShowManual(const QString& page) {
     if (!manual_)
         manual_ = std::make_unique<frmManual>(program_, state_);
@@ -419,20 +407,14 @@ void frmMain::SessionChanged() {
 }
 
 void frmMain::SetEditBar(bool enabled) {
-    for (QAction* action : viewEditors_)
-        action->setEnabled(enabled);
+    for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
+        viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
     fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
     filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());
     filePatchNotes_->setToolTip(tr("The comments at the head of a patch that is open by engine rules"));
-    // Only extended patches have par times.
-    if (commands_.SessionOpen() && !program_.engine.dialect.IsExtended())
-        viewEditors_[parEditor]->setEnabled(false);
-    // By the kept rules no patch renames a sprite.
-    if (commands_.SessionOpen() && !program_.engine.dialect.EngineRules())
-        viewEditors_[spriteEditor]->setEnabled(false);
 }
 
 void frmMain::ToggleEditForm(std::size_t editor) { editors_.Toggle(editor); }

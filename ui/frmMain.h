@@ -91,7 +91,6 @@ private:
     void ShowRecovered();
     void ChangeEngine();
     void EditPatchNotes();
-    void ShowRecord(RecordKind kind, std::int32_t record);
     void KeepPlaces();
     std::optional<Session> ChooseSession(const PatchToOpen* patch);
 

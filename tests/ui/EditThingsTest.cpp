@@ -22,7 +22,7 @@ protected:
     void SetUp() override {
         LoadEngine("doom19");
         window = &Open<frmEditThings>();
-        window->ShowThing(imp);
+        window->ShowCell({RecordKind::Thing, imp, existsField});
     }
     const ThingRecord& Imp() const { return Current().things[imp]; }
     QLineEdit& Box(const char* name) { return Find<QLineEdit>(*window, name); }
@@ -170,12 +170,12 @@ TEST_F(frmEditThingsTest, FollowsEditsOfOthers) {
 
 TEST_F(frmEditThingsTest, ShowsTheThingsOfTheNextPatch) {
     for (const int none : {-1, 137})
-        window->ShowThing(none);
+        window->ShowCell({RecordKind::Thing, none, existsField});
     LoadEngine("dehextra19");
     window->Refresh();
     EXPECT_EQ(Names().currentIndex(), imp);
     EXPECT_EQ(List().currentIndex().row(), imp);
-    window->ShowThing(Names().count() - 1);
+    window->ShowCell({RecordKind::Thing, Names().count() - 1, existsField});
     LoadEngine("doom19");
     window->Refresh();
     EXPECT_EQ(Names().currentIndex(), 136);
@@ -247,7 +247,7 @@ TEST_F(frmEditThingsTest, ListsAndEditsThingsThatThePatchMade) {
     edits.MakeRecord(RecordKind::Thing, 200);
     EXPECT_EQ(Names().count(), static_cast<int>(Defaults().things.size()) + 2);
     EXPECT_EQ(Listed().last(), "2000000000 thing 2000000000");
-    window->ShowThing(far);
+    window->ShowCell({RecordKind::Thing, far, existsField});
     EXPECT_EQ(Names().currentIndex(), Names().count() - 1);
     EXPECT_EQ(List().currentIndex().row(), Names().count() - 1);
     Type(Box("txtHitPoints"), "7");
@@ -260,7 +260,7 @@ TEST_F(frmEditThingsTest, ListsAndEditsThingsThatThePatchMade) {
     EXPECT_EQ(Current().things[200].hitPoints, 8);
     Type(Find<QLineEdit>(*window, "txtFilter"), "2000000000");
     EXPECT_EQ(Listed(), QStringList("2000000000 thing 2000000000"));
-    window->ShowThing(far);
+    window->ShowCell({RecordKind::Thing, far, existsField});
     edits.RemoveRecords(RecordKind::Thing, {far}, "things");
     EXPECT_FALSE(Current().things.Has(far));
     EXPECT_EQ(Box("txtHitPoints").text(), "8") << "the last of those that are left";

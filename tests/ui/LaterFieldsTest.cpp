@@ -132,7 +132,7 @@ TEST_F(LaterFieldsTest, TypedValuesAreStoredOrRefusedWithAWord) {
     windows[RecordKind::Weapon] = &Open<frmEditWeapons>();
     OpenStates();
     windows[RecordKind::State] = window;
-    static_cast<frmEditThings*>(windows[RecordKind::Thing])->ShowThing(imp);
+    static_cast<frmEditThings*>(windows[RecordKind::Thing])->ShowCell({RecordKind::Thing, imp, existsField});
     Select(walking);
     window = windows[RecordKind::Weapon];
     ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
@@ -167,7 +167,7 @@ TEST_F(LaterFieldsTest, TypedValuesAreStoredOrRefusedWithAWord) {
 
 TEST_F(LaterFieldsTest, AnEmptyBoxOrItsMenuUnsets) {
     window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
     Type(Box("txtSplashGroup"), "7");
     EXPECT_TRUE(Box("txtSplashGroup").toolTip().endsWith("Default: unset"));
     Type(Box("txtSplashGroup"), "\b");
@@ -186,7 +186,7 @@ TEST_F(LaterFieldsTest, AnEmptyBoxOrItsMenuUnsets) {
 
 TEST_F(LaterFieldsTest, FastSpeedsFollowTheProjectileBit) {
     window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowThing(ball);
+    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, ball, existsField});
     EXPECT_EQ(Box("txtFastSpeed").text(), "20");
     const auto bits = std::get<std::int32_t>(Thing(ball, &ThingRecord::bits));
     auto& flags = Find<QTreeView>(*window, "trvFlags");
@@ -204,7 +204,7 @@ TEST_F(LaterFieldsTest, FastSpeedsFollowTheProjectileBit) {
 
 TEST_F(LaterFieldsTest, OneFilterNarrowsTheOldFlagsAndTheNew) {
     window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
     auto& flags = Find<QTreeView>(*window, "trvFlags");
     const QAbstractItemModelTester tester(flags.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     const auto listed = [&flags] {
@@ -265,7 +265,7 @@ TEST_F(LaterFieldsTest, EnginesShowOnlyTheFieldsThatTheyHave) {
 TEST_F(LaterFieldsTest, WhatComesAfterIsInFormsOfTheSameMake) {
     LoadEngine("id24");
     window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
     EXPECT_EQ(Page("txtPickupSound"), "Pickup");
     EXPECT_EQ(Page("txtRespawnDice"), "ID24");
     EXPECT_EQ(Box("txtSelfDamageFactor").text(), "1");
@@ -286,7 +286,7 @@ TEST_F(LaterFieldsTest, WhatComesAfterIsInFormsOfTheSameMake) {
 TEST_F(LaterFieldsTest, NamesAreTypedInUpperCaseRefusedPickedAndUnset) {
     LoadEngine("id24");
     window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
     const ::plinket3::Cell translation{RecordKind::Thing, imp, translationField};
     const ::plinket3::Cell message{RecordKind::Thing, imp, pickupMessageField};
     Page("txtTranslation");
@@ -379,7 +379,7 @@ TEST_F(LaterFieldsTest, AmountsAndItemsAreEditedByWhatTheyStandFor) {
     UndoAll();
 
     window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
     Page("txtPickupSound");
     auto& weapon = Find<QComboBox>(*window, "cmbPickupWeaponType");
     EXPECT_EQ(weapon.currentText(), "-1: none");
@@ -398,7 +398,7 @@ TEST_F(LaterFieldsTest, AmountsAndItemsAreEditedByWhatTheyStandFor) {
 
 TEST_F(LaterFieldsTest, ReferencesAreDescribedBroughtUpPlayedAndPicked) {
     window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowThing(imp);
+    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
     EXPECT_EQ(Text("lblDroppedItem"), "-");
     links.pickedRecord = 63;
     Click("cmdDroppedItemBrowse");
@@ -406,7 +406,7 @@ TEST_F(LaterFieldsTest, ReferencesAreDescribedBroughtUpPlayedAndPicked) {
     EXPECT_EQ(Thing(imp, &ThingRecord::droppedItem), CellValue(64)) << "counted from 1";
     EXPECT_EQ(Text("lblDroppedItem").toStdString(), Current().things[63].name);
     ClickLink("lblDroppedItem");
-    EXPECT_EQ(links.calls.back(), "show thing 63");
+    EXPECT_EQ(links.calls.back(), "show thing 64");
     edits.Store({RecordKind::Thing, 63, nameField}, "Sack");
     EXPECT_EQ(Text("lblDroppedItem"), "Sack");
     links.pickedRecord = 5;
@@ -447,7 +447,7 @@ TEST_F(LaterFieldsTest, AnActionHasARowForEachOfItsArguments) {
     Click("cmdArgs1Browse");
     EXPECT_EQ(Text("lblArgs1"), "TROOA");
     ClickLink("lblArgs1");
-    EXPECT_EQ(links.calls.back(), "select state 442 -1 -1");
+    EXPECT_EQ(links.calls.back(), "show frame 442");
     Type(Box("txtArgs3"), "\b");
     EXPECT_FALSE(IsVisible("txtArgs3"));
     UndoAll();

@@ -154,7 +154,7 @@ TEST_P(RenamedSprites, AreShownEverywhereAtOnce) {
     constexpr int imp = 11, standing = 442, troo = 0;
     OpenAll(GetParam());
     const Shown &things = windows[0], &states = windows[1], &sprites = windows[3];
-    static_cast<frmEditThings*>(things.window)->ShowThing(imp);
+    static_cast<frmEditThings*>(things.window)->ShowCell({RecordKind::Thing, imp, existsField});
     static_cast<frmEditStates*>(states.window)->selectSingleState(standing, -1, -1);
     const auto shown = [&](int column) { return sprites.List().model()->index(0, column).data().toString(); };
     EXPECT_EQ(Find<QLabel>(*states.window, "lblSpriteName").text(), "TROO");
@@ -203,7 +203,7 @@ TEST_F(NewRecordsTest, TheSoundDialogNamesOneSound) {
     const Shown &things = windows[0], &sounds = windows[2];
     static_cast<frmEditSounds*>(sounds.window)->PropertyDialog(dialog);
     constexpr int player = 0, pain = 25;
-    static_cast<frmEditThings*>(things.window)->ShowThing(player);
+    static_cast<frmEditThings*>(things.window)->ShowCell({RecordKind::Thing, player, existsField});
     auto& name = Find<QLineEdit>(dialog, "txtName");
     auto& accept = Find<QPushButton>(dialog, "cmdAccept");
     const auto edit = [&](const std::function<void()>& work) {

@@ -2,6 +2,7 @@
 
 #include "patch/Edits.h"
 #include "patch/Program.h"
+#include "patch/StepNames.h"
 #include "tests/support/TestSupport.h"
 #include "ui/editors/EditorWindow.h"
 
@@ -26,8 +27,7 @@ class TestLinks : public EditorLinks {
 public:
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override { return selectedStateRow; }
-    void ShowThingInEditor(int thing) override { Record("show thing " + std::to_string(thing)); }
-    void ShowSoundInEditor(int sound) override { Record("show sound " + std::to_string(sound)); }
+    void ShowCell(const Cell& cell) override { Record("show " + MadeName(cell.kind, cell.index)); }
     std::optional<int> SelectedSoundRow() override { return selectedSoundRow; }
     void ReplaceThingFilterEntry(int entry, const QString& text) override;
     void PlaySoundLump(int sound) override { Record("play sound " + std::to_string(sound)); }

@@ -60,8 +60,8 @@ protected:
         auto& things = Open<frmEditThings>();
         auto& states = Open<frmEditStates>();
         const auto pictureOfImp = [&things] {
-            things.ShowThing(player);
-            things.ShowThing(imp);
+            things.ShowCell({RecordKind::Thing, player, existsField});
+            things.ShowCell({RecordKind::Thing, imp, existsField});
             return !things.findChild<SpriteView*>("picThing")->Picture().isNull();
         };
         EXPECT_TRUE(pictureOfImp());
@@ -109,7 +109,7 @@ TEST_F(EditorTest, LumpsOfGigabytesCostNoMemory) {
     Audio audio;
     ASSERT_TRUE(audio.Start());
     auto& things = Open<frmEditThings>();
-    things.ShowThing(imp);
+    things.ShowCell({RecordKind::Thing, imp, existsField});
     EXPECT_FALSE(things.findChild<SpriteView*>("picThing")->Picture().isNull());
     audio.PlaySoundLump(program, program.log, pistolSound);
     audio.Stop();

@@ -49,7 +49,7 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
     : QDockWidget(tr("Comparison")), program_(program), edits_(edits), dialogs_(dialogs),
       model_(new DifferencesModel(program, this)), lblCompared_(NewLabel("lblCompared")), lblNone_(NewLabel("lblNone")),
       cmbKind_(NewFilter("cmbKind", tr("Kinds"))), cmbChanged_(NewFilter("cmbChanged", tr("Changed"))),
-      pages_(new QStackedWidget), tvwDifferences_(new ShortTree), pictures_(Pictures()), lstLost_(new QListWidget),
+      pages_(new QStackedWidget), tvwDifferences_(new ShortTree), lstLost_(new QListWidget),
       cmdTake_(NewButton("cmdTake", tr("&Take over"))),
       cmdTakeKind_(NewButton("cmdTakeKind", tr("Take over all of this &kind"))),
       cmdShow_(NewButton("cmdShow", tr("S&how in its editor"))),
@@ -75,6 +75,7 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
     pages_->addWidget(tvwDifferences_);
     pages_->addWidget(lblNone_);
 
+    pictures_ = Pictures();
     auto* middle = new QHBoxLayout;
     middle->addWidget(pages_, 1);
     middle->addWidget(pictures_);
@@ -293,7 +294,7 @@ void frmCompare::ShowCurrent() {
     cmdTakeKind_->setEnabled(any);
     const Cell cell = any ? model_->Below(current).front().cell : Cell();
     const bool record = any && !DifferencesModel::IsKind(current.siblingAtColumn(0));
-    cmdShow_->setEnabled(record && HasRecord(program_.patch.current, cell.kind, cell.index));
+    cmdShow_->setEnabled(record && IsHere(model_->Below(current).front()));
     pictures_->setVisible(record && cell.kind == RecordKind::State);
     if (!pictures_->isHidden()) {
         const QString here = picHere_->ShowState(program_, cell.index),
@@ -302,6 +303,21 @@ void frmCompare::ShowCurrent() {
         lblHere_->setText(tr("Here: %1").arg(name(here)));
         lblThere_->setText(tr("There: %1").arg(name(there)));
     }
+}
+
+/// The entry of the open patch that counts for a level.
+std::optional<std::int32_t> frmCompare::PlaceOf(const Level& level) const {
+    const std::vector<ParRecord>& pars = program_.patch.current.pars;
+    for (std::size_t place = pars.size(); place-- > 0;)
+        if (Level(pars[place].episode, pars[place].map) == level)
+            return static_cast<std::int32_t>(place);
+    return std::nullopt;
+}
+
+bool frmCompare::IsHere(const Difference& difference) const {
+    if (difference.level)
+        return PlaceOf(*difference.level).has_value();
+    return HasRecord(program_.patch.current, difference.cell.kind, difference.cell.index);
 }
 
 void frmCompare::TakeSelected() {
@@ -337,13 +353,18 @@ void frmCompare::GoTo(const QModelIndex& index) {
     const QModelIndex row = index.siblingAtColumn(0);
     if (!row.isValid())
         return;
-    const Cell& cell = model_->Below(row).front().cell;
-    if (DifferencesModel::IsKind(row))
+    if (DifferencesModel::IsKind(row)) {
         tvwDifferences_->setExpanded(row, !tvwDifferences_->isExpanded(row));
-    else if (HasRecord(program_.patch.current, cell.kind, cell.index))
-        emit RecordWanted(cell.kind, cell.index);
-    else
+    } else if (const Difference& difference = model_->Below(row).front(); IsHere(difference)) {
+        Cell cell = difference.cell;
+        if (difference.level)
+            cell.index = *PlaceOf(*difference.level);
+        else if (model_->rowCount(row) > 0)
+            cell.field = existsField; // of the record as a whole
+        emit CellWanted(cell);
+    } else {
         emit StatusText(tr("The open patch does not have it: take it over first"));
+    }
 }
 
 } // namespace plinket3

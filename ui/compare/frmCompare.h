@@ -36,8 +36,8 @@ public:
     void Saved();
 
 signals:
-    /// The record is to be shown in its editor.
-    void RecordWanted(RecordKind kind, std::int32_t record);
+    /// The field, or the record of `existsField`, is to be shown in its editor.
+    void CellWanted(const Cell& cell);
     /// What just happened, for the status bar.
     void StatusText(const QString& text);
 
@@ -57,6 +57,8 @@ private:
     void TakeKind();
     void Take(std::vector<Difference> differences);
     void GoTo(const QModelIndex& index);
+    std::optional<std::int32_t> PlaceOf(const Level& level) const;
+    bool IsHere(const Difference& difference) const;
 
     const Program& program_;
     Edits& edits_;

@@ -1,6 +1,7 @@
 #include "ui/editors/EditorWindow.h"
 
 #include "ui/LatinText.h"
+#include "ui/fields/FieldControl.h"
 
 namespace plinket3 {
 
@@ -32,6 +33,14 @@ void EditorWindow::BringUpToDate() {
     upToDate_ = true;
     fillStaticData();
     updateForm();
+}
+
+bool EditorWindow::ShowCell(const Cell& cell) {
+    BringUpToDate();
+    if (!SelectRecord(cell.index))
+        return false;
+    FocusField(*this, cell.field);
+    return true;
 }
 
 void EditorWindow::showEvent(QShowEvent* event) {

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace plinket3 {
@@ -24,8 +25,18 @@ public:
     void CellsChanged(const std::vector<Cell>& cells);
     /// Builds and fills what is not yet up to date, also while the window is hidden.
     void BringUpToDate();
+    /// `EditorLinks::ShowCell` inside this editor; false when it has no such record.
+    bool ShowCell(const Cell& cell);
+    /// The record whose fields are shown; of several, the one clicked last. Of par times, the place in the list.
+    virtual std::optional<std::int32_t> CurrentRecord() const = 0;
+
+signals:
+    /// Perhaps another record is the current one.
+    void CurrentChanged();
 
 protected:
+    /// Selects a record alone, whatever a filter hides; false when there is none of that number.
+    virtual bool SelectRecord(std::int32_t record) = 0;
     /// Makes the controls. Called once.
     virtual void Build() = 0;
     /// Fills what depends on the engine, the settings and the names. Stores nothing.

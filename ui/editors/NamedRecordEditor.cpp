@@ -72,6 +72,18 @@ void NamedRecordEditor::updateForm() {
     RecordSelection selection = SelectedRecords(*list_, [this](int row) { return names_.Rows().At(row); });
     boxes_.Show(std::move(selection));
     ShowRecords();
+    emit CurrentChanged();
+}
+
+std::optional<std::int32_t> NamedRecordEditor::CurrentRecord() const {
+    return Selection().records.empty() ? std::nullopt : std::optional(Selection().current);
+}
+
+bool NamedRecordEditor::SelectRecord(std::int32_t record) {
+    const int row = names_.Rows().RowOf(record);
+    if (row >= 0)
+        list_->setCurrentIndex(names_.index(row));
+    return row >= 0;
 }
 
 void NamedRecordEditor::ShowCells(const std::vector<Cell>& cells) {

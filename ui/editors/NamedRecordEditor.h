@@ -11,6 +11,9 @@ namespace plinket3 {
 /// An editor with a list of records by name, the fields of the selected ones beside it, and Rename and Restore below.
 class NamedRecordEditor : public EditorWindow {
     Q_OBJECT
+public:
+    std::optional<std::int32_t> CurrentRecord() const final;
+
 protected:
     struct Words {
         const char* list;        // the list's name
@@ -34,6 +37,7 @@ protected:
     NumberBoxes& Boxes() { return boxes_; }
     const char* Many() const { return words_.many; }
 
+    bool SelectRecord(std::int32_t record) final;
     void Build() final;
     void fillStaticData() override;
     void updateForm() override;

@@ -19,6 +19,7 @@ RecordTableEditor::RecordTableEditor(const char* name, const QString& caption, c
 void RecordTableEditor::Build() {
     list_ = new RecordList(QString::fromLatin1(words_.list), windowTitle(), model_);
     SizeColumns();
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &EditorWindow::CurrentChanged);
     connect(list_, &RecordList::EditAsked, this, &RecordTableEditor::EditRecord);
     connect(list_, &RecordList::MenuAsked, this, [this](const QPoint& place, bool byKeyboard) {
         if (byKeyboard || MenuByMouse())
@@ -77,13 +78,15 @@ std::optional<int> RecordTableEditor::SelectedRow() const {
     return list_ != nullptr ? list_->SelectedRecord() : std::nullopt;
 }
 
-void RecordTableEditor::SelectRecord(int record) {
-    BringUpToDate();
+bool RecordTableEditor::SelectRecord(std::int32_t record) {
+    if (model_.Rows().RowOf(record) < 0)
+        return false;
     list_->SelectRecord(record);
     if (SelectedRow() == record)
-        return;
+        return true;
     filter_->clear(); // it hides the record
     list_->SelectRecord(record);
+    return true;
 }
 
 void RecordTableEditor::EditSelected() {

@@ -20,6 +20,7 @@ class RecordTableEditor : public EditorWindow {
 public:
     /// The selected record; absent when none is.
     std::optional<int> SelectedRow() const;
+    std::optional<std::int32_t> CurrentRecord() const final { return SelectedRow(); }
 
 protected:
     struct Words {
@@ -43,7 +44,7 @@ protected:
     /// Whether the menu belongs to the right mouse button, too.
     virtual bool MenuByMouse() const { return true; }
 
-    void SelectRecord(int record);
+    bool SelectRecord(std::int32_t record) final;
     RecordList& List() { return *list_; }
 
     void Build() final;

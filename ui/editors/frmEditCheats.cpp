@@ -118,6 +118,18 @@ void frmEditCheats::ShowCells(const std::vector<Cell>& cells) {
             Update(static_cast<std::size_t>(cell.index));
 }
 
+std::optional<std::int32_t> frmEditCheats::CurrentRecord() const {
+    const auto box = std::ranges::find(boxes_, focusWidget());
+    return box == boxes_.end() ? std::nullopt : std::optional(static_cast<std::int32_t>(box - boxes_.begin()));
+}
+
+bool frmEditCheats::SelectRecord(std::int32_t cheat) {
+    if (!HasRecord(Current(), RecordKind::Cheat, cheat) || static_cast<std::size_t>(cheat) >= boxes_.size())
+        return false;
+    boxes_[static_cast<std::size_t>(cheat)]->setFocus();
+    return true;
+}
+
 void frmEditCheats::Store(std::size_t cheat) {
     const QString text = boxes_[cheat]->text();
     if (context_.program.engine.dialect.EngineRules() && text != text.trimmed())

@@ -15,7 +15,11 @@ class frmEditCheats : public EditorWindow {
 public:
     explicit frmEditCheats(const EditorContext& context);
 
+    /// The cheat in whose box the focus was last.
+    std::optional<std::int32_t> CurrentRecord() const override;
+
 protected:
+    bool SelectRecord(std::int32_t cheat) override;
     void Build() override;
     void fillStaticData() override;
     void updateForm() override;

@@ -1,6 +1,7 @@
 #include "ui/editors/frmEditMisc.h"
 
 #include "ui/NewButton.h"
+#include "ui/fields/FieldControl.h"
 #include "ui/fields/Labels.h"
 #include "ui/fields/Marking.h"
 
@@ -83,6 +84,7 @@ void frmEditMisc::Build() {
     chkMonstersInfight_ = new QCheckBox(tr("Monsters of a kind hurt each &other"));
     chkMonstersInfight_->setObjectName(QStringLiteral("chkMonstersInfight"));
     chkMonstersInfight_->setAccessibleName(FieldLabel(&MiscRecord::monstersInfight));
+    ForField(*chkMonstersInfight_, infight.field);
     form->addRow(chkMonstersInfight_);
     AlignLabels(labels);
     first->addStretch();

@@ -13,7 +13,10 @@ class frmEditMisc : public EditorWindow {
 public:
     explicit frmEditMisc(const EditorContext& context);
 
+    std::optional<std::int32_t> CurrentRecord() const override { return 0; }
+
 protected:
+    bool SelectRecord(std::int32_t record) override { return record == 0; }
     void Build() override;
     void fillStaticData() override {}
     void updateForm() override;

@@ -127,6 +127,18 @@ std::optional<std::size_t> frmEditPars::SelectedRow() const {
     return static_cast<std::size_t>(current.row());
 }
 
+std::optional<std::int32_t> frmEditPars::CurrentRecord() const {
+    const std::optional<std::size_t> row = lvwPars_ != nullptr ? SelectedRow() : std::nullopt;
+    return row ? std::optional(static_cast<std::int32_t>(*row)) : std::nullopt;
+}
+
+bool frmEditPars::SelectRecord(std::int32_t row) {
+    if (row < 0 || row >= model_->rowCount())
+        return false;
+    Select(row);
+    return true;
+}
+
 void frmEditPars::Select(int row) {
     lvwPars_->setCurrentIndex(model_->index(row, 0));
     updateForm();
@@ -140,6 +152,7 @@ void frmEditPars::updateForm() {
     }
     cmdRemove_->setEnabled(row.has_value());
     ShowTitle();
+    emit CurrentChanged();
 }
 
 void frmEditPars::ShowTitle() {

@@ -20,7 +20,10 @@ class frmEditPars : public EditorWindow {
 public:
     explicit frmEditPars(const EditorContext& context);
 
+    std::optional<std::int32_t> CurrentRecord() const override;
+
 protected:
+    bool SelectRecord(std::int32_t row) override;
     void Build() override;
     void fillStaticData() override;
     void updateForm() override;

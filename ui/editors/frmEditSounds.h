@@ -16,8 +16,6 @@ public:
 
     /// What sounds are changed in; until it is given, they are not. It outlives the editor.
     void PropertyDialog(frmPropSound& dialog) { dialog_ = &dialog; }
-    /// Selects a sound's row and scrolls it into view.
-    void ShowSound(int sound) { SelectRecord(sound); }
 
 protected:
     void SizeColumns() override;

@@ -30,7 +30,7 @@ void frmEditStates::Build() {
     preview_ = new StatePreview(context_.program);
     filter_->LeadTo(*lvwStates_);
     maker_ = new RecordMaker(RecordKind::State, "frames", *lvwStates_, context_);
-    connect(maker_, &RecordMaker::Made, this, &frmEditStates::ShowMade);
+    connect(maker_, &RecordMaker::Made, this, &frmEditStates::SelectRecord);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     maker_->AddButtons(*buttons);
@@ -116,11 +116,19 @@ void frmEditStates::SelectRow(int row) {
     ShowSelected();
 }
 
-void frmEditStates::ShowMade(int state) {
-    filter_->ShowAll();
-    updateStateList();
-    if (const auto row = model_->RowOfState(state))
-        SelectRow(*row);
+std::optional<std::int32_t> frmEditStates::CurrentRecord() const {
+    return fields_ == nullptr || fields_->Selection().records.empty() ? std::nullopt : std::optional(currentState_);
+}
+
+bool frmEditStates::SelectRecord(std::int32_t state) {
+    if (!Current().states.Has(state))
+        return false;
+    if (!model_->RowOfState(state)) {
+        filter_->ShowAll();
+        updateStateList();
+    }
+    SelectRow(*model_->RowOfState(state));
+    return true;
 }
 
 std::optional<int> frmEditStates::SelectedRow() {
@@ -149,6 +157,7 @@ void frmEditStates::ShowSelected() {
         currentState_ = selection.current;
         preview_->ShowState(currentState_);
     }
+    emit CurrentChanged();
 }
 
 void frmEditStates::ShowCells(const std::vector<Cell>& cells) {

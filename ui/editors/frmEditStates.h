@@ -21,6 +21,7 @@ class frmEditStates : public EditorWindow {
 public:
     explicit frmEditStates(const EditorContext& context);
 
+    std::optional<std::int32_t> CurrentRecord() const override;
     /// Selects a state and shows its fields, if the list holds it: the list of a thing's states, else of a weapon's,
     /// else (both -1) the one that is there. What was typed to narrow the list down is forgotten.
     void selectSingleState(int state, int thing, int weapon);
@@ -30,6 +31,7 @@ public:
     QString ReplaceThingFilterEntry(int entry, const QString& text);
 
 protected:
+    bool SelectRecord(std::int32_t state) override;
     void Build() override;
     void fillStaticData() override;
     void updateForm() override { updateStateList(); }
@@ -43,7 +45,6 @@ private:
     void ShowSelected();
     void ActivateRow();
     void ShowListMenu(const QPoint& place);
-    void ShowMade(int state);
 
     StateTableModel* model_ = nullptr;
     QTableView* lvwStates_ = nullptr;

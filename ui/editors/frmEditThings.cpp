@@ -3,6 +3,7 @@
 #include "patch/NewRecords.h"
 #include "ui/NewButton.h"
 #include "ui/editors/RecordMaker.h"
+#include "ui/fields/FieldControl.h"
 #include "ui/fields/Labels.h"
 #include "ui/lists/FilterBox.h"
 #include "ui/lists/SelectedRecords.h"
@@ -167,10 +168,17 @@ frmEditThings::frmEditThings(const EditorContext& context)
                        {boxes_.Field(RowOf(&ThingRecord::bits21)), context},
                        {boxes_.Field(RowOf(&ThingRecord::bits24)), context}}) {}
 
-void frmEditThings::ShowThing(int thing) {
-    BringUpToDate();
-    if (names_.Rows().RowOf(thing) >= 0)
-        ShowThings({{thing}, thing});
+std::optional<std::int32_t> frmEditThings::CurrentRecord() const {
+    return Selection().records.empty() ? std::nullopt : std::optional(Selection().current);
+}
+
+bool frmEditThings::SelectRecord(std::int32_t thing) {
+    if (names_.Rows().RowOf(thing) < 0)
+        return false;
+    ShowThings({{thing}, thing});
+    if (!list_->selectionModel()->hasSelection())
+        filter_->clear(); // it hides the thing
+    return true;
 }
 
 void frmEditThings::Build() {
@@ -208,7 +216,7 @@ QWidget* frmEditThings::BuildList() {
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmEditThings::FollowList);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
     maker_ = new RecordMaker(RecordKind::Thing, "things", *list_, context_);
-    connect(maker_, &RecordMaker::Made, this, &frmEditThings::ShowMade);
+    connect(maker_, &RecordMaker::Made, this, &frmEditThings::SelectRecord);
 
     auto* buttons = new QHBoxLayout;
     maker_->AddButtons(*buttons);
@@ -236,7 +244,7 @@ QWidget* frmEditThings::BuildFields() {
                         [this](int state) { context_.links.SelectSingleState(state, Selection().current, -1); }),
         0, 1);
     grid->addWidget(BuildReferences(Reference::Sound, tr("Sounds"), soundFields,
-                                    [this](int sound) { context_.links.ShowSoundInEditor(sound); }),
+                                    [this](int sound) { context_.links.ShowRecord(RecordKind::Sound, sound); }),
                     1, 1);
     grid->addWidget(BuildExtra(), 2, 0, 1, 2);
     grid->addWidget(BuildNotes(), 3, 0, 1, 2);
@@ -352,6 +360,8 @@ QWidget* frmEditThings::BuildReferences(Reference reference, const QString& head
 
 QWidget* frmEditThings::BuildFlags() {
     flagTree_ = NewPlainList("trvFlags", tr("Flags"));
+    for (const auto bits : {&ThingRecord::bits, &ThingRecord::bits21, &ThingRecord::bits24})
+        ForField(*flagTree_, RowOf(bits));
     auto* narrowed = new QSortFilterProxyModel(flagTree_);
     narrowed->setSourceModel(&flags_);
     narrowed->setFilterCaseSensitivity(Qt::CaseInsensitive);
@@ -400,17 +410,11 @@ void frmEditThings::fillStaticData() {
     maker_->Reload();
 }
 
-/// Also where the filter would hide it.
-void frmEditThings::ShowMade(int thing) {
-    ShowThing(thing);
-    if (!list_->selectionModel()->hasSelection())
-        filter_->clear();
-}
-
 void frmEditThings::ShowThings(RecordSelection things) {
     boxes_.Show(std::move(things));
     extra_->ShowSelection();
     updateForm();
+    emit CurrentChanged();
 }
 
 void frmEditThings::updateForm() {

@@ -37,10 +37,10 @@ public:
 
     explicit frmEditThings(const EditorContext& context);
 
-    /// Selects a thing. `thing` is its index; one that the patch does not have changes nothing.
-    void ShowThing(int thing);
+    std::optional<std::int32_t> CurrentRecord() const override;
 
 protected:
+    bool SelectRecord(std::int32_t thing) override;
     void Build() override;
     void fillStaticData() override;
     void updateForm() override;
@@ -61,7 +61,6 @@ private:
     const RecordSelection& Selection() const { return boxes_.Selection(); }
     /// Shows these things, and the one clicked last in the box of names.
     void ShowThings(RecordSelection things);
-    void ShowMade(int thing);
     void FollowList();
     void SelectInList();
     void ShowSprite();

@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditWeapons.h"
 
+#include "ui/fields/FieldControl.h"
 #include "ui/fields/Marking.h"
 #include "ui/fields/ReferenceRow.h"
 
@@ -81,6 +82,7 @@ QWidget* frmEditWeapons::BuildFields() {
     ammoType_->setAccessibleName(tr("Ammo type"));
     ammoType_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon); // for any name
     ammoType_->setModel(&ammoTypes_);
+    ForField(*ammoType_, RowOf(&WeaponRecord::ammoType));
     connect(ammoType_, &QComboBox::activated, this, [this](int row) { StoreAmmoType(ammoTypes_.TypeAt(row)); });
     restoreAmmoType_ = new QAction(ammoType_);
     ammoType_->addAction(restoreAmmoType_);

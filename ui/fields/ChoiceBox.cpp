@@ -1,6 +1,7 @@
 #include "ui/fields/ChoiceBox.h"
 
 #include "ui/LatinText.h"
+#include "ui/fields/FieldControl.h"
 #include "ui/fields/Marking.h"
 
 #include <QAction>
@@ -20,6 +21,7 @@ ChoiceBox::ChoiceBox(const QString& name, const QString& accessibleName, const S
     : value_(value), restore_(new QAction(this)) {
     setObjectName(name);
     setAccessibleName(accessibleName);
+    ForField(*this, value.Field());
     setFocusPolicy(Qt::StrongFocus);
     if (value_.MeaningOf(0).kind != ValueMeaning::Kind::Truth) { // names have any length
         setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

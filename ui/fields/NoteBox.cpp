@@ -1,11 +1,14 @@
 #include "ui/fields/NoteBox.h"
 
+#include "ui/fields/FieldControl.h"
+
 namespace plinket3 {
 
 NoteBox::NoteBox(RecordKind kind, const RecordSelection& selection, const EditorContext& context)
     : NoteEdit(QStringLiteral("txtNotes"), tr("Notes"),
                [&links = context.links](const QString& why) { links.ShowStatus(why); }),
       kind_(kind), selection_(selection), context_(context) {
+    ForField(*this, noteField);
     setToolTip(tr("What the comments above it in the patch say; games do not read them"));
     connect(this, &NoteEdit::Edited, this, [this] {
         if (selection_.records.size() == 1)

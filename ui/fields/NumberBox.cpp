@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "patch/NewRecords.h"
 #include "ui/LatinText.h"
+#include "ui/fields/FieldControl.h"
 #include "ui/fields/Speed.h"
 
 #include <algorithm>
@@ -45,6 +46,7 @@ NumberBox::NumberBox(const QString& name, const QString& accessibleName, const S
                      const EditorContext& context)
     : SelectionBox(name, accessibleName, *field.selection, context), patch_(context.program.patch), field_(field),
       form_(form) {
+    ForField(*this, field.field);
     connect(this, &QLineEdit::textEdited, this, [this] { StoreText(true); });
 }
 

@@ -1,6 +1,7 @@
 #include "ui/fields/ValueBox.h"
 
 #include "ui/LatinText.h"
+#include "ui/fields/FieldControl.h"
 
 #include <QMenu>
 
@@ -35,6 +36,7 @@ ValueBox::ValueBox(const QString& name, const QString& accessibleName, const Sel
                    const EditorContext& context)
     : SelectionBox(name, accessibleName, value.Selection(), context), value_(value),
       tell_([&links = context.links](const QString& word) { links.ShowStatus(word); }) {
+    ForField(*this, value.Field());
     setValidator(new Validator(*this));
     connect(this, &QLineEdit::textEdited, this, &ValueBox::StoreText);
 }

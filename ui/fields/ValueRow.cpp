@@ -112,11 +112,11 @@ void ValueRow::AddReference(const QString& stem, QGridLayout& form, int row) {
         if (!number)
             return;
         if (kind_ == Kind::Sound)
-            context_.links.ShowSoundInEditor(*number);
+            context_.links.ShowRecord(RecordKind::Sound, *number);
         else if (kind_ == Kind::State)
-            context_.links.SelectSingleState(*number, -1, -1);
+            context_.links.ShowRecord(RecordKind::State, *number);
         else if (const auto thing = ThingOf(*number))
-            context_.links.ShowThingInEditor(*thing);
+            context_.links.ShowRecord(RecordKind::Thing, *thing);
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/Numbers.h"
 #include "ui/LatinText.h"
+#include "ui/fields/FieldControl.h"
 #include "ui/fields/NumberBox.h"
 
 #include <algorithm>
@@ -11,6 +12,7 @@ namespace plinket3 {
 StateFieldBox::StateFieldBox(const QString& name, const QString& accessibleName, StateColumn column,
                              const RecordSelection& selection, const EditorContext& context)
     : SelectionBox(name, accessibleName, selection, context), session_(context.program), column_(column) {
+    ForField(*this, StateColumnField(column));
     connect(this, &QLineEdit::textEdited, this, &StateFieldBox::StoreText);
 }
 

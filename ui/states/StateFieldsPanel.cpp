@@ -5,6 +5,7 @@
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/BitsButton.h"
+#include "ui/fields/FieldControl.h"
 #include "ui/fields/Labels.h"
 #include "ui/fields/LinkLabel.h"
 #include "ui/fields/Marking.h"
@@ -64,12 +65,13 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
     txtBits21_->Hint(tr("Bits of the state by name, or as a number"));
     txtTranmap_->setAlignment(Qt::AlignLeft);
     txtTranmap_->Hint(tr("Lump that says how its picture is blended with what is behind it"));
+    ForField(*cmbActions_, codePointerField);
     BuildLayout();
 
     connect(chkLit_, &QCheckBox::clicked, this, &StateFieldsPanel::StoreLit);
     connect(lblNextState_, &LinkLabel::Clicked, this, [this] {
         if (const auto next = txtNextState_->Typed())
-            context_.links.SelectSingleState(*next, -1, -1);
+            context_.links.ShowRecord(RecordKind::State, *next);
     });
     connect(cmdRestore_, &QPushButton::clicked, this, &StateFieldsPanel::Restore);
     connect(cmbActions_, &ActionBox::Chosen, this, [this](int entry) {

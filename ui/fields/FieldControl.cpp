@@ -1,0 +1,47 @@
+#include "ui/fields/FieldControl.h"
+
+#include <QScrollArea>
+#include <QTabWidget>
+#include <QVariant>
+
+namespace plinket3 {
+
+namespace {
+
+constexpr const char* fieldsProperty = "plinket3Fields";
+
+QVariantList FieldsOf(const QWidget& control) { return control.property(fieldsProperty).toList(); }
+
+/// Turns to the pages and scrolls the areas that hold it.
+void BringIntoView(QWidget& control, const QWidget& window) {
+    for (QWidget* inner = &control; inner != &window; inner = inner->parentWidget())
+        if (auto* tabs = qobject_cast<QTabWidget*>(inner); tabs != nullptr)
+            for (int page = 0; page < tabs->count(); ++page)
+                if (tabs->widget(page)->isAncestorOf(&control))
+                    tabs->setCurrentIndex(page);
+    for (QWidget* inner = &control; inner != &window; inner = inner->parentWidget())
+        if (auto* area = qobject_cast<QScrollArea*>(inner); area != nullptr)
+            area->ensureWidgetVisible(&control);
+}
+
+} // namespace
+
+void ForField(QWidget& control, int field) {
+    QVariantList fields = FieldsOf(control);
+    fields.append(field);
+    control.setProperty(fieldsProperty, fields);
+}
+
+bool FocusField(QWidget& window, int field) {
+    for (QWidget* control : window.findChildren<QWidget*>()) {
+        // One on another page is there; one that the engine does not have was hidden itself.
+        if (control->isHidden() || !control->isEnabled() || !FieldsOf(*control).contains(field))
+            continue;
+        BringIntoView(*control, window);
+        control->setFocus(Qt::ShortcutFocusReason);
+        return true;
+    }
+    return false;
+}
+
+} // namespace plinket3
