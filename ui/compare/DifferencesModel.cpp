@@ -239,8 +239,8 @@ QVariant DifferencesModel::headerData(int section, Qt::Orientation orientation, 
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     const bool ancestor = comparison_ != nullptr && comparison_->ancestor;
-    const std::array headings{tr("What"), tr("Here"), tr("There"), ancestor ? tr("Ancestor") : tr("Engine"),
-                              tr("Changed")};
+    const std::array headings{tr("What"), tr("Changed"), tr("Here"), tr("There"),
+                              ancestor ? tr("Ancestor") : tr("Engine")};
     return section < columnCountOfAll ? QVariant(headings[static_cast<std::size_t>(section)]) : QVariant();
 }
 

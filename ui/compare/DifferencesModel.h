@@ -32,7 +32,7 @@ QString CountText(std::size_t differences);
 /// The differences as a tree: kinds, their records, and the fields of these.
 class DifferencesModel : public QAbstractItemModel {
 public:
-    enum Column { What, Here, There, Ancestor, Changed, columnCountOfAll };
+    enum Column { What, Changed, Here, There, Ancestor, columnCountOfAll };
 
     /// `session` outlives the model. It shows nothing until it gets something.
     DifferencesModel(const Session& session, QObject* parent);

@@ -13,7 +13,6 @@
 #include <QTreeView>
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 namespace plinket3 {
@@ -34,6 +33,20 @@ QComboBox* NewFilter(const char* name, const QString& accessibleName) {
     box->setAccessibleName(accessibleName);
     box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     return box;
+}
+
+Notes::key_type KeyOf(const Difference& difference) { return {difference.cell.kind, difference.cell.index}; }
+
+/// The place of a difference in a list that has others, or of what comes next in place of it.
+std::size_t Nearest(const std::vector<Difference>& differences, const Difference& wanted) {
+    const auto order = [](const Difference& difference) {
+        return std::pair(difference.cell.kind, static_cast<std::uint32_t>(difference.cell.index));
+    };
+    const auto record = std::ranges::equal_range(differences, order(wanted), {}, order);
+    const auto same = std::ranges::find_if(
+        record, [&wanted](const Difference& each) { return each.cell == wanted.cell && each.level == wanted.level; });
+    const auto place = (same != record.end() ? same : record.begin()) - differences.begin();
+    return std::min(static_cast<std::size_t>(place), differences.size() - 1);
 }
 
 QLabel* NewLabel(const char* name) {
@@ -62,10 +75,10 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
     tvwDifferences_->setExpandsOnDoubleClick(false);
     tvwDifferences_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     const int character = fontMetrics().averageCharWidth();
-    for (const auto& [column, characters] : {std::pair{DifferencesModel::What, 40},
-                                             {DifferencesModel::Here, 30},
-                                             {DifferencesModel::There, 30},
-                                             {DifferencesModel::Ancestor, 30}})
+    for (const auto& [column, characters] : {std::pair{DifferencesModel::What, 34},
+                                             {DifferencesModel::Changed, 11},
+                                             {DifferencesModel::Here, 26},
+                                             {DifferencesModel::There, 26}})
         tvwDifferences_->header()->resizeSection(column, character * characters);
     lstLost_->setObjectName(QStringLiteral("lstLost"));
     lstLost_->setAccessibleName(tr("What this engine cannot hold"));
@@ -118,6 +131,7 @@ QWidget* frmCompare::FilterRow() {
 
 QWidget* frmCompare::Pictures() {
     auto* pictures = new QWidget;
+    pictures->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored); // the list alone tells how high all is
     auto* layout = new QHBoxLayout(pictures);
     layout->setContentsMargins(0, 0, 0, 0);
     const auto add = [layout](const char* picture, const char* label, SpriteView*& view, QLabel*& name) {
@@ -213,19 +227,12 @@ void frmCompare::Fill() {
         pages_->setCurrentWidget(lblNone_);
         return ShowCurrent();
     }
-    // Where the user is, and what is expanded, for when rows come and go.
-    std::set<std::pair<RecordKind, std::int32_t>> expanded;
-    for (int kind = 0; kind < model_->rowCount(); ++kind)
-        for (int record = 0; record < model_->rowCount(model_->index(kind, 0)); ++record)
-            if (const QModelIndex index = model_->index(record, 0, model_->index(kind, 0));
-                tvwDifferences_->isExpanded(index))
-                expanded.emplace(model_->Below(index).front().cell.kind, model_->Below(index).front().cell.index);
     const bool first = model_->Shown().empty();
+    const std::set<RecordKey> expanded = Expanded();
     const QModelIndex current = tvwDifferences_->currentIndex();
-    const bool onRecord = !current.isValid() || model_->rowCount(current.siblingAtColumn(0)) > 0;
+    const bool onRecord = model_->rowCount(current.siblingAtColumn(0)) > 0;
     const std::optional<Difference> place =
         current.isValid() ? std::optional(model_->Below(current).front()) : std::nullopt;
-    const auto row = static_cast<std::size_t>(place ? &model_->Below(current).front() - model_->Shown().data() : 0);
 
     const PatchSet& ancestor = comparison_->ancestor ? comparison_->ancestor->set : program_.patch.defaults;
     std::vector<Difference> differences = Compare(program_.patch.current, comparison_->there.set, ancestor);
@@ -242,18 +249,23 @@ void frmCompare::Fill() {
     const std::vector<Difference>& shown = model_->Shown();
     if (!same && !shown.empty()) {
         tvwDifferences_->expandToDepth(first && shown.size() <= fewDifferences ? 1 : 0);
-        auto now = shown.end();
-        for (auto each = shown.begin(); each != shown.end(); ++each) {
-            if (expanded.contains({each->cell.kind, each->cell.index}))
-                tvwDifferences_->expand(model_->IndexOf(static_cast<std::size_t>(each - shown.begin()), true));
-            if (place && each->cell == place->cell && each->level == place->level)
-                now = each;
-        }
-        const auto at =
-            now != shown.end() ? static_cast<std::size_t>(now - shown.begin()) : std::min(row, shown.size() - 1);
-        tvwDifferences_->setCurrentIndex(model_->IndexOf(at, onRecord));
+        for (std::size_t i = 0; i < shown.size(); ++i)
+            if (expanded.contains(KeyOf(shown[i])))
+                tvwDifferences_->expand(model_->IndexOf(i, true));
+        tvwDifferences_->setCurrentIndex(model_->IndexOf(place ? Nearest(shown, *place) : 0, !place || onRecord));
     }
     ShowCurrent();
+}
+
+/// The records of which fields are seen.
+std::set<frmCompare::RecordKey> frmCompare::Expanded() const {
+    std::set<RecordKey> expanded;
+    for (int kind = 0; kind < model_->rowCount(); ++kind)
+        for (int record = 0; record < model_->rowCount(model_->index(kind, 0)); ++record)
+            if (const QModelIndex index = model_->index(record, 0, model_->index(kind, 0));
+                tvwDifferences_->isExpanded(index))
+                expanded.insert(KeyOf(model_->Below(index).front()));
+    return expanded;
 }
 
 void frmCompare::ShowCounts(std::size_t all, std::size_t conflicts) {

@@ -6,11 +6,11 @@
 #include "ui/fields/SpriteView.h"
 
 #include <QDockWidget>
-#include <QSet>
 #include <QTimer>
 
 #include <memory>
 #include <optional>
+#include <set>
 
 class QComboBox;
 class QLabel;
@@ -48,8 +48,10 @@ private:
     QWidget* FilterRow();
     QWidget* Pictures();
     QWidget* Buttons();
+    using RecordKey = Notes::key_type;
     void Refresh();
     void Fill();
+    std::set<RecordKey> Expanded() const;
     void ShowCounts(std::size_t all, std::size_t conflicts);
     void ShowCurrent();
     void ShowLost();
