@@ -76,7 +76,7 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
     tvwDifferences_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     const int character = fontMetrics().averageCharWidth();
     for (const auto& [column, characters] : {std::pair{DifferencesModel::What, 34},
-                                             {DifferencesModel::Changed, 11},
+                                             {DifferencesModel::Changed, 14},
                                              {DifferencesModel::Here, 26},
                                              {DifferencesModel::There, 26}})
         tvwDifferences_->header()->resizeSection(column, character * characters);
