@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QTreeView>
 
@@ -89,13 +90,15 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
     pages_->addWidget(lblNone_);
 
     pictures_ = Pictures();
-    auto* middle = new QHBoxLayout;
-    middle->addWidget(pages_, 1);
+    auto* middle = new QSplitter;
+    middle->setChildrenCollapsible(false);
+    middle->addWidget(pages_);
     middle->addWidget(pictures_);
+    middle->setStretchFactor(0, 1);
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(FilterRow());
-    layout->addLayout(middle, 1);
+    layout->addWidget(middle, 1);
     layout->addWidget(lstLost_);
     layout->addWidget(Buttons());
     setWidget(page);
