@@ -100,7 +100,7 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
                    "engines do, keeping every line) or auto (engine where kept would lose anything), as without this")
         ->check(CLI::IsMember({"auto", "kept", "engine"}));
     const Command* chosen = nullptr;
-    for (const auto commands : {PatchCommands(), WadCommands()})
+    for (const auto commands : {PatchCommands(), RecordCommands(), WadCommands()})
         for (const Command& command : commands)
             AddCommand(app, command, given, [&chosen, &command] { chosen = &command; });
 

@@ -68,6 +68,7 @@ struct Command {
 };
 
 std::span<const Command> PatchCommands();
+std::span<const Command> RecordCommands();
 std::span<const Command> WadCommands();
 
 /// Writes a message as one line, whatever control characters the names in it have.
@@ -75,6 +76,12 @@ void Complain(std::ostream& err, std::string_view message);
 
 /// Throws `Refused` with "WHAT: REASON" when `status` is a failure.
 void Require(const Status& status, std::string_view what);
+
+inline constexpr const char* standardSet = "-"; // in place of a patch: the engine's own data
+
+/// Loads the engine that was asked for, or the one that the patch is likely made for, and reads the patch into that of
+/// the program; `standardSet` leaves the engine's own data. Throws `Refused`.
+void LoadPatch(Run& run, const std::string& file);
 
 /// The WADs in their order. Throws `Refused`.
 WadList OpenWads(std::span<const std::string> files);

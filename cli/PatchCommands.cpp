@@ -25,8 +25,6 @@ namespace {
 
 using modPatchFiles::Header;
 
-constexpr const char* standardSet = "-"; // in place of a patch: the engine's own data
-
 std::filesystem::path ConfigFolder(const Program& program) { return program.programFolder / "config"; }
 
 void FindEngines(Run& run) {
@@ -173,7 +171,7 @@ modPatchFiles::IncludeReader IncludesOf(const PatchFile& patch) {
 
 /// Loads the engine and reads `file` ("-": the engine's own data) into the open patch. Where there is no file, the
 /// engine is the one for `other`. `included`: what it includes counts.
-void LoadPatch(Run& run, const std::string& file, const PatchFile& other = {}, bool included = false) {
+void LoadInto(Run& run, const std::string& file, const PatchFile& other = {}, bool included = false) {
     Program& program = run.program;
     if (file == standardSet) {
         LoadEngine(run, other);
@@ -239,7 +237,7 @@ int Diff(Run& run) {
     const bool two = run.arguments.files.size() > 1;
     const std::string second = two ? run.arguments.files[1] : standardSet;
     const PatchFile patch = second == standardSet ? PatchFile() : ReadPatchFile(run, second);
-    LoadPatch(run, run.arguments.files[0], patch, true);
+    LoadInto(run, run.arguments.files[0], patch, true);
     Program& program = run.program;
     PatchSet other = program.patch.defaults;
     if (second != standardSet) {
@@ -440,6 +438,8 @@ constexpr std::array patchCommands{
 };
 
 } // namespace
+
+void LoadPatch(Run& run, const std::string& file) { LoadInto(run, file); }
 
 std::span<const Command> PatchCommands() { return patchCommands; }
 

@@ -39,6 +39,13 @@ inline bool EqualIgnoringCase(std::string_view left, std::string_view right) {
 /// Replaces every occurrence of `what` (not empty), from left to right, without looking at what was put in.
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by);
 
+/// Takes the text before the first `sign` away from `text`, and the sign; all of it when there is none.
+inline std::string_view TakeUpTo(std::string_view& text, char sign) {
+    const std::string_view taken = text.substr(0, text.find(sign));
+    text.remove_prefix(taken.size() < text.size() ? taken.size() + 1 : taken.size());
+    return taken;
+}
+
 /// The number, from 1, of the line in which the byte at `offset` stands.
 std::size_t LineAt(std::string_view text, std::size_t offset);
 

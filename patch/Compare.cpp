@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <ranges>
 #include <set>
 
 namespace plinket3 {
@@ -106,11 +105,14 @@ std::vector<Assignment> TakeOver(std::span<const Difference> differences, const 
     const auto take = [&](std::vector<Assignment>& into, const Cell& cell) {
         into.push_back({cell, ReadCell(there, cell)});
     };
-    for (const auto& [kind, index, field] : std::views::transform(differences, &Difference::cell))
-        if (field == existsField && !HasRecord(there, kind, index) && removed.insert({kind, index}).second)
-            for (const Cell& cell : EveryCellOf(kind, index))
-                if (ReadCell(here, cell) != ReadCell(there, cell))
-                    take(removals, cell);
+    for (const Difference& difference : differences) {
+        const auto& [kind, index, field] = difference.cell;
+        if (field != existsField || HasRecord(there, kind, index) || !removed.insert({kind, index}).second)
+            continue;
+        for (const Cell& cell : EveryCellOf(kind, index))
+            if (ReadCell(here, cell) != ReadCell(there, cell))
+                take(removals, cell);
+    }
     ParTimes times;
     for (const Difference& difference : differences) {
         const Cell& cell = difference.cell;

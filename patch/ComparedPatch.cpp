@@ -37,9 +37,9 @@ std::optional<std::size_t> OtherEngine(const Environment& environment, const Ses
 Status ReadForComparing(const Environment& environment, const Session& open, const PatchPlace& place,
                         ComparedPatch& patch) {
     std::string bytes;
-    if (const Status status = ReadPlace(place, bytes); !status)
+    if (Status status = ReadPlace(place, bytes); !status)
         return status;
-    if (const Status status = modPatchFiles::ReadableByEngines(bytes); !status)
+    if (Status status = modPatchFiles::ReadableByEngines(bytes); !status)
         return status;
     EngineConfiguration from = open.engine, to = open.engine;
     PatchData read;
@@ -52,7 +52,7 @@ Status ReadForComparing(const Environment& environment, const Session& open, con
         from.dialect = from.dialect.By(open.engine.dialect.rules);
         to.dialect = to.dialect.By(from.dialect.rules);
     }
-    if (const Status status = modPatchFiles::ReadBytes(std::move(bytes), from, read).status; !status)
+    if (Status status = modPatchFiles::ReadBytes(std::move(bytes), from, read).status; !status)
         return status;
     if (!other) {
         patch = {std::move(read.current), {}, {}};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Environment.h"
+#include "patch/FixedUses.h"
 #include "patch/PatchSet.h"
 #include "wad/modWADList.h"
 
@@ -12,6 +13,7 @@ namespace plinket3 {
 /// What a patch is edited against, and the patch.
 struct Session {
     EngineConfiguration engine;
+    std::vector<FixedUse> fixedUses; // of the engine
     PatchData patch;
     WadList wads;
     std::shared_ptr<clsWad> iwad, dataWad; // null when there is none

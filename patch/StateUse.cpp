@@ -1,9 +1,12 @@
 #include "patch/StateUse.h"
 
 #include "core/Text.h"
-#include "patch/Arguments.h"
-#include "patch/ValueText.h"
+#include "patch/Links.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -35,74 +38,37 @@ private:
     NumberedList<std::uint8_t> marked_;
 };
 
-template <class Record, class Visit> void VisitStateFields(const Record& record, Visit visit) {
-    for (const Field<Record>& field : fieldsOf<Record>)
-        if (field.unit == FieldUnit::State)
-            visit(field, record.*field.member);
-}
-
-/// Calls visit(argument, number) for the arguments that the state's action is given.
-template <class Visit> void VisitArguments(const ArgumentTable& table, const StateRecord& state, Visit visit) {
-    for (const StateArgument& argument : table.Of(state.codePointer))
-        if (const FieldValue number = ArgumentOf(state, argument))
-            visit(argument, *number);
-}
-
 /// Goes from records to all that they lead to.
 class Reach {
 public:
     Reach(const PatchSet& set, const EngineConfiguration& engine)
-        : set_(set), table_(engine), drops_(engine.dialect.fields >= FieldOf(&ThingRecord::droppedItem).since),
-          states_(set.states), things_(set.things) {}
+        : walk_(set, engine), states_(set.states), things_(set.things) {}
 
     std::vector<std::int32_t> StatesFrom(RecordKind kind, std::int32_t number) {
         if (kind == RecordKind::Thing)
-            AddThing(number);
-        else if (const WeaponRecord* weapon = set_.weapons.Find(number))
-            AddStates(*weapon);
-        while (!newStates_.empty()) {
-            const std::int32_t state = newStates_.back();
-            newStates_.pop_back();
-            Follow(set_.states[state]);
+            things_.Mark(number);
+        Follow(kind, number);
+        while (!toFollow_.empty()) {
+            const Target next = toFollow_.back();
+            toFollow_.pop_back();
+            Follow(*RecordKindOf(next.kind), next.number);
         }
         return states_.Numbers(true);
     }
 
 private:
-    void AddState(std::int32_t state) {
-        if (states_.Mark(state))
-            newStates_.push_back(state);
-    }
-    template <class Record> void AddStates(const Record& record) {
-        VisitStateFields(record, [this](const Field<Record>&, std::int32_t state) { AddState(state); });
-    }
-    /// A thing may leave another one behind, and that a third.
-    void AddThing(std::int32_t thing) {
-        while (things_.Mark(thing)) {
-            const ThingRecord& record = set_.things[thing];
-            AddStates(record);
-            const auto dropped = ThingOf(record.droppedItem);
-            if (!drops_ || !dropped)
-                return;
-            thing = *dropped;
-        }
-    }
-    void Follow(const StateRecord& state) {
-        AddState(state.nextState);
-        VisitArguments(table_, state, [this](const StateArgument& argument, std::int32_t number) {
-            if (IsState(argument))
-                AddState(number);
-            else if (const auto thing = ThingOf(number); thing && IsThing(argument))
-                AddThing(*thing);
+    void Follow(RecordKind kind, std::int32_t number) {
+        walk_.ForEachOf(kind, number, [this](const Link& link) {
+            if ((link.to.kind == TargetKind::State && states_.Mark(link.to.number)) ||
+                (link.to.kind == TargetKind::Thing && things_.Mark(link.to.number)))
+                toFollow_.push_back(link.to);
         });
     }
 
-    const PatchSet& set_;
-    ArgumentTable table_;
-    bool drops_;
+    LinkWalk walk_;
     Marks<StateRecord> states_;
     Marks<ThingRecord> things_;
-    std::vector<std::int32_t> newStates_; // that are not yet followed
+    std::vector<Target> toFollow_;
 };
 
 /// "Far attack frame" is "far attack" in a list.
@@ -113,14 +79,70 @@ std::string ShortLabel(std::string_view label) {
     return ToLower(label);
 }
 
-template <class Record>
-void AddUsers(std::vector<std::string>& users, const NumberedList<Record>& records, std::int32_t state) {
+/// "second", "third", and from there on "4th".
+std::string Ordinal(std::size_t number) {
+    constexpr std::array<std::string_view, 4> words{"", "first", "second", "third"};
+    if (number < words.size())
+        return std::string(words[number]);
+    const std::size_t last = number % 100 / 10 == 1 ? 0 : number % 10;
+    return std::to_string(number) + (last == 1 ? "st" : last == 2 ? "nd" : last == 3 ? "rd" : "th");
+}
+
+/// Finds a state in the runs of states that follow each other from those that something names.
+class Runs {
+public:
+    Runs(const PatchSet& set, std::int32_t state)
+        : set_(set), state_(state), seen_(set.states.Alike(std::uint32_t{})) {}
+
+    /// Where the state stands in the run from `first`, which stands at 1; absent when the run ends, or comes to a
+    /// state where one of `others` begins, before.
+    std::optional<std::size_t> PlaceFrom(std::int32_t first, std::span<const std::int32_t> others) {
+        ++run_;
+        std::int32_t next = first;
+        for (std::size_t place = 1; next != 0; ++place) {
+            std::uint32_t* seen = seen_.Find(next);
+            if (seen == nullptr || std::exchange(*seen, run_) == run_ ||
+                (place > 1 && std::ranges::find(others, next) != others.end()))
+                break;
+            if (next == state_)
+                return place;
+            next = set_.states[next].nextState;
+        }
+        return std::nullopt;
+    }
+
+private:
+    const PatchSet& set_;
+    std::int32_t state_;
+    NumberedList<std::uint32_t> seen_; // in which run last
+    std::uint32_t run_ = 0;
+};
+
+std::string AndPlace(std::size_t place) { return place == 1 ? std::string() : ", " + Ordinal(place); }
+
+/// "Imp (injury, death)" of a record's fields that name the state; those of runs that come to it are told apart with
+/// "; ": "Imp (far attack, third; death)".
+template <class Record> void AddUsers(std::vector<std::string>& users, RecordKind kind,
+                                      const NumberedList<Record>& records, const LinkWalk& walk, Runs& runs) {
     for (const auto& [number, record] : records) {
-        std::string fields;
-        VisitStateFields(record, [&fields, state](const Field<Record>& field, std::int32_t named) {
-            if (named == state)
-                fields += (fields.empty() ? "" : ", ") + ShortLabel(field.label);
+        std::vector<Link> links;
+        std::vector<std::int32_t> firsts;
+        walk.ForEachOf(kind, number, [&](const Link& link) {
+            if (link.to.kind == TargetKind::State && !link.to.IsNone()) {
+                links.push_back(link);
+                firsts.push_back(link.to.number);
+            }
         });
+        std::string fields;
+        bool plain = true; // what was told last stands first in its run
+        for (const Link& link : links)
+            if (const auto place = runs.PlaceFrom(link.to.number, firsts)) {
+                fields += (fields.empty()         ? ""
+                           : plain && *place == 1 ? ", "
+                                                  : "; ") +
+                          ShortLabel(FactsOf(kind, link.from.field).label) + AndPlace(*place);
+                plain = *place == 1;
+            }
         if (!fields.empty())
             users.push_back(record.name + " (" + fields + ")");
     }
@@ -137,20 +159,11 @@ std::vector<std::int32_t> StatesOfWeapon(const PatchSet& set, const EngineConfig
 }
 
 std::vector<std::int32_t> UnusedStates(const PatchSet& set, const EngineConfiguration& engine) {
-    const ArgumentTable table(engine);
     Marks<StateRecord> marks(set.states);
-    const auto mark = [&marks](const auto&, std::int32_t state) { marks.Mark(state); };
-    for (const auto& [number, thing] : set.things)
-        VisitStateFields(thing, mark);
-    for (const auto& [number, weapon] : set.weapons)
-        VisitStateFields(weapon, mark);
-    for (const auto& [number, state] : set.states) {
-        marks.Mark(state.nextState);
-        VisitArguments(table, state, [&marks](const StateArgument& argument, std::int32_t value) {
-            if (IsState(argument))
-                marks.Mark(value);
-        });
-    }
+    LinkWalk(set, engine).ForEach([&marks](const Link& link) {
+        if (link.to.kind == TargetKind::State)
+            marks.Mark(link.to.number);
+    });
     return marks.Numbers(false);
 }
 
@@ -158,18 +171,20 @@ std::vector<std::string> UsersOfState(const PatchSet& set, const EngineConfigura
     std::vector<std::string> users;
     if (state == 0)
         return users;
-    AddUsers(users, set.things, state);
-    AddUsers(users, set.weapons, state);
-    const ArgumentTable table(engine);
-    for (const auto& [number, user] : set.states) {
-        bool names = false;
-        VisitArguments(table, user, [&names, state](const StateArgument& argument, std::int32_t value) {
-            names = names || (IsState(argument) && value == state);
-        });
-        if (names)
-            users.push_back("frame " + std::to_string(number) + " (" + engine.ActionOf(user.codePointer)->mnemonic +
+    const LinkWalk walk(set, engine);
+    Runs runs(set, state);
+    AddUsers(users, RecordKind::Thing, set.things, walk, runs);
+    AddUsers(users, RecordKind::Weapon, set.weapons, walk, runs);
+    std::vector<Link> jumps;
+    walk.ForEach([&jumps](const Link& link) {
+        if (link.argument != nullptr && link.to.kind == TargetKind::State && !link.to.IsNone())
+            jumps.push_back(link);
+    });
+    for (const Link& jump : jumps)
+        if (const auto place = runs.PlaceFrom(jump.to.number, {}))
+            users.push_back("frame " + std::to_string(jump.from.index) + " (" +
+                            engine.ActionOf(set.states[jump.from.index].codePointer)->mnemonic + AndPlace(*place) +
                             ")");
-    }
     return users;
 }
 

@@ -20,9 +20,10 @@ std::vector<std::int32_t> StatesOfWeapon(const PatchSet& set, const EngineConfig
 /// unused states lead to counts as used.
 std::vector<std::int32_t> UnusedStates(const PatchSet& set, const EngineConfiguration& engine);
 
-/// The things, then the weapons, whose record names the state, each with the fields that do: "Imp (injury, death)";
-/// then the states whose arguments do, with their action: "frame 12 (RandomJump)". None for state 0, which stands for
-/// "no state".
+/// The things, then the weapons, from whose states the runs of states come to this one, each with the fields that name
+/// the first: "Imp (injury, death)", or "Imp (far attack, third)" with its place in the run, which ends where another
+/// field's begins; then the states whose arguments do, with their action: "frame 12 (RandomJump, second)". None for
+/// state 0, which stands for "no state".
 std::vector<std::string> UsersOfState(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state);
 
 } // namespace plinket3

@@ -5,19 +5,23 @@
 
 namespace plinket3 {
 
+std::int64_t PatchNumber(RecordKind kind, std::int32_t index) {
+    std::int64_t number = index;
+    VisitKind(kind, [&number](const auto& list) {
+        if (list.section != nullptr)
+            number += (Dialect().AsEngines().*list.section).firstWritten;
+    });
+    return number;
+}
+
 std::string MadeName(RecordKind kind, std::int32_t index) {
     std::string_view word;
-    std::int64_t number = index;
-    VisitKind(kind, [&word, &number](const auto& list) {
-        word = list.plural;
-        if (list.section != nullptr) {
-            word = (Dialect().*list.section).word;
-            number += (Dialect().AsEngines().*list.section).firstWritten;
-        }
+    VisitKind(kind, [&word](const auto& list) {
+        word = list.section != nullptr ? (Dialect().*list.section).word : list.plural;
     });
     if (kind == RecordKind::Sprite)
         word = "sprite";
-    return ToLower(word) + " " + std::to_string(number);
+    return ToLower(word) + " " + std::to_string(PatchNumber(kind, index));
 }
 
 namespace {

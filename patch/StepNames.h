@@ -14,6 +14,8 @@ namespace plinket3 {
 /// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record. One that a patch made and that has no name
 /// goes by its number.
 std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index);
+/// A record's number as patches count: from 1 for things. Of a kind that patches do not count, its index.
+std::int64_t PatchNumber(RecordKind kind, std::int32_t index);
 /// The same by its number: "thing 4000" (as patches count), for one that has no name of its own.
 std::string MadeName(RecordKind kind, std::int32_t index);
 /// The same for several: "3 frames" when `many` is "frames".

@@ -3,6 +3,7 @@
 #include "core/Files.h"
 #include "patch/modTables.h"
 #include "tools/EngineFacts.h"
+#include "tools/FixedUseFacts.h"
 
 #include <map>
 #include <memory>
@@ -178,6 +179,7 @@ Status BuildEngines(const std::filesystem::path& data, const std::filesystem::pa
         if (fault.Found())
             break;
         files["config/" + source.configuration + ".cfg"] = FormatEngine(facts.engine);
+        files["uses/" + source.configuration + ".tsv"] = FormatFixedUses(folder, source, facts, fault);
         files["tables/" + facts.engine.table] = modTables::FormatTable(facts.defaults, facts.engine.dialect);
     }
     return fault.Found() ? Status::Failure(fault.Text()) : WriteFiles(output, files);

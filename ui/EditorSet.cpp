@@ -37,6 +37,7 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
             RefreshPickers();
         FollowThingNames(cells);
     });
+    connect(&area_, &QMdiArea::subWindowActivated, this, &EditorSet::PlaceChanged);
 }
 
 EditorSet::~EditorSet() = default;
@@ -82,6 +83,7 @@ bool EditorSet::Load(std::string_view name) {
         if (editors_[*place] == nullptr) {
             unshown_[*place] = Make(name);
             editors_[*place] = unshown_[*place].get();
+            connect(editors_[*place], &EditorWindow::CurrentChanged, this, &EditorSet::PlaceChanged);
         }
         return true;
     }
@@ -210,27 +212,50 @@ bool EditorSet::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-bool EditorSet::IsThere(const Cell& cell) const {
+std::size_t EditorSet::EditorOf(RecordKind kind) {
+    return static_cast<std::size_t>(std::ranges::find(editorEntries, kind, &EditorEntry::kind) - editorEntries.begin());
+}
+
+std::optional<Cell> EditorSet::Here() const {
+    const std::optional<std::size_t> editor = Front();
+    if (!editor)
+        return std::nullopt;
+    return Cell{editorEntries[*editor].kind, editors_[*editor]->CurrentRecord().value_or(noRecord), existsField};
+}
+
+bool EditorSet::IsThere(const Cell& place) const {
     const PatchSet& set = program_.patch.current;
-    if (cell.kind == RecordKind::Par)
-        return cell.index >= 0 && static_cast<std::size_t>(cell.index) < set.pars.size();
-    return HasRecord(set, cell.kind, cell.index);
+    if (!Serves(EditorOf(place.kind)))
+        return false;
+    if (place.kind == RecordKind::Par && place.index != noRecord)
+        return static_cast<std::size_t>(place.index) < set.pars.size();
+    return place.index == noRecord || HasRecord(set, place.kind, place.index);
+}
+
+void EditorSet::ShowPlace(const Cell& place) {
+    if (place.index == noRecord)
+        Show(EditorOf(place.kind), true);
+    else
+        ShowCell(place);
 }
 
 void EditorSet::ShowCell(const Cell& cell) {
     if (cell == patchNotes)
         return emit PatchNotesWanted();
-    const auto entry = std::ranges::find(editorEntries, cell.kind, &EditorEntry::kind);
-    const auto editor = static_cast<std::size_t>(entry - editorEntries.begin());
-    if (!Serves(editor) || !IsThere(cell))
+    if (cell.index == noRecord || !IsThere(cell))
         return;
+    emit Jumping();
+    const std::size_t editor = EditorOf(cell.kind);
     Show(editor, true);
     editors_[editor]->ShowCell(cell);
+    emit Jumped();
 }
 
 void EditorSet::SelectSingleState(int state, int thing, int weapon) {
+    emit Jumping();
     states_->selectSingleState(state, thing, weapon);
     Show(*PlaceOf("frmEditStates"), true);
+    emit Jumped();
 }
 
 std::optional<int> EditorSet::SelectedStateRow() { return states_->SelectedRow(); }

@@ -77,6 +77,12 @@ public:
     /// would keep the frame clear of the screen's edge, as if it were a window of the desktop.
     QByteArray Place(std::size_t editor) const;
     void Place(std::size_t editor, const QByteArray& place);
+    /// The editor in front and its current record, which is `noRecord` where none is. Absent when no editor is shown.
+    std::optional<Cell> Here() const;
+    /// Whether such a place is there in the open patch.
+    bool IsThere(const Cell& place) const;
+    /// Brings such a place up.
+    void ShowPlace(const Cell& place);
     QMdiSubWindow* Frame(std::size_t editor) const { return frames_[editor]; }
 
     // EditorLinks
@@ -97,6 +103,11 @@ signals:
     /// Editors were shown or hidden.
     void ShownChanged();
     void StatusText(const QString& text);
+    /// The user is led elsewhere, and has arrived there.
+    void Jumping();
+    void Jumped();
+    /// Another editor is in front, or has another current record.
+    void PlaceChanged();
     /// The comments at the patch's head, which no editor shows, are to be.
     void PatchNotesWanted();
     /// An editor has its controls and its frame: they can be given back their places.
@@ -108,7 +119,7 @@ protected:
 private:
     std::unique_ptr<EditorWindow> Make(std::string_view name);
     std::optional<std::size_t> PlaceOf(std::string_view name) const;
-    bool IsThere(const Cell& cell) const;
+    static std::size_t EditorOf(RecordKind kind);
     void Hide(std::size_t editor);
     void BringToFront(std::size_t editor);
     void RefreshPickers();

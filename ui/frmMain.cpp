@@ -218,6 +218,14 @@ void frmMain::BuildEditMenu() {
 
 void frmMain::BuildViewMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&View"));
+    viewBack_ = Action("ViewBack", tr("&Back"), QKeySequence(Qt::ALT | Qt::Key_Left));
+    viewForward_ = Action("ViewForward", tr("&Forward"), QKeySequence(Qt::ALT | Qt::Key_Right));
+    menu->addActions({viewBack_, viewForward_});
+    connect(viewBack_, &QAction::triggered, &history_, &PlaceHistory::Back);
+    connect(viewForward_, &QAction::triggered, &history_, &PlaceHistory::Forward);
+    connect(&history_, &PlaceHistory::Changed, this, &frmMain::UpdateWays);
+    UpdateWays();
+    menu->addSeparator();
     viewOptions_ = Action("ViewOptions", tr("&Options..."));
     menu->addAction(viewOptions_);
     menu->addSeparator();
@@ -272,6 +280,9 @@ void frmMain::BuildToolbars() {
                                                  {fileOpen_, tr("Open a file")},
                                                  {fileSave_, tr("Save this file")},
                                                  {nullptr, {}},
+                                                 {viewBack_, tr("Back to where you were before (Alt+Left)")},
+                                                 {viewForward_, tr("Forward again (Alt+Right)")},
+                                                 {nullptr, {}},
                                                  {viewOptions_, tr("Display the options")},
                                                  {nullptr, {}},
                                                  {helpAbout_, tr("About Plinket3")}};
@@ -306,8 +317,8 @@ void frmMain::BuildStatusBar() {
 
 void frmMain::SetIcons() {
     const std::pair<QAction*, const char*> icons[]{
-        {fileNew_, "new"},     {fileOpen_, "open"}, {fileSave_, "save"}, {viewOptions_, "options"},
-        {helpAbout_, "about"}, {editUndo_, "undo"}, {editRedo_, "redo"}};
+        {fileNew_, "new"},   {fileOpen_, "open"}, {fileSave_, "save"}, {viewOptions_, "options"}, {helpAbout_, "about"},
+        {editUndo_, "undo"}, {editRedo_, "redo"}, {viewBack_, "back"}, {viewForward_, "forward"}};
     for (const auto& [action, name] : icons)
         action->setIcon(ProgramIcon(name, palette()));
 }
@@ -388,6 +399,7 @@ std::optional<Session> frmMain::ChooseSession(const PatchToOpen* patch) {
 void frmMain::SessionChanged() {
     const bool firstSession = !fileSaveAs_->isEnabled();
     editors_.Refresh();
+    history_.Clear();
     SetEditBar(true);
     updateCaption();
     UpdateStatus();
@@ -452,6 +464,11 @@ void frmMain::UpdateEditMenu() {
     editRedo_->setEnabled(edits_.CanRedo());
     editUndo_->setText(edits_.CanUndo() ? tr("&Undo %1").arg(MenuText(ShownStart(edits_.UndoName()))) : tr("&Undo"));
     editRedo_->setText(edits_.CanRedo() ? tr("&Redo %1").arg(MenuText(ShownStart(edits_.RedoName()))) : tr("&Redo"));
+}
+
+void frmMain::UpdateWays() {
+    viewBack_->setEnabled(history_.CanGoBack());
+    viewForward_->setEnabled(history_.CanGoForward());
 }
 
 void frmMain::RefreshSave() { fileSave_->setEnabled(commands_.SessionOpen() && program_.patch.changed); }

@@ -3,6 +3,7 @@
 #include "ui/EditorSet.h"
 #include "ui/FileCommands.h"
 #include "ui/OtherLinesDock.h"
+#include "ui/PlaceHistory.h"
 #include "ui/RulesBar.h"
 #include "ui/WindowState.h"
 #include "ui/compare/frmCompare.h"
@@ -82,6 +83,7 @@ private:
     void SetIcons();
     void SessionChanged();
     void UpdateEditMenu();
+    void UpdateWays();
     void UpdateEditorButtons();
     void UpdateStatus();
     /// Shows a text in the status bar for a while.
@@ -104,6 +106,7 @@ private:
     frmCompare* compare_;
     Recovery recovery_;
     EditorSet editors_;
+    PlaceHistory history_{editors_};
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
@@ -114,8 +117,8 @@ private:
     QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
             *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
-            *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *viewOptions_ = nullptr,
-            *helpAbout_ = nullptr;
+            *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *viewBack_ = nullptr,
+            *viewForward_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

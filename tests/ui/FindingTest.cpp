@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMdiSubWindow>
+#include <QTableView>
 
 namespace plinket3::test {
 namespace {
@@ -88,6 +89,50 @@ TEST_F(FindingTest, EveryRecordAndFieldIsShownWhateverFiltersHide) {
                              Cell{RecordKind::Par, 2, existsField}})
         Editors().ShowCell(none);
     EXPECT_EQ(Place(), before) << "what is not there leads nowhere";
+}
+
+TEST_F(FindingTest, BackAndForwardGoThroughThePlacesWhereOneHasBeen) {
+    const auto show = [this](RecordKind kind, std::int32_t record) { Editors().ShowRecord(kind, record); };
+    const auto go = [this](const char* action) {
+        Find<QAction>(action).trigger();
+        const std::string place = Place();
+        return place.substr(0, place.rfind(' '));
+    };
+    const auto isThere = [this](const char* action) { return Find<QAction>(action).isEnabled(); };
+    EXPECT_FALSE(isThere("ViewBack"));
+    show(RecordKind::Thing, imp);
+    EXPECT_FALSE(isThere("ViewBack")) << "the first place has none before it";
+    show(RecordKind::State, 442);
+    show(RecordKind::State, 450);
+    edits.MakeRecord(RecordKind::Sound, 4000);
+    show(RecordKind::Sound, 4000);
+    show(RecordKind::Cheat, 3);
+    EXPECT_FALSE(isThere("ViewForward"));
+    EXPECT_EQ(go("ViewBack"), "frmEditSounds 4000");
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 450");
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 442");
+    EXPECT_EQ(go("ViewForward"), "frmEditStates 450");
+    edits.Undo();
+    EXPECT_EQ(go("ViewForward"), "frmEditCheats 3") << "the sound is gone";
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 450");
+
+    auto& states = Find<QTableView>("lvwStates");
+    for (int i = 0; i < 5; ++i)
+        QTest::keyClick(&states, Qt::Key_Down);
+    EXPECT_FALSE(isThere("ViewForward")) << "one has gone elsewhere";
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 450") << "not through each row that was passed";
+    EXPECT_EQ(go("ViewForward"), "frmEditStates 455");
+    QTest::keyClick(&states, Qt::Key_Down);
+    QTest::qWait(1'200);
+    QTest::keyClick(&states, Qt::Key_Down);
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 456") << "one has stayed there";
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 455");
+
+    ClickRow(Find<QTableView>("lvwStates"), 12);
+    show(RecordKind::Weapon, 2);
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 12") << "a link leads away from it";
+    Editors().Show(static_cast<std::size_t>(RecordKind::Thing), true);
+    EXPECT_EQ(go("ViewBack"), "frmEditStates 12") << "another editor is another place";
 }
 
 } // namespace

@@ -121,6 +121,15 @@ TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
     EXPECT_TRUE(Action("ViewThingEditor").isEnabled());
 }
 
+TEST_F(MainWindowTest, NoWayLeadsBackIntoThePatchThatWasOpenBefore) {
+    NewPatch("MBF");
+    for (const std::int32_t thing : {1, 2})
+        window->Editors().ShowRecord(RecordKind::Thing, thing);
+    EXPECT_TRUE(Action("ViewBack").isEnabled());
+    NewPatch("MBF");
+    EXPECT_FALSE(Action("ViewBack").isEnabled());
+}
+
 TEST_F(MainWindowTest, AnEditorsCommandRaisesItFromBehindAnotherAndHidesItInFront) {
     NewPatch("MBF");
     const auto choose = [this](std::size_t editor) {

@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditCheats.h"
 
+#include "patch/TextReplace.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/FieldBox.h"
@@ -83,7 +84,7 @@ void frmEditCheats::fillStaticData() {
         if (!exists)
             continue;
         const CheatRecord& record = Current().cheats[cheat];
-        const int limit = context_.program.engine.dialect.limitedCheats ? record.maximumLength & 0xffff : noLimit;
+        const int limit = RoomFor(context_.program, CellOf(cheat)).value_or(noLimit);
         // A text that a patch brought along is never cut off by being shown.
         boxes_[cheat]->setMaxLength(std::max(limit, std::min(noLimit, static_cast<int>(record.text.size()))));
     }

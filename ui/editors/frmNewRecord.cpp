@@ -2,6 +2,7 @@
 
 #include "patch/NewRecords.h"
 #include "ui/AcceptButtons.h"
+#include "patch/StepNames.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/LumpNameEdit.h"
@@ -10,13 +11,6 @@
 #include <QLabel>
 
 namespace plinket3 {
-
-namespace {
-
-/// Patches count things from 1.
-constexpr std::int64_t FirstNumber(RecordKind kind) { return kind == RecordKind::Thing ? 1 : 0; }
-
-} // namespace
 
 frmNewRecord::frmNewRecord(RecordKind kind, const Edits& edits, QWidget* parent)
     : QDialog(parent), kind_(kind), edits_(edits), number_(new QLineEdit), numberLabel_(new QLabel(tr("N&umber"))),
@@ -51,7 +45,7 @@ std::optional<frmNewRecord::Answer> frmNewRecord::AskNew() {
                    : kind_ == RecordKind::Sound ? tr("New sound")
                                                 : tr("New sprite"));
     if (proposed != noRecord)
-        number_->setText(QString::number(proposed + FirstNumber(kind_)));
+        number_->setText(QString::number(PatchNumber(kind_, proposed)));
     number_->selectAll();
     Check();
     Answer answer;
@@ -81,7 +75,7 @@ Status frmNewRecord::ReadNumber(std::int32_t& number) const {
         return Status::Failure("Numbers go up to 2147483647.");
     if (typed == 0 && kind_ == RecordKind::Thing)
         return Status::Failure("Things are counted from 1.");
-    number = static_cast<std::int32_t>(typed - FirstNumber(kind_));
+    number = static_cast<std::int32_t>(typed - PatchNumber(kind_, 0));
     return edits_.MayMake(kind_, number);
 }
 

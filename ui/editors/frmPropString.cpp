@@ -1,7 +1,7 @@
 #include "ui/editors/frmPropString.h"
 
 #include "core/Text.h"
-#include "patch/EngineNames.h"
+#include "patch/TextReplace.h"
 #include "patch/modPatchText.h"
 #include "ui/AcceptButtons.h"
 #include "ui/LatinText.h"
@@ -97,7 +97,8 @@ std::optional<std::string> frmPropString::Edit(int string) {
     const auto index = static_cast<std::size_t>(string);
     if (string < 0 || index >= patch.current.strings.size() || index >= patch.defaults.strings.size())
         return std::nullopt;
-    const std::string& standard = standard_ = patch.defaults.strings[index].text;
+    text_ = {RecordKind::String, string, textField};
+    const std::string& standard = patch.defaults.strings[index].text;
     const std::string& current = patch.current.strings[index].text;
 
     QString title = tr("String %1").arg(string);
@@ -105,7 +106,7 @@ std::optional<std::string> frmPropString::Edit(int string) {
     if (keyed)
         title += ": " + StringKey(context_.program, string);
     setWindowTitle(title);
-    limit_ = keyed ? std::nullopt : std::optional(modPatchText::TextSpace(static_cast<std::int32_t>(standard.size())));
+    limit_ = RoomFor(context_.program, text_);
     const bool oldIsWhole = standard.size() <= longestEdited;
     const bool newIsWhole = current.size() <= longestEdited;
     oldString_->ShowText(Start(standard), std::nullopt);
@@ -133,13 +134,9 @@ void frmPropString::ShowNewText() {
                                : tr("Length: %1").arg(newString_->Escaped().size()));
     preview_->setPlainText(ShownText(stored));
     ShowPlaceInPreview();
-    const bool refused =
-        !limit_ && context_.program.engine.dialect.EngineRules() && stored != standard_ && !EngineEscape(stored, "\n");
-    accept_->setEnabled(!refused);
-    note_->setText(refused ? tr("Games cannot read such a text: empty, with blanks at its ends, or with a backslash at "
-                                "its end or before an \"n\".")
-                   : limit_ ? QString()
-                            : WhatIsLost(stored));
+    const Status status = MayHold(context_.program, text_, stored);
+    accept_->setEnabled(static_cast<bool>(status));
+    note_->setText(!status ? ShownText(status.Reason() + ".") : limit_ ? QString() : WhatIsLost(stored));
 }
 
 /// Keeps what the caret is at in sight.

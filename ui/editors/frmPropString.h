@@ -35,7 +35,7 @@ private:
     QLabel* charsLeft_;
     QLabel* note_;
     QPushButton *restore_, *accept_;
-    std::string standard_; // the engine's text
+    Cell text_;
     std::optional<std::int32_t> limit_;
 };
 

@@ -1,6 +1,6 @@
 #include "ui/lists/SoundsModel.h"
 
-#include "core/Numbers.h"
+#include "patch/Links.h"
 #include "patch/NewRecords.h"
 #include "ui/LatinText.h"
 
@@ -9,8 +9,6 @@
 namespace plinket3 {
 
 namespace {
-
-constexpr double bytesOfSound = 36; // a record in the engine
 
 struct Column {
     const char* header;
@@ -37,13 +35,6 @@ constexpr std::array columns{
 const Column& ColumnAt(int column) { return columns[static_cast<std::size_t>(column)]; }
 
 } // namespace
-
-std::optional<std::int32_t> ReferencedSound(const EngineConfiguration& engine, const SoundRecord& sound) {
-    if (sound.zero1 == 0)
-        return std::nullopt;
-    const double bytes = static_cast<double>(sound.zero1) - engine.offsets.sounds + engine.offsets.dataSegment;
-    return RoundToInt32(bytes / bytesOfSound);
-}
 
 QString ReferenceText(const Session& session, const SoundRecord& sound) {
     const std::optional<std::int32_t> referenced = ReferencedSound(session.engine, sound);

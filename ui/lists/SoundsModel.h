@@ -4,11 +4,8 @@
 
 namespace plinket3 {
 
-/// The index of the sound that is played in a sound's place, which its record keeps as an address in the engine; absent
-/// when there is none. It may be no sound's, when a patch has changed it.
-std::optional<std::int32_t> ReferencedSound(const EngineConfiguration& engine, const SoundRecord& sound);
-
-/// That sound as labels show it: its name, "-" for none, the address when it is no sound's.
+/// The sound that is played in a sound's place as labels show it: its name, "-" for none, the address when it is no
+/// sound's.
 QString ReferenceText(const Session& session, const SoundRecord& sound);
 
 /// The sounds in their order.

@@ -1,0 +1,331 @@
+#include "patch/Find.h"
+
+#include "core/Text.h"
+#include "patch/StepNames.h"
+#include "patch/modPatchText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <unordered_map>
+#include <utility>
+
+namespace plinket3 {
+
+namespace {
+
+enum class Rank : std::uint8_t { Itself, OtherNumber, Beginning, Part, None };
+
+constexpr std::size_t snippetBefore = 16, snippetLength = 100; // characters
+
+/// What a text typed stands for.
+class Matcher {
+public:
+    Matcher(std::string_view text, bool matchCase)
+        : word_(Trim(text)), inTexts_(modPatchText::UnescapeText(text)), matchCase_(matchCase) {
+        if (word_.empty())
+            inTexts_.clear();
+        if (ReadNumber(word_, number_))
+            return;
+        const std::size_t blank = word_.find_last_of(' ');
+        if (blank != std::string::npos && ReadNumber(std::string_view(word_).substr(blank + 1), ofKind_))
+            kindWord_ = ToLower(Trim(std::string_view(word_).substr(0, blank)));
+    }
+
+    const std::string& InTexts() const { return inTexts_; }
+    bool MatchCase() const { return matchCase_; }
+    bool IsNumber() const { return number_.has_value(); }
+
+    Rank Name(std::string_view name) const { return RankAt(name, word_); }
+    /// With or without the "A_" that engines put in front.
+    Rank Action(std::string_view mnemonic) const {
+        const bool prefixed = word_.size() > 2 && EqualIgnoringCase(std::string_view(word_).substr(0, 2), "A_");
+        return RankAt(mnemonic, std::string_view(word_).substr(prefixed ? 2 : 0));
+    }
+    Rank Text(std::string_view text) const { return RankAt(text, inTexts_); }
+    /// `kindWord` is what the records of its kind are called in front of a number, in lower case.
+    Rank Number(std::int64_t number, std::string_view kindWord) const {
+        if (ofKind_ == number && kindWord_ == kindWord)
+            return Rank::Itself;
+        if (!number_)
+            return Rank::None;
+        if (*number_ == number)
+            return Rank::Itself;
+        std::array<char, 24> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        return std::string_view(digits.data(), end).starts_with(word_) ? Rank::Beginning : Rank::None;
+    }
+    Rank OtherNumber(std::int64_t number) const { return number_ == number ? Rank::OtherNumber : Rank::None; }
+
+private:
+    static bool ReadNumber(std::string_view text, std::optional<std::int64_t>& number) {
+        std::int64_t read = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
+        if (error != std::errc() || end != text.data() + text.size())
+            return false;
+        number = read;
+        return true;
+    }
+    Rank RankAt(std::string_view text, std::string_view what) const {
+        if (what.empty())
+            return Rank::None;
+        const std::size_t at = FindText(text, what, matchCase_);
+        return at == std::string_view::npos ? Rank::None
+               : at != 0                    ? Rank::Part
+               : text.size() == what.size() ? Rank::Itself
+                                            : Rank::Beginning;
+    }
+
+    std::string word_, inTexts_;
+    bool matchCase_;
+    std::optional<std::int64_t> number_, ofKind_;
+    std::string kindWord_;
+};
+
+/// The cells found in one group: as many of the best as are wanted, and how many there are.
+class Hits {
+public:
+    explicit Hits(std::size_t most) : most_(most) {}
+
+    void Add(Rank rank, const Cell& cell) {
+        if (rank == Rank::None)
+            return;
+        ++count_;
+        best_ = std::min(best_, rank);
+        std::vector<Cell>& alike = byRank_[static_cast<std::size_t>(rank)];
+        if (alike.size() < most_)
+            alike.push_back(cell);
+    }
+    std::size_t Count() const { return count_; }
+    Rank Best() const { return best_; }
+    std::vector<Cell> Cells() const {
+        std::vector<Cell> cells;
+        for (const std::vector<Cell>& alike : byRank_)
+            cells.insert(cells.end(), alike.begin(),
+                         alike.begin() + static_cast<std::ptrdiff_t>(std::min(alike.size(), most_ - cells.size())));
+        return cells;
+    }
+
+private:
+    std::size_t most_, count_ = 0;
+    Rank best_ = Rank::None;
+    std::array<std::vector<Cell>, static_cast<std::size_t>(Rank::None)> byRank_;
+};
+
+/// A state as lists show it: sprite and letter of the frame.
+std::string StateLabel(const PatchSet& set, const StateRecord& state) {
+    std::string label(set.SpriteName(state.sprite));
+    label += static_cast<char>('A' + (state.subnumber & ~litBit));
+    return label;
+}
+
+std::string_view KeyOf(const Session& session, std::int32_t string) {
+    const std::vector<EngineConfiguration::String>& strings = session.engine.strings;
+    return session.engine.dialect.keyedTexts && string >= 0 && static_cast<std::size_t>(string) < strings.size()
+               ? std::string_view(strings[static_cast<std::size_t>(string)].mnemonic)
+               : std::string_view();
+}
+
+std::string_view CheatLabel(std::int32_t cheat) {
+    return static_cast<std::size_t>(cheat) < cheatLabels.size() ? cheatLabels[static_cast<std::size_t>(cheat)]
+                                                                : std::string_view();
+}
+
+/// Goes over what one group looks into.
+class Search {
+public:
+    Search(const Session& session, const Matcher& matcher) : session_(session), matcher_(matcher) {}
+
+    void Run(FindGroup group, Hits& hits) const {
+        static constexpr std::array<void (Search::*)(Hits&) const, findGroupCount> searches{
+            &Search::Things, &Search::States, &Search::Sounds, &Search::Sprites, &Search::Strings, &Search::Weapons,
+            &Search::Ammo,   &Search::Cheats, &Search::Misc,   &Search::Pars,    &Search::Notes};
+        (this->*searches[static_cast<std::size_t>(group)])(hits);
+    }
+
+private:
+    const PatchSet& Set() const { return session_.patch.current; }
+
+    void Things(Hits& hits) const {
+        const std::int64_t first = PatchNumber(RecordKind::Thing, 0);
+        for (const auto& [number, thing] : Set().things) {
+            const Rank byRecord = std::min(matcher_.Number(first + number, "thing"), matcher_.Name(thing.name));
+            const Rank byId = matcher_.OtherNumber(thing.id);
+            const bool isId = byId < byRecord;
+            hits.Add(std::min(byRecord, byId),
+                     {RecordKind::Thing, number, isId ? RowOf(&ThingRecord::id) : existsField});
+        }
+    }
+    void States(Hits& hits) const {
+        const std::unordered_map<std::int32_t, Rank> actions = Actions();
+        for (const auto& [number, state] : Set().states) {
+            const Rank byNumber = std::min(matcher_.Number(number, "frame"), matcher_.Number(number, "state"));
+            const Rank byRecord = matcher_.IsNumber() || number == 0
+                                      ? byNumber
+                                      : std::min(byNumber, matcher_.Name(StateLabel(Set(), state)));
+            const auto action = actions.find(state.codePointer);
+            const Rank byAction = action == actions.end() ? Rank::None : action->second;
+            hits.Add(std::min(byRecord, byAction),
+                     {RecordKind::State, number, byAction < byRecord ? codePointerField : existsField});
+        }
+    }
+    std::unordered_map<std::int32_t, Rank> Actions() const {
+        std::unordered_map<std::int32_t, Rank> actions;
+        for (const auto& [value, mnemonic] : session_.engine.mnemonicByValue)
+            if (const Rank rank = matcher_.Action(mnemonic); rank != Rank::None)
+                actions[value] = rank;
+        return actions;
+    }
+    void Sounds(Hits& hits) const {
+        for (const auto& entry : Set().sounds)
+            hits.Add(std::min(matcher_.Number(entry.number, "sound"), matcher_.Name(Set().SoundName(entry.number))),
+                     {RecordKind::Sound, entry.number, existsField});
+    }
+    void Sprites(Hits& hits) const {
+        for (const auto& entry : Set().sprites)
+            hits.Add(std::min(matcher_.Number(entry.number, "sprite"), matcher_.Name(Set().SpriteName(entry.number))),
+                     {RecordKind::Sprite, entry.number, existsField});
+    }
+    void Strings(Hits& hits) const {
+        for (const auto& [number, string] : Set().strings) {
+            const Rank byRecord = std::min(matcher_.Number(number, "string"), matcher_.Name(KeyOf(session_, number)));
+            const Rank byText = matcher_.Text(string.text);
+            hits.Add(std::min(byRecord, byText),
+                     {RecordKind::String, number, byText < byRecord ? textField : existsField});
+        }
+    }
+    void Weapons(Hits& hits) const {
+        for (const auto& [number, weapon] : Set().weapons)
+            hits.Add(std::min(matcher_.Number(number, "weapon"), matcher_.Name(weapon.name)),
+                     {RecordKind::Weapon, number, existsField});
+    }
+    void Ammo(Hits& hits) const {
+        for (const auto& [number, ammo] : Set().ammo)
+            hits.Add(std::min(matcher_.Number(number, "ammo"), matcher_.Name(ammo.name)),
+                     {RecordKind::Ammo, number, existsField});
+    }
+    void Cheats(Hits& hits) const {
+        for (const auto& [number, cheat] : Set().cheats)
+            hits.Add(std::min(matcher_.Name(CheatLabel(number)), matcher_.Text(cheat.text)),
+                     {RecordKind::Cheat, number, textField});
+    }
+    void Misc(Hits& hits) const {
+        for (const Cell& cell : CellsOf(RecordKind::Misc, 0))
+            if (const RowFacts facts = FactsOf(cell.kind, cell.field); facts.inPatch)
+                hits.Add(matcher_.Name(facts.label), cell);
+    }
+    void Pars(Hits& hits) const {
+        std::int32_t row = 0;
+        for (const ParRecord& par : Set().pars)
+            hits.Add(matcher_.Name(modPatchText::LevelName(par.episode, par.map)),
+                     {RecordKind::Par, row++, existsField});
+    }
+    void Notes(Hits& hits) const {
+        for (const auto& [record, note] : Set().notes)
+            hits.Add(matcher_.Text(note), {record.first, record.second, noteField});
+    }
+
+    const Session& session_;
+    const Matcher& matcher_;
+};
+
+/// Where a text fits, in one line.
+std::string Snippet(std::string_view text, const Matcher& matcher) {
+    const std::size_t at =
+        matcher.InTexts().empty() ? std::string_view::npos : FindText(text, matcher.InTexts(), matcher.MatchCase());
+    const std::size_t from = at == std::string_view::npos || at <= snippetBefore ? 0 : at - snippetBefore;
+    std::string snippet(text.substr(from, snippetLength));
+    for (char& character : snippet)
+        if (static_cast<unsigned char>(character) < ' ')
+            character = ' ';
+    return (from > 0 ? "..." : "") + snippet + (from + snippetLength < text.size() ? "..." : "");
+}
+
+/// What the window shows of a result.
+Found Describe(const Session& session, const Matcher& matcher, const Cell& cell) {
+    const PatchSet& set = session.patch.current;
+    if (cell.field == noteField)
+        return {cell, cell == patchNotes ? "patch notes" : RecordName(set, cell.kind, cell.index),
+                Snippet(set.notes.at({cell.kind, cell.index}), matcher)};
+    const std::string number = std::to_string(PatchNumber(cell.kind, cell.index));
+    switch (cell.kind) {
+    case RecordKind::Thing: {
+        const ThingRecord& thing = set.things[cell.index];
+        return {cell, number + " " + thing.name, thing.id > 0 ? "ID " + std::to_string(thing.id) : std::string()};
+    }
+    case RecordKind::State: {
+        const StateRecord& state = set.states[cell.index];
+        const auto action = session.engine.mnemonicByValue.find(state.codePointer);
+        return {cell, number + " " + (cell.index == 0 ? "-" : StateLabel(set, state)),
+                state.codePointer == 0 || action == session.engine.mnemonicByValue.end() ? std::string()
+                                                                                         : action->second};
+    }
+    case RecordKind::Sound:
+        return {cell, number + " " + set.SoundName(cell.index), {}};
+    case RecordKind::Sprite:
+        return {cell, number + " " + std::string(set.SpriteName(cell.index)), {}};
+    case RecordKind::String:
+        return {cell, number + " " + std::string(KeyOf(session, cell.index)),
+                Snippet(set.strings[cell.index].text, matcher)};
+    case RecordKind::Cheat:
+        return {cell, std::string(CheatLabel(cell.index)), Snippet(set.cheats[cell.index].text, matcher)};
+    case RecordKind::Misc:
+        return {cell, std::string(FactsOf(cell.kind, cell.field).label),
+                std::to_string(std::get<std::int32_t>(ReadCell(set, cell)))};
+    case RecordKind::Par: {
+        const ParRecord& par = set.pars[static_cast<std::size_t>(cell.index)];
+        return {cell, modPatchText::LevelName(par.episode, par.map), std::to_string(par.seconds) + " seconds"};
+    }
+    default:
+        return {cell, number + " " + std::get<std::string>(ReadCell(set, {cell.kind, cell.index, nameField})), {}};
+    }
+}
+
+constexpr std::array<RecordKind, findGroupCount - 1> kindOfGroup{
+    RecordKind::Thing,  RecordKind::State, RecordKind::Sound, RecordKind::Sprite, RecordKind::String,
+    RecordKind::Weapon, RecordKind::Ammo,  RecordKind::Cheat, RecordKind::Misc,   RecordKind::Par};
+
+} // namespace
+
+std::size_t FindText(std::string_view text, std::string_view what, bool matchCase, std::size_t from) {
+    if (matchCase)
+        return text.find(what, from);
+    const char first = ToLower(what.front());
+    for (std::size_t at = from; at + what.size() <= text.size(); ++at)
+        if (ToLower(text[at]) == first && EqualIgnoringCase(text.substr(at, what.size()), what))
+            return at;
+    return std::string_view::npos;
+}
+
+std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& query) {
+    std::vector<FoundGroup> groups;
+    const Matcher matcher(query.text, query.matchCase);
+    const Search search(session, matcher);
+    std::vector<std::pair<Rank, FoundGroup>> ranked;
+    for (std::size_t place = 0; place < findGroupCount; ++place) {
+        const auto group = static_cast<FindGroup>(place);
+        Hits hits(query.whole == group ? SIZE_MAX : query.most);
+        search.Run(group, hits);
+        if (hits.Count() == 0)
+            continue;
+        FoundGroup& found = ranked.emplace_back(hits.Best(), FoundGroup{group, {}, hits.Count()}).second;
+        for (const Cell& cell : hits.Cells())
+            found.found.push_back(Describe(session, matcher, cell));
+    }
+    std::ranges::stable_sort(ranked, {}, &std::pair<Rank, FoundGroup>::first);
+    for (auto& each : ranked)
+        groups.push_back(std::move(each.second));
+    return groups;
+}
+
+std::optional<Cell> FindRecord(const Session& session, RecordKind kind, std::string_view text) {
+    const Matcher matcher(text, false);
+    Hits hits(1);
+    const auto group = std::ranges::find(kindOfGroup, kind) - kindOfGroup.begin();
+    Search(session, matcher).Run(static_cast<FindGroup>(group), hits);
+    if (hits.Count() == 0 || (matcher.IsNumber() && hits.Best() != Rank::Itself))
+        return std::nullopt;
+    return hits.Cells().front();
+}
+
+} // namespace plinket3

@@ -1,0 +1,155 @@
+#include "patch/Find.h"
+#include "patch/Edits.h"
+#include "patch/StepNames.h"
+#include "patch/TextReplace.h"
+#include "tests/support/EveryField.h"
+#include "tests/support/SmallEngine.h"
+
+#include <gtest/gtest.h>
+
+namespace plinket3::test {
+namespace {
+
+constexpr std::array groupNames{"things", "states", "sounds", "sprites", "strings", "weapons",
+                                "ammo",   "cheats", "misc",   "pars",    "notes"};
+
+class FindTest : public ::testing::Test {
+protected:
+    FindTest() {
+        session.patch = BuiltEngine(DATA_FOLDER, "mbf21", session.engine);
+        session.patch.current.things[11].name = "Impaler";
+        session.patch.current.pars = {{0, 7, 90}, {0, 17, 30}};
+        session.patch.current.notes = {{{RecordKind::State, 12}, "Slower than\nbefore"},
+                                       {{RecordKind::Par, 0}, "Needs the wad before.wad"}};
+    }
+
+    /// "things 1: 12 Impaler (ID 3001); ..." with what is found of each group.
+    std::string Find(const FindQuery& query) const {
+        std::string text;
+        for (const FoundGroup& group : FindAnything(session, query)) {
+            text += (text.empty() ? "" : " | ") + std::string(groupNames[static_cast<std::size_t>(group.group)]) + " " +
+                    std::to_string(group.count) + ":";
+            for (const Found& found : group.found)
+                text += " " + found.title + (found.detail.empty() ? "" : " (" + found.detail + ")") + ";";
+        }
+        return text;
+    }
+
+    Session session;
+};
+
+TEST_F(FindTest, TheBestOfEachGroupComeFirst) {
+    const struct {
+        const char* text;
+        std::size_t most;
+        const char* found;
+    } cases[]{
+        {"impale", 3,
+         "things 3: 12 Impaler (ID 3001); 125 Impaled Human (ID 25); 126 Twitching Impaled Human (ID 26);"},
+        {"3001", 3, "states 1: 3001 TNT1A; | things 1: 12 Impaler (ID 3001);"},
+        {"thing 12", 3, "things 2: 12 Impaler (ID 3001); 163 Extra Thing 12;"},
+        {"Frame 442", 3, "states 1: 442 TROOA (Look);"},
+        {"12", 2,
+         "things 12: 12 Impaler (ID 3001); 120 Bloody Mess 2 (ID 12); | states 111: 12 PISGA (Raise); 120 BFE1D; | "
+         "sounds 23: 12 sawful; 120 ; | sprites 12: 12 PLSG; 120 COL5; | strings 13: 12 NIGHTMARE (are you sure? this "
+         "skill level isn't even remotely fair.  press y or n.); 120 HUSTR_4 (level 4: the focus);"},
+        {"troo", 2, "sprites 1: 0 TROO; | states 33: 442 TROOA (Look); 443 TROOB (Look);"},
+        {"TROOC", 9, "states 2: 448 TROOC (Chase); 449 TROOC (Chase);"},
+        {"a_chase", 1, "states 146: 176 POSSA (Chase);"},
+        {"pistol", 2, "sounds 1: 1 pistol; | weapons 1: 1 Pistol; | states 1: 14 PISGB (FirePistol);"},
+        {"GOTARMOR", 3, "strings 1: 27 GOTARMOR (Picked up the armor.);"},
+        {"the armor", 3, "strings 1: 27 GOTARMOR (Picked up the armor.);"},
+        {"idkfa", 3, "cheats 1: Ammo & Keys (idkfa); | misc 2: IDKFA Armor (200); IDKFA Armor Class (2);"},
+        {"map07", 3, "pars 1: MAP07 (90 seconds);"},
+        {"BEFORE", 0, "strings 3: | notes 2:"},
+        {"than\\nbefore", 3, "notes 1: frame 12 (Slower than before);"},
+        {"cells/shot", 3, "misc 1: BFG Cells/Shot (40);"},
+        {" ", 3, ""},
+        {"", 3, ""},
+        {"nothing is called so", 3, ""},
+    };
+    for (const auto& row : cases)
+        EXPECT_EQ(Find({.text = row.text, .most = row.most}), row.found) << row.text;
+}
+
+TEST_F(FindTest, OneGroupMayBeShownWhole) {
+    const auto groups = FindAnything(session, {.text = "troo", .most = 2, .whole = FindGroup::States});
+    ASSERT_EQ(groups.size(), 2U);
+    EXPECT_EQ(groups[0].found.size(), 1U);
+    EXPECT_EQ(groups[1].found.size(), 33U);
+}
+
+TEST_F(FindTest, ARecordIsGoneToByItsNumberOrName) {
+    const struct {
+        RecordKind kind;
+        const char* text;
+        std::int32_t record; // noRecord for none
+    } cases[]{
+        {RecordKind::Thing, " 12 ", 11},       {RecordKind::Thing, "impaled human", 124},
+        {RecordKind::Thing, "human", 124},     {RecordKind::Thing, "0", noRecord},
+        {RecordKind::Thing, "1000", noRecord}, {RecordKind::Thing, "", noRecord},
+        {RecordKind::Thing, "9", 8},           {RecordKind::Thing, "nobody", noRecord},
+        {RecordKind::State, "frame 442", 442}, {RecordKind::State, "trooc", 448},
+        {RecordKind::State, "-1", noRecord},   {RecordKind::Weapon, "pistol", 1},
+        {RecordKind::String, "gotarmor", 27},  {RecordKind::Cheat, "god mode", 2},
+        {RecordKind::Par, "MAP17", 1},
+    };
+    for (const auto& row : cases) {
+        const auto cell = FindRecord(session, row.kind, row.text);
+        EXPECT_EQ(cell ? cell->index : noRecord, row.record) << row.text;
+    }
+}
+
+TEST_F(FindTest, TextsAreReplacedAsFarAsThePatchCanHoldThem) {
+    const auto outcome = [this](const TextChange& change, const std::vector<Cell>& in) {
+        const ReplacedTexts replaced = ReplaceInTexts(session, in, change);
+        std::string text = std::to_string(replaced.places) + ":";
+        for (const Assignment& each : replaced.texts)
+            text += " " + RecordName(session.patch.current, each.cell.kind, each.cell.index) + "=" +
+                    std::get<std::string>(each.value);
+        for (const auto& [cell, reason] : replaced.refused)
+            text += " (" + RecordName(session.patch.current, cell.kind, cell.index) + ": " + reason + ")";
+        return text;
+    };
+    const std::string unreadable = "Games cannot read such a text: empty, with blanks at its ends, or with a backslash "
+                                   "at its end or before an \"n\"";
+    const struct {
+        TextChange change;
+        bool byEngineRules;
+        std::string normal, extended;
+    } cases[]{
+        {{"ow", "aow"},
+         false,
+         "1: cheat Change music=haow (string 0: There is room for 7 characters, not 12)",
+         "4: string 0=aow! aow aow cheat Change music=haow"},
+        {{"ow", "", true}, false, "3: string 0=Ow!   cheat Change music=h", "3: string 0=Ow!   cheat Change music=h"},
+        {{"ow", "a\\nb", true},
+         false,
+         "0: (string 0: There is room for 7 characters, not 11) (cheat Change music: A cheat has one line)",
+         "2: string 0=Ow! a\nb a\nb (cheat Change music: A cheat has one line)"},
+        {{"ow ", "OW "}, false, "1: string 0=Ow! OW ow", "1: string 0=Ow! OW ow"},
+        {{"ow", "ow", true}, false, "0:", "0:"},
+        {{"x", ""}, true, "1: string 2=", "0: (string 2: " + unreadable + ")"},
+        {{"how", " ow"},
+         true,
+         "0: (cheat Change music: Games would not read the blanks at its ends)",
+         "0: (cheat Change music: Games would not read the blanks at its ends)"},
+    };
+    for (const bool extended : {false, true})
+        for (const auto& row : cases) {
+            session.engine = SmallEngine(extended);
+            session.patch = SmallPatch(session.engine);
+            if (row.byEngineRules)
+                session.engine.dialect = session.engine.dialect.AsEngines();
+            PatchSet& current = session.patch.current;
+            current.strings[0].text = "Ow! ow ow";
+            current.strings[1].text = "none";
+            current.strings[2].text = "x";
+            current.cheats[0].text = "how";
+            EXPECT_EQ(outcome(row.change, EditedTexts(session)), extended ? row.extended : row.normal)
+                << row.change.find;
+        }
+}
+
+} // namespace
+} // namespace plinket3::test
