@@ -32,6 +32,7 @@ JOBS = [
     # 1.6 times what reading took when documents began, 2.82 of splitting.
     ("open a patch of 1,000,000 lines as a document", "OpenDocument/1000000", "SplitLinesFloor/1000000", 4.5),
     ("save it with a changed value", "SaveDocument/1000000/1/real_time", "SaveDocument/1000000/0/real_time", 2),
+    ("compare two patches of 7,400 states", "ComparePatches", 200, 1),
     ("load the engine doom19", "LoadEngine/0", 5, 1),
     ("load the engine dehextra21", "LoadEngine/1", 5, 1),
     ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),

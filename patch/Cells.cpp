@@ -89,9 +89,7 @@ template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Vi
 }
 
 /// Whether `cell` is the name of a sprite or sound.
-bool IsLumpName(const Cell& cell) {
-    return cell.field == lumpNameField && (cell.kind == RecordKind::Sprite || cell.kind == RecordKind::Sound);
-}
+bool IsLumpName(const Cell& cell) { return cell.field == lumpNameField && HasLumpName(cell.kind); }
 
 void NameLumps(PatchSet& set, const Cell& cell, std::string_view name) {
     VisitRecord(set, cell, [name](auto& record) {
@@ -247,6 +245,15 @@ std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index) {
     for (std::size_t text = 0; text < textFields.size(); ++text)
         if (textFields[text].kind == kind)
             cells.push_back({kind, index, TextCell(text)});
+    return cells;
+}
+
+std::vector<Cell> EveryCellOf(RecordKind kind, std::int32_t index) {
+    std::vector<Cell> cells = CellsOf(kind, index);
+    if (HasLumpName(kind))
+        cells.push_back({kind, index, lumpNameField});
+    cells.push_back({kind, index, noteField});
+    cells.push_back({kind, index, existsField});
     return cells;
 }
 

@@ -44,6 +44,12 @@ inline constexpr Cell patchNotes{RecordKind::Par, 0, noteField};
 using Unset = std::monostate;
 using CellValue = std::variant<std::int32_t, std::string, std::vector<ParRecord>, Unset>;
 
+struct Assignment {
+    Cell cell;
+    CellValue value;
+    bool operator==(const Assignment&) const = default;
+};
+
 struct Limits {
     std::int32_t lowest = INT32_MIN, highest = INT32_MAX;
     std::int32_t Apply(std::int32_t value) const { return value < lowest ? lowest : value > highest ? highest : value; }
@@ -82,6 +88,10 @@ void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
 /// Every cell of a record but its note, whether it exists, and the name of a sprite or sound: all rows of its table,
 /// its name, text or code pointer, and its text fields.
 std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
+/// The same with these, and at last whether it exists, as nothing else can be stored without a record.
+std::vector<Cell> EveryCellOf(RecordKind kind, std::int32_t index);
+/// Whether records of this kind have the name of a lump.
+constexpr bool HasLumpName(RecordKind kind) { return kind == RecordKind::Sprite || kind == RecordKind::Sound; }
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> DerivedFrom(const Cell& cell);
 

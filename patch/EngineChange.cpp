@@ -29,8 +29,6 @@ public:
         wanted.pars = patch.current.pars;
         std::vector<Cell> cells;
         ForEachOtherCell(patch.defaults, patch.current, [&cells](const Cell& cell) { cells.push_back(cell); });
-        AddLumpNames(RecordKind::Sprite, cells);
-        AddLumpNames(RecordKind::Sound, cells);
         // Records that the patch makes are there before anything refers to them; actions before their arguments.
         const auto order = [](const Cell& cell) {
             return cell.field == existsField ? 0 : cell.field == codePointerField ? 1 : 2;
@@ -46,14 +44,6 @@ public:
     PatchSet wanted; // the same by the new one
 
 private:
-    void AddLumpNames(RecordKind kind, std::vector<Cell>& cells) const {
-        for (const std::int32_t number : RecordNumbers(patch_.current, kind)) {
-            const Cell cell{kind, number, lumpNameField};
-            if (ReadCell(patch_.defaults, cell) != ReadCell(patch_.current, cell))
-                cells.push_back(cell);
-        }
-    }
-
     /// False for what the engine cannot hold at all; what it holds a part of is limited in `kept`, too.
     bool Take(const Cell& cell) {
         const CellValue value = ReadCell(patch_.current, cell);

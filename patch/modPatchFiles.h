@@ -96,6 +96,10 @@ IncludeReader IncludesBeside(std::filesystem::path patch);
 ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
                       PatchSet& set, ReadObserver* observer = nullptr, const IncludeReader& includes = {});
 
+/// Reads a patch over `patch.defaults` into `patch.current` by the engine's rules, by those of game engines also into
+/// `patch.document`. After a failure both are as far as it was read.
+ReadResult ReadBytes(std::string bytes, const EngineConfiguration& engine, PatchData& patch);
+
 /// Fails for bytes of which game engines understand nothing, with the message for the user.
 Status ReadableByEngines(std::string_view bytes);
 

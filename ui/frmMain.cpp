@@ -54,6 +54,8 @@ constexpr DialogPage dialogPages[]{
     {"frmFindIWADs", "options.md#iwads"},
     {"frmRecovered", "saving.md#unsaved-work"},
     {"frmPatchNotes", "rules.md#notes"},
+    {"frmCompare", "comparing.md"},
+    {"frmCompareWith", "comparing.md"},
     {"frmChangeEngine", "opening.md#another-engine"},
     {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
@@ -63,11 +65,12 @@ constexpr DialogPage dialogPages[]{
     {"frmSelectAction", "states.md#choosing-an-action"},
 };
 
-/// Empty for a dialog without a page.
-QString PageOf(const QWidget& dialog) {
-    for (const DialogPage& row : dialogPages)
-        if (dialog.objectName() == QLatin1String(row.dialog))
-            return QString::fromLatin1(row.page);
+/// The page of the dialog or dock that a control belongs to; empty where there is none.
+QString PageOf(const QWidget* control) {
+    for (; control != nullptr; control = control->parentWidget())
+        for (const DialogPage& row : dialogPages)
+            if (control->objectName() == QLatin1String(row.dialog))
+                return QString::fromLatin1(row.page);
     return {};
 }
 
@@ -84,6 +87,9 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)), recovery_(program.settingsFolder),
       editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
+      rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)),
+      compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
+      editors_(program, edits, audio, dialogs, *area_),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -101,6 +107,10 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
         if (const auto editor = editors_.Front())
             editors_.Show(*editor, true);
     });
+    for (QDockWidget* dock : {static_cast<QDockWidget*>(otherLines_), static_cast<QDockWidget*>(compare_)}) {
+        addDockWidget(Qt::BottomDockWidgetArea, dock);
+        dock->hide();
+    }
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -120,6 +130,10 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     connect(&commands_, &FileCommands::SessionChanged, this, &frmMain::SessionChanged);
     for (const auto signal : {&FileCommands::SessionChanged, &FileCommands::Saved})
         connect(&commands_, signal, otherLines_, &OtherLinesDock::Refresh);
+    connect(&commands_, &FileCommands::SessionChanged, compare_, [this] { compare_->Drop(true); });
+    connect(&commands_, &FileCommands::Saved, compare_, &frmCompare::Saved);
+    connect(compare_, &frmCompare::CellWanted, &editors_, &EditorSet::ShowCell);
+    connect(compare_, &frmCompare::StatusText, this, &frmMain::Tell);
     connect(&commands_, &FileCommands::Saved, this, [this] {
         updateCaption();
         RefreshSave();
@@ -164,6 +178,7 @@ void frmMain::BuildFileMenu() {
     fileLoadTable_ = Action("FileLoadTable", tr("&Load table..."));
     fileSaveTable_ = Action("FileSaveTable", tr("Save &table..."));
     fileEngine_ = Action("FileEngine", tr("&Engine..."));
+    fileCompare_ = Action("FileCompare", tr("&Compare with..."));
     filePatchNotes_ = Action("FilePatchNotes", tr("&Patch notes..."));
     fileRecovered_ = Action("FileRecovered", tr("&Recovered work..."));
     fileExit_ = Action("FileExit", tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -175,7 +190,7 @@ void frmMain::BuildFileMenu() {
     menu->addSeparator();
     menu->addActions({fileLoadTable_, fileSaveTable_});
     menu->addSeparator();
-    menu->addActions({fileEngine_, filePatchNotes_, fileRecovered_});
+    menu->addActions({fileCompare_, fileEngine_, filePatchNotes_, fileRecovered_});
     menu->addSeparator();
     for (std::size_t i = 0; i < recentCount; ++i) {
         recent_[i] = Action("Recent", {});
@@ -196,6 +211,7 @@ void frmMain::BuildFileMenu() {
     connect(fileLoadTable_, &QAction::triggered, &commands_, &FileCommands::LoadTable);
     connect(fileSaveTable_, &QAction::triggered, &commands_, &FileCommands::SaveTable);
     connect(fileEngine_, &QAction::triggered, this, &frmMain::ChangeEngine);
+    connect(fileCompare_, &QAction::triggered, compare_, &frmCompare::CompareWith);
     connect(filePatchNotes_, &QAction::triggered, this, &frmMain::EditPatchNotes);
     connect(fileRecovered_, &QAction::triggered, this, &frmMain::ShowRecovered);
     connect(fileExit_, &QAction::triggered, this, &QWidget::close);
@@ -247,7 +263,10 @@ void frmMain::BuildViewMenu() {
     QAction* otherLines = otherLines_->toggleViewAction();
     otherLines->setObjectName(QStringLiteral("ViewOtherLines"));
     otherLines->setText(tr("Other &lines"));
-    menu->addAction(otherLines);
+    QAction* comparison = compare_->toggleViewAction();
+    comparison->setObjectName(QStringLiteral("ViewComparison"));
+    comparison->setText(tr("&Comparison"));
+    menu->addActions({otherLines, comparison});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -434,7 +453,7 @@ void frmMain::SessionChanged() {
 void frmMain::SetEditBar(bool enabled) {
     for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
-    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_})
+    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
     for (QAction* action : {editFind_, editGoTo_})
         action->setEnabled(enabled);
@@ -532,7 +551,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() == QEvent::KeyPress && widget != nullptr &&
         static_cast<QKeyEvent*>(event)->keyCombination() == QKeyCombination(Qt::Key_F1)) {
-        if (const QString page = PageOf(*widget->window()); !page.isEmpty()) {
+        if (const QString page = PageOf(widget); !page.isEmpty()) {
             ShowManual(page);
             return true;
         }

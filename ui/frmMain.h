@@ -7,6 +7,7 @@
 #include "ui/PlaceHistory.h"
 #include "ui/RulesBar.h"
 #include "ui/WindowState.h"
+#include "ui/compare/frmCompare.h"
 #include "ui/frmAbout.h"
 #include "ui/frmManual.h"
 #include "ui/frmNewFile.h"
@@ -104,6 +105,7 @@ private:
     QMdiArea* area_;
     RulesBar* rulesBar_;
     OtherLinesDock* otherLines_;
+    frmCompare* compare_;
     Recovery recovery_;
     EditorSet editors_;
     PlaceHistory history_{editors_};
@@ -120,6 +122,9 @@ private:
             *fileEngine_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
             *editUndo_ = nullptr, *editRedo_ = nullptr, *editFind_ = nullptr, *editGoTo_ = nullptr,
             *viewBack_ = nullptr, *viewForward_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
+            *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *viewBack_ = nullptr,
+            *viewForward_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

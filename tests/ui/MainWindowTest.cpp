@@ -102,7 +102,7 @@ TEST_F(MainWindowTest, WithoutASessionOnlyWhatNeedsNoneCanBeChosen) {
             enabled << action->objectName();
     enabled.sort();
     EXPECT_EQ(enabled.join(' ').toStdString(),
-              "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewOptions "
+              "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewComparison ViewOptions "
               "ViewOtherLines");
 }
 
