@@ -377,10 +377,10 @@ void frmCompare::GoTo(const QModelIndex& index) {
         return;
     }
     Cell cell = difference.cell;
-    if (difference.level)
-        cell.index = *PlaceOf(*difference.level);
-    else if (model_->rowCount(row) > 0)
+    if (model_->rowCount(row) > 0)
         cell.field = existsField; // of the record as a whole
+    if (difference.level)
+        cell = {RecordKind::Par, *PlaceOf(*difference.level), listField};
     emit CellWanted(cell);
 }
 
