@@ -100,7 +100,7 @@ void Edits::RemoveRecords(RecordKind kind, const std::vector<std::int32_t>& reco
             continue;
         made.push_back(record);
         std::vector<Cell> cells = CellsOf(kind, record);
-        if (kind == RecordKind::Sprite || kind == RecordKind::Sound)
+        if (HasLumpName(kind))
             cells.push_back({kind, record, lumpNameField});
         cells.push_back({kind, record, noteField});
         cells.push_back({kind, record, existsField}); // at last, since nothing else can be stored without a record

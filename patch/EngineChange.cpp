@@ -30,8 +30,8 @@ public:
         wanted.pars = patch.current.pars;
         std::vector<Cell> cells;
         ForEachOtherCell(patch.defaults, patch.current, [&cells](const Cell& cell) { cells.push_back(cell); });
-        AddLumpNames(RecordKind::Sprite, cells);
-        AddLumpNames(RecordKind::Sound, cells);
+        for (const RecordKind kind : lumpNamedKinds)
+            AddLumpNames(kind, cells);
         // Records that the patch makes are there before anything refers to them; actions before their arguments.
         const auto order = [](const Cell& cell) {
             return cell.field == existsField ? 0 : cell.field == codePointerField ? 1 : 2;
@@ -67,6 +67,11 @@ private:
         if (cell.field == lumpNameField && !CanRenameLump(to_.dialect, defaults_, cell.kind, cell.index))
             return false;
         if (const TextField* text = TextFieldAt(cell.field); text != nullptr && text->since > to_.dialect.fields)
+            return false;
+        if (const auto* helper = std::get_if<std::int32_t>(&value);
+            helper != nullptr && cell.field == helperField && !Exists(MeaningOf(wanted, cell), *helper))
+            return false;
+        if (cell.field == helperField && !HasHelper(to_.dialect))
             return false;
         if (cell.field == codePointerField)
             return TakeAction(cell, std::get<std::int32_t>(value));
@@ -188,7 +193,7 @@ bool KeepLines(const PatchData& patch, const EngineConfiguration& from, const En
 /// with limits.
 std::vector<std::string> NamesUnsaid(const PatchSet& current, const PatchSet& wanted, const EngineConfiguration& to) {
     PatchSet named = current;
-    for (const RecordKind kind : {RecordKind::Sprite, RecordKind::Sound})
+    for (const RecordKind kind : lumpNamedKinds)
         for (const std::int32_t number : RecordNumbers(current, kind))
             WriteCell(named, {kind, number, lumpNameField}, ReadCell(wanted, {kind, number, lumpNameField}));
     return modPatchDiff::Differences(current, named, to);

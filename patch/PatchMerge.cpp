@@ -18,7 +18,7 @@ namespace {
 using Level = std::pair<std::int32_t, std::int32_t>;
 using ParTimes = std::map<Level, std::int32_t>;
 
-/// The names of sprites and sounds that lines of two patches give, each once.
+/// The names of lumps that lines of two patches give, each once.
 std::vector<Cell> LumpNames(const PatchDocument& one, const PatchDocument& other) {
     std::set<Notes::key_type> named;
     for (const PatchDocument* document : {&one, &other})
@@ -37,7 +37,7 @@ bool IsSame(const PatchSet& left, const PatchSet& right, RecordKind kind, std::i
     std::vector<Cell> cells = CellsOf(kind, index);
     for (const int field : {existsField, noteField})
         cells.push_back({kind, index, field});
-    if (kind == RecordKind::Sprite || kind == RecordKind::Sound)
+    if (HasLumpName(kind))
         cells.push_back({kind, index, lumpNameField});
     return std::ranges::all_of(cells, [&](const Cell& cell) { return ReadCell(left, cell) == ReadCell(right, cell); });
 }

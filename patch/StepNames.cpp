@@ -40,6 +40,8 @@ std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index)
         return "sound " + set.SoundName(index);
     case RecordKind::Sprite:
         return "sprite " + std::string(set.SpriteName(index));
+    case RecordKind::Music:
+        return "music " + std::get<std::string>(ReadCell(set, {kind, index, lumpNameField}));
     case RecordKind::String:
         return "string " + std::to_string(index);
     case RecordKind::Cheat:
@@ -75,6 +77,7 @@ std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::
     std::string label = cell.field == nameField || cell.field == lumpNameField ? "name"
                         : cell.field == codePointerField                       ? "action"
                         : cell.field == noteField                              ? "note"
+                        : cell.field == helperField                            ? "helper"
                         : TextFieldAt(cell.field) != nullptr ? std::string(TextFieldAt(cell.field)->label)
                                                              : std::string(FactsOf(cell.kind, cell.field).label);
     const bool abbreviation = label.size() > 1 && ToLower(label[1]) != label[1];
