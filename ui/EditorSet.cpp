@@ -4,6 +4,7 @@
 #include "ui/editors/frmEditAmmo.h"
 #include "ui/editors/frmEditCheats.h"
 #include "ui/editors/frmEditMisc.h"
+#include "ui/editors/frmEditMusic.h"
 #include "ui/editors/frmEditPars.h"
 #include "ui/editors/frmEditSounds.h"
 #include "ui/editors/frmEditSprites.h"
@@ -77,7 +78,9 @@ std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
         return std::make_unique<frmEditMisc>(context);
     if (name == "frmEditPars")
         return std::make_unique<frmEditPars>(context);
-    return std::make_unique<frmEditSprites>(context);
+    if (name == "frmEditSprites")
+        return std::make_unique<frmEditSprites>(context);
+    return std::make_unique<frmEditMusic>(context);
 }
 
 bool EditorSet::Load(std::string_view name) {
@@ -107,7 +110,7 @@ bool EditorSet::Load(std::string_view name) {
 bool EditorSet::IsShown(std::size_t editor) const { return frames_[editor] != nullptr && !frames_[editor]->isHidden(); }
 
 void EditorSet::Show(std::size_t editor, bool shown) {
-    if (editor == spriteEditor && shown)
+    if ((editor == spriteEditor || editor == musicEditor) && shown)
         Load(editorEntries[editor].window); // which few need
     if (editors_[editor] == nullptr || (!shown && frames_[editor] == nullptr))
         return;

@@ -1,6 +1,7 @@
 #include "ui/frmMain.h"
 
 #include "core/Version.h"
+#include "patch/LumpNames.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/frmChangeEngine.h"
@@ -210,13 +211,13 @@ void frmMain::BuildViewMenu() {
     menu->addSeparator();
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];
-        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText),
-                        QKeySequence(QStringLiteral("Ctrl+%1").arg((editor + 1) % 10)));
+        const QKeySequence key(QString::fromLatin1(editorEntries[editor].key));
+        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText), key);
         action->setCheckable(true);
         action->setIconText(tr(editorEntries[editor].button));
-        action->setToolTip(tr("Show or hide the %1 (Ctrl+%2)")
-                               .arg(tr(editorEntries[editor].menuText).toLower())
-                               .arg((editor + 1) % 10));
+        action->setToolTip(
+            tr("Show or hide the %1 (%2)")
+                .arg(tr(editorEntries[editor].menuText).toLower(), key.toString(QKeySequence::NativeText)));
         menu->addAction(action);
         connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
     }
@@ -376,7 +377,7 @@ void frmMain::SessionChanged() {
     updateCaption();
     UpdateStatus();
     RefreshSave();
-    for (const std::size_t editor : {parEditor, spriteEditor})
+    for (const std::size_t editor : {parEditor, spriteEditor, musicEditor})
         if (!viewEditors_[editor]->isEnabled())
             editors_.Show(editor, false);
     if (!firstSession)
@@ -402,9 +403,10 @@ void frmMain::SetEditBar(bool enabled) {
     // Only extended patches have par times.
     if (commands_.SessionOpen() && !program_.engine.dialect.IsExtended())
         viewEditors_[parEditor]->setEnabled(false);
-    // By the kept rules no patch renames a sprite.
-    if (commands_.SessionOpen() && !program_.engine.dialect.EngineRules())
-        viewEditors_[spriteEditor]->setEnabled(false);
+    // By the kept rules no patch renames lumps.
+    if (commands_.SessionOpen() && !CanRenameLumps(program_.engine.dialect))
+        for (const std::size_t editor : {spriteEditor, musicEditor})
+            viewEditors_[editor]->setEnabled(false);
 }
 
 void frmMain::ToggleEditForm(std::size_t editor) { editors_.Toggle(editor); }
