@@ -1,6 +1,7 @@
 #include "ui/frmMain.h"
 
 #include "core/Version.h"
+#include "patch/LumpNames.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/frmChangeEngine.h"
@@ -85,11 +86,9 @@ QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLi
 
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
-      rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)), recovery_(program.settingsFolder),
-      editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)),
       compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
-      editors_(program, edits, audio, dialogs, *area_),
+      editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -99,8 +98,6 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     column->addWidget(rulesBar_);
     column->addWidget(area_, 1);
     setCentralWidget(centre);
-    addDockWidget(Qt::BottomDockWidgetArea, otherLines_);
-    otherLines_->hide();
     addDockWidget(Qt::RightDockWidgetArea, find_);
     find_->hide();
     connect(find_, &FindDock::Left, this, [this] {
@@ -249,13 +246,13 @@ void frmMain::BuildViewMenu() {
     menu->addSeparator();
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];
-        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText),
-                        QKeySequence(QStringLiteral("Ctrl+%1").arg((editor + 1) % 10)));
+        const QKeySequence key(QString::fromLatin1(editorEntries[editor].key));
+        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText), key);
         action->setCheckable(true);
         action->setIconText(tr(editorEntries[editor].button));
-        action->setToolTip(tr("Show or hide the %1 (Ctrl+%2)")
-                               .arg(tr(editorEntries[editor].menuText).toLower())
-                               .arg((editor + 1) % 10));
+        action->setToolTip(
+            tr("Show or hide the %1 (%2)")
+                .arg(tr(editorEntries[editor].menuText).toLower(), key.toString(QKeySequence::NativeText)));
         menu->addAction(action);
         connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
     }
@@ -436,7 +433,7 @@ void frmMain::SessionChanged() {
     updateCaption();
     UpdateStatus();
     RefreshSave();
-    for (const std::size_t editor : {parEditor, spriteEditor})
+    for (const std::size_t editor : {parEditor, spriteEditor, musicEditor})
         if (!viewEditors_[editor]->isEnabled())
             editors_.Show(editor, false);
     if (!firstSession)

@@ -120,9 +120,9 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
 
 QWidget* frmCompare::FilterRow() {
     cmbKind_->addItem(tr("All kinds"));
-    for (const RecordKind kind :
-         {RecordKind::Thing, RecordKind::State, RecordKind::Sound, RecordKind::Sprite, RecordKind::String,
-          RecordKind::Weapon, RecordKind::Ammo, RecordKind::Cheat, RecordKind::Misc, RecordKind::Par})
+    for (const RecordKind kind : {RecordKind::Thing, RecordKind::State, RecordKind::Sound, RecordKind::Sprite,
+                                  RecordKind::Music, RecordKind::String, RecordKind::Weapon, RecordKind::Ammo,
+                                  RecordKind::Cheat, RecordKind::Misc, RecordKind::Par})
         cmbKind_->addItem(KindTitle(kind), static_cast<int>(kind));
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
