@@ -4,6 +4,7 @@
 #include "patch/NewRecords.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <type_traits>
 #include <utility>
@@ -74,6 +75,12 @@ template <class Record> bool IsBlank(const Record& record, std::int32_t number) 
 }
 
 } // namespace
+
+bool FreeRecords::Has(std::int32_t number) const {
+    return std::ranges::any_of(std::array{&blank, &used, &changed}, [number](const auto* numbers) {
+        return std::ranges::find(*numbers, number) != numbers->end();
+    });
+}
 
 std::vector<std::int32_t> FreeRecords::Take(const PatchSet& set, RecordKind kind, std::size_t count) const {
     std::vector<std::int32_t> taken;

@@ -18,6 +18,7 @@ struct FreeRecords {
     std::vector<std::int32_t> changed; // by the patch
     bool unlimited = false;            // numbers behind those that there are can be had, too
 
+    bool Has(std::int32_t number) const;
     std::size_t Count() const { return blank.size() + used.size() + changed.size(); }
     /// So many to be given away, the best first: blank ones, then, where numbers are unlimited, new ones, else those
     /// with something in them, the patch's own last. Fewer when there are not so many.

@@ -81,7 +81,7 @@ QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLi
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)), recovery_(program.settingsFolder),
-      editors_(program, edits, audio, dialogs, *area_),
+      editors_(program, edits, audio, dialogs, *area_), whereUsed_(new WhereUsedDock(program, edits, editors_)),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -92,7 +92,9 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     column->addWidget(area_, 1);
     setCentralWidget(centre);
     addDockWidget(Qt::BottomDockWidgetArea, otherLines_);
+    addDockWidget(Qt::RightDockWidgetArea, whereUsed_);
     otherLines_->hide();
+    whereUsed_->hide();
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -233,7 +235,10 @@ void frmMain::BuildViewMenu() {
     QAction* otherLines = otherLines_->toggleViewAction();
     otherLines->setObjectName(QStringLiteral("ViewOtherLines"));
     otherLines->setText(tr("Other &lines"));
-    menu->addAction(otherLines);
+    viewWhereUsed_ = Action("ViewWhereUsed", tr("&Where used"), QKeySequence(Qt::CTRL | Qt::Key_U));
+    viewWhereUsed_->setToolTip(tr("Show all that uses the selected record"));
+    connect(viewWhereUsed_, &QAction::triggered, whereUsed_, &WhereUsedDock::Toggle);
+    menu->addActions({viewWhereUsed_, otherLines});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -406,7 +411,7 @@ void frmMain::SessionChanged() {
 void frmMain::SetEditBar(bool enabled) {
     for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
-    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_})
+    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_, viewWhereUsed_})
         action->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
     fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
@@ -488,13 +493,14 @@ void frmMain::RestoreEditor(std::size_t editor) {
     editors_.Place(editor, state_.Bytes(GeometryKey(editor)));
 }
 
-/// Undo and redo are the patch's everywhere in this window: a text field would take the keys for itself. F1 belongs to
-/// this window's dialogs, too.
+/// Undo, redo and "Where used" have their keys everywhere in this window: a text field would take them for itself. F1
+/// belongs to this window's dialogs, too.
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::ShortcutOverride && widget != nullptr && widget->window() == this) {
         const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
-        if (keys == editUndo_->shortcut() || editRedo_->shortcuts().contains(keys)) {
+        if (keys == editUndo_->shortcut() || editRedo_->shortcuts().contains(keys) ||
+            keys == viewWhereUsed_->shortcut()) {
             event->ignore();
             return true;
         }

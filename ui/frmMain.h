@@ -5,6 +5,7 @@
 #include "ui/OtherLinesDock.h"
 #include "ui/PlaceHistory.h"
 #include "ui/RulesBar.h"
+#include "ui/WhereUsedDock.h"
 #include "ui/WindowState.h"
 #include "ui/frmAbout.h"
 #include "ui/frmManual.h"
@@ -105,6 +106,7 @@ private:
     Recovery recovery_;
     EditorSet editors_;
     PlaceHistory history_{editors_};
+    WhereUsedDock* whereUsed_;
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
@@ -116,7 +118,7 @@ private:
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
             *fileEngine_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
             *editUndo_ = nullptr, *editRedo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr,
-            *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *viewWhereUsed_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};
