@@ -2,6 +2,7 @@
 
 #include "ui/Audio.h"
 #include "ui/FileDialogs.h"
+#include "ui/RecordCommands.h"
 #include "ui/editors/EditorWindow.h"
 
 #include <QMap>
@@ -89,6 +90,7 @@ public:
 
     // EditorLinks
     void ShowCell(const Cell& cell) override;
+    QList<QAction*> RecordActions() const override { return commands_.Actions(); }
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override;
     std::optional<int> SelectedSoundRow() override;
@@ -132,6 +134,7 @@ private:
     Audio& audio_;
     FileDialogs& dialogs_;
     QMdiArea& area_;
+    RecordCommands commands_;
     std::array<std::unique_ptr<EditorWindow>, editorEntries.size()> unshown_; // until they get a frame
     std::array<EditorWindow*, editorEntries.size()> editors_{};
     std::array<QMdiSubWindow*, editorEntries.size()> frames_{};

@@ -56,6 +56,7 @@ constexpr DialogPage dialogPages[]{
     {"frmChangeEngine", "opening.md#another-engine"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
+    {"frmNewStates", "states.md#new-states"},
     {"frmSelectSprite", "states.md#choosing-a-sprite"},
     {"frmSelectState", "states.md#choosing-a-state"},
     {"frmSelectAction", "states.md#choosing-an-action"},
@@ -202,6 +203,9 @@ void frmMain::BuildEditMenu() {
     editRedo_ = Action("EditRedo", tr("&Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
     editRedo_->setShortcuts({editRedo_->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     menu->addActions({editUndo_, editRedo_});
+    menu->addSeparator();
+    menu->addActions(editors_.RecordActions());
+    menu->setToolTipsVisible(true);
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
     connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
 }

@@ -130,6 +130,9 @@ void RecordTableEditor::ShowMenu(const QPoint& place) {
     if (maker_ != nullptr)
         for (QAction* action : maker_->Actions())
             menu.addAction(action);
+    if (CanBeMade(kind_))
+        menu.addActions(context_.links.RecordActions());
+    menu.setToolTipsVisible(true);
     menu.exec(place);
 }
 

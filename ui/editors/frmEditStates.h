@@ -43,6 +43,8 @@ private:
     /// Lists what the filter lets through; the current state stays selected if it is among it.
     void updateStateList();
     void SelectRow(int row);
+    /// Asks for a run of new states, makes them and selects them.
+    void MakeStates();
     void ShowSelected();
     void ActivateRow();
     void ShowListMenu(const QPoint& place);
