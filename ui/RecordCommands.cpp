@@ -46,21 +46,22 @@ RecordCommands::RecordCommands(const Program& program, Edits& edits, EditorSet& 
 
 std::optional<RecordKind> RecordCommands::Kind() const {
     const std::optional<Cell> here = editors_.Here();
-    return here && CanBeMade(here->kind) && here->index != noRecord ? std::optional(here->kind) : std::nullopt;
+    return here && CanBeMade(here->kind) ? std::optional(here->kind) : std::nullopt;
 }
 
 void RecordCommands::Update() {
     const std::optional<RecordKind> kind = Kind();
     const bool notes = program_.engine.dialect.EngineRules();
+    const std::vector<std::int32_t> records = editors_.Selected();
     nextFree_->setEnabled(kind.has_value());
-    keep_->setEnabled(kind && notes);
+    keep_->setEnabled(kind && notes && !records.empty());
     keep_->setToolTip(notes
                           ? tr("Never hand it out as a free one. A line of the patch's notes says what is kept.")
                           : tr("The patch's notes say what is kept, and only a patch that is open by engine rules has "
                                "notes."));
     const KeptRecords kept(std::get<std::string>(edits_.Value(patchNotes)));
-    keep_->setChecked(
-        kind && std::ranges::all_of(editors_.Selected(), [&](std::int32_t record) { return kept.Has(*kind, record); }));
+    keep_->setChecked(kind && !records.empty() &&
+                      std::ranges::all_of(records, [&](std::int32_t record) { return kept.Has(*kind, record); }));
 }
 
 void RecordCommands::NextFree() {

@@ -29,7 +29,7 @@ public:
     void Update();
 
 private:
-    /// Of the editor in front; absent when nothing is selected, or nothing that can be free.
+    /// Of the editor in front; absent for one whose records cannot be free.
     std::optional<RecordKind> Kind() const;
     void NextFree();
     void Keep(bool kept);

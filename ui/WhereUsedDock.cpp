@@ -67,7 +67,9 @@ WhereUsedDock::WhereUsedDock(const Program& program, Edits& edits, EditorSet& ed
     list_->setObjectName(QStringLiteral("lvwWhereUsed"));
     list_->setAccessibleName(tr("Where used"));
     list_->setModel(model_);
-    list_->setUniformItemSizes(true);
+    list_->setWordWrap(true);
+    list_->setResizeMode(QListView::Adjust);
+    list_->setLayoutMode(QListView::Batched); // an action may have thousands of rows
     auto* activate = new QAction(list_);
     activate->setShortcuts({QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
     activate->setShortcutContext(Qt::WidgetShortcut);

@@ -67,11 +67,15 @@ frmNewStates::frmNewStates(const EditorContext& context, std::int32_t like, QWid
     form->addRow(tr("Sprite"), BuildSprite());
     form->addRow(BuildFrames());
     form->addRow(hint);
-    form->addRow(tr("Then it"), BuildEnd());
-    form->addRow(tr("Begins in"), BuildBegins());
+    form->addRow(tr("After the last"), BuildEnd());
+    form->addRow(tr("First state of"), BuildBegins());
     form->addRow(note_);
     form->addRow(buttons);
     ShowSprite();
+    for (QPushButton* chooser : {cmdSprite_, cmdNext_})
+        chooser->setAutoDefault(false); // Enter is for OK
+    count_->setFocus();
+    count_->selectAll();
 
     connect(frames_, &QAbstractItemModel::dataChanged, this, &frmNewStates::Check);
     connect(frames_, &QAbstractItemModel::modelReset, this, &frmNewStates::Check);
@@ -111,8 +115,7 @@ QLayout* frmNewStates::BuildEnd() {
     using End = NewChain::End;
     for (const auto& [end, text] :
          {std::pair(End::Loop, tr("begins again")), std::pair(End::GoOn, tr("goes on at state")),
-          std::pair(End::Stay, tr("stays in its last state")),
-          std::pair(End::Vanish, tr("ends: the thing is removed"))})
+          std::pair(End::Stay, tr("stays in it for ever")), std::pair(End::Vanish, tr("ends: the thing is removed"))})
         end_->addItem(text, static_cast<int>(end));
     next_->setRange(context_.edits.LimitsOf(RecordKind::State, RowOf(&StateRecord::nextState)).lowest,
                     context_.edits.LimitsOf(RecordKind::State, RowOf(&StateRecord::nextState)).highest);
