@@ -2,10 +2,13 @@
 
 #include "patch/Cells.h"
 
+#include <QList>
 #include <QString>
 
 #include <cstdint>
 #include <optional>
+
+class QAction;
 
 namespace plinket3 {
 
@@ -20,6 +23,8 @@ public:
     virtual void ShowCell(const Cell& cell) = 0;
     /// The same with the focus in the list of records.
     void ShowRecord(RecordKind kind, std::int32_t number) { ShowCell({kind, number, existsField}); }
+    /// What can be done with the records selected in the editor in front, for the menus of lists.
+    virtual QList<QAction*> RecordActions() const = 0;
     /// Brings the state editor up with `state` selected: under the filter of `thing`, else of `weapon`, else (both -1)
     /// under the filter it has.
     virtual void SelectSingleState(int state, int thing, int weapon) = 0;

@@ -29,7 +29,8 @@
 namespace plinket3 {
 
 EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
-    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area) {
+    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area),
+      commands_(program, edits, *this, area) {
     edits_.Listen([this](const std::vector<Cell>& cells) {
         for (EditorWindow* editor : editors_)
             if (editor != nullptr)
@@ -39,6 +40,8 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
         FollowThingNames(cells);
     });
     connect(&area_, &QMdiArea::subWindowActivated, this, &EditorSet::PlaceChanged);
+    for (const auto signal : {&EditorSet::PlaceChanged, &EditorSet::ShownChanged})
+        connect(this, signal, &commands_, &RecordCommands::Update);
 }
 
 EditorSet::~EditorSet() = default;
@@ -225,6 +228,11 @@ std::optional<Cell> EditorSet::Here() const {
     if (!editor)
         return std::nullopt;
     return Cell{editorEntries[*editor].kind, editors_[*editor]->CurrentRecord().value_or(noRecord), existsField};
+}
+
+std::vector<std::int32_t> EditorSet::Selected() const {
+    const std::optional<std::size_t> editor = Front();
+    return editor ? editors_[*editor]->Selected() : std::vector<std::int32_t>();
 }
 
 bool EditorSet::IsThere(const Cell& place) const {

@@ -2,6 +2,7 @@
 
 #include "ui/Audio.h"
 #include "ui/FileDialogs.h"
+#include "ui/RecordCommands.h"
 #include "ui/editors/EditorWindow.h"
 
 #include <QMap>
@@ -81,6 +82,8 @@ public:
     void Place(std::size_t editor, const QByteArray& place);
     /// The editor in front and its current record, which is `noRecord` where none is. Absent when no editor is shown.
     std::optional<Cell> Here() const;
+    /// All that are selected in the editor in front.
+    std::vector<std::int32_t> Selected() const;
     /// Whether such a place is there in the open patch.
     bool IsThere(const Cell& place) const;
     /// Brings such a place up.
@@ -89,6 +92,7 @@ public:
 
     // EditorLinks
     void ShowCell(const Cell& cell) override;
+    QList<QAction*> RecordActions() const override { return commands_.Actions(); }
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override;
     std::optional<int> SelectedSoundRow() override;
@@ -108,7 +112,7 @@ signals:
     /// The user is led elsewhere, and has arrived there.
     void Jumping();
     void Jumped();
-    /// Another editor is in front, or has another current record.
+    /// Another editor is in front, or other records are selected.
     void PlaceChanged();
     /// The comments at the patch's head, which no editor shows, are to be.
     void PatchNotesWanted();
@@ -132,6 +136,7 @@ private:
     Audio& audio_;
     FileDialogs& dialogs_;
     QMdiArea& area_;
+    RecordCommands commands_;
     std::array<std::unique_ptr<EditorWindow>, editorEntries.size()> unshown_; // until they get a frame
     std::array<EditorWindow*, editorEntries.size()> editors_{};
     std::array<QMdiSubWindow*, editorEntries.size()> frames_{};

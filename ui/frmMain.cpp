@@ -61,6 +61,7 @@ constexpr DialogPage dialogPages[]{
     {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
+    {"frmNewStates", "states.md#new-states"},
     {"frmSelectSprite", "states.md#choosing-a-sprite"},
     {"frmSelectState", "states.md#choosing-a-state"},
     {"frmSelectAction", "states.md#choosing-an-action"},
@@ -89,6 +90,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)),
       compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
       editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
+      whereUsed_(new WhereUsedDock(program, edits, editors_)),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -98,16 +100,14 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     column->addWidget(rulesBar_);
     column->addWidget(area_, 1);
     setCentralWidget(centre);
-    addDockWidget(Qt::RightDockWidgetArea, find_);
-    find_->hide();
     connect(find_, &FindDock::Left, this, [this] {
         if (const auto editor = editors_.Front())
             editors_.Show(*editor, true);
     });
-    for (QDockWidget* dock : {static_cast<QDockWidget*>(otherLines_), static_cast<QDockWidget*>(compare_)}) {
-        addDockWidget(Qt::BottomDockWidgetArea, dock);
-        dock->hide();
-    }
+    AddHidden(Qt::RightDockWidgetArea, find_);
+    AddHidden(Qt::RightDockWidgetArea, whereUsed_);
+    AddHidden(Qt::BottomDockWidgetArea, otherLines_);
+    AddHidden(Qt::BottomDockWidgetArea, compare_);
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -227,6 +227,9 @@ void frmMain::BuildEditMenu() {
     menu->addActions({editFind_, editGoTo_});
     connect(editFind_, &QAction::triggered, find_, &FindDock::Start);
     connect(editGoTo_, &QAction::triggered, this, &frmMain::GoTo);
+    menu->addSeparator();
+    menu->addActions(editors_.RecordActions());
+    menu->setToolTipsVisible(true);
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
     connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
 }
@@ -263,7 +266,10 @@ void frmMain::BuildViewMenu() {
     QAction* comparison = compare_->toggleViewAction();
     comparison->setObjectName(QStringLiteral("ViewComparison"));
     comparison->setText(tr("&Comparison"));
-    menu->addActions({otherLines, comparison});
+    viewWhereUsed_ = Action("ViewWhereUsed", tr("&Where used"), QKeySequence(Qt::CTRL | Qt::Key_U));
+    viewWhereUsed_->setToolTip(tr("Show all that uses the selected record"));
+    connect(viewWhereUsed_, &QAction::triggered, whereUsed_, &WhereUsedDock::Toggle);
+    menu->addActions({viewWhereUsed_, otherLines, comparison});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -447,10 +453,16 @@ void frmMain::SessionChanged() {
     }
 }
 
+void frmMain::AddHidden(Qt::DockWidgetArea place, QDockWidget* dock) {
+    addDockWidget(place, dock);
+    dock->hide();
+}
+
 void frmMain::SetEditBar(bool enabled) {
     for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
-    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
+    for (QAction* action :
+         {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_, viewWhereUsed_})
         action->setEnabled(enabled);
     for (QAction* action : {editFind_, editGoTo_})
         action->setEnabled(enabled);
@@ -535,13 +547,14 @@ void frmMain::RestoreEditor(std::size_t editor) {
     editors_.Place(editor, state_.Bytes(GeometryKey(editor)));
 }
 
-/// Undo and redo are the patch's everywhere in this window: a text field would take the keys for itself. F1 belongs to
-/// this window's dialogs, too.
+/// Undo, redo and "Where used" have their keys everywhere in this window: a text field would take them for itself. F1
+/// belongs to this window's dialogs, too.
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::ShortcutOverride && widget != nullptr && widget->window() == this) {
         const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
-        if (keys == editUndo_->shortcut() || editRedo_->shortcuts().contains(keys)) {
+        if (keys == editUndo_->shortcut() || editRedo_->shortcuts().contains(keys) ||
+            keys == viewWhereUsed_->shortcut()) {
             event->ignore();
             return true;
         }

@@ -216,6 +216,7 @@ QWidget* frmEditThings::BuildList() {
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmEditThings::FollowList);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
     maker_ = new RecordMaker(RecordKind::Thing, "things", *list_, context_);
+    list_->addActions(context_.links.RecordActions());
     connect(maker_, &RecordMaker::Made, this, &frmEditThings::SelectRecord);
 
     auto* buttons = new QHBoxLayout;
