@@ -1,4 +1,5 @@
-// How long the state editor takes for what a user does to many states at once; figures.py sets it against its limits.
+// How long the state editor takes for what a user does to many states at once, and finding among them; figures.py sets
+// it against its limits.
 //   plinket3_editor_lists PROGRAM-FOLDER IWAD
 #include "bench/ProcessFigures.h"
 #include "core/modConfig.h"
@@ -7,6 +8,7 @@
 #include "tools/SilentNotifier.h"
 #include "ui/Audio.h"
 #include "ui/EditorSet.h"
+#include "ui/FindDock.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -27,7 +29,7 @@ using namespace plinket3;
 
 constexpr int repetitions = 9;
 constexpr int manyRows = 1000;
-constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000;
+constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000, modernStates = 7'400;
 
 /// Prints the median of the times that `act` takes until its outcome is on the screen; `prepare` goes before each.
 void Measure(const char* name, const std::function<void()>& prepare, const std::function<void()>& act) {
@@ -46,13 +48,13 @@ void Measure(const char* name, const std::function<void()>& prepare, const std::
 }
 
 /// Makes states that all have arguments, of actions that take different ones.
-void GiveArguments(PatchSet& set, const EngineConfiguration& engine) {
+void GiveArguments(PatchSet& set, const EngineConfiguration& engine, std::size_t states) {
     std::vector<std::int32_t> actions;
     for (const EngineConfiguration::Action& action : engine.actions)
         if (!action.arguments.empty())
             actions.push_back(action.value);
     const ArgumentTable table(engine);
-    set.states.resize(statesWithArguments);
+    set.states.resize(states);
     std::size_t next = 0;
     for (StateRecord& state : set.states.Dense()) {
         state.codePointer = actions[next++ % actions.size()];
@@ -108,7 +110,18 @@ int main(int argc, char** argv) {
     Measure(
         "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
 
-    GiveArguments(program.patch.current, program.engine);
+    FindDock dock({program, edits, editors});
+    auto& anything = *dock.findChild<QLineEdit*>("txtFind");
+    const auto findAnything = [&](const char* name) {
+        dock.show();
+        Measure(
+            name, [&] { anything.clear(); }, [&] { QTest::keyClick(&anything, Qt::Key_A); });
+        dock.hide();
+    };
+    GiveArguments(program.patch.current, program.engine, modernStates);
+    findAnything("modern anything");
+    GiveArguments(program.patch.current, program.engine, statesWithArguments);
+    findAnything("anything");
     edits.Clear();
     editors.Refresh();
     Measure(

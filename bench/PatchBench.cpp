@@ -1,6 +1,7 @@
 #include "bench/Floors.h"
 #include "bench/GeneratedPatch.h"
 #include "core/Files.h"
+#include "patch/Compare.h"
 #include "patch/PatchDocument.h"
 #include "patch/modPatchFiles.h"
 
@@ -101,6 +102,31 @@ void SaveDocument(benchmark::State& state) {
     CountBytes(state, bytes);
 }
 BENCHMARK(SaveDocument)->Args({1'000'000, 0})->Args({1'000'000, 1})->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// Compares a patch that changes all of some 7,400 states with one that has another duration and next state in each,
+/// and takes all of it over: all that is done between choosing the file and the values in the open patch.
+void ComparePatches(benchmark::State& state) {
+    const GeneratedPatch& generated = CaseOf(66'600).generated;
+    const PatchSet &here = generated.patch.current, &defaults = generated.patch.defaults;
+    PatchData other = generated.patch;
+    for (StateRecord& record : other.current.states.Dense()) {
+        ++record.duration;
+        ++record.nextState;
+    }
+    const std::string bytes = modPatchFiles::FormatPatch(other, generated.engine);
+    for ([[maybe_unused]] auto once : state) {
+        PatchSet there;
+        const bool read = static_cast<bool>(modPatchFiles::ParsePatch(bytes, generated.engine, defaults, there).status);
+        const std::vector<Difference> differences = Compare(here, there, defaults);
+        if (!read || differences.size() != 2 * here.states.size() ||
+            TakeOver(differences, here, there).size() != differences.size()) {
+            state.SkipWithError("the patches were not compared");
+            break;
+        }
+    }
+    state.SetLabel(std::to_string(here.states.size()) + " states");
+}
+BENCHMARK(ComparePatches)->Unit(benchmark::kMillisecond);
 
 void SplitLinesFloor(benchmark::State& state) {
     const std::string& bytes = CaseOf(state.range(0)).bytes;

@@ -32,6 +32,7 @@ JOBS = [
     # 1.6 times what reading took when documents began, 2.82 of splitting.
     ("open a patch of 1,000,000 lines as a document", "OpenDocument/1000000", "SplitLinesFloor/1000000", 4.5),
     ("save it with a changed value", "SaveDocument/1000000/1/real_time", "SaveDocument/1000000/0/real_time", 2),
+    ("compare two patches of 7,400 states", "ComparePatches", 200, 1),
     ("load the engine doom19", "LoadEngine/0", 5, 1),
     ("load the engine dehextra21", "LoadEngine/1", 5, 1),
     ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),
@@ -47,6 +48,8 @@ LISTS = [
     ("4,000 states: a letter in the filter", "filter", 50),
     ("4,000 states: select 1,000 rows", "select", 50),
     ("4,000 states: type a value into 1,000 rows", "edit", 50),
+    ("7,400 states: a letter in Find", "modern anything", 50),
+    ("50,000 states: a letter in Find", "anything", 50),
     ("50,000 states with arguments: a letter in the filter", "find arguments", 50),
     ("50,000 states with arguments: a letter that none has", "find nothing", 50),
     ("100,000 states: scroll by a tenth", "scroll", 50),
@@ -86,7 +89,7 @@ def printed(*command):
     """The figures that a program prints: name -> (milliseconds, KiB)."""
     done = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                           check=True, text=True)
-    rows = (line.split() for line in done.stdout.splitlines())
+    rows = (line.rsplit(maxsplit=2) for line in done.stdout.splitlines())
     return {name: (float(milliseconds), int(memory)) for name, milliseconds, memory in rows}
 
 

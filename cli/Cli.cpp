@@ -46,6 +46,17 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option = app.add_flag("--compact", arguments.compact, "Without blanks, indentation and empty lines");
     else if (name == "fresh")
         option = app.add_flag("--fresh", arguments.fresh, "A new patch that holds only what differs from the engine");
+    else if (name == "with-states")
+        option = app.add_flag("--with-states", arguments.withStates,
+                              "With the states that they come to, and the things, sounds, sprites and strings that the "
+                              "patch has made or changed");
+    else if (name == "free")
+        option = app.add_flag("--free", arguments.free,
+                              "Things and states go to free numbers, sprites and sounds where one of their name is; so "
+                              "without this");
+    else if (name == "same")
+        option =
+            app.add_flag("--same", arguments.same, "Everything goes to the numbers that it has")->excludes("--free");
     else if (name == "thing")
         option = app.add_option("--thing", arguments.thing, "The states of this thing, counted from 0")
                      ->check(CLI::Range(INT32_MIN, INT32_MAX));

@@ -23,7 +23,7 @@ struct Arguments {
     std::string rules = "auto";     // or "kept" or "engine"
     std::vector<std::string> files; // the plain arguments, in order
     std::string to, iwad, dataWad, lump, base;
-    bool compact = false, unused = false, fresh = false;
+    bool compact = false, unused = false, fresh = false, withStates = false, free = false, same = false;
     std::optional<std::int32_t> thing, weapon;
     std::vector<std::string> sprite; // name and frame
 };
@@ -82,6 +82,9 @@ inline constexpr const char* standardSet = "-"; // in place of a patch: the engi
 /// Loads the engine that was asked for, or the one that the patch is likely made for, and reads the patch into that of
 /// the program; `standardSet` leaves the engine's own data. Throws `Refused`.
 void LoadPatch(Run& run, const std::string& file);
+
+/// Writes the program's patch to a file or a lump as saving does. Throws `Refused`.
+void SaveTo(Run& run, const std::string& file);
 
 /// The WADs in their order. Throws `Refused`.
 WadList OpenWads(std::span<const std::string> files);

@@ -296,7 +296,7 @@ bool TakeOver(Run& run) {
 
 int Convert(Run& run) {
     if (run.arguments.engine.empty() && run.arguments.to.empty())
-        throw Refused("-e is required; see --help");
+        throw Refused("-e or --to is required; see --help");
     LoadPatch(run, run.arguments.files[0]);
     Program& program = run.program;
     const bool whole = run.arguments.to.empty() || TakeOver(run);
@@ -306,8 +306,7 @@ int Convert(Run& run) {
         program.patch.iwadPath = run.arguments.iwad;
     if (!run.arguments.dataWad.empty())
         program.patch.dataWadPath = run.arguments.dataWad;
-    const PatchPlace out = PlaceOf(run, run.arguments.files[1]);
-    Require(modPatchFiles::SavePatch(program, out, false, MissingLump::IsAdded), out.Name());
+    SaveTo(run, run.arguments.files[1]);
     return whole ? done : no;
 }
 
@@ -440,6 +439,11 @@ constexpr std::array patchCommands{
 } // namespace
 
 void LoadPatch(Run& run, const std::string& file) { LoadInto(run, file); }
+
+void SaveTo(Run& run, const std::string& file) {
+    const PatchPlace out = PlaceOf(run, file);
+    Require(modPatchFiles::SavePatch(run.program, out, false, MissingLump::IsAdded), out.Name());
+}
 
 std::span<const Command> PatchCommands() { return patchCommands; }
 

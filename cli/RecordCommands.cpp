@@ -1,7 +1,10 @@
 #include "cli/Command.h"
+#include "core/Files.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
 #include "patch/FreeRecords.h"
+#include "patch/PastePlan.h"
+#include "patch/StepNames.h"
 #include "patch/Uses.h"
 
 #include <algorithm>
@@ -97,6 +100,72 @@ int Free(Run& run) {
     return numbers.size() < wanted ? no : done;
 }
 
+/// "3,5-7" as numbers. Throws `Refused`.
+std::vector<std::int32_t> NumbersIn(const std::string& text) {
+    std::vector<std::int32_t> numbers;
+    for (std::string_view rest = text; !rest.empty();) {
+        std::string_view range = TakeUpTo(rest, ',');
+        const bool single = range.find('-', 1) == std::string_view::npos; // a number may begin with it
+        const auto first = WholeNumber(single ? range : TakeUpTo(range, '-')),
+                   last = single ? first : WholeNumber(range);
+        if (!first || !last || *last < *first ||
+            static_cast<std::int64_t>(*last) - *first >= std::int64_t{mostClipRecords})
+            throw Refused(text + ": numbers are given as 3,5-7");
+        for (std::int64_t number = *first; number <= *last; ++number)
+            numbers.push_back(static_cast<std::int32_t>(number));
+    }
+    return numbers;
+}
+
+int Copy(Run& run) {
+    const std::vector<std::string>& files = run.arguments.files;
+    LoadPatchAt(run, 2);
+    const auto target = TargetKindNamed(files[0]);
+    const auto kind = target ? RecordKindOf(*target) : std::nullopt;
+    if (!kind)
+        throw Refused(files[0] + ": there is no such kind of records; see --help");
+    const PatchData& patch = run.program.patch;
+    std::vector<RecordId> records;
+    for (const std::int32_t number : NumbersIn(files[1])) {
+        if (!HasRecord(patch.current, *kind, number))
+            throw Refused("there is no " + files[0] + " " + std::to_string(number));
+        records.emplace_back(*kind, number);
+    }
+    std::set<RecordId> copied(records.begin(), records.end());
+    if (run.arguments.withStates)
+        for (const Companion& companion : CompanionsOf(patch, run.program.engine, records))
+            if (companion.proposed)
+                copied.insert(companion.record);
+    run.out << modPatchFiles::FormatRecords(patch, run.program.engine, copied);
+    return done;
+}
+
+int Paste(Run& run) {
+    const std::vector<std::string>& files = run.arguments.files;
+    std::string text;
+    Require(ReadWholeFile(files[1], text), files[1]);
+    LoadPatch(run, files[0]);
+    Program& program = run.program;
+    program.fixedUses = LoadFixedUses(program.programFolder, program.engine);
+    Clip clip;
+    Require(ReadClip(program, program, text, clip), files[1]);
+    PastePlan plan;
+    Require(PlanPaste(clip, program, run.arguments.same ? PasteTo::Same : PasteTo::Free, {}, plan), files[1]);
+    for (const Assignment& assignment : plan.assignments)
+        WriteCell(program.patch.current, assignment.cell, assignment.value);
+    if (files[0] == standardSet)
+        program.patch.document.reset();
+    SaveTo(run, files[2]);
+    for (const PastePlan::Place& place : plan.places)
+        if (!place.isThere)
+            run.out << Printable(RecordName(clip.patch.current, place.from.first, place.from.second)) << " -> "
+                    << MadeName(place.from.first, place.to) << '\n';
+    for (const auto* lines : {&clip.ignored, &plan.told, &plan.lost})
+        for (const std::string& line : *lines)
+            Complain(run.err, line);
+    return plan.lost.empty() && clip.ignored.empty() ? done : no;
+}
+
 constexpr std::array recordCommands{
     Command{"uses", "KIND NAME [PATCH]",
             "Print all that uses a thing, state, sound, sprite, string, weapon, ammo or action, by its number (counted "
@@ -106,6 +175,13 @@ constexpr std::array recordCommands{
             "Print the numbers (from 0) of things, states, sounds or sprites that nothing uses, the best first: all "
             "there are, or COUNT of them",
             "engine lump", 1, 3, Free},
+    Command{"copy", "KIND NUMBERS PATCH",
+            "Print records as a patch's text with all that they hold; NUMBERS count from 0 and are given as 3,5-7",
+            "engine lump with-states", 3, 3, Copy},
+    Command{
+        "paste", "BASE CLIP OUT",
+        "Put the records of CLIP, which \"copy\" has printed or somebody has written, into BASE and write it to OUT",
+        "engine lump free same", 3, 3, Paste},
 };
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "patch/NumberRanges.h"
 
 #include <algorithm>
-#include <iterator>
+#include <set>
 #include <utility>
 
 namespace plinket3 {
@@ -42,8 +42,15 @@ void Edits::StoreEach(std::vector<Assignment> values, std::string_view many, boo
 void Edits::StoreGroup(const std::vector<Assignment>& assignments, std::string name, bool typing) {
     std::vector<Assignment> existing;
     existing.reserve(assignments.size());
-    std::copy_if(assignments.begin(), assignments.end(), std::back_inserter(existing),
-                 [this](const Assignment& assignment) { return Exists(assignment.cell); });
+    std::set<std::pair<RecordKind, std::int32_t>> made;
+    for (const Assignment& assignment : assignments) {
+        const Cell& cell = assignment.cell;
+        if (!Exists(cell) && !made.contains({cell.kind, cell.index}))
+            continue;
+        if (cell.field == existsField)
+            made.insert({cell.kind, cell.index});
+        existing.push_back(assignment);
+    }
     Push(std::move(existing), std::move(name), typing, true);
 }
 
@@ -84,7 +91,7 @@ void Edits::MakeRecord(RecordKind kind, std::int32_t number, const std::string& 
     std::vector<Assignment> assignments{{{kind, number, existsField}, 1}};
     if (!lumpName.empty())
         assignments.push_back({{kind, number, lumpNameField}, lumpName});
-    Push(std::move(assignments), "new " + MadeName(kind, number), false, true);
+    StoreGroup(assignments, "new " + MadeName(kind, number));
 }
 
 std::int32_t Edits::FreeNumber(RecordKind kind) const {
@@ -99,12 +106,7 @@ void Edits::RemoveRecords(RecordKind kind, const std::vector<std::int32_t>& reco
         if (!IsMade(kind, record))
             continue;
         made.push_back(record);
-        std::vector<Cell> cells = CellsOf(kind, record);
-        if (kind == RecordKind::Sprite || kind == RecordKind::Sound)
-            cells.push_back({kind, record, lumpNameField});
-        cells.push_back({kind, record, noteField});
-        cells.push_back({kind, record, existsField}); // at last, since nothing else can be stored without a record
-        for (const Cell& cell : cells)
+        for (const Cell& cell : EveryCellOf(kind, record))
             if (Exists(cell) && !IsDefault(cell))
                 assignments.push_back({cell, DefaultValue(cell)});
     }

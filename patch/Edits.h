@@ -12,11 +12,6 @@
 
 namespace plinket3 {
 
-struct Assignment {
-    Cell cell;
-    CellValue value;
-};
-
 /// The one way in for edits of the open patch. Each call that changes something is one step that can be undone.
 class Edits {
 public:
@@ -43,7 +38,8 @@ public:
     void Store(const Cell& cell, CellValue value, bool typing = false);
     /// `Store` for the same field of several records of a kind, as one step ("hit points of 3 things").
     void StoreEach(std::vector<Assignment> values, std::string_view many, bool typing = false);
-    /// Stores several values as one step. Numbers are stored as they are.
+    /// Stores several values as one step. Numbers are stored as they are. A record that the patch does not have can be
+    /// given values behind the one that makes it.
     void StoreGroup(const std::vector<Assignment>& assignments, std::string name, bool typing = false);
     /// `StoreGroup` of the default values.
     void Restore(const std::vector<Cell>& cells, std::string name);

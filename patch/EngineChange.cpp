@@ -1,7 +1,7 @@
 #include "patch/EngineChange.h"
 
 #include "patch/Arguments.h"
-#include "patch/EngineNames.h"
+#include "patch/EngineTerms.h"
 #include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
 #include "patch/OtherCells.h"
@@ -9,7 +9,6 @@
 #include "patch/ValueText.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modPatchFiles.h"
-#include "patch/modPatchText.h"
 
 #include <algorithm>
 #include <memory>
@@ -30,8 +29,6 @@ public:
         wanted.pars = patch.current.pars;
         std::vector<Cell> cells;
         ForEachOtherCell(patch.defaults, patch.current, [&cells](const Cell& cell) { cells.push_back(cell); });
-        AddLumpNames(RecordKind::Sprite, cells);
-        AddLumpNames(RecordKind::Sound, cells);
         // Records that the patch makes are there before anything refers to them; actions before their arguments.
         const auto order = [](const Cell& cell) {
             return cell.field == existsField ? 0 : cell.field == codePointerField ? 1 : 2;
@@ -47,14 +44,6 @@ public:
     PatchSet wanted; // the same by the new one
 
 private:
-    void AddLumpNames(RecordKind kind, std::vector<Cell>& cells) const {
-        for (const std::int32_t number : RecordNumbers(patch_.current, kind)) {
-            const Cell cell{kind, number, lumpNameField};
-            if (ReadCell(patch_.defaults, cell) != ReadCell(patch_.current, cell))
-                cells.push_back(cell);
-        }
-    }
-
     /// False for what the engine cannot hold at all; what it holds a part of is limited in `kept`, too.
     bool Take(const Cell& cell) {
         const CellValue value = ReadCell(patch_.current, cell);
@@ -67,6 +56,11 @@ private:
         if (cell.field == lumpNameField && !CanRenameLump(to_.dialect, defaults_, cell.kind, cell.index))
             return false;
         if (const TextField* text = TextFieldAt(cell.field); text != nullptr && text->since > to_.dialect.fields)
+            return false;
+        if (const auto* helper = std::get_if<std::int32_t>(&value);
+            helper != nullptr && cell.field == helperField && !Exists(MeaningOf(wanted, cell), *helper))
+            return false;
+        if (cell.field == helperField && !HasHelper(to_.dialect))
             return false;
         if (cell.field == codePointerField)
             return TakeAction(cell, std::get<std::int32_t>(value));
@@ -85,8 +79,7 @@ private:
     }
 
     bool TakeAction(const Cell& cell, std::int32_t codePointer) {
-        const std::string* mnemonic = from_.MnemonicOf(codePointer);
-        const auto value = mnemonic == nullptr ? std::optional(codePointer) : to_.CodePointerOf(*mnemonic);
+        const auto value = ActionIn(to_, from_, codePointer);
         if (value)
             WriteCell(wanted, cell, *value);
         return value.has_value();
@@ -98,22 +91,11 @@ private:
             return false;
         if (facts.unit == FieldUnit::Flags) {
             const auto standard = std::get<std::int32_t>(ReadCell(patch_.defaults, cell));
-            number &= ~(Nameless(facts.bits) & ~standard);
+            number &= ~(BitsLostIn(to_, from_, facts.bits) & ~standard);
             WriteCell(kept, cell, number);
         }
         WriteCell(wanted, cell, number);
         return true;
-    }
-
-    /// The bits that the former engine has by a name that is another bit for the new one, or none.
-    std::int32_t Nameless(BitSet set) const {
-        const std::vector<std::string>& names = from_.BitNames(set);
-        std::int32_t bits = 0;
-        for (int bit = 0; bit < static_cast<int>(std::min<std::size_t>(names.size(), 32)); ++bit)
-            if (const std::string& name = names[static_cast<std::size_t>(bit)];
-                !name.empty() && BitNamed(to_, set, name) != bit)
-                bits = modPatchText::SetFlag(bits, bit);
-        return bits;
     }
 
     /// Whether the engine has what a number refers to.
@@ -140,22 +122,8 @@ private:
     }
 
     bool TakeString(const Cell& cell, const CellValue& value) {
-        const auto place = static_cast<std::size_t>(cell.index);
-        std::int32_t number = noRecord;
-        if (from_.dialect.keyedTexts && to_.dialect.keyedTexts && place < from_.strings.size()) {
-            const auto same =
-                std::ranges::find(to_.strings, from_.strings[place].mnemonic, &EngineConfiguration::String::mnemonic);
-            if (same != to_.strings.end())
-                number = static_cast<std::int32_t>(same - to_.strings.begin());
-        } else { // an engine without keys knows a string by its text
-            const std::string& text = patch_.defaults.strings[cell.index].text;
-            for (const auto& [other, record] : std::as_const(wanted.strings))
-                if (record.text == text) {
-                    number = other;
-                    break;
-                }
-        }
-        const Cell same{RecordKind::String, number, textField};
+        const auto number = StringIn(to_, defaults_, from_, patch_.defaults, cell.index);
+        const Cell same{RecordKind::String, number.value_or(noRecord), textField};
         if (!HasCell(wanted, same))
             return false;
         WriteCell(wanted, same, value);
@@ -188,7 +156,7 @@ bool KeepLines(const PatchData& patch, const EngineConfiguration& from, const En
 /// with limits.
 std::vector<std::string> NamesUnsaid(const PatchSet& current, const PatchSet& wanted, const EngineConfiguration& to) {
     PatchSet named = current;
-    for (const RecordKind kind : {RecordKind::Sprite, RecordKind::Sound})
+    for (const RecordKind kind : lumpNamedKinds)
         for (const std::int32_t number : RecordNumbers(current, kind))
             WriteCell(named, {kind, number, lumpNameField}, ReadCell(wanted, {kind, number, lumpNameField}));
     return modPatchDiff::Differences(current, named, to);

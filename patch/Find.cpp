@@ -138,8 +138,8 @@ public:
 
     void Run(FindGroup group, Hits& hits) const {
         static constexpr std::array<void (Search::*)(Hits&) const, findGroupCount> searches{
-            &Search::Things, &Search::States, &Search::Sounds, &Search::Sprites, &Search::Strings, &Search::Weapons,
-            &Search::Ammo,   &Search::Cheats, &Search::Misc,   &Search::Pars,    &Search::Notes};
+            &Search::Things,  &Search::States, &Search::Sounds, &Search::Sprites, &Search::Music, &Search::Strings,
+            &Search::Weapons, &Search::Ammo,   &Search::Cheats, &Search::Misc,    &Search::Pars,  &Search::Notes};
         (this->*searches[static_cast<std::size_t>(group)])(hits);
     }
 
@@ -181,10 +181,16 @@ private:
             hits.Add(std::min(matcher_.Number(entry.number, "sound"), matcher_.Name(Set().SoundName(entry.number))),
                      {RecordKind::Sound, entry.number, existsField});
     }
-    void Sprites(Hits& hits) const {
-        for (const auto& entry : Set().sprites)
-            hits.Add(std::min(matcher_.Number(entry.number, "sprite"), matcher_.Name(Set().SpriteName(entry.number))),
-                     {RecordKind::Sprite, entry.number, existsField});
+    /// By the kept rules nothing of them is edited.
+    void Sprites(Hits& hits) const { Lumps(hits, RecordKind::Sprite, "sprite"); }
+    void Music(Hits& hits) const { Lumps(hits, RecordKind::Music, "music"); }
+    void Lumps(Hits& hits, RecordKind kind, std::string_view word) const {
+        if (!session_.engine.dialect.EngineRules())
+            return;
+        for (const std::int32_t number : RecordNumbers(Set(), kind)) {
+            const auto name = std::get<std::string>(ReadCell(Set(), {kind, number, lumpNameField}));
+            hits.Add(std::min(matcher_.Number(number, word), matcher_.Name(name)), {kind, number, existsField});
+        }
     }
     void Strings(Hits& hits) const {
         for (const auto& [number, string] : Set().strings) {
@@ -241,6 +247,10 @@ std::string Snippet(std::string_view text, const Matcher& matcher) {
     return (from > 0 ? "..." : "") + snippet + (from + snippetLength < text.size() ? "..." : "");
 }
 
+std::string Title(const std::string& number, std::string_view name) {
+    return name.empty() ? number : number + " " + std::string(name);
+}
+
 /// What the window shows of a result.
 Found Describe(const Session& session, const Matcher& matcher, const Cell& cell) {
     const PatchSet& set = session.patch.current;
@@ -251,22 +261,22 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
     switch (cell.kind) {
     case RecordKind::Thing: {
         const ThingRecord& thing = set.things[cell.index];
-        return {cell, number + " " + thing.name, thing.id > 0 ? "ID " + std::to_string(thing.id) : std::string()};
+        return {cell, Title(number, thing.name), thing.id > 0 ? "ID " + std::to_string(thing.id) : std::string()};
     }
     case RecordKind::State: {
         const StateRecord& state = set.states[cell.index];
         const auto action = session.engine.mnemonicByValue.find(state.codePointer);
-        return {cell, number + " " + (cell.index == 0 ? "-" : StateLabel(set, state)),
+        return {cell, Title(number, cell.index == 0 ? "-" : StateLabel(set, state)),
                 state.codePointer == 0 || action == session.engine.mnemonicByValue.end() ? std::string()
                                                                                          : action->second};
     }
     case RecordKind::Sound:
-        return {cell, number + " " + set.SoundName(cell.index), {}};
+        return {cell, Title(number, set.SoundName(cell.index)), {}};
     case RecordKind::Sprite:
-        return {cell, number + " " + std::string(set.SpriteName(cell.index)), {}};
+    case RecordKind::Music:
+        return {cell, Title(number, std::get<std::string>(ReadCell(set, {cell.kind, cell.index, lumpNameField}))), {}};
     case RecordKind::String:
-        return {cell, number + " " + std::string(KeyOf(session, cell.index)),
-                Snippet(set.strings[cell.index].text, matcher)};
+        return {cell, Title(number, KeyOf(session, cell.index)), Snippet(set.strings[cell.index].text, matcher)};
     case RecordKind::Cheat:
         return {cell, std::string(CheatLabel(cell.index)), Snippet(set.cheats[cell.index].text, matcher)};
     case RecordKind::Misc:
@@ -277,12 +287,12 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
         return {cell, modPatchText::LevelName(par.episode, par.map), std::to_string(par.seconds) + " seconds"};
     }
     default:
-        return {cell, number + " " + std::get<std::string>(ReadCell(set, {cell.kind, cell.index, nameField})), {}};
+        return {cell, Title(number, std::get<std::string>(ReadCell(set, {cell.kind, cell.index, nameField}))), {}};
     }
 }
 
 constexpr std::array<RecordKind, findGroupCount - 1> kindOfGroup{
-    RecordKind::Thing,  RecordKind::State, RecordKind::Sound, RecordKind::Sprite, RecordKind::String,
+    RecordKind::Thing,  RecordKind::State, RecordKind::Sound, RecordKind::Sprite, RecordKind::Music, RecordKind::String,
     RecordKind::Weapon, RecordKind::Ammo,  RecordKind::Cheat, RecordKind::Misc,   RecordKind::Par};
 
 } // namespace
@@ -298,7 +308,6 @@ std::size_t FindText(std::string_view text, std::string_view what, bool matchCas
 }
 
 std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& query) {
-    std::vector<FoundGroup> groups;
     const Matcher matcher(query.text, query.matchCase);
     const Search search(session, matcher);
     std::vector<std::pair<Rank, FoundGroup>> ranked;
@@ -313,19 +322,21 @@ std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& qu
             found.found.push_back(Describe(session, matcher, cell));
     }
     std::ranges::stable_sort(ranked, {}, &std::pair<Rank, FoundGroup>::first);
+    std::vector<FoundGroup> groups;
+    groups.reserve(ranked.size());
     for (auto& each : ranked)
         groups.push_back(std::move(each.second));
     return groups;
 }
 
-std::optional<Cell> FindRecord(const Session& session, RecordKind kind, std::string_view text) {
+std::optional<Found> FindRecord(const Session& session, RecordKind kind, std::string_view text) {
     const Matcher matcher(text, false);
     Hits hits(1);
     const auto group = std::ranges::find(kindOfGroup, kind) - kindOfGroup.begin();
     Search(session, matcher).Run(static_cast<FindGroup>(group), hits);
     if (hits.Count() == 0 || (matcher.IsNumber() && hits.Best() != Rank::Itself))
         return std::nullopt;
-    return hits.Cells().front();
+    return Describe(session, matcher, hits.Cells().front());
 }
 
 } // namespace plinket3

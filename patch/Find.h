@@ -18,6 +18,7 @@ enum class FindGroup : std::uint8_t {
     States,
     Sounds,
     Sprites,
+    Music,
     Strings,
     Weapons,
     Ammo,
@@ -26,7 +27,7 @@ enum class FindGroup : std::uint8_t {
     Pars,
     Notes
 };
-inline constexpr std::size_t findGroupCount = 11;
+inline constexpr std::size_t findGroupCount = 12;
 
 struct FindQuery {
     /// A part of what is looked for. Numbers are those of patches (things count from 1); "frame 12" is one of a kind.
@@ -56,7 +57,7 @@ std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& qu
 
 /// The record of a kind that a number or name stands for: that one itself, else the first that begins so, else the
 /// first with such a part. A number is one record's alone. Absent when there is none.
-std::optional<Cell> FindRecord(const Session& session, RecordKind kind, std::string_view text);
+std::optional<Found> FindRecord(const Session& session, RecordKind kind, std::string_view text);
 
 /// Where `what` (not empty) begins in `text` from `from` on; npos when it does not.
 std::size_t FindText(std::string_view text, std::string_view what, bool matchCase, std::size_t from = 0);

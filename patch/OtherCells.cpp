@@ -14,6 +14,8 @@ void ForEachOtherCell(const PatchSet& before, const PatchSet& after, const std::
         for (const Cell& cell : CellsOf(kind, index))
             if (TextFieldAt(cell.field) == nullptr && (cell.field < 0 || FactsOf(kind, cell.field).inPatch))
                 visitCell(cell);
+        if (HasLumpName(kind))
+            visitCell({kind, index, lumpNameField});
     };
     VisitKinds([&](const auto& kind) {
         const auto &records = kind.In(before), &others = kind.In(after);

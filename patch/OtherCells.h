@@ -6,8 +6,8 @@
 
 namespace plinket3 {
 
-/// Calls visit(cell) for every cell of a patch that has another value in the second set, but for the names of sprites
-/// and sounds; first of all of a record for its existence. Both sets are of the same engine.
+/// Calls visit(cell) for every cell of a patch that has another value in the second set, first of all of a
+/// record for its existence; not for par times. Both sets are of the same engine.
 void ForEachOtherCell(const PatchSet& before, const PatchSet& after, const std::function<void(const Cell&)>& visit);
 
 } // namespace plinket3

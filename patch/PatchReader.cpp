@@ -285,9 +285,8 @@ private:
         switch (store_.Current()) {
         case Section::Sprites:
         case Section::Sounds:
-            return store_.StoreRename(key, value);
         case Section::Music:
-            return store_.StoreMusic(key, value);
+            return store_.StoreRename(key, value);
         case Section::Helper:
             return store_.StoreHelper(key, value);
         case Section::Unsupported:
@@ -333,27 +332,31 @@ Status ReadableByEngines(std::string_view bytes) {
     return ParsePatch(bytes, none, PatchSet(), set).status;
 }
 
+ReadResult ReadBytes(std::string bytes, const EngineConfiguration& engine, PatchData& patch) {
+    patch.document.reset();
+    if (!engine.dialect.EngineRules())
+        return ParsePatch(bytes, engine, patch.defaults, patch.current);
+    auto document = std::make_shared<PatchDocument>();
+    ReadResult result = document->Read(std::move(bytes), engine, patch.defaults, patch.current);
+    patch.document = std::move(document);
+    return result;
+}
+
 bool ReadPatch(Notifier& notifier, const PatchPlace& place, Session& session) {
     std::string bytes;
     if (const Status status = ReadPlace(place, bytes); !status) {
         notifier.Show(MessageKind::Exclamation, "Could not read " + place.Name() + ": " + status.Reason());
         return false;
     }
-    PatchSet set;
-    ReadResult result;
-    std::shared_ptr<PatchDocument> document;
-    if (session.engine.dialect.EngineRules()) {
-        document = std::make_shared<PatchDocument>();
-        result = document->Read(std::move(bytes), session.engine, session.patch.defaults, set);
-    } else {
-        result = ParsePatch(bytes, session.engine, session.patch.defaults, set);
-    }
+    PatchData read;
+    read.defaults = session.patch.defaults;
+    const ReadResult result = ReadBytes(std::move(bytes), session.engine, read);
     if (!result.status) {
         notifier.Show(MessageKind::Exclamation, result.status.Reason());
         return false;
     }
-    session.patch.current = std::move(set);
-    session.patch.document = std::move(document);
+    session.patch.current = std::move(read.current);
+    session.patch.document = std::move(read.document);
     session.patch.fileName = place.file;
     session.patch.lump = place.lump;
     session.patch.named = true;

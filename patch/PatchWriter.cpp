@@ -26,9 +26,10 @@ constexpr std::string_view lineEnd = "\r\n";
 /// follows it.
 class PatchWriter {
 public:
-    PatchWriter(const PatchData& patch, const EngineConfiguration& engine)
-        : patch_(patch), engine_(engine), dialect_(engine.dialect), current_(patch.current), defaults_(patch.defaults) {
-    }
+    /// `chosen`: whole records in place of what differs.
+    PatchWriter(const PatchData& patch, const EngineConfiguration& engine, const std::set<RecordId>* chosen = nullptr)
+        : patch_(patch), engine_(engine), dialect_(engine.dialect), current_(patch.current), defaults_(patch.defaults),
+          chosen_(chosen) {}
 
     std::string Format() {
         out_.reserve(LikelySize());
@@ -40,24 +41,33 @@ public:
             if (kind.kind == RecordKind::Sound)
                 EndKind(dialect_.namedCodePointers ? CodePointers() : Pointers());
         });
-        Block(dialect_.cheats, " 0", [this] { Cheats(); });
-        Block(dialect_.misc, " 0", [this] { Fields(current_.misc, defaults_.misc); });
-        EndKind(Pars());
+        if (chosen_ == nullptr) {
+            Block(dialect_.cheats, " 0", [this] { Cheats(); });
+            Block(dialect_.misc, " 0", [this] { Fields(current_.misc, defaults_.misc); });
+            EndKind(Pars());
+        }
         if (dialect_.keyedTexts)
             Block(dialect_.strings, "", [this] { Strings(); });
         else
             Texts();
         if (dialect_.unlimited) {
-            Block(spriteNames, "", [this] { LumpNames(current_.sprites, defaults_.sprites); });
-            Block(soundNames, "", [this] { LumpNames(current_.sounds, defaults_.sounds); });
+            Block(spriteNames, "", [this] { LumpNames(RecordKind::Sprite, current_.sprites, defaults_.sprites); });
+            Block(soundNames, "", [this] { LumpNames(RecordKind::Sound, current_.sounds, defaults_.sounds); });
+            Block(musicNames, "", [this] { LumpNames(RecordKind::Music, current_.music, defaults_.music); });
         } else if (CanRenameLumps(dialect_)) {
-            LumpTexts(RecordKind::Sprite);
-            LumpTexts(RecordKind::Sound);
+            for (const RecordKind kind : lumpNamedKinds)
+                LumpTexts(kind);
         }
+        if (chosen_ == nullptr && current_.misc.helper != defaults_.misc.helper)
+            Block(helperSection, "", [this] { Line(helperKey, " = ", current_.misc.helper); });
         return std::move(out_);
     }
 
 private:
+    bool IsChosen(RecordKind kind, std::int32_t number) const {
+        return chosen_ == nullptr || chosen_->contains({kind, number});
+    }
+
     /// Room for all fields of things and states, which a large patch is made of, so that its text is not moved while it
     /// grows. Room that stays unused is address space only.
     std::size_t LikelySize() const {
@@ -79,6 +89,8 @@ private:
 
     void Header() {
         Line(dialect_.firstLine);
+        if (chosen_ != nullptr)
+            return ChosenHeader();
         Note(patchNotes);
         if (dialect_.EngineRules())
             return EngineHeader();
@@ -119,6 +131,28 @@ private:
         Line();
     }
 
+    /// With the engine that the records come from.
+    void ChosenHeader() {
+        Line();
+        Line("Doom version = ", static_cast<std::int32_t>(engine_.version));
+        Line("Patch format = ", dialect_.patchFormat);
+        Line("Engine config = ", std::string_view(engine_.fileName));
+        Line();
+    }
+
+    /// What a record is that has no name of its own, below its header, where comments are no notes.
+    template <class Record> void Comment([[maybe_unused]] std::int32_t number, [[maybe_unused]] const Record& record) {
+        if constexpr (std::is_same_v<Record, StateRecord>) {
+            const std::string* action = engine_.MnemonicOf(record.codePointer);
+            Line("# ", current_.SpriteName(record.sprite),
+                 std::string_view(std::string(1, static_cast<char>('A' + (record.subnumber & 31)))),
+                 action == nullptr || record.codePointer == 0 ? "" : ", ",
+                 action == nullptr || record.codePointer == 0 ? std::string_view() : std::string_view(*action));
+        } else if constexpr (std::is_same_v<Record, SoundRecord>) {
+            Line("# ", std::string_view(current_.SoundName(number)));
+        }
+    }
+
     /// A note is written above the header of its record; the kept rules know none.
     bool Note(const Cell& cell) {
         if (!dialect_.EngineRules() || current_.notes.empty())
@@ -145,14 +179,19 @@ private:
     }
 
     template <class Record> void Fields(const Record& current, const Record& standard) {
-        ForEachDifference(current, standard, dialect_.fields, [this](const Field<Record>& field, FieldValue value) {
+        const auto write = [this](const Field<Record>& field, FieldValue value) {
             if (!value) // no line can take a number away
                 return;
             if (field.unit == FieldUnit::Flags)
                 Line(field.label, " = ", std::string_view(BitsText(engine_, field.bits, *value)));
             else
                 Line(field.label, " = ", *value);
-        });
+        };
+        if (chosen_ == nullptr)
+            return ForEachDifference(current, standard, dialect_.fields, write);
+        for (const Field<Record>& field : fieldsOf<Record>)
+            if (field.inPatch && field.since <= dialect_.fields)
+                write(field, ValueOf(current, field));
     }
 
     void TextFields(RecordKind kind, std::int32_t number) {
@@ -160,7 +199,7 @@ private:
             const int field = static_cast<int>(i);
             const std::string_view text = current_.TextOf(kind, number, field);
             if (textFields[i].kind == kind && textFields[i].since <= dialect_.fields && !text.empty() &&
-                text != defaults_.TextOf(kind, number, field))
+                (chosen_ != nullptr || text != defaults_.TextOf(kind, number, field)))
                 Line(textFields[i].label, " = ", text);
         }
     }
@@ -174,8 +213,10 @@ private:
             const Record& standard = *own;
             const bool made = !kind.In(defaults_).Has(number);
             const std::size_t start = out_.size();
-            const bool noted = Note({kind.kind, number, noteField});
-            if (record == standard && !noted && !made && !otherTexts.contains(number))
+            if (!IsChosen(kind.kind, number))
+                continue;
+            const bool noted = Note({kind.kind, number, noteField}), whole = chosen_ != nullptr;
+            if (record == standard && !noted && !made && !whole && !otherTexts.contains(number))
                 continue;
             Put(section.word);
             Put(" ");
@@ -190,11 +231,13 @@ private:
                 }
             }
             Line();
+            if (whole)
+                Comment(number, record);
             const std::size_t headerEnd = out_.size();
             Fields(record, standard);
-            if (otherTexts.contains(number))
+            if (whole || otherTexts.contains(number))
                 TextFields(kind.kind, number);
-            if (!renamed && !noted && !made && out_.size() == headerEnd) { // only what no patch has differs
+            if (!renamed && !noted && !made && !whole && out_.size() == headerEnd) { // only what no patch has differs
                 out_.resize(start);
                 continue;
             }
@@ -223,7 +266,8 @@ private:
         Line(dialect_.codePointers);
         const std::size_t headerEnd = out_.size();
         for (const auto& [state, record] : current_.states) {
-            if (record.codePointer == RecordOrNew(defaults_.states, state)->codePointer)
+            if (chosen_ == nullptr ? record.codePointer == RecordOrNew(defaults_.states, state)->codePointer
+                                   : !IsChosen(RecordKind::State, state))
                 continue;
             const std::string* mnemonic = engine_.MnemonicOf(record.codePointer);
             Line(dialect_.states.word, " ", state, " = ",
@@ -239,15 +283,17 @@ private:
 
     bool Pointers() {
         const std::vector<StateRecord>&current = current_.states.Dense(), &defaults = defaults_.states.Dense();
-        if (std::ranges::equal(current, defaults, {}, &StateRecord::codePointer, &StateRecord::codePointer))
+        if (chosen_ == nullptr &&
+            std::ranges::equal(current, defaults, {}, &StateRecord::codePointer, &StateRecord::codePointer))
             return false; // most patches need no search for sources
         const PointerTargets targets(current_.states, engine_.codePointerStates);
         bool any = false;
         for (std::size_t i = 0; i < current.size(); ++i) {
             const std::int32_t codePointer = current[i].codePointer;
-            if (codePointer == defaults[i].codePointer)
-                continue;
             const auto state = static_cast<std::int32_t>(i);
+            if (chosen_ == nullptr ? codePointer == defaults[i].codePointer
+                                   : !IsChosen(RecordKind::State, state) || !targets.CanExpress(state, codePointer))
+                continue;
             const std::int32_t source = targets.StateWithAction(codePointer);
             // Kept: the last state is never written as a source, and the number of states stands for "none found".
             // docs/kept-behaviour.md
@@ -289,7 +335,8 @@ private:
 
     void EngineStrings() {
         for (std::size_t i = 0; i < std::min(current_.strings.size(), engine_.strings.size()); ++i)
-            if (current_.strings[i].text != defaults_.strings[i].text)
+            if (chosen_ == nullptr ? current_.strings[i].text != defaults_.strings[i].text
+                                   : IsChosen(RecordKind::String, static_cast<std::int32_t>(i)))
                 if (const auto escaped = EngineEscape(current_.strings[i].text, lineEnd))
                     Line(engine_.strings[i].mnemonic, " = ", std::string_view(*escaped));
     }
@@ -314,22 +361,23 @@ private:
         }
     }
 
-    template <class Record> void LumpNames(const NumberedList<Record>& current, const NumberedList<Record>& defaults) {
+    template <class Record>
+    void LumpNames(RecordKind kind, const NumberedList<Record>& current, const NumberedList<Record>& defaults) {
         for (const auto& [number, record] : current)
-            if (record.name != RecordOrNew(defaults, number)->name) {
+            if (record.name != RecordOrNew(defaults, number)->name && IsChosen(kind, number)) {
                 std::string name(record.name.begin(), record.name.end());
                 std::replace(name.begin(), name.end(), '\0', ' ');
                 Line(std::string_view(LumpNameKey(defaults, number)), " = ", Trim(std::string_view(name)));
             }
     }
 
-    /// The same for engines that know sprites and sounds by their own names alone.
+    /// The same for engines that know sprites, sounds and music by their own names alone.
     void LumpTexts(RecordKind kind) {
         for (const std::int32_t number : RecordNumbers(current_, kind)) {
             const Cell cell{kind, number, lumpNameField};
             const auto name = std::get<std::string>(ReadCell(current_, cell));
             const std::string old = NameInTexts(defaults_, kind, number);
-            if (old.empty() || name == std::get<std::string>(ReadCell(defaults_, cell)))
+            if (old.empty() || name == std::get<std::string>(ReadCell(defaults_, cell)) || !IsChosen(kind, number))
                 continue;
             Line(dialect_.texts, " ", static_cast<std::int32_t>(old.size()), " ",
                  static_cast<std::int32_t>(name.size()));
@@ -342,7 +390,7 @@ private:
         for (std::size_t i = 0; i < current_.strings.size(); ++i) {
             const StringRecord& text = current_.strings[i];
             const StringRecord& standard = defaults_.strings[i];
-            if (text.text == standard.text)
+            if (text.text == standard.text || !IsChosen(RecordKind::String, static_cast<std::int32_t>(i)))
                 continue;
             Line(dialect_.texts, " ", standard.length, " ", text.length);
             Line(std::string_view(standard.text), std::string_view(text.text));
@@ -355,6 +403,7 @@ private:
     const Dialect& dialect_;
     const PatchSet& current_;
     const PatchSet& defaults_;
+    const std::set<RecordId>* chosen_; // null for all that differs
     std::string out_;
 };
 
@@ -362,6 +411,13 @@ private:
 
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine) {
     return PatchWriter(patch, engine).Format();
+}
+
+std::string FormatRecords(const PatchData& patch, const EngineConfiguration& engine,
+                          const std::set<RecordId>& records) {
+    EngineConfiguration byEngineRules = engine;
+    byEngineRules.dialect = engine.dialect.AsEngines();
+    return PatchWriter(patch, byEngineRules, &records).Format();
 }
 
 Status FormatForSaving(const PatchData& patch, const EngineConfiguration& engine, BytePieces& bytes) {

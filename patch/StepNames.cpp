@@ -44,6 +44,8 @@ std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index)
         return "sound " + set.SoundName(index);
     case RecordKind::Sprite:
         return "sprite " + std::string(set.SpriteName(index));
+    case RecordKind::Music:
+        return "music " + std::get<std::string>(ReadCell(set, {kind, index, lumpNameField}));
     case RecordKind::String:
         return "string " + std::to_string(index);
     case RecordKind::Cheat:
@@ -65,6 +67,29 @@ std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<
                                : std::to_string(records.size()) + " " + std::string(many);
 }
 
+std::string FieldName(const Cell& cell) {
+    switch (cell.field) {
+    case nameField:
+    case lumpNameField:
+        return "Name";
+    case codePointerField:
+        return "Action";
+    case noteField:
+        return "Note";
+    case existsField:
+        return "Record";
+    case textField:
+        return "Text";
+    case listField:
+        return "Par times";
+    case helperField:
+        return "Helper";
+    default:
+        const TextField* text = TextFieldAt(cell.field);
+        return std::string(text != nullptr ? text->label : FactsOf(cell.kind, cell.field).label);
+    }
+}
+
 std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::string_view many) {
     const Cell& cell = cells.front();
     if (cell == patchNotes)
@@ -76,11 +101,7 @@ std::string CellsName(const PatchSet& set, const std::vector<Cell>& cells, std::
     std::string record = RecordsName(set, cell.kind, records, many);
     if (cell.field == textField || cell.field == listField)
         return record;
-    std::string label = cell.field == nameField || cell.field == lumpNameField ? "name"
-                        : cell.field == codePointerField                       ? "action"
-                        : cell.field == noteField                              ? "note"
-                        : TextFieldAt(cell.field) != nullptr ? std::string(TextFieldAt(cell.field)->label)
-                                                             : std::string(FactsOf(cell.kind, cell.field).label);
+    std::string label = FieldName(cell);
     const bool abbreviation = label.size() > 1 && ToLower(label[1]) != label[1];
     if (!label.empty() && !abbreviation)
         label[0] = ToLower(label[0]);

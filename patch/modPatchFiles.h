@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -57,10 +58,6 @@ public:
     virtual void OtherString(std::size_t /*offset*/, std::string_view /*key*/, std::string_view /*text*/) {}
     virtual void Renamed(std::size_t /*offset*/, RecordKind /*kind*/, std::string_view /*from*/,
                          std::string_view /*to*/) {}
-    virtual void RenamedMusic(std::size_t /*offset*/, std::string_view /*from*/, std::string_view /*to*/) {}
-    /// By engine rules: a line of [MUSIC], and the thing (as patches count) that [HELPER] names.
-    virtual void Music(std::size_t /*offset*/, std::string_view /*from*/, std::string_view /*to*/) {}
-    virtual void Helper(std::size_t /*offset*/, std::int32_t /*thing*/) {}
     /// By the kept rules: a line with "=" belongs to its section, whether or not the record exists.
     virtual void Field(std::size_t /*offset*/) {}
     /// A number was read, for a field or as a part of another line.
@@ -95,6 +92,10 @@ IncludeReader IncludesBeside(std::filesystem::path patch);
 ReadResult ParsePatch(std::string_view bytes, const EngineConfiguration& engine, const PatchSet& defaults,
                       PatchSet& set, ReadObserver* observer = nullptr, const IncludeReader& includes = {});
 
+/// Reads a patch over `patch.defaults` into `patch.current` by the engine's rules, by those of game engines also into
+/// `patch.document`. After a failure both are as far as it was read.
+ReadResult ReadBytes(std::string bytes, const EngineConfiguration& engine, PatchData& patch);
+
 /// Fails for bytes of which game engines understand nothing, with the message for the user.
 Status ReadableByEngines(std::string_view bytes);
 
@@ -103,6 +104,10 @@ Status ReadableByEngines(std::string_view bytes);
 
 /// The differences between the two sets of `patch` as a patch file's bytes.
 std::string FormatPatch(const PatchData& patch, const EngineConfiguration& engine);
+
+/// These records as a patch's text, by engine rules: all that they hold, whether or not it is the engine's own, with
+/// names in comments. States, things, weapons, ammunition, sounds, sprites' names and strings; others are left out.
+std::string FormatRecords(const PatchData& patch, const EngineConfiguration& engine, const std::set<RecordId>& records);
 
 /// The document's bytes with the engine, IWAD and data WAD of `patch` in the lines that name others. A line stays that
 /// names a file of the same name in whatever folder, and so does one for which `patch` says nothing, or nothing that

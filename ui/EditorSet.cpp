@@ -4,6 +4,7 @@
 #include "ui/editors/frmEditAmmo.h"
 #include "ui/editors/frmEditCheats.h"
 #include "ui/editors/frmEditMisc.h"
+#include "ui/editors/frmEditMusic.h"
 #include "ui/editors/frmEditPars.h"
 #include "ui/editors/frmEditSounds.h"
 #include "ui/editors/frmEditSprites.h"
@@ -78,7 +79,9 @@ std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
         return std::make_unique<frmEditMisc>(context);
     if (name == "frmEditPars")
         return std::make_unique<frmEditPars>(context);
-    return std::make_unique<frmEditSprites>(context);
+    if (name == "frmEditSprites")
+        return std::make_unique<frmEditSprites>(context);
+    return std::make_unique<frmEditMusic>(context);
 }
 
 bool EditorSet::Load(std::string_view name) {
@@ -109,13 +112,14 @@ bool EditorSet::Load(std::string_view name) {
 /// Only extended patches have par times, and by the kept rules none renames a sprite.
 bool EditorSet::Serves(std::size_t editor) const {
     const Dialect& dialect = program_.engine.dialect;
-    return editor == parEditor ? dialect.IsExtended() : editor != spriteEditor || dialect.EngineRules();
+    return editor == parEditor ? dialect.IsExtended()
+                               : (editor != spriteEditor && editor != musicEditor) || dialect.EngineRules();
 }
 
 bool EditorSet::IsShown(std::size_t editor) const { return frames_[editor] != nullptr && !frames_[editor]->isHidden(); }
 
 void EditorSet::Show(std::size_t editor, bool shown) {
-    if (editor == spriteEditor && shown)
+    if ((editor == spriteEditor || editor == musicEditor) && shown)
         Load(editorEntries[editor].window); // which few need
     if (editors_[editor] == nullptr || (!shown && frames_[editor] == nullptr))
         return;

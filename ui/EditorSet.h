@@ -34,25 +34,27 @@ struct EditorEntry {
     RecordKind kind;
     const char* window; // class and object name
     const char* command;
+    const char* key;
     const char* menuText;
     const char* button;
     const char* manualPage;
 };
-inline constexpr std::array<EditorEntry, 10> editorEntries{{
-    {RecordKind::Thing, "frmEditThings", "ViewThingEditor", "Thing editor", "Things", "things.md"},
-    {RecordKind::State, "frmEditStates", "ViewStateEditor", "State editor", "States", "states.md"},
-    {RecordKind::Sound, "frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds", "sounds.md"},
-    {RecordKind::String, "frmEditStrings", "ViewStringEditor", "String editor", "Strings", "strings.md"},
-    {RecordKind::Weapon, "frmEditWeapons", "ViewWeaponEditor", "Weapon editor", "Weapons", "weapons.md"},
-    {RecordKind::Ammo, "frmEditAmmo", "ViewAmmoEditor", "Ammo editor", "Ammo", "ammo.md"},
-    {RecordKind::Cheat, "frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats", "cheats.md"},
-    {RecordKind::Misc, "frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc.", "misc.md"},
-    {RecordKind::Par, "frmEditPars", "ViewParEditor", "Par. editor", "Par.", "pars.md"},
-    {RecordKind::Sprite, "frmEditSprites", "ViewSpriteEditor", "Sprite editor", "Sprites", "sprites.md"},
+inline constexpr std::array<EditorEntry, 11> editorEntries{{
+    {RecordKind::Thing, "frmEditThings", "ViewThingEditor", "Ctrl+1", "Thing editor", "Things", "things.md"},
+    {RecordKind::State, "frmEditStates", "ViewStateEditor", "Ctrl+2", "State editor", "States", "states.md"},
+    {RecordKind::Sound, "frmEditSounds", "ViewSoundEditor", "Ctrl+3", "Sound editor", "Sounds", "sounds.md"},
+    {RecordKind::String, "frmEditStrings", "ViewStringEditor", "Ctrl+4", "String editor", "Strings", "strings.md"},
+    {RecordKind::Weapon, "frmEditWeapons", "ViewWeaponEditor", "Ctrl+5", "Weapon editor", "Weapons", "weapons.md"},
+    {RecordKind::Ammo, "frmEditAmmo", "ViewAmmoEditor", "Ctrl+6", "Ammo editor", "Ammo", "ammo.md"},
+    {RecordKind::Cheat, "frmEditCheats", "ViewCheatEditor", "Ctrl+7", "Cheat editor", "Cheats", "cheats.md"},
+    {RecordKind::Misc, "frmEditMisc", "ViewMiscEditor", "Ctrl+8", "Misc. editor", "Misc.", "misc.md"},
+    {RecordKind::Par, "frmEditPars", "ViewParEditor", "Ctrl+9", "Par. editor", "Par.", "pars.md"},
+    {RecordKind::Sprite, "frmEditSprites", "ViewSpriteEditor", "Ctrl+0", "Sprite editor", "Sprites", "sprites.md"},
+    {RecordKind::Music, "frmEditMusic", "ViewMusicEditor", "Ctrl+M", "Music editor", "Music", "music.md"},
 }};
-inline constexpr std::size_t parEditor = 8, spriteEditor = 9;
+inline constexpr std::size_t parEditor = 8, spriteEditor = 9, musicEditor = 10;
 
-/// The ten editors with their dialogs, as children of the main window's document area; answers what they ask of each
+/// The editors with their dialogs, as children of the main window's document area; answers what they ask of each
 /// other.
 class EditorSet : public QObject, public EditorLinks {
     Q_OBJECT

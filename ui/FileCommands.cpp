@@ -6,6 +6,7 @@
 #include "patch/Session.h"
 #include "patch/SessionChoice.h"
 #include "patch/modTables.h"
+#include "ui/ChooseLump.h"
 #include "ui/LatinText.h"
 
 #include <QApplication>
@@ -125,17 +126,7 @@ std::optional<PatchPlace> FileCommands::PlaceIn(const std::filesystem::path& fil
         BeginPatchIn({file, std::string(patchLump)});
         return std::nullopt;
     }
-    if (lumps.size() == 1)
-        return PatchPlace(file, lumps.front().lump);
-    QStringList rows;
-    for (const PatchLump& lump : lumps)
-        rows.append(tr("%1: lump %2 of the WAD, %3 bytes").arg(ShownText(lump.lump)).arg(lump.index).arg(lump.size));
-    const int row = dialogs_.Choose(
-        tr("Open a patch"),
-        tr("%1 holds several patches. Games read them all, in this order.").arg(ShownPath(file.filename())), rows);
-    if (row < 0)
-        return std::nullopt;
-    return PatchPlace(file, lumps[static_cast<std::size_t>(row)].lump);
+    return ChooseLump(dialogs_, tr("Open a patch"), file, lumps);
 }
 
 void FileCommands::BeginPatchIn(const PatchPlace& place) {

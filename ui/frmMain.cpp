@@ -1,9 +1,11 @@
 #include "ui/frmMain.h"
 
 #include "core/Version.h"
+#include "patch/LumpNames.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/frmChangeEngine.h"
+#include "ui/frmGoTo.h"
 #include "ui/frmPatchNotes.h"
 #include "ui/frmRecovered.h"
 
@@ -53,7 +55,10 @@ constexpr DialogPage dialogPages[]{
     {"frmFindIWADs", "options.md#iwads"},
     {"frmRecovered", "saving.md#unsaved-work"},
     {"frmPatchNotes", "rules.md#notes"},
+    {"frmCompare", "comparing.md"},
+    {"frmCompareWith", "comparing.md"},
     {"frmChangeEngine", "opening.md#another-engine"},
+    {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
     {"frmNewStates", "states.md#new-states"},
@@ -62,11 +67,12 @@ constexpr DialogPage dialogPages[]{
     {"frmSelectAction", "states.md#choosing-an-action"},
 };
 
-/// Empty for a dialog without a page.
-QString PageOf(const QWidget& dialog) {
-    for (const DialogPage& row : dialogPages)
-        if (dialog.objectName() == QLatin1String(row.dialog))
-            return QString::fromLatin1(row.page);
+/// The page of the dialog or dock that a control belongs to; empty where there is none.
+QString PageOf(const QWidget* control) {
+    for (; control != nullptr; control = control->parentWidget())
+        for (const DialogPage& row : dialogPages)
+            if (control->objectName() == QLatin1String(row.dialog))
+                return QString::fromLatin1(row.page);
     return {};
 }
 
@@ -81,8 +87,10 @@ QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLi
 
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
-      rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)), recovery_(program.settingsFolder),
-      editors_(program, edits, audio, dialogs, *area_), whereUsed_(new WhereUsedDock(program, edits, editors_)),
+      rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)),
+      compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
+      editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
+      whereUsed_(new WhereUsedDock(program, edits, editors_)),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -92,10 +100,18 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     column->addWidget(rulesBar_);
     column->addWidget(area_, 1);
     setCentralWidget(centre);
-    addDockWidget(Qt::BottomDockWidgetArea, otherLines_);
-    addDockWidget(Qt::RightDockWidgetArea, whereUsed_);
-    otherLines_->hide();
-    whereUsed_->hide();
+    for (QDockWidget* dock : {static_cast<QDockWidget*>(find_), static_cast<QDockWidget*>(whereUsed_)}) {
+        addDockWidget(Qt::RightDockWidgetArea, dock);
+        dock->hide();
+    }
+    connect(find_, &FindDock::Left, this, [this] {
+        if (const auto editor = editors_.Front())
+            editors_.Show(*editor, true);
+    });
+    for (QDockWidget* dock : {static_cast<QDockWidget*>(otherLines_), static_cast<QDockWidget*>(compare_)}) {
+        addDockWidget(Qt::BottomDockWidgetArea, dock);
+        dock->hide();
+    }
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -115,6 +131,10 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     connect(&commands_, &FileCommands::SessionChanged, this, &frmMain::SessionChanged);
     for (const auto signal : {&FileCommands::SessionChanged, &FileCommands::Saved})
         connect(&commands_, signal, otherLines_, &OtherLinesDock::Refresh);
+    connect(&commands_, &FileCommands::SessionChanged, compare_, [this] { compare_->Drop(true); });
+    connect(&commands_, &FileCommands::Saved, compare_, &frmCompare::Saved);
+    connect(compare_, &frmCompare::CellWanted, &editors_, &EditorSet::ShowCell);
+    connect(compare_, &frmCompare::StatusText, this, &frmMain::Tell);
     connect(&commands_, &FileCommands::Saved, this, [this] {
         updateCaption();
         RefreshSave();
@@ -159,6 +179,7 @@ void frmMain::BuildFileMenu() {
     fileLoadTable_ = Action("FileLoadTable", tr("&Load table..."));
     fileSaveTable_ = Action("FileSaveTable", tr("Save &table..."));
     fileEngine_ = Action("FileEngine", tr("&Engine..."));
+    fileCompare_ = Action("FileCompare", tr("&Compare with..."));
     filePatchNotes_ = Action("FilePatchNotes", tr("&Patch notes..."));
     fileRecovered_ = Action("FileRecovered", tr("&Recovered work..."));
     fileExit_ = Action("FileExit", tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -170,7 +191,7 @@ void frmMain::BuildFileMenu() {
     menu->addSeparator();
     menu->addActions({fileLoadTable_, fileSaveTable_});
     menu->addSeparator();
-    menu->addActions({fileEngine_, filePatchNotes_, fileRecovered_});
+    menu->addActions({fileCompare_, fileEngine_, filePatchNotes_, fileRecovered_});
     menu->addSeparator();
     for (std::size_t i = 0; i < recentCount; ++i) {
         recent_[i] = Action("Recent", {});
@@ -191,6 +212,7 @@ void frmMain::BuildFileMenu() {
     connect(fileLoadTable_, &QAction::triggered, &commands_, &FileCommands::LoadTable);
     connect(fileSaveTable_, &QAction::triggered, &commands_, &FileCommands::SaveTable);
     connect(fileEngine_, &QAction::triggered, this, &frmMain::ChangeEngine);
+    connect(fileCompare_, &QAction::triggered, compare_, &frmCompare::CompareWith);
     connect(filePatchNotes_, &QAction::triggered, this, &frmMain::EditPatchNotes);
     connect(fileRecovered_, &QAction::triggered, this, &frmMain::ShowRecovered);
     connect(fileExit_, &QAction::triggered, this, &QWidget::close);
@@ -202,10 +224,16 @@ void frmMain::BuildEditMenu() {
     editUndo_ = Action("EditUndo", tr("&Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z));
     editRedo_ = Action("EditRedo", tr("&Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
     editRedo_->setShortcuts({editRedo_->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    editFind_ = Action("EditFind", tr("&Find..."), QKeySequence(Qt::CTRL | Qt::Key_F));
+    editGoTo_ = Action("EditGoTo", tr("&Go to..."), QKeySequence(Qt::CTRL | Qt::Key_G));
     menu->addActions({editUndo_, editRedo_});
+    menu->addSeparator();
+    menu->addActions({editFind_, editGoTo_});
     menu->addSeparator();
     menu->addActions(editors_.RecordActions());
     menu->setToolTipsVisible(true);
+    connect(editFind_, &QAction::triggered, find_, &FindDock::Start);
+    connect(editGoTo_, &QAction::triggered, this, &frmMain::GoTo);
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
     connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
 }
@@ -225,13 +253,13 @@ void frmMain::BuildViewMenu() {
     menu->addSeparator();
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];
-        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText),
-                        QKeySequence(QStringLiteral("Ctrl+%1").arg((editor + 1) % 10)));
+        const QKeySequence key(QString::fromLatin1(editorEntries[editor].key));
+        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText), key);
         action->setCheckable(true);
         action->setIconText(tr(editorEntries[editor].button));
-        action->setToolTip(tr("Show or hide the %1 (Ctrl+%2)")
-                               .arg(tr(editorEntries[editor].menuText).toLower())
-                               .arg((editor + 1) % 10));
+        action->setToolTip(
+            tr("Show or hide the %1 (%2)")
+                .arg(tr(editorEntries[editor].menuText).toLower(), key.toString(QKeySequence::NativeText)));
         menu->addAction(action);
         connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
     }
@@ -239,10 +267,13 @@ void frmMain::BuildViewMenu() {
     QAction* otherLines = otherLines_->toggleViewAction();
     otherLines->setObjectName(QStringLiteral("ViewOtherLines"));
     otherLines->setText(tr("Other &lines"));
+    QAction* comparison = compare_->toggleViewAction();
+    comparison->setObjectName(QStringLiteral("ViewComparison"));
+    comparison->setText(tr("&Comparison"));
     viewWhereUsed_ = Action("ViewWhereUsed", tr("&Where used"), QKeySequence(Qt::CTRL | Qt::Key_U));
     viewWhereUsed_->setToolTip(tr("Show all that uses the selected record"));
     connect(viewWhereUsed_, &QAction::triggered, whereUsed_, &WhereUsedDock::Toggle);
-    menu->addActions({viewWhereUsed_, otherLines});
+    menu->addActions({viewWhereUsed_, otherLines, comparison});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -276,6 +307,7 @@ void frmMain::BuildToolbars() {
                                                  {nullptr, {}},
                                                  {viewBack_, tr("Back to where you were before (Alt+Left)")},
                                                  {viewForward_, tr("Forward again (Alt+Right)")},
+                                                 {editFind_, tr("Find anything in the patch (Ctrl+F)")},
                                                  {nullptr, {}},
                                                  {viewOptions_, tr("Display the options")},
                                                  {nullptr, {}},
@@ -311,8 +343,9 @@ void frmMain::BuildStatusBar() {
 
 void frmMain::SetIcons() {
     const std::pair<QAction*, const char*> icons[]{
-        {fileNew_, "new"},   {fileOpen_, "open"}, {fileSave_, "save"}, {viewOptions_, "options"}, {helpAbout_, "about"},
-        {editUndo_, "undo"}, {editRedo_, "redo"}, {viewBack_, "back"}, {viewForward_, "forward"}};
+        {fileNew_, "new"},     {fileOpen_, "open"},      {fileSave_, "save"}, {viewOptions_, "options"},
+        {helpAbout_, "about"}, {editUndo_, "undo"},      {editRedo_, "redo"}, {editFind_, "find"},
+        {viewBack_, "back"},   {viewForward_, "forward"}};
     for (const auto& [action, name] : icons)
         action->setIcon(ProgramIcon(name, palette()));
 }
@@ -353,6 +386,14 @@ bool frmMain::ShowOptions() {
     return false;
 }
 
+void frmMain::GoTo() {
+    const std::optional<Cell> here = editors_.Here();
+    if (!here)
+        return Tell(tr("Go to leads to a record of the editor in front, and none is shown"));
+    if (const std::optional<Cell> chosen = frmGoTo(program_, here->kind, this).Choose())
+        editors_.ShowCell(*chosen);
+}
+
 void frmMain::ShowRecovered() {
     if (const std::optional<KeptWork> work = frmRecovered(recovery_, program_.notifier, this).Choose())
         commands_.OpenKept(*work);
@@ -373,8 +414,11 @@ void frmMain::EditPatchNotes() {
 void frmMain::ShowManual(const QString& page) {
     if (!manual_)
         manual_ = std::make_unique<frmManual>(program_, state_);
+    if (!page.isEmpty())
+        return manual_->Open(page);
     const std::optional<std::size_t> editor = editors_.Front();
-    manual_->Open(page.isEmpty() && editor ? QString::fromLatin1(editorEntries[*editor].manualPage) : page);
+    const bool finding = find_->isAncestorOf(focusWidget());
+    manual_->Open(QString::fromLatin1(finding ? "finding.md" : editor ? editorEntries[*editor].manualPage : ""));
 }
 
 std::optional<Session> frmMain::ChooseSession(const PatchToOpen* patch) {
@@ -394,11 +438,12 @@ void frmMain::SessionChanged() {
     const bool firstSession = !fileSaveAs_->isEnabled();
     editors_.Refresh();
     history_.Clear();
+    find_->Refresh();
     SetEditBar(true);
     updateCaption();
     UpdateStatus();
     RefreshSave();
-    for (const std::size_t editor : {parEditor, spriteEditor})
+    for (const std::size_t editor : {parEditor, spriteEditor, musicEditor})
         if (!viewEditors_[editor]->isEnabled())
             editors_.Show(editor, false);
     if (!firstSession)
@@ -415,8 +460,11 @@ void frmMain::SessionChanged() {
 void frmMain::SetEditBar(bool enabled) {
     for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
-    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileLoadTable_, fileSaveTable_, viewWhereUsed_})
+    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
+    for (QAction* action : {editFind_, editGoTo_, viewWhereUsed_})
+        action->setEnabled(enabled);
+    find_->widget()->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
     fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
     filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());
@@ -511,7 +559,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() == QEvent::KeyPress && widget != nullptr &&
         static_cast<QKeyEvent*>(event)->keyCombination() == QKeyCombination(Qt::Key_F1)) {
-        if (const QString page = PageOf(*widget->window()); !page.isEmpty()) {
+        if (const QString page = PageOf(widget); !page.isEmpty()) {
             ShowManual(page);
             return true;
         }

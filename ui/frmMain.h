@@ -2,11 +2,13 @@
 
 #include "ui/EditorSet.h"
 #include "ui/FileCommands.h"
+#include "ui/FindDock.h"
 #include "ui/OtherLinesDock.h"
 #include "ui/PlaceHistory.h"
 #include "ui/RulesBar.h"
 #include "ui/WhereUsedDock.h"
 #include "ui/WindowState.h"
+#include "ui/compare/frmCompare.h"
 #include "ui/frmAbout.h"
 #include "ui/frmManual.h"
 #include "ui/frmNewFile.h"
@@ -90,6 +92,7 @@ private:
     void Tell(const QString& text);
     void RestorePlaces();
     void RestoreEditor(std::size_t editor);
+    void GoTo();
     void ShowRecovered();
     void ChangeEngine();
     void EditPatchNotes();
@@ -103,9 +106,11 @@ private:
     QMdiArea* area_;
     RulesBar* rulesBar_;
     OtherLinesDock* otherLines_;
+    frmCompare* compare_;
     Recovery recovery_;
     EditorSet editors_;
     PlaceHistory history_{editors_};
+    FindDock* find_;
     WhereUsedDock* whereUsed_;
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
@@ -116,9 +121,10 @@ private:
 
     QAction *fileNew_ = nullptr, *fileOpen_ = nullptr, *fileSave_ = nullptr, *fileSaveAs_ = nullptr,
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
-            *fileEngine_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr, *fileExit_ = nullptr,
-            *editUndo_ = nullptr, *editRedo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr,
-            *viewWhereUsed_ = nullptr, *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
+            *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *editFind_ = nullptr,
+            *editGoTo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr, *viewWhereUsed_ = nullptr,
+            *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

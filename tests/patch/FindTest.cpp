@@ -10,8 +10,8 @@
 namespace plinket3::test {
 namespace {
 
-constexpr std::array groupNames{"things", "states", "sounds", "sprites", "strings", "weapons",
-                                "ammo",   "cheats", "misc",   "pars",    "notes"};
+constexpr std::array groupNames{"things",  "states", "sounds", "sprites", "music", "strings",
+                                "weapons", "ammo",   "cheats", "misc",    "pars",  "notes"};
 
 class FindTest : public ::testing::Test {
 protected:
@@ -51,7 +51,7 @@ TEST_F(FindTest, TheBestOfEachGroupComeFirst) {
         {"Frame 442", 3, "states 1: 442 TROOA (Look);"},
         {"12", 2,
          "things 12: 12 Impaler (ID 3001); 120 Bloody Mess 2 (ID 12); | states 111: 12 PISGA (Raise); 120 BFE1D; | "
-         "sounds 23: 12 sawful; 120 ; | sprites 12: 12 PLSG; 120 COL5; | strings 13: 12 NIGHTMARE (are you sure? this "
+         "sounds 23: 12 sawful; 120; | sprites 12: 12 PLSG; 120 COL5; | strings 13: 12 NIGHTMARE (are you sure? this "
          "skill level isn't even remotely fair.  press y or n.); 120 HUSTR_4 (level 4: the focus);"},
         {"troo", 2, "sprites 1: 0 TROO; | states 33: 442 TROOA (Look); 443 TROOB (Look);"},
         {"TROOC", 9, "states 2: 448 TROOC (Chase); 449 TROOC (Chase);"},
@@ -95,8 +95,8 @@ TEST_F(FindTest, ARecordIsGoneToByItsNumberOrName) {
         {RecordKind::Par, "MAP17", 1},
     };
     for (const auto& row : cases) {
-        const auto cell = FindRecord(session, row.kind, row.text);
-        EXPECT_EQ(cell ? cell->index : noRecord, row.record) << row.text;
+        const auto found = FindRecord(session, row.kind, row.text);
+        EXPECT_EQ(found ? found->cell.index : noRecord, row.record) << row.text;
     }
 }
 

@@ -44,7 +44,11 @@ SpriteView::SpriteView(const QString& name) {
 }
 
 QString SpriteView::ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame) {
-    const auto lump = ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(sprite), frame);
+    return Draw(session, session.patch.current.SpriteName(sprite), frame);
+}
+
+QString SpriteView::Draw(const Session& session, std::string_view sprite, std::int32_t frame) {
+    const auto lump = ChooseSpriteFrame(session.wads, sprite, frame);
     const std::string bytes = lump ? lump->wad->ReadLumpString(lump->num, longestPictureLump) : std::string();
     clsBitmap bitmap;
     if (!lump || !DecodePicture(bytes, session.palette, bitmap)) {
@@ -58,13 +62,13 @@ QString SpriteView::ShowSpriteFrame(const Session& session, std::int32_t sprite,
     return ShownText(lump->name);
 }
 
-QString SpriteView::ShowState(const Session& session, std::int32_t state) {
-    const StateRecord* record = session.patch.current.states.Find(state);
+QString SpriteView::ShowState(const Session& session, const PatchSet& set, std::int32_t state) {
+    const StateRecord* record = set.states.Find(state);
     if (record == nullptr) {
         Clear();
         return {};
     }
-    return ShowSpriteFrame(session, record->sprite, record->subnumber & ~litBit);
+    return Draw(session, set.SpriteName(record->sprite), record->subnumber & ~litBit);
 }
 
 void SpriteView::Clear() {

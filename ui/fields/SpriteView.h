@@ -7,6 +7,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <string_view>
+
 namespace plinket3 {
 
 /// Shows one frame of a sprite out of the session's WADs, crisp: centred, and scaled by the largest whole number that
@@ -19,8 +21,11 @@ public:
     /// Draws the lump that the sprite's frame (without the lit bit) has in the WADs and returns its name; clears the
     /// view and returns an empty text when there is none or it is no picture.
     QString ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame);
-    /// The same for the frame of a state.
-    QString ShowState(const Session& session, std::int32_t state);
+    /// The same for the frame of a state, as another set has it and its sprite.
+    QString ShowState(const Session& session, const PatchSet& set, std::int32_t state);
+    QString ShowState(const Session& session, std::int32_t state) {
+        return ShowState(session, session.patch.current, state);
+    }
     void Clear();
 
     /// Where the picture of a state lies, in its own pixels, about the spot at which a thing stands. Empty when there
@@ -39,6 +44,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QString Draw(const Session& session, std::string_view sprite, std::int32_t frame);
+
     QImage picture_;
     QPoint place_; // of its upper left corner on the stage
     QRect stage_;

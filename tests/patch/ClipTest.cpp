@@ -1,0 +1,248 @@
+#include "patch/FreeRecords.h"
+#include "patch/OtherCells.h"
+#include "patch/PastePlan.h"
+#include "patch/StepNames.h"
+#include "tests/support/EveryField.h"
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+
+namespace plinket3::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class ClipTest : public ::testing::Test {
+protected:
+    ClipTest() {
+        program.programFolder = DATA_FOLDER;
+        program.engines = modConfig::EnumerateEngines(program.programFolder / "config", [](std::string_view) {});
+    }
+
+    Session Open(const char* engine) const {
+        Session session;
+        session.patch = BuiltEngine(DATA_FOLDER, engine, session.engine);
+        session.engine.dialect = session.engine.dialect.AsEngines();
+        session.fixedUses = LoadFixedUses(DATA_FOLDER, session.engine);
+        return session;
+    }
+    static std::string Copy(const Session& session, const std::vector<RecordId>& records) {
+        std::set<RecordId> copied;
+        for (const Companion& companion : CompanionsOf(session.patch, session.engine, records))
+            if (companion.proposed)
+                copied.insert(companion.record);
+        return modPatchFiles::FormatRecords(session.patch, session.engine, copied);
+    }
+    Status Plan(const Session& open, std::string_view text, PasteTo to, PastePlan& plan,
+                const PasteChanges& changes = {}) {
+        const Status read = ReadClip(program, open, text, clip);
+        return read ? PlanPaste(clip, open, to, changes, plan) : read;
+    }
+
+    ExpectingNotifier notifier;
+    Program program{notifier};
+    Clip clip;
+};
+
+/// Walks two trees of records side by side.
+class SideBySide {
+public:
+    SideBySide(const Session& from, const Session& to, const PastePlan& plan)
+        : from_(from), to_(to), walk_(from.patch.current, from.engine), otherWalk_(to.patch.current, to.engine),
+          level_(std::min(from.engine.dialect.fields, to.engine.dialect.fields)) {
+        for (const PastePlan::Place& place : plan.places)
+            places_.emplace(place.from, place.to);
+    }
+
+    void Compare(const RecordId& record, const RecordId& other) {
+        if (!seen_.insert(record).second)
+            return;
+        const std::map<int, Link> links = LinksOf(walk_, record), others = LinksOf(otherWalk_, other);
+        const std::string name = from_.engine.name + ": " + RecordName(From(), record.first, record.second);
+        for (const Cell& cell : CellsOf(record.first, record.second)) {
+            if (cell.field >= 0 &&
+                (!FactsOf(cell.kind, cell.field).inPatch || FactsOf(cell.kind, cell.field).since > level_))
+                continue;
+            const Cell same{other.first, other.second, cell.field};
+            const auto link = links.find(cell.field), otherLink = others.find(cell.field);
+            if (cell.field == codePointerField) {
+                const auto mnemonic = [](const Session& session, const CellValue& value) {
+                    return *session.engine.MnemonicOf(std::get<std::int32_t>(value));
+                };
+                EXPECT_EQ(mnemonic(from_, ReadCell(From(), cell)), mnemonic(to_, ReadCell(To(), same))) << name;
+            } else if (link == links.end()) {
+                EXPECT_TRUE(otherLink == others.end() && ReadCell(From(), cell) == ReadCell(To(), same))
+                    << name << ": field " << cell.field;
+            } else if (otherLink == others.end() || !IsSame(link->second.to, otherLink->second.to)) {
+                ADD_FAILURE() << name << ": field " << cell.field << " refers to something else";
+            }
+        }
+    }
+    std::size_t Count() const { return seen_.size(); }
+
+private:
+    const PatchSet& From() const { return from_.patch.current; }
+    const PatchSet& To() const { return to_.patch.current; }
+    static std::map<int, Link> LinksOf(const LinkWalk& walk, const RecordId& record) {
+        std::map<int, Link> links;
+        walk.ForEachOf(record.first, record.second, [&links](const Link& link) {
+            if (link.to.kind != TargetKind::Action)
+                links.insert_or_assign(link.from.field, link);
+        });
+        return links;
+    }
+    bool IsSame(const Target& target, const Target& other) {
+        if (target.kind == TargetKind::Sprite)
+            return From().SpriteName(target.number) == To().SpriteName(other.number);
+        if (target.kind == TargetKind::Sound)
+            return From().SoundName(target.number) == To().SoundName(other.number);
+        const RecordId record{*RecordKindOf(target.kind), target.number};
+        const auto place = places_.find(record);
+        if (place == places_.end())
+            return target == other;
+        Compare(record, {record.first, place->second});
+        return place->second == other.number;
+    }
+
+    const Session& from_;
+    const Session& to_;
+    LinkWalk walk_, otherWalk_;
+    FieldLevel level_; // of the fields that both engines know
+    std::map<RecordId, std::int32_t> places_;
+    std::set<RecordId> seen_;
+};
+
+TEST_F(ClipTest, AMonsterIsTheSameInAnotherPatchAndNothingElseIsChanged) {
+    std::mt19937 random(11);
+    const auto any = [&random](std::size_t count) { return static_cast<std::int32_t>(random() % count); };
+    std::size_t records = 0;
+    for (const char* source : {"doom19", "boom21", "mbf203", "dehextra21", "mbf21", "dsdhacked", "id24"})
+        for (const char* target : {"mbf21", "dsdhacked", "id24"}) {
+            Session from = Open(source), open = Open(target);
+            PatchSet& set = from.patch.current;
+            const bool arguments = from.engine.dialect.fields >= FieldLevel::Mbf21;
+            if (from.engine.dialect.unlimited) {
+                MakeRecords(set, from.engine);
+                if (std::string_view(source) == target)
+                    MakeRecords(open.patch.current, open.engine);
+            }
+            const std::int32_t thing = any(137), state = set.things[thing].initialState;
+            for (int i = 0; i < 4; ++i) // runs of states go criss-cross; chains of two monsters mix
+                set.states[set.states[state].nextState].nextState = set.things[any(137)].initialState;
+            set.things[thing].deathState = set.things[any(137)].deathState;
+            set.states[state].sprite = any(138);
+            if (arguments) {
+                StateRecord& spawning = set.states[state];
+                spawning.codePointer = *from.engine.CodePointerOf("SpawnObject");
+                SetValue(spawning, FieldOf(&StateRecord::arg1), any(137) + 1);
+                set.things[spawning.arg1 - 1].hitPoints = 77; // another one than elsewhere: it goes along
+            }
+            const std::string text = Copy(from, {{RecordKind::Thing, thing}});
+            const PatchSet before = open.patch.current;
+            PastePlan plan;
+            const Status planned = Plan(open, text, PasteTo::Free, plan);
+            ASSERT_TRUE(planned) << source << " to " << target << ": " << planned.Reason();
+            EXPECT_EQ(plan.lost, Lines()) << source << " to " << target;
+            EXPECT_EQ(clip.ignored, Lines());
+            Edits edits(open.patch);
+            edits.StoreGroup(plan.assignments, "paste");
+
+            std::set<RecordId> places;
+            for (const PastePlan::Place& place : plan.places)
+                if (!place.isThere)
+                    places.insert({place.from.first, place.to});
+            ForEachOtherCell(before, open.patch.current, [&](const Cell& cell) {
+                EXPECT_TRUE(places.contains({cell.kind, cell.index})) << RecordName(before, cell.kind, cell.index);
+            });
+            // The ID number is the one thing that may not be the same.
+            const auto placed =
+                std::ranges::find(plan.places, RecordId(RecordKind::Thing, thing), &PastePlan::Place::from);
+            for (const PastePlan::Place& place : plan.places)
+                if (place.from.first == RecordKind::Thing)
+                    open.patch.current.things[place.to].id = set.things[place.from.second].id;
+            SideBySide walk(from, open, plan);
+            walk.Compare({RecordKind::Thing, thing}, {RecordKind::Thing, placed->to});
+            records += walk.Count();
+            for (const PastePlan::Place& place : plan.places)
+                if (place.from.first == RecordKind::Thing)
+                    open.patch.current.things[place.to].id =
+                        before.things.Has(place.to) ? before.things[place.to].id : 0;
+            edits.Undo();
+            EXPECT_TRUE(open.patch.current == before);
+        }
+    EXPECT_GT(records, 200U);
+}
+
+TEST_F(ClipTest, GoesToTheSameNumbersWithJustWhatTheTextSays) {
+    Session open = Open("mbf203");
+    PastePlan plan;
+    ASSERT_TRUE(Plan(
+        open,
+        "Thing 12 (Devil)\nHit points = 200\nHorns = 2\n\nFrame 3000\nDuration = 4\n\n[CODEPTR]\nFrame 5 = Punch\n",
+        PasteTo::Same, plan));
+    EXPECT_EQ(plan.lost, Lines()) << "frame 3000 is none of the text's engine, either";
+    EXPECT_EQ(clip.ignored.size(), 2U) << ::testing::PrintToString(clip.ignored);
+    EXPECT_TRUE(clip.ignored.front().starts_with("line 3: \"Horns = 2\" ")) << clip.ignored.front();
+    Edits edits(open.patch);
+    edits.StoreGroup(plan.assignments, "paste");
+    PatchSet expected = open.patch.defaults;
+    expected.things[11].name = "Devil";
+    expected.things[11].hitPoints = 200;
+    expected.states[5].codePointer = *open.engine.CodePointerOf("Punch");
+    EXPECT_TRUE(open.patch.current == expected);
+}
+
+TEST_F(ClipTest, SaysWhatAnEngineCannotHoldBeforeAnythingChanges) {
+    Session from = Open("dsdhacked"), open = Open("boom21");
+    PastePlan plan;
+    const std::string monster = Copy(from, {{RecordKind::Thing, 11}});
+    EXPECT_EQ(Plan(open, monster, PasteTo::Free, plan).Reason(), "There are 0 free things, 1 are needed.");
+    EXPECT_TRUE(plan.assignments.empty());
+    from.patch.current.states.Add(5000).nextState = 5000;
+    from.patch.current.states[442].nextState = 5000;
+    from.patch.current.states[444].codePointer = *from.engine.CodePointerOf("HealChase");
+    from.patch.current.things[11].bits21 = 1;
+    ASSERT_TRUE(Plan(open, Copy(from, {{RecordKind::Thing, 11}}), PasteTo::Same, plan));
+    EXPECT_EQ(plan.lost,
+              (Lines{"frame 5000: the engine has none of that number", "Imp: the engine does not know \"MBF21 Bits\"",
+                     "frame 442: there is no frame 5000 here, which it refers to",
+                     "frame 444: the action HealChase cannot be had in frame 444"}));
+    for (const auto& [text, reason] : {std::pair("", "The text holds nothing of a patch"),
+                                       {"Hello\nworld\n", "no line that a game"},
+                                       {"\0\xff\n[STRINGS]\n", "The text"}})
+        EXPECT_TRUE(Plan(open, text, PasteTo::Free, plan).Reason().find(reason) != std::string::npos)
+            << text << ": " << Plan(open, text, PasteTo::Free, plan).Reason();
+    std::string many = "Patch File for DeHackEd v3.0\nDoom version = 2021\nPatch format = 6\n";
+    for (int i = 0; i < 100000; ++i)
+        many += "Frame " + std::to_string(i + 4000) + "\nDuration = 3\n\n";
+    EXPECT_EQ(Plan(from, many, PasteTo::Free, plan).Reason(),
+              "The text holds 100000 records; no more than 20000 are pasted at once.");
+}
+
+TEST_F(ClipTest, GivesADuplicateAnotherNameNumberAndSprite) {
+    Session open = Open("dsdhacked");
+    PastePlan plan;
+    ASSERT_TRUE(Plan(open, Copy(open, {{RecordKind::Thing, 11}}), PasteTo::Free, plan, {"Devil", 4321, {}, "DEVL"}));
+    Edits edits(open.patch);
+    edits.StoreGroup(plan.assignments, "duplicate");
+    const PatchSet& set = open.patch.current;
+    const std::int32_t devil = plan.places.front().to;
+    EXPECT_EQ(set.things[devil].name, "Devil");
+    EXPECT_EQ(set.things[devil].id, 4321);
+    for (const std::int32_t state : {set.things[devil].initialState, set.things[devil].deathState})
+        EXPECT_EQ(set.SpriteName(set.states[state].sprite), "DEVL");
+    EXPECT_EQ(set.SpriteName(set.states[442].sprite), "TROO");
+
+    ASSERT_TRUE(Plan(open, modPatchFiles::FormatRecords(open.patch, open.engine, {{RecordKind::Weapon, 1}}),
+                     PasteTo::Free, plan, {"Blaster", {}, 3, ""}));
+    edits.StoreGroup(plan.assignments, "duplicate");
+    WeaponRecord pistol = set.weapons[1];
+    pistol.name = "Blaster";
+    EXPECT_TRUE(set.weapons[3] == pistol);
+}
+
+} // namespace
+} // namespace plinket3::test
