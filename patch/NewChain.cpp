@@ -68,7 +68,7 @@ Status MakeChain(const Session& session, const FreeRecords& free, const NewChain
         making.states = free.Take(set, RecordKind::State, count);
         if (making.states.size() < count)
             return TooFew(making.states.size(), "", count);
-    } else if (const Status taken = TakeByAction(session, free, chain, making.states); !taken) {
+    } else if (Status taken = TakeByAction(session, free, chain, making.states); !taken) {
         return taken;
     }
     PatchSet run;

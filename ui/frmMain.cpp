@@ -461,10 +461,9 @@ void frmMain::AddHidden(Qt::DockWidgetArea place, QDockWidget* dock) {
 void frmMain::SetEditBar(bool enabled) {
     for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
-    for (QAction* action :
-         {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_, viewWhereUsed_})
+    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
-    for (QAction* action : {editFind_, editGoTo_})
+    for (QAction* action : {editFind_, editGoTo_, viewWhereUsed_})
         action->setEnabled(enabled);
     find_->widget()->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());

@@ -105,7 +105,7 @@ TEST(NewChain, SaysWhatIsMissingAndLeavesAllAsItIs) {
     ChainEngine limited("mbf21"), unlimited("dsdhacked"), moved("doom19");
     const auto reason = [](const ChainEngine& session, const NewChain& chain) {
         MadeChain made;
-        const std::string why = MakeChain(session, session.Free(), chain, made).Reason();
+        std::string why = MakeChain(session, session.Free(), chain, made).Reason();
         EXPECT_EQ(made.states.size(), why.empty() ? chain.frames.size() : 0);
         return why;
     };

@@ -97,6 +97,8 @@ void frmEditStates::updateStateList() {
     model_->Show(filter_->States());
     if (const auto row = model_->RowOfState(currentState_))
         SelectStateRow(*lvwStates_, *row);
+    else
+        lvwStates_->scrollToTop();
     busy_ = false;
     ShowSelected();
 }

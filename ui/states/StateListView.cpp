@@ -14,8 +14,9 @@ namespace plinket3 {
 
 namespace {
 
-/// Characters that fit into each column; a heading may need more.
-constexpr std::array<int, stateColumnCount> columnWidths{6, 8, 5, 5, 4, 6, 6, 6, 6, 16, 24};
+/// Characters that fit into each column, beside the name also the sign of a state that is kept; a heading may need
+/// more.
+constexpr std::array<int, stateColumnCount> columnWidths{6, 11, 5, 5, 4, 6, 6, 6, 6, 16, 24};
 
 } // namespace
 
