@@ -223,6 +223,11 @@ std::optional<Cell> EditorSet::Here() const {
     return Cell{editorEntries[*editor].kind, editors_[*editor]->CurrentRecord().value_or(noRecord), existsField};
 }
 
+std::vector<std::int32_t> EditorSet::Selected() const {
+    const std::optional<std::size_t> editor = Front();
+    return editor ? editors_[*editor]->Selected() : std::vector<std::int32_t>();
+}
+
 bool EditorSet::IsThere(const Cell& place) const {
     const PatchSet& set = program_.patch.current;
     if (!Serves(EditorOf(place.kind)))

@@ -79,6 +79,8 @@ public:
     void Place(std::size_t editor, const QByteArray& place);
     /// The editor in front and its current record, which is `noRecord` where none is. Absent when no editor is shown.
     std::optional<Cell> Here() const;
+    /// All that are selected in the editor in front.
+    std::vector<std::int32_t> Selected() const;
     /// Whether such a place is there in the open patch.
     bool IsThere(const Cell& place) const;
     /// Brings such a place up.
@@ -106,7 +108,7 @@ signals:
     /// The user is led elsewhere, and has arrived there.
     void Jumping();
     void Jumped();
-    /// Another editor is in front, or has another current record.
+    /// Another editor is in front, or other records are selected.
     void PlaceChanged();
     /// The comments at the patch's head, which no editor shows, are to be.
     void PatchNotesWanted();

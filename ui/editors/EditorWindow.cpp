@@ -43,6 +43,11 @@ bool EditorWindow::ShowCell(const Cell& cell) {
     return true;
 }
 
+std::vector<std::int32_t> EditorWindow::Selected() const {
+    const std::optional<std::int32_t> current = CurrentRecord();
+    return current ? std::vector{*current} : std::vector<std::int32_t>();
+}
+
 void EditorWindow::showEvent(QShowEvent* event) {
     BringUpToDate();
     QWidget::showEvent(event);

@@ -29,9 +29,11 @@ public:
     bool ShowCell(const Cell& cell);
     /// The record whose fields are shown; of several, the one clicked last. Of par times, the place in the list.
     virtual std::optional<std::int32_t> CurrentRecord() const = 0;
+    /// All that are selected, ascending, where more than one may be.
+    virtual std::vector<std::int32_t> Selected() const;
 
 signals:
-    /// Perhaps another record is the current one.
+    /// Perhaps other records are selected, or another one is the current one.
     void CurrentChanged();
 
 protected:

@@ -78,6 +78,10 @@ std::optional<int> RecordTableEditor::SelectedRow() const {
     return list_ != nullptr ? list_->SelectedRecord() : std::nullopt;
 }
 
+std::vector<std::int32_t> RecordTableEditor::Selected() const {
+    return list_ != nullptr ? list_->SelectedRecords() : std::vector<std::int32_t>();
+}
+
 bool RecordTableEditor::SelectRecord(std::int32_t record) {
     if (model_.Rows().RowOf(record) < 0)
         return false;

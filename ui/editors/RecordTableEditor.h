@@ -21,6 +21,7 @@ public:
     /// The selected record; absent when none is.
     std::optional<int> SelectedRow() const;
     std::optional<std::int32_t> CurrentRecord() const final { return SelectedRow(); }
+    std::vector<std::int32_t> Selected() const final;
 
 protected:
     struct Words {

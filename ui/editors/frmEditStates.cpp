@@ -120,6 +120,10 @@ std::optional<std::int32_t> frmEditStates::CurrentRecord() const {
     return fields_ == nullptr || fields_->Selection().records.empty() ? std::nullopt : std::optional(currentState_);
 }
 
+std::vector<std::int32_t> frmEditStates::Selected() const {
+    return fields_ == nullptr ? std::vector<std::int32_t>() : fields_->Selection().records;
+}
+
 bool frmEditStates::SelectRecord(std::int32_t state) {
     if (!Current().states.Has(state))
         return false;

@@ -22,6 +22,7 @@ public:
     explicit frmEditStates(const EditorContext& context);
 
     std::optional<std::int32_t> CurrentRecord() const override;
+    std::vector<std::int32_t> Selected() const override;
     /// Selects a state and shows its fields, if the list holds it: the list of a thing's states, else of a weapon's,
     /// else (both -1) the one that is there. What was typed to narrow the list down is forgotten.
     void selectSingleState(int state, int thing, int weapon);
