@@ -28,7 +28,8 @@
 namespace plinket3 {
 
 EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
-    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area) {
+    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area),
+      clips_(program, edits, *this, area) {
     edits_.Listen([this](const std::vector<Cell>& cells) {
         for (EditorWindow* editor : editors_)
             if (editor != nullptr)
@@ -38,6 +39,8 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
         FollowThingNames(cells);
     });
     connect(&area_, &QMdiArea::subWindowActivated, this, &EditorSet::PlaceChanged);
+    for (const auto signal : {&EditorSet::PlaceChanged, &EditorSet::ShownChanged})
+        connect(this, signal, &clips_, &ClipCommands::Update);
 }
 
 EditorSet::~EditorSet() = default;

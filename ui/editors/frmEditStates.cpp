@@ -208,6 +208,8 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
     restoreStates->setObjectName(QStringLiteral("restoreStates"));
     for (QAction* action : maker_->Actions())
         menu.addAction(action);
+    menu.addSeparator();
+    menu.addActions(context_.links.ClipActions());
     menu.exec(lvwStates_->viewport()->mapToGlobal(place));
 }
 
