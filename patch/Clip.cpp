@@ -113,7 +113,9 @@ std::vector<Companion> CompanionsOf(const PatchData& patch, const EngineConfigur
 }
 
 std::string WhyText(const PatchSet& set, const Link& link) {
-    const std::string what = link.argument != nullptr ? link.argument->name : FieldName(link.from);
+    std::string what = link.argument != nullptr ? link.argument->name : FieldName(link.from);
+    if (!what.empty())
+        what[0] = ToUpper(what[0]);
     return what + " of " + RecordName(set, link.from.kind, link.from.index);
 }
 
@@ -172,9 +174,7 @@ Status ReadClip(const Environment& environment, const Session& open, std::string
     const auto result =
         modPatchFiles::ParsePatch(text, read.engine, read.patch.defaults, read.patch.current, &listener);
     listener.End();
-    if (!result.status)
-        return result.status;
-    if (read.records.empty())
+    if (!result.status || read.records.empty())
         return Status::Failure("The text holds nothing of a patch that " + read.engine.name + " knows.");
     if (read.records.size() > mostClipRecords)
         return Status::Failure("The text holds " + std::to_string(read.records.size()) + " records; no more than " +

@@ -212,7 +212,7 @@ TEST_F(ClipTest, SaysWhatAnEngineCannotHoldBeforeAnythingChanges) {
                      "frame 442: there is no frame 5000 here, which it refers to",
                      "frame 444: the action HealChase cannot be had in frame 444"}));
     for (const auto& [text, reason] : {std::pair("", "The text holds nothing of a patch"),
-                                       {"Hello\nworld\n", "no line that a game"},
+                                       {"Hello\nworld\n", "The text holds nothing"},
                                        {"\0\xff\n[STRINGS]\n", "The text"}})
         EXPECT_TRUE(Plan(open, text, PasteTo::Free, plan).Reason().find(reason) != std::string::npos)
             << text << ": " << Plan(open, text, PasteTo::Free, plan).Reason();
