@@ -6,6 +6,7 @@
 #include "patch/modTables.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace plinket3 {
@@ -91,21 +92,73 @@ std::vector<Companion> CompanionsOf(const PatchData& patch, const EngineConfigur
     std::set<RecordId> known;
     for (const RecordId& record : records)
         if (HasRecord(patch.current, record.first, record.second) && known.insert(record).second)
-            companions.push_back({record, std::nullopt, {}, true});
-    for (std::size_t i = 0; i < companions.size(); ++i) {
-        const RecordId from = companions[i].record;
-        walk.ForEachOf(from.first, from.second, [&](const Link& link) {
-            if (!MayGoAlong(link.to))
-                return;
-            const RecordId record{*RecordKindOf(link.to.kind), link.to.number};
-            if (!HasRecord(patch.current, record.first, record.second) || !known.insert(record).second)
-                return;
-            const bool proposed =
-                companions[i].proposed && (record.first == RecordKind::State || IsChanged(patch, record));
-            companions.push_back({record, i, link, proposed});
-        });
-    }
+            companions.push_back({record, std::nullopt, {}, true, true});
+    // First to the end from what is proposed: what else leads to one of those takes nothing from it.
+    for (const bool proposed : {true, false})
+        for (std::size_t i = 0; i < companions.size(); ++i) {
+            if (companions[i].proposed != proposed)
+                continue;
+            const RecordId from = companions[i].record;
+            walk.ForEachOf(from.first, from.second, [&](const Link& link) {
+                if (!MayGoAlong(link.to))
+                    return;
+                const RecordId record{*RecordKindOf(link.to.kind), link.to.number};
+                if (!HasRecord(patch.current, record.first, record.second) || !known.insert(record).second)
+                    return;
+                const bool differs = record.first == RecordKind::State || IsChanged(patch, record);
+                companions.push_back({record, i, link, differs, proposed && differs});
+            });
+        }
     return companions;
+}
+
+std::string WhyText(const PatchSet& set, const Link& link) {
+    std::string what = link.argument != nullptr ? link.argument->name : FieldName(link.from);
+    if (!what.empty())
+        what[0] = ToUpper(what[0]);
+    return what + " of " + RecordName(set, link.from.kind, link.from.index);
+}
+
+std::string ClipName(const PatchSet& set, const std::vector<RecordId>& subjects, const std::set<RecordId>& records) {
+    std::vector<std::int32_t> numbers;
+    std::map<RecordKind, std::size_t> others;
+    for (const RecordId& record : records)
+        if (std::ranges::find(subjects, record) == subjects.end())
+            ++others[record.first];
+        else
+            numbers.push_back(record.second);
+    if (numbers.empty())
+        return {};
+    const RecordKind kind = subjects.front().first;
+    std::string name = RecordsName(set, kind, numbers, PluralOf(kind));
+    for (std::size_t listed = 0; const auto& [each, count] : others) {
+        name += listed == 0 ? " with " : listed + 1 == others.size() ? " and " : ", ";
+        name += CountOf(each, count);
+        ++listed;
+    }
+    return name;
+}
+
+std::vector<RecordId> SubjectsOf(const Clip& clip) {
+    std::set<RecordId> reached;
+    const LinkWalk walk(clip.patch.current, clip.engine);
+    for (const RecordId& record : clip.records)
+        walk.ForEachOf(record.first, record.second, [&](const Link& link) {
+            if (const auto kind = RecordKindOf(link.to.kind); kind && RecordId(*kind, link.to.number) != record)
+                reached.emplace(*kind, link.to.number);
+        });
+    std::vector<RecordId> subjects;
+    const auto take = [&](RecordKind kind, bool all) {
+        for (const RecordId& record : clip.records)
+            if (record.first == kind && (all || !reached.contains(record)))
+                subjects.push_back(record);
+    };
+    for (const RecordKind kind : {RecordKind::Thing, RecordKind::Weapon})
+        if (subjects.empty())
+            take(kind, false);
+    if (subjects.empty())
+        take(clip.records.begin()->first, true);
+    return subjects;
 }
 
 Status ReadClip(const Environment& environment, const Session& open, std::string_view text, Clip& clip) {
@@ -121,9 +174,7 @@ Status ReadClip(const Environment& environment, const Session& open, std::string
     const auto result =
         modPatchFiles::ParsePatch(text, read.engine, read.patch.defaults, read.patch.current, &listener);
     listener.End();
-    if (!result.status)
-        return result.status;
-    if (read.records.empty())
+    if (!result.status || read.records.empty())
         return Status::Failure("The text holds nothing of a patch that " + read.engine.name + " knows.");
     if (read.records.size() > mostClipRecords)
         return Status::Failure("The text holds " + std::to_string(read.records.size()) + " records; no more than " +

@@ -19,19 +19,6 @@ namespace {
 
 constexpr std::int32_t firstFreeId = 20000; // from here on games have no things of their own
 
-std::string_view PluralOf(RecordKind kind) {
-    switch (kind) {
-    case RecordKind::Thing:
-        return "things";
-    case RecordKind::State:
-        return "frames";
-    case RecordKind::Sound:
-        return "sounds";
-    default:
-        return "sprites";
-    }
-}
-
 bool IsLump(RecordKind kind) { return kind == RecordKind::Sound || kind == RecordKind::Sprite; }
 
 class Planner {

@@ -67,6 +67,32 @@ std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<
                                : std::to_string(records.size()) + " " + std::string(many);
 }
 
+namespace {
+
+struct KindWords {
+    std::string_view one, many;
+};
+/// In the order of the kinds.
+constexpr KindWords kindWords[]{{"thing", "things"},
+                                {"frame", "frames"},
+                                {"sound", "sounds"},
+                                {"sprite", "sprites"},
+                                {"string", "strings"},
+                                {"weapon", "weapons"},
+                                {"kind of ammunition", "kinds of ammunition"},
+                                {"cheat", "cheats"},
+                                {"miscellaneous record", "miscellaneous records"},
+                                {"list of par times", "lists of par times"}};
+
+} // namespace
+
+std::string_view PluralOf(RecordKind kind) { return kindWords[static_cast<std::size_t>(kind)].many; }
+
+std::string CountOf(RecordKind kind, std::size_t count) {
+    const KindWords& words = kindWords[static_cast<std::size_t>(kind)];
+    return std::to_string(count) + " " + std::string(count == 1 ? words.one : words.many);
+}
+
 std::string FieldName(const Cell& cell) {
     switch (cell.field) {
     case nameField:

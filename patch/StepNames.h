@@ -21,6 +21,9 @@ std::string MadeName(RecordKind kind, std::int32_t index);
 /// The same for several: "3 frames" when `many` is "frames".
 std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<std::int32_t>& records,
                         std::string_view many);
+/// "things"; "1 thing", "33 frames".
+std::string_view PluralOf(RecordKind kind);
+std::string CountOf(RecordKind kind, std::size_t count);
 /// A field as lists label it: "Hit points", "Action".
 std::string FieldName(const Cell& cell);
 /// One field of records (at least one) of a kind: "hit points of Imp", "duration of 3 frames".

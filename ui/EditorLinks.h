@@ -49,6 +49,10 @@ public:
 
     /// Asks for a name that a patch can hold; empty when the user cancels or leaves it empty.
     virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;
+    /// Copying, pasting and duplicating of what is selected in the editor in front, for the menus of lists.
+    virtual QList<QAction*> ClipActions() const = 0;
+    /// Makes another one of what is selected in the editor in front, after the user has said how.
+    virtual void Duplicate() = 0;
     /// A word in the status bar.
     virtual void ShowStatus(const QString& text) = 0;
 };

@@ -30,7 +30,7 @@ namespace plinket3 {
 
 EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
     : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area),
-      commands_(program, edits, *this, area) {
+      commands_(program, edits, *this, area), clips_(program, edits, *this, area) {
     edits_.Listen([this](const std::vector<Cell>& cells) {
         for (EditorWindow* editor : editors_)
             if (editor != nullptr)
@@ -40,8 +40,10 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
         FollowThingNames(cells);
     });
     connect(&area_, &QMdiArea::subWindowActivated, this, &EditorSet::PlaceChanged);
-    for (const auto signal : {&EditorSet::PlaceChanged, &EditorSet::ShownChanged})
+    for (const auto signal : {&EditorSet::PlaceChanged, &EditorSet::ShownChanged}) {
         connect(this, signal, &commands_, &RecordCommands::Update);
+        connect(this, signal, &clips_, &ClipCommands::Update);
+    }
 }
 
 EditorSet::~EditorSet() = default;

@@ -3,6 +3,7 @@
 #include "ui/Audio.h"
 #include "ui/FileDialogs.h"
 #include "ui/RecordCommands.h"
+#include "ui/clip/ClipCommands.h"
 #include "ui/editors/EditorWindow.h"
 
 #include <QMap>
@@ -103,6 +104,8 @@ public:
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
     std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+    QList<QAction*> ClipActions() const override { return clips_.Actions(); }
+    void Duplicate() override { clips_.Duplicate(); }
     void ShowStatus(const QString& text) override { emit StatusText(text); }
 
 signals:
@@ -149,6 +152,7 @@ private:
         std::vector<std::string> names;
     };
     std::map<int, Replaced> replaced_; // by entry
+    ClipCommands clips_;
     std::unique_ptr<frmPropSound> propSound_;
     std::unique_ptr<frmPropString> propString_;
     std::unique_ptr<frmSelectSprite> selectSprite_;

@@ -58,6 +58,9 @@ constexpr DialogPage dialogPages[]{
     {"frmCompare", "comparing.md"},
     {"frmCompareWith", "comparing.md"},
     {"frmChangeEngine", "opening.md#another-engine"},
+    {"frmCopyWith", "copying.md#copy-with"},
+    {"frmPaste", "copying.md#paste"},
+    {"frmDuplicate", "copying.md#duplicate"},
     {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
@@ -223,6 +226,9 @@ void frmMain::BuildEditMenu() {
     editFind_ = Action("EditFind", tr("&Find..."), QKeySequence(Qt::CTRL | Qt::Key_F));
     editGoTo_ = Action("EditGoTo", tr("&Go to..."), QKeySequence(Qt::CTRL | Qt::Key_G));
     menu->addActions({editUndo_, editRedo_});
+    menu->addSeparator();
+    menu->addActions(editors_.ClipActions());
+    menu->setToolTipsVisible(true);
     menu->addSeparator();
     menu->addActions({editFind_, editGoTo_});
     connect(editFind_, &QAction::triggered, find_, &FindDock::Start);

@@ -1,3 +1,4 @@
+#include "patch/CopyChoice.h"
 #include "patch/FreeRecords.h"
 #include "patch/OtherCells.h"
 #include "patch/PastePlan.h"
@@ -211,7 +212,7 @@ TEST_F(ClipTest, SaysWhatAnEngineCannotHoldBeforeAnythingChanges) {
                      "frame 442: there is no frame 5000 here, which it refers to",
                      "frame 444: the action HealChase cannot be had in frame 444"}));
     for (const auto& [text, reason] : {std::pair("", "The text holds nothing of a patch"),
-                                       {"Hello\nworld\n", "no line that a game"},
+                                       {"Hello\nworld\n", "The text holds nothing"},
                                        {"\0\xff\n[STRINGS]\n", "The text"}})
         EXPECT_TRUE(Plan(open, text, PasteTo::Free, plan).Reason().find(reason) != std::string::npos)
             << text << ": " << Plan(open, text, PasteTo::Free, plan).Reason();
@@ -220,6 +221,63 @@ TEST_F(ClipTest, SaysWhatAnEngineCannotHoldBeforeAnythingChanges) {
         many += "Frame " + std::to_string(i + 4000) + "\nDuration = 3\n\n";
     EXPECT_EQ(Plan(from, many, PasteTo::Free, plan).Reason(),
               "The text holds 100000 records; no more than 20000 are pasted at once.");
+}
+
+/// An Imp that throws a changed fireball, and comes to the fireball's states by itself, too.
+TEST_F(ClipTest, WhatGoesAlongFollowsTheTicks) {
+    Session session = Open("mbf21");
+    PatchSet& set = session.patch.current;
+    constexpr std::int32_t imp = 11, ball = 31, throwing = 454, rocket = 33;
+    const std::int32_t flying = set.things[ball].initialState, burst = set.things[ball].deathState;
+    StateRecord& state = set.states[throwing];
+    state.codePointer = *session.engine.CodePointerOf("MonsterProjectile");
+    SetValue(state, FieldOf(&StateRecord::arg1), ball + 1);
+    state.nextState = burst;
+    StateRecord& standing = set.states[set.things[imp].initialState];
+    standing.codePointer = state.codePointer;
+    SetValue(standing, FieldOf(&StateRecord::arg1), rocket + 1);
+    set.things[rocket].deathState = burst; // to which a thing that stays comes first
+    session.patch.defaults.things[rocket] = set.things[rocket];
+    set.things[ball].hitPoints = 5;
+
+    CopyChoice choice(session.patch, session.engine, {{RecordKind::Thing, imp}});
+    const auto has = [&choice](RecordKind kind, std::int32_t number) {
+        return choice.Chosen().contains({kind, number});
+    };
+    const auto tick = [&choice](RecordKind kind, std::int32_t number, bool ticked) {
+        const auto& companions = choice.Companions();
+        choice.Tick(static_cast<std::size_t>(std::ranges::find(companions, RecordId(kind, number), &Companion::record) -
+                                             companions.begin()),
+                    ticked);
+    };
+    const std::set<RecordId> proposed = choice.Chosen();
+    EXPECT_TRUE(has(RecordKind::Thing, ball) && has(RecordKind::State, flying));
+    EXPECT_TRUE(has(RecordKind::State, burst)) << "the Imp comes to it";
+    EXPECT_FALSE(has(RecordKind::Thing, rocket)) << "it is the engine's own";
+    tick(RecordKind::Thing, ball, false);
+    EXPECT_FALSE(has(RecordKind::Thing, ball) || has(RecordKind::State, flying));
+    EXPECT_TRUE(has(RecordKind::State, burst) && has(RecordKind::State, throwing));
+    tick(RecordKind::Thing, ball, true);
+    EXPECT_EQ(choice.Chosen(), proposed);
+    tick(RecordKind::Thing, rocket, true);
+    EXPECT_TRUE(has(RecordKind::State, set.things[rocket].initialState));
+    tick(RecordKind::State, set.things[imp].initialState, false);
+    EXPECT_TRUE(has(RecordKind::Thing, rocket)) << "it was ticked by itself";
+    tick(RecordKind::State, throwing - 1, false);
+    EXPECT_FALSE(has(RecordKind::State, throwing)) << "only the state before leads to it";
+    tick(RecordKind::Thing, imp, false);
+    EXPECT_TRUE(has(RecordKind::Thing, imp)) << "that is what is copied";
+
+    const std::set<RecordId> own = WithOwnStates(session.patch, session.engine, {RecordKind::Thing, imp});
+    EXPECT_TRUE(own.contains({RecordKind::State, burst}) && own.contains({RecordKind::State, throwing}));
+    EXPECT_FALSE(own.contains({RecordKind::State, flying}) || own.contains({RecordKind::Thing, ball}));
+    PastePlan plan;
+    ASSERT_TRUE(
+        Plan(session, modPatchFiles::FormatRecords(session.patch, session.engine, proposed), PasteTo::Free, plan));
+    EXPECT_EQ(SubjectsOf(clip), (std::vector<RecordId>{{RecordKind::Thing, imp}})) << "it throws the other";
+    EXPECT_EQ(
+        ClipName(set, SubjectsOf(clip), {{RecordKind::Thing, imp}, {RecordKind::Thing, ball}, {RecordKind::State, 5}}),
+        "Imp with 1 thing and 1 frame");
 }
 
 TEST_F(ClipTest, GivesADuplicateAnotherNameNumberAndSprite) {

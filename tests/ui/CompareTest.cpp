@@ -172,7 +172,7 @@ TEST_F(CompareTest, FiltersByKindAndByWhoChangedIt) {
         const char* what;
         std::size_t rows;
     } cases[]{{0, 0, "All differences", 7}, {0, 1, "Changed only here", 0}, {0, 2, "Changed only there", 5},
-              {0, 3, "Conflicts", 2},       {2, 3, "Conflicts", 1},         {10, 0, "All differences", 1}};
+              {0, 3, "Conflicts", 2},       {2, 3, "Conflicts", 1},         {11, 0, "All differences", 1}};
     for (const auto& [kind, changed, what, rows] : cases) {
         for (const auto& [name, row] : {std::pair{"cmbKind", kind}, {"cmbChanged", changed}}) {
             auto& box = Find<QComboBox>(name);

@@ -37,6 +37,8 @@ public:
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
     std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+    QList<QAction*> ClipActions() const override { return {}; }
+    void Duplicate() override { Record("duplicate"); }
     void ShowStatus(const QString& text) override { Record("status " + text.toStdString()); }
 
     std::optional<int> selectedStateRow, selectedSoundRow;

@@ -41,9 +41,11 @@ void NamedRecordEditor::Build() {
     auto* restoreAction = new QAction(restore->text(), list_);
     connect(restoreAction, &QAction::triggered, this, &NamedRecordEditor::Restore);
     list_->addActions({renameAction, restoreAction});
+    list_->addActions(context_.links.ClipActions());
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     auto* buttons = new QHBoxLayout;
+    AddButtons(*buttons);
     buttons->addWidget(rename);
     buttons->addWidget(restore);
     auto* left = new QWidget;

@@ -4,6 +4,7 @@
 #include "ui/fields/NumberBox.h"
 #include "ui/lists/NamesModel.h"
 
+class QBoxLayout;
 class QListView;
 
 namespace plinket3 {
@@ -30,6 +31,8 @@ protected:
 
     /// Makes what stands beside the list.
     virtual QWidget* BuildFields() = 0;
+    /// Adds what the window can do beside renaming and restoring, to the buttons below the list.
+    virtual void AddButtons(QBoxLayout& /*buttons*/) {}
     /// Shows what is not in number boxes of the selected records, which are others or have other values. Stores
     /// nothing.
     virtual void ShowRecords() {}

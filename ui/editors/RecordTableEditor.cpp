@@ -130,6 +130,8 @@ void RecordTableEditor::ShowMenu(const QPoint& place) {
     if (maker_ != nullptr)
         for (QAction* action : maker_->Actions())
             menu.addAction(action);
+    menu.addSeparator();
+    menu.addActions(context_.links.ClipActions());
     if (CanBeMade(kind_))
         menu.addActions(context_.links.RecordActions());
     menu.setToolTipsVisible(true);

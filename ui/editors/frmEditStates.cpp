@@ -241,6 +241,8 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
     menu.addAction(tr("New states..."), this, &frmEditStates::MakeStates);
     for (QAction* action : maker_->Actions())
         menu.addAction(action);
+    menu.addSeparator();
+    menu.addActions(context_.links.ClipActions());
     menu.addActions(context_.links.RecordActions());
     menu.setToolTipsVisible(true);
     menu.exec(lvwStates_->viewport()->mapToGlobal(place));

@@ -215,6 +215,7 @@ QWidget* frmEditThings::BuildList() {
     connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this, &frmEditThings::Restore);
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmEditThings::FollowList);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
+    list_->addActions(context_.links.ClipActions());
     maker_ = new RecordMaker(RecordKind::Thing, "things", *list_, context_);
     list_->addActions(context_.links.RecordActions());
     connect(maker_, &RecordMaker::Made, this, &frmEditThings::SelectRecord);
@@ -309,11 +310,16 @@ QWidget* frmEditThings::BuildHead() {
     auto* restore = NewButton("cmdRestore", tr("&Restore"));
     connect(restore, &QPushButton::clicked, this, &frmEditThings::Restore);
 
+    auto* duplicate = NewButton("cmdDuplicate", tr("&Duplicate..."));
+    duplicate->setToolTip(tr("Make another one of it (Ctrl+D)"));
+    connect(duplicate, &QPushButton::clicked, this, [this] { context_.links.Duplicate(); });
+
     auto* head = new QWidget;
     auto* layout = new QHBoxLayout(head);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(number_);
     layout->addWidget(thingNames_, 1);
+    layout->addWidget(duplicate);
     layout->addWidget(rename);
     layout->addWidget(restore);
     return head;

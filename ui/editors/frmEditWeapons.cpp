@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditWeapons.h"
 
+#include "ui/NewButton.h"
 #include "ui/fields/FieldControl.h"
 #include "ui/fields/Marking.h"
 #include "ui/fields/ReferenceRow.h"
@@ -130,6 +131,13 @@ QWidget* frmEditWeapons::BuildFields() {
         layout->addWidget(group);
     layout->addStretch();
     return fields;
+}
+
+void frmEditWeapons::AddButtons(QBoxLayout& buttons) {
+    auto* duplicate = NewButton("cmdDuplicate", tr("&Duplicate..."));
+    duplicate->setToolTip(tr("Put another one of it in the place of another weapon (Ctrl+D)"));
+    connect(duplicate, &QPushButton::clicked, this, [this] { context_.links.Duplicate(); });
+    buttons.addWidget(duplicate);
 }
 
 void frmEditWeapons::fillStaticData() {

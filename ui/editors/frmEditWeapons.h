@@ -18,6 +18,7 @@ public:
 
 protected:
     QWidget* BuildFields() override;
+    void AddButtons(QBoxLayout& buttons) override;
     void fillStaticData() override;
     void updateForm() override;
     void ShowRecords() override;

@@ -1,8 +1,8 @@
 #include "ui/editors/frmNewRecord.h"
 
 #include "patch/NewRecords.h"
-#include "ui/AcceptButtons.h"
 #include "patch/StepNames.h"
+#include "ui/AcceptButtons.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/fields/LumpNameEdit.h"
