@@ -51,7 +51,8 @@ TEST_F(FindTest, TheBestOfEachGroupComeFirst) {
         {"Frame 442", 3, "states 1: 442 TROOA (Look);"},
         {"12", 2,
          "things 12: 12 Impaler (ID 3001); 120 Bloody Mess 2 (ID 12); | states 111: 12 PISGA (Raise); 120 BFE1D; | "
-         "sounds 23: 12 sawful; 120; | sprites 12: 12 PLSG; 120 COL5; | strings 13: 12 NIGHTMARE (are you sure? this "
+         "sounds 23: 12 sawful; 120; | sprites 12: 12 PLSG; 120 COL5; | music 1: 12 e2m3; | strings 13: 12 NIGHTMARE "
+         "(are you sure? this "
          "skill level isn't even remotely fair.  press y or n.); 120 HUSTR_4 (level 4: the focus);"},
         {"troo", 2, "sprites 1: 0 TROO; | states 33: 442 TROOA (Look); 443 TROOB (Look);"},
         {"TROOC", 9, "states 2: 448 TROOC (Chase); 449 TROOC (Chase);"},
@@ -64,6 +65,7 @@ TEST_F(FindTest, TheBestOfEachGroupComeFirst) {
         {"BEFORE", 0, "strings 3: | notes 2:"},
         {"than\\nbefore", 3, "notes 1: frame 12 (Slower than before);"},
         {"cells/shot", 3, "misc 1: BFG Cells/Shot (40);"},
+        {"helper", 3, "misc 1: Helper (unset); | things 1: 140 Helper Dog (ID 888);"},
         {" ", 3, ""},
         {"", 3, ""},
         {"nothing is called so", 3, ""},
