@@ -217,8 +217,8 @@ private:
     }
     void Misc(Hits& hits) const {
         for (const Cell& cell : CellsOf(RecordKind::Misc, 0))
-            if (const RowFacts facts = FactsOf(cell.kind, cell.field); facts.inPatch)
-                hits.Add(matcher_.Name(facts.label), cell);
+            if (cell.field == helperField ? HasHelper(session_.engine.dialect) : FactsOf(cell.kind, cell.field).inPatch)
+                hits.Add(matcher_.Name(FieldName(cell)), cell);
     }
     void Pars(Hits& hits) const {
         std::int32_t row = 0;
@@ -279,9 +279,11 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
         return {cell, Title(number, KeyOf(session, cell.index)), Snippet(set.strings[cell.index].text, matcher)};
     case RecordKind::Cheat:
         return {cell, std::string(CheatLabel(cell.index)), Snippet(set.cheats[cell.index].text, matcher)};
-    case RecordKind::Misc:
-        return {cell, std::string(FactsOf(cell.kind, cell.field).label),
-                std::to_string(std::get<std::int32_t>(ReadCell(set, cell)))};
+    case RecordKind::Misc: {
+        const CellValue value = ReadCell(set, cell);
+        const auto* amount = std::get_if<std::int32_t>(&value);
+        return {cell, FieldName(cell), amount != nullptr ? std::to_string(*amount) : "unset"};
+    }
     case RecordKind::Par: {
         const ParRecord& par = set.pars[static_cast<std::size_t>(cell.index)];
         return {cell, modPatchText::LevelName(par.episode, par.map), std::to_string(par.seconds) + " seconds"};

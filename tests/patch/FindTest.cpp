@@ -65,6 +65,7 @@ TEST_F(FindTest, TheBestOfEachGroupComeFirst) {
         {"BEFORE", 0, "strings 3: | notes 2:"},
         {"than\\nbefore", 3, "notes 1: frame 12 (Slower than before);"},
         {"cells/shot", 3, "misc 1: BFG Cells/Shot (40);"},
+        {"helper", 3, "misc 1: Helper (unset); | things 1: 140 Helper Dog (ID 888);"},
         {" ", 3, ""},
         {"", 3, ""},
         {"nothing is called so", 3, ""},

@@ -18,17 +18,17 @@ namespace plinket3 {
 namespace {
 
 struct ModeButton {
-    StateFilterMode mode;
     const char* name;
     const char* text;
+    StateFilterMode mode;
     int row, column, width = 1;
 };
 constexpr ModeButton modeButtons[]{
-    {StateFilterMode::All, "optFilterDisabled", QT_TRANSLATE_NOOP("StateFilterPanel", "&All states"), 0, 0, 2},
-    {StateFilterMode::Thing, "optFilterThings", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &thing"), 0, 2},
-    {StateFilterMode::Unused, "optFilterUnused", QT_TRANSLATE_NOOP("StateFilterPanel", "&Unused"), 1, 0},
-    {StateFilterMode::Free, "optFilterFree", QT_TRANSLATE_NOOP("StateFilterPanel", "Free"), 1, 1},
-    {StateFilterMode::Weapon, "optFilterWeapons", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &weapon"), 1, 2},
+    {"optFilterDisabled", QT_TRANSLATE_NOOP("StateFilterPanel", "&All states"), StateFilterMode::All, 0, 0, 2},
+    {"optFilterThings", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &thing"), StateFilterMode::Thing, 0, 2},
+    {"optFilterUnused", QT_TRANSLATE_NOOP("StateFilterPanel", "&Unused"), StateFilterMode::Unused, 1, 0},
+    {"optFilterFree", QT_TRANSLATE_NOOP("StateFilterPanel", "Free"), StateFilterMode::Free, 1, 1},
+    {"optFilterWeapons", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &weapon"), StateFilterMode::Weapon, 1, 2},
 };
 
 constexpr int filterColumn = 4;
