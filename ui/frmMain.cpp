@@ -85,11 +85,9 @@ QString MenuText(QString text) { return text.replace(QLatin1Char('&'), QStringLi
 
 frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs)
     : program_(program), edits_(edits), dialogs_(dialogs), state_(program.settingsFolder), area_(new QMdiArea),
-      rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)), recovery_(program.settingsFolder),
-      editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)),
       compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
-      editors_(program, edits, audio, dialogs, *area_),
+      editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -99,8 +97,6 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     column->addWidget(rulesBar_);
     column->addWidget(area_, 1);
     setCentralWidget(centre);
-    addDockWidget(Qt::BottomDockWidgetArea, otherLines_);
-    otherLines_->hide();
     addDockWidget(Qt::RightDockWidgetArea, find_);
     find_->hide();
     connect(find_, &FindDock::Left, this, [this] {
