@@ -44,6 +44,8 @@ public:
 
     /// Asks for a name that a patch can hold; empty when the user cancels or leaves it empty.
     virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;
+    /// Asks what becomes of the records that are selected together in the editor in front, and stores it.
+    virtual void ChangeMany() = 0;
     /// A word in the status bar.
     virtual void ShowStatus(const QString& text) = 0;
 };

@@ -13,6 +13,7 @@
 #include "ui/editors/frmEditWeapons.h"
 #include "ui/editors/frmPropSound.h"
 #include "ui/editors/frmPropString.h"
+#include "ui/frmChangeMany.h"
 #include "ui/pickers/frmSelectAction.h"
 #include "ui/pickers/frmSelectRecord.h"
 #include "ui/pickers/frmSelectSprite.h"
@@ -311,6 +312,14 @@ std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
 std::optional<std::int32_t> EditorSet::PickRecord(RecordKind kind, std::int32_t start) {
     auto& dialog = kind == RecordKind::Thing ? selectThing_ : kind == RecordKind::Sound ? selectSound_ : selectString_;
     return Made(dialog, program_, kind, area_.window()).Choose(start);
+}
+
+void EditorSet::ChangeMany() {
+    const std::optional<std::size_t> editor = Front();
+    ManyRecords records = editor ? editors_[*editor]->SelectedTogether() : ManyRecords();
+    if (records.numbers.empty())
+        return ShowStatus(tr("Select things, states, weapons, kinds of ammunition or sounds first."));
+    frmChangeMany({program_, edits_, *this}, std::move(records), area_.window()).Change();
 }
 
 QString EditorSet::AskText(const QString& title, const QString& prompt, const QString& start) {

@@ -97,6 +97,7 @@ public:
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
     std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+    void ChangeMany() override;
     void ShowStatus(const QString& text) override { emit StatusText(text); }
 
 signals:

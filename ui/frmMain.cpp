@@ -57,6 +57,7 @@ constexpr DialogPage dialogPages[]{
     {"frmCompare", "comparing.md"},
     {"frmCompareWith", "comparing.md"},
     {"frmChangeEngine", "opening.md#another-engine"},
+    {"frmChangeMany", "editing.md#changing-many-at-once"},
     {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
@@ -224,6 +225,10 @@ void frmMain::BuildEditMenu() {
     menu->addActions({editUndo_, editRedo_});
     menu->addSeparator();
     menu->addActions({editFind_, editGoTo_});
+    menu->addSeparator();
+    editChangeMany_ = Action("EditChangeMany", tr("&Change many..."), QKeySequence(Qt::CTRL | Qt::Key_M));
+    menu->addAction(editChangeMany_);
+    connect(editChangeMany_, &QAction::triggered, &editors_, &EditorSet::ChangeMany);
     connect(editFind_, &QAction::triggered, find_, &FindDock::Start);
     connect(editGoTo_, &QAction::triggered, this, &frmMain::GoTo);
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
@@ -451,7 +456,7 @@ void frmMain::SetEditBar(bool enabled) {
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
-    for (QAction* action : {editFind_, editGoTo_})
+    for (QAction* action : {editFind_, editGoTo_, editChangeMany_})
         action->setEnabled(enabled);
     find_->widget()->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());

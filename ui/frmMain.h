@@ -121,8 +121,8 @@ private:
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
             *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
             *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *editFind_ = nullptr,
-            *editGoTo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr, *viewOptions_ = nullptr,
-            *helpAbout_ = nullptr;
+            *editGoTo_ = nullptr, *editChangeMany_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr,
+            *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

@@ -36,6 +36,7 @@ public:
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
     std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
+    void ChangeMany() override { Record("change many"); }
     void ShowStatus(const QString& text) override { Record("status " + text.toStdString()); }
 
     std::optional<int> selectedStateRow, selectedSoundRow;

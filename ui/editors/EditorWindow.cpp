@@ -48,6 +48,13 @@ void EditorWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
 }
 
+QAction* EditorWindow::ChangeManyAction(QObject& list) {
+    auto* action = new QAction(tr("Change many..."), &list);
+    action->setObjectName(QStringLiteral("changeMany"));
+    connect(action, &QAction::triggered, this, [this] { context_.links.ChangeMany(); });
+    return action;
+}
+
 QString EditorWindow::AskName(RecordKind kind, std::int32_t record, const QString& title, const QString& prompt) {
     const Cell cell{kind, record, nameField};
     const std::string former = std::get<std::string>(context_.edits.Value(cell));

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "patch/ChangeMany.h"
 #include "ui/EditorContext.h"
 
+#include <QAction>
 #include <QString>
 #include <QWidget>
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -29,6 +32,8 @@ public:
     bool ShowCell(const Cell& cell);
     /// The record whose fields are shown; of several, the one clicked last. Of par times, the place in the list.
     virtual std::optional<std::int32_t> CurrentRecord() const = 0;
+    /// The selected records, where they can be changed together; else none.
+    virtual ManyRecords SelectedTogether() const { return {}; }
 
 signals:
     /// Perhaps another record is the current one.
@@ -47,6 +52,15 @@ protected:
     virtual void ShowCells(const std::vector<Cell>& cells) = 0;
 
     void showEvent(QShowEvent* event) override;
+
+    /// Records in the order of their rows, `rowOf(record)`.
+    template <class RowOf>
+    static ManyRecords InOrder(RecordKind kind, std::vector<std::int32_t> records, const char* many, RowOf rowOf) {
+        std::ranges::sort(records, {}, rowOf);
+        return {kind, std::move(records), many};
+    }
+    /// An entry that changes the selected records together, for the menu of a list, which owns it.
+    QAction* ChangeManyAction(QObject& list);
 
     /// Asks for another name of a record that has one, and stores it. Empty when the user gives none.
     QString AskName(RecordKind kind, std::int32_t record, const QString& title, const QString& prompt);

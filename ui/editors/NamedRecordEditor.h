@@ -13,6 +13,7 @@ class NamedRecordEditor : public EditorWindow {
     Q_OBJECT
 public:
     std::optional<std::int32_t> CurrentRecord() const final;
+    ManyRecords SelectedTogether() const final;
 
 protected:
     struct Words {

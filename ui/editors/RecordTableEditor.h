@@ -21,6 +21,7 @@ public:
     /// The selected record; absent when none is.
     std::optional<int> SelectedRow() const;
     std::optional<std::int32_t> CurrentRecord() const final { return SelectedRow(); }
+    ManyRecords SelectedTogether() const final;
 
 protected:
     struct Words {
@@ -65,7 +66,8 @@ private:
     FilterBox* filter_ = nullptr;
     QPushButton* edit_ = nullptr;
     QPushButton* restore_ = nullptr;
-    RecordMaker* maker_ = nullptr; // null for a kind of which patches make none
+    QAction* changeMany_ = nullptr; // null for a kind without numbers
+    RecordMaker* maker_ = nullptr;  // null for a kind of which patches make none
 };
 
 } // namespace plinket3

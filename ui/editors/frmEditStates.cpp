@@ -65,6 +65,7 @@ void frmEditStates::BuildList() {
     lvwStates_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     lvwStates_->setContextMenuPolicy(Qt::CustomContextMenu);
     lvwStates_->setMinimumHeight(lvwStates_->fontMetrics().height() * 6);
+    changeMany_ = ChangeManyAction(*lvwStates_);
     auto* activate = new QAction(lvwStates_);
     activate->setShortcuts({QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
     activate->setShortcutContext(Qt::WidgetShortcut);
@@ -118,6 +119,12 @@ void frmEditStates::SelectRow(int row) {
 
 std::optional<std::int32_t> frmEditStates::CurrentRecord() const {
     return fields_ == nullptr || fields_->Selection().records.empty() ? std::nullopt : std::optional(currentState_);
+}
+
+ManyRecords frmEditStates::SelectedTogether() const {
+    return fields_ == nullptr ? ManyRecords()
+                              : InOrder(RecordKind::State, fields_->Selection().records, "frames",
+                                        [this](std::int32_t state) { return model_->RowOfState(state); });
 }
 
 bool frmEditStates::SelectRecord(std::int32_t state) {
@@ -202,6 +209,7 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
         menu.addAction(count == 1 ? tr("Restore this state...") : tr("Restore %n states...", nullptr, count), fields_,
                        &StateFieldsPanel::Restore);
     restoreStates->setObjectName(QStringLiteral("restoreStates"));
+    menu.addAction(changeMany_);
     for (QAction* action : maker_->Actions())
         menu.addAction(action);
     menu.exec(lvwStates_->viewport()->mapToGlobal(place));

@@ -22,6 +22,7 @@ public:
     explicit frmEditStates(const EditorContext& context);
 
     std::optional<std::int32_t> CurrentRecord() const override;
+    ManyRecords SelectedTogether() const override;
     /// Selects a state and shows its fields, if the list holds it: the list of a thing's states, else of a weapon's,
     /// else (both -1) the one that is there. What was typed to narrow the list down is forgotten.
     void selectSingleState(int state, int thing, int weapon);
@@ -48,6 +49,7 @@ private:
 
     StateTableModel* model_ = nullptr;
     QTableView* lvwStates_ = nullptr;
+    QAction* changeMany_ = nullptr;
     StateFilterPanel* filter_ = nullptr;
     RecordMaker* maker_ = nullptr;
     StateFieldsPanel* fields_ = nullptr;

@@ -38,6 +38,7 @@ public:
     explicit frmEditThings(const EditorContext& context);
 
     std::optional<std::int32_t> CurrentRecord() const override;
+    ManyRecords SelectedTogether() const override;
 
 protected:
     bool SelectRecord(std::int32_t thing) override;
