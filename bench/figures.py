@@ -36,6 +36,8 @@ JOBS = [
     ("load the engine doom19", "LoadEngine/0", 5, 1),
     ("load the engine dehextra21", "LoadEngine/1", 5, 1),
     ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),
+    ("find what uses a thing among 11,400 states", "FindUses", 20, 1),
+    ("find the free ones of 11,400 states", "FindFreeStates", 20, 1),
 ]
 FLOORS = {"SplitLinesFloor": "splitting its lines", "CopyLinesFloor": "copying its lines",
           "ReadDirectoryFloor": "reading its directory", "ReadPatch": "a tenth of them",

@@ -5,7 +5,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -127,15 +126,22 @@ Json NoteOf(const Notes::value_type& note) {
     return {{"kind", name}, {"index", index}, {"text", Utf8(note.second)}};
 }
 
-/// The musics that have another name, by number: as [MUSIC] or a text says, the last one that does.
-std::vector<std::pair<std::int32_t, std::string>> RenamedMusic(const PatchDocument& document) {
-    std::map<std::int32_t, std::string> names;
-    for (const PatchDocument::Rename& rename : document.Renames())
-        if (rename.kind == "music")
-            names[MusicIndex(rename.from)] = rename.to;
-    for (const PatchDocument::Music& music : document.MusicNames())
-        names[MusicIndex(music.from)] = music.to;
-    return {names.begin(), names.end()};
+/// The music that has another name than the engine's.
+std::vector<Json> RenamedMusic(const PatchData& patch) {
+    std::vector<Json> renamed;
+    for (const std::int32_t number : RecordNumbers(patch.current, RecordKind::Music))
+        if (const Cell cell{RecordKind::Music, number, lumpNameField};
+            ReadCell(patch.current, cell) != ReadCell(patch.defaults, cell))
+            renamed.push_back(
+                {{"index", number}, {"name", Utf8(std::get<std::string>(ReadCell(patch.current, cell)))}});
+    return renamed;
+}
+
+Json RenameOf(const PatchDocument::Rename& rename) {
+    const char* kind = rename.kind == RecordKind::Sprite  ? "sprite"
+                       : rename.kind == RecordKind::Sound ? "sound"
+                                                          : "music";
+    return {{"kind", kind}, {"from", Utf8(rename.from)}, {"to", Utf8(rename.to)}};
 }
 
 Json ParOf(const ParRecord& par) { return {{"episode", par.episode}, {"map", par.map}, {"seconds", par.seconds}}; }
@@ -164,7 +170,7 @@ void DumpJson(const Program& program, std::ostream& out) {
     const PatchDocument none;
     const PatchDocument& document = program.patch.document ? *program.patch.document : none;
     const std::vector<PatchDocument::OtherString>& others = document.OtherStrings();
-    VisitKinds([&](const auto& kind) {
+    VisitTableKinds([&](const auto& kind) {
         ListWriter list(out, kind.plural);
         for (const auto& [number, record] : kind.In(set))
             list.Put(descriptions.Of(kind.kind, number, record));
@@ -176,13 +182,9 @@ void DumpJson(const Program& program, std::ostream& out) {
     out << ",\"misc\":" << misc.dump();
     PutList(out, "pars", set.pars, ParOf);
     if (engine.dialect.EngineRules()) {
-        PutList(out, "music", RenamedMusic(document), [](const auto& music) {
-            return Json{{"index", music.first}, {"name", Utf8(music.second)}};
-        });
-        out << ",\"helper\":" << (document.Helper() == 0 ? Json() : Json(document.Helper())).dump();
-        PutList(out, "renames", document.Renames(), [](const PatchDocument::Rename& rename) {
-            return Json{{"kind", rename.kind}, {"from", Utf8(rename.from)}, {"to", Utf8(rename.to)}};
-        });
+        PutList(out, "music", RenamedMusic(program.patch), [](const Json& music) { return music; });
+        out << ",\"helper\":" << (set.misc.helper == 0 ? Json() : Json(set.misc.helper)).dump();
+        PutList(out, "renames", document.Renames(), RenameOf);
         PutList(out, "notes", set.notes, NoteOf);
     }
     out << '}';

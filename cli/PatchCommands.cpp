@@ -296,7 +296,7 @@ bool TakeOver(Run& run) {
 
 int Convert(Run& run) {
     if (run.arguments.engine.empty() && run.arguments.to.empty())
-        throw Refused("-e is required; see --help");
+        throw Refused("-e or --to is required; see --help");
     LoadPatch(run, run.arguments.files[0]);
     Program& program = run.program;
     const bool whole = run.arguments.to.empty() || TakeOver(run);

@@ -24,6 +24,12 @@ public:
         return static_cast<std::uint16_t>(low | static_cast<unsigned>(Byte()) << 8);
     }
     std::int32_t Int32() {
+        if (Left() >= sizeof(std::int32_t)) { // as nearly always
+            const char* bytes = bytes_.data() + position_;
+            const auto byte = [bytes](int at) { return std::uint32_t{static_cast<std::uint8_t>(bytes[at])}; };
+            position_ += sizeof(std::int32_t);
+            return static_cast<std::int32_t>(byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24);
+        }
         const std::uint32_t low = UInt16();
         return static_cast<std::int32_t>(low | static_cast<std::uint32_t>(UInt16()) << 16);
     }

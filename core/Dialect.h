@@ -85,4 +85,7 @@ struct Dialect {
     bool EngineRules() const { return rules == Rules::Engine; }
 };
 
+/// Whether an engine has the helper that patches choose by [HELPER].
+inline bool HasHelper(const Dialect& dialect) { return dialect.EngineRules() && dialect.fields >= FieldLevel::Mbf21; }
+
 } // namespace plinket3

@@ -149,6 +149,9 @@ std::int32_t RoundToInt32(double value) {
 }
 
 double ConfigurationNumber(std::string_view text) {
+    const std::size_t sign = text.starts_with('-') ? 1 : 0;
+    if (text.size() - sign <= digitsInRange && SkipDigits(text, sign) == text.size()) // nearly every number
+        return LeadingInt32(text);
     std::string number(text);
     std::erase_if(number, [](char character) { return character == ' ' || character == '\t' || character == '\n'; });
     if (number.size() > 1 && number[0] == '&') {

@@ -1,5 +1,8 @@
 #include "core/SettingTree.h"
 
+#include <algorithm>
+#include <bit>
+#include <functional>
 #include <type_traits>
 
 namespace plinket3 {
@@ -15,42 +18,85 @@ std::optional<double> NumberIn(const SettingValue& value) {
         value);
 }
 
-bool SettingTree::Add(std::string key, SettingValue value) {
-    if (!places_.try_emplace(key, entries_.size()).second)
-        return false;
+namespace {
+
+constexpr std::size_t fewEntries = 8;
+constexpr std::size_t noPlace = static_cast<std::size_t>(-1);
+
+std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>{}(key); }
+
+} // namespace
+
+/// `noPlace` for a key that there is not.
+std::size_t SettingTree::PlaceOf(std::string_view key) const {
+    if (slots_.empty()) {
+        const auto found = std::ranges::find(entries_, key, &Entry::first);
+        return found == entries_.end() ? noPlace : static_cast<std::size_t>(found - entries_.begin());
+    }
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t slot = HashOf(key) & mask; slots_[slot] != 0; slot = (slot + 1) & mask)
+        if (const std::size_t place = slots_[slot] - 1; entries_[place].first == key)
+            return place;
+    return noPlace;
+}
+
+/// Adds a key that there is not.
+void SettingTree::Append(std::string key, SettingValue value) {
     entries_.emplace_back(std::move(key), std::move(value));
+    if (entries_.size() <= fewEntries)
+        return;
+    if (2 * entries_.size() > slots_.size())
+        LinkAll();
+    else
+        Link(entries_.size() - 1);
+}
+
+/// Takes the first free slot for an entry.
+void SettingTree::Link(std::size_t place) {
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t slot = HashOf(entries_[place].first) & mask;
+    while (slots_[slot] != 0)
+        slot = (slot + 1) & mask;
+    slots_[slot] = static_cast<std::uint32_t>(place + 1);
+}
+
+/// At most a quarter of the slots is taken then.
+void SettingTree::LinkAll() {
+    slots_.assign(entries_.size() <= fewEntries ? 0 : std::bit_ceil(4 * entries_.size()), 0);
+    for (std::size_t place = 0; !slots_.empty() && place < entries_.size(); ++place)
+        Link(place);
+}
+
+bool SettingTree::Add(std::string key, SettingValue value) {
+    if (Exists(key))
+        return false;
+    Append(std::move(key), std::move(value));
     return true;
 }
 
 void SettingTree::Set(std::string_view key, SettingValue value) {
-    const auto place = places_.find(key);
-    if (place != places_.end()) {
-        entries_[place->second].second = std::move(value);
-        return;
-    }
-    places_.emplace(key, entries_.size());
-    entries_.emplace_back(key, std::move(value));
+    if (const std::size_t place = PlaceOf(key); place != noPlace)
+        entries_[place].second = std::move(value);
+    else
+        Append(std::string(key), std::move(value));
 }
 
 void SettingTree::Remove(std::string_view key) {
-    const auto place = places_.find(key);
-    if (place == places_.end())
+    const std::size_t place = PlaceOf(key);
+    if (place == noPlace)
         return;
-    const std::size_t index = place->second;
-    places_.erase(place); // before the entry: `key` may be a view of the entry's key
-    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
-    for (std::size_t moved = index; moved < entries_.size(); ++moved)
-        places_.find(entries_[moved].first)->second = moved;
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(place));
+    LinkAll();
 }
 
 void SettingTree::Clear() {
-    places_.clear();
     entries_.clear();
+    slots_.clear();
 }
 
 const SettingValue* SettingTree::Find(std::string_view key) const {
-    const auto place = places_.find(key);
-    return place == places_.end() ? nullptr : &entries_[place->second].second;
+    const std::size_t place = PlaceOf(key);
+    return place == noPlace ? nullptr : &entries_[place].second;
 }
 
 std::shared_ptr<SettingTree> SettingTree::DeepCopy() const {

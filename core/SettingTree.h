@@ -1,14 +1,11 @@
 #pragma once
 
-#include "core/Text.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -48,8 +45,15 @@ public:
     std::shared_ptr<SettingTree> DeepCopy() const;
 
 private:
+    std::size_t PlaceOf(std::string_view key) const;
+    void Append(std::string key, SettingValue value);
+    void Link(std::size_t place);
+    void LinkAll();
+
     std::vector<Entry> entries_;
-    std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> places_;
+    // By the hashes of their keys the entries' places, from 1; 0 for a free slot. Few entries need none. Configurations
+    // hold thousands of keys, and a map would take memory for each.
+    std::vector<std::uint32_t> slots_;
 };
 
 } // namespace plinket3

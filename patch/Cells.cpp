@@ -52,6 +52,8 @@ int OtherField(RecordKind kind) {
         return textField;
     case RecordKind::Par:
         return listField;
+    case RecordKind::Misc:
+        return helperField;
     default:
         return 0;
     }
@@ -88,8 +90,18 @@ template <class Set, class Visit> void VisitValue(Set& set, const Cell& cell, Vi
     });
 }
 
-/// Whether `cell` is the name of a sprite or sound.
 bool IsLumpName(const Cell& cell) { return cell.field == lumpNameField && HasLumpName(cell.kind); }
+
+std::string LumpNameOf(const PatchSet& set, const Cell& cell) {
+    if (cell.kind == RecordKind::Sound)
+        return set.SoundName(cell.index);
+    std::string text;
+    VisitRecord(set, cell, [&text](const auto& record) {
+        if constexpr (hasLumpName<std::remove_cvref_t<decltype(record)>>)
+            text.assign(record.name.begin(), std::ranges::find(record.name, '\0'));
+    });
+    return std::string(Trim(text));
+}
 
 void NameLumps(PatchSet& set, const Cell& cell, std::string_view name) {
     VisitRecord(set, cell, [name](auto& record) {
@@ -174,18 +186,16 @@ bool HasCell(const PatchSet& set, const Cell& cell) {
 CellValue ReadCell(const PatchSet& set, const Cell& cell) {
     if (cell.field == existsField)
         return HasRecord(set, cell.kind, cell.index) ? 1 : 0;
-    if (cell.kind == RecordKind::Sound && IsLumpName(cell))
-        return set.SoundName(cell.index);
-    if (IsLumpName(cell)) {
-        const std::string_view name = set.SpriteName(cell.index);
-        return std::string(Trim(name.substr(0, name.find('\0'))));
-    }
+    if (IsLumpName(cell))
+        return LumpNameOf(set, cell);
     if (cell.field == noteField) {
         const auto note = set.notes.find({cell.kind, cell.index});
         return note == set.notes.end() ? std::string() : note->second;
     }
     if (TextFieldAt(cell.field) != nullptr)
         return std::string(set.TextOf(cell.kind, cell.index, firstTextField - cell.field));
+    if (cell.field == helperField)
+        return set.misc.helper == 0 ? CellValue(Unset()) : CellValue(set.misc.helper);
     CellValue value;
     if (cell.field >= 0) {
         VisitRecord(set, cell, [&]<class Record>(const Record& record) {
@@ -219,8 +229,12 @@ void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value) {
             set.texts[TextKey(cell)] = std::get<std::string>(value);
         return;
     }
+    const bool unset = std::holds_alternative<Unset>(value);
+    if (cell.field == helperField) {
+        set.misc.helper = unset ? 0 : std::get<std::int32_t>(value);
+        return;
+    }
     if (cell.field >= 0) {
-        const bool unset = std::holds_alternative<Unset>(value);
         const FieldValue number = unset ? FieldValue() : std::get<std::int32_t>(value);
         return VisitRecord(set, cell, [&]<class Record>(Record& record) {
             if constexpr (!fieldTable<Record>.empty())

@@ -24,7 +24,8 @@ inline constexpr int textField = -3;        // strings (with their length) and c
 inline constexpr int listField = -4;        // the par list as a whole
 inline constexpr int noteField = -5;        // what comments say of a thing, state, sound, weapon or kind of ammunition
 inline constexpr int existsField = -6;      // 1 for a record that there is, 0 for one that a patch may make
-inline constexpr int lumpNameField = -7;    // sprites and sounds, where an engine's patches name them by number
+inline constexpr int lumpNameField = -7;    // sprites, sounds and music, which patches give other names
+inline constexpr int helperField = -8;      // of the miscellaneous record: the thing that helps the player
 
 inline constexpr int firstTextField = -16; // the first of `textFields`; the next ones are below it
 constexpr int TextCell(std::size_t textField) { return firstTextField - static_cast<int>(textField); }
@@ -77,7 +78,9 @@ std::vector<std::int32_t> RecordNumbers(const PatchSet& set, RecordKind kind);
 /// `existsField` is a cell of every record that a patch may make, whether or not there is one.
 bool HasCell(const PatchSet& set, const Cell& cell);
 /// Whether the engine may have no number there.
-inline bool MayBeUnset(const Cell& cell) { return cell.field >= 0 && FactsOf(cell.kind, cell.field).mayBeUnset; }
+inline bool MayBeUnset(const Cell& cell) {
+    return cell.field == helperField || (cell.field >= 0 && FactsOf(cell.kind, cell.field).mayBeUnset);
+}
 /// A value is of the cell's own type, or `Unset`, which changes nothing in a field that may not be so. Of a record that
 /// `set` does not have, the values are those of a new one, and nothing but `existsField` is written; that makes a
 /// record, or removes one that a patch made. A text field that holds nothing is empty. A note has lines parted by \n
@@ -85,13 +88,11 @@ inline bool MayBeUnset(const Cell& cell) { return cell.field >= 0 && FactsOf(cel
 CellValue ReadCell(const PatchSet& set, const Cell& cell);
 void WriteCell(PatchSet& set, const Cell& cell, const CellValue& value);
 
-/// Every cell of a record but its note, whether it exists, and the name of a sprite or sound: all rows of its table,
-/// its name, text or code pointer, and its text fields.
+/// Every cell of a record but its note, whether it exists, and the name of its lump: all rows of its table, its name,
+/// text, code pointer or helper, and its text fields.
 std::vector<Cell> CellsOf(RecordKind kind, std::int32_t index);
 /// The same with these, and at last whether it exists, as nothing else can be stored without a record.
 std::vector<Cell> EveryCellOf(RecordKind kind, std::int32_t index);
-/// Whether records of this kind have the name of a lump.
-constexpr bool HasLumpName(RecordKind kind) { return kind == RecordKind::Sprite || kind == RecordKind::Sound; }
 /// The miscellaneous values that an engine derives from this one.
 std::vector<Cell> DerivedFrom(const Cell& cell);
 
@@ -100,7 +101,7 @@ std::vector<Cell> OtherTexts(const PatchSet& before, const PatchSet& after);
 
 /// Whether records come or go with these cells.
 bool MakesOrRemoves(const std::vector<Cell>& cells);
-/// Whether sprites or sounds get other names with them.
+/// Whether lumps get other names with them.
 bool RenamesLumps(const std::vector<Cell>& cells);
 
 /// What an editor lets into a numeric field: the row's limits, or the lowest and highest number of what it refers to in

@@ -46,9 +46,9 @@ struct Replacement {
 
 /// The order in which sections stand in a patch.
 int OrderOf(Section section) {
-    constexpr std::array order{Section::Thing,   Section::Frame,   Section::Sound, Section::Pointer, Section::CodePtr,
-                               Section::Weapon,  Section::Ammo,    Section::Cheat, Section::Misc,    Section::Pars,
-                               Section::Strings, Section::Sprites, Section::Sounds};
+    constexpr std::array order{Section::Thing,   Section::Frame,   Section::Sound,  Section::Pointer, Section::CodePtr,
+                               Section::Weapon,  Section::Ammo,    Section::Cheat,  Section::Misc,    Section::Pars,
+                               Section::Strings, Section::Sprites, Section::Sounds, Section::Music,   Section::Helper};
     return static_cast<int>(std::find(order.begin(), order.end(), section) - order.begin());
 }
 
@@ -65,6 +65,8 @@ Section SectionOf(const Cell& cell, const Dialect& dialect) {
         return cell.field != lumpNameField ? Section::Sound : dialect.unlimited ? Section::Sounds : Section::Text;
     case RecordKind::Sprite:
         return dialect.unlimited ? Section::Sprites : Section::Text;
+    case RecordKind::Music:
+        return dialect.unlimited ? Section::Music : Section::Text;
     case RecordKind::Weapon:
         return Section::Weapon;
     case RecordKind::Ammo:
@@ -72,7 +74,7 @@ Section SectionOf(const Cell& cell, const Dialect& dialect) {
     case RecordKind::Cheat:
         return Section::Cheat;
     case RecordKind::Misc:
-        return Section::Misc;
+        return cell.field == helperField ? Section::Helper : Section::Misc;
     case RecordKind::String:
         return dialect.keyedTexts ? Section::Strings : Section::Text;
     default:
@@ -169,8 +171,7 @@ private:
                 ReadCell(current_, cell) != ReadCell(said_, cell))
                 changes_.push_back({cell, {}});
         const Cell name{kind, index, lumpNameField};
-        if ((kind == RecordKind::Sprite || kind == RecordKind::Sound) &&
-            ReadCell(current_, name) != ReadCell(said_, name))
+        if (HasLumpName(kind) && ReadCell(current_, name) != ReadCell(said_, name))
             changes_.push_back({name, {}});
     }
 
@@ -290,6 +291,8 @@ private:
         const std::int32_t value = std::get<std::int32_t>(stored);
         if (cell.field == codePointerField)
             return CodePointerText(cell, value, old);
+        if (cell.field == helperField)
+            return std::to_string(value);
         const RowFacts facts = FactsOf(cell.kind, cell.field);
         if (facts.unit != FieldUnit::Flags)
             return std::to_string(value);
@@ -456,6 +459,10 @@ private:
             return LumpNameKey(defaults_.sprites, cell.index) + " = " + ValueText(cell, false) + end;
         case Section::Sounds:
             return LumpNameKey(defaults_.sounds, cell.index) + " = " + ValueText(cell, false) + end;
+        case Section::Music:
+            return LumpNameKey(defaults_.music, cell.index) + " = " + ValueText(cell, false) + end;
+        case Section::Helper:
+            return std::string(helperKey) + " = " + ValueText(cell, false) + end;
         default: {
             const TextField* text = TextFieldAt(cell.field);
             return std::string(text != nullptr ? text->label : FactsOf(cell.kind, cell.field).label) + " = " +
@@ -487,6 +494,10 @@ private:
             return std::string(spriteNames) + end;
         case Section::Sounds:
             return std::string(soundNames) + end;
+        case Section::Music:
+            return std::string(musicNames) + end;
+        case Section::Helper:
+            return std::string(helperSection) + end;
         default:
             break;
         }

@@ -1,5 +1,6 @@
 #include "patch/Edits.h"
 
+#include "patch/FreeRecords.h"
 #include "patch/NumberRanges.h"
 
 #include <algorithm>
@@ -94,9 +95,8 @@ void Edits::MakeRecord(RecordKind kind, std::int32_t number, const std::string& 
 }
 
 std::int32_t Edits::FreeNumber(RecordKind kind) const {
-    std::int32_t number = noRecord;
-    VisitKind(kind, [&](const auto& list) { number = list.In(patch_.current).FirstFree(); });
-    return Exists({kind, number, existsField}) ? number : noRecord;
+    const std::vector<std::int32_t> next = NewNumbers(patch_.current, kind, 1);
+    return !next.empty() && Exists({kind, next.front(), existsField}) ? next.front() : noRecord;
 }
 
 void Edits::RemoveRecords(RecordKind kind, const std::vector<std::int32_t>& records, std::string_view many) {

@@ -52,7 +52,7 @@ public:
     /// Makes a record as a step named after it ("new frame 4000"), a sprite or sound with the name of its lumps: a
     /// sprite can be saved only with one. Nothing happens when `MayMake` fails.
     void MakeRecord(RecordKind kind, std::int32_t number, const std::string& lumpName = {});
-    /// The lowest number for a new record; `noRecord` when there is none.
+    /// The lowest number for a new record that the notes do not keep; `noRecord` when there is none.
     std::int32_t FreeNumber(RecordKind kind) const;
     /// Whether the record is one that the patch made.
     bool IsMade(RecordKind kind, std::int32_t number) const {

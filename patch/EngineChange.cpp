@@ -57,6 +57,11 @@ private:
             return false;
         if (const TextField* text = TextFieldAt(cell.field); text != nullptr && text->since > to_.dialect.fields)
             return false;
+        if (const auto* helper = std::get_if<std::int32_t>(&value);
+            helper != nullptr && cell.field == helperField && !Exists(MeaningOf(wanted, cell), *helper))
+            return false;
+        if (cell.field == helperField && !HasHelper(to_.dialect))
+            return false;
         if (cell.field == codePointerField)
             return TakeAction(cell, std::get<std::int32_t>(value));
         if (cell.field >= 0 && std::holds_alternative<std::int32_t>(value))
@@ -151,7 +156,7 @@ bool KeepLines(const PatchData& patch, const EngineConfiguration& from, const En
 /// with limits.
 std::vector<std::string> NamesUnsaid(const PatchSet& current, const PatchSet& wanted, const EngineConfiguration& to) {
     PatchSet named = current;
-    for (const RecordKind kind : {RecordKind::Sprite, RecordKind::Sound})
+    for (const RecordKind kind : lumpNamedKinds)
         for (const std::int32_t number : RecordNumbers(current, kind))
             WriteCell(named, {kind, number, lumpNameField}, ReadCell(wanted, {kind, number, lumpNameField}));
     return modPatchDiff::Differences(current, named, to);

@@ -19,15 +19,6 @@ struct BitAlias {
 constexpr std::array bitAliases{BitAlias{"TRANSLATION", 26}, BitAlias{"TRANSLATION1", 26}, BitAlias{"TRANSLATION2", 27},
                                 BitAlias{"UNUSED1", 27}, BitAlias{"UNUSED4", 31}};
 
-constexpr std::array<std::string_view, 68> musicNames{
-    "e1m1",   "e1m2",   "e1m3",   "e1m4",   "e1m5",   "e1m6",   "e1m7",   "e1m8",   "e1m9",   "e2m1",
-    "e2m2",   "e2m3",   "e2m4",   "e2m5",   "e2m6",   "e2m7",   "e2m8",   "e2m9",   "e3m1",   "e3m2",
-    "e3m3",   "e3m4",   "e3m5",   "e3m6",   "e3m7",   "e3m8",   "e3m9",   "inter",  "intro",  "bunny",
-    "victor", "introa", "runnin", "stalks", "countd", "betwee", "doom",   "the_da", "shawn",  "ddtblu",
-    "in_cit", "dead",   "stlks2", "theda2", "doom2",  "ddtbl2", "runni2", "dead2",  "stlks3", "romero",
-    "shawn2", "messag", "count2", "ddtbl3", "ampie",  "theda3", "adrian", "messg2", "romer2", "tense",
-    "shawn3", "openin", "evil",   "ultima", "read_m", "dm2ttl", "dm2int", "musinfo"};
-
 } // namespace
 
 std::vector<std::string_view> BitWords(std::string_view value) {
@@ -95,12 +86,6 @@ std::optional<std::string> EngineEscape(std::string_view text, std::string_view 
         }
     }
     return escaped;
-}
-
-std::int32_t MusicIndex(std::string_view name) {
-    const auto* found =
-        std::ranges::find_if(musicNames, [name](std::string_view known) { return EqualIgnoringCase(known, name); });
-    return found == musicNames.end() ? 0 : static_cast<std::int32_t>(found - musicNames.begin()) + 1;
 }
 
 } // namespace plinket3

@@ -52,10 +52,6 @@ std::string EngineText(std::string_view escaped);
 /// lengths of texts that go on.
 std::optional<std::string> EngineEscape(std::string_view text, std::string_view lineEnd);
 
-/// The number of a music by its lump's name without "D_", upper and lower case alike; 0, which stands for none, for
-/// another name.
-std::int32_t MusicIndex(std::string_view name);
-
 /// The record that has this name by default, upper and lower case alike; absent when none has.
 template <class Record>
 std::optional<std::int32_t> IndexByName(const NumberedList<Record>& defaults, std::string_view name) {

@@ -138,8 +138,8 @@ public:
 
     void Run(FindGroup group, Hits& hits) const {
         static constexpr std::array<void (Search::*)(Hits&) const, findGroupCount> searches{
-            &Search::Things, &Search::States, &Search::Sounds, &Search::Sprites, &Search::Strings, &Search::Weapons,
-            &Search::Ammo,   &Search::Cheats, &Search::Misc,   &Search::Pars,    &Search::Notes};
+            &Search::Things,  &Search::States, &Search::Sounds, &Search::Sprites, &Search::Music, &Search::Strings,
+            &Search::Weapons, &Search::Ammo,   &Search::Cheats, &Search::Misc,    &Search::Pars,  &Search::Notes};
         (this->*searches[static_cast<std::size_t>(group)])(hits);
     }
 
@@ -182,12 +182,15 @@ private:
                      {RecordKind::Sound, entry.number, existsField});
     }
     /// By the kept rules nothing of them is edited.
-    void Sprites(Hits& hits) const {
+    void Sprites(Hits& hits) const { Lumps(hits, RecordKind::Sprite, "sprite"); }
+    void Music(Hits& hits) const { Lumps(hits, RecordKind::Music, "music"); }
+    void Lumps(Hits& hits, RecordKind kind, std::string_view word) const {
         if (!session_.engine.dialect.EngineRules())
             return;
-        for (const auto& entry : Set().sprites)
-            hits.Add(std::min(matcher_.Number(entry.number, "sprite"), matcher_.Name(Set().SpriteName(entry.number))),
-                     {RecordKind::Sprite, entry.number, existsField});
+        for (const std::int32_t number : RecordNumbers(Set(), kind)) {
+            const auto name = std::get<std::string>(ReadCell(Set(), {kind, number, lumpNameField}));
+            hits.Add(std::min(matcher_.Number(number, word), matcher_.Name(name)), {kind, number, existsField});
+        }
     }
     void Strings(Hits& hits) const {
         for (const auto& [number, string] : Set().strings) {
@@ -270,7 +273,8 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
     case RecordKind::Sound:
         return {cell, Title(number, set.SoundName(cell.index)), {}};
     case RecordKind::Sprite:
-        return {cell, Title(number, set.SpriteName(cell.index)), {}};
+    case RecordKind::Music:
+        return {cell, Title(number, std::get<std::string>(ReadCell(set, {cell.kind, cell.index, lumpNameField}))), {}};
     case RecordKind::String:
         return {cell, Title(number, KeyOf(session, cell.index)), Snippet(set.strings[cell.index].text, matcher)};
     case RecordKind::Cheat:
@@ -288,7 +292,7 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
 }
 
 constexpr std::array<RecordKind, findGroupCount - 1> kindOfGroup{
-    RecordKind::Thing,  RecordKind::State, RecordKind::Sound, RecordKind::Sprite, RecordKind::String,
+    RecordKind::Thing,  RecordKind::State, RecordKind::Sound, RecordKind::Sprite, RecordKind::Music, RecordKind::String,
     RecordKind::Weapon, RecordKind::Ammo,  RecordKind::Cheat, RecordKind::Misc,   RecordKind::Par};
 
 } // namespace

@@ -18,6 +18,7 @@ enum class FindGroup : std::uint8_t {
     States,
     Sounds,
     Sprites,
+    Music,
     Strings,
     Weapons,
     Ammo,
@@ -26,7 +27,7 @@ enum class FindGroup : std::uint8_t {
     Pars,
     Notes
 };
-inline constexpr std::size_t findGroupCount = 11;
+inline constexpr std::size_t findGroupCount = 12;
 
 struct FindQuery {
     /// A part of what is looked for. Numbers are those of patches (things count from 1); "frame 12" is one of a kind.

@@ -75,6 +75,16 @@ template <class Record> bool IsBlank(const Record& record, std::int32_t number) 
 
 } // namespace
 
+std::vector<std::int32_t> FreeRecords::Numbers() const {
+    std::vector<std::int32_t> numbers;
+    for (const auto* each : {&blank, &used, &changed})
+        numbers.insert(numbers.end(), each->begin(), each->end());
+    std::ranges::sort(numbers);
+    return numbers;
+}
+
+bool FreeRecords::Has(std::int32_t number) const { return std::ranges::binary_search(Numbers(), number); }
+
 std::vector<std::int32_t> FreeRecords::Take(const PatchSet& set, RecordKind kind, std::size_t count) const {
     std::vector<std::int32_t> taken;
     const auto take = [&taken, count](const std::vector<std::int32_t>& numbers) {
@@ -83,17 +93,23 @@ std::vector<std::int32_t> FreeRecords::Take(const PatchSet& set, RecordKind kind
     };
     take(blank);
     if (unlimited)
-        VisitKind(kind, [&](const auto& list) {
-            std::int64_t number = std::max<std::int64_t>(list.In(set).FirstFree(), 0);
-            const KeptRecords kept(std::get<std::string>(ReadCell(set, patchNotes)));
-            for (; taken.size() < count && number <= INT32_MAX; ++number)
-                if (const auto free = static_cast<std::int32_t>(number);
-                    !list.In(set).Has(free) && !kept.Has(kind, free))
-                    taken.push_back(free);
-        });
+        take(NewNumbers(set, kind, count - taken.size()));
     take(used);
     take(changed);
     return taken;
+}
+
+std::vector<std::int32_t> NewNumbers(const PatchSet& set, RecordKind kind, std::size_t count) {
+    std::vector<std::int32_t> numbers;
+    VisitKind(kind, [&](const auto& list) {
+        const KeptRecords kept(std::get<std::string>(ReadCell(set, patchNotes)));
+        std::int64_t next = std::max<std::int64_t>(list.In(set).FirstFree(), 0);
+        for (; numbers.size() < count && next <= INT32_MAX; ++next)
+            if (const auto number = static_cast<std::int32_t>(next);
+                !list.In(set).Has(number) && !kept.Has(kind, number))
+                numbers.push_back(number);
+    });
+    return numbers;
 }
 
 FreeRecords FindFree(const PatchSet& set, const PatchSet& defaults, const EngineConfiguration& engine,

@@ -165,6 +165,8 @@ void LinkWalk::ForEach(const Visit& visit) const {
             OfRecord(RecordKind::State, number, state, visit);
     for (const auto& [number, sound] : set_.sounds)
         OfRecord(RecordKind::Sound, number, sound, visit);
+    if (const auto helper = ThingOf(set_.misc.helper))
+        visit({{RecordKind::Misc, 0, helperField}, {TargetKind::Thing, *helper}});
 }
 
 void LinkWalk::ForEachOf(RecordKind kind, std::int32_t number, const Visit& visit) const {

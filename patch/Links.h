@@ -60,7 +60,7 @@ public:
     /// Both must outlive the walk; the set may change meanwhile.
     LinkWalk(const PatchSet& set, const EngineConfiguration& engine);
 
-    /// Of all records: things, states, sounds, weapons.
+    /// Of all records: things, weapons, states, sounds, miscellaneous values.
     void ForEach(const Visit& visit) const;
     /// Of one; of a record that there is not, none. Numbers that stand for none are visited for states and sounds only.
     void ForEachOf(RecordKind kind, std::int32_t number, const Visit& visit) const;

@@ -3,6 +3,7 @@
 #include "patch/CellIndex.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 namespace plinket3 {
@@ -17,8 +18,9 @@ public:
     void Section(std::size_t offset, std::string_view word) override {
         lastHeader = offset;
         const plinket3::Section section = words_.Named(word)->section;
-        plain = plain && section != plinket3::Section::Text && section != plinket3::Section::Sprites &&
-                section != plinket3::Section::Sounds;
+        constexpr std::array others{plinket3::Section::Text, plinket3::Section::Sprites, plinket3::Section::Sounds,
+                                    plinket3::Section::Music, plinket3::Section::Helper};
+        plain = plain && std::ranges::find(others, section) == others.end();
     }
     void Stored(std::size_t, const Cell& cell, std::string_view) override {
         cells.push_back(cell);

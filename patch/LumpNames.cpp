@@ -1,14 +1,16 @@
 #include "patch/LumpNames.h"
 
+#include "patch/Cells.h"
 #include "patch/EngineNames.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace plinket3 {
 
 namespace {
 
-constexpr std::size_t spriteLength = 4, longestSound = 6;
+constexpr std::size_t spriteLength = 4, longestName = 6;
 
 /// What stands in names of lumps.
 bool IsLumpCharacter(char character) {
@@ -20,13 +22,15 @@ bool IsLumpCharacter(char character) {
 } // namespace
 
 std::string NameInTexts(const PatchSet& defaults, RecordKind kind, std::int32_t number) {
-    if (kind == RecordKind::Sprite) {
-        const std::string name(defaults.SpriteName(number));
-        return IndexByName(defaults.sprites, name) == number ? name : std::string();
-    }
-    // What is the name of a sprite, too, renames that.
-    std::string name = defaults.SoundName(number);
-    return IndexByName(defaults.sounds, name) == number && !IndexByName(defaults.sprites, name) ? name : std::string();
+    std::string name = std::get<std::string>(ReadCell(defaults, {kind, number, lumpNameField}));
+    // A name that several have renames the sprite, else the sound.
+    const auto sprite = IndexByName(defaults.sprites, name), sound = IndexByName(defaults.sounds, name);
+    const std::optional<std::int32_t> renamed = kind == RecordKind::Sprite  ? sprite
+                                                : sprite.has_value()        ? std::nullopt
+                                                : kind == RecordKind::Sound ? sound
+                                                : sound.has_value()         ? std::nullopt
+                                                                            : IndexByName(defaults.music, name);
+    return renamed == number ? name : std::string();
 }
 
 bool CanRenameLump(const Dialect& dialect, const PatchSet& defaults, RecordKind kind, std::int32_t number) {
@@ -38,8 +42,9 @@ Status MayBeLumpName(RecordKind kind, std::string_view name) {
         return Status::Failure("Names of lumps have letters, digits and [ ] - _ \\ only.");
     if (kind == RecordKind::Sprite && name.size() != spriteLength)
         return Status::Failure("The name of a sprite has 4 characters.");
-    if (kind == RecordKind::Sound && (name.empty() || name.size() > longestSound))
-        return Status::Failure("The name of a sound has 1 to 6 characters.");
+    if (kind != RecordKind::Sprite && (name.empty() || name.size() > longestName))
+        return Status::Failure(std::string("The name of ") + (kind == RecordKind::Music ? "music" : "a sound") +
+                               " has 1 to 6 characters.");
     return {};
 }
 

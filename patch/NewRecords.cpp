@@ -57,5 +57,6 @@ template StringRecord NewRecord(std::int32_t number);
 template WeaponRecord NewRecord(std::int32_t number);
 template AmmoRecord NewRecord(std::int32_t number);
 template CheatRecord NewRecord(std::int32_t number);
+template MusicRecord NewRecord(std::int32_t number);
 
 } // namespace plinket3

@@ -32,7 +32,7 @@ private:
     Record new_;
 };
 
-/// What [SPRITES] and [SOUNDS] know a sprite or sound by: the name that it has by default, or else its number.
+/// What [SPRITES], [SOUNDS] and [MUSIC] know a record by: the name that it has by default, or else its number.
 template <class Record> std::string LumpNameKey(const NumberedList<Record>& defaults, std::int32_t number) {
     std::string name;
     if (const Record* record = defaults.Find(number))

@@ -38,9 +38,6 @@ public:
     void OtherString(std::size_t, std::string_view, std::string_view) override {
         Add("names a string that the engine does not have");
     }
-    void RenamedMusic(std::size_t, std::string_view from, std::string_view to) override {
-        Add("gives the music " + std::string(from) + " the name " + std::string(to));
-    }
 
     std::vector<OtherLine> lines;
 

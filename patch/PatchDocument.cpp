@@ -40,16 +40,8 @@ public:
         document_.otherStrings_.push_back({std::string(key), std::string(text)});
     }
     void Renamed(std::size_t, RecordKind kind, std::string_view from, std::string_view to) override {
-        document_.renames_.push_back(
-            {kind == RecordKind::Sprite ? "sprite" : "sound", std::string(from), std::string(to)});
+        document_.renames_.push_back({kind, std::string(from), std::string(to)});
     }
-    void RenamedMusic(std::size_t, std::string_view from, std::string_view to) override {
-        document_.renames_.push_back({"music", std::string(from), std::string(to)});
-    }
-    void Music(std::size_t, std::string_view from, std::string_view to) override {
-        document_.music_.push_back({std::string(from), std::string(to)});
-    }
-    void Helper(std::size_t, std::int32_t thing) override { document_.helper_ = thing; }
 
 private:
     DocumentLine& Last() { return document_.lines_.back(); }

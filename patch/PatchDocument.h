@@ -39,11 +39,9 @@ public:
     struct OtherString {
         std::string key, text;
     };
-    struct Music {
-        std::string from, to;
-    };
     struct Rename {
-        std::string kind, from, to; // "sprite", "sound" or "music"
+        RecordKind kind; // one whose records have names of lumps
+        std::string from, to;
     };
 
     /// Reads `bytes` by engine rules over `defaults` into `set`, with the notes, which after a failure holds what was
@@ -64,9 +62,6 @@ public:
     /// Strings that the engine does not know, and what has another name, in the file's order.
     const std::vector<OtherString>& OtherStrings() const { return otherStrings_; }
     const std::vector<Rename>& Renames() const { return renames_; }
-    /// What [MUSIC] renames, and the thing, as patches count, that [HELPER] names; 0 for none.
-    const std::vector<Music>& MusicNames() const { return music_; }
-    std::int32_t Helper() const { return helper_; }
     /// How the file's lines end.
     std::string_view LineEnd() const { return lineEnd_; }
 
@@ -78,8 +73,6 @@ private:
     PatchSet said_;
     std::vector<OtherString> otherStrings_;
     std::vector<Rename> renames_;
-    std::vector<Music> music_;
-    std::int32_t helper_ = 0;
     std::string_view lineEnd_ = "\n";
 };
 

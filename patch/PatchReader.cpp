@@ -285,9 +285,8 @@ private:
         switch (store_.Current()) {
         case Section::Sprites:
         case Section::Sounds:
-            return store_.StoreRename(key, value);
         case Section::Music:
-            return store_.StoreMusic(key, value);
+            return store_.StoreRename(key, value);
         case Section::Helper:
             return store_.StoreHelper(key, value);
         case Section::Unsupported:

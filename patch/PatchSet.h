@@ -5,6 +5,7 @@
 #include "patch/modTableDef.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -29,6 +30,9 @@ using Notes = std::map<RecordId, std::string>;
 /// What text fields hold, by kind, number and the field's place in `textFields`; none is empty.
 using Texts = std::map<std::tuple<RecordKind, std::int32_t, int>, std::string>;
 
+/// The engines' own music, from number 1.
+NumberedList<MusicRecord> EngineMusic();
+
 /// One set of records: an engine's own, or what a patch makes of them.
 struct PatchSet {
     NumberedList<ThingRecord> things;
@@ -39,6 +43,7 @@ struct PatchSet {
     NumberedList<WeaponRecord> weapons;
     NumberedList<AmmoRecord> ammo;
     NumberedList<CheatRecord> cheats;
+    NumberedList<MusicRecord> music = EngineMusic();
     MiscRecord misc;
     std::vector<ParRecord> pars; // empty in the default set
     Notes notes;                 // of a patch by engine rules; none is empty
@@ -65,7 +70,7 @@ template <class RecordType> struct ListKind {
     const auto& In(const PatchSet& set) const { return set.*records; }
 };
 
-/// All of them, in the order of table files and patches.
+/// All of them, in the order of table files and patches; music is the same in every engine and stands in no table.
 inline constexpr std::tuple listKinds{
     ListKind<ThingRecord>{RecordKind::Thing, "things", &PatchSet::things, &Dialect::things},
     ListKind<StateRecord>{RecordKind::State, "states", &PatchSet::states, &Dialect::states},
@@ -75,11 +80,20 @@ inline constexpr std::tuple listKinds{
     ListKind<WeaponRecord>{RecordKind::Weapon, "weapons", &PatchSet::weapons, &Dialect::weapons},
     ListKind<AmmoRecord>{RecordKind::Ammo, "ammo", &PatchSet::ammo, &Dialect::ammo},
     ListKind<CheatRecord>{RecordKind::Cheat, "cheats", &PatchSet::cheats},
+    ListKind<MusicRecord>{RecordKind::Music, "music", &PatchSet::music},
 };
 
 /// Calls visit(listKind) for each of them.
 template <class Visit> constexpr void VisitKinds(Visit visit) {
     std::apply([&visit](const auto&... kinds) { (visit(kinds), ...); }, listKinds);
+}
+
+/// The same for those of table files.
+template <class Visit> constexpr void VisitTableKinds(Visit visit) {
+    VisitKinds([&visit]<class Record>(const ListKind<Record>& kind) {
+        if constexpr (!std::is_same_v<Record, MusicRecord>)
+            visit(kind);
+    });
 }
 
 /// Calls visit(listKind) for one of them; does nothing for the kinds that are no list of records.
@@ -98,10 +112,13 @@ template <> inline constexpr bool isNamed<ThingRecord> = true;
 template <> inline constexpr bool isNamed<WeaponRecord> = true;
 template <> inline constexpr bool isNamed<AmmoRecord> = true;
 
-/// Sprites and sounds have the names of their lumps, in fields of few characters.
+/// Sprites, sounds and music have the names of their lumps, in fields of few characters.
 template <class Record> inline constexpr bool hasLumpName = false;
 template <> inline constexpr bool hasLumpName<SoundRecord> = true;
 template <> inline constexpr bool hasLumpName<SpriteRecord> = true;
+template <> inline constexpr bool hasLumpName<MusicRecord> = true;
+inline constexpr std::array lumpNamedKinds{RecordKind::Sprite, RecordKind::Sound, RecordKind::Music};
+constexpr bool HasLumpName(RecordKind kind) { return std::ranges::find(lumpNamedKinds, kind) != lumpNamedKinds.end(); }
 
 /// Puts a lump's name into its field, as far as that has room.
 template <std::size_t size> void PutLumpName(std::array<char, size>& field, std::string_view name) {

@@ -17,6 +17,13 @@ namespace {
 constexpr std::string_view blanks = " \t";
 constexpr std::size_t stateKind = 1; // of the list kinds
 
+/// The kind whose lumps a section gives other names.
+RecordKind RenamedIn(Section section) {
+    return section == Section::Sprites ? RecordKind::Sprite
+           : section == Section::Music ? RecordKind::Music
+                                       : RecordKind::Sound;
+}
+
 void TrimRight(std::string& text) { text.erase(text.find_last_not_of(" \t\r\n\v\f") + 1); }
 
 /// Moves past a number as engines read it; false when there is none.
@@ -418,7 +425,7 @@ void PatchStore::StoreEngineString(std::string_view line) {
 
 void PatchStore::StoreRename(std::string_view key, std::string_view value) {
     const std::string_view name = SkipBlanks(value);
-    VisitKind(section_ == Section::Sprites ? RecordKind::Sprite : RecordKind::Sound, [&](const auto& kind) {
+    VisitKind(RenamedIn(section_), [&](const auto& kind) {
         using Record = RecordOf<decltype(kind)>;
         if constexpr (hasLumpName<Record>) {
             const std::string_view taken = name.substr(0, std::min(name.find_first_of(blanks), Record{}.name.size()));
@@ -433,37 +440,30 @@ void PatchStore::StoreRename(std::string_view key, std::string_view value) {
     });
 }
 
-/// By its default name, of which engines without limits compare only as much as a name has; for these also by its
-/// number. Null when there is none; else `index_` is its number.
+/// By its default name, of which engines without limits compare only as much as a name has; for these a sprite or sound
+/// also by its number. Null when there is none; else `index_` is its number.
 template <class Kind> RecordOf<Kind>* PatchStore::RecordToRename(const Kind& kind, std::string_view key) {
     const std::size_t compared = dialect_.unlimited ? RecordOf<Kind>{}.name.size() : key.size();
     const std::optional<std::int32_t> named = IndexByName(kind.In(defaults_), key.substr(0, compared));
     index_ = named.value_or(noRecord);
     const bool digits = !key.empty() && key.find_first_not_of("0123456789") == std::string_view::npos;
-    if (!named && dialect_.unlimited && digits && LeadingReal(key) <= INT32_MAX)
+    if (!named && dialect_.unlimited && CanBeMade(kind.kind) && digits && LeadingReal(key) <= INT32_MAX)
         index_ = LeadingInt32(key);
     return FindOrMake(kind, index_);
-}
-
-void PatchStore::StoreMusic(std::string_view key, std::string_view value) {
-    constexpr std::size_t longest = 6;
-    const std::string_view name = SkipBlanks(value);
-    const std::string_view taken = name.substr(0, std::min(name.find_first_of(blanks), longest));
-    if (MusicIndex(key) == 0 || taken.empty())
-        return Ignore("is ignored: the engine has no music of that name");
-    if (observer_ != nullptr)
-        observer_->Music(offset_, key, taken);
 }
 
 void PatchStore::StoreHelper(std::string_view key, std::string_view value) {
     std::string_view rest = value;
     std::int32_t thing = 0;
-    if (!EqualIgnoringCase(key, "type") || !TakeEngineNumber(rest, thing))
+    if (!EqualIgnoringCase(key, helperKey) || !TakeEngineNumber(rest, thing))
         return Ignore("is ignored: [HELPER] has only a line of the form \"type = 3\"");
-    if (set_.things.Find(thing - 1) == nullptr)
+    const bool mayBeMadeLater = dialect_.unlimited && thing > 0;
+    if (thing == INT32_MIN || (set_.things.Find(thing - 1) == nullptr && !mayBeMadeLater))
         return Ignore("is ignored: it names a thing that the engine does not have");
     if (observer_ != nullptr)
-        observer_->Helper(offset_, thing);
+        observer_->Number(offset_, FieldUnit::Thing, FieldWidth::Int32, SkipBlanks(value));
+    set_.misc.helper = thing;
+    Stored({RecordKind::Misc, 0, helperField}, value);
 }
 
 Status PatchStore::ReplaceText(std::int32_t oldLength, std::int32_t newLength, bool counts) {
@@ -532,13 +532,8 @@ bool PatchStore::RenameByText(std::string_view oldText, std::string_view newText
         return true;
     if (oldText.size() > longest || newText.size() > longest)
         return false;
-    if (rename(set_.sounds, defaults_.sounds, RecordKind::Sound))
-        return true;
-    if (MusicIndex(oldText) == 0)
-        return false;
-    if (observer_ != nullptr)
-        observer_->RenamedMusic(offset_, oldText, newText);
-    return true;
+    return rename(set_.sounds, defaults_.sounds, RecordKind::Sound) ||
+           rename(set_.music, defaults_.music, RecordKind::Music);
 }
 
 /// The engine's texts; of equal ones the first.

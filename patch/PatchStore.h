@@ -54,11 +54,9 @@ public:
     bool StoreEngineCodePointer(std::string_view line);
     /// [STRINGS]: takes in the lines in which the text goes on.
     void StoreEngineString(std::string_view line);
-    /// [SPRITES] and [SOUNDS].
+    /// [SPRITES], [SOUNDS] and [MUSIC].
     void StoreRename(std::string_view key, std::string_view value);
-
-    /// [MUSIC] and [HELPER], of which the set holds nothing.
-    void StoreMusic(std::string_view key, std::string_view value);
+    /// [HELPER].
     void StoreHelper(std::string_view key, std::string_view value);
 
     /// A text that takes the place of another; both follow in the patch. Fails by the kept rules when the engine does

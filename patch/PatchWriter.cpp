@@ -53,10 +53,13 @@ public:
         if (dialect_.unlimited) {
             Block(spriteNames, "", [this] { LumpNames(RecordKind::Sprite, current_.sprites, defaults_.sprites); });
             Block(soundNames, "", [this] { LumpNames(RecordKind::Sound, current_.sounds, defaults_.sounds); });
+            Block(musicNames, "", [this] { LumpNames(RecordKind::Music, current_.music, defaults_.music); });
         } else if (CanRenameLumps(dialect_)) {
-            LumpTexts(RecordKind::Sprite);
-            LumpTexts(RecordKind::Sound);
+            for (const RecordKind kind : lumpNamedKinds)
+                LumpTexts(kind);
         }
+        if (chosen_ == nullptr && current_.misc.helper != defaults_.misc.helper)
+            Block(helperSection, "", [this] { Line(helperKey, " = ", current_.misc.helper); });
         return std::move(out_);
     }
 
@@ -368,7 +371,7 @@ private:
             }
     }
 
-    /// The same for engines that know sprites and sounds by their own names alone.
+    /// The same for engines that know sprites, sounds and music by their own names alone.
     void LumpTexts(RecordKind kind) {
         for (const std::int32_t number : RecordNumbers(current_, kind)) {
             const Cell cell{kind, number, lumpNameField};

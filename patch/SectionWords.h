@@ -32,7 +32,8 @@ enum class Section {
     Unsupported
 };
 
-inline constexpr std::string_view spriteNames = "[SPRITES]", soundNames = "[SOUNDS]";
+inline constexpr std::string_view spriteNames = "[SPRITES]", soundNames = "[SOUNDS]", musicNames = "[MUSIC]",
+                                  helperSection = "[HELPER]", helperKey = "type";
 
 /// The kind whose records a section selects by number; `Par` for the other sections.
 inline RecordKind KindOf(Section section) {
@@ -72,8 +73,8 @@ public:
                   {dialect.unsupported[1], dialect.EngineRules() ? Section::Include : Section::Unsupported},
                   {dialect.EngineRules() ? spriteNames : "", Section::Sprites},
                   {dialect.EngineRules() ? soundNames : "", Section::Sounds},
-                  {dialect.EngineRules() ? "[MUSIC]" : "", Section::Music},
-                  {dialect.EngineRules() ? "[HELPER]" : "", Section::Helper}}},
+                  {dialect.EngineRules() ? musicNames : "", Section::Music},
+                  {dialect.EngineRules() ? helperSection : "", Section::Helper}}},
           index_(words_, [](const Entry& entry) { return entry.word; }) {}
 
     struct Entry {

@@ -44,6 +44,8 @@ std::string RecordName(const PatchSet& set, RecordKind kind, std::int32_t index)
         return "sound " + set.SoundName(index);
     case RecordKind::Sprite:
         return "sprite " + std::string(set.SpriteName(index));
+    case RecordKind::Music:
+        return "music " + std::get<std::string>(ReadCell(set, {kind, index, lumpNameField}));
     case RecordKind::String:
         return "string " + std::to_string(index);
     case RecordKind::Cheat:
@@ -80,6 +82,8 @@ std::string FieldName(const Cell& cell) {
         return "Text";
     case listField:
         return "Par times";
+    case helperField:
+        return "Helper";
     default:
         const TextField* text = TextFieldAt(cell.field);
         return std::string(text != nullptr ? text->label : FactsOf(cell.kind, cell.field).label);

@@ -19,11 +19,8 @@ std::string LinkText(const PatchSet& set, const EngineConfiguration& engine, con
     const Cell& cell = link.from;
     if (link.argument != nullptr)
         return FrameWithAction(engine, cell.index, set.states[cell.index].codePointer) + ": " + link.argument->name;
-    const TextField* text = TextFieldAt(cell.field);
-    const std::string_view label = cell.field == codePointerField ? "Action"
-                                   : text != nullptr              ? text->label
-                                                                  : FactsOf(cell.kind, cell.field).label;
-    return RecordName(set, cell.kind, cell.index) + ": " + std::string(label);
+    const std::string name = RecordName(set, cell.kind, cell.index), field = FieldName(cell);
+    return name.empty() ? field : name + ": " + field;
 }
 
 } // namespace

@@ -143,6 +143,8 @@ ValueMeaning ReferenceTo(const PatchSet& set, Kind kind) {
 ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell) {
     if (const TextField* text = TextFieldAt(cell.field))
         return {text->unit == TextField::Unit::LumpName ? Kind::LumpName : Kind::StringKey};
+    if (cell.field == helperField)
+        return ReferenceTo(set, Kind::Thing);
     const RowFacts facts = FactsOf(cell.kind, cell.field);
     switch (facts.unit) {
     case FieldUnit::Thing:

@@ -35,7 +35,8 @@ struct ValueMeaning {
     BitSet bits = BitSet::Things; // for `Bits`
 };
 
-/// The meaning of a cell that is a row of its kind's table or a text field; of a speed it depends on the thing's bits.
+/// The meaning of a cell that is a row of its kind's table, a text field or the helper; of a speed it depends on the
+/// thing's bits.
 ValueMeaning MeaningOf(const PatchSet& set, const Cell& cell);
 ValueMeaning MeaningOf(const PatchSet& set, const EngineConfiguration::Argument& argument);
 

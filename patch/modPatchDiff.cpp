@@ -34,6 +34,7 @@ public:
         });
         Cheats();
         Fields("Misc", before_.misc, after_.misc);
+        Helper();
         Strings();
         Pars();
         LumpNames();
@@ -138,7 +139,15 @@ private:
         return numbers;
     }
 
-    /// Of sprites and sounds.
+    void Helper() {
+        const auto text = [](const PatchSet& set) {
+            return set.misc.helper == 0 ? std::string("unset") : std::to_string(set.misc.helper);
+        };
+        if (before_.misc.helper != after_.misc.helper)
+            Line("Helper", "Type", text(before_), text(after_));
+    }
+
+    /// Of sprites, sounds and music.
     void LumpNames() {
         if (!CanRenameLumps(engine_.dialect))
             return;
@@ -153,6 +162,7 @@ private:
         };
         tell(RecordKind::Sprite, "Sprite", Together(before_.sprites, after_.sprites));
         tell(RecordKind::Sound, engine_.dialect.sounds.word, Together(before_.sounds, after_.sounds));
+        tell(RecordKind::Music, "Music", Together(before_.music, after_.music));
     }
 
     std::string CodePointerText(std::int32_t codePointer) const {

@@ -58,10 +58,6 @@ public:
     virtual void OtherString(std::size_t /*offset*/, std::string_view /*key*/, std::string_view /*text*/) {}
     virtual void Renamed(std::size_t /*offset*/, RecordKind /*kind*/, std::string_view /*from*/,
                          std::string_view /*to*/) {}
-    virtual void RenamedMusic(std::size_t /*offset*/, std::string_view /*from*/, std::string_view /*to*/) {}
-    /// By engine rules: a line of [MUSIC], and the thing (as patches count) that [HELPER] names.
-    virtual void Music(std::size_t /*offset*/, std::string_view /*from*/, std::string_view /*to*/) {}
-    virtual void Helper(std::size_t /*offset*/, std::int32_t /*thing*/) {}
     /// By the kept rules: a line with "=" belongs to its section, whether or not the record exists.
     virtual void Field(std::size_t /*offset*/) {}
     /// A number was read, for a field or as a part of another line.

@@ -15,7 +15,7 @@ namespace plinket3 {
 // The records of a patch. Every number is a signed 32-bit integer; state, sound and sprite numbers are indices from 0.
 // The numbers that have rows in a field table stand in a base of their own, so that none can be without a row.
 
-enum class RecordKind : std::uint8_t { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par };
+enum class RecordKind : std::uint8_t { Thing, State, Sound, Sprite, String, Weapon, Ammo, Cheat, Misc, Par, Music };
 
 struct ThingNumbers {
     std::int32_t id = 0, initialState = 0, hitPoints = 0, firstMovingState = 0, alertSound = 0, reactionTime = 0,
@@ -100,6 +100,11 @@ struct AmmoRecord : AmmoNumbers {
     bool operator==(const AmmoRecord&) const = default;
 };
 
+struct MusicRecord {
+    std::array<char, 6> name{}; // the lump's without D_, filled up with NULs
+    bool operator==(const MusicRecord&) const = default;
+};
+
 struct StringRecord {
     std::int32_t position = 0; // carried unchanged
     std::int32_t length = 0;   // characters of the text
@@ -114,12 +119,16 @@ struct CheatRecord {
     bool operator==(const CheatRecord&) const = default;
 };
 
-struct MiscRecord {
+struct MiscNumbers {
     std::int32_t initialHealth = 0, initialBullets = 0, maxHealth = 0, secondMaxHealth = 0, maxArmor = 0,
                  secondMaxArmor = 0, greenArmorClass = 0, blueArmorClass = 0, maxSoulsphere = 0,
                  secondMaxSoulsphere = 0, soulsphereHealth = 0, megasphereHealth = 0, godModeHealth = 0,
                  secondGodModeHealth = 0, idfaArmor = 0, idfaArmorClass = 0, idkfaArmor = 0, idkfaArmorClass = 0,
                  bfgCells = 0, spare1 = 0, spare2 = 0, monstersInfight = 0;
+    bool operator==(const MiscNumbers&) const = default;
+};
+struct MiscRecord : MiscNumbers {
+    std::int32_t helper = 0; // the thing that helps the player, counted from 1; 0 for the engine's own, a dog
     bool operator==(const MiscRecord&) const = default;
 };
 
@@ -414,6 +423,7 @@ template <> struct RecordWith<StateNumbers> { using Type = StateRecord; };
 template <> struct RecordWith<SoundNumbers> { using Type = SoundRecord; };
 template <> struct RecordWith<WeaponNumbers> { using Type = WeaponRecord; };
 template <> struct RecordWith<AmmoNumbers> { using Type = AmmoRecord; };
+template <> struct RecordWith<MiscNumbers> { using Type = MiscRecord; };
 } // namespace detail
 
 /// The row of a record kind's table that holds `member`; every number has one.
@@ -433,7 +443,7 @@ template <class Record, class Numbers>
 inline constexpr bool everyNumberHasARow = sizeof(Numbers) == fieldTable<Record>.size() * sizeof(std::int32_t);
 static_assert(everyNumberHasARow<ThingRecord, ThingNumbers> && everyNumberHasARow<StateRecord, StateNumbers> &&
               everyNumberHasARow<SoundRecord, SoundNumbers> && everyNumberHasARow<WeaponRecord, WeaponNumbers> &&
-              everyNumberHasARow<AmmoRecord, AmmoNumbers> && everyNumberHasARow<MiscRecord, MiscRecord>);
+              everyNumberHasARow<AmmoRecord, AmmoNumbers> && everyNumberHasARow<MiscRecord, MiscNumbers>);
 
 /// A field of a record that holds a name; few records have one, so these stand beside the records, in
 /// `PatchSet::texts`.

@@ -177,7 +177,7 @@ template <class Record> std::size_t BytesOfOne() {
 /// Reads or writes a whole set. False for a count that cannot be one.
 template <class File, class Set> bool Content(File& file, Set& set, const Dialect& dialect) {
     bool possible = true;
-    VisitKinds([&](const auto& kind) {
+    VisitTableKinds([&](const auto& kind) {
         const bool inConfiguration = kind.kind == RecordKind::String && dialect.keyedTexts;
         if (!inConfiguration)
             possible = possible && Columns(file, kind.In(set).Dense());
@@ -210,7 +210,7 @@ std::vector<LaterValue> LaterValues(const NumberedList<Record>& records, const F
 void WriteLaterFields(ByteWriter& file, const PatchSet& set, FieldLevel level) {
     ByteWriter columns;
     std::size_t count = 0;
-    VisitKinds([&](const auto& kind) {
+    VisitTableKinds([&](const auto& kind) {
         for (const auto& field : fieldsOf<RecordOf<decltype(kind)>>) {
             if (field.since == FieldLevel::Doom || field.since > level)
                 continue;
@@ -269,12 +269,12 @@ template <class Record> std::vector<std::int32_t> OtherNumbers(const NumberedLis
 
 bool NeedsNewestVersion(const PatchSet& set) {
     bool needs = !set.texts.empty();
-    VisitKinds([&](const auto& kind) { needs = needs || kind.In(set).size() != kind.In(set).DenseSize(); });
+    VisitTableKinds([&](const auto& kind) { needs = needs || kind.In(set).size() != kind.In(set).DenseSize(); });
     return needs;
 }
 
 void WriteOtherRecords(TableWriter& file, const PatchSet& set) {
-    VisitKinds([&](const auto& kind) {
+    VisitTableKinds([&](const auto& kind) {
         const auto& records = kind.In(set);
         std::vector<RecordOf<decltype(kind)>> others;
         WriteCount(file.Rest(), records.size() - records.DenseSize());
@@ -289,7 +289,7 @@ void WriteOtherRecords(TableWriter& file, const PatchSet& set) {
 /// False for a count that cannot be one.
 bool ReadOtherRecords(TableReader& file, PatchSet& set) {
     bool possible = true;
-    VisitKinds([&](const auto& kind) {
+    VisitTableKinds([&](const auto& kind) {
         const auto count = possible ? ReadCount(file.Rest()) : std::nullopt;
         possible = count && *count <= file.Rest().Left() / sizeof(std::int32_t);
         if (!possible)

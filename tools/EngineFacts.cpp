@@ -314,7 +314,7 @@ private:
 
     /// Records with negative numbers, which stand beside those of the bases.
     void ReadMore(const Targets& targets) {
-        VisitKinds([&](const auto& kind) {
+        VisitTableKinds([&](const auto& kind) {
             const std::string name = "more_" + std::string(kind.plural);
             if (kind.kind == RecordKind::String || Folders(name).empty())
                 return;

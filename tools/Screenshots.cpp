@@ -1,5 +1,6 @@
 // Takes the pictures of the documentation from the real windows, so that they never show another program than this one.
-//   plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]
+//   plinket3_screenshots PROGRAM-FOLDER IWAD PATCH MONSTER OUT-FOLDER [dark]
+// MONSTER is the patch of the tutorial.
 #include "core/Files.h"
 #include "tools/SilentNotifier.h"
 #include "ui/DarkPalette.h"
@@ -96,13 +97,22 @@ public:
         show();
     }
 
+    /// After `prepare`, when the editor has its size.
+    void TakeEditor(
+        std::size_t editor, const QString& name, const std::function<void()>& prepare = [] {}) {
+        window_.Editors().Show(editor, true);
+        window_.Editors().Frame(editor)->showNormal();
+        QApplication::processEvents();
+        prepare();
+        Take(*window_.Editors().Frame(editor), name);
+        window_.Editors().Show(editor, false);
+    }
+
+    /// Those of lumps' names are taken of a patch that has some.
     void TakeEditors() {
         PrepareEditors();
-        for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
-            window_.Editors().Show(editor, true);
-            Take(*window_.Editors().Frame(editor), QString::fromLatin1(editorEntries[editor].window).mid(7).toLower());
-            window_.Editors().Show(editor, false);
-        }
+        for (std::size_t editor = 0; editor < spriteEditor; ++editor)
+            TakeEditor(editor, QString::fromLatin1(editorEntries[editor].window).mid(7).toLower());
         window_.statusBar()->clearMessage();
         for (const std::size_t editor : {thingEditor, stateEditor}) {
             window_.Editors().Show(editor, true);
@@ -117,8 +127,23 @@ public:
         TakeModal("sound", [this] { emit Find<RecordList>(window_, "lvwSounds").EditAsked(firstSound); });
     }
 
+    /// What the tutorial's patch makes.
+    void TakeMonster() {
+        EditorSet& editors = window_.Editors();
+        TakeEditor(thingEditor, QStringLiteral("own-monster-thing"), [&] { editors.ShowThingInEditor(sneak); });
+        TakeEditor(stateEditor, QStringLiteral("own-monster-state"), [&] {
+            editors.SelectSingleState(sneakFiring, -1, -1);
+            Take(Find<QWidget>(*editors.Frame(stateEditor), "framState"), QStringLiteral("modern-arguments"));
+        });
+        TakeEditor(spriteEditor, QStringLiteral("sprites"),
+                   [this] { Find<RecordList>(window_, "lvwSprites").SelectRecord(sneakSprite); });
+        TakeEditor(musicEditor, QStringLiteral("music"),
+                   [this] { Find<RecordList>(window_, "lvwMusic").SelectRecord(firstOfDoom2); });
+    }
+
 private:
     static constexpr std::size_t thingEditor = 0, stateEditor = 1;
+    static constexpr int sneak = 250, sneakFiring = 4006, sneakSprite = 245, firstOfDoom2 = 33;
 
     /// Something to see in each editor, with a value or two that are not the engine's.
     void PrepareEditors() {
@@ -180,6 +205,13 @@ constexpr std::string_view oddPatch = "# Bigger and meaner, version 3\n# by you\
                                       "Blood color = 3\n\nThing 900 (Boss)\nSpeed = 12\n\nINCLUDE weapons.deh\n\n"
                                       "[STRINGS]\nUSER_BOSS = Something woke up.\n";
 
+void Open(PictureFrontEnd& frontEnd, const std::filesystem::path& patch) {
+    QTimer::singleShot(0, AcceptSession);
+    frontEnd.OpenFile(patch);
+    if (!frontEnd.SessionOpen())
+        throw std::runtime_error(patch.string() + " cannot be opened");
+}
+
 /// What there is only by engine rules: the other lines of a patch, and its notes.
 void TakeRules(Pictures& pictures, PictureFrontEnd& frontEnd) {
     QTemporaryDir folder;
@@ -187,8 +219,7 @@ void TakeRules(Pictures& pictures, PictureFrontEnd& frontEnd) {
     if (!WriteFileAtomically(patch, oddPatch))
         throw std::runtime_error("no patch could be written");
     frmMain& window = frontEnd.Main();
-    QTimer::singleShot(0, AcceptSession);
-    frontEnd.OpenFile(patch);
+    Open(frontEnd, patch);
     pictures.TakeModal("patch-notes", [&window] { Find<QAction>(window, "FilePatchNotes").trigger(); });
     auto& others = Find<QDockWidget>(window, "dockOtherLines");
     others.show();
@@ -225,7 +256,7 @@ int Run(char** argv) {
         return 1;
     frmMain& window = frontEnd.Main();
     window.resize(1050, 760);
-    Pictures pictures(window, QString::fromLocal8Bit(argv[4]));
+    Pictures pictures(window, QString::fromLocal8Bit(argv[5]));
 
     const auto showOptions = [&window] { window.ShowOptions(); };
     pictures.TakeModal("options", showOptions);
@@ -238,14 +269,14 @@ int Run(char** argv) {
     pictures.Take(found, QStringLiteral("find-iwads"));
     found.hide();
 
-    QTimer::singleShot(0, AcceptSession);
-    frontEnd.OpenFile(argv[3]);
-    if (!frontEnd.SessionOpen())
-        return 1;
+    Open(frontEnd, argv[3]);
     pictures.TakeEditors();
     TakeRecovered(pictures, program.patch, program.engine, notifier);
     program.patch.changed = false; // what the pictures show is not asked about
     TakeRules(pictures, frontEnd);
+    Open(frontEnd, argv[4]);
+    pictures.TakeMonster();
+    program.patch.changed = false;
 
     Program another(notifier); // which knows no other patches than these
     another.settings.CreateDefaults(program.documentsFolder);
@@ -260,13 +291,13 @@ int Run(char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 5) {
-        std::cerr << "usage: plinket3_screenshots PROGRAM-FOLDER IWAD PATCH OUT-FOLDER [dark]\n";
+    if (argc < 6) {
+        std::cerr << "usage: plinket3_screenshots PROGRAM-FOLDER IWAD PATCH MONSTER OUT-FOLDER [dark]\n";
         return 2;
     }
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    if (argc > 5 && std::string_view(argv[5]) == "dark")
+    if (argc > 6 && std::string_view(argv[6]) == "dark")
         QApplication::setPalette(DarkPalette());
     QApplication::setWindowIcon(ProgramIcon("plinket3", QApplication::palette()));
     try {

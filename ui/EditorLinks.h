@@ -2,10 +2,13 @@
 
 #include "patch/Cells.h"
 
+#include <QList>
 #include <QString>
 
 #include <cstdint>
 #include <optional>
+
+class QAction;
 
 namespace plinket3 {
 
@@ -20,6 +23,9 @@ public:
     virtual void ShowCell(const Cell& cell) = 0;
     /// The same with the focus in the list of records.
     void ShowRecord(RecordKind kind, std::int32_t number) { ShowCell({kind, number, existsField}); }
+    /// What can be done with the records selected in the editor in front, where they are of that kind: for menus of
+    /// lists.
+    virtual QList<QAction*> RecordActions(RecordKind kind) const = 0;
     /// Brings the state editor up with `state` selected: under the filter of `thing`, else of `weapon`, else (both -1)
     /// under the filter it has.
     virtual void SelectSingleState(int state, int thing, int weapon) = 0;
@@ -44,8 +50,6 @@ public:
 
     /// Asks for a name that a patch can hold; empty when the user cancels or leaves it empty.
     virtual QString AskText(const QString& title, const QString& prompt, const QString& start) = 0;
-    /// Asks what becomes of the records that are selected together in the editor in front, and stores it.
-    virtual void ChangeMany() = 0;
     /// A word in the status bar.
     virtual void ShowStatus(const QString& text) = 0;
 };

@@ -4,6 +4,7 @@
 #include "ui/editors/frmEditAmmo.h"
 #include "ui/editors/frmEditCheats.h"
 #include "ui/editors/frmEditMisc.h"
+#include "ui/editors/frmEditMusic.h"
 #include "ui/editors/frmEditPars.h"
 #include "ui/editors/frmEditSounds.h"
 #include "ui/editors/frmEditSprites.h"
@@ -13,7 +14,6 @@
 #include "ui/editors/frmEditWeapons.h"
 #include "ui/editors/frmPropSound.h"
 #include "ui/editors/frmPropString.h"
-#include "ui/frmChangeMany.h"
 #include "ui/pickers/frmSelectAction.h"
 #include "ui/pickers/frmSelectRecord.h"
 #include "ui/pickers/frmSelectSprite.h"
@@ -29,7 +29,8 @@
 namespace plinket3 {
 
 EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
-    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area) {
+    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area),
+      commands_(program, edits, *this, area) {
     edits_.Listen([this](const std::vector<Cell>& cells) {
         for (EditorWindow* editor : editors_)
             if (editor != nullptr)
@@ -39,6 +40,8 @@ EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& 
         FollowThingNames(cells);
     });
     connect(&area_, &QMdiArea::subWindowActivated, this, &EditorSet::PlaceChanged);
+    for (const auto signal : {&EditorSet::PlaceChanged, &EditorSet::ShownChanged})
+        connect(this, signal, &commands_, &RecordCommands::Update);
 }
 
 EditorSet::~EditorSet() = default;
@@ -76,7 +79,9 @@ std::unique_ptr<EditorWindow> EditorSet::Make(std::string_view name) {
         return std::make_unique<frmEditMisc>(context);
     if (name == "frmEditPars")
         return std::make_unique<frmEditPars>(context);
-    return std::make_unique<frmEditSprites>(context);
+    if (name == "frmEditSprites")
+        return std::make_unique<frmEditSprites>(context);
+    return std::make_unique<frmEditMusic>(context);
 }
 
 bool EditorSet::Load(std::string_view name) {
@@ -107,13 +112,14 @@ bool EditorSet::Load(std::string_view name) {
 /// Only extended patches have par times, and by the kept rules none renames a sprite.
 bool EditorSet::Serves(std::size_t editor) const {
     const Dialect& dialect = program_.engine.dialect;
-    return editor == parEditor ? dialect.IsExtended() : editor != spriteEditor || dialect.EngineRules();
+    return editor == parEditor ? dialect.IsExtended()
+                               : (editor != spriteEditor && editor != musicEditor) || dialect.EngineRules();
 }
 
 bool EditorSet::IsShown(std::size_t editor) const { return frames_[editor] != nullptr && !frames_[editor]->isHidden(); }
 
 void EditorSet::Show(std::size_t editor, bool shown) {
-    if (editor == spriteEditor && shown)
+    if ((editor == spriteEditor || editor == musicEditor) && shown)
         Load(editorEntries[editor].window); // which few need
     if (editors_[editor] == nullptr || (!shown && frames_[editor] == nullptr))
         return;
@@ -224,6 +230,11 @@ std::optional<Cell> EditorSet::Here() const {
     return Cell{editorEntries[*editor].kind, editors_[*editor]->CurrentRecord().value_or(noRecord), existsField};
 }
 
+std::vector<std::int32_t> EditorSet::Selected() const {
+    const std::optional<std::size_t> editor = Front();
+    return editor ? editors_[*editor]->Selected() : std::vector<std::int32_t>();
+}
+
 bool EditorSet::IsThere(const Cell& place) const {
     const PatchSet& set = program_.patch.current;
     if (!Serves(EditorOf(place.kind)))
@@ -312,14 +323,6 @@ std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
 std::optional<std::int32_t> EditorSet::PickRecord(RecordKind kind, std::int32_t start) {
     auto& dialog = kind == RecordKind::Thing ? selectThing_ : kind == RecordKind::Sound ? selectSound_ : selectString_;
     return Made(dialog, program_, kind, area_.window()).Choose(start);
-}
-
-void EditorSet::ChangeMany() {
-    const std::optional<std::size_t> editor = Front();
-    ManyRecords records = editor ? editors_[*editor]->SelectedTogether() : ManyRecords();
-    if (records.numbers.empty())
-        return ShowStatus(tr("Select things, states, weapons, kinds of ammunition or sounds first."));
-    frmChangeMany({program_, edits_, *this}, std::move(records), area_.window()).Change();
 }
 
 QString EditorSet::AskText(const QString& title, const QString& prompt, const QString& start) {

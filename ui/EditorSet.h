@@ -2,6 +2,7 @@
 
 #include "ui/Audio.h"
 #include "ui/FileDialogs.h"
+#include "ui/RecordCommands.h"
 #include "ui/editors/EditorWindow.h"
 
 #include <QMap>
@@ -33,25 +34,27 @@ struct EditorEntry {
     RecordKind kind;
     const char* window; // class and object name
     const char* command;
+    const char* key;
     const char* menuText;
     const char* button;
     const char* manualPage;
 };
-inline constexpr std::array<EditorEntry, 10> editorEntries{{
-    {RecordKind::Thing, "frmEditThings", "ViewThingEditor", "Thing editor", "Things", "things.md"},
-    {RecordKind::State, "frmEditStates", "ViewStateEditor", "State editor", "States", "states.md"},
-    {RecordKind::Sound, "frmEditSounds", "ViewSoundEditor", "Sound editor", "Sounds", "sounds.md"},
-    {RecordKind::String, "frmEditStrings", "ViewStringEditor", "String editor", "Strings", "strings.md"},
-    {RecordKind::Weapon, "frmEditWeapons", "ViewWeaponEditor", "Weapon editor", "Weapons", "weapons.md"},
-    {RecordKind::Ammo, "frmEditAmmo", "ViewAmmoEditor", "Ammo editor", "Ammo", "ammo.md"},
-    {RecordKind::Cheat, "frmEditCheats", "ViewCheatEditor", "Cheat editor", "Cheats", "cheats.md"},
-    {RecordKind::Misc, "frmEditMisc", "ViewMiscEditor", "Misc. editor", "Misc.", "misc.md"},
-    {RecordKind::Par, "frmEditPars", "ViewParEditor", "Par. editor", "Par.", "pars.md"},
-    {RecordKind::Sprite, "frmEditSprites", "ViewSpriteEditor", "Sprite editor", "Sprites", "sprites.md"},
+inline constexpr std::array<EditorEntry, 11> editorEntries{{
+    {RecordKind::Thing, "frmEditThings", "ViewThingEditor", "Ctrl+1", "Thing editor", "Things", "things.md"},
+    {RecordKind::State, "frmEditStates", "ViewStateEditor", "Ctrl+2", "State editor", "States", "states.md"},
+    {RecordKind::Sound, "frmEditSounds", "ViewSoundEditor", "Ctrl+3", "Sound editor", "Sounds", "sounds.md"},
+    {RecordKind::String, "frmEditStrings", "ViewStringEditor", "Ctrl+4", "String editor", "Strings", "strings.md"},
+    {RecordKind::Weapon, "frmEditWeapons", "ViewWeaponEditor", "Ctrl+5", "Weapon editor", "Weapons", "weapons.md"},
+    {RecordKind::Ammo, "frmEditAmmo", "ViewAmmoEditor", "Ctrl+6", "Ammo editor", "Ammo", "ammo.md"},
+    {RecordKind::Cheat, "frmEditCheats", "ViewCheatEditor", "Ctrl+7", "Cheat editor", "Cheats", "cheats.md"},
+    {RecordKind::Misc, "frmEditMisc", "ViewMiscEditor", "Ctrl+8", "Misc. editor", "Misc.", "misc.md"},
+    {RecordKind::Par, "frmEditPars", "ViewParEditor", "Ctrl+9", "Par. editor", "Par.", "pars.md"},
+    {RecordKind::Sprite, "frmEditSprites", "ViewSpriteEditor", "Ctrl+0", "Sprite editor", "Sprites", "sprites.md"},
+    {RecordKind::Music, "frmEditMusic", "ViewMusicEditor", "Ctrl+M", "Music editor", "Music", "music.md"},
 }};
-inline constexpr std::size_t parEditor = 8, spriteEditor = 9;
+inline constexpr std::size_t parEditor = 8, spriteEditor = 9, musicEditor = 10;
 
-/// The ten editors with their dialogs, as children of the main window's document area; answers what they ask of each
+/// The editors with their dialogs, as children of the main window's document area; answers what they ask of each
 /// other.
 class EditorSet : public QObject, public EditorLinks {
     Q_OBJECT
@@ -79,14 +82,19 @@ public:
     void Place(std::size_t editor, const QByteArray& place);
     /// The editor in front and its current record, which is `noRecord` where none is. Absent when no editor is shown.
     std::optional<Cell> Here() const;
+    /// All that are selected in the editor in front.
+    std::vector<std::int32_t> Selected() const;
     /// Whether such a place is there in the open patch.
     bool IsThere(const Cell& place) const;
     /// Brings such a place up.
     void ShowPlace(const Cell& place);
+    /// What can be done with the selected records, of any kind.
+    QList<QAction*> AllRecordActions() const { return commands_.Actions(); }
     QMdiSubWindow* Frame(std::size_t editor) const { return frames_[editor]; }
 
     // EditorLinks
     void ShowCell(const Cell& cell) override;
+    QList<QAction*> RecordActions(RecordKind kind) const override { return commands_.Actions(kind); }
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override;
     std::optional<int> SelectedSoundRow() override;
@@ -97,7 +105,6 @@ public:
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
     std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
-    void ChangeMany() override;
     void ShowStatus(const QString& text) override { emit StatusText(text); }
 
 signals:
@@ -107,7 +114,7 @@ signals:
     /// The user is led elsewhere, and has arrived there.
     void Jumping();
     void Jumped();
-    /// Another editor is in front, or has another current record.
+    /// Another editor is in front, or other records are selected.
     void PlaceChanged();
     /// The comments at the patch's head, which no editor shows, are to be.
     void PatchNotesWanted();
@@ -131,6 +138,7 @@ private:
     Audio& audio_;
     FileDialogs& dialogs_;
     QMdiArea& area_;
+    RecordCommands commands_;
     std::array<std::unique_ptr<EditorWindow>, editorEntries.size()> unshown_; // until they get a frame
     std::array<EditorWindow*, editorEntries.size()> editors_{};
     std::array<QMdiSubWindow*, editorEntries.size()> frames_{};

@@ -14,12 +14,12 @@ namespace {
 
 /// By `FindGroup`.
 constexpr std::array<const char*, findGroupCount> groupHeadings{
-    QT_TRANSLATE_NOOP("FindResultsModel", "Things"),  QT_TRANSLATE_NOOP("FindResultsModel", "States"),
-    QT_TRANSLATE_NOOP("FindResultsModel", "Sounds"),  QT_TRANSLATE_NOOP("FindResultsModel", "Sprites"),
-    QT_TRANSLATE_NOOP("FindResultsModel", "Strings"), QT_TRANSLATE_NOOP("FindResultsModel", "Weapons"),
-    QT_TRANSLATE_NOOP("FindResultsModel", "Ammo"),    QT_TRANSLATE_NOOP("FindResultsModel", "Cheats"),
-    QT_TRANSLATE_NOOP("FindResultsModel", "Misc."),   QT_TRANSLATE_NOOP("FindResultsModel", "Par times"),
-    QT_TRANSLATE_NOOP("FindResultsModel", "Notes")};
+    QT_TRANSLATE_NOOP("FindResultsModel", "Things"),    QT_TRANSLATE_NOOP("FindResultsModel", "States"),
+    QT_TRANSLATE_NOOP("FindResultsModel", "Sounds"),    QT_TRANSLATE_NOOP("FindResultsModel", "Sprites"),
+    QT_TRANSLATE_NOOP("FindResultsModel", "Music"),     QT_TRANSLATE_NOOP("FindResultsModel", "Strings"),
+    QT_TRANSLATE_NOOP("FindResultsModel", "Weapons"),   QT_TRANSLATE_NOOP("FindResultsModel", "Ammo"),
+    QT_TRANSLATE_NOOP("FindResultsModel", "Cheats"),    QT_TRANSLATE_NOOP("FindResultsModel", "Misc."),
+    QT_TRANSLATE_NOOP("FindResultsModel", "Par times"), QT_TRANSLATE_NOOP("FindResultsModel", "Notes")};
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/clsConfiguration.h"
+#include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchPlace.h"
@@ -42,29 +43,40 @@ std::int32_t NumberOf(const SettingTree& tree, std::string_view key) {
     return value == nullptr ? 0 : RoundToInt32(NumberIn(*value).value_or(0));
 }
 
-std::vector<ParRecord> ParsOf(const SettingTree& root) {
-    std::vector<ParRecord> pars;
-    const SettingValue* value = root.Find("pars");
+/// Calls visit(tree) for each tree within the one of that name.
+template <class Visit> void EachTree(const SettingTree& root, std::string_view name, Visit visit) {
+    const SettingValue* value = root.Find(name);
     const auto* tree = value == nullptr ? nullptr : std::get_if<std::shared_ptr<SettingTree>>(value);
     if (tree == nullptr)
-        return pars;
+        return;
     for (const auto& entry : (*tree)->Entries())
-        if (const auto* par = std::get_if<std::shared_ptr<SettingTree>>(&entry.second))
-            pars.push_back({NumberOf(**par, "episode"), NumberOf(**par, "map"), NumberOf(**par, "seconds")});
+        if (const auto* inner = std::get_if<std::shared_ptr<SettingTree>>(&entry.second))
+            visit(**inner);
+}
+
+std::vector<ParRecord> ParsOf(const SettingTree& root) {
+    std::vector<ParRecord> pars;
+    EachTree(root, "pars", [&pars](const SettingTree& par) {
+        pars.push_back({NumberOf(par, "episode"), NumberOf(par, "map"), NumberOf(par, "seconds")});
+    });
     return pars;
 }
 
 Notes NotesOf(const SettingTree& root) {
     Notes notes;
-    const SettingValue* value = root.Find("notes");
-    const auto* tree = value == nullptr ? nullptr : std::get_if<std::shared_ptr<SettingTree>>(value);
-    if (tree == nullptr)
-        return notes;
-    for (const auto& entry : (*tree)->Entries())
-        if (const auto* note = std::get_if<std::shared_ptr<SettingTree>>(&entry.second))
-            notes[{static_cast<RecordKind>(NumberOf(**note, "kind")), NumberOf(**note, "record")}] =
-                TextOf(**note, "text");
+    EachTree(root, "notes", [&notes](const SettingTree& note) {
+        notes[{static_cast<RecordKind>(NumberOf(note, "kind")), NumberOf(note, "record")}] = TextOf(note, "text");
+    });
     return notes;
+}
+
+std::map<std::int32_t, std::string> MusicOf(const SettingTree& root) {
+    std::map<std::int32_t, std::string> names;
+    EachTree(root, "music", [&names](const SettingTree& music) {
+        if (std::string name = TextOf(music, "name"); MayBeLumpName(RecordKind::Music, name))
+            names[NumberOf(music, "record")] = std::move(name);
+    });
+    return names;
 }
 
 /// The numbers are kept as texts, since those of the format do not hold 64 bits.
@@ -119,6 +131,8 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.defaultsTable = bytes;
     recovered.pars = ParsOf(*root);
     recovered.notes = NotesOf(*root);
+    recovered.music = MusicOf(*root);
+    recovered.helper = NumberOf(*root, "helper");
     recovered.stamp = FileStampOf(*root);
     return recovered;
 }
@@ -204,6 +218,19 @@ Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine,
         notes->Set(std::to_string(notes->Count()), note);
     }
     root->Set("notes", notes);
+    const auto music = std::make_shared<SettingTree>();
+    for (const std::int32_t number : RecordNumbers(patch.current, RecordKind::Music)) {
+        const Cell cell{RecordKind::Music, number, lumpNameField};
+        const CellValue name = ReadCell(patch.current, cell);
+        if (name == ReadCell(patch.defaults, cell))
+            continue;
+        const auto renamed = std::make_shared<SettingTree>();
+        renamed->Set("record", number);
+        renamed->Set("name", std::get<std::string>(name));
+        music->Set(std::to_string(number), renamed);
+    }
+    root->Set("music", music);
+    root->Set("helper", patch.current.misc.helper);
     const std::string table = modTables::FormatTable(patch.current, LayoutFor(engine.dialect));
     root->Set("tableSize", static_cast<std::int32_t>(table.size()));
     const std::string document = patch.document ? patch.document->Bytes() : std::string();
@@ -347,6 +374,10 @@ bool ApplyRecovered(const RecoveredPatch& recovered, Session& session) {
     for (const auto& [record, text] : recovered.notes)
         if (const Cell note{record.first, record.second, noteField}; HasCell(set, note))
             WriteCell(set, note, text);
+    for (const auto& [number, name] : recovered.music)
+        if (const Cell music{RecordKind::Music, number, lumpNameField}; HasCell(set, music))
+            WriteCell(set, music, name);
+    set.misc.helper = recovered.helper;
     session.patch.document = std::move(document);
     session.patch.current = std::move(set);
     session.patch.defaults = std::move(defaults);

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +27,8 @@ struct RecoveredPatch {
     std::string table, defaultsTable;
     std::vector<ParRecord> pars;
     Notes notes;
+    std::map<std::int32_t, std::string> music; // that has another name, which no table holds
+    std::int32_t helper = 0;
     std::optional<FileStamp> stamp; // of the patch's file as the run knew it
 };
 

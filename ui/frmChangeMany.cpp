@@ -48,7 +48,8 @@ std::int64_t TypedNumber(const Target& target) {
 
 } // namespace
 
-frmChangeMany::frmChangeMany(const EditorContext& context, ManyRecords records, QWidget* parent)
+frmChangeMany::frmChangeMany(const EditorContext& context, ManyRecords records, std::optional<int> field,
+                             QWidget* parent)
     : QDialog(parent), context_(context), records_(std::move(records)),
       targets_(TargetsOf(context.program.patch.current, context.program.engine, records_)), form_(new QFormLayout),
       cmbWhat_(new QComboBox), cmbField_(new QComboBox), cmbFrom_(new QComboBox), txtFirst_(NewBox("txtFirst")),
@@ -77,6 +78,7 @@ frmChangeMany::frmChangeMany(const EditorContext& context, ManyRecords records, 
     resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 30);
 
     FillWhat();
+    cmbField_->setCurrentIndex(field ? std::max(0, cmbField_->findData(*field)) : 0);
     connect(cmbWhat_, &QComboBox::currentIndexChanged, this, &frmChangeMany::WhatChosen);
     connect(cmbField_, &QComboBox::currentIndexChanged, this, &frmChangeMany::FieldChosen);
     connect(cmbFrom_, &QComboBox::currentIndexChanged, this, &frmChangeMany::Preview);

@@ -24,7 +24,8 @@ namespace plinket3 {
 class frmChangeMany : public QDialog {
     Q_OBJECT
 public:
-    frmChangeMany(const EditorContext& context, ManyRecords records, QWidget* parent);
+    /// `field`, if it is one of numbers, is the one that is proposed.
+    frmChangeMany(const EditorContext& context, ManyRecords records, std::optional<int> field, QWidget* parent);
 
     /// Shows the dialog, and stores what the user accepts as one step.
     void Change();

@@ -1,8 +1,10 @@
 #include "ui/frmMain.h"
 
 #include "core/Version.h"
+#include "patch/LumpNames.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
+#include "ui/fields/SelectionBox.h"
 #include "ui/frmChangeEngine.h"
 #include "ui/frmGoTo.h"
 #include "ui/frmPatchNotes.h"
@@ -61,6 +63,7 @@ constexpr DialogPage dialogPages[]{
     {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
+    {"frmNewStates", "states.md#new-states"},
     {"frmSelectSprite", "states.md#choosing-a-sprite"},
     {"frmSelectState", "states.md#choosing-a-state"},
     {"frmSelectAction", "states.md#choosing-an-action"},
@@ -89,6 +92,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)),
       compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
       editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
+      whereUsed_(new WhereUsedDock(program, edits, editors_)),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -98,16 +102,14 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     column->addWidget(rulesBar_);
     column->addWidget(area_, 1);
     setCentralWidget(centre);
-    addDockWidget(Qt::RightDockWidgetArea, find_);
-    find_->hide();
     connect(find_, &FindDock::Left, this, [this] {
         if (const auto editor = editors_.Front())
             editors_.Show(*editor, true);
     });
-    for (QDockWidget* dock : {static_cast<QDockWidget*>(otherLines_), static_cast<QDockWidget*>(compare_)}) {
-        addDockWidget(Qt::BottomDockWidgetArea, dock);
-        dock->hide();
-    }
+    AddHidden(Qt::RightDockWidgetArea, find_);
+    AddHidden(Qt::RightDockWidgetArea, whereUsed_);
+    AddHidden(Qt::BottomDockWidgetArea, otherLines_);
+    AddHidden(Qt::BottomDockWidgetArea, compare_);
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -168,6 +170,8 @@ QAction* frmMain::Action(const char* name, const QString& text, const QKeySequen
 
 void frmMain::BuildFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
+    // Hears of each entry before those do that see to it, since these are connected after it is added.
+    connect(menu, &QMenu::triggered, this, [this] { SelectionBox::TakeWaiting(focusWidget()); });
     fileNew_ = Action("FileNew", tr("&New..."), QKeySequence::New);
     fileOpen_ = Action("FileOpen", tr("&Open..."), QKeySequence::Open);
     fileSave_ = Action("FileSave", tr("&Save"), QKeySequence::Save);
@@ -225,12 +229,11 @@ void frmMain::BuildEditMenu() {
     menu->addActions({editUndo_, editRedo_});
     menu->addSeparator();
     menu->addActions({editFind_, editGoTo_});
-    menu->addSeparator();
-    editChangeMany_ = Action("EditChangeMany", tr("&Change many..."), QKeySequence(Qt::CTRL | Qt::Key_M));
-    menu->addAction(editChangeMany_);
-    connect(editChangeMany_, &QAction::triggered, &editors_, &EditorSet::ChangeMany);
     connect(editFind_, &QAction::triggered, find_, &FindDock::Start);
     connect(editGoTo_, &QAction::triggered, this, &frmMain::GoTo);
+    menu->addSeparator();
+    menu->addActions(editors_.AllRecordActions());
+    menu->setToolTipsVisible(true);
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
     connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
 }
@@ -250,13 +253,13 @@ void frmMain::BuildViewMenu() {
     menu->addSeparator();
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];
-        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText),
-                        QKeySequence(QStringLiteral("Ctrl+%1").arg((editor + 1) % 10)));
+        const QKeySequence key(QString::fromLatin1(editorEntries[editor].key));
+        action = Action(editorEntries[editor].command, tr(editorEntries[editor].menuText), key);
         action->setCheckable(true);
         action->setIconText(tr(editorEntries[editor].button));
-        action->setToolTip(tr("Show or hide the %1 (Ctrl+%2)")
-                               .arg(tr(editorEntries[editor].menuText).toLower())
-                               .arg((editor + 1) % 10));
+        action->setToolTip(
+            tr("Show or hide the %1 (%2)")
+                .arg(tr(editorEntries[editor].menuText).toLower(), key.toString(QKeySequence::NativeText)));
         menu->addAction(action);
         connect(action, &QAction::triggered, this, [this, editor] { ToggleEditForm(editor); });
     }
@@ -267,7 +270,10 @@ void frmMain::BuildViewMenu() {
     QAction* comparison = compare_->toggleViewAction();
     comparison->setObjectName(QStringLiteral("ViewComparison"));
     comparison->setText(tr("&Comparison"));
-    menu->addActions({otherLines, comparison});
+    viewWhereUsed_ = Action("ViewWhereUsed", tr("&Where used"), QKeySequence(Qt::CTRL | Qt::Key_U));
+    viewWhereUsed_->setToolTip(tr("Show all that uses the selected record"));
+    connect(viewWhereUsed_, &QAction::triggered, whereUsed_, &WhereUsedDock::Toggle);
+    menu->addActions({viewWhereUsed_, otherLines, comparison});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -437,7 +443,7 @@ void frmMain::SessionChanged() {
     updateCaption();
     UpdateStatus();
     RefreshSave();
-    for (const std::size_t editor : {parEditor, spriteEditor})
+    for (const std::size_t editor : {parEditor, spriteEditor, musicEditor})
         if (!viewEditors_[editor]->isEnabled())
             editors_.Show(editor, false);
     if (!firstSession)
@@ -451,12 +457,18 @@ void frmMain::SessionChanged() {
     }
 }
 
+void frmMain::AddHidden(Qt::DockWidgetArea place, QDockWidget* dock) {
+    addDockWidget(place, dock);
+    dock->hide();
+}
+
 void frmMain::SetEditBar(bool enabled) {
     for (std::size_t editor = 0; editor < viewEditors_.size(); ++editor)
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
-    for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
+    for (QAction* action :
+         {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_, viewWhereUsed_})
         action->setEnabled(enabled);
-    for (QAction* action : {editFind_, editGoTo_, editChangeMany_})
+    for (QAction* action : {editFind_, editGoTo_})
         action->setEnabled(enabled);
     find_->widget()->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
@@ -539,13 +551,14 @@ void frmMain::RestoreEditor(std::size_t editor) {
     editors_.Place(editor, state_.Bytes(GeometryKey(editor)));
 }
 
-/// Undo and redo are the patch's everywhere in this window: a text field would take the keys for itself. F1 belongs to
-/// this window's dialogs, too.
+/// Undo, redo and "Where used" have their keys everywhere in this window: a text field would take them for itself. F1
+/// belongs to this window's dialogs, too.
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::ShortcutOverride && widget != nullptr && widget->window() == this) {
         const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
-        if (keys == editUndo_->shortcut() || editRedo_->shortcuts().contains(keys)) {
+        if (keys == editUndo_->shortcut() || editRedo_->shortcuts().contains(keys) ||
+            keys == viewWhereUsed_->shortcut()) {
             event->ignore();
             return true;
         }
@@ -585,6 +598,7 @@ void frmMain::KeepPlaces() {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
+    SelectionBox::TakeWaiting(focusWidget());
     if (!commands_.MayClose()) {
         event->ignore();
         return;

@@ -6,6 +6,7 @@
 #include "ui/OtherLinesDock.h"
 #include "ui/PlaceHistory.h"
 #include "ui/RulesBar.h"
+#include "ui/WhereUsedDock.h"
 #include "ui/WindowState.h"
 #include "ui/compare/frmCompare.h"
 #include "ui/frmAbout.h"
@@ -81,6 +82,8 @@ private:
     void BuildHelpMenu();
     void BuildToolbars();
     void BuildStatusBar();
+    /// A dock that is not shown before somebody asks for it.
+    void AddHidden(Qt::DockWidgetArea place, QDockWidget* dock);
     void SetIcons();
     void SessionChanged();
     void UpdateEditMenu();
@@ -110,6 +113,7 @@ private:
     EditorSet editors_;
     PlaceHistory history_{editors_};
     FindDock* find_;
+    WhereUsedDock* whereUsed_;
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
@@ -121,7 +125,7 @@ private:
             *fileSaveLump_ = nullptr, *filePutIntoWad_ = nullptr, *fileLoadTable_ = nullptr, *fileSaveTable_ = nullptr,
             *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
             *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *editFind_ = nullptr,
-            *editGoTo_ = nullptr, *editChangeMany_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr,
+            *editGoTo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr, *viewWhereUsed_ = nullptr,
             *viewOptions_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;

@@ -231,7 +231,8 @@ TEST_F(CliTest, IncludedPatchesCountForCheckAndDiff) {
     Write("@sub/text.bex", "Thing 12\nSpeed = 5\n\nText 6 6\npistolbanger\n\nThing 12\nSpeed = 6\n");
     const std::string diff = Run("diff --rules engine -e boom19 - @main.bex").out;
     EXPECT_EQ(diff, "Thing 12 (Imp): Hit points 60 -> 9\nThing 12 (Imp): Speed 8 -> 5\nThing 12 (Imp): Mass 100 -> 8\n"
-                    "Thing 13 (Demon): Mass 400 -> 9\n");
+                    "Thing 13 (Demon): Mass 400 -> 9\nHelper: Type unset -> 3\n"
+                    "Music 1: Name \"e1m1\" -> \"longna\"\n");
     EXPECT_EQ(Run("diff --rules engine -e boom19 @main.bex").out, diff);
     const Json dump = Dump("--rules engine -e boom19 @main.bex");
     EXPECT_EQ(dump["things"][11]["Hit points"], 7);

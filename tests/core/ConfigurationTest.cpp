@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
+#include <random>
+#include <utility>
+#include <vector>
 
 namespace plinket3 {
 namespace {
@@ -160,6 +164,44 @@ TEST(Configuration, RemovingKeepsTheOrderOfTheOthers) {
     configuration.WriteSetting("c", 5.0, false);
     configuration.WriteSetting("b", 6.0, false);
     EXPECT_EQ(Shape(*configuration.Root(true)), "a:0d, c:5d, d:0d, b:6d");
+}
+
+TEST(Configuration, AnyNumberOfKeysIsFoundAddedAndRemovedInOrder) {
+    std::mt19937 random(3);
+    SettingTree tree;
+    std::vector<std::pair<std::string, double>> expected;
+    for (int step = 0; step < 3000; ++step) {
+        const std::string key = std::to_string(random() % 200);
+        const auto value = static_cast<double>(step);
+        const auto known = std::ranges::find(expected, key, &std::pair<std::string, double>::first);
+        switch (random() % (step < 1500 ? 3 : 5)) { // it grows at first, then shrinks
+        case 0:
+            EXPECT_EQ(tree.Add(key, value), known == expected.end());
+            if (known == expected.end())
+                expected.emplace_back(key, value);
+            break;
+        case 1:
+            tree.Set(key, value);
+            if (known == expected.end())
+                expected.emplace_back(key, value);
+            else
+                known->second = value;
+            break;
+        default:
+            tree.Remove(key);
+            if (known != expected.end())
+                expected.erase(known);
+        }
+        const SettingValue* found = tree.Find(key);
+        const auto now = std::ranges::find(expected, key, &std::pair<std::string, double>::first);
+        ASSERT_EQ(found != nullptr, now != expected.end()) << key;
+        if (found != nullptr) {
+            ASSERT_EQ(*found, SettingValue(now->second));
+        }
+    }
+    ASSERT_EQ(tree.Count(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(tree.Entries()[i], SettingTree::Entry(expected[i].first, expected[i].second));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "core/Text.h"
 #include "patch/Cells.h"
+#include "patch/LumpNames.h"
 #include "patch/PatchLines.h"
 #include "patch/modPatchDiff.h"
 #include "tests/support/SmallEngine.h"
@@ -137,6 +138,28 @@ const MergeRow mergeRows[]{
      "Text 4 4\nTROONEWS\n\n\n\nText 5 1\npunchp\n\n\nText 4 4\nSHTGSPR2\nThing 1\nMass = 1\n", true, true},
     {"NamesBySectionsOfEnginesWithLimits", "[SPRITES]\nTROO = ABCD # x\n",
      [](PatchSet& set) { Write(set, RecordKind::Sprite, 0, lumpNameField, "NEWS"); }, "[SPRITES]\nTROO = NEWS # x\n"},
+    {"MusicByTexts", "Text 4 4\ne1m1abcd\n\n[MUSIC]\nrunnin = slow # x\nevil = good\n",
+     [](PatchSet& set) {
+         Write(set, RecordKind::Music, 1, lumpNameField, "mine");
+         Write(set, RecordKind::Music, 33, lumpNameField, "fast");
+         Write(set, RecordKind::Music, 63, lumpNameField, "evil"); // the engine's own
+         Write(set, RecordKind::Music, 2, lumpNameField, "x");
+     },
+     "Text 4 4\ne1m1mine\n\nText 4 1\ne1m2x\n\n[MUSIC]\nrunnin = fast # x\n"},
+    {"MusicAndHelperOfEnginesWithoutLimits",
+     "[HELPER]\ntype = 2 # mine\n\n[MUSIC]\nE1M1 = abcd\n\n[SPRITES]\nTROO = NEWS\n",
+     [](PatchSet& set) {
+         Write(set, RecordKind::Music, 1, lumpNameField, "mine");
+         Write(set, RecordKind::Music, 67, lumpNameField, "x");
+         WriteCell(set, {RecordKind::Misc, 0, helperField}, 3);
+     },
+     "[HELPER]\ntype = 3 # mine\n\n[MUSIC]\nE1M1 = mine\ndm2int = x\n\n[SPRITES]\nTROO = NEWS\n", true, true, true},
+    {"NewMusicAndHelper", "[STRINGS]\nQUIT = x\n\n[SPRITES]\nTROO = NEWS\n\n[HELPER]\ntype = 1\n",
+     [](PatchSet& set) {
+         Write(set, RecordKind::Music, 1, lumpNameField, "mine");
+         WriteCell(set, {RecordKind::Misc, 0, helperField}, Unset());
+     },
+     "[STRINGS]\nQUIT = x\n\n[SPRITES]\nTROO = NEWS\n\n[MUSIC]\ne1m1 = mine\n\n", true, true, true},
     {"TextFields",
      "Valid hashes = 01\n\nThing 2 (a)\nTranslation =  RED # red\nPickup message = USER_X\n\nFrame 1\nTranmap = A\n\n"
      "Weapon 1\nCarousel icon = SMX\n",
@@ -265,6 +288,13 @@ public:
                                              "Text 5 2\ndemo1ab",
                                              "Text 4 4\nTROOABCD",
                                              "Text 6 4\npistolbang",
+                                             "Text 5 4\nintrointe",
+                                             "[MUSIC]",
+                                             "intro = song # x",
+                                             "E1M1 = e1m2",
+                                             "evil = map",
+                                             "[HELPER]",
+                                             "type = 2",
                                              "Hit points = 5",
                                              "Mass = 0x10",
                                              "Bits = SOLID | FLOAT",
@@ -324,11 +354,11 @@ public:
     }
 
     void Edit(PatchSet& set, const PatchSet& defaults, FieldLevel level) {
-        const auto kind = static_cast<RecordKind>(Below(static_cast<std::size_t>(RecordKind::Par) + 1));
+        const auto kind = static_cast<RecordKind>(Below(static_cast<std::size_t>(RecordKind::Music) + 1));
         if (unlimited_ && Below(3) == 0)
             return EditExistence(set, kind);
         const std::vector<std::int32_t> numbers = RecordNumbers(set, kind);
-        if ((kind == RecordKind::Sprite || kind == RecordKind::Sound) && Below(2) == 0)
+        if (HasLumpName(kind) && Below(2) == 0)
             return EditName(set, defaults, {kind, numbers[Below(numbers.size())], lumpNameField});
         const std::vector<Cell> cells = CellsOf(kind, numbers.empty() ? 0 : numbers[Below(numbers.size())]);
         if (numbers.empty() || cells.empty())
@@ -384,9 +414,10 @@ private:
         removed_ = removed_ || remove;
     }
 
-    /// Sound 0 has none, by which a text could rename it.
+    /// Only those that patches for the engine can name.
     void EditName(PatchSet& set, const PatchSet& defaults, const Cell& name) {
-        if (ReadCell(defaults, name) != CellValue(""))
+        if (unlimited_ ? ReadCell(defaults, name) != CellValue("")
+                       : !NameInTexts(defaults, name.kind, name.index).empty())
             WriteCell(set, name, Below(3) == 0 ? ReadCell(defaults, name) : CellValue(Pick({"NEWS", "SPR2"})));
     }
 
@@ -519,19 +550,24 @@ TEST(PatchDocumentTest, ANewPatchKeepsBitsWithoutAName) {
     EXPECT_NE(modPatchFiles::FormatPatch(patch, engine).find("Bits = 258\r\n"), std::string::npos);
 }
 
-TEST(PatchDocumentTest, ANewPatchHasTheNamesOfSpritesAndSounds) {
+TEST(PatchDocumentTest, ANewPatchHasTheNamesOfLumpsAndTheHelper) {
     for (const bool unlimited : {false, true}) {
         EngineConfiguration engine = AsEngines(true);
         engine.dialect.unlimited = unlimited;
         PatchData patch = SmallPatch(engine);
         Write(patch.current, RecordKind::Sprite, 1, lumpNameField, "NEWS");
         Write(patch.current, RecordKind::Sound, 3, lumpNameField, "growl");
+        Write(patch.current, RecordKind::Music, 28, lumpNameField, "outer");
+        WriteCell(patch.current, {RecordKind::Misc, 0, helperField}, 2);
         const std::string text = modPatchFiles::FormatPatch(patch, engine);
         EXPECT_EQ(text.find("Text 4 4\r\nSHTGNEWS\r\n") != std::string::npos, !unlimited) << text;
         PatchSet read;
         ASSERT_TRUE(PatchDocument().Read(text, engine, patch.defaults, read).status);
         EXPECT_EQ(modPatchDiff::Differences(patch.current, read, engine), std::vector<std::string>());
         EXPECT_EQ(ReadCell(read, {RecordKind::Sound, 3, lumpNameField}), CellValue("growl"));
+        EXPECT_EQ(ReadCell(read, {RecordKind::Music, 28, lumpNameField}), CellValue("outer"));
+        EXPECT_EQ(text.find("[MUSIC]\r\ninter = outer\r\n") != std::string::npos, unlimited) << text;
+        EXPECT_EQ(ReadCell(read, {RecordKind::Misc, 0, helperField}), CellValue(2));
     }
 }
 

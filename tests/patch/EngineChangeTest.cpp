@@ -119,15 +119,18 @@ TEST_F(EngineChangeTest, AnExtendedEngineNamesWhatNormalPatchesQuote) {
     }
 }
 
-TEST_F(EngineChangeTest, NamesOfSpritesAndSoundsGoAlongUnlessTheirLinesMeanNothingThere) {
-    const std::string named = "Doom version = 2021\n\n[SPRITES]\nTROO = SARG\n1 = NEWS\n";
+TEST_F(EngineChangeTest, NamesOfLumpsGoAlongUnlessTheirLinesMeanNothingThere) {
+    const std::string named = "Doom version = 2021\n\n[SPRITES]\nTROO = SARG\n1 = NEWS\n\n[MUSIC]\nintro = outro\n\n"
+                              "[HELPER]\ntype = 12\n";
     Take("dsdhacked", "mbf21", named);
     EXPECT_EQ(change.lost, std::vector<std::string>{R"(Sprite 1: Name "SHTG" -> "NEWS")"});
     EXPECT_EQ(change.patch.current.SpriteName(0), "SARG");
+    EXPECT_EQ(change.patch.current.misc.helper, 12);
     Take("dsdhacked", "doom19", named);
-    EXPECT_EQ(change.lost, std::vector<std::string>());
+    EXPECT_EQ(change.lost, std::vector<std::string>{"Helper: Type unset -> 12"});
     const std::string saved = Saved();
-    EXPECT_NE(saved.find("Text 4 4\nTROOSARG\n\nText 4 4\nSHTGNEWS\n"), std::string::npos) << saved;
+    EXPECT_NE(saved.find("Text 4 4\nTROOSARG\n\nText 4 4\nSHTGNEWS\n\nText 5 5\nintrooutro\n"), std::string::npos)
+        << saved;
 }
 
 TEST_F(EngineChangeTest, MadeRecordsGoWhereNumbersHaveNoLimits) {

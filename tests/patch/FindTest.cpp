@@ -10,8 +10,8 @@
 namespace plinket3::test {
 namespace {
 
-constexpr std::array groupNames{"things", "states", "sounds", "sprites", "strings", "weapons",
-                                "ammo",   "cheats", "misc",   "pars",    "notes"};
+constexpr std::array groupNames{"things",  "states", "sounds", "sprites", "music", "strings",
+                                "weapons", "ammo",   "cheats", "misc",    "pars",  "notes"};
 
 class FindTest : public ::testing::Test {
 protected:

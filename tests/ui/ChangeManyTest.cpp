@@ -89,6 +89,11 @@ TEST_F(ChangeManyTest, AChangeTypedForSeveralThingsWaitsForEnterOrLeaving) {
     QTest::keyClick(&box, Qt::Key_Return);
     EXPECT_EQ(Status(), "Nothing can be divided by 0.");
     EXPECT_EQ(things(hitPoints), engines);
+    Type(box, "*2");
+    dialogs.Expect("Save patch file", "");
+    QTest::keyClick(&box, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(things(hitPoints), (std::vector{120, 300, 300})) << "what waits is saved, too";
+    edits.Undo();
     Type(box, "-12");
     EXPECT_EQ(things(hitPoints), (std::vector{-12, -12, -12})) << "a number is no change";
 
@@ -131,18 +136,21 @@ TEST_F(ChangeManyTest, FramesAreChangedTogetherInTheDialog) {
         });
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        QTest::keyClick(window->focusWidget(), Qt::Key_M, Qt::ControlModifier);
+        QTest::keyClick(window->focusWidget(), Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
     };
     const auto choose = [](QDialog& dialog, const char* box, const char* text) {
         auto& combo = test::Find<QComboBox>(dialog, box);
         combo.setFocus();
-        QTest::keyClicks(&combo, text);
+        QTest::keyClick(&combo, Qt::Key_Home);
+        for (int i = 0; i < combo.count() && !combo.currentText().startsWith(text); ++i)
+            QTest::keyClick(&combo, Qt::Key_Down);
         EXPECT_TRUE(combo.currentText().startsWith(text)) << combo.currentText().toStdString();
     };
     const auto rows = [](QDialog& dialog) { return test::Find<QTreeWidget>(dialog, "lvwPreview").topLevelItemCount(); };
     const auto count = [](QDialog& dialog) { return test::Find<QLabel>(dialog, "lblCount").text().toStdString(); };
 
     change([&](QDialog& dialog) {
+        EXPECT_EQ(test::Find<QComboBox>(dialog, "cmbField").currentText(), "Duration") << "whose box has the focus";
         choose(dialog, "cmbField", "Sprite sub");
         Type(test::Find<QLineEdit>(dialog, "txtFirst"), "3");
         EXPECT_EQ(rows(dialog), 4);

@@ -97,6 +97,32 @@ TEST_F(frmEditMiscTest, MonstersInfightIsOneOfTwoNumbers) {
     EXPECT_TRUE(box.isChecked()) << "anything but 202 is shown as on";
 }
 
+TEST_F(frmEditMiscTest, TheHelperIsAThingOrUnset) {
+    LoadEngine("doom19");
+    EXPECT_FALSE(Find<QLineEdit>(Open<frmEditMisc>(), "txtHelper").isVisible());
+    LoadEngine("mbf21");
+    constexpr int imp = 11;
+    auto& window = Open<frmEditMisc>();
+    auto& box = Find<QLineEdit>(window, "txtHelper");
+    auto& name = Find<QLabel>(window, "lblHelper");
+    EXPECT_EQ(box.placeholderText(), "unset");
+    links.pickedRecord = imp;
+    QTest::mouseClick(&Find<QPushButton>(window, "cmdHelperBrowse"), Qt::LeftButton);
+    EXPECT_EQ(Current().misc.helper, imp + 1);
+    EXPECT_EQ(edits.UndoName(), "helper");
+    EXPECT_EQ(name.text(), "Imp");
+    EXPECT_TRUE(box.font().bold());
+    edits.Store({RecordKind::Thing, imp, nameField}, "Pal");
+    EXPECT_EQ(name.text(), "Pal");
+    edits.Undo();
+    Type(box, "3");
+    EXPECT_EQ(Current().misc.helper, 3);
+    notifier.Expect("Are you sure you want to restore ALL miscellaneous values?", Answer::Yes);
+    QTest::mouseClick(&Find<QPushButton>(window, "cmdRestoreAll"), Qt::LeftButton);
+    EXPECT_EQ(Current(), Defaults());
+    EXPECT_EQ(box.text(), "");
+}
+
 // The other boxes leave a fraction until they are left: EditorsTest.
 TEST_F(frmEditMiscTest, AFractionIsWrittenBackAtOnceWithTheCaretAtTheEnd) {
     LoadEngine("doom19");

@@ -179,11 +179,11 @@ TEST_F(frmEditSoundsTest, TheFilterLeavesTheNumbersOfTheSounds) {
     EXPECT_EQ(links.calls, (std::vector<std::string>{"play sound 2", "play sound 2"})) << "none below the last row";
     ClickRow(List(), 0);
     EXPECT_EQ(window->SelectedRow(), 2);
-    window->ShowSound(40);
+    window->ShowCell({RecordKind::Sound, 40, existsField});
     EXPECT_EQ(window->SelectedRow(), 40);
     EXPECT_EQ(Filter().text(), "") << "it would hide the sound";
     EXPECT_TRUE(List().viewport()->rect().contains(List().visualRect(List().currentIndex())));
-    window->ShowSound(100000);
+    window->ShowCell({RecordKind::Sound, 100000, existsField});
     window->Refresh();
     EXPECT_EQ(window->SelectedRow(), 40);
 }

@@ -505,6 +505,8 @@ TEST_F(FileCommandsTest, UnsavedWorkHoldsTheRecordsThatAPatchMade) {
     made.Store({RecordKind::Weapon, test::firstNegative, RowOf(&WeaponRecord::slot)}, 6);
     made.RemoveRecords(RecordKind::State, {71}, "frames");
     made.MakeRecord(RecordKind::Sound, 2147483647);
+    made.Store({RecordKind::Music, 3, lumpNameField}, "tune");
+    made.Store({RecordKind::Misc, 0, helperField}, 4);
     const std::filesystem::path other = folder / "made";
     std::filesystem::create_directory(other);
     ASSERT_TRUE(Recovery(other).Keep(patch, session.engine, std::nullopt, 1));

@@ -88,6 +88,13 @@ protected:
     EditorWindow* window = nullptr;
 };
 
+/// A dialog that cannot be accepted would stay open for good.
+void AcceptOrGiveUp(QDialog& dialog) {
+    QTest::mouseClick(&Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
+    if (dialog.isVisible())
+        dialog.reject();
+}
+
 struct TypedCase {
     const char* box;
     Cell cell;
@@ -332,13 +339,23 @@ TEST_F(LaterFieldsTest, NamesAreTypedInUpperCaseRefusedPickedAndUnset) {
     UndoAll();
 }
 
+TEST_F(LaterFieldsTest, WeaponsAndAmmoFitOnSmallScreens) {
+    constexpr int roomOfEditors = 600; // on a screen of 768 lines
+    LoadEngine("id24");
+    for (EditorWindow* editor :
+         {static_cast<EditorWindow*>(&Open<frmEditWeapons>()), static_cast<EditorWindow*>(&Open<frmEditAmmo>())}) {
+        QApplication::processEvents();
+        EXPECT_LE(editor->minimumSizeHint().height(), roomOfEditors) << editor->objectName().toStdString();
+    }
+}
+
 TEST_F(LaterFieldsTest, StringsArePickedByKeyOrText) {
     LoadEngine("id24");
     frmSelectRecord dialog(program, RecordKind::String, nullptr);
-    QTimer::singleShot(0, &dialog, [&dialog] {
-        Type(Find<QLineEdit>(dialog, "txtFilter"), "GOTARMOR");
-        ClickRow(Find<QListView>(dialog, "lstRecords"), 0);
-        QTest::mouseClick(&Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
+    const ModalDriver driver("frmSelectString", [](QDialog& picker) {
+        Type(Find<QLineEdit>(picker, "txtFilter"), "GOTARMOR");
+        ClickRow(Find<QListView>(picker, "lstRecords"), 0);
+        AcceptOrGiveUp(picker);
     });
     const auto chosen = dialog.Choose(0);
     ASSERT_TRUE(chosen);
@@ -490,9 +507,12 @@ TEST_F(LaterFieldsTest, BitsAndTruthsHaveTheirOwnBoxes) {
 TEST_F(LaterFieldsTest, AnotherActionClearsWhatItDoesNotTakeInTheSameStep) {
     OpenStates();
     SetAction(walking, "SpawnObject");
-    SetAction(chasing, "SpawnObject");
     Select(walking);
     Select(chasing, Qt::ControlModifier);
+    const auto& action = Find<QComboBox>(*window, "cmbActions");
+    EXPECT_EQ(action.currentText(), "") << "they have different ones";
+    SetAction(chasing, "SpawnObject");
+    EXPECT_EQ(action.currentText(), "SpawnObject");
     EXPECT_EQ(Box("txtArgs3").placeholderText(), "0 (unset)");
     Type(Box("txtArgs1"), "32");
     Type(Box("txtArgs3"), "2");
@@ -572,13 +592,11 @@ TEST_F(LaterFieldsTest, PickersListThingsAndSoundsByNumberAndName) {
     for (const auto& row : cases) {
         SCOPED_TRACE(row.typed);
         frmSelectRecord dialog(program, row.kind, nullptr);
-        auto& list = Find<QListView>(dialog, "lstRecords");
-        QTimer::singleShot(0, &dialog, [&] {
-            EXPECT_EQ(list.currentIndex().data().toString(), row.shown);
-            QTest::keyClicks(&Find<QLineEdit>(dialog, "txtFilter"), row.typed);
-            QTest::mouseClick(&Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
-            if (dialog.isVisible())
-                dialog.reject();
+        const char* name = row.kind == RecordKind::Thing ? "frmSelectThing" : "frmSelectSound";
+        const ModalDriver driver(name, [&row](QDialog& picker) {
+            EXPECT_EQ(Find<QListView>(picker, "lstRecords").currentIndex().data().toString(), row.shown);
+            QTest::keyClicks(&Find<QLineEdit>(picker, "txtFilter"), row.typed);
+            AcceptOrGiveUp(picker);
         });
         EXPECT_EQ(dialog.Choose(row.start), row.chosen);
     }

@@ -1,6 +1,7 @@
 #include "patch/EngineNames.h"
 #include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
+#include "ui/editors/frmEditMusic.h"
 #include "ui/editors/frmEditSounds.h"
 #include "ui/editors/frmEditSprites.h"
 #include "ui/editors/frmEditStates.h"
@@ -195,6 +196,45 @@ TEST_P(RenamedSprites, AreShownEverywhereAtOnce) {
     EXPECT_EQ(Current(), Defaults());
     EXPECT_EQ(shown(3), lumps);
     EXPECT_EQ(Find<QLabel>(*things.window, "lblSpawnStateS").text(), "TROOA");
+}
+
+TEST_F(NewRecordsTest, MusicGetsTheNameOfAnotherLump) {
+    LoadEngine("mbf21");
+    auto& window = Open<frmEditMusic>();
+    auto& list = Find<QTreeView>(window, "lvwMusic");
+    const auto shown = [&list](int row) {
+        QStringList texts;
+        for (int column = 0; column < list.model()->columnCount(); ++column)
+            texts << list.model()->index(row, column).data().toString();
+        return texts.join(' ').toStdString();
+    };
+    const std::string runnin = HasWad() ? "IWAD" : "none";
+    EXPECT_EQ(shown(0), "1 e1m1 e1m1 none");
+    EXPECT_EQ(shown(32), "33 runnin runnin " + runnin);
+    const auto rename = [&](int row, const std::function<void(QDialog&)>& work) {
+        const ModalDriver driver("frmNewRecord", work);
+        DoubleClickRow(list, row);
+    };
+    rename(0, [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Name of music e1m1");
+        auto& name = Find<QLineEdit>(dialog, "txtName");
+        Type(name, "toolong");
+        EXPECT_EQ(Find<QLabel>(dialog, "lblNote").text(), "The name of music has 1 to 6 characters.");
+        EXPECT_FALSE(Find<QPushButton>(dialog, "cmdAccept").isEnabled());
+        Type(name, "Runnin");
+        ClickOk(dialog);
+    });
+    EXPECT_EQ(shown(0), "1 Runnin e1m1 " + runnin);
+    EXPECT_EQ(edits.UndoName(), "name of music e1m1");
+    rename(1, [](QDialog& dialog) {
+        Type(Find<QLineEdit>(dialog, "txtName"), "none");
+        ClickOk(dialog);
+    });
+    EXPECT_EQ(shown(1), "2 none e1m2 none");
+    list.selectAll();
+    notifier.Expect("Are you sure you want to restore these pieces of music?", Answer::Yes);
+    QTest::mouseClick(&Find<QPushButton>(window, "cmdRestore"), Qt::LeftButton);
+    EXPECT_EQ(Current(), Defaults());
 }
 
 TEST_F(NewRecordsTest, TheSoundDialogNamesOneSound) {

@@ -27,6 +27,7 @@ class TestLinks : public EditorLinks {
 public:
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override { return selectedStateRow; }
+    QList<QAction*> RecordActions(RecordKind) const override { return {}; }
     void ShowCell(const Cell& cell) override { Record("show " + MadeName(cell.kind, cell.index)); }
     std::optional<int> SelectedSoundRow() override { return selectedSoundRow; }
     void ReplaceThingFilterEntry(int entry, const QString& text) override;
@@ -36,7 +37,6 @@ public:
     std::optional<std::int32_t> PickAction(std::int32_t start) override;
     std::optional<std::int32_t> PickRecord(RecordKind kind, std::int32_t start) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
-    void ChangeMany() override { Record("change many"); }
     void ShowStatus(const QString& text) override { Record("status " + text.toStdString()); }
 
     std::optional<int> selectedStateRow, selectedSoundRow;

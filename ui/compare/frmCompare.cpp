@@ -43,10 +43,11 @@ std::size_t Nearest(const std::vector<Difference>& differences, const Difference
     const auto order = [](const Difference& difference) {
         return std::pair(difference.cell.kind, static_cast<std::uint32_t>(difference.cell.index));
     };
-    const auto record = std::ranges::equal_range(differences, order(wanted), {}, order);
-    const auto same = std::ranges::find_if(
-        record, [&wanted](const Difference& each) { return each.cell == wanted.cell && each.level == wanted.level; });
-    const auto place = (same != record.end() ? same : record.begin()) - differences.begin();
+    const auto record = std::ranges::lower_bound(differences, order(wanted), {}, order);
+    const auto same = std::find_if(record, differences.end(), [&wanted](const Difference& each) {
+        return each.cell == wanted.cell && each.level == wanted.level;
+    });
+    const auto place = (same != differences.end() ? same : record) - differences.begin();
     return std::min(static_cast<std::size_t>(place), differences.size() - 1);
 }
 
@@ -119,9 +120,9 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
 
 QWidget* frmCompare::FilterRow() {
     cmbKind_->addItem(tr("All kinds"));
-    for (const RecordKind kind :
-         {RecordKind::Thing, RecordKind::State, RecordKind::Sound, RecordKind::Sprite, RecordKind::String,
-          RecordKind::Weapon, RecordKind::Ammo, RecordKind::Cheat, RecordKind::Misc, RecordKind::Par})
+    for (const RecordKind kind : {RecordKind::Thing, RecordKind::State, RecordKind::Sound, RecordKind::Sprite,
+                                  RecordKind::Music, RecordKind::String, RecordKind::Weapon, RecordKind::Ammo,
+                                  RecordKind::Cheat, RecordKind::Misc, RecordKind::Par})
         cmbKind_->addItem(KindTitle(kind), static_cast<int>(kind));
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
@@ -368,18 +369,19 @@ void frmCompare::GoTo(const QModelIndex& index) {
     const QModelIndex row = index.siblingAtColumn(0);
     if (!row.isValid())
         return;
-    if (DifferencesModel::IsKind(row)) {
-        tvwDifferences_->setExpanded(row, !tvwDifferences_->isExpanded(row));
-    } else if (const Difference& difference = model_->Below(row).front(); IsHere(difference)) {
-        Cell cell = difference.cell;
-        if (difference.level)
-            cell.index = *PlaceOf(*difference.level);
-        else if (model_->rowCount(row) > 0)
-            cell.field = existsField; // of the record as a whole
-        emit CellWanted(cell);
-    } else {
+    if (DifferencesModel::IsKind(row))
+        return tvwDifferences_->setExpanded(row, !tvwDifferences_->isExpanded(row));
+    const Difference& difference = model_->Below(row).front();
+    if (!IsHere(difference)) {
         emit StatusText(tr("The open patch does not have it: take it over first"));
+        return;
     }
+    Cell cell = difference.cell;
+    if (model_->rowCount(row) > 0)
+        cell.field = existsField; // of the record as a whole
+    if (difference.level)
+        cell = {RecordKind::Par, *PlaceOf(*difference.level), listField};
+    emit CellWanted(cell);
 }
 
 } // namespace plinket3

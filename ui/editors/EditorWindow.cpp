@@ -43,16 +43,14 @@ bool EditorWindow::ShowCell(const Cell& cell) {
     return true;
 }
 
+std::vector<std::int32_t> EditorWindow::Selected() const {
+    const std::optional<std::int32_t> current = CurrentRecord();
+    return current ? std::vector{*current} : std::vector<std::int32_t>();
+}
+
 void EditorWindow::showEvent(QShowEvent* event) {
     BringUpToDate();
     QWidget::showEvent(event);
-}
-
-QAction* EditorWindow::ChangeManyAction(QObject& list) {
-    auto* action = new QAction(tr("Change many..."), &list);
-    action->setObjectName(QStringLiteral("changeMany"));
-    connect(action, &QAction::triggered, this, [this] { context_.links.ChangeMany(); });
-    return action;
 }
 
 QString EditorWindow::AskName(RecordKind kind, std::int32_t record, const QString& title, const QString& prompt) {

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "patch/ChangeMany.h"
 #include "ui/EditorContext.h"
 
-#include <QAction>
 #include <QString>
 #include <QWidget>
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -32,11 +29,11 @@ public:
     bool ShowCell(const Cell& cell);
     /// The record whose fields are shown; of several, the one clicked last. Of par times, the place in the list.
     virtual std::optional<std::int32_t> CurrentRecord() const = 0;
-    /// The selected records, where they can be changed together; else none.
-    virtual ManyRecords SelectedTogether() const { return {}; }
+    /// All that are selected, ascending, where more than one may be.
+    virtual std::vector<std::int32_t> Selected() const;
 
 signals:
-    /// Perhaps another record is the current one.
+    /// Perhaps other records are selected, or another one is the current one.
     void CurrentChanged();
 
 protected:
@@ -52,15 +49,6 @@ protected:
     virtual void ShowCells(const std::vector<Cell>& cells) = 0;
 
     void showEvent(QShowEvent* event) override;
-
-    /// Records in the order of their rows, `rowOf(record)`.
-    template <class RowOf>
-    static ManyRecords InOrder(RecordKind kind, std::vector<std::int32_t> records, const char* many, RowOf rowOf) {
-        std::ranges::sort(records, {}, rowOf);
-        return {kind, std::move(records), many};
-    }
-    /// An entry that changes the selected records together, for the menu of a list, which owns it.
-    QAction* ChangeManyAction(QObject& list);
 
     /// Asks for another name of a record that has one, and stores it. Empty when the user gives none.
     QString AskName(RecordKind kind, std::int32_t record, const QString& title, const QString& prompt);

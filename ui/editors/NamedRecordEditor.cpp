@@ -40,7 +40,7 @@ void NamedRecordEditor::Build() {
     connect(renameAction, &QAction::triggered, this, &NamedRecordEditor::Rename);
     auto* restoreAction = new QAction(restore->text(), list_);
     connect(restoreAction, &QAction::triggered, this, &NamedRecordEditor::Restore);
-    list_->addActions({renameAction, restoreAction, ChangeManyAction(*list_)});
+    list_->addActions(QList{renameAction, restoreAction} + context_.links.RecordActions(kind_));
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     auto* buttons = new QHBoxLayout;
@@ -77,11 +77,6 @@ void NamedRecordEditor::updateForm() {
 
 std::optional<std::int32_t> NamedRecordEditor::CurrentRecord() const {
     return Selection().records.empty() ? std::nullopt : std::optional(Selection().current);
-}
-
-ManyRecords NamedRecordEditor::SelectedTogether() const {
-    return InOrder(kind_, Selection().records, words_.many,
-                   [this](std::int32_t record) { return names_.Rows().RowOf(record); });
 }
 
 bool NamedRecordEditor::SelectRecord(std::int32_t record) {

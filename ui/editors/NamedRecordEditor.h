@@ -13,7 +13,7 @@ class NamedRecordEditor : public EditorWindow {
     Q_OBJECT
 public:
     std::optional<std::int32_t> CurrentRecord() const final;
-    ManyRecords SelectedTogether() const final;
+    std::vector<std::int32_t> Selected() const final { return Selection().records; }
 
 protected:
     struct Words {

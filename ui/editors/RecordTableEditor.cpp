@@ -19,8 +19,6 @@ RecordTableEditor::RecordTableEditor(const char* name, const QString& caption, c
 void RecordTableEditor::Build() {
     list_ = new RecordList(QString::fromLatin1(words_.list), windowTitle(), model_);
     SizeColumns();
-    if (kind_ == RecordKind::Sound)
-        changeMany_ = ChangeManyAction(*list_);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &EditorWindow::CurrentChanged);
     connect(list_, &RecordList::EditAsked, this, &RecordTableEditor::EditRecord);
     connect(list_, &RecordList::MenuAsked, this, [this](const QPoint& place, bool byKeyboard) {
@@ -80,11 +78,8 @@ std::optional<int> RecordTableEditor::SelectedRow() const {
     return list_ != nullptr ? list_->SelectedRecord() : std::nullopt;
 }
 
-ManyRecords RecordTableEditor::SelectedTogether() const {
-    return changeMany_ == nullptr || !MayEdit()
-               ? ManyRecords()
-               : InOrder(kind_, list_->SelectedRecords(), words_.many,
-                         [this](std::int32_t record) { return model_.Rows().RowOf(record); });
+std::vector<std::int32_t> RecordTableEditor::Selected() const {
+    return list_ != nullptr ? list_->SelectedRecords() : std::vector<std::int32_t>();
 }
 
 bool RecordTableEditor::SelectRecord(std::int32_t record) {
@@ -132,13 +127,11 @@ void RecordTableEditor::ShowMenu(const QPoint& place) {
     QAction* restore = menu.addAction(tr("&Restore"), this, &RecordTableEditor::Restore);
     restore->setObjectName(QStringLiteral("restoreRows"));
     restore->setEnabled(enabled);
-    if (changeMany_ != nullptr) {
-        changeMany_->setEnabled(enabled);
-        menu.addAction(changeMany_);
-    }
     if (maker_ != nullptr)
         for (QAction* action : maker_->Actions())
             menu.addAction(action);
+    menu.addActions(context_.links.RecordActions(kind_));
+    menu.setToolTipsVisible(true);
     menu.exec(place);
 }
 

@@ -21,7 +21,7 @@ public:
     /// The selected record; absent when none is.
     std::optional<int> SelectedRow() const;
     std::optional<std::int32_t> CurrentRecord() const final { return SelectedRow(); }
-    ManyRecords SelectedTogether() const final;
+    std::vector<std::int32_t> Selected() const final;
 
 protected:
     struct Words {
@@ -66,7 +66,6 @@ private:
     FilterBox* filter_ = nullptr;
     QPushButton* edit_ = nullptr;
     QPushButton* restore_ = nullptr;
-    QAction* changeMany_ = nullptr; // null for a kind without numbers
     RecordMaker* maker_ = nullptr;  // null for a kind of which patches make none
 };
 

@@ -4,6 +4,7 @@
 #include "ui/fields/FieldControl.h"
 #include "ui/fields/Labels.h"
 #include "ui/fields/Marking.h"
+#include "ui/fields/ValueRow.h"
 
 #include <QCheckBox>
 #include <QFormLayout>
@@ -13,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 
 namespace plinket3 {
 
@@ -87,6 +89,7 @@ void frmEditMisc::Build() {
     ForField(*chkMonstersInfight_, infight.field);
     form->addRow(chkMonstersInfight_);
     AlignLabels(labels);
+    second->addWidget(NewHelperGroup());
     first->addStretch();
     second->addStretch();
 
@@ -103,13 +106,30 @@ void frmEditMisc::Build() {
     connect(cmdRestoreAll, &QPushButton::clicked, this, &frmEditMisc::RestoreAll);
 }
 
+QGroupBox* frmEditMisc::NewHelperGroup() {
+    helperGroup_ = new QGroupBox(tr("Helper"));
+    auto* form = new QGridLayout(helperGroup_);
+    const SelectedField field{std::make_shared<RecordSelection>(RecordSelection{{0}, 0}), RecordKind::Misc, helperField,
+                              ""};
+    helper_ = new ValueRow(QStringLiteral("Helper"), tr("Thing"),
+                           tr("Comes along with the player; while it is unset, the engine's own, a dog"),
+                           SelectedValue(field, context_), context_, *form, this);
+    return helperGroup_;
+}
+
+void frmEditMisc::fillStaticData() { helperGroup_->setVisible(HasHelper(context_.program.engine.dialect)); }
+
 void frmEditMisc::updateForm() {
     boxes_.Show({{0}, 0});
     ShowInfight();
+    helper_->ShowSelection();
 }
 
 void frmEditMisc::ShowCells(const std::vector<Cell>& cells) {
-    if (std::none_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::Misc; }))
+    const auto any = [&cells](RecordKind kind) { return std::ranges::find(cells, kind, &Cell::kind) != cells.end(); };
+    if (any(RecordKind::Misc) || any(RecordKind::Thing)) // one of which may be the helper
+        helper_->Update();
+    if (!any(RecordKind::Misc))
         return;
     boxes_.Update();
     ShowInfight();

@@ -1,5 +1,6 @@
 #include "ui/editors/frmEditStates.h"
 
+#include "ui/NewButton.h"
 #include "ui/editors/RecordMaker.h"
 #include "ui/lists/SelectedRecords.h"
 #include "ui/states/StateColumns.h"
@@ -8,6 +9,7 @@
 #include "ui/states/StateListView.h"
 #include "ui/states/StatePreview.h"
 #include "ui/states/StateTableModel.h"
+#include "ui/states/frmNewStates.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -33,6 +35,10 @@ void frmEditStates::Build() {
     connect(maker_, &RecordMaker::Made, this, &frmEditStates::SelectRecord);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
+    auto* newStates = NewButton("cmdNewStates", tr("New states..."));
+    newStates->setToolTip(tr("Make a run of states out of free ones"));
+    connect(newStates, &QPushButton::clicked, this, &frmEditStates::MakeStates);
+    buttons->addWidget(newStates);
     maker_->AddButtons(*buttons);
     filter_->AddBelowText(*buttons);
     connect(filter_, &StateFilterPanel::Changed, this, &frmEditStates::updateStateList);
@@ -65,7 +71,6 @@ void frmEditStates::BuildList() {
     lvwStates_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     lvwStates_->setContextMenuPolicy(Qt::CustomContextMenu);
     lvwStates_->setMinimumHeight(lvwStates_->fontMetrics().height() * 6);
-    changeMany_ = ChangeManyAction(*lvwStates_);
     auto* activate = new QAction(lvwStates_);
     activate->setShortcuts({QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
     activate->setShortcutContext(Qt::WidgetShortcut);
@@ -121,10 +126,8 @@ std::optional<std::int32_t> frmEditStates::CurrentRecord() const {
     return fields_ == nullptr || fields_->Selection().records.empty() ? std::nullopt : std::optional(currentState_);
 }
 
-ManyRecords frmEditStates::SelectedTogether() const {
-    return fields_ == nullptr ? ManyRecords()
-                              : InOrder(RecordKind::State, fields_->Selection().records, "frames",
-                                        [this](std::int32_t state) { return model_->RowOfState(state); });
+std::vector<std::int32_t> frmEditStates::Selected() const {
+    return fields_ == nullptr ? std::vector<std::int32_t>() : fields_->Selection().records;
 }
 
 bool frmEditStates::SelectRecord(std::int32_t state) {
@@ -150,6 +153,29 @@ QString frmEditStates::ReplaceThingFilterEntry(int entry, const QString& text) {
     return filter_->ReplaceThing(entry, text);
 }
 
+void frmEditStates::MakeStates() {
+    const auto made = frmNewStates(context_, currentState_, window()).Ask();
+    if (!made)
+        return;
+    const std::vector<std::int32_t>& states = made->states;
+    context_.edits.StoreGroup(made->assignments,
+                              states.size() == 1 ? "new " + context_.edits.RecordName(RecordKind::State, states.front())
+                                                 : std::to_string(states.size()) + " new frames");
+    if (!SelectRecord(states.front()))
+        return;
+    if (!std::ranges::all_of(states, [this](std::int32_t state) { return model_->RowOfState(state).has_value(); })) {
+        filter_->ShowAll();
+        updateStateList();
+    }
+    QItemSelection rows;
+    for (const std::int32_t state : states) {
+        const QModelIndex row = model_->index(*model_->RowOfState(state), 0);
+        rows.select(row, row);
+    }
+    lvwStates_->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    lvwStates_->setFocus();
+}
+
 void frmEditStates::ShowSelected() {
     if (busy_)
         return;
@@ -169,7 +195,8 @@ void frmEditStates::ShowSelected() {
 
 void frmEditStates::ShowCells(const std::vector<Cell>& cells) {
     const auto isShown = [](const Cell& cell) {
-        return cell.kind == RecordKind::State || cell.kind == RecordKind::Thing || cell.kind == RecordKind::Weapon;
+        return cell.kind == RecordKind::State || cell.kind == RecordKind::Thing || cell.kind == RecordKind::Weapon ||
+               cell == patchNotes;
     };
     if (!std::any_of(cells.begin(), cells.end(), isShown) && !RenamesLumps(cells))
         return;
@@ -209,9 +236,11 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
         menu.addAction(count == 1 ? tr("Restore this state...") : tr("Restore %n states...", nullptr, count), fields_,
                        &StateFieldsPanel::Restore);
     restoreStates->setObjectName(QStringLiteral("restoreStates"));
-    menu.addAction(changeMany_);
+    menu.addAction(tr("New states..."), this, &frmEditStates::MakeStates);
     for (QAction* action : maker_->Actions())
         menu.addAction(action);
+    menu.addActions(context_.links.RecordActions(RecordKind::State));
+    menu.setToolTipsVisible(true);
     menu.exec(lvwStates_->viewport()->mapToGlobal(place));
 }
 

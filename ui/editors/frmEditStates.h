@@ -22,7 +22,7 @@ public:
     explicit frmEditStates(const EditorContext& context);
 
     std::optional<std::int32_t> CurrentRecord() const override;
-    ManyRecords SelectedTogether() const override;
+    std::vector<std::int32_t> Selected() const override;
     /// Selects a state and shows its fields, if the list holds it: the list of a thing's states, else of a weapon's,
     /// else (both -1) the one that is there. What was typed to narrow the list down is forgotten.
     void selectSingleState(int state, int thing, int weapon);
@@ -43,13 +43,14 @@ private:
     /// Lists what the filter lets through; the current state stays selected if it is among it.
     void updateStateList();
     void SelectRow(int row);
+    /// Asks for a run of new states, makes them and selects them.
+    void MakeStates();
     void ShowSelected();
     void ActivateRow();
     void ShowListMenu(const QPoint& place);
 
     StateTableModel* model_ = nullptr;
     QTableView* lvwStates_ = nullptr;
-    QAction* changeMany_ = nullptr;
     StateFilterPanel* filter_ = nullptr;
     RecordMaker* maker_ = nullptr;
     StateFieldsPanel* fields_ = nullptr;

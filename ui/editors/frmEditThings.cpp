@@ -172,11 +172,6 @@ std::optional<std::int32_t> frmEditThings::CurrentRecord() const {
     return Selection().records.empty() ? std::nullopt : std::optional(Selection().current);
 }
 
-ManyRecords frmEditThings::SelectedTogether() const {
-    return InOrder(RecordKind::Thing, Selection().records, "things",
-                   [this](std::int32_t thing) { return names_.Rows().RowOf(thing); });
-}
-
 bool frmEditThings::SelectRecord(std::int32_t thing) {
     if (names_.Rows().RowOf(thing) < 0)
         return false;
@@ -218,10 +213,10 @@ QWidget* frmEditThings::BuildList() {
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
     connect(NewAction("actRename", tr("Rename..."), list_), &QAction::triggered, this, &frmEditThings::Rename);
     connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this, &frmEditThings::Restore);
-    list_->addAction(ChangeManyAction(*list_));
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmEditThings::FollowList);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
     maker_ = new RecordMaker(RecordKind::Thing, "things", *list_, context_);
+    list_->addActions(context_.links.RecordActions(RecordKind::Thing));
     connect(maker_, &RecordMaker::Made, this, &frmEditThings::SelectRecord);
 
     auto* buttons = new QHBoxLayout;

@@ -38,7 +38,7 @@ public:
     explicit frmEditThings(const EditorContext& context);
 
     std::optional<std::int32_t> CurrentRecord() const override;
-    ManyRecords SelectedTogether() const override;
+    std::vector<std::int32_t> Selected() const override { return Selection().records; }
 
 protected:
     bool SelectRecord(std::int32_t thing) override;

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -113,16 +114,21 @@ QWidget* frmEditWeapons::BuildFields() {
     sprite_->setMinimumSize(160, 160);
     (new QVBoxLayout(preview))->addWidget(sprite_);
 
+    auto* numbers = new QVBoxLayout;
+    numbers->addWidget(ammo);
+    numbers->addWidget(states);
+    auto* top = new QHBoxLayout; // one below the other would be too high for small screens with the fields of ID24
+    top->addLayout(numbers, 3);
+    top->addWidget(preview, 2);
     auto* fields = new QWidget;
     auto* layout = new QVBoxLayout(fields);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(ammo);
-    layout->addWidget(states);
+    layout->addLayout(top);
     extra_ = new ExtraFields(
         extraFields, "frmEditWeapons", [this](int row) { return Boxes().Field(row); }, context_, this);
     for (QGroupBox* group : extra_->Groups())
         layout->addWidget(group);
-    layout->addWidget(preview, 1);
+    layout->addStretch();
     return fields;
 }
 

@@ -29,7 +29,7 @@ frmNewRecord::frmNewRecord(RecordKind kind, const Edits& edits, QWidget* parent)
 
     auto* form = new QFormLayout(this);
     form->addRow(numberLabel_, number_);
-    if (kind == RecordKind::Sprite || kind == RecordKind::Sound) {
+    if (HasLumpName(kind)) {
         name_ = new LumpNameEdit(QStringLiteral("txtName"), kind);
         connect(name_, &QLineEdit::textChanged, this, &frmNewRecord::Check);
         form->addRow(tr("N&ame"), name_);

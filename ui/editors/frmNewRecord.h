@@ -15,7 +15,7 @@ namespace plinket3 {
 class LumpNameEdit;
 
 /// Asks for the number of a record that is to be made, and for the name of a sprite or sound; or for another name of
-/// one that there is. Says at once why what is typed cannot be.
+/// one that there is, music too. Says at once why what is typed cannot be.
 class frmNewRecord : public QDialog {
     Q_OBJECT
 public:
@@ -24,7 +24,7 @@ public:
         std::string name; // empty for a kind without names of lumps
     };
 
-    /// Of a sprite, a sound, a thing or a state.
+    /// Of a sprite, a sound, music, a thing or a state.
     frmNewRecord(RecordKind kind, const Edits& edits, QWidget* parent);
 
     /// Proposes the next free number. Nothing when the user cancels, as all of these.

@@ -112,6 +112,11 @@ void SelectionBox::TakeChange() {
     Update();
 }
 
+void SelectionBox::TakeWaiting(QWidget* control) {
+    if (auto* box = qobject_cast<SelectionBox*>(control); box != nullptr && box->IsChange(box->text()))
+        box->TakeChange();
+}
+
 QString SelectionBox::ChangeHint() const {
     if (!HoldsNumbers())
         return hint_;
@@ -134,8 +139,8 @@ void SelectionBox::keyPressEvent(QKeyEvent* event) {
 }
 
 void SelectionBox::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::PopupFocusReason && IsChange(text()))
-        TakeChange();
+    if (event->reason() != Qt::PopupFocusReason)
+        TakeWaiting(this);
     FieldBox::focusOutEvent(event);
     if (event->reason() != Qt::PopupFocusReason)
         Update(); // what was typed with a fraction, or not as a number, now stands as it was stored

@@ -24,6 +24,9 @@ public:
     /// Shows the selection's number, unless the user is typing and the text reads as it.
     void Update();
 
+    /// What waits in the control for Enter, if it is such a box, is taken now.
+    static void TakeWaiting(QWidget* control);
+
 signals:
     /// The number was shown or stored anew.
     void Shown();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/EditorContext.h"
+#include "ui/lists/KeptMarks.h"
 #include "ui/lists/RecordRows.h"
 
 #include <QAbstractListModel>
@@ -23,11 +24,13 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
+    QVariant Value(std::int32_t record, int role) const;
     bool Differs(std::int32_t record) const;
 
     EditorContext context_;
     RecordKind kind_;
     RecordRows rows_;
+    KeptMarks kept_;
 };
 
 } // namespace plinket3

@@ -8,6 +8,7 @@ namespace plinket3 {
 void RecordTableModel::Reset() {
     beginResetModel();
     rows_ = RecordRows(RecordNumbers(Current(), kind_));
+    kept_.Read();
     endResetModel();
 }
 
@@ -15,6 +16,8 @@ void RecordTableModel::ShowCells(const std::vector<Cell>& cells) {
     for (const Cell& cell : cells)
         if (const int row = cell.kind == kind_ ? rows_.RowOf(cell.index) : -1; row >= 0)
             emit dataChanged(index(row, 0), index(row, Columns() - 1));
+    if (kept_.Follow(cells) && rows_.Count() > 0)
+        emit dataChanged(index(0, signColumn), index(rows_.Count() - 1, signColumn));
 }
 
 int RecordTableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_.Count(); }
@@ -25,20 +28,24 @@ QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     const std::int32_t record = rows_.At(index.row());
+    const QVariant value = Value(record, index.column(), role);
+    return index.column() == signColumn ? kept_.Over(value, record, role) : value;
+}
+
+QVariant RecordTableModel::Value(std::int32_t record, int column, int role) const {
     switch (role) {
     case Qt::DisplayRole:
-        return Text(Current(), record, index.column());
+        return Text(Current(), record, column);
     case recordRole:
         return record;
     case searchRole:
         return SearchText(record);
     case Qt::TextAlignmentRole:
-        return Alignment(index.column());
+        return Alignment(column);
     case Qt::FontRole:
-        return Differs(record, index.column()) ? MarkedFont() : QVariant();
+        return Differs(record, column) ? MarkedFont() : QVariant();
     case Qt::ToolTipRole:
-        return Differs(record, index.column()) ? DefaultTip(Text(Defaults(), record, index.column()))
-                                               : PlainTip(record, index.column());
+        return Differs(record, column) ? DefaultTip(Text(Defaults(), record, column)) : PlainTip(record, column);
     default:
         return {};
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/EditorContext.h"
+#include "ui/lists/KeptMarks.h"
 #include "ui/lists/RecordRows.h"
 
 #include <QAbstractTableModel>
@@ -15,7 +16,8 @@ public:
     /// The text in which a filter looks for a row.
     static constexpr int searchRole = Qt::UserRole;
 
-    RecordTableModel(const EditorContext& context, RecordKind kind) : context_(context), kind_(kind) {}
+    RecordTableModel(const EditorContext& context, RecordKind kind)
+        : context_(context), kind_(kind), kept_(context.program.patch.current, kind) {}
 
     /// Another patch is open.
     virtual void Reset();
@@ -49,11 +51,15 @@ protected:
     EditorContext context_;
 
 private:
+    static constexpr int signColumn = 1; // of records that are kept: the name
+
+    QVariant Value(std::int32_t record, int column, int role) const;
     QVariant Alignment(int column) const;
     bool Differs(std::int32_t record, int column) const;
 
     RecordKind kind_;
     RecordRows rows_;
+    KeptMarks kept_;
 };
 
 } // namespace plinket3

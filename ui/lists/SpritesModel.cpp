@@ -1,61 +1,30 @@
 #include "ui/lists/SpritesModel.h"
 
-#include "ui/LatinText.h"
-
-#include <array>
-
 namespace plinket3 {
 
-namespace {
-
-struct Column {
-    const char* header;
-    const char* tip;
-};
-enum ColumnPlace { numberColumn, nameColumn, defaultColumn, lumpsColumn };
-constexpr std::array columns{
-    Column{"#", QT_TRANSLATE_NOOP("SpritesModel", "Number, as states use it")},
-    Column{"Name", QT_TRANSLATE_NOOP("SpritesModel", "What the names of its lumps begin with")},
-    Column{"Default", QT_TRANSLATE_NOOP("SpritesModel", "The engine's own name")},
-    Column{"Lumps", QT_TRANSLATE_NOOP("SpritesModel", "How many pictures the IWAD and the data WAD have for it")},
-};
-
-const Column& ColumnAt(int column) { return columns[static_cast<std::size_t>(column)]; }
-
-} // namespace
+SpritesModel::SpritesModel(const EditorContext& context) : LumpNamesModel(context, RecordKind::Sprite, tr("Lumps")) {}
 
 void SpritesModel::Reset() {
     lumps_ = context_.program.wads.SpriteLumps();
     RecordTableModel::Reset();
 }
 
-int SpritesModel::Columns() const { return static_cast<int>(columns.size()); }
-
-QString SpritesModel::Header(int column) const { return tr(ColumnAt(column).header); }
-
-QString SpritesModel::HeaderTip(int column) const { return tr(ColumnAt(column).tip); }
-
-QString SpritesModel::Text(const PatchSet& set, std::int32_t record, int column) const {
+QString SpritesModel::HeaderTip(int column) const {
     switch (column) {
     case numberColumn:
-        return QString::number(record);
+        return tr("Number, as states use it");
     case nameColumn:
-        return ShownText(set.SpriteName(record));
+        return tr("What the names of its lumps begin with");
     case defaultColumn:
-        return ShownText(Defaults().SpriteName(record));
+        return tr("The engine's own name");
     default:
-        const auto found = lumps_.find(set.SpriteName(record));
-        return QString::number(found == lumps_.end() ? 0 : found->second);
+        return tr("How many pictures the IWAD and the data WAD have for it");
     }
 }
 
-bool SpritesModel::HasOtherValue(std::int32_t record, int column) const {
-    return column == nameColumn && RecordTableModel::HasOtherValue(record, column);
-}
-
-QString SpritesModel::SearchText(std::int32_t record) const {
-    return Text(Current(), record, numberColumn) + ' ' + Text(Current(), record, nameColumn) + ' ' +
-           Text(Current(), record, defaultColumn);
+QString SpritesModel::Lumps(const std::string& name) const {
+    const auto found = lumps_.find(name);
+    return QString::number(found == lumps_.end() ? 0 : found->second);
 }
 
 bool SpritesModel::IsNumber(int column) const { return column == numberColumn || column == lumpsColumn; }

@@ -265,12 +265,24 @@ bool StateFieldsPanel::ActionsMayBeSet() const {
     });
 }
 
+/// What all selected states have, state 0 aside where there are several; absent when they differ.
+std::optional<std::int32_t> StateFieldsPanel::CommonAction() const {
+    std::optional<std::int32_t> common;
+    for (const std::int32_t state : selection_.records) {
+        const std::int32_t value = StateColumnValue(context_.program.patch.current, state, StateColumn::Action);
+        if (selection_.Several() && state == 0)
+            continue;
+        if (common.value_or(value) != value)
+            return std::nullopt;
+        common = value;
+    }
+    return common;
+}
+
 void StateFieldsPanel::ShowAction() {
     const PatchData& patch = context_.program.patch;
     const bool one = selection_.records.size() == 1;
-    std::optional<std::int32_t> value;
-    if (one)
-        value = StateColumnValue(patch.current, selection_.current, StateColumn::Action);
+    const std::optional<std::int32_t> value = CommonAction();
     cmbActions_->ShowAction(value);
     cmbActions_->setEnabled(ActionsMayBeSet());
     cmdActionBrowse_->setEnabled(ActionsMayBeSet());
@@ -341,10 +353,7 @@ void StateFieldsPanel::StoreAction(std::int32_t value) {
     const auto cleared = StoreInStates(context_.edits, context_.program, selection_.records, {&action, 1});
     if (!cleared.empty())
         context_.links.ShowStatus(ClearedText(cleared));
-    if (selection_.Several())
-        cmbActions_->ShowAction(value);
-    else
-        ShowAction();
+    ShowAction();
 }
 
 void StateFieldsPanel::BrowseSprite() {

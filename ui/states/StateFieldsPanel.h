@@ -16,6 +16,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace plinket3 {
 
@@ -59,6 +60,7 @@ private:
     bool RefusesEmptyAction(std::int32_t value);
     void RefuseUnknownAction();
     bool ActionsMayBeSet() const;
+    std::optional<std::int32_t> CommonAction() const;
 
     EditorContext context_;
     std::shared_ptr<RecordSelection> shared_ = std::make_shared<RecordSelection>(); // boxes outlive the panel

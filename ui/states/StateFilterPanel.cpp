@@ -1,10 +1,13 @@
 #include "ui/states/StateFilterPanel.h"
 
+#include "patch/FreeRecords.h"
 #include "patch/StateUse.h"
 #include "ui/LatinText.h"
 #include "ui/states/StateTableModel.h"
 
 #include <QGridLayout>
+#include <QLabel>
+#include <QLocale>
 #include <QRadioButton>
 #include <QSignalBlocker>
 
@@ -18,14 +21,17 @@ struct ModeButton {
     StateFilterMode mode;
     const char* name;
     const char* text;
-    int row, column;
+    int row, column, width = 1;
 };
 constexpr ModeButton modeButtons[]{
-    {StateFilterMode::All, "optFilterDisabled", QT_TRANSLATE_NOOP("StateFilterPanel", "&All states"), 0, 0},
-    {StateFilterMode::Thing, "optFilterThings", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &thing"), 0, 1},
+    {StateFilterMode::All, "optFilterDisabled", QT_TRANSLATE_NOOP("StateFilterPanel", "&All states"), 0, 0, 2},
+    {StateFilterMode::Thing, "optFilterThings", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &thing"), 0, 2},
     {StateFilterMode::Unused, "optFilterUnused", QT_TRANSLATE_NOOP("StateFilterPanel", "&Unused"), 1, 0},
-    {StateFilterMode::Weapon, "optFilterWeapons", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &weapon"), 1, 1},
+    {StateFilterMode::Free, "optFilterFree", QT_TRANSLATE_NOOP("StateFilterPanel", "Free"), 1, 1},
+    {StateFilterMode::Weapon, "optFilterWeapons", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &weapon"), 1, 2},
 };
+
+constexpr int filterColumn = 4;
 
 QComboBox* NewList(const QString& name, const QString& accessibleName) {
     auto* list = new QComboBox;
@@ -51,7 +57,7 @@ StateFilterPanel::StateFilterPanel(const Session& session)
     : session_(session), modes_(new QButtonGroup(this)),
       cmbFilterThings_(NewList(QStringLiteral("cmbFilterThings"), tr("Thing"))),
       cmbFilterWeapons_(NewList(QStringLiteral("cmbFilterWeapons"), tr("Weapon"))),
-      txtFilter_(new FilterBox(tr("Find states"), tr("Number, sprite or action"))) {
+      txtFilter_(new FilterBox(tr("Find states"), tr("Number, sprite or action"))), lblFree_(new QLabel) {
     txtFilter_->EnterLeads();
 
     auto* layout = new QGridLayout(this);
@@ -60,13 +66,17 @@ StateFilterPanel::StateFilterPanel(const Session& session)
         auto* button = new QRadioButton(tr(row.text));
         button->setObjectName(QString::fromLatin1(row.name));
         modes_->addButton(button, static_cast<int>(row.mode));
-        layout->addWidget(button, row.row, row.column);
+        layout->addWidget(button, row.row, row.column, 1, row.width);
         if (QComboBox* list = List(row.mode))
             layout->addWidget(list, row.row, row.column + 1);
     }
-    layout->addWidget(txtFilter_, 0, 3);
-    layout->setColumnStretch(2, 2);
-    layout->setColumnStretch(3, 2);
+    modes_->button(static_cast<int>(StateFilterMode::Unused))->setToolTip(tr("Named by no thing, weapon or state"));
+    modes_->button(static_cast<int>(StateFilterMode::Free))
+        ->setToolTip(tr("No thing or weapon comes to it, nor does the game's own code, and it is not kept"));
+    lblFree_->setObjectName(QStringLiteral("lblFree"));
+    layout->addWidget(txtFilter_, 0, filterColumn);
+    layout->setColumnStretch(filterColumn - 1, 2);
+    layout->setColumnStretch(filterColumn, 2);
 
     connect(modes_, &QButtonGroup::idClicked, this,
             [this](int mode) { setFilterMode(static_cast<StateFilterMode>(mode)); });
@@ -88,7 +98,10 @@ void StateFilterPanel::Fill() {
 }
 
 void StateFilterPanel::AddBelowText(QLayout& controls) {
-    static_cast<QGridLayout*>(layout())->addLayout(&controls, 1, 3);
+    auto* below = new QHBoxLayout;
+    below->addWidget(lblFree_);
+    below->addLayout(&controls, 1);
+    static_cast<QGridLayout*>(layout())->addLayout(below, 1, filterColumn);
 }
 
 void StateFilterPanel::ShowAll() {
@@ -130,18 +143,34 @@ QString StateFilterPanel::ReplaceThing(int entry, const QString& text) {
     return before;
 }
 
-std::vector<std::int32_t> StateFilterPanel::States() const {
+std::vector<std::int32_t> StateFilterPanel::States() {
+    lblFree_->clear();
+    return MatchingStates(session_, StatesOfMode(), txtFilter_->text());
+}
+
+std::vector<std::int32_t> StateFilterPanel::StatesOfMode() {
     const PatchSet& set = session_.patch.current;
     constexpr std::int32_t none = -1; // which is no record's number
     const auto entryOf = [](const QComboBox& list) {
         return list.currentIndex() < 0 ? none : static_cast<std::int32_t>(list.currentData().toInt());
     };
-    std::vector<std::int32_t> states =
-        mode_ == StateFilterMode::All      ? AllStates(set)
-        : mode_ == StateFilterMode::Thing  ? StatesOfThing(set, session_.engine, entryOf(*cmbFilterThings_))
-        : mode_ == StateFilterMode::Weapon ? StatesOfWeapon(set, session_.engine, entryOf(*cmbFilterWeapons_))
-                                           : UnusedStates(set, session_.engine);
-    return MatchingStates(session_, std::move(states), txtFilter_->text());
+    switch (mode_) {
+    case StateFilterMode::Thing:
+        return StatesOfThing(set, session_.engine, entryOf(*cmbFilterThings_));
+    case StateFilterMode::Weapon:
+        return StatesOfWeapon(set, session_.engine, entryOf(*cmbFilterWeapons_));
+    case StateFilterMode::Unused:
+        return UnusedStates(set, session_.engine);
+    case StateFilterMode::Free: {
+        std::vector<std::int32_t> free =
+            FindFree(set, session_.patch.defaults, session_.engine, session_.fixedUses, RecordKind::State).Numbers();
+        const QLocale english(QLocale::English);
+        lblFree_->setText(tr("%1 of %2 free").arg(english.toString(free.size()), english.toString(set.states.size())));
+        return free;
+    }
+    default:
+        return AllStates(set);
+    }
 }
 
 } // namespace plinket3

@@ -10,12 +10,14 @@
 #include <cstdint>
 #include <vector>
 
+class QLabel;
+
 namespace plinket3 {
 
-enum class StateFilterMode { All, Thing, Weapon, Unused };
+enum class StateFilterMode { All, Thing, Weapon, Unused, Free };
 
-/// Chooses which states the editor lists: all of them, those of one thing or weapon, or the unused ones; and of these,
-/// as one types, those whose number, name or action fits.
+/// Chooses which states the editor lists: all of them, those of one thing or weapon, the unused or the free ones; and
+/// of these, as one types, those whose number, name or action fits.
 class StateFilterPanel : public QWidget {
     Q_OBJECT
 public:
@@ -26,7 +28,7 @@ public:
     /// Lists the things and weapons of the patch, which is another one, and goes back to all states. Emits nothing.
     void Fill();
     void setFilterMode(StateFilterMode mode);
-    /// Puts controls below the box for text.
+    /// Puts controls below the box for text, behind the number of free states.
     void AddBelowText(QLayout& controls);
     /// Lists every state. Emits nothing.
     void ShowAll();
@@ -37,8 +39,8 @@ public:
     /// Replaces the entry behind that of the thing `entry` - 1, and returns what stood there. One beyond the list is
     /// ignored.
     QString ReplaceThing(int entry, const QString& text);
-    /// The states to list, in their order.
-    std::vector<std::int32_t> States() const;
+    /// The states to list, in their order. Says how many are free, if these are listed.
+    std::vector<std::int32_t> States();
 
 signals:
     void Changed();
@@ -46,6 +48,7 @@ signals:
 private:
     QComboBox* List(StateFilterMode mode) const;
     void ShowMode(StateFilterMode mode);
+    std::vector<std::int32_t> StatesOfMode();
 
     const Session& session_;
     StateFilterMode mode_ = StateFilterMode::All;
@@ -53,6 +56,7 @@ private:
     QComboBox* cmbFilterThings_;
     QComboBox* cmbFilterWeapons_;
     FilterBox* txtFilter_;
+    QLabel* lblFree_;
 };
 
 } // namespace plinket3

@@ -16,11 +16,12 @@
 namespace plinket3 {
 
 StateTableModel::StateTableModel(const Session& session, QObject* parent)
-    : QAbstractTableModel(parent), session_(session) {}
+    : QAbstractTableModel(parent), session_(session), kept_(session.patch.current, RecordKind::State) {}
 
 void StateTableModel::Show(std::vector<std::int32_t> states) {
     beginResetModel();
     shown_ = RecordRows(std::move(states));
+    kept_.Read();
     endResetModel();
 }
 
@@ -39,7 +40,8 @@ void StateTableModel::CellsChanged(const std::vector<Cell>& cells) {
                 first = std::min(first, *row);
                 last = std::max(last, *row);
             }
-    if (RenamesLumps(cells)) { // which states show, and name as arguments
+    const bool kept = kept_.Follow(cells);
+    if (kept || RenamesLumps(cells)) { // which states show, and name as arguments
         first = 0;
         last = rowCount() - 1;
     }
@@ -54,12 +56,17 @@ int StateTableModel::columnCount(const QModelIndex& parent) const { return paren
 QVariant StateTableModel::data(const QModelIndex& at, int role) const {
     if (!at.isValid() || at.row() >= rowCount())
         return {};
-    const PatchSet& current = session_.patch.current;
-    const PatchSet& defaults = session_.patch.defaults;
     const std::int32_t state = shown_.At(at.row());
-    if (!current.states.Has(state))
+    if (!session_.patch.current.states.Has(state))
         return {};
     const auto column = static_cast<StateColumn>(at.column());
+    const QVariant value = Value(state, column, role);
+    return column == StateColumn::Name ? kept_.Over(value, state, role) : value;
+}
+
+QVariant StateTableModel::Value(std::int32_t state, StateColumn column, int role) const {
+    const PatchSet& current = session_.patch.current;
+    const PatchSet& defaults = session_.patch.defaults;
     const auto text = [&](const PatchSet& set) { return StateColumnText(set, session_.engine, state, column); };
     switch (role) {
     case Qt::DisplayRole:

@@ -2,7 +2,9 @@
 
 #include "patch/Edits.h"
 #include "patch/Program.h"
+#include "ui/lists/KeptMarks.h"
 #include "ui/lists/RecordRows.h"
+#include "ui/states/StateColumns.h"
 
 #include <QAbstractTableModel>
 
@@ -32,8 +34,11 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
+    QVariant Value(std::int32_t state, StateColumn column, int role) const;
+
     const Session& session_;
     RecordRows shown_;
+    KeptMarks kept_;
 };
 
 /// Every state's number, in their order.

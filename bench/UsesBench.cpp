@@ -1,0 +1,63 @@
+#include "bench/BenchFiles.h"
+#include "core/Files.h"
+#include "patch/FreeRecords.h"
+#include "patch/NewRecords.h"
+#include "patch/Uses.h"
+#include "patch/modTables.h"
+
+#include <benchmark/benchmark.h>
+
+namespace plinket3::bench {
+
+namespace {
+
+constexpr std::int32_t firstState = 5000, stateCount = 7400, monsters = 137;
+
+/// A DSDHacked patch as large ones are: states behind those of the engine, each with an action that names a thing.
+struct ModernPatch {
+    ModernPatch() {
+        std::string bytes;
+        if (!modConfig::LoadEngine(dataFolder / "config" / "dsdhacked.cfg", engine) ||
+            !ReadWholeFile(modTables::TablePath(dataFolder, engine), bytes) ||
+            !modTables::ParseTable(bytes, engine, defaults))
+            return;
+        fixedUses = LoadFixedUses(dataFolder, engine);
+        set = defaults;
+        const std::int32_t spawn = engine.CodePointerOf("SpawnObject").value_or(0);
+        for (std::int32_t number = firstState; number < firstState + stateCount; ++number) {
+            StateRecord state = NewRecord<StateRecord>(number);
+            state.nextState = number + 1 < firstState + stateCount ? number + 1 : 0;
+            state.codePointer = spawn;
+            SetValue(state, FieldOf(&StateRecord::arg1), number % monsters + 1);
+            set.states.Add(number, state);
+        }
+    }
+    EngineConfiguration engine;
+    std::vector<FixedUse> fixedUses;
+    PatchSet defaults, set;
+};
+
+const ModernPatch& Modern() {
+    static const ModernPatch patch;
+    return patch;
+}
+
+void FindUses(benchmark::State& state) {
+    const ModernPatch& patch = Modern();
+    for ([[maybe_unused]] auto once : state)
+        if (UsesOf(patch.set, patch.engine, patch.fixedUses, {TargetKind::Thing, 1}).size() < stateCount / monsters)
+            state.SkipWithError("uses were not found");
+}
+BENCHMARK(FindUses)->Unit(benchmark::kMillisecond);
+
+void FindFreeStates(benchmark::State& state) {
+    const ModernPatch& patch = Modern();
+    for ([[maybe_unused]] auto once : state)
+        if (FindFree(patch.set, patch.defaults, patch.engine, patch.fixedUses, RecordKind::State).Count() < stateCount)
+            state.SkipWithError("free states were not found");
+}
+BENCHMARK(FindFreeStates)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace plinket3::bench
