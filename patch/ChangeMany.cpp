@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <set>
+#include <utility>
 
 namespace plinket3 {
 
@@ -188,9 +189,12 @@ std::vector<Assignment> NextInOrder(const std::vector<std::int32_t>& states, boo
 }
 
 std::vector<Target> TargetsOf(const PatchSet& set, const EngineConfiguration& engine, const ManyRecords& records) {
-    std::set<Target> targets;
-    ForEachLink(set, engine, records, [&targets](const Link& link) { targets.insert(link.to); });
-    return {targets.begin(), targets.end()};
+    std::set<std::pair<TargetKind, std::int32_t>> found;
+    ForEachLink(set, engine, records, [&found](const Link& link) { found.emplace(link.to.kind, link.to.number); });
+    std::vector<Target> targets;
+    for (const auto& [kind, number] : found)
+        targets.push_back({kind, number});
+    return targets;
 }
 
 std::vector<Assignment> ReplaceTarget(const PatchSet& set, const EngineConfiguration& engine,

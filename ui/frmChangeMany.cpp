@@ -318,6 +318,8 @@ void frmChangeMany::Preview() {
                                       : tr("%1 of %2 values change.")
                                             .arg(static_cast<qulonglong>(values_.size()))
                                             .arg(static_cast<qulonglong>(all)));
+    if (values_.size() > mostShown)
+        lblCount_->setText(lblCount_->text() + tr(" The first %1 are listed.").arg(mostShown));
     cmdAccept_->setEnabled(!values_.empty());
     const auto to = Chosen() == What::Replace ? NewTarget() : std::nullopt;
     lblTo_->setText(to ? NameOf(*to) : QString());
