@@ -192,6 +192,7 @@ std::vector<Target> TargetsOf(const PatchSet& set, const EngineConfiguration& en
     std::set<std::pair<TargetKind, std::int32_t>> found;
     ForEachLink(set, engine, records, [&found](const Link& link) { found.emplace(link.to.kind, link.to.number); });
     std::vector<Target> targets;
+    targets.reserve(found.size());
     for (const auto& [kind, number] : found)
         targets.push_back({kind, number});
     return targets;

@@ -67,7 +67,7 @@ TEST_F(ChangeManyTest, AChangeTypedForSeveralThingsWaitsForEnterOrLeaving) {
     Type(box, "*0.5");
     EXPECT_EQ(Status(), "Enter multiplies the hit points of 3 things by 0.5.");
     EXPECT_FALSE(edits.CanUndo()) << "nothing is stored while it is being typed";
-    edits.Store({RecordKind::Thing, 50, RowOf(hitPoints)}, 7); // the box is shown anew
+    edits.Store({RecordKind::Thing, imp, RowOf(&ThingRecord::mass)}, 7); // the box is shown anew
     EXPECT_EQ(box.text(), "*0.5");
     QTest::keyClick(&box, Qt::Key_Escape);
     EXPECT_EQ(box.text(), "") << "the box is given back";
@@ -98,10 +98,10 @@ TEST_F(ChangeManyTest, AChangeTypedForSeveralThingsWaitsForEnterOrLeaving) {
     EXPECT_EQ(things(hitPoints), (std::vector{-12, -12, -12})) << "a number is no change";
 
     auto& range = Find<QLineEdit>("txtMeleeRange"); // a box that refuses what its value cannot be
-    Type(range, "+1.5");
+    Type(range, "*1.5");
     QTest::keyClick(&range, Qt::Key_Enter);
-    EXPECT_EQ(things(&ThingRecord::meleeRange), std::vector<std::int32_t>(3, 65 * 65536 + 32768));
-    EXPECT_EQ(range.text(), "65.5");
+    EXPECT_EQ(things(&ThingRecord::meleeRange), std::vector<std::int32_t>(3, 96 * 65536));
+    EXPECT_EQ(range.text(), "96");
 
     Select(RecordKind::Thing, imp, 0);
     Type(box, "+5");
