@@ -81,7 +81,7 @@ TypedValue ReadNumber(const ValueMeaning& meaning, std::string_view text) {
     const double typed = LeadingReal(text);
     if (meaning.kind == Kind::FastSpeed && typed == normalSpeed)
         return {normalSpeed, {}};
-    const double stored = std::nearbyint(fixed ? typed * one : typed);
+    const double stored = std::nearbyint(typed * UnitOf(meaning));
     if (stored < meaning.limits.lowest || stored > meaning.limits.highest)
         return {{}, BeyondLimits(meaning)};
     return {static_cast<std::int32_t>(stored), {}};
@@ -203,6 +203,8 @@ ValueMeaning MeaningOf(const PatchSet& set, const Argument& argument) {
         return {};
     }
 }
+
+double UnitOf(const ValueMeaning& meaning) { return IsFixed(meaning.kind) ? one : 1; }
 
 bool RefersToRecord(const ValueMeaning& meaning) {
     return meaning.kind == Kind::Thing || meaning.kind == Kind::State || meaning.kind == Kind::Sound;

@@ -45,6 +45,8 @@ constexpr std::optional<std::int32_t> ThingOf(std::int32_t number) {
     return number == 0 || number == INT32_MIN ? std::nullopt : std::optional(number - 1);
 }
 
+/// What a number that is typed as 1 is as it is stored.
+double UnitOf(const ValueMeaning& meaning);
 bool RefersToRecord(const ValueMeaning& meaning);
 inline bool IsName(const ValueMeaning& meaning) {
     return meaning.kind == ValueMeaning::Kind::LumpName || meaning.kind == ValueMeaning::Kind::StringKey;

@@ -23,8 +23,9 @@ public:
     virtual void ShowCell(const Cell& cell) = 0;
     /// The same with the focus in the list of records.
     void ShowRecord(RecordKind kind, std::int32_t number) { ShowCell({kind, number, existsField}); }
-    /// What can be done with the records selected in the editor in front, for the menus of lists.
-    virtual QList<QAction*> RecordActions() const = 0;
+    /// What can be done with the records selected in the editor in front, where they are of that kind: for menus of
+    /// lists.
+    virtual QList<QAction*> RecordActions(RecordKind kind) const = 0;
     /// Brings the state editor up with `state` selected: under the filter of `thing`, else of `weapon`, else (both -1)
     /// under the filter it has.
     virtual void SelectSingleState(int state, int thing, int weapon) = 0;

@@ -89,11 +89,13 @@ public:
     bool IsThere(const Cell& place) const;
     /// Brings such a place up.
     void ShowPlace(const Cell& place);
+    /// What can be done with the selected records, of any kind.
+    QList<QAction*> AllRecordActions() const { return commands_.Actions(); }
     QMdiSubWindow* Frame(std::size_t editor) const { return frames_[editor]; }
 
     // EditorLinks
     void ShowCell(const Cell& cell) override;
-    QList<QAction*> RecordActions() const override { return commands_.Actions(); }
+    QList<QAction*> RecordActions(RecordKind kind) const override { return commands_.Actions(kind); }
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override;
     std::optional<int> SelectedSoundRow() override;

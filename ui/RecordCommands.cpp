@@ -4,6 +4,9 @@
 #include "patch/KeptRecords.h"
 #include "patch/NewRecords.h"
 #include "ui/EditorSet.h"
+#include "ui/fields/FieldControl.h"
+#include "ui/fields/SelectionBox.h"
+#include "ui/frmChangeMany.h"
 
 #include <QAction>
 #include <QWidget>
@@ -23,25 +26,41 @@ QAction* NewAction(const char* name, const QString& text, const QKeySequence& ke
 }
 
 std::string_view Many(RecordKind kind) {
-    return kind == RecordKind::Thing   ? "things"
-           : kind == RecordKind::State ? "frames"
-           : kind == RecordKind::Sound ? "sounds"
-                                       : "sprites";
+    return kind == RecordKind::Thing    ? "things"
+           : kind == RecordKind::State  ? "frames"
+           : kind == RecordKind::Sound  ? "sounds"
+           : kind == RecordKind::Weapon ? "weapons"
+           : kind == RecordKind::Ammo   ? "kinds of ammunition"
+                                        : "sprites";
 }
 
 } // namespace
 
-RecordCommands::RecordCommands(const Program& program, Edits& edits, EditorSet& editors, QWidget& owner)
-    : program_(program), edits_(edits), editors_(editors),
+RecordCommands::RecordCommands(Program& program, Edits& edits, EditorSet& editors, QWidget& owner)
+    : program_(program), edits_(edits), editors_(editors), owner_(owner),
+      changeMany_(
+          NewAction("EditChangeMany", tr("&Change many..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M), owner)),
       nextFree_(NewAction("EditNextFree", tr("&Next free"), QKeySequence(Qt::Key_F8), owner)),
       keep_(NewAction("EditKeep", tr("&Keep"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_K), owner)) {
     nextFree_->setToolTip(tr("Go to the next one that nothing comes to and that is not kept"));
     keep_->setCheckable(true);
     for (QAction* action : Actions())
         action->setEnabled(false);
+    connect(changeMany_, &QAction::triggered, this, &RecordCommands::ChangeMany);
     connect(nextFree_, &QAction::triggered, this, &RecordCommands::NextFree);
     connect(keep_, &QAction::triggered, this, &RecordCommands::Keep);
     edits_.Listen([this](const std::vector<Cell>&) { Update(); });
+}
+
+bool RecordCommands::HasNumbers(RecordKind kind) const { return !NumberFields(kind, program_.engine).empty(); }
+
+QList<QAction*> RecordCommands::Actions(RecordKind kind) const {
+    QList<QAction*> actions;
+    if (HasNumbers(kind))
+        actions.append(changeMany_);
+    if (CanBeMade(kind))
+        actions.append({nextFree_, keep_});
+    return actions;
 }
 
 std::optional<RecordKind> RecordCommands::Kind() const {
@@ -53,6 +72,8 @@ void RecordCommands::Update() {
     const std::optional<RecordKind> kind = Kind();
     const bool notes = program_.engine.dialect.EngineRules();
     const std::vector<std::int32_t> records = editors_.Selected();
+    const std::optional<Cell> here = editors_.Here();
+    changeMany_->setEnabled(here && HasNumbers(here->kind) && !records.empty());
     nextFree_->setEnabled(kind.has_value());
     keep_->setEnabled(kind && notes && !records.empty());
     keep_->setToolTip(notes
@@ -75,6 +96,15 @@ void RecordCommands::NextFree() {
         return editors_.ShowStatus(tr("None is free."));
     const auto next = std::ranges::upper_bound(free, here->index);
     editors_.ShowRecord(here->kind, next == free.end() ? free.front() : *next);
+}
+
+void RecordCommands::ChangeMany() {
+    QWidget* focus = owner_.window()->focusWidget();
+    SelectionBox::TakeWaiting(focus);
+    const RecordKind kind = editors_.Here()->kind;
+    ManyRecords records{kind, editors_.Selected(), Many(kind)};
+    std::ranges::sort(records.numbers, {}, [](std::int32_t number) { return static_cast<std::uint32_t>(number); });
+    frmChangeMany({program_, edits_, editors_}, std::move(records), FieldAt(focus), owner_.window()).Change();
 }
 
 void RecordCommands::Keep(bool kept) {

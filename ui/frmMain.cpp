@@ -4,6 +4,7 @@
 #include "patch/LumpNames.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
+#include "ui/fields/SelectionBox.h"
 #include "ui/frmChangeEngine.h"
 #include "ui/frmGoTo.h"
 #include "ui/frmPatchNotes.h"
@@ -61,6 +62,7 @@ constexpr DialogPage dialogPages[]{
     {"frmCopyWith", "copying.md#copy-with"},
     {"frmPaste", "copying.md#paste"},
     {"frmDuplicate", "copying.md#duplicate"},
+    {"frmChangeMany", "editing.md#changing-many-at-once"},
     {"frmGoTo", "finding.md#going-to-a-number"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
@@ -171,6 +173,8 @@ QAction* frmMain::Action(const char* name, const QString& text, const QKeySequen
 
 void frmMain::BuildFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
+    // Hears of each entry before those do that see to it, since these are connected after it is added.
+    connect(menu, &QMenu::triggered, this, [this] { SelectionBox::TakeWaiting(focusWidget()); });
     fileNew_ = Action("FileNew", tr("&New..."), QKeySequence::New);
     fileOpen_ = Action("FileOpen", tr("&Open..."), QKeySequence::Open);
     fileSave_ = Action("FileSave", tr("&Save"), QKeySequence::Save);
@@ -234,7 +238,7 @@ void frmMain::BuildEditMenu() {
     connect(editFind_, &QAction::triggered, find_, &FindDock::Start);
     connect(editGoTo_, &QAction::triggered, this, &frmMain::GoTo);
     menu->addSeparator();
-    menu->addActions(editors_.RecordActions());
+    menu->addActions(editors_.AllRecordActions());
     menu->setToolTipsVisible(true);
     connect(editUndo_, &QAction::triggered, this, [this] { edits_.Undo(); });
     connect(editRedo_, &QAction::triggered, this, [this] { edits_.Redo(); });
@@ -599,6 +603,7 @@ void frmMain::KeepPlaces() {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
+    SelectionBox::TakeWaiting(focusWidget());
     if (!commands_.MayClose()) {
         event->ignore();
         return;

@@ -27,7 +27,7 @@ class TestLinks : public EditorLinks {
 public:
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override { return selectedStateRow; }
-    QList<QAction*> RecordActions() const override { return {}; }
+    QList<QAction*> RecordActions(RecordKind) const override { return {}; }
     void ShowCell(const Cell& cell) override { Record("show " + MadeName(cell.kind, cell.index)); }
     std::optional<int> SelectedSoundRow() override { return selectedSoundRow; }
     void ReplaceThingFilterEntry(int entry, const QString& text) override;

@@ -40,8 +40,8 @@ void NamedRecordEditor::Build() {
     connect(renameAction, &QAction::triggered, this, &NamedRecordEditor::Rename);
     auto* restoreAction = new QAction(restore->text(), list_);
     connect(restoreAction, &QAction::triggered, this, &NamedRecordEditor::Restore);
-    list_->addActions({renameAction, restoreAction});
-    list_->addActions(context_.links.ClipActions());
+    list_->addActions(QList{renameAction, restoreAction} + context_.links.ClipActions() +
+                      context_.links.RecordActions(kind_));
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     auto* buttons = new QHBoxLayout;

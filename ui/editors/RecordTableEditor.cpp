@@ -132,8 +132,7 @@ void RecordTableEditor::ShowMenu(const QPoint& place) {
             menu.addAction(action);
     menu.addSeparator();
     menu.addActions(context_.links.ClipActions());
-    if (CanBeMade(kind_))
-        menu.addActions(context_.links.RecordActions());
+    menu.addActions(context_.links.RecordActions(kind_));
     menu.setToolTipsVisible(true);
     menu.exec(place);
 }

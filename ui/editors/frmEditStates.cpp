@@ -243,7 +243,7 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
         menu.addAction(action);
     menu.addSeparator();
     menu.addActions(context_.links.ClipActions());
-    menu.addActions(context_.links.RecordActions());
+    menu.addActions(context_.links.RecordActions(RecordKind::State));
     menu.setToolTipsVisible(true);
     menu.exec(lvwStates_->viewport()->mapToGlobal(place));
 }

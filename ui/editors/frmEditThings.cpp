@@ -217,7 +217,7 @@ QWidget* frmEditThings::BuildList() {
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmEditThings::FollowList);
     list_->addActions(context_.links.ClipActions());
     maker_ = new RecordMaker(RecordKind::Thing, "things", *list_, context_);
-    list_->addActions(context_.links.RecordActions());
+    list_->addActions(context_.links.RecordActions(RecordKind::Thing));
     connect(maker_, &RecordMaker::Made, this, &frmEditThings::SelectRecord);
 
     auto* buttons = new QHBoxLayout;

@@ -32,6 +32,11 @@ void ForField(QWidget& control, int field) {
     control.setProperty(fieldsProperty, fields);
 }
 
+std::optional<int> FieldAt(const QWidget* control) {
+    const QVariantList fields = control == nullptr ? QVariantList() : FieldsOf(*control);
+    return fields.isEmpty() ? std::nullopt : std::optional(fields.front().toInt());
+}
+
 bool FocusField(QWidget& window, int field) {
     for (QWidget* control : window.findChildren<QWidget*>()) {
         // One on another page is there; one that the engine does not have was hidden itself.

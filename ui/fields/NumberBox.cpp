@@ -47,7 +47,6 @@ NumberBox::NumberBox(const QString& name, const QString& accessibleName, const S
     : SelectionBox(name, accessibleName, *field.selection, context), patch_(context.program.patch), field_(field),
       form_(form) {
     ForField(*this, field.field);
-    connect(this, &QLineEdit::textEdited, this, [this] { StoreText(true); });
 }
 
 std::optional<std::int32_t> NumberBox::Number() const {
@@ -99,6 +98,14 @@ std::int32_t NumberBox::FromUnits(std::int32_t units, std::int32_t record) const
     return IsFixed(patch_.current, record) ? FixedFromUnits(units) : units;
 }
 
+std::vector<Cell> NumberBox::Cells() const {
+    std::vector<Cell> cells;
+    cells.reserve(selection_.records.size());
+    for (const std::int32_t record : selection_.records)
+        cells.push_back(CellOf(record));
+    return cells;
+}
+
 bool NumberBox::TextHolds() const {
     if (selection_.Several() && text().isEmpty())
         return true;
@@ -141,20 +148,15 @@ void NumberBox::StoreText(bool typing) {
 
 /// A speed comes back in the form that the thing's flags ask for now.
 void NumberBox::Restore() {
-    std::vector<Cell> cells;
+    const std::string name = "restore " + StepName();
+    if (form_ != NumberForm::Speed)
+        return edits_.Restore(Cells(), name);
     std::vector<Assignment> values;
     for (const std::int32_t record : selection_.records) {
-        cells.push_back(CellOf(record));
-        if (form_ == NumberForm::Speed) {
-            const std::int32_t bits = RecordOrNew(patch_.current.things, record)->bits;
-            values.push_back({cells.back(), SpeedUnder(bits, *RecordOrNew(patch_.defaults.things, record))});
-        }
+        const std::int32_t bits = RecordOrNew(patch_.current.things, record)->bits;
+        values.push_back({CellOf(record), SpeedUnder(bits, *RecordOrNew(patch_.defaults.things, record))});
     }
-    const std::string name = "restore " + edits_.NameOf(cells, field_.many);
-    if (form_ == NumberForm::Speed)
-        edits_.StoreGroup(values, name);
-    else
-        edits_.Restore(cells, name);
+    edits_.StoreGroup(values, name);
 }
 
 void NumberBoxes::Show(RecordSelection selection) {

@@ -45,10 +45,13 @@ protected:
     QString DefaultTextOf(std::int32_t record) const override;
     QString CommonText() const override;
     bool TextHolds() const override;
+    void StoreTyped() override { StoreText(true); }
+    Cell CellOf(std::int32_t record) const override { return {field_.kind, record, field_.field}; }
+    std::string StepName() const override { return edits_.NameOf(Cells(), field_.many); }
     void Restore() override;
 
 private:
-    Cell CellOf(std::int32_t record) const { return {field_.kind, record, field_.field}; }
+    std::vector<Cell> Cells() const;
     bool IsFixed(const PatchSet& set, std::int32_t record) const;
     std::int32_t NumberOf(std::int32_t record) const { return std::get<std::int32_t>(edits_.Value(CellOf(record))); }
     std::int32_t FromUnits(std::int32_t units, std::int32_t record) const;

@@ -35,6 +35,10 @@ public:
     bool MayBeUnset() const { return IsName() || plinket3::MayBeUnset(CellOf(0)); }
     CellValue UnsetValue() const { return IsName() ? CellValue(std::string()) : CellValue(Unset()); }
 
+    Cell CellOf(std::int32_t record) const { return {field_.kind, record, field_.field}; }
+    /// The step that changes it in these records: "hit points of 3 things".
+    std::string StepName(const std::vector<std::int32_t>& records) const;
+
     CellValue Of(std::int32_t record) const { return context_.edits.Value(CellOf(record)); }
     CellValue DefaultOf(std::int32_t record) const { return context_.edits.DefaultValue(CellOf(record)); }
     bool Differs(std::int32_t record) const { return Of(record) != DefaultOf(record); }
@@ -63,13 +67,11 @@ public:
 
 private:
     const PatchSet& Current() const { return context_.program.patch.current; }
-    Cell CellOf(std::int32_t record) const { return {field_.kind, record, field_.field}; }
     ValueMeaning Meaning(const PatchSet& set, std::int32_t record) const;
     QString Text(const PatchSet& set, std::int32_t record) const;
     /// Absent where nothing is known to count.
     std::optional<std::int32_t> CountsUnset(const PatchSet& set, std::int32_t record) const;
     QString UnsetWord(std::optional<std::int32_t> counts) const;
-    std::string StepName(const std::vector<std::int32_t>& records) const;
 
     EditorContext context_;
     SelectedField field_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "patch/ChangeMany.h"
 #include "ui/fields/FieldBox.h"
 #include "ui/fields/RecordSelection.h"
 
@@ -7,7 +8,8 @@ namespace plinket3 {
 
 /// A box for one number of the selected records: shows it, stores what the user types in all of them (a run of typing
 /// is one step), and marks the number of a single record that is not the engine's. Of several records whose numbers
-/// differ it shows nothing, and while it is empty it changes none of them.
+/// differ it shows nothing, and while it is empty it changes none of them. A change typed for several, "*0.5" or "+10",
+/// waits for Enter or until the user goes elsewhere; Escape gives it up.
 class SelectionBox : public FieldBox {
     Q_OBJECT
 public:
@@ -21,6 +23,9 @@ public:
     void ShowSelection();
     /// Shows the selection's number, unless the user is typing and the text reads as it.
     void Update();
+
+    /// What waits in the control for Enter, if it is such a box, is taken now.
+    static void TakeWaiting(QWidget* control);
 
 signals:
     /// The number was shown or stored anew.
@@ -38,6 +43,15 @@ protected:
     virtual QString EmptyText() const;
     /// What stands in the box of several records as long as the user types nothing.
     virtual QString CommonText() const = 0;
+    /// Stores what the user types.
+    virtual void StoreTyped() = 0;
+    virtual Cell CellOf(std::int32_t record) const = 0;
+    /// Whether one can reckon with what the box holds.
+    virtual bool HoldsNumbers() const { return true; }
+    /// The step that changes the selected records: "hit points of 3 things".
+    virtual std::string StepName() const = 0;
+    /// Whether a text is a change of the numbers of several records.
+    bool IsChange(const QString& text) const;
     /// Whether what the user typed, and what it was read as, may go on standing in the box.
     virtual bool TextHolds() const = 0;
     /// Whether a text that holds stays when the user goes elsewhere.
@@ -49,12 +63,17 @@ protected:
 
     void AddRestore(QMenu& menu) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
     const RecordSelection& selection_;
 
 private:
     void ShowNumber();
+    void Edited();
+    void TakeChange();
+    QString ChangeHint() const;
 
+    EditorContext context_;
     QString hint_;
 };
 

@@ -16,6 +16,8 @@ public:
         const RecordSelection& selection = box_.selection_;
         if (text.isEmpty() || selection.records.empty())
             return Acceptable;
+        if (box_.IsChange(text))
+            return Intermediate;
         const SelectedValue::Typed read = box_.value_.Read(text, selection.current);
         const bool shown = text == box_.TextOf(selection.current); // not typed
         if (read.refusal.empty()) {
@@ -38,7 +40,6 @@ ValueBox::ValueBox(const QString& name, const QString& accessibleName, const Sel
       tell_([&links = context.links](const QString& word) { links.ShowStatus(word); }) {
     ForField(*this, value.Field());
     setValidator(new Validator(*this));
-    connect(this, &QLineEdit::textEdited, this, &ValueBox::StoreText);
 }
 
 std::optional<std::int32_t> ValueBox::Number() const {
@@ -80,7 +81,11 @@ bool ValueBox::TextHolds() const {
     });
 }
 
-void ValueBox::StoreText() {
+bool ValueBox::HoldsNumbers() const {
+    return !value_.IsName() && value_.MeaningOf(selection_.current).kind != ValueMeaning::Kind::Bits;
+}
+
+void ValueBox::StoreTyped() {
     if (text().isEmpty()) {
         if (!selection_.Several() && value_.MayBeUnset())
             value_.Store([this](std::int32_t) { return value_.UnsetValue(); }, true);

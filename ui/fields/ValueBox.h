@@ -33,6 +33,10 @@ protected:
     QString EmptyText() const override;
     QString CommonText() const override;
     bool TextHolds() const override;
+    void StoreTyped() override;
+    Cell CellOf(std::int32_t record) const override { return value_.CellOf(record); }
+    bool HoldsNumbers() const override;
+    std::string StepName() const override { return value_.StepName(value_.Editable()); }
     bool Differs(std::int32_t record) const override { return value_.Differs(record); }
     void Restore() override { value_.Restore(); }
     void AddRestore(QMenu& menu) override;
@@ -40,7 +44,6 @@ protected:
 private:
     class Validator;
 
-    void StoreText();
     void Unset();
 
     SelectedValue value_;

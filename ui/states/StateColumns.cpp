@@ -44,10 +44,6 @@ constexpr std::array<ColumnFacts, stateColumnCount + 2> columns{{
 
 const ColumnFacts& FactsOf(StateColumn column) { return columns[static_cast<std::size_t>(column)]; }
 
-std::string StepName(const Edits& edits, StateColumn column, const std::vector<std::int32_t>& states) {
-    return std::string(FactsOf(column).stepName) + " of " + edits.RecordsName(RecordKind::State, states, "frames");
-}
-
 std::int32_t StoredNumber(const PatchSet& set, std::int32_t state, StateColumn column) {
     const RecordOrNew record(set.states, state);
     const ColumnFacts& facts = FactsOf(column);
@@ -104,6 +100,10 @@ QString StateColumnHeading(StateColumn column) {
 
 bool IsNumberColumn(StateColumn column) {
     return column != StateColumn::Name && column != StateColumn::Lit && column < StateColumn::Action;
+}
+
+std::string StateColumnStep(const Edits& edits, StateColumn column, const std::vector<std::int32_t>& states) {
+    return std::string(FactsOf(column).stepName) + " of " + edits.RecordsName(RecordKind::State, states, "frames");
 }
 
 int StateColumnField(StateColumn column) {
@@ -170,7 +170,7 @@ std::vector<std::string> StoreInStates(Edits& edits, const Session& session, con
     std::vector<std::string> cleared;
     if (action)
         cleared = AddClearedArguments(session, assignments);
-    edits.StoreGroup(assignments, StepName(edits, which.front(), taken), typing);
+    edits.StoreGroup(assignments, StateColumnStep(edits, which.front(), taken), typing);
     return cleared;
 }
 
@@ -178,7 +178,7 @@ std::vector<std::string> RestoreStateColumn(Edits& edits, const Session& session
                                             const std::vector<std::int32_t>& states, StateColumn column) {
     if (states.empty() || column == StateColumn::Number)
         return {};
-    const std::string name = "restore " + StepName(edits, column, states);
+    const std::string name = "restore " + StateColumnStep(edits, column, states);
     if (column == StateColumn::Arguments) {
         edits.Restore(ArgumentCells(states), name);
         return {};

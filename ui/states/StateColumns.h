@@ -38,6 +38,8 @@ bool IsNumberColumn(StateColumn column);
 /// The row of the states' table behind a column; `codePointerField` for the action. Not for `Number`, `Name` and
 /// `Arguments`.
 int StateColumnField(StateColumn column);
+/// The step that changes it in these states: "duration of 3 frames".
+std::string StateColumnStep(const Edits& edits, StateColumn column, const std::vector<std::int32_t>& states);
 
 /// `state` must be one of the set's. Lit is `litBit` or 0. Not for the same.
 std::int32_t StateColumnValue(const PatchSet& set, std::int32_t state, StateColumn column);

@@ -13,11 +13,10 @@ StateFieldBox::StateFieldBox(const QString& name, const QString& accessibleName,
                              const RecordSelection& selection, const EditorContext& context)
     : SelectionBox(name, accessibleName, selection, context), session_(context.program), column_(column) {
     ForField(*this, StateColumnField(column));
-    connect(this, &QLineEdit::textEdited, this, &StateFieldBox::StoreText);
 }
 
 std::optional<std::int32_t> StateFieldBox::Typed() const {
-    if (text().isEmpty())
+    if (text().isEmpty() || IsChange(text()))
         return std::nullopt;
     return form_ == FrameForm::Letter ? FrameOfLetter(text()) : LeadingInt32(StoredText(text()));
 }
@@ -41,7 +40,9 @@ QString StateFieldBox::DefaultTextOf(std::int32_t state) const {
     return NumberText(StateColumnValue(session_.patch.defaults, state, column_));
 }
 
-void StateFieldBox::StoreText() {
+std::string StateFieldBox::StepName() const { return StateColumnStep(edits_, column_, selection_.records); }
+
+void StateFieldBox::StoreTyped() {
     if (text().isEmpty())
         return;
     StateColumnAssignment assignment{column_};

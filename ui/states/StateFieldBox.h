@@ -19,7 +19,7 @@ public:
 
     /// Only for the frame. Stores nothing.
     void Form(FrameForm form) { form_ = form; }
-    /// The number in the box; absent when it is empty.
+    /// The number in the box; absent when it has none.
     std::optional<std::int32_t> Typed() const;
 
 protected:
@@ -28,12 +28,14 @@ protected:
     QString DefaultTextOf(std::int32_t state) const override;
     QString CommonText() const override { return {}; }
     bool TextHolds() const override;
+    void StoreTyped() override;
+    Cell CellOf(std::int32_t state) const override { return {RecordKind::State, state, StateColumnField(column_)}; }
+    std::string StepName() const override;
     bool KeepsText() const override { return selection_.Several() && !text().isEmpty(); }
     void Restore() override;
 
 private:
     QString NumberText(std::int32_t value) const;
-    void StoreText();
 
     const Session& session_;
     StateColumn column_;

@@ -60,7 +60,7 @@ StateFieldsPanel::StateFieldsPanel(const EditorContext& context)
     chkLit_->setObjectName(QStringLiteral("chkLit"));
     chkLit_->setToolTip(tr("Drawn fully lit, also in the dark"));
     lblUsedBy_->setWordWrap(true);
-    txtDuration_->setToolTip(tr("In tics, 35 a second; -1 for ever"));
+    txtDuration_->Hint(tr("In tics, 35 a second; -1 for ever"));
     txtBits21_->setAlignment(Qt::AlignLeft);
     txtBits21_->Hint(tr("Bits of the state by name, or as a number"));
     txtTranmap_->setAlignment(Qt::AlignLeft);
