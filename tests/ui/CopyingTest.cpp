@@ -63,7 +63,14 @@ protected:
     std::string Status() { return window->statusBar()->currentMessage().toStdString(); }
     static std::string Copied() { return QApplication::clipboard()->text().toStdString(); }
     std::optional<Cell> Here() { return window->Editors().Here(); }
+    /// Waits until keys are the dialog's.
+    static void AwaitKeys(QDialog& dialog) {
+        EXPECT_TRUE(QTest::qWaitFor([&dialog] {
+            return QApplication::focusWidget() != nullptr && QApplication::focusWidget()->window() == &dialog;
+        }));
+    }
     static void Accept(QDialog& dialog) {
+        AwaitKeys(dialog);
         QTest::keyClick(&dialog, Qt::Key_Return);
         if (dialog.isVisible())
             dialog.reject();
@@ -187,6 +194,7 @@ TEST_F(CopyingTest, DuplicatesHaveTheirOwnStatesNumbersAndLooks) {
     auto& things = Select(RecordKind::Thing, imp, "lstThings");
     {
         const ModalDriver driver("frmDuplicate", [](QDialog& dialog) {
+            AwaitKeys(dialog);
             EXPECT_EQ(test::Find<QLineEdit>(dialog, "txtName").text(), "Imp 2");
             auto& id = test::Find<QSpinBox>(dialog, "txtID");
             EXPECT_EQ(id.value(), 20000) << "a free one is proposed";
