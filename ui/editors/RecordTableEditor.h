@@ -66,7 +66,7 @@ private:
     FilterBox* filter_ = nullptr;
     QPushButton* edit_ = nullptr;
     QPushButton* restore_ = nullptr;
-    RecordMaker* maker_ = nullptr;  // null for a kind of which patches make none
+    RecordMaker* maker_ = nullptr; // null for a kind of which patches make none
 };
 
 } // namespace plinket3
