@@ -58,6 +58,12 @@ _plinket3_cli() {
         config) _filedir cfg ;;
         wad) _filedir wad ;;
         picture) _filedir '@(wad|ppm)' ;;
+        uses | free | copy)
+            _filedir '@(deh|bex|wad)'
+            [[ $prev != "$command" ]] ||
+                COMPREPLY+=($(compgen -W 'thing state sound sprite string weapon ammo action' -- "$cur"))
+            ;;
+        paste) _filedir ;;
         table) _filedir '@(deh|bex|wad|tbl)' ;;
         *) _filedir '@(deh|bex|wad)' ;;
     esac

@@ -38,10 +38,10 @@ while IFS='|' read -r line expected; do
         failed=1
     fi
 done <<'END'
-co|config convert
+co|config convert copy
 --|--data --help --rules --version
 --rules e|engine
---data one p|picture
+--data one p|paste picture
 --data |one sub
 convert -e mbf|mbf19 mbf203 mbf21
 convert --to i|id24
@@ -64,6 +64,8 @@ wad |c.wad one sub
 wad --sprite |
 picture STF |c.wad g.ppm one sub
 engines |
+uses s|sound sprite state string sub
+free state 12 o|one
 END
 echo "$checked lines"
 exit "$failed"
