@@ -2,14 +2,17 @@
 #include "bench/GeneratedPatch.h"
 #include "core/Files.h"
 #include "patch/Compare.h"
+#include "patch/CopyChoice.h"
 #include "patch/PatchDocument.h"
 #include "patch/modPatchFiles.h"
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <utility>
 
 namespace plinket3::bench {
@@ -127,6 +130,30 @@ void ComparePatches(benchmark::State& state) {
     state.SetLabel(std::to_string(here.states.size()) + " states");
 }
 BENCHMARK(ComparePatches)->Unit(benchmark::kMillisecond);
+
+/// What a monster of 60 states takes along out of a patch of some 7,400, and its text.
+void CopyMonster(benchmark::State& state) {
+    const GeneratedPatch& generated = CaseOf(66'600).generated;
+    PatchData patch = generated.patch;
+    constexpr std::int32_t first = 5000, count = 60;
+    for (std::int32_t i = first; i < first + count; ++i)
+        patch.current.states[i].nextState = i + 1 < first + count ? i + 1 : first;
+    ThingRecord& monster = patch.current.things[0];
+    for (const auto frame : {&ThingRecord::initialState, &ThingRecord::firstMovingState, &ThingRecord::injuryState,
+                             &ThingRecord::closeAttackState, &ThingRecord::farAttackState, &ThingRecord::deathState,
+                             &ThingRecord::explodingState, &ThingRecord::respawnState})
+        monster.*frame = first;
+    for ([[maybe_unused]] auto once : state) {
+        const std::set<RecordId> chosen = CopyChoice(patch, generated.engine, {{RecordKind::Thing, 0}}).Chosen();
+        const auto states = std::ranges::count(chosen, RecordKind::State, &RecordId::first);
+        if (states != count || modPatchFiles::FormatRecords(patch, generated.engine, chosen).empty()) {
+            state.SkipWithError("the monster was not copied");
+            break;
+        }
+    }
+    state.SetLabel(std::to_string(patch.current.states.size()) + " states");
+}
+BENCHMARK(CopyMonster)->Unit(benchmark::kMillisecond);
 
 void SplitLinesFloor(benchmark::State& state) {
     const std::string& bytes = CaseOf(state.range(0)).bytes;

@@ -33,6 +33,7 @@ JOBS = [
     ("open a patch of 1,000,000 lines as a document", "OpenDocument/1000000", "SplitLinesFloor/1000000", 4.5),
     ("save it with a changed value", "SaveDocument/1000000/1/real_time", "SaveDocument/1000000/0/real_time", 2),
     ("compare two patches of 7,400 states", "ComparePatches", 200, 1),
+    ("copy a monster of 60 out of 7,400 states", "CopyMonster", 50, 1),
     ("load the engine doom19", "LoadEngine/0", 5, 1),
     ("load the engine dehextra21", "LoadEngine/1", 5, 1),
     ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),

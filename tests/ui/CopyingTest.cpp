@@ -215,6 +215,7 @@ TEST_F(CopyingTest, DuplicatesHaveTheirOwnStatesNumbersAndLooks) {
     ASSERT_TRUE(Here());
     const std::int32_t devil = Here()->index;
     EXPECT_EQ(edits.UndoName(), "duplicate Imp");
+    EXPECT_EQ(Status(), "Duplicated Imp with 33 frames");
     EXPECT_EQ(devil, 145) << "a blank one";
     EXPECT_EQ(Current().things[devil].name, "Devil");
     EXPECT_EQ(Current().things[devil].id, 3001);

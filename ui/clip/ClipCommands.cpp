@@ -24,6 +24,13 @@ bool HasStates(RecordKind kind) { return kind == RecordKind::Thing || kind == Re
 
 } // namespace
 
+struct ClipCommands::Verb {
+    const char* step; // begins the step's name
+    const char* done; // what the status bar says
+};
+const ClipCommands::Verb ClipCommands::pasting{"paste ", QT_TR_NOOP("Pasted %1")};
+const ClipCommands::Verb ClipCommands::duplicating{"duplicate ", QT_TR_NOOP("Duplicated %1")};
+
 ClipCommands::ClipCommands(Program& program, Edits& edits, EditorSet& editors, QWidget& area)
     : program_(program), edits_(edits), editors_(editors), area_(area), copy_(new QAction(tr("&Copy"), this)),
       copyWith_(new QAction(tr("Copy &with..."), this)), paste_(new QAction(tr("&Paste..."), this)),
@@ -100,10 +107,10 @@ void ClipCommands::Paste() {
     const QString text = QApplication::clipboard()->text();
     if (text.isEmpty())
         return editors_.ShowStatus(tr("There is no text on the clipboard"));
-    AskAndPaste(StoredText(text), "paste ");
+    AskAndPaste(StoredText(text), pasting);
 }
 
-void ClipCommands::AskAndPaste(const std::string& text, const std::string& verb) {
+void ClipCommands::AskAndPaste(const std::string& text, const Verb& verb) {
     Clip clip;
     if (const Status read = ReadClip(program_, program_, text, clip); !read)
         return editors_.ShowStatus(ShownText(read.Reason()));
@@ -118,7 +125,7 @@ void ClipCommands::Duplicate() {
     if (subjects.size() == 1 && HasStates(subjects.front().first)) {
         frmDuplicate dialog({program_, edits_, editors_}, subjects.front(), area_.window());
         if (const std::optional<PastePlan> plan = dialog.Ask())
-            Store(dialog.Copied(), *plan, "duplicate ");
+            Store(dialog.Copied(), *plan, duplicating);
         return;
     }
     std::set<RecordId> records;
@@ -126,14 +133,15 @@ void ClipCommands::Duplicate() {
         records.merge(WithOwnStates(program_.patch, program_.engine, subject));
     if (subjects.front().first == RecordKind::State)
         records = {subjects.begin(), subjects.end()};
-    AskAndPaste(modPatchFiles::FormatRecords(program_.patch, program_.engine, records), "duplicate ");
+    AskAndPaste(modPatchFiles::FormatRecords(program_.patch, program_.engine, records), duplicating);
 }
 
 /// One step; then the first of what the clip is called after is selected.
-void ClipCommands::Store(const Clip& clip, const PastePlan& plan, const std::string& verb) {
+void ClipCommands::Store(const Clip& clip, const PastePlan& plan, const Verb& verb) {
     const PatchSet& from = clip.patch.current;
     const std::vector<RecordId> subjects = SubjectsOf(clip);
-    edits_.StoreGroup(plan.assignments, verb + ClipName(from, subjects, {subjects.begin(), subjects.end()}));
+    edits_.StoreGroup(plan.assignments,
+                      std::string(verb.step) + ClipName(from, subjects, {subjects.begin(), subjects.end()}));
     std::set<RecordId> pasted;
     for (const PastePlan::Place& place : plan.places)
         if (!place.isThere)
@@ -141,7 +149,7 @@ void ClipCommands::Store(const Clip& clip, const PastePlan& plan, const std::str
     const auto place = std::ranges::find(plan.places, subjects.front(), &PastePlan::Place::from);
     if (place != plan.places.end())
         editors_.ShowRecord(place->from.first, place->to);
-    editors_.ShowStatus(tr("Pasted %1").arg(ShownText(ClipName(from, subjects, pasted))));
+    editors_.ShowStatus(tr(verb.done).arg(ShownText(ClipName(from, subjects, pasted))));
 }
 
 } // namespace plinket3

@@ -34,14 +34,17 @@ public:
     void Duplicate();
 
 private:
+    struct Verb;
+    static const Verb pasting, duplicating;
+
     /// What is selected, if records of its kind can be copied.
     std::vector<RecordId> Selected() const;
     void Copy();
     void CopyWith();
     void Paste();
     void ToClipboard(const std::vector<RecordId>& subjects, const std::set<RecordId>& records);
-    void AskAndPaste(const std::string& text, const std::string& verb);
-    void Store(const Clip& clip, const PastePlan& plan, const std::string& verb);
+    void AskAndPaste(const std::string& text, const Verb& verb);
+    void Store(const Clip& clip, const PastePlan& plan, const Verb& verb);
 
     Program& program_;
     Edits& edits_;

@@ -71,6 +71,9 @@ void frmCopyWith::Fill() {
             item->setFlags(item->flags() & ~Qt::ItemIsUserCheckable);
         }
         items_.push_back(item);
+        if (each.record.first != RecordKind::State) // which a run of states would hide
+            for (auto* above = item->parent(); above != nullptr; above = above->parent())
+                above->setExpanded(each.differs || above->isExpanded());
     }
     for (int i = 0; i < tree_->topLevelItemCount(); ++i)
         tree_->topLevelItem(i)->setExpanded(true);

@@ -72,7 +72,6 @@ frmPaste::frmPaste(const Clip& clip, const Session& open, QWidget* parent)
     txtTold_->setAccessibleName(tr("What is lost, and what is good to know"));
     txtTold_->setReadOnly(true);
     txtTold_->setTabChangesFocus(true);
-    txtTold_->setMaximumHeight(fontMetrics().lineSpacing() * 8);
     QDialogButtonBox* buttons = AcceptButtons(*this, *accept_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(from);
@@ -116,6 +115,9 @@ void frmPaste::Plan() {
     const QString notes = PlanNotes(plan_, clip_.ignored);
     txtTold_->setPlainText(notes);
     txtTold_->setVisible(!notes.isEmpty());
+    constexpr qsizetype mostLines = 7;
+    const auto lines = static_cast<int>(std::min(notes.count(QLatin1Char('\n')) + 1, mostLines));
+    txtTold_->setFixedHeight(fontMetrics().lineSpacing() * (lines + 1));
     accept_->setEnabled(status && changes);
 }
 
