@@ -9,16 +9,17 @@ namespace plinket3::tools {
 
 namespace {
 
-enum class Family { Doom, Boom, Mbf, Mbf21 };
+enum class Family { Doom, Boom, Mbf, Dehextra, Mbf21 };
 
 Family FamilyOf(const EngineSource& source) {
     const auto builtOn = [&source](std::string_view folder) {
         return source.folder == folder || std::ranges::find(source.bases, folder) != source.bases.end();
     };
-    return builtOn("mbf21")  ? Family::Mbf21
-           : builtOn("mbf")  ? Family::Mbf
-           : source.extended ? Family::Boom
-                             : Family::Doom;
+    return builtOn("mbf21")      ? Family::Mbf21
+           : builtOn("dehextra") ? Family::Dehextra
+           : builtOn("mbf")      ? Family::Mbf
+           : source.extended     ? Family::Boom
+                                 : Family::Doom;
 }
 
 /// The engines of a row by a word; another word names ports, which are heirs of Boom.
@@ -29,7 +30,8 @@ struct Engines {
 constexpr std::array engineWords{
     Engines{"all", Family::Doom, Family::Mbf21},     Engines{"doom", Family::Doom, Family::Doom},
     Engines{"doom..mbf", Family::Doom, Family::Mbf}, Engines{"boom+", Family::Boom, Family::Mbf21},
-    Engines{"mbf+", Family::Mbf, Family::Mbf21},     Engines{"mbf21", Family::Mbf21, Family::Mbf21},
+    Engines{"mbf+", Family::Mbf, Family::Mbf21},     Engines{"dehextra+", Family::Dehextra, Family::Mbf21},
+    Engines{"mbf21", Family::Mbf21, Family::Mbf21},
 };
 
 } // namespace
@@ -46,20 +48,26 @@ std::string FormatFixedUses(const std::filesystem::path& folder, const EngineSou
         if (port ? family == Family::Doom : family < engines->first || family > engines->last)
             continue;
         const auto kind = TargetKindNamed(table.Text(row, "kind"));
-        const std::int32_t number = table.Number(row, "index");
+        const std::int32_t first = table.Number(row, "index"),
+                           last = table.Text(row, "last").empty() ? first : table.Number(row, "last", first);
         if (!kind)
             table.Report(row, "kind", "there is no such kind");
-        const bool exists = kind && HasTarget(facts.defaults, facts.engine, {*kind, number});
-        if (kind && !exists && !port)
-            table.Report(row, "index", "there is no such record");
-        if (!exists || (!action.empty() && !facts.engine.CodePointerOf(action)))
+        if (!kind || (!action.empty() && !facts.engine.CodePointerOf(action)))
             continue; // a later engine's
-        text += table.Text(row, "kind");
-        for (const std::string_view cell : {std::string_view(std::to_string(number)), action, table.Text(row, "what")})
-            (text += '\t') += cell;
-        if (port)
-            ((text += " (") += word) += ')';
-        text += '\n';
+        for (std::int32_t number = first; number <= last; ++number) {
+            if (!HasTarget(facts.defaults, facts.engine, {*kind, number})) {
+                if (!port) // which may have records that the engine does not have
+                    table.Report(row, "index", "there is no such record");
+                break;
+            }
+            for (const std::string_view cell :
+                 {table.Text(row, "kind"), std::string_view(std::to_string(number)), action})
+                (text += cell) += '\t';
+            text += table.Text(row, "what");
+            if (port)
+                ((text += " (") += word) += ')';
+            text += '\n';
+        }
     }
     return text;
 }

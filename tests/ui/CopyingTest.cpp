@@ -198,7 +198,7 @@ TEST_F(CopyingTest, DuplicatesHaveTheirOwnStatesNumbersAndLooks) {
             EXPECT_EQ(test::Find<QLineEdit>(dialog, "txtName").text(), "Imp 2");
             auto& id = test::Find<QSpinBox>(dialog, "txtID");
             EXPECT_EQ(id.value(), 20000) << "a free one is proposed";
-            EXPECT_EQ(test::Find<QLabel>(dialog, "lblNote").text(), "This makes thing 146, with 33 frames.");
+            EXPECT_EQ(test::Find<QLabel>(dialog, "lblNote").text(), "This makes thing 151, with 33 frames.");
             for (const char* typed : {"Devil", "3001"}) { // by keys only
                 QTest::keyClicks(dialog.focusWidget(), typed);
                 QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
@@ -216,7 +216,7 @@ TEST_F(CopyingTest, DuplicatesHaveTheirOwnStatesNumbersAndLooks) {
     const std::int32_t devil = Here()->index;
     EXPECT_EQ(edits.UndoName(), "duplicate Imp");
     EXPECT_EQ(Status(), "Duplicated Imp with 33 frames");
-    EXPECT_EQ(devil, 145) << "a blank one";
+    EXPECT_EQ(devil, 150) << "a blank one";
     EXPECT_EQ(Current().things[devil].name, "Devil");
     EXPECT_EQ(Current().things[devil].id, 3001);
     EXPECT_EQ(Current().SpriteName(Current().states[Current().things[devil].deathState].sprite), "DEVL");
