@@ -85,8 +85,8 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
     log.Add("  Loaded PLAYPAL lump");
     std::string missing = dataWad ? std::string() : choice.dataWad;
     std::vector<FixedUse> fixedUses = LoadFixedUses(environment.programFolder, engine);
-    session = {std::move(engine), std::move(fixedUses), std::move(patch),   std::move(wads),
-               iwad,              std::move(dataWad),   std::move(colours), std::move(missing)};
+    session = {std::move(engine),  std::move(fixedUses), std::move(patch),  std::move(wads), iwad,
+               std::move(dataWad), std::move(colours),   std::move(missing)};
     environment.settings.Number("lastConfig", static_cast<std::int32_t>(choice.engine));
     environment.settings.Number("lastIWAD", static_cast<std::int32_t>(choice.iwad));
     return SessionResult::Loaded;
