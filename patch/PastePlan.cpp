@@ -47,8 +47,8 @@ public:
                 Take(plan_.places[i]);
         if (!changes_.sprite.empty())
             Reskin();
-        std::ranges::stable_partition(plan_.assignments,
-                                      [](const Assignment& each) { return each.cell.field == existsField; });
+        std::stable_partition(plan_.assignments.begin(), plan_.assignments.end(),
+                              [](const Assignment& each) { return each.cell.field == existsField; });
         if (!spent_.empty())
             return Status::Failure("There are too few free " + std::string(PluralOf(*spent_.begin())) +
                                    " for what is pasted.");
