@@ -192,10 +192,11 @@ void ProblemsDock::Show(std::vector<Finding> problems) {
     model_->Show(std::move(problems));
     const int rows = model_->rowCount();
     const int notes = model_->Count(Severity::Odd);
-    summary_->setText(rows == 0 ? tr("Nothing was found.")
-                                : Counts() + (notes == 0   ? QString()
-                                              : notes == 1 ? tr(", 1 note")
-                                                           : tr(", %1 notes").arg(notes)));
+    summary_->setText(program_.engine.name.empty() ? tr("No patch is open.")
+                      : rows == 0                  ? tr("Nothing was found.")
+                                                   : Counts() + (notes == 0   ? QString()
+                                                                 : notes == 1 ? tr(", 1 note")
+                                                                              : tr(", %1 notes").arg(notes)));
     if (rows > 0)
         list_->setCurrentIndex(model_->index(std::min(row, rows - 1), 0));
     CurrentChanged();
