@@ -157,7 +157,8 @@ void ProblemsDock::Search() {
     late_ = job_ != nullptr;
     if (late_ || program_.engine.name.empty())
         return;
-    job_.reset(new Job{program_.patch, program_.engine, program_.wads, std::exchange(saved_, false)});
+    job_ =
+        std::make_unique<const Job>(Job{program_.patch, program_.engine, program_.wads, std::exchange(saved_, false)});
     thread_.start([this, &job = *job_] {
         QMetaObject::invokeMethod(
             this,
