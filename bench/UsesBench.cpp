@@ -2,6 +2,7 @@
 #include "core/Files.h"
 #include "patch/FreeRecords.h"
 #include "patch/NewRecords.h"
+#include "patch/Problems.h"
 #include "patch/Uses.h"
 #include "patch/modTables.h"
 
@@ -57,6 +58,26 @@ void FindFreeStates(benchmark::State& state) {
             state.SkipWithError("free states were not found");
 }
 BENCHMARK(FindFreeStates)->Unit(benchmark::kMillisecond);
+
+/// With the copy that the window makes, of the patch as it is when its file has been opened and one value was edited.
+void FindProblems(benchmark::State& state) {
+    const ModernPatch& modern = Modern();
+    EngineConfiguration engine = modern.engine;
+    engine.dialect = engine.dialect.AsEngines();
+    PatchData patch;
+    patch.defaults = modern.defaults;
+    patch.current = modern.set;
+    if (!modPatchFiles::ReadBytes(modPatchFiles::FormatPatch(patch, engine), engine, patch).status)
+        return state.SkipWithError("the patch was not read");
+    patch.current.states[firstState + stateCount / 2].nextState = 1'000'000;
+    for ([[maybe_unused]] auto once : state) {
+        const PatchData copy = patch;
+        const EngineConfiguration copiedEngine = engine;
+        if (ProblemsOf(copy, copiedEngine, {}).empty())
+            state.SkipWithError("the problem was not found");
+    }
+}
+BENCHMARK(FindProblems)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -39,6 +39,7 @@ JOBS = [
     ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),
     ("find what uses a thing among 11,400 states", "FindUses", 20, 1),
     ("find the free ones of 11,400 states", "FindFreeStates", 20, 1),
+    ("find the problems of a patch of 7,400 states", "FindProblems", 60, 1),
 ]
 FLOORS = {"SplitLinesFloor": "splitting its lines", "CopyLinesFloor": "copying its lines",
           "ReadDirectoryFloor": "reading its directory", "ReadPatch": "a tenth of them",

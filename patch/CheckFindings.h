@@ -6,8 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace plinket3::modPatchCheck {
@@ -19,13 +21,18 @@ public:
         : bytes_(bytes), engine_(engine), defaults_(defaults) {}
 
     void Ignored(std::size_t offset, std::string_view reason) override { Add(offset, reason); }
+    void Selected(std::size_t offset, RecordKind kind, std::int32_t index) override {
+        cells_.emplace_back(offset, Cell{kind, index, existsField});
+    }
+    void Stored(std::size_t offset, const Cell& cell, std::string_view) override { cells_.emplace_back(offset, cell); }
 
     /// What was gathered, in the order of the lines.
     std::vector<Finding> TakeFindings();
 
 protected:
-    /// The line begins the sentence that `reason` ends.
-    void Add(std::size_t offset, std::string_view reason);
+    /// The line begins the sentence that `reason` ends. `mend`: see `Finding`.
+    void Add(std::size_t offset, std::string_view reason, Severity severity = Severity::Wrong,
+             std::optional<CellValue> mend = {});
     /// Tells of a number that names what the engine does not have. Where it knows no limits, that shows only when the
     /// whole patch is known, by `FinishReferences`.
     void Reference(std::size_t offset, FieldUnit unit, std::int32_t value);
@@ -45,6 +52,8 @@ private:
     struct Place {
         std::size_t offset = 0;
         std::string text;
+        Severity severity = Severity::Wrong;
+        std::optional<CellValue> mend;
     };
     struct Later {
         std::size_t offset = 0;
@@ -53,6 +62,10 @@ private:
     };
     void ReferenceIn(const PatchSet& set, const Later& reference);
 
+    /// What the line at `offset` has set first, or the record that it has selected.
+    std::optional<Cell> CellOf(std::size_t offset) const;
+
+    std::vector<std::pair<std::size_t, Cell>> cells_; // by the place of the line
     std::vector<Place> places_;
     std::vector<Later> later_;
 };

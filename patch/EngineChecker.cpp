@@ -93,7 +93,8 @@ void EngineChecker::FirstLine() {
     constexpr std::array<std::string_view, 2> known{"Patch File for DeHackEd v3.0", "Patch File for DeHackEd v2.3"};
     const auto isFirst = [line](std::string_view each) { return line.starts_with(each); };
     if (!engine_.dialect.IsExtended() && std::ranges::none_of(known, isFirst))
-        Add(0, "is not \"Patch File for DeHackEd v3.0\", letter by letter: Chocolate Doom refuses the patch");
+        Add(0, "is not \"Patch File for DeHackEd v3.0\", letter by letter: Chocolate Doom refuses the patch",
+            Severity::Refused);
 }
 
 void EngineChecker::Line(std::size_t offset, std::string_view text) {
@@ -114,10 +115,12 @@ void EngineChecker::CheckVersions(std::size_t offset, std::string_view line) {
     const auto [key, value] = EnginePair(line);
     const std::int32_t number = EngineInt32(value);
     if (EqualIgnoringCase(Trim(key), "Doom version") && std::ranges::find(versions, number) == versions.end())
-        Add(offset, "names a version that no engine has: there are 16, 17, 19, 20, 21, 2021 and 2024");
+        Add(offset, "names a version that no engine has: there are 16, 17, 19, 20, 21, 2021 and 2024", Severity::Odd);
     else if (EqualIgnoringCase(Trim(key), "Patch format") && number != engine_.dialect.patchFormat)
-        Add(offset, "names another format than " + std::to_string(engine_.dialect.patchFormat) +
-                        "; engines read the patch as if it had that one");
+        Add(offset,
+            "names another format than " + std::to_string(engine_.dialect.patchFormat) +
+                "; engines read the patch as if it had that one",
+            Severity::Odd);
 }
 
 void EngineChecker::Ignored(std::size_t offset, std::string_view reason) {
@@ -166,7 +169,7 @@ void EngineChecker::UnknownField(std::size_t offset, std::string_view reason) {
         arguments_.try_emplace(state_, offset);
     const bool group = EqualIgnoringCase(key, "Infighting group") || EqualIgnoringCase(key, "Splash group");
     if (section_ == Kind::Thing && group && number < 0)
-        return Add(offset, groupBelowZero);
+        return Add(offset, groupBelowZero, Severity::Refused);
     const std::string_view who = WhoKnows(section_, key);
     Add(offset, std::string(reason) + (who.empty() ? "" : "; " + std::string(who)));
 }
@@ -189,25 +192,32 @@ void EngineChecker::CheckNumberOf(std::size_t offset, std::string_view line, Kin
     if (section == Kind::Text) {
         const std::int64_t together = std::int64_t{EngineInt32(words[1])} + EngineInt32(words[2]);
         if (together > static_cast<std::int64_t>(longestText))
-            Add(offset, "has texts of " + std::to_string(together) +
-                            " characters together: dsda-doom and woof crash beyond " + std::to_string(longestText));
+            Add(offset,
+                "has texts of " + std::to_string(together) + " characters together: dsda-doom and woof crash beyond " +
+                    std::to_string(longestText),
+                Severity::Refused);
         return;
     }
     const std::int32_t number = EngineInt32(words[1]);
     const bool beyond = (section == Kind::Weapon && std::cmp_greater_equal(number, defaults_.weapons.DenseSize())) ||
                         (section == Kind::Ammo && std::cmp_greater_equal(number, defaults_.ammo.DenseSize()));
     if (beyond)
-        Add(offset, "is beyond the engines' tables: dsda-doom and woof write into other memory, the newest woof "
-                    "refuses it");
+        Add(offset,
+            "is beyond the engines' tables: dsda-doom and woof write into other memory, the newest woof "
+            "refuses it",
+            Severity::Refused);
     else if (section == Kind::Thing && words.Count() > 1 &&
              (number == 0 || (number < 0 && engine_.dialect.fields < FieldLevel::Id24)))
-        Add(offset, "is no thing, they count from 1: dsda-doom and woof write into other memory, the newest woof "
-                    "refuses it");
+        Add(offset,
+            "is no thing, they count from 1: dsda-doom and woof write into other memory, the newest woof "
+            "refuses it",
+            Severity::Refused);
     else if ((section == Kind::Thing || section == Kind::Frame || section == Kind::Sound) && number >= endlessNumber)
-        Add(offset, "has a number so large that dsda-doom and woof never finish reading");
+        Add(offset, "has a number so large that dsda-doom and woof never finish reading", Severity::Refused);
 }
 
 void EngineChecker::Selected(std::size_t offset, RecordKind kind, std::int32_t index) {
+    CheckFindings::Selected(offset, kind, index);
     state_ = kind == RecordKind::State ? index : noRecord;
     if (kind == RecordKind::Sound && !defaults_.sounds.Has(index))
         madeSounds_.try_emplace(index, offset);
@@ -216,13 +226,14 @@ void EngineChecker::Selected(std::size_t offset, RecordKind kind, std::int32_t i
 // Values
 
 void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_view value) {
+    CheckFindings::Stored(offset, cell, value);
     if (cell.kind == RecordKind::Par) {
         pars_.push_back(offset);
         return;
     }
     const auto [before, isNew] = setBy_.try_emplace(cell, offset);
     if (!isNew) {
-        Add(before->second, "has no effect: a later line sets the same value again");
+        Add(before->second, "has no effect: a later line sets the same value again", Severity::Odd);
         before->second = offset;
     }
     const std::string_view line = LineFrom(offset);
@@ -238,7 +249,7 @@ void EngineChecker::Stored(std::size_t offset, const Cell& cell, std::string_vie
             Add(offset, "begins with a blank, which ends its section: the next line belongs to none");
     }
     if (cell.kind == RecordKind::Sound && cell.field == RowOf(&SoundRecord::zero1) && !engine_.dialect.IsExtended())
-        Add(offset, "is a field at which Chocolate Doom 3.0 stops");
+        Add(offset, "is a field at which Chocolate Doom 3.0 stops", Severity::Refused);
     if (cell.field >= 0 && FactsOf(cell.kind, cell.field).since != FieldLevel::Doom)
         CheckLaterField(offset, cell, value);
     constexpr std::size_t longestLump = 8;
@@ -251,10 +262,11 @@ void EngineChecker::CheckLaterField(std::size_t offset, const Cell& cell, std::s
     const RowFacts facts = FactsOf(cell.kind, cell.field);
     const std::int32_t number = EngineInt32(value);
     if (cell.kind == RecordKind::Thing && facts.mayBeUnset && number < facts.limits.lowest)
-        Add(offset, groupBelowZero);
+        Add(offset, groupBelowZero, Severity::Refused, Unset{});
     else if (facts.since == FieldLevel::Id24 && facts.unit != FieldUnit::Truth && number != facts.limits.Apply(number))
         Add(offset,
-            "is not within " + std::to_string(facts.limits.lowest) + " to " + std::to_string(facts.limits.highest));
+            "is not within " + std::to_string(facts.limits.lowest) + " to " + std::to_string(facts.limits.highest),
+            Severity::Wrong, facts.limits.Apply(number));
     if (facts.unit == FieldUnit::Flags && !modPatchText::AllNamed(engine_.BitNames(facts.bits), number))
         Add(offset, "sets bits without a meaning, which dsda-doom drops");
 }
@@ -276,9 +288,9 @@ void EngineChecker::Number(std::size_t offset, FieldUnit unit, FieldWidth, std::
     if (!digit(sign))
         Add(offset, "holds no number and is read as 0");
     else if (hexadecimal)
-        Add(offset, "is hexadecimal, " + read + ", where the newest woof reads 0");
+        Add(offset, "is hexadecimal, " + read + ", where the newest woof reads 0", Severity::Odd);
     else if (number[sign] == '0' && digit(sign + 1) && value != LeadingInt32(number))
-        Add(offset, "is octal for dsda-doom, " + read + ", where the newest woof reads decimals");
+        Add(offset, "is octal for dsda-doom, " + read + ", where the newest woof reads decimals", Severity::Odd);
     else if (rest.starts_with('.'))
         Add(offset, "holds a fraction and is read as " + read);
     else if (!rest.empty() && !rest.starts_with(engine_.dialect.comment) && offset != header_)
@@ -315,7 +327,7 @@ void EngineChecker::OtherString(std::size_t offset, std::string_view key, std::s
     const std::string name = ToUpper(Trim(key));
     otherStrings_.insert(name);
     if (engine_.dialect.fields < FieldLevel::Id24 || !name.starts_with(patchString))
-        Add(offset, "names a string that the engine does not have, " + Quoted(key) + "; it is kept");
+        Add(offset, "names a string that the engine does not have, " + Quoted(key) + "; it is kept", Severity::Odd);
 }
 
 void EngineChecker::Text(std::size_t offset, std::size_t length, std::int32_t space) {
@@ -324,10 +336,11 @@ void EngineChecker::Text(std::size_t offset, std::size_t length, std::int32_t sp
     const bool cheat = section_ == Kind::Cheat;
     const std::string_view comment = cheat ? "*allow-long-cheats*" : "*allow-long-strings*";
     if (!AllowsLong(comment))
-        Add(offset, "puts " + std::to_string(length) + " characters where the original has room for " +
-                        std::to_string(space) + ", " +
-                        (cheat ? "of which Chocolate Doom warns" : "at which Chocolate Doom stops") +
-                        " without a comment with " + std::string(comment));
+        Add(offset,
+            "puts " + std::to_string(length) + " characters where the original has room for " + std::to_string(space) +
+                ", " + (cheat ? "of which Chocolate Doom warns" : "at which Chocolate Doom stops") +
+                " without a comment with " + std::string(comment),
+            cheat ? Severity::Odd : Severity::Refused);
 }
 
 void EngineChecker::Continued(std::size_t offset, std::size_t end) {
@@ -351,8 +364,10 @@ void EngineChecker::Finish(const PatchSet& set) {
         const bool newer = par.episode == 0 ? par.map >= 1 && par.map <= 34
                                             : par.episode >= 1 && par.episode <= 6 && par.map >= 1 && par.map <= 9;
         if (!exists)
-            Add(pars_[i], newer ? "is for a level that dsda-doom and woof 10 refuse, but the newest woof has"
-                                : "is for a level that no engine has");
+            Add(pars_[i],
+                newer ? "is for a level that dsda-doom and woof 10 refuse, but the newest woof has"
+                      : "is for a level that no engine has",
+                newer ? Severity::Refused : Severity::Wrong);
     }
     FinishArguments(set);
     FinishAmmoPerShot(set);
@@ -361,10 +376,11 @@ void EngineChecker::Finish(const PatchSet& set) {
     FinishRaisedWeapon(set);
     for (const FrameFinding& finding : FindingsOfFrames(
              set, engine_, [this](const Cell& cell) { return LineOf(cell); }, hasPicture_))
-        Add(finding.offset, finding.reason);
+        Add(finding.offset, finding.reason, finding.severity);
     for (const auto& [state, offset] : arguments_)
         if (!otherActions_.contains(state))
-            Add(offset, "gives an argument to an action that takes none: dsda-doom and woof refuse to start");
+            Add(offset, "gives an argument to an action that takes none: dsda-doom and woof refuse to start",
+                Severity::Refused);
 }
 
 /// Numbers that an action takes from its state, and those that none takes.
@@ -384,15 +400,17 @@ void EngineChecker::CheckArgument(std::size_t offset, std::int32_t codePointer, 
     const auto argument = std::ranges::find(arguments, field.label, &Argument::field);
     if (argument == arguments.end()) {
         if (field.unit == FieldUnit::Argument && value != 0)
-            Add(offset, codePointer == 0
-                            ? "gives an argument to a frame without an action: dsda-doom and woof refuse to start"
-                            : "gives an argument that the action " + (action == nullptr ? "" : action->mnemonic) +
-                                  " does not take: dsda-doom and woof refuse to start");
+            Add(offset,
+                codePointer == 0 ? "gives an argument to a frame without an action: dsda-doom and woof refuse to start"
+                                 : "gives an argument that the action " + (action == nullptr ? "" : action->mnemonic) +
+                                       " does not take: dsda-doom and woof refuse to start",
+                Severity::Refused, Unset{});
         return;
     }
     if (value == 0 && argument->zero.find("crash") != std::string::npos)
         Add(offset,
-            "is 0 where the action " + action->mnemonic + " takes \"" + argument->name + "\": " + argument->zero);
+            "is 0 where the action " + action->mnemonic + " takes \"" + argument->name + "\": " + argument->zero,
+            Severity::Refused);
     if (argument->kind == Argument::Kind::Thing)
         Reference(offset, FieldUnit::Thing, value);
     else if (argument->kind == Argument::Kind::State)
@@ -407,9 +425,11 @@ void EngineChecker::FinishAmmoPerShot(const PatchSet& set) {
     const std::size_t* misc = LineOf({RecordKind::Misc, 0, RowOf(&MiscRecord::bfgCells)});
     if (weapon == nullptr || misc == nullptr || set.weapons[bfg].ammoPerShot == set.misc.bfgCells)
         return;
-    Add(*weapon, *misc < *weapon ? "is another number than \"BFG Cells/Shot\" has, which stands before it: dsda-doom "
-                                   "and woof refuse to start"
-                                 : "has no effect: \"BFG Cells/Shot\", which stands behind it, has another number");
+    Add(*weapon,
+        *misc < *weapon ? "is another number than \"BFG Cells/Shot\" has, which stands before it: dsda-doom "
+                          "and woof refuse to start"
+                        : "has no effect: \"BFG Cells/Shot\", which stands behind it, has another number",
+        *misc < *weapon ? Severity::Refused : Severity::Wrong, set.misc.bfgCells);
 }
 
 /// What values of a thing mean together, as far as the patch has set one of them.
@@ -429,11 +449,13 @@ void EngineChecker::FinishThings(const PatchSet& set) {
                           *id = lineOf(&ThingRecord::id);
         const bool shootable = modPatchText::GetFlag(thing.bits, shootableBit);
         if ((bits != nullptr || mass != nullptr) && shootable && thing.mass == 0)
-            Add(mass != nullptr ? *mass : *bits, "makes a thing of mass 0 with SHOOTABLE: engines divide by its mass "
-                                                 "when it is hurt");
+            Add(mass != nullptr ? *mass : *bits,
+                "makes a thing of mass 0 with SHOOTABLE: engines divide by its mass "
+                "when it is hurt",
+                Severity::Refused);
         if (bits != nullptr && modPatchText::GetFlag(thing.bits, projectileBit) &&
             !modPatchText::GetFlag(thing.bits, noBlockmapBit))
-            Add(*bits, "has MISSILE without NOBLOCKMAP, which all projectiles of the game have");
+            Add(*bits, "has MISSILE without NOBLOCKMAP, which all projectiles of the game have", Severity::Odd);
         if (id == nullptr || !isPlaced(thing.id))
             continue;
         if (const std::string_view owner = OwnerOfId(thing.id); !owner.empty() && !IsOwnId(index, thing.id))
@@ -456,7 +478,8 @@ bool EngineChecker::IsOwnId(std::int32_t thing, std::int32_t id) const {
 void EngineChecker::FinishNames(const PatchSet& set) {
     for (const auto& [sound, offset] : madeSounds_)
         if (set.SoundName(sound).empty())
-            Add(offset, "makes a sound without a name, which no engine can play: it needs a line in [SOUNDS]");
+            Add(offset, "makes a sound without a name, which no engine can play: it needs a line in [SOUNDS]",
+                Severity::Refused);
     for (const auto& [cell, offset] : setBy_) {
         const TextField* field = TextFieldAt(cell.field);
         if (field == nullptr || field->unit != TextField::Unit::StringKey)

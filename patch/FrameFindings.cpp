@@ -82,10 +82,12 @@ private:
                     line != nullptr && (last == nullptr || *line > *last))
                     last = line;
         if (last != nullptr)
-            findings_.push_back({*last, states.size() == 1
-                                            ? "lets a frame of 0 tics follow itself: the game hangs or breaks it off"
-                                            : "closes a circle of " + std::to_string(states.size()) +
-                                                  " frames of 0 tics: the game hangs or breaks it off"});
+            findings_.push_back({*last,
+                                 states.size() == 1
+                                     ? "lets a frame of 0 tics follow itself: the game hangs or breaks it off"
+                                     : "closes a circle of " + std::to_string(states.size()) +
+                                           " frames of 0 tics: the game hangs or breaks it off",
+                                 Severity::Refused});
     }
 
     /// Pictures that are missing, each told of once: by the line that gives it to a frame, renames its sprite or leads

@@ -45,9 +45,11 @@ public:
             return;
         const auto holds = [text](std::string_view sign) { return text.find(sign) != std::string_view::npos; };
         if (std::ranges::any_of(engineComments, holds))
-            Add(offset, "is a comment that means something to Chocolate Doom and is lost when the patch is saved");
+            Add(offset, "is a comment that means something to Chocolate Doom and is lost when the patch is saved",
+                Severity::Odd);
         if (text.starts_with(editorComment))
-            Add(offset, "is a comment that means something to map editors and is lost when the patch is saved");
+            Add(offset, "is a comment that means something to map editors and is lost when the patch is saved",
+                Severity::Odd);
     }
 
     void Section(std::size_t offset, std::string_view word) override {
@@ -159,7 +161,7 @@ public:
         if (line.substr(line.find('=') + 1).starts_with("  ") || line.ends_with(' '))
             Add(offset, "has blanks before or behind its text, which are not read");
         if (escaped.ends_with(' '))
-            Add(offset, "has a text that ends in blanks, which are lost when the patch is saved");
+            Add(offset, "has a text that ends in blanks, which are lost when the patch is saved", Severity::Odd);
         Escapes(offset, std::max(continuedTo_, offset + line.size()));
     }
 

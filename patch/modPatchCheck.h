@@ -4,6 +4,7 @@
 #include "patch/modPatchFiles.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,9 @@ namespace plinket3::modPatchCheck {
 struct Finding {
     std::size_t line = 0; // from 1
     std::string text;     // one sentence without a final dot
+    Severity severity = Severity::Wrong;
+    std::optional<Cell> cell;      // what the line says, or whose section it begins; absent where it says nothing
+    std::optional<CellValue> mend; // of the cell: the value with which this is no finding, where one suggests itself
 };
 
 struct CheckResult {

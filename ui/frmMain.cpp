@@ -64,6 +64,7 @@ constexpr DialogPage dialogPages[]{
     {"frmDuplicate", "copying.md#duplicate"},
     {"frmChangeMany", "editing.md#changing-many-at-once"},
     {"frmGoTo", "finding.md#going-to-a-number"},
+    {"dockProblems", "problems.md"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
     {"frmNewStates", "states.md#new-states"},
@@ -95,7 +96,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
       rulesBar_(new RulesBar), otherLines_(new OtherLinesDock(program)),
       compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
       editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
-      whereUsed_(new WhereUsedDock(program, edits, editors_)),
+      whereUsed_(new WhereUsedDock(program, edits, editors_)), problems_(new ProblemsDock(program, edits, editors_)),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -112,6 +113,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     AddHidden(Qt::RightDockWidgetArea, find_);
     AddHidden(Qt::RightDockWidgetArea, whereUsed_);
     AddHidden(Qt::BottomDockWidgetArea, otherLines_);
+    AddHidden(Qt::BottomDockWidgetArea, problems_);
     AddHidden(Qt::BottomDockWidgetArea, compare_);
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
@@ -134,6 +136,11 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
         connect(&commands_, signal, otherLines_, &OtherLinesDock::Refresh);
     connect(&commands_, &FileCommands::SessionChanged, compare_, [this] { compare_->Drop(true); });
     connect(&commands_, &FileCommands::Saved, compare_, &frmCompare::Saved);
+    connect(&commands_, &FileCommands::SessionChanged, problems_, &ProblemsDock::Refresh);
+    connect(&commands_, &FileCommands::TableLoaded, problems_, &ProblemsDock::Refresh);
+    connect(&commands_, &FileCommands::Saved, problems_, &ProblemsDock::Saved);
+    connect(problems_, &ProblemsDock::Searched, this, &frmMain::UpdateStatus);
+    connect(problems_, &ProblemsDock::StatusText, this, &frmMain::Tell);
     connect(compare_, &frmCompare::CellWanted, &editors_, &EditorSet::ShowCell);
     connect(compare_, &frmCompare::StatusText, this, &frmMain::Tell);
     connect(&commands_, &FileCommands::Saved, this, [this] {
@@ -279,7 +286,10 @@ void frmMain::BuildViewMenu() {
     viewWhereUsed_ = Action("ViewWhereUsed", tr("&Where used"), QKeySequence(Qt::CTRL | Qt::Key_U));
     viewWhereUsed_->setToolTip(tr("Show all that uses the selected record"));
     connect(viewWhereUsed_, &QAction::triggered, whereUsed_, &WhereUsedDock::Toggle);
-    menu->addActions({viewWhereUsed_, otherLines, comparison});
+    QAction* problems = problems_->toggleViewAction();
+    problems->setObjectName(QStringLiteral("ViewProblems"));
+    problems->setText(tr("&Problems"));
+    menu->addActions({viewWhereUsed_, problems, otherLines, comparison});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -344,6 +354,13 @@ void frmMain::BuildStatusBar() {
     cmdRules_->setAutoRaise(true);
     statusBar()->insertPermanentWidget(2, cmdRules_);
     connect(cmdRules_, &QToolButton::clicked, &commands_, &FileCommands::SwitchRules);
+    cmdProblems_ = new QToolButton;
+    cmdProblems_->setObjectName(QStringLiteral("cmdProblems"));
+    cmdProblems_->setAutoRaise(true);
+    cmdProblems_->setToolTip(tr("What games refuse in the patch, and what does nothing or something else.\nClick to "
+                                "list it."));
+    statusBar()->insertPermanentWidget(0, cmdProblems_);
+    connect(cmdProblems_, &QToolButton::clicked, problems_, &ProblemsDock::ShowList);
     UpdateStatus();
 }
 
@@ -534,6 +551,8 @@ void frmMain::UpdateStatus() {
                                                              : tr("Normal mode"));
     const bool engineRules = program_.engine.dialect.EngineRules();
     cmdRules_->setVisible(open);
+    cmdProblems_->setVisible(open);
+    cmdProblems_->setText(problems_->Counts());
     cmdRules_->setText(engineRules ? tr("Engine rules") : tr("Kept rules"));
     cmdRules_->setToolTip(engineRules ? tr("Values are what games make of the file, and a save changes nothing in it "
                                            "but what you changed.\nClick to read the patch by the kept rules.")

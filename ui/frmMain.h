@@ -5,6 +5,7 @@
 #include "ui/FindDock.h"
 #include "ui/OtherLinesDock.h"
 #include "ui/PlaceHistory.h"
+#include "ui/ProblemsDock.h"
 #include "ui/RulesBar.h"
 #include "ui/WhereUsedDock.h"
 #include "ui/WindowState.h"
@@ -114,6 +115,7 @@ private:
     PlaceHistory history_{editors_};
     FindDock* find_;
     WhereUsedDock* whereUsed_;
+    ProblemsDock* problems_;
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
@@ -132,7 +134,7 @@ private:
     std::array<QAction*, editorEntries.size()> viewEditors_{};
     QToolBar *tlbProgram_ = nullptr, *tlbEditors_ = nullptr;
     QLabel *lblEngine_ = nullptr, *lblMode_ = nullptr, *lblIwad_ = nullptr;
-    QToolButton* cmdRules_ = nullptr;
+    QToolButton *cmdRules_ = nullptr, *cmdProblems_ = nullptr;
     QTimer recoveryTimer_;
 };
 

@@ -103,7 +103,7 @@ TEST_F(MainWindowTest, WithoutASessionOnlyWhatNeedsNoneCanBeChosen) {
     enabled.sort();
     EXPECT_EQ(enabled.join(' ').toStdString(),
               "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewComparison ViewOptions "
-              "ViewOtherLines");
+              "ViewOtherLines ViewProblems");
 }
 
 TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
