@@ -60,8 +60,8 @@ std::string FormatFixedUses(const std::filesystem::path& folder, const EngineSou
                     table.Report(row, "index", "there is no such record");
                 break;
             }
-            for (const std::string_view cell :
-                 {table.Text(row, "kind"), std::string_view(std::to_string(number)), action})
+            const std::string digits = std::to_string(number);
+            for (const std::string_view cell : {table.Text(row, "kind"), std::string_view(digits), action})
                 (text += cell) += '\t';
             text += table.Text(row, "what");
             if (port)
