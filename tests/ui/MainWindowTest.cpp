@@ -101,9 +101,10 @@ TEST_F(MainWindowTest, WithoutASessionOnlyWhatNeedsNoneCanBeChosen) {
             action->isVisible() && action->isEnabled() && action->menu() == nullptr)
             enabled << action->objectName();
     enabled.sort();
-    EXPECT_EQ(enabled.join(' ').toStdString(),
-              "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewComparison ViewOptions "
-              "ViewOtherLines");
+    EXPECT_EQ(
+        enabled.join(' ').toStdString(),
+        "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewComparison ViewGamePictures "
+        "ViewOptions ViewOtherLines");
 }
 
 TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
