@@ -5,6 +5,7 @@
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/fields/SelectionBox.h"
+#include "ui/fields/SpriteView.h"
 #include "ui/frmChangeEngine.h"
 #include "ui/frmGoTo.h"
 #include "ui/frmPatchNotes.h"
@@ -262,7 +263,15 @@ void frmMain::BuildViewMenu() {
     UpdateWays();
     menu->addSeparator();
     viewOptions_ = Action("ViewOptions", tr("&Options..."));
-    menu->addAction(viewOptions_);
+    viewGamePictures_ = Action("ViewGamePictures", tr("P&ictures as in the game"));
+    viewGamePictures_->setCheckable(true);
+    viewGamePictures_->setChecked(SpriteView::GamePictures(program_.settings));
+    connect(viewGamePictures_, &QAction::triggered, this, [this](bool wanted) {
+        SpriteView::GamePictures(program_.settings, wanted);
+        for (SpriteView* view : findChildren<SpriteView*>())
+            view->Redraw();
+    });
+    menu->addActions({viewOptions_, viewGamePictures_});
     menu->addSeparator();
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];

@@ -128,7 +128,7 @@ private:
             *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
             *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *editFind_ = nullptr,
             *editGoTo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr, *viewWhereUsed_ = nullptr,
-            *viewOptions_ = nullptr, *helpAbout_ = nullptr;
+            *viewOptions_ = nullptr, *viewGamePictures_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

@@ -58,33 +58,4 @@ std::map<std::string, int, std::less<>> WadList::SpriteLumps() const {
     return counts;
 }
 
-namespace {
-
-struct FrameLumps {
-    std::optional<LumpResult> allSides, front;
-};
-
-FrameLumps LumpsOfFrame(const WadList& wads, std::string_view sprite, int frame) {
-    constexpr int firstLetter = 'A';
-    constexpr int lastLetter = 255;
-    if (frame < -firstLetter || frame > lastLetter - firstLetter)
-        return {};
-    const auto letter = static_cast<char>(firstLetter + frame);
-    return {wads.FindSprite(sprite, std::string{letter, '0'}), wads.FindSprite(sprite, std::string{letter, '1'})};
-}
-
-} // namespace
-
-bool HasSpriteFrame(const WadList& wads, std::string_view sprite, int frame) {
-    const FrameLumps lumps = LumpsOfFrame(wads, sprite, frame);
-    return lumps.allSides || lumps.front;
-}
-
-std::optional<LumpResult> ChooseSpriteFrame(const WadList& wads, std::string_view sprite, int frame) {
-    const auto [allSides, front] = LumpsOfFrame(wads, sprite, frame);
-    if (allSides && front && allSides->wadIndex == front->wadIndex)
-        return std::nullopt; // kept, see the header
-    return allSides ? allSides : front;
-}
-
 } // namespace plinket3

@@ -3,6 +3,7 @@
 #include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
+#include "ui/fields/SpriteView.h"
 #include "ui/frmMain.h"
 
 #include <QAction>
@@ -101,9 +102,10 @@ TEST_F(MainWindowTest, WithoutASessionOnlyWhatNeedsNoneCanBeChosen) {
             action->isVisible() && action->isEnabled() && action->menu() == nullptr)
             enabled << action->objectName();
     enabled.sort();
-    EXPECT_EQ(enabled.join(' ').toStdString(),
-              "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewComparison ViewOptions "
-              "ViewOtherLines ViewProblems");
+    EXPECT_EQ(
+        enabled.join(' ').toStdString(),
+        "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewComparison ViewGamePictures "
+        "ViewOptions ViewOtherLines ViewProblems");
 }
 
 TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
@@ -235,6 +237,24 @@ TEST_F(MainWindowTest, EditorsOpenWithTheFocusWithEveryColumnInViewAndWithKeysOf
             if (const QKeySequence key = QKeySequence::mnemonic(text); !key.isEmpty())
                 keys << key.toString();
         EXPECT_EQ(keys.removeDuplicates(), 0) << name << ": " << texts.join('|').toStdString();
+    }
+}
+
+TEST_F(MainWindowTest, PicturesAsInTheGameAreTakenAwayAndGivenBackAtOnce) {
+    NewPatch("MBF");
+    for (std::size_t editor = 0; editor < editorEntries.size(); ++editor)
+        if (std::string_view(editorEntries[editor].window) == "frmEditThings")
+            window->Editors().Show(editor, true);
+    QApplication::processEvents();
+    const auto* view = window->findChild<SpriteView*>("picThing");
+    ASSERT_NE(view, nullptr);
+    if (view->Picture().isNull())
+        GTEST_SKIP() << "no IWAD with sprites is installed";
+    EXPECT_TRUE(Action("ViewGamePictures").isChecked()) << "as shipped";
+    for (const bool asInTheGame : {false, true}) {
+        Action("ViewGamePictures").trigger();
+        EXPECT_EQ(view->Picture().hasAlphaChannel(), asInTheGame);
+        EXPECT_EQ(SpriteView::GamePictures(program.settings), asInTheGame);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "wad/modWADList.h"
+#include "wad/SpriteSides.h"
 
 #include "tests/support/TestSupport.h"
 #include "tests/wad/WadBytes.h"
@@ -78,6 +78,29 @@ TEST_F(WadListTest, ChoosesTheLumpOfASpriteFrame) {
         const auto result = ChooseSpriteFrame(wads_, "TROO", row.frame);
         EXPECT_EQ(result ? result->name : "", row.lump);
         EXPECT_EQ(result ? result->wadIndex : 0, row.wadIndex);
+    }
+}
+
+TEST_F(WadListTest, ChoosesTheLumpThatShowsASide) {
+    ASSERT_TRUE(Register("iwad.wad", {"TROOA1", "TROOA2A8", "TROOA6A4", "TROOB0", "TROOC0", "TROOD1C1", "TROOE0"}));
+    ASSERT_TRUE(Register("data.wad", {"TROOE3", "TROOA7"}));
+    struct {
+        int frame, side;
+        std::string lump; // empty: none
+        bool mirrored, allSides;
+    } const rows[]{
+        {0, 1, "TROOA1", false, false},   {0, 2, "TROOA2A8", false, false}, {0, 8, "TROOA2A8", true, false},
+        {0, 6, "TROOA6A4", false, false}, {0, 4, "TROOA6A4", true, false},  {0, 7, "TROOA7", false, false},
+        {0, 3, "", false, false},         {1, 5, "TROOB0", false, true},    {2, 1, "", false, false},
+        {2, 2, "TROOC0", false, true},    {3, 1, "TROOD1C1", false, false}, {4, 3, "TROOE0", false, true},
+        {999, 1, "", false, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(SpriteLumpName("TROO", row.frame, row.side));
+        const auto found = ChooseSpriteSide(wads_, "TROO", row.frame, row.side);
+        ASSERT_EQ(found ? found->lump.name : "", row.lump);
+        EXPECT_EQ(found && found->mirrored, row.mirrored);
+        EXPECT_EQ(found && found->allSides, row.allSides);
     }
 }
 

@@ -138,8 +138,8 @@ QWidget* frmCompare::Pictures() {
     pictures->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored); // the list alone tells how high all is
     auto* layout = new QHBoxLayout(pictures);
     layout->setContentsMargins(0, 0, 0, 0);
-    const auto add = [layout](const char* picture, const char* label, SpriteView*& view, QLabel*& name) {
-        view = new SpriteView(QString::fromLatin1(picture));
+    const auto add = [this, layout](const char* picture, const char* label, SpriteView*& view, QLabel*& name) {
+        view = new SpriteView(QString::fromLatin1(picture), program_);
         name = NewLabel(label);
         name->setAlignment(Qt::AlignCenter);
         auto* column = new QVBoxLayout;
@@ -313,8 +313,8 @@ void frmCompare::ShowCurrent() {
     cmdShow_->setEnabled(record && IsHere(model_->Below(current).front()));
     pictures_->setVisible(record && cell.kind == RecordKind::State);
     if (!pictures_->isHidden()) {
-        const QString here = picHere_->ShowState(program_, cell.index),
-                      there = picThere_->ShowState(program_, comparison_->there.set, cell.index);
+        const QString here = picHere_->ShowState(cell.index),
+                      there = picThere_->ShowState(comparison_->there.set, cell.index);
         const auto name = [](const QString& lump) { return lump.isEmpty() ? QStringLiteral("-") : lump; };
         lblHere_->setText(tr("Here: %1").arg(name(here)));
         lblThere_->setText(tr("There: %1").arg(name(there)));

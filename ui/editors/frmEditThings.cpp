@@ -326,7 +326,7 @@ QWidget* frmEditThings::BuildHead() {
 }
 
 QWidget* frmEditThings::BuildNumbers() {
-    sprite_ = new SpriteView(QStringLiteral("picThing"));
+    sprite_ = new SpriteView(QStringLiteral("picThing"), context_.program);
     auto* group = new QGroupBox(tr("Properties"));
     auto* form = new QGridLayout(group);
     form->addWidget(sprite_, 0, 0, 1, 2);
@@ -499,7 +499,7 @@ void frmEditThings::ShowSprite() {
     const std::int32_t state =
         Selection().records.empty() ? 0 : RecordOrNew(Current().things, Selection().current)->initialState;
     if (state != 0)
-        sprite_->ShowState(context_.program, state);
+        sprite_->ShowState(state);
     else
         sprite_->Clear();
 }

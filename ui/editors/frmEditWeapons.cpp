@@ -111,7 +111,7 @@ QWidget* frmEditWeapons::BuildFields() {
     }
 
     auto* preview = new QGroupBox(tr("Held ready"));
-    sprite_ = new SpriteView(QStringLiteral("picSprite"));
+    sprite_ = new SpriteView(QStringLiteral("picSprite"), context_.program);
     sprite_->setMinimumSize(160, 160);
     (new QVBoxLayout(preview))->addWidget(sprite_);
 
@@ -217,7 +217,7 @@ void frmEditWeapons::ShowAmmoType() {
 void frmEditWeapons::ShowSprite() {
     const std::int32_t state = Selection().records.empty() ? 0 : Current().weapons[Selection().current].bobbingState;
     if (state != 0)
-        sprite_->ShowState(context_.program, state);
+        sprite_->ShowState(state);
     else
         sprite_->Clear();
 }

@@ -2,9 +2,11 @@
 
 #include "patch/NewRecords.h"
 #include "ui/LatinText.h"
-#include "wad/clsBitmap.h"
+#include "wad/SpriteSides.h"
 
+#include <QKeyEvent>
 #include <QPainter>
+#include <QToolButton>
 
 #include <algorithm>
 #include <cstring>
@@ -12,6 +14,13 @@
 namespace plinket3 {
 
 namespace {
+
+/// Of the settings: 1 where pictures are wanted on black.
+constexpr std::string_view plainKey = "plainPictures";
+constexpr int margin = 2;
+constexpr int tile = 8;          // of the checkerboard
+constexpr int tileStrength = 16; // how much its dark tiles differ from the background, of 255
+constexpr int floorStrength = 110;
 
 QImage ImageOf(const clsBitmap& bitmap) {
     QImage image(bitmap.Width(), bitmap.Height(), QImage::Format_Indexed8);
@@ -28,6 +37,23 @@ QImage ImageOf(const clsBitmap& bitmap) {
     return image;
 }
 
+QImage ImageOf(const GamePicture& picture, std::string_view palette) {
+    clsBitmap colours;
+    colours.setPalette(palette);
+    QImage image(picture.width, picture.height, QImage::Format_ARGB32);
+    std::size_t at = 0;
+    for (int y = 0; y < picture.height; ++y) {
+        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < picture.width; ++x, ++at) {
+            const Colour& colour = colours.Palette()[picture.pixels[at]];
+            row[x] = picture.covered[at] ? qRgb(colour.red, colour.green, colour.blue) : qRgba(0, 0, 0, 0);
+        }
+    }
+    return image;
+}
+
+std::string BytesOf(const LumpResult& lump) { return lump.wad->ReadLumpString(lump.num, longestPictureLump); }
+
 /// Where a picture lump lies about the spot at which a thing stands.
 QRect PlaceOf(std::string_view lump) {
     const PictureSize size = ReadPictureSize(lump);
@@ -37,51 +63,115 @@ QRect PlaceOf(std::string_view lump) {
 
 } // namespace
 
-SpriteView::SpriteView(const QString& name) {
+SpriteView::SpriteView(const QString& name, const Program& program)
+    : program_(program), cmdTurnLeft_(NewTurnButton("cmdTurnLeft", QStringLiteral("<"), tr("Turn to the left (<)"), 1)),
+      cmdTurnRight_(NewTurnButton("cmdTurnRight", QStringLiteral(">"), tr("Turn to the right (>)"), -1)) {
     setObjectName(name);
     setAccessibleName(tr("Preview"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setFocusPolicy(Qt::ClickFocus);
 }
 
-QString SpriteView::ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame) {
-    return Draw(session, session.patch.current.SpriteName(sprite), frame);
+QToolButton* SpriteView::NewTurnButton(const char* name, const QString& text, const QString& tip, int sides) {
+    auto* button = new QToolButton(this);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setText(text);
+    button->setToolTip(tip);
+    button->setAccessibleName(tip);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->hide();
+    connect(button, &QToolButton::clicked, this, [this, sides] { Turn(sides); });
+    return button;
 }
 
-QString SpriteView::Draw(const Session& session, std::string_view sprite, std::int32_t frame) {
-    const auto lump = ChooseSpriteFrame(session.wads, sprite, frame);
-    const std::string bytes = lump ? lump->wad->ReadLumpString(lump->num, longestPictureLump) : std::string();
-    clsBitmap bitmap;
-    if (!lump || !DecodePicture(bytes, session.palette, bitmap)) {
-        picture_ = {};
-        update();
-        return {};
-    }
-    picture_ = ImageOf(bitmap);
-    place_ = PlaceOf(bytes).topLeft();
-    update();
-    return ShownText(lump->name);
+bool SpriteView::GamePictures(const Settings& settings) { return settings.Number(plainKey) == 0; }
+
+void SpriteView::GamePictures(Settings& settings, bool wanted) { settings.Number(plainKey, wanted ? 0 : 1); }
+
+void SpriteView::Redraw() { Draw(); }
+
+QString SpriteView::ShowSpriteFrame(std::int32_t sprite, std::int32_t frame) {
+    return Show(program_.patch.current.SpriteName(sprite), frame);
 }
 
-QString SpriteView::ShowState(const Session& session, const PatchSet& set, std::int32_t state) {
+QString SpriteView::ShowState(const PatchSet& set, std::int32_t state) {
     const StateRecord* record = set.states.Find(state);
     if (record == nullptr) {
         Clear();
         return {};
     }
-    return Draw(session, set.SpriteName(record->sprite), record->subnumber & ~litBit);
+    return Show(set.SpriteName(record->sprite), record->subnumber & ~litBit);
 }
 
 void SpriteView::Clear() {
-    picture_ = {};
     stage_ = {};
-    update();
+    Show({}, 0);
 }
 
-QRect SpriteView::PlaceOfState(const Session& session, std::int32_t state) {
-    const StateRecord record = *RecordOrNew(session.patch.current.states, state);
+QString SpriteView::Show(std::string_view sprite, std::int32_t frame) {
+    sprite_ = sprite;
+    frame_ = frame;
+    return Draw();
+}
+
+QString SpriteView::Draw() {
+    picture_ = {};
+    place_ = {};
+    missing_.clear();
+    cmdTurnLeft_->hide();
+    cmdTurnRight_->hide();
+    QString lump;
+    if (!sprite_.empty())
+        lump = GamePictures(program_.settings) ? DrawAsInTheGame() : DrawPlain();
+    setAccessibleDescription(missing_);
+    update();
+    return lump;
+}
+
+QString SpriteView::DrawPlain() {
+    const auto lump = ChooseSpriteFrame(program_.wads, sprite_, frame_);
+    const std::string bytes = lump ? BytesOf(*lump) : std::string();
+    clsBitmap bitmap;
+    if (!lump || !DecodePicture(bytes, program_.palette, bitmap))
+        return {};
+    picture_ = ImageOf(bitmap);
+    place_ = PlaceOf(bytes).topLeft();
+    return ShownText(lump->name);
+}
+
+QString SpriteView::DrawAsInTheGame() {
+    const auto side = ChooseSpriteSide(program_.wads, sprite_, frame_, side_);
+    if (!side || !side->allSides) {
+        cmdTurnLeft_->show();
+        cmdTurnRight_->show();
+    }
+    if (!side) {
+        const std::string wanted = SpriteLumpName(sprite_, frame_, side_);
+        if (program_.wads.FindSprite(sprite_, wanted.empty() ? wanted : wanted.substr(sprite_.size())))
+            missing_ = tr("Frame %1 has one lump for all sides and others for each").arg(ShownText(wanted));
+        else if (!wanted.empty())
+            missing_ = tr("%1 is in none of the WADs").arg(ShownText(wanted));
+        return {};
+    }
+    std::optional<GamePicture> picture = ReadGamePicture(BytesOf(side->lump));
+    const QString name = ShownText(side->lump.name);
+    if (!picture) {
+        missing_ = tr("%1 is no picture").arg(name);
+        return {};
+    }
+    if (side->mirrored)
+        picture = Mirrored(*picture);
+    picture_ = ImageOf(*picture, program_.palette);
+    place_ = {-picture->left, -picture->top};
+    return name;
+}
+
+QRect SpriteView::PlaceOfState(std::int32_t state) const {
+    const StateRecord record = *RecordOrNew(program_.patch.current.states, state);
     const auto lump =
-        ChooseSpriteFrame(session.wads, session.patch.current.SpriteName(record.sprite), record.subnumber & ~litBit);
-    return lump ? PlaceOf(lump->wad->ReadLumpString(lump->num, longestPictureLump)) : QRect();
+        ChooseSpriteFrame(program_.wads, program_.patch.current.SpriteName(record.sprite), record.subnumber & ~litBit);
+    return lump ? PlaceOf(BytesOf(*lump)) : QRect();
 }
 
 void SpriteView::Stage(const QRect& stage) {
@@ -89,18 +179,74 @@ void SpriteView::Stage(const QRect& stage) {
     update();
 }
 
+void SpriteView::Turn(int sides) {
+    side_ = (side_ - 1 + sides + spriteSides) % spriteSides + 1;
+    emit Turned(Draw());
+}
+
+void SpriteView::keyPressEvent(QKeyEvent* event) {
+    const bool turns = !cmdTurnLeft_->isHidden();
+    if (turns && event->text() == cmdTurnLeft_->text())
+        cmdTurnLeft_->click();
+    else if (turns && event->text() == cmdTurnRight_->text())
+        cmdTurnRight_->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void SpriteView::resizeEvent(QResizeEvent*) {
+    for (QToolButton* button : {cmdTurnLeft_, cmdTurnRight_})
+        button->resize(button->sizeHint());
+    const int top = height() - cmdTurnLeft_->height();
+    cmdTurnLeft_->move(0, top);
+    cmdTurnRight_->move(width() - cmdTurnRight_->width(), top);
+}
+
+/// What has to have room, in the picture's pixels: as in the game the floor, too, unless the picture is meant for
+/// another spot, far away.
+QRect SpriteView::ShownStage() const {
+    const QRect picture(place_, picture_.size());
+    if (!GamePictures(program_.settings))
+        return stage_.isEmpty() ? picture : stage_;
+    const QRect stage = stage_.isEmpty() ? picture : stage_ | picture;
+    const QRect withFloor = stage | QRect(stage.left(), 0, 1, 1);
+    return withFloor.height() > 2 * stage.height() ? stage : withFloor;
+}
+
+void SpriteView::PaintBackground(QPainter& painter, const QRect& room) const {
+    QColor dark = palette().color(QPalette::WindowText);
+    painter.fillRect(room, palette().color(QPalette::Window));
+    dark.setAlpha(tileStrength);
+    for (int y = 0; y * tile < room.height(); ++y)
+        for (int x = y % 2; x * tile < room.width(); x += 2)
+            painter.fillRect(QRect(x * tile, y * tile, tile, tile) & room, dark);
+}
+
 void SpriteView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const bool asInTheGame = GamePictures(program_.settings);
+    if (asInTheGame && !sprite_.empty())
+        PaintBackground(painter, rect());
+    if (!missing_.isEmpty())
+        painter.drawText(rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
+                         missing_);
     if (picture_.isNull())
         return;
-    QPainter painter(this);
     // Whole device pixels per picture pixel, so that the picture is crisp at every scaling of the desktop.
     const qreal ratio = devicePixelRatioF();
-    const QSize room(static_cast<int>(width() * ratio), static_cast<int>(height() * ratio));
-    const QRect stage = stage_.isEmpty() ? QRect(place_, picture_.size()) : stage_;
+    const int shownHeight = height() - (asInTheGame ? cmdTurnLeft_->height() : 0); // the buttons cover no picture
+    const QSize room(static_cast<int>(width() * ratio), static_cast<int>(shownHeight * ratio));
+    const QRect stage = ShownStage();
     const int scale = std::max(1, std::min(room.width() / stage.width(), room.height() / stage.height()));
     const QPoint middle((room.width() - stage.width() * scale) / 2, (room.height() - stage.height() * scale) / 2);
     const QPoint corner = middle + (place_ - stage.topLeft()) * scale;
     painter.scale(1 / ratio, 1 / ratio);
+    if (asInTheGame) {
+        QColor floor = palette().color(QPalette::WindowText);
+        floor.setAlpha(floorStrength);
+        painter.fillRect(0, middle.y() - stage.top() * scale, room.width(), std::max(1, static_cast<int>(ratio)),
+                         floor);
+    }
     painter.drawImage(QRect(corner, picture_.size() * scale), picture_);
 }
 

@@ -1,54 +1,89 @@
 #pragma once
 
 #include "patch/Program.h"
+#include "wad/GamePicture.h"
 
 #include <QImage>
 #include <QRect>
 #include <QString>
 #include <QWidget>
 
+#include <cstdint>
+#include <string>
 #include <string_view>
+
+class QToolButton;
 
 namespace plinket3 {
 
 /// Shows one frame of a sprite out of the session's WADs, crisp: centred, and scaled by the largest whole number that
-/// fits; or several, one after the other, on one stage. Uncovered pixels have the palette's first colour.
+/// fits; or several, one after the other, on one stage. As in the game, while `GamePictures` are wanted: transparent,
+/// above the floor line of the spot at which a thing stands, from each of eight sides (keys < and >, or the buttons).
+/// Else uncovered pixels have the palette's first colour.
 class SpriteView : public QWidget {
     Q_OBJECT
 public:
-    explicit SpriteView(const QString& name);
+    /// `program` must outlive the view.
+    SpriteView(const QString& name, const Program& program);
 
-    /// Draws the lump that the sprite's frame (without the lit bit) has in the WADs and returns its name; clears the
-    /// view and returns an empty text when there is none or it is no picture.
-    QString ShowSpriteFrame(const Session& session, std::int32_t sprite, std::int32_t frame);
+    /// Whether the settings want pictures as in the game; a view whose settings change is to be told by `Redraw`.
+    static bool GamePictures(const Settings& settings);
+    static void GamePictures(Settings& settings, bool wanted);
+    void Redraw();
+
+    /// Draws the lump that the sprite's frame (without the lit bit) has in the WADs and returns its name; draws no
+    /// picture and returns an empty text when there is none or it is no picture.
+    QString ShowSpriteFrame(std::int32_t sprite, std::int32_t frame);
     /// The same for the frame of a state, as another set has it and its sprite.
-    QString ShowState(const Session& session, const PatchSet& set, std::int32_t state);
-    QString ShowState(const Session& session, std::int32_t state) {
-        return ShowState(session, session.patch.current, state);
-    }
+    QString ShowState(const PatchSet& set, std::int32_t state);
+    QString ShowState(std::int32_t state) { return ShowState(program_.patch.current, state); }
     void Clear();
 
     /// Where the picture of a state lies, in its own pixels, about the spot at which a thing stands. Empty when there
     /// is none.
-    static QRect PlaceOfState(const Session& session, std::int32_t state);
+    QRect PlaceOfState(std::int32_t state) const;
     /// From now on pictures are drawn where they lie, at one scale at which all of `stage` has room. An empty one, and
     /// `Clear`, draw each on its own again.
     void Stage(const QRect& stage);
 
+    /// The side that is shown, from 1, the front, to `spriteSides`.
+    int Side() const { return side_; }
     /// What is drawn, in the picture's own size; null when nothing is.
     const QImage& Picture() const { return picture_; }
+    /// Why nothing is drawn, though a sprite is to be shown; empty when there is no reason to tell.
+    const QString& Missing() const { return missing_; }
     QSize sizeHint() const override { return {160, 160}; }
     QSize minimumSizeHint() const override { return {64, 64}; }
 
+signals:
+    /// The user turned the picture: another lump is drawn.
+    void Turned(const QString& lump);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QString Draw(const Session& session, std::string_view sprite, std::int32_t frame);
+    QString Show(std::string_view sprite, std::int32_t frame);
+    QString Draw();
+    QString DrawPlain();
+    QString DrawAsInTheGame();
+    void Miss(const QString& why);
+    void Turn(int sides);
+    QToolButton* NewTurnButton(const char* name, const QString& text, const QString& tip, int sides);
+    QRect ShownStage() const;
+    void PaintBackground(QPainter& painter, const QRect& room) const;
 
+    const Program& program_;
+    std::string sprite_; // empty: nothing is to be shown
+    std::int32_t frame_ = 0;
+    int side_ = 1;
     QImage picture_;
     QPoint place_; // of its upper left corner on the stage
     QRect stage_;
+    QString missing_;
+    QToolButton *cmdTurnLeft_, *cmdTurnRight_;
 };
 
 } // namespace plinket3

@@ -23,7 +23,7 @@ frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
               return ShownText(program.patch.current.SpriteName(sprites_.At(static_cast<int>(row))));
           })),
       narrowed_(new QSortFilterProxyModel(this)), lstSprites_(new QListView), udFrame_(new FrameSpinBox),
-      picPreview_(new SpriteView(QStringLiteral("picPreview"))), lblPreview_(new QLabel) {
+      picPreview_(new SpriteView(QStringLiteral("picPreview"), program)), lblPreview_(new QLabel) {
     narrowed_->setSourceModel(names_);
     narrowed_->setFilterCaseSensitivity(Qt::CaseInsensitive);
     lstSprites_->setObjectName(QStringLiteral("lstSprites"));
@@ -48,6 +48,7 @@ frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
     SetList(*lstSprites_, chosen);
     resize(fontMetrics().averageCharWidth() * 64, fontMetrics().height() * 26);
     connect(udFrame_, &QSpinBox::valueChanged, this, &frmSelectSprite::ShowPreview);
+    connect(picPreview_, &SpriteView::Turned, this, &frmSelectSprite::NameLump);
 }
 
 void frmSelectSprite::Fill() {
@@ -69,7 +70,10 @@ std::optional<std::int32_t> frmSelectSprite::ChosenSprite() const {
 }
 
 void frmSelectSprite::ShowPreview() {
-    const QString lump = picPreview_->ShowSpriteFrame(program_, ChosenSprite().value_or(noSprite), udFrame_->value());
+    NameLump(picPreview_->ShowSpriteFrame(ChosenSprite().value_or(noSprite), udFrame_->value()));
+}
+
+void frmSelectSprite::NameLump(const QString& lump) {
     lblPreview_->setText(lump.isEmpty() ? QStringLiteral("-") : lump);
 }
 

@@ -33,6 +33,7 @@ protected:
 private:
     std::optional<std::int32_t> ChosenSprite() const;
     void ShowPreview();
+    void NameLump(const QString& lump);
 
     RecordRows sprites_;
     TextListModel* names_;

@@ -4,14 +4,15 @@
 
 namespace plinket3 {
 
-StatePreview::StatePreview(const Session& session)
-    : QGroupBox(tr("Preview")), session_(session), picSprite_(new SpriteView(QStringLiteral("picSprite"))),
-      lblPreview_(new QLabel), cmdPlay_(new QPushButton), player_(new StatePlayer(session, this)) {
+StatePreview::StatePreview(const Program& program)
+    : QGroupBox(tr("Preview")), picSprite_(new SpriteView(QStringLiteral("picSprite"), program)),
+      lblPreview_(new QLabel), cmdPlay_(new QPushButton), player_(new StatePlayer(program, this)) {
     lblPreview_->setObjectName(QStringLiteral("lblPreview"));
     lblPreview_->setAlignment(Qt::AlignCenter);
     cmdPlay_->setObjectName(QStringLiteral("cmdPlay"));
     cmdPlay_->setToolTip(tr("Shows this state and those that follow it, 35 tics a second"));
     connect(cmdPlay_, &QPushButton::clicked, this, &StatePreview::PlayOrStop);
+    connect(picSprite_, &SpriteView::Turned, this, &StatePreview::NameLump);
     connect(player_, &StatePlayer::StateShown, this, &StatePreview::Draw);
     connect(player_, &StatePlayer::Stopped, this, [this] { cmdPlay_->setText(tr("&Play")); });
     auto* layout = new QVBoxLayout(this);
@@ -42,8 +43,12 @@ void StatePreview::Update() {
 }
 
 void StatePreview::Draw(std::int32_t state) {
-    const QString lump = picSprite_->ShowState(session_, state);
-    lblPreview_->setText(tr("%1: %2").arg(state).arg(lump.isEmpty() ? QStringLiteral("-") : lump));
+    shown_ = state;
+    NameLump(picSprite_->ShowState(state));
+}
+
+void StatePreview::NameLump(const QString& lump) {
+    lblPreview_->setText(tr("%1: %2").arg(shown_).arg(lump.isEmpty() ? QStringLiteral("-") : lump));
 }
 
 void StatePreview::PlayOrStop() {
@@ -55,7 +60,7 @@ void StatePreview::PlayOrStop() {
         cmdPlay_->setText(tr("Sto&p"));
         QRect stage;
         for (const std::int32_t state : player_->Run(*state_))
-            stage |= SpriteView::PlaceOfState(session_, state);
+            stage |= picSprite_->PlaceOfState(state);
         picSprite_->Stage(stage);
         player_->Start(*state_);
     }

@@ -18,7 +18,7 @@ namespace plinket3 {
 class StatePreview : public QGroupBox {
     Q_OBJECT
 public:
-    explicit StatePreview(const Session& session);
+    explicit StatePreview(const Program& program);
 
     /// Ends playing and shows the state; none blanks the view.
     void ShowState(std::optional<std::int32_t> state);
@@ -32,10 +32,11 @@ protected:
 
 private:
     void Draw(std::int32_t state);
+    void NameLump(const QString& lump);
     void PlayOrStop();
 
-    const Session& session_;
     std::optional<std::int32_t> state_; // from which playing starts
+    std::int32_t shown_ = 0;            // just now
     SpriteView* picSprite_;
     QLabel* lblPreview_;
     QPushButton* cmdPlay_;
