@@ -16,7 +16,7 @@ struct Environment {
     explicit Environment(Notifier& notifierToUse) : notifier(notifierToUse) {}
 
     Notifier& notifier;
-    std::filesystem::path programFolder;   // iwaddetect.cfg, config/, tables/, resources/ and manual/; read only
+    std::filesystem::path programFolder;   // iwaddetect.cfg, config/, tables/, uses/, resources/ and manual/; read only
     std::filesystem::path settingsFolder;  // holds plinket3.cfg and plinket3.log
     std::filesystem::path documentsFolder; // where a new patch is proposed to be saved
     clsLog log;
