@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 #include "core/Files.h"
+#include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
 #include "patch/FreeRecords.h"
@@ -9,18 +10,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 
 namespace plinket3::cli {
 
 namespace {
-
-std::optional<std::int32_t> WholeNumber(std::string_view text) {
-    std::int32_t number = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    return read.ec == std::errc() && read.ptr == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 /// Loads the patch at that place of the plain arguments, or the engine's own data when there is none.
 void LoadPatchAt(Run& run, std::size_t place) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <charconv>
+#include <concepts>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +20,13 @@ std::int32_t LeadingInt32(std::string_view text);
 /// hexadecimal ones behind "0x", or octal ones behind "0"; no number gives 0. Limited to 64 bits, of which the low 32
 /// are taken.
 std::int32_t EngineInt32(std::string_view text);
+
+/// A text that is a whole decimal number and nothing else; absent for another one, and beyond `Number`.
+template <std::integral Number = std::int32_t> std::optional<Number> WholeNumber(std::string_view text) {
+    Number number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
 
 /// Rounds to the nearest integer, halves to the even one, and limits to 32 bits. Not-a-number gives 0.
 std::int32_t RoundToInt32(double value);

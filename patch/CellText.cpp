@@ -32,8 +32,7 @@ std::string FrameLetters(std::int32_t frame) {
 /// The sprite and its frame that a state shows.
 std::string PictureOf(const PatchSet& set, std::int32_t state) {
     const StateRecord* record = set.states.Find(state);
-    return record == nullptr ? std::string()
-                             : std::string(set.SpriteName(record->sprite)) + FrameLetters(record->subnumber & ~litBit);
+    return record == nullptr ? std::string() : PictureName(set, *record);
 }
 
 std::string WithName(const std::string& number, std::string_view name) {

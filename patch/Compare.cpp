@@ -11,19 +11,18 @@ namespace plinket3 {
 
 namespace {
 
-using RecordKey = Notes::key_type;
 using ParTimes = std::map<Level, CellValue>;
 
 constexpr Cell parList{RecordKind::Par, 0, listField};
 
 /// Whether a record has the same values in two sets.
-bool IsSame(const PatchSet& left, const PatchSet& right, const RecordKey& record) {
+bool IsSame(const PatchSet& left, const PatchSet& right, const RecordId& record) {
     return std::ranges::all_of(EveryCellOf(record.first, record.second),
                                [&](const Cell& cell) { return ReadCell(left, cell) == ReadCell(right, cell); });
 }
 
 /// Whether one side has changed a record that the other has removed.
-bool IsFoughtOver(const PatchSet& here, const PatchSet& there, const PatchSet& ancestor, const RecordKey& record) {
+bool IsFoughtOver(const PatchSet& here, const PatchSet& there, const PatchSet& ancestor, const RecordId& record) {
     const auto& [kind, index] = record;
     return HasRecord(ancestor, kind, index) && !IsSame(HasRecord(here, kind, index) ? here : there, ancestor, record);
 }
@@ -83,9 +82,9 @@ std::vector<ParRecord> WithTimes(const std::vector<ParRecord>& pars, ParTimes ti
 
 std::vector<Difference> Compare(const PatchSet& here, const PatchSet& there, const PatchSet& ancestor) {
     std::vector<Difference> differences;
-    std::set<RecordKey> fought;
+    std::set<RecordId> fought;
     ForEachOtherCell(here, there, [&](const Cell& cell) {
-        const RecordKey record{cell.kind, cell.index};
+        const RecordId record{cell.kind, cell.index};
         if (cell.field == existsField && IsFoughtOver(here, there, ancestor, record))
             fought.insert(record);
         Difference& difference = differences.emplace_back(
@@ -101,7 +100,7 @@ std::vector<Difference> Compare(const PatchSet& here, const PatchSet& there, con
 
 std::vector<Assignment> TakeOver(std::span<const Difference> differences, const PatchSet& here, const PatchSet& there) {
     std::vector<Assignment> makes, values, removals;
-    std::set<RecordKey> made, removed;
+    std::set<RecordId> made, removed;
     const auto take = [&](std::vector<Assignment>& into, const Cell& cell) {
         into.push_back({cell, ReadCell(there, cell)});
     };
@@ -116,7 +115,7 @@ std::vector<Assignment> TakeOver(std::span<const Difference> differences, const 
     ParTimes times;
     for (const Difference& difference : differences) {
         const Cell& cell = difference.cell;
-        const RecordKey record{cell.kind, cell.index};
+        const RecordId record{cell.kind, cell.index};
         if (difference.level) {
             times[*difference.level] = difference.there;
             continue;

@@ -1,5 +1,6 @@
 #include "patch/Find.h"
 
+#include "core/Numbers.h"
 #include "core/Text.h"
 #include "patch/StepNames.h"
 #include "patch/modPatchText.h"
@@ -25,10 +26,14 @@ public:
         : word_(Trim(text)), inTexts_(modPatchText::UnescapeText(text)), matchCase_(matchCase) {
         if (word_.empty())
             inTexts_.clear();
-        if (ReadNumber(word_, number_))
+        number_ = WholeNumber<std::int64_t>(word_);
+        if (number_)
             return;
         const std::size_t blank = word_.find_last_of(' ');
-        if (blank != std::string::npos && ReadNumber(std::string_view(word_).substr(blank + 1), ofKind_))
+        if (blank == std::string::npos)
+            return;
+        ofKind_ = WholeNumber<std::int64_t>(std::string_view(word_).substr(blank + 1));
+        if (ofKind_)
             kindWord_ = ToLower(Trim(std::string_view(word_).substr(0, blank)));
     }
 
@@ -58,14 +63,6 @@ public:
     Rank OtherNumber(std::int64_t number) const { return number_ == number ? Rank::OtherNumber : Rank::None; }
 
 private:
-    static bool ReadNumber(std::string_view text, std::optional<std::int64_t>& number) {
-        std::int64_t read = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
-        if (error != std::errc() || end != text.data() + text.size())
-            return false;
-        number = read;
-        return true;
-    }
     Rank RankAt(std::string_view text, std::string_view what) const {
         if (what.empty())
             return Rank::None;
@@ -112,13 +109,6 @@ private:
     std::array<std::vector<Cell>, static_cast<std::size_t>(Rank::None)> byRank_;
 };
 
-/// A state as lists show it: sprite and letter of the frame.
-std::string StateLabel(const PatchSet& set, const StateRecord& state) {
-    std::string label(set.SpriteName(state.sprite));
-    label += static_cast<char>('A' + (state.subnumber & ~litBit));
-    return label;
-}
-
 std::string_view KeyOf(const Session& session, std::int32_t string) {
     const std::vector<EngineConfiguration::String>& strings = session.engine.strings;
     return session.engine.dialect.keyedTexts && string >= 0 && static_cast<std::size_t>(string) < strings.size()
@@ -162,7 +152,7 @@ private:
             const Rank byNumber = std::min(matcher_.Number(number, "frame"), matcher_.Number(number, "state"));
             const Rank byRecord = matcher_.IsNumber() || number == 0
                                       ? byNumber
-                                      : std::min(byNumber, matcher_.Name(StateLabel(Set(), state)));
+                                      : std::min(byNumber, matcher_.Name(PictureName(Set(), state)));
             const auto action = actions.find(state.codePointer);
             const Rank byAction = action == actions.end() ? Rank::None : action->second;
             hits.Add(std::min(byRecord, byAction),
@@ -266,7 +256,7 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
     case RecordKind::State: {
         const StateRecord& state = set.states[cell.index];
         const auto action = session.engine.mnemonicByValue.find(state.codePointer);
-        return {cell, Title(number, cell.index == 0 ? "-" : StateLabel(set, state)),
+        return {cell, Title(number, cell.index == 0 ? "-" : PictureName(set, state)),
                 state.codePointer == 0 || action == session.engine.mnemonicByValue.end() ? std::string()
                                                                                          : action->second};
     }

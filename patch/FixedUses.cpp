@@ -1,10 +1,10 @@
 #include "patch/FixedUses.h"
 
 #include "core/Files.h"
+#include "core/Numbers.h"
 #include "core/Text.h"
 
 #include <array>
-#include <charconv>
 
 namespace plinket3 {
 
@@ -19,10 +19,10 @@ std::optional<FixedUse> ParseLine(std::string_view line, const EngineConfigurati
     const auto& [word, number, action, what] = cells;
     FixedUse use;
     const auto kind = TargetKindNamed(word);
-    const auto read = std::from_chars(number.data(), number.data() + number.size(), use.target.number);
-    if (!kind || read.ec != std::errc() || read.ptr != number.data() + number.size())
+    const auto index = WholeNumber(number);
+    if (!kind || !index)
         return std::nullopt;
-    use.target.kind = *kind;
+    use.target = {*kind, *index};
     if (!action.empty()) {
         use.action = engine.CodePointerOf(action);
         if (!use.action)

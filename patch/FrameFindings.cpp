@@ -120,10 +120,7 @@ private:
 
     static int FrameOf(const StateRecord& state) { return state.subnumber & ~litBit; }
 
-    std::string PictureOf(std::int32_t state) const {
-        const StateRecord& record = set_.states[state];
-        return std::string(set_.SpriteName(record.sprite)) + static_cast<char>('A' + FrameOf(record));
-    }
+    std::string PictureOf(std::int32_t state) const { return PictureName(set_, set_.states[state]); }
 
     /// What is no sprite or frame at all is told of elsewhere.
     bool HasItsPicture(const StateRecord& state) {

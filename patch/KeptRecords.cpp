@@ -1,10 +1,10 @@
 #include "patch/KeptRecords.h"
 
+#include "core/Numbers.h"
 #include "core/Text.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 
 namespace plinket3 {
@@ -22,11 +22,8 @@ constexpr std::array words{Word{RecordKind::Thing, "Thing", 1}, Word{RecordKind:
                            Word{RecordKind::Sound, "Sound"}, Word{RecordKind::Sprite, "Sprite"}};
 
 std::optional<std::int64_t> Number(std::string_view text) {
-    std::int32_t number = 0;
-    text = Trim(text);
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    return read.ec == std::errc() && read.ptr == text.data() + text.size() && number >= 0 ? std::optional(number)
-                                                                                          : std::nullopt;
+    const auto number = WholeNumber(Trim(text));
+    return number && *number >= 0 ? number : std::nullopt;
 }
 
 template <class Visit> void VisitLines(std::string_view notes, Visit visit) {

@@ -165,11 +165,13 @@ void LinkWalk::ForEach(const Visit& visit) const {
             OfRecord(RecordKind::State, number, state, visit);
     for (const auto& [number, sound] : set_.sounds)
         OfRecord(RecordKind::Sound, number, sound, visit);
-    if (const auto helper = ThingOf(set_.misc.helper))
-        visit({{RecordKind::Misc, 0, helperField}, {TargetKind::Thing, *helper}});
+    ForEachOf(RecordKind::Misc, 0, visit);
 }
 
 void LinkWalk::ForEachOf(RecordKind kind, std::int32_t number, const Visit& visit) const {
+    if (kind == RecordKind::Misc)
+        if (const auto helper = ThingOf(set_.misc.helper))
+            visit({{kind, number, helperField}, {TargetKind::Thing, *helper}});
     VisitKind(kind, [&](const auto& list) {
         if (const auto* record = list.In(set_).Find(number))
             OfRecord(kind, number, *record, visit);

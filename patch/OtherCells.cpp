@@ -29,7 +29,7 @@ void ForEachOtherCell(const PatchSet& before, const PatchSet& after, const std::
     visitRecord(RecordKind::Misc, 0);
     for (const Cell& cell : OtherTexts(before, after))
         visit(cell);
-    std::set<Notes::key_type> noted;
+    std::set<RecordId> noted;
     for (const Notes* notes : {&before.notes, &after.notes})
         for (const auto& [record, note] : *notes)
             noted.insert(record);

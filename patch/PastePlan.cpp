@@ -19,7 +19,10 @@ namespace {
 
 constexpr std::int32_t firstFreeId = 20000; // from here on games have no things of their own
 
-bool IsLump(RecordKind kind) { return kind == RecordKind::Sound || kind == RecordKind::Sprite; }
+constexpr std::string_view noSuchName = "the engine has none of that name, and none can be given it";
+
+/// Sprites and sounds are known by the names of their lumps.
+bool GoesByName(RecordKind kind) { return kind == RecordKind::Sound || kind == RecordKind::Sprite; }
 
 class Planner {
 public:
@@ -27,10 +30,12 @@ public:
         : clip_(clip), from_(clip.patch.current), open_(open), set_(open.patch.current), changes_(changes), plan_(plan),
           free_(to == PasteTo::Free), sameEngine_(clip.engine.fileName == open.engine.fileName),
           pointers_(open.patch.defaults.states, open.engine.codePointerStates) {
-        LinkWalk(clip.patch.current, clip.engine).ForEach([this](const Link& link) {
-            if (clip_.records.contains({link.from.kind, link.from.index}))
-                links_.emplace(std::pair(RecordId(link.from.kind, link.from.index), link.from.field), link);
-        });
+        const LinkWalk walk(clip.patch.current, clip.engine);
+        for (const RecordId& record : clip.records)
+            walk.ForEachOf(record.first, record.second,
+                           [&](const Link& link) { links_.emplace(std::pair(record, link.from.field), link); });
+        for (const auto& [number, thing] : set_.things)
+            idsHere_.insert(thing.id);
         for (const Cell& cell : clip.said)
             said_[{cell.kind, cell.index}].insert(cell.field);
     }
@@ -111,7 +116,7 @@ private:
                 AddPlace(record, *same);
             else
                 Lose(record, "the engine does not have it");
-        } else if (IsLump(kind) && free_) {
+        } else if (GoesByName(kind) && free_) {
             PlaceLump(record);
         } else if (kind == RecordKind::Weapon && changes_.weapon) {
             AddPlace(record, *changes_.weapon);
@@ -129,27 +134,34 @@ private:
             Lose(record, "the engine has none of that number");
     }
 
-    /// A sprite or sound goes where one of its name is, else to a free number; `noRecord` when it can go nowhere.
-    std::int32_t PlaceLump(const RecordId& record) {
-        const auto& [kind, number] = record;
-        const std::string name = LumpName(from_, record);
-        if (LumpName(set_, record) == name) {
-            AddPlace(record, number, true);
-            return number;
-        }
+    struct NamedLump {
+        std::int32_t number = 0;
+        bool isThere = true;
+    };
+    /// The sprite or sound of that name, or a free one that can be given it; absent when there is neither.
+    std::optional<NamedLump> LumpNamed(RecordKind kind, const std::string& name) {
+        if (name.empty())
+            return std::nullopt;
         const auto same = kind == RecordKind::Sprite ? IndexByName(set_.sprites, name) : IndexByName(set_.sounds, name);
-        if (same && !name.empty()) {
-            AddPlace(record, *same, true);
-            return *same;
-        }
-        const std::int32_t free = name.empty() ? noRecord : NextFree(kind);
-        if (free == noRecord || !MayBeNamed(kind, free)) {
-            Lose(record, "the engine has none of that name, and none can be given it");
-            AddPlace(record, 0, true);
-            return 0;
-        }
-        AddPlace(record, free);
-        return free;
+        if (same)
+            return NamedLump{*same};
+        const std::int32_t free = NextFree(kind);
+        if (free == noRecord || !MayBeNamed(kind, free))
+            return std::nullopt;
+        return NamedLump{free, false};
+    }
+
+    /// A sprite or sound goes where one of its name is, at best its own number, else to a free one; 0 when it can go
+    /// nowhere.
+    std::int32_t PlaceLump(const RecordId& record) {
+        const std::string name = LumpName(from_, record);
+        std::optional<NamedLump> lump;
+        if (LumpName(set_, record) == name)
+            lump = NamedLump{record.second};
+        else if (!(lump = LumpNamed(record.first, name)))
+            Lose(record, std::string(noSuchName));
+        AddPlace(record, lump.value_or(NamedLump()).number, lump.value_or(NamedLump()).isThere);
+        return numbers_.at(record);
     }
     bool MayBeNamed(RecordKind kind, std::int32_t number) const {
         return CanRenameLump(open_.engine.dialect, open_.patch.defaults, kind, number);
@@ -180,12 +192,10 @@ private:
 
     void Take(const PastePlan::Place place) {
         const auto& [kind, number] = place.from;
-        const bool isMade = !HasRecord(set_, kind, place.to) && kind != RecordKind::Misc;
-        if (isMade)
-            plan_.assignments.push_back({{kind, place.to, existsField}, 1});
-        const bool isLump = IsLump(kind), all = (free_ && CanBeMade(kind)) || IsWhole(place.from);
+        Make(kind, place.to);
+        const bool all = (free_ && CanBeMade(kind)) || IsWhole(place.from);
         std::vector<Cell> cells = CellsOf(kind, number);
-        if (isLump)
+        if (HasLumpName(kind))
             cells.push_back({kind, number, lumpNameField});
         if (open_.engine.dialect.EngineRules() &&
             !std::get<std::string>(ReadCell(from_, {kind, number, noteField})).empty())
@@ -197,7 +207,7 @@ private:
                 continue;
             if (cell.field >= 0 && !FactsOf(kind, cell.field).inPatch)
                 continue;
-            if (isLump && IsAddress(cell) && !sameEngine_)
+            if (IsAddress(cell) && !sameEngine_)
                 continue;
             if (cell.field >= 0 && FactsOf(kind, cell.field).since > clip_.engine.dialect.fields) {
                 // What the clip's engine knows nothing of is as it is of the record that it is here.
@@ -222,13 +232,9 @@ private:
     }
 
     void TakeCell(const Cell& cell, const Cell& to, const CellValue& value) {
-        const TextField* text = TextFieldAt(cell.field);
-        const bool known = text != nullptr
-                               ? text->since <= open_.engine.dialect.fields
-                               : cell.field < 0 || FactsOf(cell.kind, cell.field).since <= open_.engine.dialect.fields;
-        if (!known) {
+        if (!IsKnown(cell)) {
             if (value != ReadCell(PatchSet(), cell) && value != ReadCell(clip_.patch.defaults, cell))
-                Lose({cell.kind, cell.index}, "the engine does not know \"" + LabelOf(cell) + "\"");
+                Lose({cell.kind, cell.index}, "the engine does not know \"" + FieldName(cell) + "\"");
             return;
         }
         if (cell.field == lumpNameField && !MayBeNamed(to.kind, to.index)) {
@@ -246,14 +252,19 @@ private:
                                lost =
                                    bits & BitsLostIn(open_.engine, clip_.engine, FactsOf(cell.kind, cell.field).bits);
             if (lost != 0)
-                Lose({cell.kind, cell.index}, "the engine does not have all of \"" + LabelOf(cell) + "\"");
+                Lose({cell.kind, cell.index}, "the engine does not have all of \"" + FieldName(cell) + "\"");
             return Assign(to, bits & ~lost);
         }
         Assign(to, value);
     }
-    static std::string LabelOf(const Cell& cell) {
-        const TextField* text = TextFieldAt(cell.field);
-        return std::string(text != nullptr ? text->label : FactsOf(cell.kind, cell.field).label);
+    /// Whether the open engine has the field.
+    bool IsKnown(const Cell& cell) const {
+        const Dialect& dialect = open_.engine.dialect;
+        if (cell.field == helperField)
+            return HasHelper(dialect);
+        if (const TextField* text = TextFieldAt(cell.field))
+            return text->since <= dialect.fields;
+        return cell.field < 0 || FactsOf(cell.kind, cell.field).since <= dialect.fields;
     }
 
     void TakeAction(const Cell& cell, const Cell& to, std::int32_t codePointer) {
@@ -278,7 +289,7 @@ private:
         const RecordId record{*RecordKindOf(link.to.kind), link.to.number};
         if (const auto number = numbers_.find(record); number != numbers_.end())
             return LinkValue(link, number->second);
-        if (IsLump(record.first))
+        if (GoesByName(record.first))
             return LinkValue(link, PlaceLump(record));
         if (HasRecord(set_, record.first, record.second)) {
             if (outside_.insert(record).second)
@@ -292,9 +303,16 @@ private:
         return 0;
     }
 
+    bool IsNew(RecordKind kind, std::int32_t number) const {
+        return kind != RecordKind::Misc && !HasRecord(set_, kind, number);
+    }
+    /// Makes the record where there is none.
+    void Make(RecordKind kind, std::int32_t number) {
+        if (IsNew(kind, number))
+            plan_.assignments.push_back({{kind, number, existsField}, 1});
+    }
     void Assign(const Cell& cell, CellValue value) {
-        const bool isMade = !HasRecord(set_, cell.kind, cell.index) && cell.kind != RecordKind::Misc;
-        if (isMade || ReadCell(set_, cell) != value)
+        if (IsNew(cell.kind, cell.index) || ReadCell(set_, cell) != value)
             plan_.assignments.push_back({cell, std::move(value)});
     }
 
@@ -307,21 +325,15 @@ private:
         if (first && changes_.id)
             return Assign(id, *changes_.id);
         const std::int32_t own = from_.things[place.from.second].id;
-        if (!free_ || own <= 0 || !IsIdTaken(own, place.to))
+        if (!free_ || own <= 0 || !idsHere_.contains(own))
             return;
         std::int32_t free = firstFreeId;
-        while (IsIdTaken(free, place.to) || !ids_.insert(free).second)
+        while (idsHere_.contains(free) || !idsGiven_.insert(free).second)
             ++free;
         plan_.told.push_back(RecordName(from_, RecordKind::Thing, place.from.second) + ": ID # " + std::to_string(own) +
                              " is taken here, it gets " + std::to_string(free));
         Assign(id, free);
     }
-    bool IsIdTaken(std::int32_t id, std::int32_t except) const {
-        return std::ranges::any_of(set_.things.Numbers(), [&](std::int32_t number) {
-            return number != except && set_.things[number].id == id;
-        });
-    }
-
     /// Shows the states that show the first thing's sprite with another one.
     void Reskin() {
         const auto thing = std::ranges::find(plan_.places, RecordKind::Thing,
@@ -330,21 +342,19 @@ private:
             thing == plan_.places.end() ? nullptr : from_.states.Find(from_.things[thing->from.second].initialState);
         if (state == nullptr)
             return;
-        const auto there = IndexByName(set_.sprites, changes_.sprite);
-        const std::int32_t number = there ? *there : NextFree(RecordKind::Sprite);
-        if (!there && (number == noRecord || !MayBeNamed(RecordKind::Sprite, number))) {
-            plan_.lost.push_back("sprite " + changes_.sprite +
-                                 ": the engine has none of that name, and none can be "
-                                 "given it");
+        const auto sprite = LumpNamed(RecordKind::Sprite, changes_.sprite);
+        if (!sprite) {
+            plan_.lost.push_back("sprite " + changes_.sprite + ": " + std::string(noSuchName));
             return;
         }
-        if (!there && !HasRecord(set_, RecordKind::Sprite, number))
-            plan_.assignments.push_back({{RecordKind::Sprite, number, existsField}, 1});
-        if (!there)
-            Assign({RecordKind::Sprite, number, lumpNameField}, changes_.sprite);
+        if (!sprite->isThere) {
+            Make(RecordKind::Sprite, sprite->number);
+            Assign({RecordKind::Sprite, sprite->number, lumpNameField}, changes_.sprite);
+        }
         for (const PastePlan::Place& place : plan_.places)
             if (place.from.first == RecordKind::State && from_.states[place.from.second].sprite == state->sprite)
-                plan_.assignments.push_back({{RecordKind::State, place.to, RowOf(&StateRecord::sprite)}, number});
+                plan_.assignments.push_back(
+                    {{RecordKind::State, place.to, RowOf(&StateRecord::sprite)}, sprite->number});
     }
 
     const Clip& clip_;
@@ -361,7 +371,7 @@ private:
     std::map<RecordKind, std::vector<std::int32_t>> freeNumbers_; // not yet taken, the best last
     std::set<RecordKind> spent_;
     std::set<RecordId> outside_;
-    std::set<std::int32_t> ids_; // that were given away
+    std::set<std::int32_t> idsHere_, idsGiven_;
 };
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "patch/PatchNotes.h"
 #include "patch/PointerTargets.h"
 #include "patch/SectionWords.h"
+#include "patch/StepNames.h"
 #include "patch/modPatchFiles.h"
 #include "patch/modPatchText.h"
 
@@ -143,11 +144,9 @@ private:
     /// What a record is that has no name of its own, below its header, where comments are no notes.
     template <class Record> void Comment([[maybe_unused]] std::int32_t number, [[maybe_unused]] const Record& record) {
         if constexpr (std::is_same_v<Record, StateRecord>) {
-            const std::string* action = engine_.MnemonicOf(record.codePointer);
-            Line("# ", current_.SpriteName(record.sprite),
-                 std::string_view(std::string(1, static_cast<char>('A' + (record.subnumber & 31)))),
-                 action == nullptr || record.codePointer == 0 ? "" : ", ",
-                 action == nullptr || record.codePointer == 0 ? std::string_view() : std::string_view(*action));
+            const std::string* action = record.codePointer == 0 ? nullptr : engine_.MnemonicOf(record.codePointer);
+            Line("# ", std::string_view(PictureName(current_, record)), action == nullptr ? "" : ", ",
+                 action == nullptr ? std::string_view() : std::string_view(*action));
         } else if constexpr (std::is_same_v<Record, SoundRecord>) {
             Line("# ", std::string_view(current_.SoundName(number)));
         }

@@ -82,7 +82,8 @@ constexpr KindWords kindWords[]{{"thing", "things"},
                                 {"kind of ammunition", "kinds of ammunition"},
                                 {"cheat", "cheats"},
                                 {"miscellaneous record", "miscellaneous records"},
-                                {"list of par times", "lists of par times"}};
+                                {"list of par times", "lists of par times"},
+                                {"piece of music", "pieces of music"}};
 
 } // namespace
 
@@ -91,6 +92,13 @@ std::string_view PluralOf(RecordKind kind) { return kindWords[static_cast<std::s
 std::string CountOf(RecordKind kind, std::size_t count) {
     const KindWords& words = kindWords[static_cast<std::size_t>(kind)];
     return std::to_string(count) + " " + std::string(count == 1 ? words.one : words.many);
+}
+
+std::string PictureName(const PatchSet& set, const StateRecord& state) {
+    std::string name(set.SpriteName(state.sprite));
+    constexpr std::int32_t frames = 31; // what else the number holds would be no letter, and could end a line
+    name += static_cast<char>('A' + (state.subnumber & frames));
+    return name;
 }
 
 std::string FieldName(const Cell& cell) {

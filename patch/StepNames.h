@@ -9,7 +9,7 @@
 
 namespace plinket3 {
 
-// What steps that can be undone are named after.
+// What steps that can be undone are named after, and what lists call records.
 
 /// "Imp", "frame 12", "sound pistol"; empty for the miscellaneous record. One that a patch made and that has no name
 /// goes by its number.
@@ -24,6 +24,8 @@ std::string RecordsName(const PatchSet& set, RecordKind kind, const std::vector<
 /// "things"; "1 thing", "33 frames".
 std::string_view PluralOf(RecordKind kind);
 std::string CountOf(RecordKind kind, std::size_t count);
+/// The picture that a state shows, as lists name it: sprite and letter of the frame, "TROOA".
+std::string PictureName(const PatchSet& set, const StateRecord& state);
 /// A field as lists label it: "Hit points", "Action".
 std::string FieldName(const Cell& cell);
 /// One field of records (at least one) of a kind: "hit points of Imp", "duration of 3 frames".

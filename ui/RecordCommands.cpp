@@ -3,6 +3,7 @@
 #include "patch/FreeRecords.h"
 #include "patch/KeptRecords.h"
 #include "patch/NewRecords.h"
+#include "patch/StepNames.h"
 #include "ui/EditorSet.h"
 #include "ui/fields/FieldControl.h"
 #include "ui/fields/SelectionBox.h"
@@ -23,15 +24,6 @@ QAction* NewAction(const char* name, const QString& text, const QKeySequence& ke
     action->setObjectName(QString::fromLatin1(name));
     action->setShortcut(keys);
     return action;
-}
-
-std::string_view Many(RecordKind kind) {
-    return kind == RecordKind::Thing    ? "things"
-           : kind == RecordKind::State  ? "frames"
-           : kind == RecordKind::Sound  ? "sounds"
-           : kind == RecordKind::Weapon ? "weapons"
-           : kind == RecordKind::Ammo   ? "kinds of ammunition"
-                                        : "sprites";
 }
 
 } // namespace
@@ -102,7 +94,7 @@ void RecordCommands::ChangeMany() {
     QWidget* focus = owner_.window()->focusWidget();
     SelectionBox::TakeWaiting(focus);
     const RecordKind kind = editors_.Here()->kind;
-    ManyRecords records{kind, editors_.Selected(), Many(kind)};
+    ManyRecords records{kind, editors_.Selected(), PluralOf(kind)};
     std::ranges::sort(records.numbers, {}, [](std::int32_t number) { return static_cast<std::uint32_t>(number); });
     frmChangeMany({program_, edits_, editors_}, std::move(records), FieldAt(focus), owner_.window()).Change();
 }
@@ -118,7 +110,7 @@ void RecordCommands::Keep(bool kept) {
         if (record >= 0) // others are never handed out
             all.Set(*kind, record, kept);
     edits_.StoreGroup({{patchNotes, all.In(notes)}},
-                      (kept ? "keep " : "keep no longer ") + edits_.RecordsName(*kind, records, Many(*kind)));
+                      (kept ? "keep " : "keep no longer ") + edits_.RecordsName(*kind, records, PluralOf(*kind)));
     Update();
 }
 

@@ -280,6 +280,29 @@ TEST_F(ClipTest, WhatGoesAlongFollowsTheTicks) {
         "Imp with 1 thing and 1 frame");
 }
 
+TEST_F(ClipTest, TakesMusicAndTheHelperAndSaysWhereThereIsNone) {
+    const std::string text = "[MUSIC]\nE1M1 = TUNE\n\n[HELPER]\nType = 12\n";
+    Session open = Open("mbf21"), older = Open("boom21");
+    PastePlan plan;
+    ASSERT_TRUE(Plan(open, text, PasteTo::Free, plan));
+    EXPECT_EQ(plan.lost, Lines());
+    Edits edits(open.patch);
+    edits.StoreGroup(plan.assignments, "paste");
+    const std::int32_t song =
+        plan.places.front().from.first == RecordKind::Music ? plan.places.front().to : plan.places.back().to;
+    EXPECT_EQ(edits.Value({RecordKind::Music, song, lumpNameField}), CellValue(std::string("TUNE")));
+    EXPECT_EQ(edits.Value({RecordKind::Misc, 0, helperField}), CellValue(12));
+    EXPECT_EQ(ClipName(clip.patch.current, {{RecordKind::Music, song}}, clip.records),
+              "music TUNE with 1 miscellaneous record");
+
+    older.patch.current.misc.helper = 0;
+    Session text21 = Open("mbf21");
+    text21.patch.current.misc.helper = 12;
+    ASSERT_TRUE(Plan(older, modPatchFiles::FormatPatch(text21.patch, text21.engine), PasteTo::Free, plan));
+    EXPECT_EQ(plan.lost.size(), 1U) << ::testing::PrintToString(plan.lost);
+    EXPECT_TRUE(plan.assignments.empty());
+}
+
 TEST_F(ClipTest, GivesADuplicateAnotherNameNumberAndSprite) {
     Session open = Open("dsdhacked");
     PastePlan plan;

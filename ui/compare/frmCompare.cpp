@@ -36,7 +36,7 @@ QComboBox* NewFilter(const char* name, const QString& accessibleName) {
     return box;
 }
 
-Notes::key_type KeyOf(const Difference& difference) { return {difference.cell.kind, difference.cell.index}; }
+RecordId KeyOf(const Difference& difference) { return {difference.cell.kind, difference.cell.index}; }
 
 /// The place of a difference in a list that has others, or of what comes next in place of it.
 std::size_t Nearest(const std::vector<Difference>& differences, const Difference& wanted) {
@@ -232,7 +232,7 @@ void frmCompare::Fill() {
         return ShowCurrent();
     }
     const bool first = model_->Shown().empty();
-    const std::set<RecordKey> expanded = Expanded();
+    const std::set<RecordId> expanded = Expanded();
     const QModelIndex current = tvwDifferences_->currentIndex();
     const bool onRecord = model_->rowCount(current.siblingAtColumn(0)) > 0;
     const std::optional<Difference> place =
@@ -262,8 +262,8 @@ void frmCompare::Fill() {
 }
 
 /// The records of which fields are seen.
-std::set<frmCompare::RecordKey> frmCompare::Expanded() const {
-    std::set<RecordKey> expanded;
+std::set<RecordId> frmCompare::Expanded() const {
+    std::set<RecordId> expanded;
     for (int kind = 0; kind < model_->rowCount(); ++kind)
         for (int record = 0; record < model_->rowCount(model_->index(kind, 0)); ++record)
             if (const QModelIndex index = model_->index(record, 0, model_->index(kind, 0));

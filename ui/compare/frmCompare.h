@@ -48,10 +48,9 @@ private:
     QWidget* FilterRow();
     QWidget* Pictures();
     QWidget* Buttons();
-    using RecordKey = Notes::key_type;
     void Refresh();
     void Fill();
-    std::set<RecordKey> Expanded() const;
+    std::set<RecordId> Expanded() const;
     void ShowCounts(std::size_t all, std::size_t conflicts);
     void ShowCurrent();
     void ShowLost();
