@@ -1,8 +1,6 @@
 #include "tests/support/TestSupport.h"
-#include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
-#include "tests/ui/UiTest.h"
-#include "ui/frmMain.h"
+#include "tests/ui/WindowTest.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -17,33 +15,19 @@ namespace plinket3::test {
 namespace {
 
 /// The main window over an engine's own patch, without a file.
-class ChangeManyTest : public EditorTest {
+class ChangeManyTest : public WindowTest {
 protected:
     void SetUp() override {
-        UseFolder(program, folder.Path());
         LoadEngine("mbf21");
-        window = std::make_unique<frmMain>(program, edits, audio, dialogs);
-        for (const EditorEntry& entry : editorEntries)
-            window->Load(entry.window);
-        window->SetEditBar(true);
-        window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        ShowWindow();
     }
 
-    template <class Widget> Widget& Find(const char* name) { return test::Find<Widget>(*window, name); }
     /// Selects this record and those in the `more` rows below it.
     void Select(RecordKind kind, std::int32_t record, int more) {
         window->Editors().ShowRecord(kind, record);
         for (int i = 0; i < more; ++i)
             QTest::keyClick(window->focusWidget(), Qt::Key_Down, Qt::ShiftModifier);
     }
-    std::string Status() { return window->statusBar()->currentMessage().toStdString(); }
-
-    TemporaryFolder folder;
-    Audio audio;
-    FakeDialogs dialogs;
-    std::unique_ptr<frmMain> window;
 };
 
 constexpr int imp = 11;

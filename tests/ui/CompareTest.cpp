@@ -1,8 +1,6 @@
 #include "tests/support/TestSupport.h"
-#include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
-#include "tests/ui/UiTest.h"
-#include "ui/frmMain.h"
+#include "tests/ui/WindowTest.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>
@@ -33,26 +31,17 @@ const std::string other = head + "Thing 12 (Imp)\nHit points = 90\nBits = SOLID+
 const std::string ancestor = head + "Thing 12 (Imp)\nHit points = 70\nBits = SOLID+FLOAT\n";
 
 /// The main window over a patch that was opened.
-class CompareTest : public EditorTest {
+class CompareTest : public WindowTest {
 protected:
     void Start(const char* engine, const std::string& patch) {
-        UseFolder(program, folder.Path());
-        LoadEngine(engine);
-        program.engine.dialect = program.engine.dialect.AsEngines();
+        LoadEngine(engine, true);
         WriteFile(folder / "open.deh", patch);
         ASSERT_TRUE(modPatchFiles::ReadPatch(notifier, folder / "open.deh", program));
-        window = std::make_unique<frmMain>(program, edits, audio, dialogs);
-        for (const EditorEntry& entry : editorEntries)
-            window->Load(entry.window);
-        window->SetEditBar(true);
-        window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        ShowWindow();
         tree = &Find<QTreeView>("tvwDifferences");
         new QAbstractItemModelTester(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal, tree);
     }
 
-    template <class Widget> Widget& Find(const char* name) { return test::Find<Widget>(*window, name); }
     void Click(const char* button) { QTest::mouseClick(&Find<QPushButton>(button), Qt::LeftButton); }
     std::string Text(const char* label) { return Find<QLabel>(label).text().toStdString(); }
     void CompareWith(const std::function<void(QDialog&)>& choose) {
@@ -106,11 +95,6 @@ protected:
         tree->scrollTo(row);
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, tree->visualRect(row).center());
     }
-
-    TemporaryFolder folder;
-    Audio audio;
-    FakeDialogs dialogs;
-    std::unique_ptr<frmMain> window;
     QTreeView* tree = nullptr;
 };
 

@@ -1,9 +1,7 @@
 #include "patch/Arguments.h"
 #include "patch/EngineNames.h"
-#include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
-#include "tests/ui/UiTest.h"
-#include "ui/frmMain.h"
+#include "tests/ui/WindowTest.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -27,27 +25,13 @@ constexpr int imp = 11, ball = 31, pistol = 1, chaingun = 3;
 constexpr auto control = Qt::ControlModifier;
 
 /// The main window over one engine's own patch after the other, with one clipboard.
-class CopyingTest : public EditorTest {
+class CopyingTest : public WindowTest {
 protected:
     void SetUp() override {
-        UseFolder(program, folder.Path());
         LoadEngine("mbf21");
-        window = std::make_unique<frmMain>(program, edits, audio, dialogs);
-        for (const EditorEntry& entry : editorEntries)
-            window->Load(entry.window);
-        window->SetEditBar(true);
-        window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    }
-    void OpenPatchFor(const char* engine) {
-        LoadEngine(engine);
-        program.engine.dialect = program.engine.dialect.AsEngines();
-        program.fixedUses = LoadFixedUses(program.programFolder, program.engine);
-        window->Editors().Refresh();
+        ShowWindow();
     }
 
-    template <class Widget> Widget& Find(const char* name) { return test::Find<Widget>(*window, name); }
     QAbstractItemView& Select(RecordKind kind, std::int32_t record, const char* list) {
         window->Editors().ShowRecord(kind, record);
         auto& view = *window->findChild<QAbstractItemView*>(QString::fromLatin1(list));
@@ -60,7 +44,6 @@ protected:
         widget.setFocus();
         QTest::keyClick(&widget, key, modifiers);
     }
-    std::string Status() { return window->statusBar()->currentMessage().toStdString(); }
     static std::string Copied() { return QApplication::clipboard()->text().toStdString(); }
     std::optional<Cell> Here() { return window->Editors().Here(); }
     /// Waits until keys are the dialog's.
@@ -75,15 +58,10 @@ protected:
         if (dialog.isVisible())
             dialog.reject();
     }
-
-    TemporaryFolder folder;
-    Audio audio;
-    FakeDialogs dialogs;
-    std::unique_ptr<frmMain> window;
 };
 
 TEST_F(CopyingTest, AMonsterGoesToAnotherPatchByItsKeys) {
-    OpenPatchFor("boom21");
+    LoadEngine("boom21", true);
     const std::int32_t firstState = Current().things[imp].initialState;
     edits.Store({RecordKind::Thing, imp, RowOf(&ThingRecord::hitPoints)}, 70);
     edits.Store({RecordKind::State, firstState, RowOf(&StateRecord::duration)}, 33);
@@ -124,7 +102,7 @@ TEST_F(CopyingTest, AMonsterGoesToAnotherPatchByItsKeys) {
         Press(things, Qt::Key_V, control);
     }
 
-    OpenPatchFor("mbf21");
+    LoadEngine("mbf21", true);
     std::int32_t to = noRecord;
     {
         const ModalDriver driver("frmPaste", [&](QDialog& dialog) {
@@ -157,7 +135,7 @@ TEST_F(CopyingTest, AMonsterGoesToAnotherPatchByItsKeys) {
 }
 
 TEST_F(CopyingTest, WhatGoesAlongIsChosenInATree) {
-    OpenPatchFor("dsdhacked");
+    LoadEngine("dsdhacked", true);
     constexpr int throwing = 454;
     edits.StoreGroup(
         {{{RecordKind::State, throwing, codePointerField}, *program.engine.CodePointerOf("MonsterProjectile")},
@@ -190,7 +168,7 @@ TEST_F(CopyingTest, WhatGoesAlongIsChosenInATree) {
 }
 
 TEST_F(CopyingTest, DuplicatesHaveTheirOwnStatesNumbersAndLooks) {
-    OpenPatchFor("dsdhacked");
+    LoadEngine("dsdhacked", true);
     auto& things = Select(RecordKind::Thing, imp, "lstThings");
     {
         const ModalDriver driver("frmDuplicate", [](QDialog& dialog) {

@@ -1,9 +1,7 @@
 #include "patch/Edits.h"
 #include "tests/support/TestSupport.h"
-#include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
-#include "tests/ui/UiTest.h"
-#include "ui/frmMain.h"
+#include "tests/ui/WindowTest.h"
 
 #include <QAction>
 #include <QApplication>
@@ -21,22 +19,13 @@ namespace {
 constexpr int imp = 11;
 
 /// The main window over an engine's own patch, without a file.
-class FindingTest : public EditorTest {
+class FindingTest : public WindowTest {
 protected:
     void SetUp() override {
-        UseFolder(program, folder.Path());
         LoadEngine("id24");
-        window = std::make_unique<frmMain>(program, edits, audio, dialogs);
-        for (const EditorEntry& entry : editorEntries)
-            window->Load(entry.window);
-        window->SetEditBar(true);
-        window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        ShowWindow();
     }
 
-    EditorSet& Editors() { return window->Editors(); }
-    template <class Widget> Widget& Find(const char* name) { return test::Find<Widget>(*window, name); }
     /// Where the user is: "frmEditThings 11 txtHitPoints".
     std::string Place() {
         const auto front = Editors().Front();
@@ -48,11 +37,6 @@ protected:
         return std::string(editorEntries[*front].window) + " " + (record ? std::to_string(*record) : "none") + " " +
                (focus == nullptr ? "none" : focus->objectName().toStdString());
     }
-
-    TemporaryFolder folder;
-    Audio audio;
-    FakeDialogs dialogs;
-    std::unique_ptr<frmMain> window;
 };
 
 TEST_F(FindingTest, EveryRecordAndFieldIsShownWhateverFiltersHide) {

@@ -1,7 +1,5 @@
 #include "tests/support/TestSupport.h"
-#include "tests/ui/FakeDialogs.h"
-#include "tests/ui/UiTest.h"
-#include "ui/frmMain.h"
+#include "tests/ui/WindowTest.h"
 
 #include <QAction>
 #include <QApplication>
@@ -18,9 +16,8 @@ constexpr int imp = 11;
 constexpr Cell respawn{RecordKind::Thing, imp, RowOf(&ThingRecord::respawnState)};
 constexpr Cell firstArgument{RecordKind::State, 1, RowOf(&StateRecord::arg1)};
 
-class ProblemsTest : public EditorTest {
+class ProblemsTest : public WindowTest {
 protected:
-    template <class Widget> Widget& Find(const char* name) { return test::Find<Widget>(*window, name); }
     bool Counts(const char* counts) {
         return QTest::qWaitFor([&] { return Find<QToolButton>("cmdProblems").text() == QString::fromLatin1(counts); });
     }
@@ -30,30 +27,16 @@ protected:
             text += Find<QTreeView>("lvwProblems").model()->index(row, column).data().toString().toStdString() + "|";
         return text;
     }
-
-    TemporaryFolder folder;
-    Audio audio;
-    FakeDialogs dialogs;
-    std::unique_ptr<frmMain> window;
 };
 
 TEST_F(ProblemsTest, AreCountedAsOneEditsLeadToTheirFieldsAndAreMended) {
-    UseFolder(program, folder.Path());
-    LoadEngine("mbf21");
+    LoadEngine("mbf21", true);
     const std::string patch = "Patch File for DeHackEd v3.0\n\nDoom version = 2021\nPatch format = 6\n\n"
                               "Thing 12 (Imp)\nRespawn frame = 1\nHit points = 61\nNo such field = 1\n";
-    program.engine.dialect = program.engine.dialect.AsEngines();
     ASSERT_TRUE(modPatchFiles::ReadBytes(patch, program.engine, program.patch).status);
     program.patch.fileName = folder / "a.bex";
     program.patch.named = true;
-    window = std::make_unique<frmMain>(program, edits, audio, dialogs);
-    for (const EditorEntry& entry : editorEntries)
-        window->Load(entry.window);
-    window->SetEditBar(true);
-    window->resize(1200, 900);
-    window->show();
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    ShowWindow();
 
     edits.StoreGroup({{respawn, 30'000}}, "a frame that there is not");
     EXPECT_TRUE(Counts("1 error, 1 warning"));

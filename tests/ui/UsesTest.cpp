@@ -1,9 +1,7 @@
 #include "patch/FreeRecords.h"
 #include "tests/support/TestSupport.h"
-#include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
-#include "tests/ui/UiTest.h"
-#include "ui/frmMain.h"
+#include "tests/ui/WindowTest.h"
 
 #include <QAction>
 #include <QApplication>
@@ -22,22 +20,12 @@ namespace {
 constexpr int imp = 11, impThrowing = 454;
 
 /// The main window over an engine's own patch, without a file.
-class UsesTest : public EditorTest {
+class UsesTest : public WindowTest {
 protected:
     void OpenWindow(const char* engine) {
-        UseFolder(program, folder.Path());
         LoadEngine(engine);
-        program.fixedUses = LoadFixedUses(program.programFolder, program.engine);
-        window = std::make_unique<frmMain>(program, edits, audio, dialogs);
-        for (const EditorEntry& entry : editorEntries)
-            window->Load(entry.window);
-        window->SetEditBar(true);
-        window->resize(1200, 900);
-        window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        ShowWindow();
     }
-    template <class Widget> Widget& Find(const char* name) { return test::Find<Widget>(*window, name); }
     void Press(QKeyCombination keys) {
         QTest::keyClick(QApplication::focusWidget(), keys.key(), keys.keyboardModifiers());
     }
@@ -47,11 +35,6 @@ protected:
         const auto here = window->Editors().Here();
         return here ? std::to_string(here->index) + " " + Focus() : "nowhere";
     }
-
-    TemporaryFolder folder;
-    Audio audio;
-    FakeDialogs dialogs;
-    std::unique_ptr<frmMain> window;
 };
 
 /// What the dock says: its title, its summary, and its rows.
