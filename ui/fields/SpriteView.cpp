@@ -1,7 +1,6 @@
 #include "ui/fields/SpriteView.h"
 
 #include "patch/NewRecords.h"
-#include "ui/LatinText.h"
 #include "wad/SpriteSides.h"
 
 #include <QKeyEvent>
@@ -9,7 +8,6 @@
 #include <QToolButton>
 
 #include <algorithm>
-#include <cstring>
 
 namespace plinket3 {
 
@@ -21,45 +19,6 @@ constexpr int margin = 2;
 constexpr int tile = 8;          // of the checkerboard
 constexpr int tileStrength = 16; // how much its dark tiles differ from the background, of 255
 constexpr int floorStrength = 110;
-
-QImage ImageOf(const clsBitmap& bitmap) {
-    QImage image(bitmap.Width(), bitmap.Height(), QImage::Format_Indexed8);
-    QList<QRgb> colours;
-    colours.reserve(static_cast<qsizetype>(bitmap.Palette().size()));
-    for (const Colour& colour : bitmap.Palette())
-        colours.append(qRgb(colour.red, colour.green, colour.blue));
-    image.setColorTable(colours);
-    for (int y = 0; y < bitmap.Height(); ++y) // the bitmap's rows run from the bottom to the top
-        std::memcpy(image.scanLine(y),
-                    bitmap.Pixels().data() +
-                        static_cast<std::size_t>(bitmap.Height() - 1 - y) * static_cast<std::size_t>(bitmap.Stride()),
-                    static_cast<std::size_t>(bitmap.Width()));
-    return image;
-}
-
-QImage ImageOf(const GamePicture& picture, std::string_view palette) {
-    clsBitmap colours;
-    colours.setPalette(palette);
-    QImage image(picture.width, picture.height, QImage::Format_ARGB32);
-    std::size_t at = 0;
-    for (int y = 0; y < picture.height; ++y) {
-        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < picture.width; ++x, ++at) {
-            const Colour& colour = colours.Palette()[picture.pixels[at]];
-            row[x] = picture.covered[at] ? qRgb(colour.red, colour.green, colour.blue) : qRgba(0, 0, 0, 0);
-        }
-    }
-    return image;
-}
-
-std::string BytesOf(const LumpResult& lump) { return lump.wad->ReadLumpString(lump.num, longestPictureLump); }
-
-/// Where a picture lump lies about the spot at which a thing stands.
-QRect PlaceOf(std::string_view lump) {
-    const PictureSize size = ReadPictureSize(lump);
-    const PictureOffset offset = ReadPictureOffset(lump);
-    return {-offset.left, -offset.top, size.width, size.height};
-}
 
 } // namespace
 
@@ -116,62 +75,19 @@ QString SpriteView::Show(std::string_view sprite, std::int32_t frame) {
 }
 
 QString SpriteView::Draw() {
-    picture_ = {};
-    place_ = {};
-    missing_.clear();
-    cmdTurnLeft_->hide();
-    cmdTurnRight_->hide();
-    QString lump;
-    if (!sprite_.empty())
-        lump = GamePictures(program_.settings) ? DrawAsInTheGame() : DrawPlain();
-    setAccessibleDescription(missing_);
+    picture_ = sprite_.empty()                   ? SpriteImage()
+               : GamePictures(program_.settings) ? GameSprite(program_, sprite_, frame_, side_)
+                                                 : PlainSprite(program_, sprite_, frame_);
+    cmdTurnLeft_->setVisible(picture_.turns);
+    cmdTurnRight_->setVisible(picture_.turns);
+    setAccessibleDescription(picture_.missing);
     update();
-    return lump;
-}
-
-QString SpriteView::DrawPlain() {
-    const auto lump = ChooseSpriteFrame(program_.wads, sprite_, frame_);
-    const std::string bytes = lump ? BytesOf(*lump) : std::string();
-    clsBitmap bitmap;
-    if (!lump || !DecodePicture(bytes, program_.palette, bitmap))
-        return {};
-    picture_ = ImageOf(bitmap);
-    place_ = PlaceOf(bytes).topLeft();
-    return ShownText(lump->name);
-}
-
-QString SpriteView::DrawAsInTheGame() {
-    const auto side = ChooseSpriteSide(program_.wads, sprite_, frame_, side_);
-    if (!side || !side->allSides) {
-        cmdTurnLeft_->show();
-        cmdTurnRight_->show();
-    }
-    if (!side) {
-        const std::string wanted = SpriteLumpName(sprite_, frame_, side_);
-        if (program_.wads.FindSprite(sprite_, wanted.empty() ? wanted : wanted.substr(sprite_.size())))
-            missing_ = tr("Frame %1 has one lump for all sides and others for each").arg(ShownText(wanted));
-        else if (!wanted.empty())
-            missing_ = tr("%1 is in none of the WADs").arg(ShownText(wanted));
-        return {};
-    }
-    std::optional<GamePicture> picture = ReadGamePicture(BytesOf(side->lump));
-    const QString name = ShownText(side->lump.name);
-    if (!picture) {
-        missing_ = tr("%1 is no picture").arg(name);
-        return {};
-    }
-    if (side->mirrored)
-        picture = Mirrored(*picture);
-    picture_ = ImageOf(*picture, program_.palette);
-    place_ = {-picture->left, -picture->top};
-    return name;
+    return picture_.lump;
 }
 
 QRect SpriteView::PlaceOfState(std::int32_t state) const {
     const StateRecord record = *RecordOrNew(program_.patch.current.states, state);
-    const auto lump =
-        ChooseSpriteFrame(program_.wads, program_.patch.current.SpriteName(record.sprite), record.subnumber & ~litBit);
-    return lump ? PlaceOf(BytesOf(*lump)) : QRect();
+    return PlaceOfSprite(program_, program_.patch.current.SpriteName(record.sprite), record.subnumber & ~litBit);
 }
 
 void SpriteView::Stage(const QRect& stage) {
@@ -205,7 +121,7 @@ void SpriteView::resizeEvent(QResizeEvent*) {
 /// What has to have room, in the picture's pixels: as in the game the floor, too, unless the picture is meant for
 /// another spot, far away.
 QRect SpriteView::ShownStage() const {
-    const QRect picture(place_, picture_.size());
+    const QRect picture(picture_.place, picture_.image.size());
     if (!GamePictures(program_.settings))
         return stage_.isEmpty() ? picture : stage_;
     const QRect stage = stage_.isEmpty() ? picture : stage_ | picture;
@@ -227,10 +143,10 @@ void SpriteView::paintEvent(QPaintEvent*) {
     const bool asInTheGame = GamePictures(program_.settings);
     if (asInTheGame && !sprite_.empty())
         PaintBackground(painter, rect());
-    if (!missing_.isEmpty())
+    if (!picture_.missing.isEmpty())
         painter.drawText(rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
-                         missing_);
-    if (picture_.isNull())
+                         picture_.missing);
+    if (picture_.image.isNull())
         return;
     // Whole device pixels per picture pixel, so that the picture is crisp at every scaling of the desktop.
     const qreal ratio = devicePixelRatioF();
@@ -239,7 +155,7 @@ void SpriteView::paintEvent(QPaintEvent*) {
     const QRect stage = ShownStage();
     const int scale = std::max(1, std::min(room.width() / stage.width(), room.height() / stage.height()));
     const QPoint middle((room.width() - stage.width() * scale) / 2, (room.height() - stage.height() * scale) / 2);
-    const QPoint corner = middle + (place_ - stage.topLeft()) * scale;
+    const QPoint corner = middle + (picture_.place - stage.topLeft()) * scale;
     painter.scale(1 / ratio, 1 / ratio);
     if (asInTheGame) {
         QColor floor = palette().color(QPalette::WindowText);
@@ -247,7 +163,7 @@ void SpriteView::paintEvent(QPaintEvent*) {
         painter.fillRect(0, middle.y() - stage.top() * scale, room.width(), std::max(1, static_cast<int>(ratio)),
                          floor);
     }
-    painter.drawImage(QRect(corner, picture_.size() * scale), picture_);
+    painter.drawImage(QRect(corner, picture_.image.size() * scale), picture_.image);
 }
 
 } // namespace plinket3

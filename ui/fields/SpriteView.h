@@ -1,9 +1,8 @@
 #pragma once
 
 #include "patch/Program.h"
-#include "wad/GamePicture.h"
+#include "ui/fields/SpriteImage.h"
 
-#include <QImage>
 #include <QRect>
 #include <QString>
 #include <QWidget>
@@ -49,9 +48,9 @@ public:
     /// The side that is shown, from 1, the front, to `spriteSides`.
     int Side() const { return side_; }
     /// What is drawn, in the picture's own size; null when nothing is.
-    const QImage& Picture() const { return picture_; }
+    const QImage& Picture() const { return picture_.image; }
     /// Why nothing is drawn, though a sprite is to be shown; empty when there is no reason to tell.
-    const QString& Missing() const { return missing_; }
+    const QString& Missing() const { return picture_.missing; }
     QSize sizeHint() const override { return {160, 160}; }
     QSize minimumSizeHint() const override { return {64, 64}; }
 
@@ -67,9 +66,6 @@ protected:
 private:
     QString Show(std::string_view sprite, std::int32_t frame);
     QString Draw();
-    QString DrawPlain();
-    QString DrawAsInTheGame();
-    void Miss(const QString& why);
     void Turn(int sides);
     QToolButton* NewTurnButton(const char* name, const QString& text, const QString& tip, int sides);
     QRect ShownStage() const;
@@ -79,10 +75,8 @@ private:
     std::string sprite_; // empty: nothing is to be shown
     std::int32_t frame_ = 0;
     int side_ = 1;
-    QImage picture_;
-    QPoint place_; // of its upper left corner on the stage
+    SpriteImage picture_;
     QRect stage_;
-    QString missing_;
     QToolButton *cmdTurnLeft_, *cmdTurnRight_;
 };
 
