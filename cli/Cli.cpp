@@ -2,6 +2,7 @@
 
 #include "cli/Command.h"
 #include "core/Files.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "core/Version.h"
 
@@ -94,7 +95,9 @@ void Require(const Status& status, std::string_view what) {
         throw Refused(std::string(what) + ": " + status.Reason());
 }
 
-void WriteOutput(const std::string& file, std::string_view bytes) { Require(WriteFileAtomically(file, bytes), file); }
+void WriteOutput(const std::string& file, std::string_view bytes) {
+    Require(WriteFileAtomically(PathOf(file), bytes), file);
+}
 
 int RunCli(const std::vector<std::string>& arguments, const std::filesystem::path& programFolder, std::ostream& out,
            std::ostream& err) {
@@ -133,7 +136,7 @@ int RunCli(const std::vector<std::string>& arguments, const std::filesystem::pat
 
     CollectingNotifier notifier;
     Program program(notifier);
-    program.programFolder = data.empty() ? programFolder : std::filesystem::path(data);
+    program.programFolder = data.empty() ? programFolder : PathOf(data);
     std::ostringstream result;
     Run run{given, program, notifier, result, err};
     try {

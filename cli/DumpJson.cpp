@@ -1,4 +1,6 @@
 #include "cli/Command.h"
+
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
 #include "patch/PatchDocument.h"
@@ -157,7 +159,7 @@ void DumpJson(const Program& program, std::ostream& out) {
                            {"name", Utf8(engine.name)},
                            {"version", engine.version},
                            {"extended", engine.dialect.IsExtended()}};
-    Json patchFacts{{"file", program.patch.fileName.string()},
+    Json patchFacts{{"file", PathText(program.patch.fileName)},
                     {"version", program.patch.doomVersion},
                     {"format", program.patch.patchFormat}};
     if (!program.patch.lump.empty())

@@ -1,6 +1,7 @@
 #include "cli/Command.h"
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "patch/EngineChange.h"
 #include "patch/PatchDocument.h"
@@ -34,17 +35,17 @@ void FindEngines(Run& run) {
 
 void RequireEngines(const Program& program) {
     if (program.engines.empty())
-        throw Refused(ConfigFolder(program).string() + ": there are no engine configurations");
+        throw Refused(PathText(ConfigFolder(program)) + ": there are no engine configurations");
 }
 
 std::size_t EngineNamed(const Run& run, const std::string& name) {
     const Program& program = run.program;
     for (const std::string& file : {name, name + ".cfg"}) {
         for (std::size_t i = 0; i < program.engines.size(); ++i)
-            if (program.engines[i].file.filename() == file)
+            if (program.engines[i].file.filename() == PathOf(file))
                 return i;
         for (const std::string& reason : run.skippedEngines)
-            if (reason.starts_with((ConfigFolder(program) / file).string() + ":"))
+            if (reason.starts_with(PathText(ConfigFolder(program) / PathOf(file)) + ":"))
                 throw Refused(reason);
     }
     throw Refused(name + ": there is no such engine; \"plinket3-cli engines\" lists them");
@@ -69,7 +70,7 @@ struct PatchFile {
 
 PatchFile ReadPatchFile(const Run& run, const std::string& file) {
     PatchFile patch;
-    patch.place = PlaceOf(run, file);
+    patch.place = PlaceOf(run, PathOf(file));
     patch.name = patch.place.Name();
     Require(ReadPlace(patch.place, patch.bytes), patch.name);
     const Status scanned = modPatchFiles::ScanHeader(std::string_view(patch.bytes), patch.header);
@@ -95,8 +96,8 @@ void LoadEntry(Run& run, const modConfig::EngineEntry& engine) {
     Program& program = run.program;
     const auto refuse = [&](const std::filesystem::path& file) {
         const std::string reason = run.notifier.Messages().back();
-        const bool named = reason.find(file.string()) != std::string::npos;
-        throw Refused(named ? reason : file.string() + ": " + reason);
+        const bool named = reason.find(PathText(file)) != std::string::npos;
+        throw Refused(named ? reason : PathText(file) + ": " + reason);
     };
     if (engine.configuration != nullptr)
         program.engine = *engine.configuration;
@@ -202,7 +203,7 @@ int Engines(Run& run) {
     for (const std::string& reason : run.skippedEngines)
         Complain(run.err, reason);
     for (const modConfig::EngineEntry& engine : run.program.engines)
-        run.out << engine.file.filename().string() << '\t' << engine.name << '\t' << engine.version << '\t'
+        run.out << PathText(engine.file.filename()) << '\t' << engine.name << '\t' << engine.version << '\t'
                 << (engine.extended ? "extended" : "normal") << '\n';
     return done;
 }
@@ -210,7 +211,7 @@ int Engines(Run& run) {
 int Info(Run& run) {
     PatchFile patch = ReadPatchFile(run, run.arguments.files[0]);
     Header& header = patch.header;
-    header["filename"] = patch.place.file.string();
+    header["filename"] = PathText(patch.place.file);
     for (const std::string_view name : {"patchversion", "engineversion", "engineconfig", "datawad", "iwad", "filename"})
         if (const auto found = header.find(name); found != header.end())
             run.out << name << " = " << Printable(found->second) << '\n';
@@ -365,7 +366,7 @@ int Merge(Run& run) {
     }
     PatchDocument merged;
     Require(MergeIntoDocument(document, ours, defaults, engine, merged), base.name);
-    const PatchPlace out = PlaceOf(run, files.back());
+    const PatchPlace out = PlaceOf(run, PathOf(files.back()));
     Require(WritePlace(out, BytePieces(merged.Bytes()), false, MissingLump::IsAdded), out.Name());
     std::vector<std::string> lines = modPatchDiff::Differences(document.Said(), ours, engine);
     lines.insert(lines.end(), conflicts.begin(), conflicts.end());
@@ -382,14 +383,14 @@ int Table(Run& run) {
     const bool patched = run.arguments.files.size() > 1;
     LoadPatch(run, patched ? run.arguments.files[0] : standardSet);
     const std::string& file = run.arguments.files.back();
-    Require(modTables::SaveTable(run.program, file), file);
+    Require(modTables::SaveTable(run.program, PathOf(file)), file);
     return done;
 }
 
 int Config(Run& run) {
     clsConfiguration configuration;
     const std::string& file = run.arguments.files[0];
-    if (const Status status = configuration.LoadConfiguration(file); !status)
+    if (const Status status = configuration.LoadConfiguration(PathOf(file)); !status)
         throw Refused(status.Reason());
     run.out << configuration.OutputConfiguration("\r\n", !run.arguments.compact);
     return done;
@@ -441,7 +442,7 @@ constexpr std::array patchCommands{
 void LoadPatch(Run& run, const std::string& file) { LoadInto(run, file); }
 
 void SaveTo(Run& run, const std::string& file) {
-    const PatchPlace out = PlaceOf(run, file);
+    const PatchPlace out = PlaceOf(run, PathOf(file));
     Require(modPatchFiles::SavePatch(run.program, out, false, MissingLump::IsAdded), out.Name());
 }
 

@@ -1,6 +1,7 @@
 #include "cli/Command.h"
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "patch/EngineNames.h"
 #include "patch/FreeRecords.h"
@@ -137,7 +138,7 @@ int Copy(Run& run) {
 int Paste(Run& run) {
     const std::vector<std::string>& files = run.arguments.files;
     std::string text;
-    Require(ReadWholeFile(files[1], text), files[1]);
+    Require(ReadWholeFile(PathOf(files[1]), text), files[1]);
     LoadPatch(run, files[0]);
     Program& program = run.program;
     program.fixedUses = LoadFixedUses(program.programFolder, program.engine);

@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "wad/clsBitmap.h"
 
@@ -15,7 +16,7 @@ constexpr char firstFrameLetter = 'A';
 
 std::shared_ptr<clsWad> OpenWad(const std::string& file) {
     auto wad = std::make_shared<clsWad>();
-    wad->OpenWad(file);
+    wad->OpenWad(PathOf(file));
     if (wad->WadFileName().empty())
         throw Refused(file + ": is not a WAD file that can be read");
     return wad;

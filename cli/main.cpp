@@ -1,5 +1,6 @@
 #include "cli/Cli.h"
 #include "core/ProgramFolder.h"
+#include "core/System.h"
 
 #include <iostream>
 #ifdef __GLIBC__
@@ -14,5 +15,6 @@ int main(int argc, char** argv) {
     mallopt(M_TRIM_THRESHOLD, 16 << 20);
 #endif
     std::ios::sync_with_stdio(false);
-    return plinket3::cli::RunCli({argv + 1, argv + argc}, plinket3::ProgramFolder(argv[0]), std::cout, std::cerr);
+    return plinket3::cli::RunCli(plinket3::CommandLineArguments(argc, argv), plinket3::ProgramFolder(argv[0]),
+                                 std::cout, std::cerr);
 }

@@ -1,4 +1,6 @@
 #include "core/Numbers.h"
+
+#include "core/Paths.h"
 #include "core/modConfig.h"
 
 #include <algorithm>
@@ -320,9 +322,9 @@ void ReadEngine(EngineReader& reader, EngineConfiguration& engine) {
 /// `engine` is left as it was after a failure.
 Status ReadConfiguration(const std::filesystem::path& file, const SettingTree& root, EngineConfiguration& engine) {
     EngineConfiguration loaded;
-    loaded.fileName = file.filename().string();
+    loaded.fileName = PathText(file.filename());
     loaded.offsets = engine.offsets; // Kept: a file without "offsets" leaves the former ones. docs/kept-behaviour.md
-    EngineReader reader(file.string(), root);
+    EngineReader reader(PathText(file), root);
     ReadEngine(reader, loaded);
     if (reader.Result())
         engine = std::move(loaded);
@@ -331,7 +333,7 @@ Status ReadConfiguration(const std::filesystem::path& file, const SettingTree& r
 
 bool IsConfiguration(const std::filesystem::directory_entry& entry) {
     std::error_code error;
-    return EqualIgnoringCase(entry.path().extension().string(), ".cfg") && !entry.is_directory(error);
+    return EqualIgnoringCase(PathText(entry.path().extension()), ".cfg") && !entry.is_directory(error);
 }
 
 } // namespace
@@ -356,7 +358,7 @@ std::vector<EngineEntry> EnumerateEngines(const std::filesystem::path& folder,
         const auto root = configuration.Root(true);
         if (!IsOfType(*root, engineType))
             continue;
-        EngineReader reader(file.string(), *root);
+        EngineReader reader(PathText(file), *root);
         reader.Enter("engine");
         EngineEntry engine{file, reader.Text("name"), reader.Whole<std::int16_t>("version"), false};
         if (!reader.Result()) {
@@ -396,7 +398,7 @@ Status LoadIwadDetect(const std::filesystem::path& file, clsConfiguration& iwadD
 }
 
 std::string DetectIwadName(const clsConfiguration& iwadDetect, const std::filesystem::path& iwad) {
-    const SettingValue name = iwadDetect.ReadSetting(ToLower(iwad.stem().string()), std::string(), true);
+    const SettingValue name = iwadDetect.ReadSetting(ToLower(PathText(iwad.stem())), std::string(), true);
     const auto* text = std::get_if<std::string>(&name);
     return text == nullptr ? std::string() : *text;
 }

@@ -1,6 +1,7 @@
 #include "core/Files.h"
 
-#include "core/SystemFiles.h"
+#include "core/Paths.h"
+#include "core/System.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -75,8 +76,8 @@ std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path) {
         std::optional<std::string> best;
         std::filesystem::directory_iterator entry(resolved.empty() ? "." : resolved, error);
         for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-            std::string name = entry->path().filename().string();
-            if (EqualIgnoringCase(name, part.string()) && (!best || name < *best))
+            std::string name = PathText(entry->path().filename());
+            if (EqualIgnoringCase(name, PathText(part)) && (!best || name < *best))
                 best = std::move(name);
         }
         if (!best)

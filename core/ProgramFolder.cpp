@@ -1,6 +1,6 @@
 #include "core/ProgramFolder.h"
 
-#include "core/SystemFiles.h"
+#include "core/System.h"
 
 namespace plinket3 {
 

@@ -1,5 +1,6 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/modConfig.h"
 
 #include <algorithm>
@@ -120,7 +121,7 @@ void RememberSessionIn(SettingTree& root, std::string_view patch, const Settings
 } // namespace
 
 void Settings::CreateDefaults(const std::filesystem::path& documentsFolder) {
-    std::string lastFolder = documentsFolder.string();
+    std::string lastFolder = PathText(documentsFolder);
     const char separator = static_cast<char>(std::filesystem::path::preferred_separator);
     if (lastFolder.size() > 1 && lastFolder.back() == separator)
         lastFolder.pop_back();
@@ -252,7 +253,7 @@ void Settings::PruneRecentFiles() {
         SettingTree kept;
         SettingTree& recent = Structure(root, recentFilesKey);
         for (const auto& [key, value] : recent.Entries())
-            if (FileExists(TextIn(&value)))
+            if (FileExists(PathOf(TextIn(&value))))
                 kept.Set(key, value);
         recent = std::move(kept);
     });

@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -303,7 +304,7 @@ Status clsConfiguration::LoadConfiguration(const std::filesystem::path& FileName
     Status status = ReadWholeFile(FileName, text);
     if (status)
         status = InputConfiguration(text);
-    return status ? status : Status::Failure(FileName.string() + ": " + status.Reason());
+    return status ? status : Status::Failure(PathText(FileName) + ": " + status.Reason());
 }
 
 Status clsConfiguration::InputConfiguration(std::string_view Text) {

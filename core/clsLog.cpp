@@ -1,6 +1,6 @@
 #include "core/clsLog.h"
 
-#include "core/SystemFiles.h"
+#include "core/System.h"
 #include "core/Version.h"
 
 #include <array>

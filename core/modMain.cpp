@@ -1,7 +1,8 @@
 #include "core/modMain.h"
 
 #include "core/Files.h"
-#include "core/SystemFiles.h"
+#include "core/Paths.h"
+#include "core/System.h"
 #include "core/Text.h"
 #include "core/modParse.h"
 
@@ -35,9 +36,9 @@ void OpenSettingsFolder(Environment& environment) {
         std::filesystem::create_directories(environment.settingsFolder, error);
     std::string failure;
     if (error)
-        failure = "create the settings folder " + environment.settingsFolder.string() + ": " + error.message();
+        failure = "create the settings folder " + PathText(environment.settingsFolder) + ": " + error.message();
     else if (Status writable = FolderIsWritable(environment.settingsFolder); !writable)
-        failure = "write into the settings folder " + environment.settingsFolder.string() + ": " + writable.Reason();
+        failure = "write into the settings folder " + PathText(environment.settingsFolder) + ": " + writable.Reason();
     environment.settingsLost = !failure.empty();
     if (environment.settingsLost) {
         environment.notifier.Show(MessageKind::Exclamation,
@@ -47,7 +48,7 @@ void OpenSettingsFolder(Environment& environment) {
     const std::filesystem::path log = environment.settingsFolder / "plinket3.log";
     if (const Status status = environment.log.StartLog(log, false); !status)
         environment.notifier.Show(MessageKind::Exclamation,
-                                  "Could not write the log " + log.string() + ": " + status.Reason());
+                                  "Could not write the log " + PathText(log) + ": " + status.Reason());
 }
 
 } // namespace
@@ -57,7 +58,7 @@ void SaveSettings(Environment& environment) {
     if (status || std::exchange(environment.settingsLost, true))
         return;
     environment.notifier.Show(MessageKind::Exclamation,
-                              "Could not save " + environment.settings.File().string() + ": " + status.Reason());
+                              "Could not save " + PathText(environment.settings.File()) + ": " + status.Reason());
 }
 
 namespace {
@@ -98,13 +99,13 @@ bool OpenFirstPatch(Environment& environment, FrontEnd& frontEnd, const CommandL
             frontEnd.ShowStartup();
             return true;
         }
-        environment.log.Add("Loading patch file " + commandLine.plainArgument.string() + "...");
+        environment.log.Add("Loading patch file " + PathText(commandLine.plainArgument) + "...");
         frontEnd.OpenFile(commandLine.plainArgument);
         return true;
     }
     const std::string typed = modParse::CleanPath(option);
     environment.log.Add("Loading patch file " + typed + "...");
-    const std::filesystem::path file = ResolveIgnoringCase(typed);
+    const std::filesystem::path file = ResolveIgnoringCase(PathOf(typed));
     if (!FileExists(file))
         return Refuse(environment, frontEnd, "Patch file specified on commandline does not exist");
     frontEnd.OpenFile(file);
@@ -122,7 +123,7 @@ CommandLine ReadCommandLine(const std::vector<std::string>& arguments) {
     }
     if (option || arguments.empty() || arguments.front().starts_with('-'))
         return commandLine;
-    return {{}, arguments.front()};
+    return {{}, PathOf(arguments.front())};
 }
 
 bool StartUp(Environment& environment, FrontEnd& frontEnd, const CommandLine& commandLine) {
@@ -159,7 +160,7 @@ bool StartUp(Environment& environment, FrontEnd& frontEnd, const CommandLine& co
     log.Add("Loaing custom fonts...");
     const std::filesystem::path font = environment.programFolder / "resources" / "VeraMono.ttf";
     if (!frontEnd.InstallFont(font))
-        log.Add("Unable to install font " + font.string());
+        log.Add("Unable to install font " + PathText(font));
 
     log.Add("Loading forms...");
     for (const std::string_view window : loadedWindows)

@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <array>
@@ -43,9 +44,9 @@ std::vector<FixedUse> ParseFixedUses(std::string_view bytes, const EngineConfigu
 }
 
 std::vector<FixedUse> LoadFixedUses(const std::filesystem::path& programFolder, const EngineConfiguration& engine) {
-    const std::filesystem::path name = std::filesystem::path(engine.fileName).stem();
+    const std::filesystem::path name = PathOf(engine.fileName).replace_extension(".tsv");
     std::string bytes;
-    if (!ReadWholeFile(programFolder / "uses" / (name.string() + ".tsv"), bytes))
+    if (!ReadWholeFile(programFolder / "uses" / name, bytes))
         return {};
     return ParseFixedUses(bytes, engine);
 }

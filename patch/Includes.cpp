@@ -1,4 +1,5 @@
 #include "core/Files.h"
+#include "core/Paths.h"
 #include "patch/modPatchFiles.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ Status ReadBeside(const std::filesystem::path& patch, std::string name, std::str
     std::error_code error;
     const std::filesystem::path folder =
         std::filesystem::weakly_canonical(std::filesystem::absolute(patch, error).parent_path(), error);
-    const std::filesystem::path wanted(name);
+    const std::filesystem::path wanted = PathOf(name);
     if (error || wanted.is_absolute() || wanted.has_root_name() || name.find(':') != std::string::npos)
         return outside;
     const std::filesystem::path file =

@@ -1,4 +1,6 @@
 #include "core/Text.h"
+
+#include "core/Paths.h"
 #include "patch/PatchDocument.h"
 #include "patch/PatchLines.h"
 #include "patch/modPatchFiles.h"
@@ -94,7 +96,7 @@ Status ScanHeader(const PatchPlace& place, Header& header) {
         return status;
     if (Status status = ScanHeader(std::string_view(bytes), header); !status)
         return status;
-    header["filename"] = place.file.string();
+    header["filename"] = PathText(place.file);
     return {};
 }
 

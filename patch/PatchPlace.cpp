@@ -2,7 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
-#include "core/SystemFiles.h"
+#include "core/System.h"
 #include "core/Text.h"
 #include "wad/WadEdit.h"
 #include "wad/clsWad.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/BytePieces.h"
+#include "core/Paths.h"
 #include "core/Status.h"
 
 #include <cstdint>
@@ -28,7 +29,7 @@ struct PatchPlace {
 
     bool operator==(const PatchPlace&) const = default;
     /// The file, and behind a colon the lump, as messages name it.
-    std::string Name() const { return lump.empty() ? file.string() : file.string() + ":" + lump; }
+    std::string Name() const { return lump.empty() ? PathText(file) : PathText(file) + ":" + lump; }
 };
 
 /// Whether a regular file begins as IWADs and PWADs do.

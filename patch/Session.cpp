@@ -1,6 +1,7 @@
 #include "patch/Session.h"
 
 #include "core/Files.h"
+#include "core/Paths.h"
 #include "patch/modTables.h"
 #include "wad/clsBitmap.h"
 
@@ -53,10 +54,10 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
 
     log.Add("Loading IWAD...");
     WadList wads;
-    const std::shared_ptr<clsWad> iwad = OpenWad(iwads[choice.iwad].path);
+    const std::shared_ptr<clsWad> iwad = OpenWad(PathOf(iwads[choice.iwad].path));
     std::shared_ptr<clsWad> dataWad;
     if (!choice.dataWad.empty()) {
-        const std::filesystem::path file = ResolveIgnoringCase(choice.dataWad);
+        const std::filesystem::path file = ResolveIgnoringCase(PathOf(choice.dataWad));
         if (FileExists(file)) {
             log.Add("Loading data WAD...");
             dataWad = OpenWad(file);

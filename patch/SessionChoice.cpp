@@ -1,6 +1,7 @@
 #include "patch/SessionChoice.h"
 
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "patch/StepNames.h"
 #include "patch/modTables.h"
@@ -153,7 +154,7 @@ EngineAdvice AdviseByLaterFields(const Environment& environment, std::int32_t ve
 
 std::optional<std::size_t> ChooseEngine(const std::vector<modConfig::EngineEntry>& engines, std::string_view named) {
     using Entry = modConfig::EngineEntry;
-    if (const auto byFile = First(engines, [&](const Entry& entry) { return entry.file.filename() == named; }))
+    if (const auto byFile = First(engines, [&](const Entry& entry) { return entry.file.filename() == PathOf(named); }))
         return byFile;
     return First(engines, [&](const Entry& entry) { return entry.name == named; });
 }
@@ -169,7 +170,7 @@ EngineAdvice AdviseEngine(const Environment& environment, const modPatchFiles::H
         return {named, "the patch names it"};
     const std::int32_t version = LeadingInt32(modPatchFiles::HeaderValue(header, "engineversion"));
     const Rules by = rules == RulesSetting::Engine ? Rules::Engine : Rules::Kept;
-    const bool extended = EqualIgnoringCase(file.extension().string(), ".bex");
+    const bool extended = EqualIgnoringCase(PathText(file.extension()), ".bex");
     const bool anyVersion = by == Rules::Engine && !FirstEngineOfVersion(environment.engines, version);
     EngineAdvice best;
     // How well the best one fits; what comes first counts most, and more is better.

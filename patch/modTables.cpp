@@ -2,6 +2,7 @@
 
 #include "core/Bytes.h"
 #include "core/Files.h"
+#include "core/Paths.h"
 #include "patch/Cells.h"
 #include "patch/LabelIndex.h"
 #include "patch/modPatchText.h"
@@ -399,17 +400,17 @@ std::string FormatTable(const PatchSet& set, const Dialect& dialect) {
 }
 
 std::filesystem::path TablePath(const std::filesystem::path& programFolder, const EngineConfiguration& engine) {
-    return ResolveIgnoringCase(programFolder / "tables" / engine.table);
+    return ResolveIgnoringCase(programFolder / "tables" / PathOf(engine.table));
 }
 
 bool LoadTable(Environment& environment, const EngineConfiguration& engine, const std::filesystem::path& file,
                PatchData& patch) {
-    environment.log.Add("  Loading tables from " + file.string() + "...");
+    environment.log.Add("  Loading tables from " + PathText(file) + "...");
     std::string bytes;
     Status status = ReadWholeFile(file, bytes);
     if (!status) {
         environment.notifier.Show(MessageKind::Exclamation,
-                                  "Could not read " + file.string() + ": " + status.Reason() + ".");
+                                  "Could not read " + PathText(file) + ": " + status.Reason() + ".");
         return false;
     }
     PatchSet set;

@@ -1,4 +1,5 @@
 #include "core/ProgramFolder.h"
+#include "core/System.h"
 #include "core/Version.h"
 #include "ui/DarkPalette.h"
 #include "ui/FileDialogs.h"
@@ -66,7 +67,7 @@ int main(int argc, char** argv) {
         ended = true;
         QApplication::exit(); // not quit(), which would ask every window to close first
     });
-    if (!plinket3::modMain::StartUp(program, frontEnd, plinket3::modMain::ReadCommandLine({argv + 1, argv + argc})) ||
+    if (!plinket3::modMain::StartUp(program, frontEnd, plinket3::modMain::ReadCommandLine(plinket3::CommandLineArguments(argc, argv))) ||
         ended)
         return 0;
     return QApplication::exec();

@@ -1,5 +1,6 @@
 #include "wad/IwadSearch.h"
 
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "wad/clsWad.h"
 
@@ -27,7 +28,7 @@ std::vector<std::filesystem::path> FindIwads(const std::vector<std::filesystem::
         std::error_code error;
         for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
              entry.increment(error))
-            if (EqualIgnoringCase(entry->path().extension().string(), ".wad"))
+            if (EqualIgnoringCase(PathText(entry->path().extension()), ".wad"))
                 files.push_back(entry->path());
         std::sort(files.begin(), files.end());
         for (const std::filesystem::path& file : files) {

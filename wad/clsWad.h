@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/SystemFiles.h"
+#include "core/System.h"
 
 #include <array>
 #include <cstddef>

@@ -1,5 +1,6 @@
 #include "wad/modWADList.h"
 
+#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ bool WadList::RegisterWad(std::shared_ptr<clsWad> wad) {
     if (!wad)
         return false;
     const bool known = std::any_of(wads_.begin(), wads_.end(), [&](const std::shared_ptr<clsWad>& other) {
-        return EqualIgnoringCase(other->WadFileName().native(), wad->WadFileName().native());
+        return EqualIgnoringCase(PathText(other->WadFileName()), PathText(wad->WadFileName()));
     });
     if (!known)
         wads_.push_back(std::move(wad));

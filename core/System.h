@@ -7,7 +7,9 @@
 #include <ctime>
 #include <filesystem>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 /// What the program asks of the operating system beyond the standard library, and nothing else does: one file for each
 /// system implements it. The reason of a failure does not name the file.
@@ -48,6 +50,10 @@ Status ReplaceContent(const std::filesystem::path& file, std::span<const std::st
 
 /// Fails when no file can be made in that folder.
 Status FolderIsWritable(const std::filesystem::path& folder);
+
+/// What was typed behind the program's name, as UTF-8 where the system knows characters. `argc` and `argv` are main's.
+/// From then on standard output and input hold the bytes that the program gives and takes, and a console shows UTF-8.
+std::vector<std::string> CommandLineArguments(int argc, char** argv);
 
 /// The file that this process runs; empty when the system does not tell.
 std::filesystem::path RunningProgram();

@@ -1,4 +1,4 @@
-#include "core/SystemFiles.h"
+#include "core/System.h"
 
 #include "core/Numbers.h"
 
@@ -363,6 +363,8 @@ Status ReplaceContent(const std::filesystem::path& file, std::span<const std::st
 Status FolderIsWritable(const std::filesystem::path& folder) {
     return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 ? Status() : SystemFailure();
 }
+
+std::vector<std::string> CommandLineArguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
 
 std::filesystem::path RunningProgram() {
     std::error_code error;
