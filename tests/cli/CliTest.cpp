@@ -7,8 +7,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <sstream>
 
@@ -43,7 +41,7 @@ protected:
     Result Run(const Words& arguments) {
         std::ostringstream out, error;
         const int exit = cli::RunCli(arguments, buildFolder, out, error);
-        return {exit, out.str(), ReplaceAll(error.str(), folder_.Path().string() + "/", "@")};
+        return {exit, out.str(), ReplaceAll(error.str(), (folder_.Path() / "").string(), "@")};
     }
     std::string Place(const std::string& word) const {
         return word.starts_with('@') ? (folder_ / word.substr(1)).string() : word;
@@ -434,22 +432,22 @@ TEST_F(CliTest, TellsOfFramesWithoutAPictureInTheWads) {
 TEST_F(CliTest, ReadsWads) {
     if (!std::filesystem::exists(freedoom2))
         GTEST_SKIP() << "the Debian package freedoom is not installed";
-    const std::string directory = Run("wad " + freedoom2.string()).out;
+    const std::string directory = Run("wad " + freedoom2.generic_string()).out;
     EXPECT_EQ(directory.substr(0, directory.find('\t')), "0");
     EXPECT_NE(directory.find("\tPLAYPAL\t"), std::string::npos);
-    EXPECT_EQ(Run("wad " + freedoom2.string() + " playpal").out.size(), 14U * 768);
-    EXPECT_EQ(Run("wad " + freedoom2.string() + " NONE").exit, cli::no);
-    const Result front = Run("wad --sprite TROO A " + freedoom2.string());
+    EXPECT_EQ(Run("wad " + freedoom2.generic_string() + " playpal").out.size(), 14U * 768);
+    EXPECT_EQ(Run("wad " + freedoom2.generic_string() + " NONE").exit, cli::no);
+    const Result front = Run("wad --sprite TROO A " + freedoom2.generic_string());
     EXPECT_EQ(front.exit, cli::done);
     EXPECT_TRUE(front.out.starts_with("0\t") && front.out.ends_with("\tTROOA1\n")) << front.out;
-    EXPECT_EQ(Run("wad --sprite TROO 0 " + freedoom2.string()).out, front.out);
-    EXPECT_EQ(Run("wad --sprite TROO a " + freedoom2.string()).exit, cli::no);
-    EXPECT_EQ(Run("wad --sprite NONE 0 " + freedoom2.string()).exit, cli::no);
-    ASSERT_EQ(Run("picture TITLEPIC " + freedoom2.string() + " @title.ppm").exit, cli::done);
+    EXPECT_EQ(Run("wad --sprite TROO 0 " + freedoom2.generic_string()).out, front.out);
+    EXPECT_EQ(Run("wad --sprite TROO a " + freedoom2.generic_string()).exit, cli::no);
+    EXPECT_EQ(Run("wad --sprite NONE 0 " + freedoom2.generic_string()).exit, cli::no);
+    ASSERT_EQ(Run("picture TITLEPIC " + freedoom2.generic_string() + " @title.ppm").exit, cli::done);
     const std::string picture = ReadFile(folder_ / "title.ppm");
     EXPECT_TRUE(picture.starts_with("P6\n320 200\n255\n"));
     EXPECT_EQ(picture.size(), 15U + 320 * 200 * 3);
-    EXPECT_EQ(Run("picture NONE " + freedoom2.string() + " @none.ppm").exit, cli::no);
+    EXPECT_EQ(Run("picture NONE " + freedoom2.generic_string() + " @none.ppm").exit, cli::no);
     EXPECT_FALSE(std::filesystem::exists(folder_ / "none.ppm"));
 }
 
@@ -462,7 +460,7 @@ TEST_F(CliTest, ReadsRealPatchesAndItsOwnCopiesOfThemAlikeByTheKeptRules) {
          {std::pair(freedoom1, "boom19"), {freedoom2, "boom19"}, {chexPatch, "ultimate"}}) {
         if (!std::filesystem::exists(file))
             GTEST_SKIP() << "the Debian package of " << file << " is not installed";
-        Write("@in.deh", file == chexPatch ? ReadFile(file) : Run("wad " + file.string() + " DEHACKED").out);
+        Write("@in.deh", file == chexPatch ? ReadFile(file) : Run("wad " + file.generic_string() + " DEHACKED").out);
         const std::string option = std::string(" --rules kept -e ") + engine;
         ASSERT_EQ(Run("convert" + option + " @in.deh @out.deh").exit, cli::done);
         Json in = Dump("--rules kept @in.deh"), out = Dump("--rules kept @out.deh"), standard = Dump(option);
@@ -508,7 +506,7 @@ TEST_F(CliTest, AnswersAndRefusesAsTold) {
                               {"dehacked", start + "Frame 5\nMiss = 1\n"},
                               {"TEXT", "no patch"}}));
     Write("@bad.wad", std::string("PWAD\xff\xff\xff\x7f\xff\xff\xff\x7f", 12) + "x");
-    mkfifo(Place("@fifo").c_str(), 0600);
+    test::MakePipe(Place("@fifo"));
     const std::string config = ReadFile(buildFolder / "config" / "doom19.cfg");
     for (const char* name : {"doom19", "boom19"})
         WriteData(std::string("config/") + name + ".cfg",
@@ -518,7 +516,7 @@ TEST_F(CliTest, AnswersAndRefusesAsTold) {
     WriteData("tables/doom19.tbl", std::string("ETBL\x01\x03\xff\xff\xff\x7f", 10));
 
     const auto relative = [this](const std::string& text) {
-        return ReplaceAll(ReplaceAll(text, folder_.Path().string() + "/", "@"), "\r\n", "\n");
+        return ReplaceAll(ReplaceAll(text, (folder_.Path() / "").string(), "@"), "\r\n", "\n");
     };
     const std::string expected = ReadFile(std::filesystem::path(CASES_FOLDER) / "answers.txt");
     std::istringstream lines(expected);

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <iomanip>
+#include <sstream>
 
 namespace plinket3 {
 namespace {
@@ -14,7 +16,7 @@ using test::WriteFile;
 
 std::tm Afternoon() {
     std::tm time{};
-    strptime("2026-02-03 14:05:09", "%Y-%m-%d %H:%M:%S", &time);
+    std::istringstream("2026-02-03 14:05:09") >> std::get_time(&time, "%Y-%m-%d %H:%M:%S");
     return time;
 }
 

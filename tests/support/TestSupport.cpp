@@ -2,18 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
+#include <random>
+#include <sys/stat.h>
 
 namespace plinket3::test {
 
 TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "plinket3_test_XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    path_ = pattern;
+    std::random_device random;
+    do
+        path_ = std::filesystem::temp_directory_path() / ("plinket3_test_" + std::to_string(random()));
+    while (!std::filesystem::create_directory(path_)); // throws when it cannot
 }
 
 TemporaryFolder::~TemporaryFolder() {
@@ -73,5 +73,16 @@ void WriteFile(const std::filesystem::path& file, std::string_view bytes) {
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     ASSERT_TRUE(stream.good()) << file;
 }
+
+std::size_t EntriesIn(const std::filesystem::path& folder) {
+    using std::filesystem::directory_iterator;
+    return static_cast<std::size_t>(std::distance(directory_iterator(folder), directory_iterator()));
+}
+
+#ifdef _WIN32
+void MakePipe(const std::filesystem::path&) {}
+#else
+void MakePipe(const std::filesystem::path& file) { ASSERT_EQ(mkfifo(file.c_str(), 0600), 0); }
+#endif
 
 } // namespace plinket3::test

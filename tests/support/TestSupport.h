@@ -51,5 +51,8 @@ private:
 
 std::string ReadFile(const std::filesystem::path& file);
 void WriteFile(const std::filesystem::path& file, std::string_view bytes);
+std::size_t EntriesIn(const std::filesystem::path& folder);
+/// A pipe with a name; nothing where the system has none.
+void MakePipe(const std::filesystem::path& file);
 
 } // namespace plinket3::test

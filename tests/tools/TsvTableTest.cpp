@@ -19,7 +19,7 @@ protected:
     }
     /// What was reported, without the folder.
     std::string Reported() const {
-        const std::string folder = file_.parent_path().string() + "/";
+        const std::string folder = (file_.parent_path() / "").string();
         return fault_.Text().starts_with(folder) ? fault_.Text().substr(folder.size()) : fault_.Text();
     }
 

@@ -7,8 +7,6 @@
 
 #include <limits>
 
-#include <sys/stat.h>
-
 namespace plinket3::test {
 namespace {
 
@@ -135,7 +133,7 @@ TEST_F(WadTest, KeepsWhatWasOpenOnlyWhenNothingExistsAtThePath) {
     const std::string valid = WadBytes({{"A", "a"}}, "IWAD");
     WriteFile(folder_ / "lower.wad", "iwad" + valid.substr(4));
     WriteFile(folder_ / "short.wad", "PWA");
-    ASSERT_EQ(mkfifo((folder_ / "pipe.wad").c_str(), 0600), 0);
+    test::MakePipe(folder_ / "pipe.wad");
     for (const std::string_view other : {"lower.wad", "short.wad", "pipe.wad", ""}) {
         SCOPED_TRACE(other);
         Open(valid);
