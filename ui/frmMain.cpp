@@ -568,14 +568,13 @@ void frmMain::UpdateStatus() {
                                       : tr("The patch is read and saved as this program always did; comments and "
                                            "unknown lines are lost.\nClick to read it by engine rules."));
     QString wads = open ? ShownPath(std::filesystem::path(program_.patch.iwadPath).filename()) : QString();
-    if (const std::filesystem::path missing = program_.missingDataWad; !missing.empty())
+    QString paths = open ? ShownPath(program_.patch.iwadPath) : QString();
+    for (const std::filesystem::path missing : program_.missingDataWads) {
         wads += tr(", without %1").arg(ShownPath(missing.filename()));
+        paths += tr("\nThe data WAD %1 could not be opened.").arg(ShownPath(missing));
+    }
     lblIwad_->setText(wads);
-    lblIwad_->setToolTip(!open ? QString()
-                         : program_.missingDataWad.empty()
-                             ? ShownPath(program_.patch.iwadPath)
-                             : tr("%1\nThe data WAD %2 could not be opened.")
-                                   .arg(ShownPath(program_.patch.iwadPath), ShownPath(program_.missingDataWad)));
+    lblIwad_->setToolTip(paths);
 }
 
 void frmMain::RestoreEditor(std::size_t editor) {
