@@ -15,6 +15,8 @@ constexpr std::string_view flashAction = "GunFlashTo";
 
 } // namespace
 
+bool LeadsToItsState(const EngineConfiguration::Action& action) { return action.mnemonic != flashAction; }
+
 std::optional<std::int32_t> StateWalk::Start(std::int32_t state) {
     timesEntered_.clear();
     return Enter(state);
@@ -54,7 +56,7 @@ std::optional<std::int32_t> StateWalk::Enter(std::int32_t state) {
 /// Where the action of a state leads to; absent when it leads nowhere.
 std::optional<std::int32_t> StateWalk::Jump(const StateRecord& state, bool again) const {
     const EngineConfiguration::Action* action = engine_.ActionOf(state.codePointer);
-    if (action == nullptr || action->arguments.empty() || action->mnemonic == flashAction)
+    if (action == nullptr || action->arguments.empty() || !LeadsToItsState(*action))
         return std::nullopt;
     const std::vector<StateArgument> arguments = ArgumentsOf(engine_.dialect, *action);
     std::optional<std::int32_t> target;

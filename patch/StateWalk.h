@@ -9,6 +9,10 @@
 
 namespace plinket3 {
 
+/// Whether the state that an argument of the action names is where the action leads to; another one is for what the
+/// action starts.
+bool LeadsToItsState(const EngineConfiguration::Action& action);
+
 /// Goes through states as a game does: to the state that follows, or to one that an argument of the action names. A
 /// jump that is up to chance, or to something that only a game knows, is not made the first time but the second. Ends
 /// where the states come to an end (state 0), and before a state is entered for the third time.
