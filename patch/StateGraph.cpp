@@ -82,9 +82,10 @@ private:
 
 class GraphMaker {
 public:
-    GraphMaker(const PatchSet& set, const EngineConfiguration& engine, std::span<const FixedUse> fixedUses,
+    GraphMaker(const PatchData& patch, const EngineConfiguration& engine, std::span<const FixedUse> fixedUses,
                std::size_t most)
-        : set_(set), engine_(engine), fixedUses_(fixedUses), most_(most), leads_(set, engine, fixedUses) {}
+        : set_(patch.current), defaults_(patch.defaults), engine_(engine), most_(most),
+          leads_(patch.current, engine, fixedUses) {}
 
     StateGraph Make(RecordKind kind, std::int32_t number) {
         std::vector<std::pair<Cell, Target>> fields;
@@ -128,19 +129,26 @@ private:
         return from.kind == TargetKind::State ? leads_.Of(from.number) : std::vector<Lead>();
     }
 
-    /// States that nothing comes to and that lead here.
+    /// States that nothing comes to and that lead here, without those of which the engine has it so.
     void AddOthers() {
         if (targets_.empty())
             return;
         std::unordered_map<Target, std::vector<Target>, TargetHash> before;
-        const FreeRecords free = FindFree(set_, set_, engine_, fixedUses_, RecordKind::State);
-        for (const std::int32_t state : free.Numbers())
+        const std::vector<std::int32_t> freeBefore = FreeOf(defaults_);
+        for (const std::int32_t state : FreeOf(set_)) {
+            if (std::ranges::binary_search(freeBefore, state) && set_.states[state] == defaults_.states[state])
+                continue;
             for (const Lead& lead : leads_.Of(state))
                 before[lead.to].push_back({TargetKind::State, state});
+        }
         for (std::size_t next = 0; next < targets_.size(); ++next)
             if (const auto found = before.find(targets_[next]); found != before.end())
                 for (const Target& target : found->second)
                     Add(target);
+    }
+
+    std::vector<std::int32_t> FreeOf(const PatchSet& set) const {
+        return FindFree(set, defaults_, engine_, {}, RecordKind::State).Numbers();
     }
 
     void AddEdges(StateGraph& graph) const {
@@ -177,9 +185,8 @@ private:
         }
     }
 
-    const PatchSet& set_;
+    const PatchSet &set_, &defaults_;
     const EngineConfiguration& engine_;
-    std::span<const FixedUse> fixedUses_;
     std::size_t most_;
     Leads leads_;
     std::vector<Target> targets_;
@@ -193,9 +200,9 @@ std::optional<std::size_t> StateGraph::Find(const Target& target) const {
     return found == nodes.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - nodes.begin()));
 }
 
-StateGraph GraphOf(const PatchSet& set, const EngineConfiguration& engine, std::span<const FixedUse> fixedUses,
+StateGraph GraphOf(const PatchData& patch, const EngineConfiguration& engine, std::span<const FixedUse> fixedUses,
                    RecordKind kind, std::int32_t number, std::size_t most) {
-    return GraphMaker(set, engine, fixedUses, most).Make(kind, number);
+    return GraphMaker(patch, engine, fixedUses, most).Make(kind, number);
 }
 
 std::optional<RecordId> NearestUser(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state) {

@@ -39,7 +39,8 @@ struct StateGraph {
         std::size_t node = 0;
         Cell field;
     };
-    std::vector<Node> nodes; // by their distance from the entries; at last those that are not reached but lead here
+    std::vector<Node>
+        nodes; // by their distance from the entries; at last those that lead here but that nothing reaches
     std::vector<Edge> edges; // by the nodes that they come from; none is there twice
     std::vector<Entry> entries;
     std::size_t all = 0; // how many nodes there would be without a limit
@@ -48,8 +49,9 @@ struct StateGraph {
     std::optional<std::size_t> Find(const Target& target) const;
 };
 
-/// That of a thing or weapon, with at most `most` nodes, the nearest ones. Empty for a record that there is not.
-StateGraph GraphOf(const PatchSet& set, const EngineConfiguration& engine, std::span<const FixedUse> fixedUses,
+/// That of a thing or weapon as the patch has it, with at most `most` nodes, the nearest ones. States that lead here
+/// though nothing reaches them are in it where that is the patch's doing. Empty for a record that there is not.
+StateGraph GraphOf(const PatchData& patch, const EngineConfiguration& engine, std::span<const FixedUse> fixedUses,
                    RecordKind kind, std::int32_t number, std::size_t most);
 
 /// The thing or weapon that comes to a state on the shortest way; absent when none does.

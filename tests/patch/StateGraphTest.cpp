@@ -20,7 +20,7 @@ struct GraphEngine {
         fixedUses = LoadFixedUses(DATA_FOLDER, engine);
     }
     StateGraph Of(RecordKind kind, std::int32_t number, std::size_t most = 2000) const {
-        return GraphOf(patch.current, engine, fixedUses, kind, number, most);
+        return GraphOf(patch, engine, fixedUses, kind, number, most);
     }
     StateRecord& State(int number) { return patch.current.states[number]; }
     std::int32_t Action(const char* mnemonic) const { return engine.CodePointerOf(mnemonic).value(); }
