@@ -17,9 +17,11 @@ constexpr std::size_t mostAtOnce = 20'000;
 
 } // namespace
 
+bool LeadsToItsState(const EngineConfiguration::Action& action) { return action.mnemonic != flashAction; }
+
 std::optional<StateJump> JumpOf(const EngineConfiguration& engine, const StateRecord& state) {
     const EngineConfiguration::Action* action = engine.ActionOf(state.codePointer);
-    if (action == nullptr || action->arguments.empty() || action->mnemonic == flashAction)
+    if (action == nullptr || action->arguments.empty() || !LeadsToItsState(*action))
         return std::nullopt;
     std::optional<std::int32_t> target, chance;
     for (const StateArgument& argument : ArgumentsOf(engine.dialect, *action)) {

@@ -10,6 +10,10 @@
 
 namespace plinket3 {
 
+/// Whether the state that an argument of the action names is where the action leads to; another one is for what the
+/// action starts.
+bool LeadsToItsState(const EngineConfiguration::Action& action);
+
 /// That the action of a state leads to another one than the next.
 struct StateJump {
     std::int32_t target = 0;
