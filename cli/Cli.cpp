@@ -33,7 +33,10 @@ void AddOption(CLI::App& app, std::string_view name, Arguments& arguments) {
         option = app.add_option("--iwad", arguments.iwad,
                                 "The IWAD: convert names it in the patch, check looks for pictures in it");
     else if (name == "data-wad")
-        option = app.add_option("--data-wad", arguments.dataWad, "The data WAD, for the same");
+        option = app.add_option("--data-wad", arguments.dataWads,
+                                "A data WAD, for the same; given several times, later ones replace what earlier ones "
+                                "have")
+                     ->allow_extra_args(false); // what follows is a file
     else if (name == "base")
         option = app.add_option("--base", arguments.base,
                                 "The patch from which all others come: only what a PATCH changed in it counts, and "

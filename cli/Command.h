@@ -22,7 +22,8 @@ struct Arguments {
     std::string engine;             // -e
     std::string rules = "auto";     // or "kept" or "engine"
     std::vector<std::string> files; // the plain arguments, in order
-    std::string to, iwad, dataWad, lump, base;
+    std::string to, iwad, lump, base;
+    std::vector<std::string> dataWads;
     bool compact = false, unused = false, fresh = false, withStates = false, free = false, same = false;
     std::optional<std::int32_t> thing, weapon;
     std::vector<std::string> sprite; // name and frame

@@ -1,6 +1,7 @@
 #include "cli/Command.h"
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/PathList.h"
 #include "core/Paths.h"
 #include "core/Text.h"
 #include "patch/EngineChange.h"
@@ -191,7 +192,7 @@ void LoadInto(Run& run, const std::string& file, const PatchFile& other = {}, bo
     if (program.patch.document) // what -e names is no reason to change the file
         program.patch.engineConfig = modPatchFiles::HeaderValue(patch.header, "engineconfig");
     program.patch.iwadPath = modPatchFiles::HeaderValue(patch.header, "iwad");
-    program.patch.dataWadPath = modPatchFiles::HeaderValue(patch.header, "datawad");
+    program.patch.dataWadPaths = SplitPaths(modPatchFiles::HeaderValue(patch.header, "datawad"));
 }
 
 /// The one plain argument of a command that may go without it.
@@ -259,10 +260,9 @@ int Diff(Run& run) {
 
 /// Whether the WADs that are named have a picture; nothing when none is named.
 modPatchCheck::HasPicture PicturesOf(const Run& run) {
-    std::vector<std::string> files;
-    for (const std::string& file : {run.arguments.iwad, run.arguments.dataWad})
-        if (!file.empty())
-            files.push_back(file);
+    std::vector<std::string> files = run.arguments.dataWads;
+    if (!run.arguments.iwad.empty())
+        files.insert(files.begin(), run.arguments.iwad);
     if (files.empty())
         return {};
     return [wads = OpenWads(files)](std::string_view sprite, int frame) { return HasSpriteFrame(wads, sprite, frame); };
@@ -305,8 +305,8 @@ int Convert(Run& run) {
         program.patch.document.reset();
     if (!run.arguments.iwad.empty())
         program.patch.iwadPath = run.arguments.iwad;
-    if (!run.arguments.dataWad.empty())
-        program.patch.dataWadPath = run.arguments.dataWad;
+    if (!run.arguments.dataWads.empty())
+        program.patch.dataWadPaths = run.arguments.dataWads;
     SaveTo(run, run.arguments.files[1]);
     return whole ? done : no;
 }

@@ -1,3 +1,4 @@
+#include "core/PathList.h"
 #include "core/Text.h"
 
 #include "core/Paths.h"
@@ -5,6 +6,7 @@
 #include "patch/PatchLines.h"
 #include "patch/modPatchFiles.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -21,10 +23,18 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> headerKey
 /// What `patch` has for a header line; empty for those that say nothing of the session.
 std::string SessionValue(std::string_view name, const PatchData& patch, bool version) {
     return name == "engineconfig"               ? patch.engineConfig
-           : name == "datawad"                  ? patch.dataWadPath
+           : name == "datawad"                  ? JoinPaths(patch.dataWadPaths)
            : name == "iwad"                     ? patch.iwadPath
            : name == "engineversion" && version ? std::to_string(patch.doomVersion)
                                                 : std::string();
+}
+
+/// Whether both name files of the same names; their folders are a matter of the machine.
+bool SameFiles(std::string_view one, std::string_view other) {
+    return std::ranges::equal(SplitPaths(one), SplitPaths(other),
+                              [](const std::string& left, const std::string& right) {
+                                  return EqualIgnoringCase(FileNameOf(left), FileNameOf(right));
+                              });
 }
 
 } // namespace
@@ -77,8 +87,8 @@ std::optional<std::string> UpdateHeader(const PatchDocument& document, const Pat
         const std::string_view key = Trim(text.substr(0, equals)), old = Trim(text.substr(equals + 1));
         for (const auto& [label, name] : headerKeys) {
             const std::string now = SessionValue(name, patch, version);
-            if (!EqualIgnoringCase(key, label) || EqualIgnoringCase(FileNameOf(now), FileNameOf(old)) || now.empty() ||
-                now != Trim(now) || now.find_first_of("#\r\n") != std::string_view::npos)
+            if (!EqualIgnoringCase(key, label) || SameFiles(now, old) || now.empty() || now != Trim(now) ||
+                now.find_first_of("#\r\n") != std::string_view::npos)
                 continue;
             const std::size_t begin = old.empty() ? equals + 1 : static_cast<std::size_t>(old.data() - text.data());
             updated.append(bytes, done, line.offset + begin - done).append(old.empty() ? " " : "").append(now);

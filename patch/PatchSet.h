@@ -139,7 +139,8 @@ struct PatchData {
     std::int32_t doomVersion = 0, patchFormat = Dialect().patchFormat;
     std::shared_ptr<const PatchDocument> document; // by engine rules: the file as it was opened; null for a new patch
     std::string engineConfig;                      // the configuration's file name without its folder
-    std::string iwadPath, dataWadPath;             // the second one empty when there is none
+    std::string iwadPath;
+    std::vector<std::string> dataWadPaths; // later ones replace what earlier ones have
 };
 
 } // namespace plinket3

@@ -1,3 +1,4 @@
+#include "core/PathList.h"
 #include "core/Text.h"
 #include "core/Version.h"
 #include "patch/EngineNames.h"
@@ -103,8 +104,8 @@ private:
         Line();
         Line("# Info for Plinket3");
         Line("Engine config = ", patch_.engineConfig);
-        if (!patch_.dataWadPath.empty())
-            Line("Data WAD = ", patch_.dataWadPath);
+        if (!patch_.dataWadPaths.empty())
+            Line("Data WAD = ", JoinPaths(patch_.dataWadPaths));
         Line("IWAD = ", patch_.iwadPath);
         Line();
         Line();

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace plinket3 {
 
@@ -16,9 +17,10 @@ struct Session {
     std::vector<FixedUse> fixedUses; // of the engine
     PatchData patch;
     WadList wads;
-    std::shared_ptr<clsWad> iwad, dataWad; // null when there is none
-    std::string palette;                   // the first one of the lump PLAYPAL
-    std::string missingDataWad;            // a data WAD that was wanted and could not be opened
+    std::shared_ptr<clsWad> iwad; // null when there is none
+    std::vector<std::shared_ptr<clsWad>> dataWads;
+    std::string palette;                      // the first one of the lump PLAYPAL
+    std::vector<std::string> missingDataWads; // that were wanted and could not be opened
 };
 
 /// Everything that the process holds: start-up builds one and hands it, or the part that is needed, to all others.

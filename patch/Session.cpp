@@ -24,6 +24,22 @@ std::shared_ptr<clsWad> OpenWad(const std::filesystem::path& file) {
     return wad;
 }
 
+/// Null when there is none.
+std::shared_ptr<clsWad> OpenDataWad(const std::string& path, clsLog& log) {
+    const std::filesystem::path file = ResolveIgnoringCase(PathOf(path));
+    if (!FileExists(file)) {
+        log.Add("WARNING: Unable to load data WAD, file does not exist");
+        return nullptr;
+    }
+    log.Add("Loading data WAD...");
+    auto wad = OpenWad(file);
+    if (wad->WadFileName().empty()) {
+        log.Add("WARNING: Unable to load data WAD, file is not a WAD file");
+        return nullptr;
+    }
+    return wad;
+}
+
 } // namespace
 
 SessionResult LoadSession(Environment& environment, const SessionChoice& choice, Session& session) {
@@ -55,39 +71,33 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
     log.Add("Loading IWAD...");
     WadList wads;
     const std::shared_ptr<clsWad> iwad = OpenWad(PathOf(iwads[choice.iwad].path));
-    std::shared_ptr<clsWad> dataWad;
-    if (!choice.dataWad.empty()) {
-        const std::filesystem::path file = ResolveIgnoringCase(PathOf(choice.dataWad));
-        if (FileExists(file)) {
-            log.Add("Loading data WAD...");
-            dataWad = OpenWad(file);
-            if (dataWad->WadFileName().empty()) {
-                log.Add("WARNING: Unable to load data WAD, file is not a WAD file");
-                dataWad.reset();
-            }
-        } else {
-            log.Add("WARNING: Unable to load data WAD, file does not exist");
-        }
+    std::vector<std::shared_ptr<clsWad>> dataWads;
+    std::vector<std::string> found, missing;
+    for (const std::string& path : choice.dataWads) {
+        std::shared_ptr<clsWad> dataWad = OpenDataWad(path, log);
+        (dataWad ? found : missing).push_back(path);
+        if (dataWad)
+            dataWads.push_back(std::move(dataWad));
     }
 
     log.Add("Registering WAD files...");
     if (!wads.RegisterWad(iwad))
         return Fail(environment, "Unable to register IWAD.");
-    if (dataWad && !wads.RegisterWad(dataWad))
-        return Fail(environment, "Unable to register data WAD.");
+    for (const std::shared_ptr<clsWad>& dataWad : dataWads)
+        if (!wads.RegisterWad(dataWad))
+            return Fail(environment, "Unable to register data WAD.");
     const auto palette = wads.FindLump(paletteLump);
     if (!palette)
         return Fail(environment, "Could not load PLAYPAL lump.");
 
     patch.iwadPath = iwads[choice.iwad].path;
     // Kept: a data WAD that is not there is not named in the saved patch. docs/kept-behaviour.md
-    patch.dataWadPath = dataWad ? choice.dataWad : std::string();
+    patch.dataWadPaths = engine.dialect.EngineRules() ? choice.dataWads : std::move(found);
     std::string colours = palette->wad->ReadLumpString(palette->num, clsBitmap::paletteSize);
     log.Add("  Loaded PLAYPAL lump");
-    std::string missing = dataWad ? std::string() : choice.dataWad;
     std::vector<FixedUse> fixedUses = LoadFixedUses(environment.programFolder, engine);
-    session = {std::move(engine),  std::move(fixedUses), std::move(patch),  std::move(wads), iwad,
-               std::move(dataWad), std::move(colours),   std::move(missing)};
+    session = {std::move(engine),   std::move(fixedUses), std::move(patch),  std::move(wads), iwad,
+               std::move(dataWads), std::move(colours),   std::move(missing)};
     environment.settings.Number("lastConfig", static_cast<std::int32_t>(choice.engine));
     environment.settings.Number("lastIWAD", static_cast<std::int32_t>(choice.iwad));
     return SessionResult::Loaded;

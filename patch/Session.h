@@ -11,9 +11,9 @@ namespace plinket3 {
 
 /// What a patch is edited against, as the user chose it.
 struct SessionChoice {
-    std::size_t engine = 0; // place in `Environment::engines`
-    std::size_t iwad = 0;   // place in the list of known IWADs
-    std::string dataWad;    // its path as typed; empty for none
+    std::size_t engine = 0;            // place in `Environment::engines`
+    std::size_t iwad = 0;              // place in the list of known IWADs
+    std::vector<std::string> dataWads; // paths as typed; later ones replace what earlier ones have
     // "Doom version" of the patch that is opened; -1 for a new one, and by engine rules, for which it decides nothing
     std::int32_t version = -1;
     Rules rules = Rules::Kept;
@@ -29,7 +29,7 @@ enum class SessionResult {
     Failed        // a message was shown
 };
 
-/// Loads engine configuration, engine table, IWAD, data WAD and palette into `session`, in this order, and logs each
+/// Loads engine configuration, engine table, IWAD, data WADs and palette into `session`, in this order, and logs each
 /// step. The patch is then the engine's own data. Remembers engine and IWAD in the settings. The open session of
 /// `program` is not touched: whoever opens a patch puts `session` in its place when everything has worked.
 [[nodiscard]] SessionResult LoadSession(Environment& environment, const SessionChoice& choice, Session& session);

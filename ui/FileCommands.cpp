@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/PathList.h"
 #include "patch/RulesChoice.h"
 #include "patch/Session.h"
 #include "patch/SessionChoice.h"
@@ -238,7 +239,8 @@ void FileCommands::AddRecent(const std::filesystem::path& file) {
     program_.settings.AddRecentFile(file.string());
     const PatchData& patch = program_.patch;
     if (program_.engine.dialect.EngineRules()) // else the header says it
-        program_.settings.RememberSession(Place().Name(), {patch.engineConfig, patch.iwadPath, patch.dataWadPath});
+        program_.settings.RememberSession(Place().Name(),
+                                          {patch.engineConfig, patch.iwadPath, JoinPaths(patch.dataWadPaths)});
     // At once, since this run may end without its shut-down. There it is tried again, and a failure is told.
     static_cast<void>(program_.settings.Save());
     emit RecentFilesChanged();
@@ -350,7 +352,7 @@ bool FileCommands::GoOnWith(const RecoveredPatch& recovered) {
     const auto iwad = ChooseIwad(program_.settings.Iwads(), recovered.iwadPath);
     Session session;
     if (!engine || !iwad ||
-        LoadSession(program_, {*engine, *iwad, recovered.dataWadPath, -1, recovered.rules}, session) !=
+        LoadSession(program_, {*engine, *iwad, recovered.dataWadPaths, -1, recovered.rules}, session) !=
             SessionResult::Loaded ||
         !ApplyRecovered(recovered, session)) {
         program_.notifier.Show(MessageKind::Exclamation,

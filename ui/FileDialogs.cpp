@@ -61,6 +61,14 @@ QString QtFileDialogs::OpenFile(const QString& title, const QString& filter) {
                                                  ToolkitFilter(filter)));
 }
 
+QStringList QtFileDialogs::OpenFiles(const QString& title, const QString& filter) {
+    const QStringList files = QFileDialog::getOpenFileNames(
+        FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)), ToolkitFilter(filter));
+    if (!files.isEmpty())
+        Remember(files.constFirst());
+    return files;
+}
+
 QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, const QString& proposed) {
     QFileDialog dialog(FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)), ToolkitFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);

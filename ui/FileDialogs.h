@@ -17,6 +17,8 @@ public:
     virtual ~FileDialogs() = default;
     /// `filter` in the form "Name (*.ext)|*.ext|...". Empty when nothing was chosen.
     virtual QString OpenFile(const QString& title, const QString& filter) = 0;
+    /// The same for one or several files.
+    virtual QStringList OpenFiles(const QString& title, const QString& filter) = 0;
     /// The same for a file to write, which is asked about when it exists. `proposed` is where the dialog starts.
     virtual QString SaveFile(const QString& title, const QString& filter, const QString& proposed) = 0;
     /// A line of text; empty when the user cancels.
@@ -31,6 +33,7 @@ class QtFileDialogs : public FileDialogs {
 public:
     QtFileDialogs(Settings& settings, Notifier& notifier) : settings_(settings), notifier_(notifier) {}
     QString OpenFile(const QString& title, const QString& filter) override;
+    QStringList OpenFiles(const QString& title, const QString& filter) override;
     QString SaveFile(const QString& title, const QString& filter, const QString& proposed) override;
     QString AskText(const QString& title, const QString& prompt, const QString& start, Characters characters) override;
     int Choose(const QString& title, const QString& prompt, const QStringList& rows) override;

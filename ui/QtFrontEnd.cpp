@@ -90,9 +90,11 @@ bool QtFrontEnd::CloseIwad() {
 }
 
 bool QtFrontEnd::CloseDataWad() {
-    if (!program_.dataWad)
+    if (program_.dataWads.empty())
         return false;
-    Close(program_.wads, program_.dataWad);
+    for (std::shared_ptr<clsWad>& wad : program_.dataWads)
+        Close(program_.wads, wad);
+    program_.dataWads.clear();
     return true;
 }
 

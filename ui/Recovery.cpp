@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/PathList.h"
 #include "core/clsConfiguration.h"
 #include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
@@ -116,7 +117,7 @@ std::optional<RecoveredPatch> Split(std::string_view bytes) {
     recovered.lump = TextOf(*root, "lump");
     recovered.engineConfig = TextOf(*root, "engineConfig");
     recovered.iwadPath = TextOf(*root, "iwad");
-    recovered.dataWadPath = TextOf(*root, "dataWad");
+    recovered.dataWadPaths = SplitPaths(TextOf(*root, "dataWad"));
     recovered.named = NumberOf(*root, "named") != 0;
     recovered.rules = NumberOf(*root, "engineRules") != 0 ? Rules::Engine : Rules::Kept;
     bytes.remove_prefix(static_cast<std::size_t>(length));
@@ -195,7 +196,7 @@ Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine,
     root->Set("engineRules", engine.dialect.EngineRules() ? 1 : 0);
     root->Set("engineConfig", patch.engineConfig);
     root->Set("iwad", patch.iwadPath);
-    root->Set("dataWad", patch.dataWadPath);
+    root->Set("dataWad", JoinPaths(patch.dataWadPaths));
     if (stamp) {
         root->Set("fileTime", std::to_string(stamp->time.time_since_epoch().count()));
         root->Set("fileSize", std::to_string(stamp->size));

@@ -18,7 +18,8 @@ namespace plinket3 {
 
 /// Unsaved work of a run that ended without its shut-down.
 struct RecoveredPatch {
-    std::string fileName, lump, engineConfig, iwadPath, dataWadPath;
+    std::string fileName, lump, engineConfig, iwadPath;
+    std::vector<std::string> dataWadPaths;
     bool named = false;
     Rules rules = Rules::Kept;
     std::string document; // by engine rules the file as it was opened; empty for a new patch

@@ -2,6 +2,7 @@
 
 #include "core/Files.h"
 #include "core/Numbers.h"
+#include "core/PathList.h"
 #include "patch/RulesChoice.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
@@ -10,7 +11,6 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -19,8 +19,6 @@
 namespace plinket3 {
 
 namespace {
-
-constexpr const char* wadFilter = "WAD files (*.wad)|*.wad|All files (*.*)|*.*";
 
 constexpr int keptRow = 0, engineRow = 1; // of the rules
 
@@ -38,14 +36,13 @@ void SelectRemembered(QComboBox& list, std::int32_t index) {
 } // namespace
 
 frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* parent)
-    : QDialog(parent), environment_(environment), dialogs_(dialogs), cmbEngines_(new QComboBox),
-      cmbIwads_(new QComboBox), txtDataWad_(new QLineEdit), cmbRules_(new QComboBox),
+    : QDialog(parent), environment_(environment), cmbEngines_(new QComboBox), cmbIwads_(new QComboBox),
+      dataWads_(new DataWadList(dialogs)), cmbRules_(new QComboBox),
       lblNoIwad_(new QLabel(tr("No IWAD is known yet."))), lblEngineReason_(new QLabel), lblRulesReason_(new QLabel),
       cmdOptions_(NewButton("cmdOptions", tr("A&dd IWADs..."))) {
     setObjectName(QStringLiteral("frmNewFile"));
     cmbEngines_->setObjectName(QStringLiteral("cmbEngines"));
     cmbIwads_->setObjectName(QStringLiteral("cmbIWADs"));
-    txtDataWad_->setObjectName(QStringLiteral("txtDataWAD"));
     cmbRules_->setObjectName(QStringLiteral("cmbRules"));
     lblRulesReason_->setObjectName(QStringLiteral("lblRulesReason"));
     lblEngineReason_->setObjectName(QStringLiteral("lblEngineReason"));
@@ -59,14 +56,6 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     for (QComboBox* list : {cmbEngines_, cmbIwads_, cmbRules_})
         list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
 
-    auto* cmdBrowse = NewButton("cmdBrowseDataWAD", tr("&Browse..."));
-    auto* dataWad = new QHBoxLayout;
-    dataWad->addWidget(txtDataWad_, 1);
-    dataWad->addWidget(cmdBrowse);
-    txtDataWad_->setPlaceholderText(tr("none"));
-    txtDataWad_->setClearButtonEnabled(true);
-    txtDataWad_->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
-
     auto* iwad = new QHBoxLayout;
     iwad->addWidget(cmbIwads_, 1);
     iwad->addWidget(lblNoIwad_, 1);
@@ -77,15 +66,13 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     form->addRow(tr("&Engine:"), cmbEngines_);
     form->addRow(QString(), lblEngineReason_);
     form->addRow(tr("&IWAD:"), iwad);
-    form->addRow(tr("Data &WAD:"), dataWad);
+    form->addRow(tr("Data &WADs:"), dataWads_);
     form->addRow(tr("&Rules:"), cmbRules_);
     form->addRow(QString(), lblRulesReason_);
-    for (const auto& [field, layout] : {std::pair<QWidget*, QLayout*>{cmbIwads_, iwad}, {txtDataWad_, dataWad}})
-        if (auto* label = qobject_cast<QLabel*>(form->labelForField(layout)))
-            label->setBuddy(field);
+    if (auto* label = qobject_cast<QLabel*>(form->labelForField(iwad)))
+        label->setBuddy(cmbIwads_);
     cmbEngines_->setAccessibleName(tr("Engine"));
     cmbIwads_->setAccessibleName(tr("IWAD"));
-    txtDataWad_->setAccessibleName(tr("Data WAD"));
     cmbRules_->setAccessibleName(tr("Rules"));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
@@ -98,7 +85,6 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     layout->addStretch();
     layout->addWidget(buttons);
 
-    connect(cmdBrowse, &QPushButton::clicked, this, &frmNewFile::Browse);
     connect(cmdOptions_, &QPushButton::clicked, this, [this] {
         emit OptionsWanted();
         FillIwads();
@@ -183,7 +169,7 @@ void frmNewFile::SetNewFile() {
     rulesChosen_ = false;
     FillLists();
     version_ = -1;
-    txtDataWad_->clear();
+    dataWads_->Files({});
     advice_ = {};
     ShowEngineReason();
     ProposeRules();
@@ -213,7 +199,7 @@ void frmNewFile::SelectConfig(const PatchToOpen& patch) {
         ProposeEngine(RecommendEngine(environment_, header, patch.bytes, patch.place.file, last,
                                       RulesSettingIn(environment_.settings)));
     }
-    txtDataWad_->setText(ShownPath(modPatchFiles::HeaderValue(header, "datawad")));
+    dataWads_->Files(SplitPaths(modPatchFiles::HeaderValue(header, "datawad")));
     ProposeRules();
     setWindowTitle(
         tr("File settings of %1").arg(ShownPath(PatchPlace(patch.place.file.filename(), patch.place.lump).Name())));
@@ -226,17 +212,11 @@ std::optional<Session> frmNewFile::Choose() {
     return std::exchange(session_, std::nullopt);
 }
 
-void frmNewFile::Browse() {
-    const QString file = dialogs_.OpenFile(tr("Select a WAD file"), QString::fromLatin1(wadFilter));
-    if (!file.isEmpty())
-        txtDataWad_->setText(file);
-}
-
 void frmNewFile::LoadAndClose() {
     SessionChoice choice;
     choice.engine = static_cast<std::size_t>(cmbEngines_->currentIndex());
     choice.iwad = static_cast<std::size_t>(cmbIwads_->currentIndex());
-    choice.dataWad = StoredPath(txtDataWad_->text()).string();
+    choice.dataWads = dataWads_->Files();
     choice.rules = cmbRules_->currentIndex() == engineRow ? Rules::Engine : Rules::Kept;
     choice.version = choice.rules == Rules::Engine ? -1 : version_;
     const auto& engines = environment_.engines;

@@ -2,6 +2,7 @@
 
 #include "patch/Session.h"
 #include "patch/SessionChoice.h"
+#include "ui/DataWadList.h"
 #include "ui/FileDialogs.h"
 #include "ui/PatchToOpen.h"
 
@@ -11,12 +12,11 @@
 
 class QComboBox;
 class QLabel;
-class QLineEdit;
 class QPushButton;
 
 namespace plinket3 {
 
-/// Asks what a patch is edited against - engine, IWAD, data WAD - and by which rules, and loads it.
+/// Asks what a patch is edited against - engine, IWAD, data WADs - and by which rules, and loads it.
 class frmNewFile : public QDialog {
     Q_OBJECT
 public:
@@ -43,12 +43,10 @@ private:
     void ShowEngineReason();
     void ProposeRules();
     void LoadAndClose();
-    void Browse();
 
     Environment& environment_;
-    FileDialogs& dialogs_;
     QComboBox *cmbEngines_, *cmbIwads_;
-    QLineEdit* txtDataWad_;
+    DataWadList* dataWads_;
     QComboBox* cmbRules_;
     QLabel *lblNoIwad_, *lblEngineReason_, *lblRulesReason_;
     QPushButton *cmdOptions_, *cmdAccept_;

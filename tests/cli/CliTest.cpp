@@ -334,8 +334,14 @@ TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
               "Patch File for DeHackEd v3.0\r\n# Created with Plinket3 0.99 build 245 beta\r\n\r\n"
               "# General version information\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n# Info for Plinket3\r\n"
               "Engine config = doom19.cfg\r\nData WAD = my.wad\r\nIWAD = doom2.wad\r\n\r\n\r\n");
-    ASSERT_EQ(Run("convert -e doom19 @out.deh @again.deh").exit, cli::done); // keeps what the header says
-    EXPECT_EQ(ReadFile(folder_ / "again.deh"), ReadFile(folder_ / "out.deh"));
+    for (const std::string wads : {"--data-wad a.wad --data-wad b.wad", ""}) { // without, as the header says
+        ASSERT_EQ(Run("convert -e doom19 " + wads + " @out.deh @again.deh").exit, cli::done);
+        EXPECT_EQ(ReadFile(folder_ / "again.deh"),
+                  wads.empty() ? ReadFile(folder_ / "out.deh")
+                               : ReplaceAll(ReadFile(folder_ / "out.deh"), "my.wad", "\"a.wad\" \"b.wad\""));
+        ASSERT_EQ(Run("convert -e doom19 @again.deh @third.deh").exit, cli::done);
+        EXPECT_EQ(ReadFile(folder_ / "third.deh"), ReadFile(folder_ / "again.deh"));
+    }
 }
 
 TEST_F(CliTest, TakesAPatchOverToAnotherEngineAndTellsWhatThatCannotHold) {
@@ -422,6 +428,7 @@ TEST_F(CliTest, TellsOfFramesWithoutAPictureInTheWads) {
         "29: warning: \"SHTF = GONE\" makes Shotgun come to frame 31, which shows GONEB: the WADs "
         "have no such picture\n";
     EXPECT_EQ(check("--iwad @i.wad --data-wad @d.wad"), others);
+    EXPECT_EQ(check("--data-wad @i.wad --data-wad @d.wad"), others);
     EXPECT_EQ(check("--data-wad @i.wad"),
               "17: warning: \"Sprite number = 0\" makes Zombieman come to frame 4003, which shows "
               "TROOA: the WADs have no such picture\n" +

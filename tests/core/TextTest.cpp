@@ -1,5 +1,6 @@
 #include "core/Text.h"
 #include "core/Numbers.h"
+#include "core/PathList.h"
 #include "core/modParse.h"
 
 #include <gtest/gtest.h>
@@ -25,6 +26,24 @@ TEST(Text, OnlyAsciiLettersHaveAnotherCase) {
     EXPECT_TRUE(EqualIgnoringCase("Doom.WAD", "dOOM.wad"));
     EXPECT_FALSE(EqualIgnoringCase("\xc4", "\xe4"));
     EXPECT_FALSE(EqualIgnoringCase("doom", "doom2"));
+}
+
+TEST(Text, SeveralPathsStandInQuotes) {
+    const struct {
+        const char* text;
+        std::vector<std::string> paths;
+    } rows[]{{"", {}},
+             {"/my mods/a.wad", {"/my mods/a.wad"}},
+             {"\"a.wad\" \"b c.wad\"", {"a.wad", "b c.wad"}},
+             {"\"a.wad\"", {"\"a.wad\""}},
+             {"\"a\" b", {"\"a\" b"}},
+             {"\"a\" \"b", {"\"a\" \"b"}},
+             {"\"", {"\""}}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(SplitPaths(row.text), row.paths) << row.text;
+        EXPECT_EQ(JoinPaths(row.paths), row.text);
+    }
+    EXPECT_EQ(SplitPaths("\"a\"\"b\"   \"c\""), (std::vector<std::string>{"a", "b", "c"}));
 }
 
 TEST(Text, ControlCharactersArePrintedAsEscapes) {

@@ -520,13 +520,13 @@ TEST(PatchDocumentTest, KeepsTheLinesOfTheSessionUpToDate) {
                            engine, patch.defaults, patch.current)
                     .status);
     patch.document = document;
-    patch.engineConfig = "new.cfg", patch.iwadPath = "/games/doom2.wad", patch.dataWadPath = "/home/my.wad";
+    patch.engineConfig = "new.cfg", patch.iwadPath = "/games/doom2.wad", patch.dataWadPaths = {"/home/my.wad"};
     BytePieces bytes;
     ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
     EXPECT_EQ(bytes.Joined(),
               "engine config =new.cfg # mine\r\nIWAD= /games/doom2.wad\r\nData WAD = C:\\wads\\My.wad\r\n"
               "# IWAD = x\r\n\r\n[STRINGS]\r\nIWAD = no\r\n");
-    patch.engineConfig.clear(), patch.iwadPath = "a#b", patch.dataWadPath = "\nx";
+    patch.engineConfig.clear(), patch.iwadPath = "a#b", patch.dataWadPaths = {"\nx"};
     ASSERT_TRUE(modPatchFiles::FormatForSaving(patch, engine, bytes));
     EXPECT_EQ(bytes.Joined(), document->Bytes());
 }

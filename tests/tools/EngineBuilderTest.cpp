@@ -231,7 +231,7 @@ public:
         std::filesystem::copy(dataFolder / "engines", folder_ / "engines", std::filesystem::copy_options::recursive);
     }
     const std::filesystem::path& Path() const { return folder_.Path(); }
-    std::filesystem::path Table(std::string_view table) const { return folder_ / "engines" / table; }
+    std::filesystem::path Table(std::string_view table) const { return (folder_ / "engines" / table).make_preferred(); }
 
     /// Replaces the first `what` of a table; an empty `what` stands for the whole file.
     void Replace(std::string_view table, std::string_view what, std::string_view by) const {

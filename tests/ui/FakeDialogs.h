@@ -17,6 +17,10 @@ public:
     void Expect(std::string title, std::string answer) { expected_.push_back({std::move(title), std::move(answer)}); }
 
     QString OpenFile(const QString& title, const QString& filter) override { return Answer(title, filter); }
+    /// The answer holds paths with "|" between them.
+    QStringList OpenFiles(const QString& title, const QString& filter) override {
+        return Answer(title, filter).split(QLatin1Char('|'), Qt::SkipEmptyParts);
+    }
     QString SaveFile(const QString& title, const QString& filter, const QString&) override {
         return Answer(title, filter);
     }

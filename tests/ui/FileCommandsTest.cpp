@@ -46,7 +46,7 @@ protected:
             return std::nullopt;
         Session session;
         const bool checked = patch != nullptr && rules == Rules::Kept;
-        const SessionChoice choice{EngineAt(engine), 0, dataWad, checked ? 19 : -1, rules};
+        const SessionChoice choice{EngineAt(engine), 0, dataWads, checked ? 19 : -1, rules};
         if (LoadSession(program, choice, session) != SessionResult::Loaded)
             return std::nullopt;
         return session;
@@ -82,7 +82,8 @@ protected:
     test::FakeDialogs dialogs;
     std::unique_ptr<Recovery> recovery;
     std::unique_ptr<FileCommands> commands;
-    std::string engine = "doom19", dataWad;
+    std::string engine = "doom19";
+    std::vector<std::string> dataWads;
     Rules rules = Rules::Kept;
     bool sessionCancelled = false;
     int sessionsAsked = 0;
@@ -169,22 +170,41 @@ TEST_F(FileCommandsTest, AFailedSessionLeavesTheFormerOneUsable) {
 }
 
 TEST_F(FileCommandsTest, ASaveNamesTheDataWadOnlyIfItWasThere) {
-    WriteFile(folder / "data.wad", PaletteWad("PWAD"));
-    for (const bool there : {true, false}) {
-        dataWad = (folder / (there ? "data.wad" : "gone.wad")).string();
-        const std::string mine = Open("mine.deh", std::string(normalPatch) + "Data WAD = " + dataWad + "\n");
+    for (const char* name : {"data.wad", "more.wad"})
+        WriteFile(folder / name, PaletteWad("PWAD"));
+    const std::string data = (folder / "data.wad").string(), more = (folder / "more.wad").string();
+    const struct {
+        Rules rules;
+        std::vector<std::string> wads;
+        std::string line, saved;
+    } rows[]{{Rules::Kept, {data}, data, data},
+             {Rules::Kept, {"/gone.wad"}, "/gone.wad", ""},
+             {Rules::Kept, {data, "/gone.wad", more}, "", '"' + data + "\" \"" + more + '"'},
+             {Rules::Engine, {data, "/gone.wad"}, "\"x/DATA.WAD\"  \"gone.wad\"", "\"x/DATA.WAD\"  \"gone.wad\""},
+             {Rules::Engine, {more, data}, "\"data.wad\" \"more.wad\"", '"' + more + "\" \"" + data + '"'}};
+    for (const auto& row : rows) {
+        dataWads = row.wads;
+        rules = row.rules;
+        const std::string mine = Open("mine.deh", std::string(normalPatch) + "Data WAD = " + row.line + "\n");
         Edit();
         EXPECT_TRUE(commands->Save());
-        EXPECT_EQ(ReadFile(mine).find("Data WAD = " + dataWad) != std::string::npos, there);
+        modPatchFiles::Header header;
+        ASSERT_TRUE(modPatchFiles::ScanHeader(ReadFile(mine), header));
+        EXPECT_EQ(modPatchFiles::HeaderValue(header, "datawad"), row.saved);
     }
 }
 
-TEST_F(FileCommandsTest, DataWadPaletteReplacesTheIwads) {
+TEST_F(FileCommandsTest, TheLastDataWadsPaletteReplacesTheOthers) {
     WriteFile(folder / "Data.wad", PaletteWad("PWAD", 'c'));
-    dataWad = (folder / "data.WAD").string(); // another case than on disk
-    Open("mine.deh", normalPatch);
-    EXPECT_EQ(program.palette, std::string(768, 'c'));
-    EXPECT_EQ(program.wads.Count(), 2U);
+    WriteFile(folder / "more.wad", PaletteWad("PWAD", 'd'));
+    const std::string data = (folder / "data.WAD").string(), more = (folder / "more.wad").string(); // another case
+    for (const char last : {'c', 'd'}) {
+        dataWads = last == 'c' ? std::vector{more, data} : std::vector{data, std::string("/gone.wad"), more};
+        Open("mine.deh", normalPatch);
+        EXPECT_EQ(program.palette, std::string(768, last));
+        EXPECT_EQ(program.wads.Count(), 3U);
+    }
+    EXPECT_EQ(program.missingDataWads, std::vector<std::string>{"/gone.wad"});
 }
 
 TEST_F(FileCommandsTest, AsksBeforeChangesAreLost) {

@@ -300,17 +300,36 @@ TEST_F(MainWindowTest, UndoAndRedoNameTheirStepAndArePatchsAlsoWhileATextFieldHa
     EXPECT_EQ(hitPoints.text(), "7");
 }
 
+QStringList Rows(const QListWidget& list) {
+    QStringList rows;
+    for (int row = 0; row < list.count(); ++row)
+        rows << list.item(row)->text();
+    return rows;
+}
+
 TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNamesOrHolds) {
     program.settings.AddIwad("Doom II", "/elsewhere/doom2.wad");
     const struct {
-        const char *file, *lines, *engine, *reason, *iwad, *dataWad;
-    } rows[]{{"mine.bex", "Engine config = mbf19.cfg\nIWAD = FREEDOOM\nData WAD = /x/data.wad\n",
-              "MBF 2.03 (Doom version 19) (recommended)", "Proposed: the patch names it.", "Freedoom (recommended)",
-              "/x/data.wad"},
-             {"mine.deh", "Text 4 4\nTROOABCD\n", "Doom and Doom II 1.9",
-              "Proposed: it has a use for the most lines of the patch.", "Freedoom", ""},
-             {"new.deh", "Thing 1\nMelee range = 9\n", "MBF21 ports (Doom version 21)",
-              "Proposed: it sets Melee range.", "Freedoom", ""}};
+        const char *file, *lines, *engine, *reason, *iwad;
+        QStringList dataWads;
+    } rows[]{{"mine.bex",
+              "Engine config = mbf19.cfg\nIWAD = FREEDOOM\nData WAD = \"/x/data.wad\" \"/y.wad\"\n",
+              "MBF 2.03 (Doom version 19) (recommended)",
+              "Proposed: the patch names it.",
+              "Freedoom (recommended)",
+              {"/x/data.wad", "/y.wad"}},
+             {"mine.deh",
+              "Text 4 4\nTROOABCD\n",
+              "Doom and Doom II 1.9",
+              "Proposed: it has a use for the most lines of the patch.",
+              "Freedoom",
+              {}},
+             {"new.deh",
+              "Thing 1\nMelee range = 9\n",
+              "MBF21 ports (Doom version 21)",
+              "Proposed: it sets Melee range.",
+              "Freedoom",
+              {}}};
     for (const auto& row : rows) {
         test::WriteFile(folder / row.file,
                         std::string("Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n") + row.lines);
@@ -323,12 +342,43 @@ TEST_F(MainWindowTest, SessionDialogRecommendsWhatThePatchNamesOrHolds) {
             QTest::keyClick(&engines, engines.currentIndex() == 0 ? Qt::Key_Down : Qt::Key_Up);
             EXPECT_FALSE(reason.isVisible()) << "another engine was chosen";
             EXPECT_EQ(dialog.findChild<QComboBox*>("cmbIWADs")->currentText(), row.iwad);
-            EXPECT_EQ(dialog.findChild<QLineEdit*>("txtDataWAD")->text(), row.dataWad);
+            EXPECT_EQ(Rows(*dialog.findChild<QListWidget*>("lstDataWADs")), row.dataWads);
             QTest::mouseClick(dialog.findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
         });
         window->Commands().openFile(folder / row.file);
     }
     EXPECT_EQ(Caption(), "Plinket3");
+}
+
+TEST_F(MainWindowTest, DataWadsAreListedInTheOrderInWhichTheyAreLoaded) {
+    const ModalDriver driver("frmNewFile", [this](QDialog& dialog) {
+        auto& files = *dialog.findChild<QListWidget*>("lstDataWADs");
+        const auto press = [&dialog](const char* button) {
+            QTest::mouseClick(dialog.findChild<QPushButton*>(button), Qt::LeftButton);
+        };
+        dialogs.Expect("Select WAD files", "/a.wad|/b.wad|/c.wad");
+        press("cmdAddDataWAD");
+        EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdDownDataWAD")->isEnabled());
+        press("cmdUpDataWAD");
+        EXPECT_EQ(Rows(files), QStringList({"/a.wad", "/c.wad", "/b.wad"}));
+        files.setFocus();
+        QTest::keyClick(&files, Qt::Key_Up, Qt::AltModifier);
+        EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdUpDataWAD")->isEnabled());
+        QTest::keyClick(&files, Qt::Key_Down);
+        QTest::keyClick(&files, Qt::Key_Delete);
+        EXPECT_EQ(Rows(files), QStringList({"/c.wad", "/b.wad"}));
+        dialogs.Expect("Select WAD files", "/c.wad|/d.wad");
+        press("cmdAddDataWAD");
+        QTest::keyClick(&files, Qt::Key_F2);
+        QTest::keyClicks(files.findChild<QLineEdit*>(), "/e.wad");
+        QTest::keyClick(files.findChild<QLineEdit*>(), Qt::Key_Return);
+        QApplication::processEvents(); // the path goes into its row later
+        EXPECT_EQ(Rows(files), QStringList({"/c.wad", "/b.wad", "/e.wad"}));
+        press("cmdAccept");
+    });
+    program.settings.Number("patchRules", static_cast<int>(RulesSetting::Engine));
+    window->Commands().createNewFile();
+    EXPECT_EQ(program.patch.dataWadPaths, (std::vector<std::string>{"/c.wad", "/b.wad", "/e.wad"}));
 }
 
 TEST_F(MainWindowTest, APatchIsTakenOverToAnotherEngine) {
