@@ -9,6 +9,7 @@
 #include "ui/Audio.h"
 #include "ui/EditorSet.h"
 #include "ui/FindDock.h"
+#include "ui/graph/StateGraphDock.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -29,6 +30,7 @@ using namespace plinket3;
 
 constexpr int repetitions = 9;
 constexpr int manyRows = 1000;
+constexpr int graphStates = 500, runOfGraph = 20;
 constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000, modernStates = 7'400;
 
 /// Prints the median of the times that `act` takes until its outcome is on the screen; `prepare` goes before each.
@@ -60,6 +62,21 @@ void GiveArguments(PatchSet& set, const EngineConfiguration& engine, std::size_t
         state.codePointer = actions[next++ % actions.size()];
         for (const StateArgument& argument : table.Of(state.codePointer))
             SetValue(state, fieldTable<StateRecord>[static_cast<std::size_t>(argument.field)], 2);
+    }
+}
+
+/// Makes `graphStates` states that follow each other in runs, each of which leads back into itself and jumps to the
+/// next.
+void MakeRuns(PatchSet& set, const EngineConfiguration& engine) {
+    const std::int32_t jump = engine.CodePointerOf("JumpIfHealthBelow").value_or(0);
+    for (std::int32_t number = 1500; number < 1500 + graphStates; ++number) {
+        StateRecord& state = set.states[number];
+        state.sprite = 0;
+        state.duration = 4;
+        const bool ends = number % runOfGraph == runOfGraph - 1;
+        state.nextState = ends ? number - runOfGraph + 1 : number + 1;
+        state.codePointer = ends ? jump : 0;
+        SetValue(state, FieldOf(&StateRecord::arg1), number + 1);
     }
 }
 
@@ -109,6 +126,24 @@ int main(int argc, char** argv) {
         "select", [&] { select(1); }, [&] { select(manyRows); });
     Measure(
         "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
+
+    MakeRuns(program.patch.current, program.engine);
+    editors.Load("frmEditThings");
+    editors.Show(0, true);
+    editors.ShowRecord(RecordKind::Thing, 0);
+    StateGraphDock graph(program, edits, editors, dialogs);
+    graph.resize(1000, 800);
+    graph.show();
+    const Cell death{RecordKind::Thing, 0, RowOf(&ThingRecord::deathState)};
+    Measure(
+        "graph", [&] { edits.Store(death, 0); },
+        [&] {
+            edits.Store(death, 1500);
+            QApplication::processEvents(); // the graph waits for the end of what changes at a time
+        });
+    graph.hide();
+    edits.Clear();
+    editors.Show(1, true);
 
     FindDock dock({program, edits, editors});
     auto& anything = *dock.findChild<QLineEdit*>("txtFind");

@@ -1,6 +1,7 @@
 #include "bench/BenchFiles.h"
 #include "core/Files.h"
 #include "patch/FreeRecords.h"
+#include "patch/GraphLayout.h"
 #include "patch/NewRecords.h"
 #include "patch/Problems.h"
 #include "patch/Uses.h"
@@ -58,6 +59,34 @@ void FindFreeStates(benchmark::State& state) {
             state.SkipWithError("free states were not found");
 }
 BENCHMARK(FindFreeStates)->Unit(benchmark::kMillisecond);
+
+/// A monster of so many states in runs of 20, each of which jumps into others.
+void LayOutStates(benchmark::State& state) {
+    const auto count = static_cast<std::int32_t>(state.range(0));
+    ModernPatch patch;
+    PatchData data;
+    data.defaults = patch.defaults;
+    data.current = patch.set;
+    const std::int32_t jump = patch.engine.CodePointerOf("JumpIfHealthBelow").value_or(0);
+    for (std::int32_t number = firstState; number < firstState + count; ++number) {
+        StateRecord& each = data.current.states[number];
+        each.duration = 4;
+        if (number % 20 == 0)
+            each.nextState = number - 15;
+        if (number % 5 != 0)
+            continue;
+        each.codePointer = jump;
+        SetValue(each, FieldOf(&StateRecord::arg1), number + 1 < firstState + count ? number + 1 : firstState);
+    }
+    data.current.states[firstState + count - 1].nextState = 0;
+    data.current.things[0].deathState = firstState;
+    for ([[maybe_unused]] auto once : state) {
+        const StateGraph graph = GraphOf(data, patch.engine, patch.fixedUses, RecordKind::Thing, 0, 2000);
+        if (LayOut(graph, {}).routes.size() < static_cast<std::size_t>(count))
+            state.SkipWithError("states are missing");
+    }
+}
+BENCHMARK(LayOutStates)->Arg(500)->Arg(1900)->Unit(benchmark::kMillisecond);
 
 /// With the copy that the window makes, of the patch as it is when its file has been opened and one value was edited.
 void FindProblems(benchmark::State& state) {

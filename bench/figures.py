@@ -39,6 +39,7 @@ JOBS = [
     ("open freedoom2.wad", "OpenWad", "ReadDirectoryFloor", 3),
     ("find what uses a thing among 11,400 states", "FindUses", 20, 1),
     ("find the free ones of 11,400 states", "FindFreeStates", 20, 1),
+    ("lay out the graph of 500 out of 11,400 states", "LayOutStates/500", 200, 1),
     ("find the problems of a patch of 7,400 states", "FindProblems", 60, 1),
 ]
 FLOORS = {"SplitLinesFloor": "splitting its lines", "CopyLinesFloor": "copying its lines",
@@ -50,6 +51,7 @@ LISTS = [
     ("4,000 states: a letter in the filter", "filter", 50),
     ("4,000 states: select 1,000 rows", "select", 50),
     ("4,000 states: type a value into 1,000 rows", "edit", 50),
+    ("500 states: show their graph", "graph", 200),
     ("7,400 states: a letter in Find", "modern anything", 50),
     ("50,000 states: a letter in Find", "anything", 50),
     ("50,000 states with arguments: a letter in the filter", "find arguments", 50),

@@ -52,13 +52,13 @@ void PaintArrow(QPainter& painter, const QPolygonF& corners, const QPen& pen) {
     PaintPath(painter, Rounded(corners), DirectionAtEnd(corners), pen);
 }
 
-GraphArrow::GraphArrow(EdgeKind kind, QString words, const GraphStyle& style) : kind_(kind), style_(style) {
-    setToolTip(std::move(words));
+GraphArrow::GraphArrow(EdgeKind kind, const QString& words, const GraphStyle& style) : kind_(kind), style_(style) {
+    setToolTip(words);
 }
 
-void GraphArrow::Draw(QPainterPath path, double direction) {
+void GraphArrow::Draw(const QPainterPath& path, double direction) {
     prepareGeometryChange();
-    path_ = std::move(path);
+    path_ = path;
     direction_ = direction;
 }
 
@@ -73,7 +73,7 @@ void GraphArrow::Between(const QRectF& from, const QRectF& to) {
     const QPointF away = forward ? QPointF(bend, 0) : QPointF(0, -bend);
     QPainterPath path(begin);
     path.cubicTo(begin + away, forward ? end - away : end + away, end);
-    Draw(std::move(path), forward ? 0 : 90);
+    Draw(path, forward ? 0 : 90);
 }
 
 void GraphArrow::IsStrong(bool strong) {

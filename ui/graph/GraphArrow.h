@@ -15,7 +15,7 @@ void PaintArrow(QPainter& painter, const QPolygonF& corners, const QPen& pen);
 class GraphArrow : public QGraphicsItem {
 public:
     /// `style` must outlive the arrow.
-    GraphArrow(EdgeKind kind, QString words, const GraphStyle& style);
+    GraphArrow(EdgeKind kind, const QString& words, const GraphStyle& style);
 
     /// Along these corners, ...
     void Along(const QPolygonF& corners);
@@ -29,7 +29,7 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:
-    void Draw(QPainterPath path, double direction);
+    void Draw(const QPainterPath& path, double direction);
 
     EdgeKind kind_;
     const GraphStyle& style_;

@@ -7,7 +7,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace plinket3 {
@@ -16,7 +15,6 @@ namespace {
 
 constexpr double corner = 5, currentWidth = 3, frameWidth = 1;
 constexpr double endLength = 9, endHeight = 10; // the mark of what ends: a stroke that leads to a bar
-constexpr double largestScale = 2;              // of a picture
 
 } // namespace
 
@@ -83,9 +81,8 @@ void GraphBox::PaintPicture(QPainter& painter) {
         picture_ = makePicture_();
     if (picture_->isNull())
         return;
-    double scale = std::min(room.width() / picture_->width(), room.height() / picture_->height());
-    if (scale >= 1)
-        scale = std::min(std::floor(scale), largestScale);
+    // Never larger than they are, so that one can be set against another.
+    const double scale = std::min({1.0, room.width() / picture_->width(), room.height() / picture_->height()});
     painter.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1);
     QRectF place(QPointF(), QSizeF(picture_->size()) * scale);
     place.moveCenter(room.center());

@@ -48,13 +48,16 @@ public:
     Sheet& operator=(const Sheet&) = delete;
 
     QSizeF Size() const { return size_; }
-    void Paint(QPainter& painter) {
-        painter.fillRect(QRectF(QPointF(), size_), Style().canvas);
+    QRectF Whole() const { return {QPointF(), size_}; }
+    /// Of the graph only what lies in `part`.
+    void Paint(QPainter& painter, const QRectF& part) {
+        painter.fillRect(Whole(), Style().canvas);
         painter.setFont(Style().bold);
         painter.setPen(Style().text);
         painter.drawText(QRectF(margin, margin, drawn_.width(), Style().line), Qt::AlignLeft, title_);
         const QRectF place(QPointF(margin, margin + titleHeight_), drawn_.size());
-        scene_.render(&painter, place, drawn_);
+        if (const QRectF shown = place & part; !shown.isEmpty())
+            scene_.render(&painter, shown, shown.translated(drawn_.topLeft() - place.topLeft()));
         painter.translate(place.bottomLeft());
         PaintLegend(&painter, scene_.Graph(), Style(), drawn_.width());
     }
@@ -80,7 +83,7 @@ QByteArray SvgOf(Sheet& sheet, const QString& title) {
     generator.setSize(sheet.Size().toSize());
     generator.setViewBox(QRectF(QPointF(), sheet.Size()));
     QPainter painter(&generator);
-    sheet.Paint(painter);
+    sheet.Paint(painter, sheet.Whole());
     painter.end();
     return buffer.data();
 }
@@ -94,7 +97,7 @@ QByteArray PngOf(Sheet& sheet) {
         return {};
     QPainter painter(&image);
     painter.scale(scale, scale);
-    sheet.Paint(painter);
+    sheet.Paint(painter, sheet.Whole());
     painter.end();
     QBuffer buffer;
     return image.save(&buffer, "PNG") ? buffer.data() : QByteArray();
@@ -132,7 +135,8 @@ bool PrintGraph(GraphScene& scene, const QString& title, QPrinter& printer) {
             painter.save();
             painter.translate(-column * page.width(), -row * page.height());
             painter.scale(scale, scale);
-            sheet.Paint(painter);
+            sheet.Paint(painter, QRectF(column * page.width() / scale, row * page.height() / scale,
+                                        page.width() / scale, page.height() / scale));
             painter.restore();
         }
     return painter.end();

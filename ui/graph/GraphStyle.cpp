@@ -6,7 +6,7 @@ namespace plinket3 {
 
 namespace {
 
-constexpr int linesOfPicture = 4, linesOfText = 2, charactersOfLine = 17;
+constexpr int linesOfPicture = 4, linesOfText = 2, charactersOfLine = 19;
 constexpr double lineWidth = 1.4;
 
 QColor Between(const QColor& one, const QColor& other, double share) {
