@@ -72,7 +72,7 @@ std::vector<std::string> DataWadList::Files() const {
     std::vector<std::string> paths;
     for (int row = 0; row < lstFiles_->count(); ++row)
         if (const QString path = lstFiles_->item(row)->text(); !path.isEmpty())
-            paths.push_back(StoredPath(path).string());
+            paths.push_back(path.toStdString());
     return paths;
 }
 

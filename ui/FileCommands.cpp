@@ -133,10 +133,10 @@ std::optional<PatchPlace> FileCommands::PlaceIn(const std::filesystem::path& fil
 void FileCommands::BeginPatchIn(const PatchPlace& place) {
     if (const Status status = IsWritableWad(place.file); !status) {
         program_.notifier.Show(MessageKind::Exclamation,
-                               place.file.string() + " holds no patch, and none can be added: " + status.Reason());
+                               PathText(place.file) + " holds no patch, and none can be added: " + status.Reason());
         return;
     }
-    if (program_.notifier.Ask(place.file.string() + " holds no patch. Do you want to add one?", Buttons::YesNo) !=
+    if (program_.notifier.Ask(PathText(place.file) + " holds no patch. Do you want to add one?", Buttons::YesNo) !=
         Answer::Yes)
         return;
     std::optional<Session> session = sessionDialog_(nullptr);
@@ -186,7 +186,7 @@ bool FileCommands::Save() {
     const std::filesystem::path file = program_.patch.fileName;
     const std::optional<FileStamp> now = ChangedStamp();
     asked_ = now;
-    if (now && program_.notifier.Ask("The file " + file.string() +
+    if (now && program_.notifier.Ask("The file " + PathText(file) +
                                          " was changed by another program. Do you want to overwrite it?",
                                      Buttons::NoYes) != Answer::Yes)
         return false;
@@ -208,7 +208,7 @@ std::filesystem::path FileCommands::AskForPatchFile(const QString& title) {
     if (!IsWad(file))
         return file;
     program_.notifier.Show(MessageKind::Exclamation,
-                           file.string() + " is a WAD. File, Put into WAD... puts the patch into it.");
+                           PathText(file) + " is a WAD. File, Put into WAD... puts the patch into it.");
     return {};
 }
 
@@ -228,7 +228,7 @@ void FileCommands::PutIntoWad() {
         return;
     }
     if (!FindPatchLumps(place.file).empty() &&
-        program_.notifier.Ask(place.file.string() + " holds a patch already. Do you want to replace it?",
+        program_.notifier.Ask(PathText(place.file) + " holds a patch already. Do you want to replace it?",
                               Buttons::NoYes) != Answer::Yes)
         return;
     if (Write(place))
@@ -236,7 +236,7 @@ void FileCommands::PutIntoWad() {
 }
 
 void FileCommands::AddRecent(const std::filesystem::path& file) {
-    program_.settings.AddRecentFile(file.string());
+    program_.settings.AddRecentFile(PathText(file));
     const PatchData& patch = program_.patch;
     if (program_.engine.dialect.EngineRules()) // else the header says it
         program_.settings.RememberSession(Place().Name(),
@@ -282,7 +282,7 @@ void FileCommands::SaveTable() {
         return;
     if (const Status status = modTables::SaveTable(program_, StoredPath(file)); !status)
         program_.notifier.Show(MessageKind::Exclamation,
-                               "Could not save " + StoredPath(file).string() + ": " + status.Reason());
+                               "Could not save " + file.toStdString() + ": " + status.Reason());
     else
         emit StatusText(tr("Saved the table %1").arg(file));
 }
@@ -292,7 +292,7 @@ bool FileCommands::MayClose() {
         recovery_.Forget(); // what it may hold was undone
         return true;
     }
-    switch (program_.notifier.Ask("The file " + program_.patch.fileName.string() +
+    switch (program_.notifier.Ask("The file " + PathText(program_.patch.fileName) +
                                       " has been changed. Do you want to save it?",
                                   Buttons::YesNoCancel)) {
     case Answer::Yes:
@@ -311,7 +311,7 @@ bool FileCommands::OfferRecovery() {
             program_.notifier.Show(MessageKind::Exclamation,
                                    "Plinket3 did not end as it should. The file with its unsaved changes is damaged "
                                    "and stays as " +
-                                       recovery_.PutAway(work.file).string() + ".");
+                                       PathText(recovery_.PutAway(work.file)) + ".");
             continue;
         }
         if (!recovery_.Take(work.file))
@@ -339,7 +339,7 @@ bool FileCommands::OpenKept(const KeptWork& work) {
         return false;
     if (const Status taken = recovery_.Take(work.file); !taken) {
         program_.notifier.Show(MessageKind::Exclamation,
-                               "Could not open " + work.file.string() + ": " + taken.Reason());
+                               "Could not open " + PathText(work.file) + ": " + taken.Reason());
         return false;
     }
     const bool opened = GoOnWith(*work.patch);
@@ -358,7 +358,7 @@ bool FileCommands::GoOnWith(const RecoveredPatch& recovered) {
         program_.notifier.Show(MessageKind::Exclamation,
                                "The unsaved changes do not fit the engine configurations and IWADs that are there now. "
                                "They stay in " +
-                                   recovery_.SetAside().string() + "; File, Recovered work... opens them.");
+                                   PathText(recovery_.SetAside()) + "; File, Recovered work... opens them.");
         return false;
     }
     Adopt(std::move(session));
@@ -404,7 +404,7 @@ void FileCommands::CheckFileOnDisk() {
     asked_ = now; // a save asks once more before it overwrites that file
     const bool unsaved = program_.patch.changed;
     std::string question =
-        "The file " + program_.patch.fileName.string() + " was changed by another program. Do you want to reload it? ";
+        "The file " + PathText(program_.patch.fileName) + " was changed by another program. Do you want to reload it? ";
     if (unsaved || edits_.CanUndo())
         question +=
             unsaved ? "That gives up your unsaved changes and all undo steps. " : "That gives up all undo steps. ";

@@ -52,7 +52,7 @@ int QtFileDialogs::Choose(const QString& title, const QString& prompt, const QSt
 
 QString QtFileDialogs::Remember(const QString& file) {
     if (!file.isEmpty())
-        settings_.Text(lastFolderKey, StoredPath(QFileInfo(file).absolutePath()).string());
+        settings_.Text(lastFolderKey, QFileInfo(file).absolutePath().toStdString());
     return file;
 }
 
@@ -81,7 +81,7 @@ QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, con
         if (!HasEnding(file))
             file += QLatin1Char('.') + FirstSuffix(filter);
         if (!QFileInfo::exists(file) ||
-            notifier_.Ask("The file " + StoredPath(file).string() + " exists already. Do you want to overwrite it?",
+            notifier_.Ask("The file " + file.toStdString() + " exists already. Do you want to overwrite it?",
                           Buttons::NoYes) == Answer::Yes)
             return Remember(file);
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Paths.h"
+
 #include <QString>
 
 #include <filesystem>
@@ -21,7 +23,7 @@ QString ShownStart(std::string_view text);
 
 inline std::string StoredText(const QString& text) { return text.toLatin1().toStdString(); }
 
-inline QString ShownPath(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
-inline std::filesystem::path StoredPath(const QString& path) { return path.toStdString(); }
+inline QString ShownPath(const std::filesystem::path& path) { return QString::fromStdString(PathText(path)); }
+inline std::filesystem::path StoredPath(const QString& path) { return PathOf(path.toStdString()); }
 
 } // namespace plinket3

@@ -79,7 +79,7 @@ void QtFrontEnd::OpenFile(const std::filesystem::path& file) {
         Main().Commands().openFile(file);
     else
         program_.notifier.Show(MessageKind::Information,
-                               file.string() + " was not opened, because the unsaved changes are open now.");
+                               PathText(file) + " was not opened, because the unsaved changes are open now.");
 }
 
 bool QtFrontEnd::CloseIwad() {

@@ -190,7 +190,7 @@ Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine,
     clsConfiguration texts;
     const auto root = texts.Root(true);
     root->Set("type", std::string(recoveryType));
-    root->Set("fileName", patch.fileName.string());
+    root->Set("fileName", PathText(patch.fileName));
     root->Set("lump", patch.lump);
     root->Set("named", patch.named ? 1 : 0);
     root->Set("engineRules", engine.dialect.EngineRules() ? 1 : 0);
@@ -260,7 +260,7 @@ std::vector<KeptWork> Recovery::Kept(bool alsoPutAway) const {
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::filesystem::path& file = entry->path();
         const int place = PlaceOf(file);
-        const bool putAway = file.filename().string().starts_with("recovery-") && file.extension() == putAwayEnding;
+        const bool putAway = PathText(file.filename()).starts_with("recovery-") && file.extension() == putAwayEnding;
         const bool leftBehind = place >= 0 && place != place_;
         if (!(leftBehind || (putAway && alsoPutAway)) || !FileExists(file) || (leftBehind && !LockAt(place)))
             continue;

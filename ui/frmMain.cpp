@@ -575,7 +575,7 @@ void frmMain::UpdateStatus() {
                                            "but what you changed.\nClick to read the patch by the kept rules.")
                                       : tr("The patch is read and saved as this program always did; comments and "
                                            "unknown lines are lost.\nClick to read it by engine rules."));
-    QString wads = open ? ShownPath(std::filesystem::path(program_.patch.iwadPath).filename()) : QString();
+    QString wads = open ? ShownPath(PathOf(program_.patch.iwadPath).filename()) : QString();
     QString paths = open ? ShownPath(program_.patch.iwadPath) : QString();
     for (const std::filesystem::path missing : program_.missingDataWads) {
         wads += tr(", without %1").arg(ShownPath(missing.filename()));

@@ -98,7 +98,7 @@ void frmManual::Open(const QString& page) {
         environment_.programFolder / "manual" / StoredPath(name.section(QLatin1Char('#'), 0, 0));
     if (!FileExists(file)) {
         environment_.notifier.Show(MessageKind::Exclamation,
-                                   "The manual could not be opened: " + file.string() + " is not there.");
+                                   "The manual could not be opened: " + PathText(file) + " is not there.");
         return;
     }
     QUrl url = QUrl::fromLocalFile(ShownPath(file));

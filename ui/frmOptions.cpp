@@ -37,7 +37,7 @@ constexpr int iwadsTab = 1;
 constexpr std::string_view usualGames[]{"freedoom2", "doom2", "doom"};
 
 std::ptrdiff_t Rank(const std::filesystem::path& iwad) {
-    return std::ranges::find(usualGames, ToLower(iwad.stem().string())) - std::begin(usualGames);
+    return std::ranges::find(usualGames, ToLower(PathText(iwad.stem()))) - std::begin(usualGames);
 }
 
 } // namespace
@@ -184,13 +184,13 @@ void frmOptions::AddIwad() {
         environment_.notifier.Show(MessageKind::Exclamation, "Selected WAD file is not an IWAD.");
         return;
     }
-    const std::string base = path.stem().string();
+    const std::string base = PathText(path.stem());
     const QString name = dialogs_.AskText(
         QStringLiteral("Enter name"), QStringLiteral("Enter a name for %1.").arg(ShownPath(base)),
         ShownPath(modConfig::DetectIwadName(environment_.iwadDetect, path)), FileDialogs::Characters::Any);
     if (name.isEmpty())
         return;
-    environment_.settings.AddIwad(StoredPath(name).string(), path.string());
+    environment_.settings.AddIwad(name.toStdString(), PathText(path));
     FillIwads();
 }
 
@@ -208,7 +208,7 @@ std::vector<std::filesystem::path> frmOptions::UsualFolders() const {
         "/usr/share/games/doom", "/usr/local/share/games/doom", "/usr/share/doom",
         StoredPath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) / "games" / "doom"};
     if (const std::vector<Settings::Iwad> iwads = environment_.settings.Iwads(); !iwads.empty())
-        folders.push_back(std::filesystem::path(iwads.back().path).parent_path());
+        folders.push_back(PathOf(iwads.back().path).parent_path());
     return folders;
 }
 
@@ -217,22 +217,22 @@ void frmOptions::FindIwads() {
     const std::vector<Settings::Iwad> known = environment_.settings.Iwads();
     std::vector<frmFindIwads::Found> found;
     for (const std::filesystem::path& file : plinket3::FindIwads(folders)) {
-        if (std::any_of(known.begin(), known.end(), [&](const auto& iwad) { return iwad.path == file.string(); }))
+        if (std::any_of(known.begin(), known.end(), [&](const auto& iwad) { return iwad.path == PathText(file); }))
             continue;
         std::string name = modConfig::DetectIwadName(environment_.iwadDetect, file);
-        found.emplace_back(name.empty() ? file.stem().string() : std::move(name), file);
+        found.emplace_back(name.empty() ? PathText(file.stem()) : std::move(name), file);
     }
     // The first IWAD of the list is the one that is proposed for the first patch.
     std::ranges::stable_sort(found, {}, [](const frmFindIwads::Found& iwad) { return Rank(iwad.second); });
     if (found.empty()) {
         std::string text = "No further IWADs were found. These folders were looked into:\n";
         for (const std::filesystem::path& folder : folders)
-            text += "\n" + folder.string();
+            text += "\n" + PathText(folder);
         environment_.notifier.Show(MessageKind::Information, text);
         return;
     }
     for (const auto& [name, path] : frmFindIwads(found, this).Choose())
-        environment_.settings.AddIwad(name, path.string());
+        environment_.settings.AddIwad(name, PathText(path));
     FillIwads();
     if (lvwIwads_->topLevelItemCount() > 0)
         cmdAccept_->setFocus(); // what comes next

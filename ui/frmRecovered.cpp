@@ -89,7 +89,7 @@ void frmRecovered::Delete() {
                       Buttons::NoYes) != Answer::Yes)
         return;
     if (const Status deleted = recovery_.Delete(work.file); !deleted)
-        notifier_.Show(MessageKind::Exclamation, "Could not delete " + work.file.string() + ": " + deleted.Reason());
+        notifier_.Show(MessageKind::Exclamation, "Could not delete " + PathText(work.file) + ": " + deleted.Reason());
     Fill();
 }
 

@@ -107,7 +107,7 @@ QByteArray PngOf(Sheet& sheet) {
 
 Status ExportGraph(GraphScene& scene, const QString& title, const std::filesystem::path& file) {
     Sheet sheet(scene, title);
-    const bool pixels = QString::fromStdString(file.extension().string()).toLower() == QStringLiteral(".png");
+    const bool pixels = QString::fromStdString(PathText(file.extension())).toLower() == QStringLiteral(".png");
     const QByteArray bytes = pixels ? PngOf(sheet) : SvgOf(sheet, title);
     if (bytes.isEmpty())
         return Status::Failure("There is not enough memory for a picture of this size.");

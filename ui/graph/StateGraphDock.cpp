@@ -227,7 +227,7 @@ void StateGraphDock::Export() {
     if (file.isEmpty())
         return;
     if (const Status status = ExportGraph(*scene_, windowTitle(), StoredPath(file)); !status)
-        program_.notifier.Show(MessageKind::Exclamation, StoredPath(file).string() + ": " + status.Reason());
+        program_.notifier.Show(MessageKind::Exclamation, file.toStdString() + ": " + status.Reason());
     else
         editors_.ShowStatus(tr("%1 was written").arg(file));
 }
