@@ -499,7 +499,7 @@ void frmEditThings::ShowSprite() {
     const std::int32_t state =
         Selection().records.empty() ? 0 : RecordOrNew(Current().things, Selection().current)->initialState;
     if (state != 0)
-        sprite_->ShowState(state);
+        sprite_->ShowState(state, Target{TargetKind::Thing, Selection().current});
     else
         sprite_->Clear();
 }

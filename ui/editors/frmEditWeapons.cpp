@@ -217,7 +217,7 @@ void frmEditWeapons::ShowAmmoType() {
 void frmEditWeapons::ShowSprite() {
     const std::int32_t state = Selection().records.empty() ? 0 : Current().weapons[Selection().current].bobbingState;
     if (state != 0)
-        sprite_->ShowState(state);
+        sprite_->ShowState(state, Target{TargetKind::Weapon, Selection().current});
     else
         sprite_->Clear();
 }

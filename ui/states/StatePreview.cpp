@@ -1,11 +1,13 @@
 #include "ui/states/StatePreview.h"
 
+#include "patch/StateUse.h"
+
 #include <QVBoxLayout>
 
 namespace plinket3 {
 
 StatePreview::StatePreview(const Program& program)
-    : QGroupBox(tr("Preview")), picSprite_(new SpriteView(QStringLiteral("picSprite"), program)),
+    : QGroupBox(tr("Preview")), program_(program), picSprite_(new SpriteView(QStringLiteral("picSprite"), program)),
       lblPreview_(new QLabel), cmdPlay_(new QPushButton), player_(new StatePlayer(program, this)) {
     lblPreview_->setObjectName(QStringLiteral("lblPreview"));
     lblPreview_->setAlignment(Qt::AlignCenter);
@@ -35,6 +37,7 @@ void StatePreview::Update() {
     if (player_->IsPlaying())
         return; // the next state shows what is stored now
     if (state_) {
+        owner_ = OwnerOfState(program_.patch.current, program_.engine, *state_);
         Draw(*state_);
     } else {
         picSprite_->Clear();
@@ -44,7 +47,7 @@ void StatePreview::Update() {
 
 void StatePreview::Draw(std::int32_t state) {
     shown_ = state;
-    NameLump(picSprite_->ShowState(state));
+    NameLump(picSprite_->ShowState(state, owner_));
 }
 
 void StatePreview::NameLump(const QString& lump) {

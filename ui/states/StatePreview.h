@@ -36,7 +36,9 @@ private:
     void PlayOrStop();
 
     std::optional<std::int32_t> state_; // from which playing starts
+    std::optional<Target> owner_;       // of that one
     std::int32_t shown_ = 0;            // just now
+    const Program& program_;
     SpriteView* picSprite_;
     QLabel* lblPreview_;
     QPushButton* cmdPlay_;
