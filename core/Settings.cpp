@@ -16,6 +16,7 @@ constexpr std::string_view typeKey = "Type"; // with a capital, unlike the "type
 constexpr std::string_view iwadsKey = "IWADs";
 constexpr std::string_view recentFilesKey = "recentFiles";
 constexpr std::string_view fileSessionsKey = "fileSessions";
+constexpr std::string_view portsKey = "ports";
 constexpr std::string_view lastFolderKey = "lastDir";
 constexpr std::string_view iwadKeyEnd = "wad";
 
@@ -215,6 +216,31 @@ void Settings::RemoveIwad(std::size_t index) {
         if (const auto place = std::ranges::find(iwads, removed); place != iwads.end())
             iwads.erase(place);
         StoreIwads(root, iwads);
+    });
+}
+
+std::vector<Settings::Port> Settings::Ports() const {
+    std::vector<Port> ports;
+    const SettingValue* value = configuration_.Root(true)->Find(portsKey);
+    if (const auto* tree = value == nullptr ? nullptr : std::get_if<std::shared_ptr<SettingTree>>(value))
+        for (const auto& [key, entry] : (*tree)->Entries())
+            if (const auto* port = std::get_if<std::shared_ptr<SettingTree>>(&entry))
+                ports.push_back({TextIn((*port)->Find("name")), TextIn((*port)->Find("program")),
+                                 TextIn((*port)->Find("arguments"))});
+    return ports;
+}
+
+void Settings::Ports(const std::vector<Port>& ports) {
+    Apply([ports](SettingTree& root) {
+        SettingTree& tree = Structure(root, portsKey);
+        tree.Clear();
+        for (std::size_t position = 0; position < ports.size(); ++position) {
+            const auto entry = std::make_shared<SettingTree>();
+            entry->Set("name", ports[position].name);
+            entry->Set("program", ports[position].program);
+            entry->Set("arguments", ports[position].arguments);
+            tree.Set(std::to_string(position + 1), entry);
+        }
     });
 }
 

@@ -239,6 +239,15 @@ public:
     /// Removes the entry at `index` and numbers the others anew. Does nothing when there is no such entry.
     void RemoveIwad(std::size_t index);
 
+    /// A program that plays the game, with the arguments that it is started with: see `PortCommand.h`.
+    struct Port {
+        std::string name, program, arguments;
+        bool operator==(const Port&) const = default;
+    };
+    /// The ports of the options, in order; empty when they were never stored.
+    std::vector<Port> Ports() const;
+    void Ports(const std::vector<Port>& ports);
+
     /// What a patch was edited against, of those that do not say so themselves. `patch` is its path, with the lump.
     struct FileSession {
         std::string engine, iwad, dataWad; // the configuration's file name; paths

@@ -3,6 +3,7 @@
 #include "core/Text.h"
 #include "patch/StateUse.h"
 #include "patch/StepNames.h"
+#include "patch/TimelessCircles.h"
 
 #include <algorithm>
 #include <map>
@@ -23,7 +24,8 @@ public:
 
     std::vector<FrameFinding> Find() {
         FirstFrames();
-        Circles();
+        for (const std::vector<std::int32_t>& circle : TimelessCircles(set_))
+            Circle(circle);
         if (hasPicture_) {
             for (const auto& [number, thing] : set_.things)
                 Pictures(RecordKind::Thing, number, thing, StatesOfThing(set_, engine_, number));
@@ -50,28 +52,6 @@ private:
                 findings_.push_back({*line, "lets " + RecordName(set_, RecordKind::Thing, number) +
                                                 " begin in a frame of 0 tics, which it never leaves"});
         }
-    }
-
-    /// Frames of 0 tics have one way out, so that each is gone through once.
-    void Circles() {
-        std::map<std::int32_t, std::int32_t> firstOfWalk; // by frame: where the walk began that came to it
-        for (const auto& [first, record] : set_.states) {
-            std::vector<std::int32_t> walk;
-            for (std::int32_t state = first; IsOfNoTime(state) && firstOfWalk.try_emplace(state, first).second;
-                 state = set_.states[state].nextState)
-                walk.push_back(state);
-            if (walk.empty())
-                continue;
-            const std::int32_t next = set_.states[walk.back()].nextState;
-            const auto circle = std::find(walk.begin(), walk.end(), next);
-            if (circle != walk.end())
-                Circle({circle, walk.end()});
-        }
-    }
-
-    bool IsOfNoTime(std::int32_t state) const {
-        const StateRecord* record = state == 0 ? nullptr : set_.states.Find(state); // 0 ends all
-        return record != nullptr && record->duration == 0;
     }
 
     void Circle(const std::vector<std::int32_t>& states) {

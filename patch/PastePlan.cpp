@@ -6,6 +6,7 @@
 #include "patch/FreeRecords.h"
 #include "patch/LumpNames.h"
 #include "patch/NewRecords.h"
+#include "patch/PlacedThing.h"
 #include "patch/PointerTargets.h"
 #include "patch/StepNames.h"
 
@@ -16,8 +17,6 @@
 namespace plinket3 {
 
 namespace {
-
-constexpr std::int32_t firstFreeId = 20000; // from here on games have no things of their own
 
 constexpr std::string_view noSuchName = "the engine has none of that name, and none can be given it";
 

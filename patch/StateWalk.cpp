@@ -1,72 +1,142 @@
 #include "patch/StateWalk.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
+#include <unordered_set>
 
 namespace plinket3 {
 
 namespace {
 
-constexpr std::uint8_t timesThroughALoop = 2;
-constexpr std::int32_t certain = 256; // chances are out of so many
 constexpr std::string_view chanceName = "chance";
 /// Names a state of the flash, not one for what runs through the states.
 constexpr std::string_view flashAction = "GunFlashTo";
+/// Longer ways that take no time are taken for endless ones: chance may lead out of a circle at any round.
+constexpr std::size_t mostAtOnce = 20'000;
 
 } // namespace
 
-std::optional<std::int32_t> StateWalk::Start(std::int32_t state) {
-    timesEntered_.clear();
-    return Enter(state);
-}
+bool LeadsToItsState(const EngineConfiguration::Action& action) { return action.mnemonic != flashAction; }
 
-std::optional<std::int32_t> StateWalk::After(std::int32_t state) {
-    const StateRecord* record = set_.states.Find(state);
-    if (record == nullptr || record->duration < 0)
+std::optional<StateJump> JumpOf(const EngineConfiguration& engine, const StateRecord& state) {
+    const EngineConfiguration::Action* action = engine.ActionOf(state.codePointer);
+    if (action == nullptr || action->arguments.empty() || !LeadsToItsState(*action))
         return std::nullopt;
-    return Enter(record->nextState);
-}
-
-std::vector<std::int32_t> StateWalk::Shown(std::int32_t state) {
-    std::vector<std::int32_t> shown;
-    for (auto next = Start(state); next; next = After(*next))
-        if (std::ranges::find(shown, *next) == shown.end())
-            shown.push_back(*next);
-    return shown;
-}
-
-/// As none is entered more than twice, this ends.
-std::optional<std::int32_t> StateWalk::Enter(std::int32_t state) {
-    for (;;) {
-        const StateRecord* record = set_.states.Find(state);
-        if (state == 0 || record == nullptr || timesEntered_[state] == timesThroughALoop)
-            return std::nullopt;
-        const bool again = timesEntered_[state]++ > 0;
-        if (const auto target = Jump(*record, again))
-            state = *target;
-        else if (record->duration == 0)
-            state = record->nextState;
-        else
-            return state;
-    }
-}
-
-/// Where the action of a state leads to; absent when it leads nowhere.
-std::optional<std::int32_t> StateWalk::Jump(const StateRecord& state, bool again) const {
-    const EngineConfiguration::Action* action = engine_.ActionOf(state.codePointer);
-    if (action == nullptr || action->arguments.empty() || action->mnemonic == flashAction)
-        return std::nullopt;
-    const std::vector<StateArgument> arguments = ArgumentsOf(engine_.dialect, *action);
-    std::optional<std::int32_t> target;
-    bool jumps = again;
-    for (const StateArgument& argument : arguments) {
+    std::optional<std::int32_t> target, chance;
+    for (const StateArgument& argument : ArgumentsOf(engine.dialect, *action)) {
         const std::int32_t number = ArgumentOf(state, argument).value_or(argument.facts->standard);
         if (IsState(argument))
             target = number;
         else if (argument.facts->name == chanceName)
-            jumps = number >= certain || (number > 0 && again);
+            chance = std::clamp(number, 0, certainChance);
     }
-    return jumps ? target : std::nullopt;
+    return target && chance != 0 ? std::optional(StateJump{*target, chance}) : std::nullopt;
+}
+
+AtJump StateWalk::Choice(std::int32_t state) const {
+    const auto found = choices_.find(state);
+    return found == choices_.end() ? AtJump::ByChance : found->second;
+}
+
+bool StateWalk::Jumps(std::int32_t state, const StateJump& jump) const {
+    switch (Choice(state)) {
+    case AtJump::GoOn:
+        return false;
+    case AtJump::Jump:
+        return true;
+    default:
+        return jump.chance && (*jump.chance == certainChance || dice_() < *jump.chance);
+    }
+}
+
+void StateWalk::Start(std::int32_t state) {
+    state_.reset();
+    tic_ = 0;
+    Enter(state);
+}
+
+void StateWalk::Tic() {
+    entered_.clear();
+    if (end_ != End::None)
+        return;
+    ++tic_;
+    if (tic_ <= duration_)
+        return;
+    const StateRecord* shown = set_.states.Find(*state_); // it may be removed meanwhile
+    Enter(shown != nullptr ? shown->nextState : *state_);
+}
+
+void StateWalk::Enter(std::int32_t state) {
+    entered_.clear();
+    end_ = End::None;
+    for (;;) {
+        const StateRecord* record = set_.states.Find(state);
+        if (state == 0 || record == nullptr || entered_.size() == mostAtOnce) {
+            end_ = state == 0 ? End::Removed : record == nullptr ? End::NoState : End::NoTime;
+            return;
+        }
+        entered_.push_back(state);
+        if (const auto jump = JumpOf(engine_, *record); jump && Jumps(state, *jump)) {
+            state = jump->target;
+        } else if (record->duration == 0) {
+            state = record->nextState;
+        } else {
+            state_ = state;
+            tic_ = 1;
+            duration_ = record->duration;
+            end_ = duration_ < 0 ? End::ForEver : End::None;
+            return;
+        }
+    }
+}
+
+std::optional<std::int64_t> StraightRun::BeginOf(std::int32_t state) const {
+    const auto found = std::ranges::find(shown, state, &Step::state);
+    return found == shown.end() ? std::nullopt : std::optional(found->begins);
+}
+
+StraightRun StraightRunFrom(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state) {
+    constexpr std::int32_t noLuck = std::numeric_limits<std::int32_t>::max();
+    StraightRun run;
+    std::unordered_map<std::int32_t, std::int64_t> begins;
+    StateWalk walk(set, engine, [] { return noLuck; });
+    for (walk.Start(state);; walk.Start(set.states.Find(*walk.State())->nextState)) {
+        const bool shows = walk.Ended() == StateWalk::End::None || walk.Ended() == StateWalk::End::ForEver;
+        if (!shows) {
+            run.end = walk.Ended();
+            return run;
+        }
+        if (const auto [known, isNew] = begins.try_emplace(*walk.State(), run.tics); !isNew) {
+            run.back = known->second;
+            return run;
+        }
+        run.shown.push_back({*walk.State(), run.tics});
+        if (walk.Ended() == StateWalk::End::ForEver) {
+            run.end = StateWalk::End::ForEver;
+            return run;
+        }
+        run.tics += set.states.Find(*walk.State())->duration;
+    }
+}
+
+std::vector<std::int32_t> ReachOf(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state) {
+    std::vector<std::int32_t> reach;
+    std::unordered_set<std::int32_t> met;
+    const auto meet = [&](std::int32_t to) {
+        if (to != 0 && set.states.Has(to) && met.insert(to).second)
+            reach.push_back(to);
+    };
+    meet(state);
+    for (std::size_t at = 0; at < reach.size(); ++at) {
+        const StateRecord& record = *set.states.Find(reach[at]);
+        const auto jump = JumpOf(engine, record);
+        if (jump)
+            meet(jump->target);
+        if ((!jump || jump->chance != certainChance) && record.duration >= 0)
+            meet(record.nextState);
+    }
+    return reach;
 }
 
 } // namespace plinket3

@@ -120,6 +120,7 @@ public:
             Take(window_, editor == thingEditor ? QStringLiteral("main-things") : QStringLiteral("main-states"));
             window_.Editors().Show(editor, false);
         }
+        TakeGraph();
         TakeModal("sprite", [this] { window_.Editors().PickSprite({28, 6}); });
         TakeModal("state", [this] { window_.Editors().PickState(impThrowing); });
         TakeModal("action", [this] { window_.Editors().PickAction(52); });
@@ -127,10 +128,25 @@ public:
         TakeModal("sound", [this] { emit Find<RecordList>(window_, "lvwSounds").EditAsked(firstSound); });
     }
 
+    void TakeGraph() {
+        window_.Editors().Show(thingEditor, true);
+        auto& graph = Find<QDockWidget>(window_, "dockStateGraph");
+        graph.show();
+        graph.setFloating(true);
+        graph.resize(1050, 760);
+        QApplication::processEvents();
+        Find<QAction>(graph, "GraphFit").trigger();
+        Take(graph, QStringLiteral("graph"));
+        graph.setFloating(false);
+        graph.hide();
+        window_.Editors().Show(thingEditor, false);
+    }
+
     /// What the tutorial's patch makes.
     void TakeMonster() {
         EditorSet& editors = window_.Editors();
-        TakeEditor(thingEditor, QStringLiteral("own-monster-thing"), [&] { editors.ShowThingInEditor(sneak); });
+        TakeEditor(thingEditor, QStringLiteral("own-monster-thing"),
+                   [&] { editors.ShowRecord(RecordKind::Thing, sneak); });
         TakeEditor(stateEditor, QStringLiteral("own-monster-state"), [&] {
             editors.SelectSingleState(sneakFiring, -1, -1);
             Take(Find<QWidget>(*editors.Frame(stateEditor), "framState"), QStringLiteral("modern-arguments"));

@@ -265,6 +265,11 @@ void EditorSet::ShowCell(const Cell& cell) {
     emit Jumped();
 }
 
+void EditorSet::Select(RecordKind kind, std::int32_t number) {
+    if (EditorWindow* editor = editors_[EditorOf(kind)])
+        editor->Select(number);
+}
+
 void EditorSet::SelectSingleState(int state, int thing, int weapon) {
     emit Jumping();
     states_->selectSingleState(state, thing, weapon);

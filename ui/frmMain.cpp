@@ -66,6 +66,7 @@ constexpr DialogPage dialogPages[]{
     {"frmChangeMany", "editing.md#changing-many-at-once"},
     {"frmGoTo", "finding.md#going-to-a-number"},
     {"dockProblems", "problems.md"},
+    {"dockStateGraph", "graph.md"},
     {"frmPropSound", "sounds.md#the-dialog-of-a-sound"},
     {"frmPropString", "strings.md#the-dialog-of-a-string"},
     {"frmNewStates", "states.md#new-states"},
@@ -98,6 +99,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
       compare_(new frmCompare(program, edits, dialogs)), recovery_(program.settingsFolder),
       editors_(program, edits, audio, dialogs, *area_), find_(new FindDock({program, edits, editors_})),
       whereUsed_(new WhereUsedDock(program, edits, editors_)), problems_(new ProblemsDock(program, edits, editors_)),
+      graph_(new StateGraphDock(program, edits, editors_, dialogs)),
       commands_(program, edits, dialogs, recovery_, [this](const PatchToOpen* patch) { return ChooseSession(patch); }) {
     setObjectName(QStringLiteral("frmMain"));
     auto* centre = new QWidget;
@@ -116,6 +118,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     AddHidden(Qt::BottomDockWidgetArea, otherLines_);
     AddHidden(Qt::BottomDockWidgetArea, problems_);
     AddHidden(Qt::BottomDockWidgetArea, compare_);
+    AddHidden(Qt::BottomDockWidgetArea, graph_);
     setAcceptDrops(true);
     area_->setObjectName(QStringLiteral("area"));
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -270,6 +273,7 @@ void frmMain::BuildViewMenu() {
         SpriteView::GamePictures(program_.settings, wanted);
         for (SpriteView* view : findChildren<SpriteView*>())
             view->Redraw();
+        graph_->Redraw();
     });
     menu->addActions({viewOptions_, viewGamePictures_});
     menu->addSeparator();
@@ -298,7 +302,10 @@ void frmMain::BuildViewMenu() {
     QAction* problems = problems_->toggleViewAction();
     problems->setObjectName(QStringLiteral("ViewProblems"));
     problems->setText(tr("&Problems"));
-    menu->addActions({viewWhereUsed_, problems, otherLines, comparison});
+    viewStateGraph_ = Action("ViewStateGraph", tr("State &graph"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_G));
+    viewStateGraph_->setToolTip(tr("Show the states of the selected thing or weapon as boxes and arrows"));
+    connect(viewStateGraph_, &QAction::triggered, graph_, &StateGraphDock::Toggle);
+    menu->addActions({viewWhereUsed_, viewStateGraph_, problems, otherLines, comparison});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
 }
 
@@ -471,6 +478,7 @@ void frmMain::SessionChanged() {
     editors_.Refresh();
     history_.Clear();
     find_->Refresh();
+    graph_->Refresh();
     SetEditBar(true);
     updateCaption();
     UpdateStatus();
@@ -499,7 +507,7 @@ void frmMain::SetEditBar(bool enabled) {
         viewEditors_[editor]->setEnabled(enabled && editors_.Serves(editor));
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
-    for (QAction* action : {editFind_, editGoTo_, viewWhereUsed_})
+    for (QAction* action : {editFind_, editGoTo_, viewWhereUsed_, viewStateGraph_})
         action->setEnabled(enabled);
     find_->widget()->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());

@@ -15,6 +15,7 @@
 #include "ui/frmNewFile.h"
 #include "ui/frmOptions.h"
 #include "ui/frmStartup.h"
+#include "ui/graph/StateGraphDock.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -116,6 +117,7 @@ private:
     FindDock* find_;
     WhereUsedDock* whereUsed_;
     ProblemsDock* problems_;
+    StateGraphDock* graph_;
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
@@ -128,7 +130,7 @@ private:
             *fileEngine_ = nullptr, *fileCompare_ = nullptr, *filePatchNotes_ = nullptr, *fileRecovered_ = nullptr,
             *fileExit_ = nullptr, *editUndo_ = nullptr, *editRedo_ = nullptr, *editFind_ = nullptr,
             *editGoTo_ = nullptr, *viewBack_ = nullptr, *viewForward_ = nullptr, *viewWhereUsed_ = nullptr,
-            *viewOptions_ = nullptr, *viewGamePictures_ = nullptr, *helpAbout_ = nullptr;
+            *viewStateGraph_ = nullptr, *viewOptions_ = nullptr, *viewGamePictures_ = nullptr, *helpAbout_ = nullptr;
     std::array<QAction*, recentCount> recent_{};
     QAction* recentEnd_ = nullptr;
     std::array<QAction*, editorEntries.size()> viewEditors_{};

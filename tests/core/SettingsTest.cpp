@@ -155,5 +155,18 @@ TEST_F(SettingsTest, RecentFilesThatAreGoneArePruned) {
     EXPECT_EQ(settings_.RecentFiles(), (std::vector{folder + "/a", folder + "/b", folder + "/c"}));
 }
 
+TEST_F(SettingsTest, PortsAreKeptAsTheyAre) {
+    settings_.CreateDefaults("/");
+    EXPECT_TRUE(settings_.Ports().empty());
+    const std::vector<Settings::Port> ports{{"Woof; \"newest\"", "C:\\My games\\woof.exe", "-iwad %i 'a b'"},
+                                            {"", "/x", ""}};
+    settings_.Ports({{"another", "", ""}});
+    settings_.Ports(ports);
+    EXPECT_TRUE(Load(Saved()));
+    EXPECT_EQ(settings_.Ports(), ports);
+    EXPECT_TRUE(Load(std::string(type) + "ports { 1 = 5; 2 { name = \"a\"; } 3 { name = 7; } }"));
+    EXPECT_EQ(settings_.Ports(), (std::vector<Settings::Port>{{"a", "", ""}, {}}));
+}
+
 } // namespace
 } // namespace plinket3

@@ -1,6 +1,5 @@
 #include "patch/Arguments.h"
 #include "patch/StateUse.h"
-#include "patch/StateWalk.h"
 #include "patch/ValueText.h"
 #include "tests/support/EveryField.h"
 #include "tests/support/SmallEngine.h"
@@ -196,34 +195,6 @@ TEST_F(Mbf21Test, ThingsLeadToStatesByArgumentsAndDrops) {
     EXPECT_TRUE(std::ranges::binary_search(UnusedStates(set, engine), 1200)) << "an argument that is unset";
     engine.dialect.fields = FieldLevel::Doom;
     EXPECT_FALSE(has(lying));
-}
-
-TEST_F(Mbf21Test, AWalkMakesTheJumpsOfArguments) {
-    const auto walk = [this](std::int32_t state) { return StateWalk(patch.current, engine).Shown(state); };
-    const auto put = [this](std::int32_t state, std::int32_t next, std::int32_t duration) {
-        State(state) = {};
-        State(state).nextState = next;
-        State(state).duration = duration;
-    };
-    put(1200, 1201, 4);
-    put(1201, 1202, 0);
-    put(1202, 1200, 4);
-    put(1210, 0, 4);
-    EXPECT_EQ(walk(1200), (States{1200, 1202}));
-    Act(1201, "RandomJump", {1210, 256});
-    EXPECT_EQ(walk(1200), (States{1200, 1210})) << "always";
-    Act(1201, "RandomJump", {1210, 0});
-    EXPECT_EQ(walk(1200), (States{1200, 1202})) << "never";
-    Act(1201, "RandomJump", {1210, 1});
-    EXPECT_EQ(walk(1200), (States{1200, 1202, 1210})) << "at the second time";
-    Act(1201, "JumpIfHealthBelow", {1210, 20});
-    EXPECT_EQ(walk(1200), (States{1200, 1202, 1210}));
-    Act(1201, "GunFlashTo", {1210});
-    EXPECT_EQ(walk(1200), (States{1200, 1202})) << "another picture";
-    Act(1202, "WeaponJump", {1202, 256});
-    EXPECT_EQ(walk(1200), States{1200}) << "jumps to itself";
-    Act(1202, "WeaponJump", {123456, 256});
-    EXPECT_EQ(walk(1200), States{1200});
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "patch/StateUse.h"
 #include "tests/ui/UiTest.h"
 #include "ui/editors/frmEditStates.h"
+#include "ui/editors/frmEditThings.h"
+#include "ui/fields/Labels.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/states/StateColumns.h"
 #include "ui/states/StatePlayer.h"
@@ -10,10 +12,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
+#include <QToolButton>
 
 namespace plinket3::test {
 
@@ -363,39 +368,141 @@ TEST_F(frmEditStatesTest, TheModelShowsColumnsAndMarksWhatIsNotTheEngines) {
 }
 
 TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     Follow({{walking, 2}, {walking + 1, 0}, {attack, 1}, {pain, -1}});
     std::vector<std::int32_t> shown;
     auto& player = *window->findChild<StatePlayer*>();
     QObject::connect(&player, &StatePlayer::StateShown, [&shown](std::int32_t state) { shown.push_back(state); });
+    const auto play = [this] { return Find<QToolButton>(*window, "cmdPlay").accessibleName(); };
     Select({walking});
+    EXPECT_EQ(Text("lblTic"), "3 tics, then stays");
     Click("cmdPlay");
-    EXPECT_EQ(Find<QPushButton>(*window, "cmdPlay").text(), "Sto&p");
+    EXPECT_EQ(play(), "Pause");
+    EXPECT_EQ(Text("lblTic"), "Tic 1 of 3");
     player.Advance();
+    EXPECT_EQ(Text("lblTic"), "Tic 2 of 3");
     EXPECT_EQ(shown, (std::vector<std::int32_t>{walking}));
-    player.Advance(); // passes the state without duration
-    player.Advance();
+    Click("cmdPlay");
+    EXPECT_TRUE(player.IsPlaying() && !player.IsRunning()) << "pauses";
+    QTest::keyClick(window, Qt::Key_Period, Qt::AltModifier); // one tic; passes the state without duration
+    EXPECT_EQ(Text("lblTic"), "Tic 3 of 3");
+    Click("cmdStep");
     EXPECT_EQ(shown, (std::vector<std::int32_t>{walking, attack, pain}));
     EXPECT_FALSE(player.IsPlaying()) << "the last one stays for ever";
+    EXPECT_EQ(Text("lblTic"), "Stays for ever");
     EXPECT_TRUE(Text("lblPreview").startsWith("455:"));
-    EXPECT_EQ(Find<QPushButton>(*window, "cmdPlay").text(), "&Play");
-    EXPECT_EQ(player.Run(walking), shown);
+    EXPECT_TRUE(play().startsWith("Play"));
+    QTest::keyClick(window, Qt::Key_P, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(Text("lblPreview").startsWith("450:")) << "stopping goes back to the selected state";
 
+    QTest::keyClick(window, Qt::Key_P, Qt::AltModifier);
+    EXPECT_TRUE(player.IsRunning());
+    QTRY_COMPARE(shown.back(), pain); // by itself
     Click("cmdPlay");
+    EXPECT_TRUE(player.IsRunning()) << "from the start";
+    Click("cmdStop");
+    EXPECT_FALSE(player.IsPlaying());
+    Click("cmdStep");
+    Select({attack});
+    EXPECT_FALSE(player.IsPlaying()) << "selecting another ends it";
+
+    Follow({{walking, 1}, {attack, 1}, {walking, 1}});
+    Select({walking});
+    EXPECT_EQ(Text("lblTic"), "2 tics, again and again");
+    shown.clear();
+    Click("cmdPlay");
+    for (int tic = 0; tic < 99; ++tic)
+        player.Advance();
+    EXPECT_EQ(shown.size(), 100U) << "a loop goes on";
+    EXPECT_EQ(Text("lblTic"), "Tic 2 of 2");
+    Follow({{walking, 0}, {attack, 0}, {walking, 0}});
+    player.Advance();
+    EXPECT_EQ(Text("lblTic"), "Ended: goes round in no time");
     Click("cmdPlay");
     EXPECT_FALSE(player.IsPlaying());
-    EXPECT_TRUE(Text("lblPreview").startsWith("450:")) << "stopping goes back to the selected state";
-    Click("cmdPlay");
-    Select({attack});
-    EXPECT_FALSE(player.IsPlaying()) << "so does selecting another";
+    Select({0});
+    EXPECT_FALSE(Find<QToolButton>(*window, "cmdPlay").isEnabled());
+}
 
-    for (const std::int32_t duration : {1, 0}) { // without duration they do not hang
-        Follow({{walking, duration}, {attack, duration}, {walking, duration}});
+TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
+    OpenWith("mbf21");
+    program.fixedUses = LoadFixedUses(program.programFolder, program.engine);
+    PatchSet& set = program.patch.current;
+    const auto put = [&](std::int32_t state, std::int32_t next, const char* action, std::int32_t first,
+                         std::int32_t second) {
+        StateRecord& record = set.states[state] = {};
+        record.nextState = next;
+        record.duration = 1;
+        record.codePointer = program.engine.CodePointerOf(action).value();
+        record.unknown1 = first;
+        record.unknown2 = second;
+    };
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    put(1200, 1201, "PlaySound", 7, 0);
+    put(1201, 1200, "RandomJump", 1202, 100);
+    put(1202, 1202, "Pain", 0, 0);
+    set.things[imp].initialState = 1202;
+    window->Refresh();
+    auto& player = *window->findChild<StatePlayer*>();
+    std::vector<std::int32_t> shown;
+    QObject::connect(&player, &StatePlayer::StateShown, [&shown](std::int32_t state) { shown.push_back(state); });
+    std::int32_t dice = 100;
+    player.Chance([&dice] { return dice; });
+    const auto play = [&](int tics) {
+        Click("cmdStop");
+        links.calls.clear();
         shown.clear();
-        player.Start(walking);
-        for (int tic = 0; tic < 10; ++tic)
-            player.Advance();
-        EXPECT_FALSE(player.IsPlaying());
-        EXPECT_EQ(shown.size(), duration == 1 ? 4U : 0U) << "a loop runs twice";
+        for (int tic = 0; tic < tics; ++tic)
+            Click("cmdStep");
+        return shown;
+    };
+    using States = std::vector<std::int32_t>;
+    window->selectSingleState(1200, noRecord, noRecord);
+    auto& jumps = Find<QToolButton>(*window, "cmdJumps");
+    EXPECT_FALSE(jumps.isHidden());
+    EXPECT_EQ(play(4), (States{1200, 1201, 1200, 1201}));
+    dice = 99;
+    EXPECT_EQ(play(3), (States{1200, 1202, 1202}));
+    EXPECT_EQ(Text("lblTic"), "Jumped, tic 1");
+    EXPECT_EQ(links.calls, std::vector<std::string>{"play sound 7"}) << "without its thing there is no pain";
+
+    const auto choose = [&](const char* name) {
+        emit jumps.menu()->aboutToShow();
+        auto* choice = jumps.menu()->findChild<QMenu*>("jump1201")->findChild<QAction*>(QString::fromLatin1(name));
+        choice->trigger();
+        return choice->text();
+    };
+    EXPECT_EQ(choose("goOn"), "Go on");
+    EXPECT_EQ(play(4), (States{1200, 1201, 1200, 1201}));
+    dice = 255;
+    EXPECT_EQ(choose("jump"), "Jump to 1202 (" + StateLabelText(set, 1202) + ")");
+    EXPECT_EQ(play(3), (States{1200, 1202, 1202}));
+    EXPECT_EQ(choose("byChance"), "By chance (100 of 256)");
+    EXPECT_EQ(play(4), (States{1200, 1201, 1200, 1201}));
+
+    window->selectSingleState(1202, noRecord, noRecord);
+    EXPECT_TRUE(jumps.isHidden());
+    play(2);
+    EXPECT_EQ(links.calls, (std::vector<std::string>(2, "play sound " + std::to_string(set.things[imp].painSound))));
+    auto& sound = Find<QCheckBox>(*window, "chkSound");
+    EXPECT_TRUE(sound.isChecked());
+    QTest::mouseClick(&sound, Qt::LeftButton, {}, {8, sound.height() / 2});
+    play(2);
+    EXPECT_TRUE(links.calls.empty());
+    EXPECT_FALSE(Find<QCheckBox>(Open<frmEditThings>(), "chkSound").isChecked()) << "it is remembered";
+
+    auto& speed = Find<QComboBox>(*window, "cmbSpeed");
+    for (const auto& [place, times] : {std::pair(0, 0.25), {2, 1.0}, {4, 4.0}}) {
+        Click("cmdStop");
+        shown.clear();
+        speed.setCurrentIndex(place);
+        QElapsedTimer clock;
+        clock.start();
+        Click("cmdPlay");
+        QTRY_VERIFY(shown.size() > 4);
+        const double most = static_cast<double>(clock.elapsed()) / 1000 * StatePlayer::ticsPerSecond * times;
+        EXPECT_LE(static_cast<double>(shown.size()), most + 1) << times;
     }
 }
 
@@ -414,11 +521,11 @@ TEST_F(frmEditStatesTest, ListsAndEditsStatesThatThePatchMade) {
     edits.StoreGroup({{{RecordKind::State, far, RowOf(&StateRecord::nextState)}, 123456}}, "to where no state is");
     EXPECT_EQ(Text("lblNextState"), "-");
     auto& player = *window->findChild<StatePlayer*>();
-    EXPECT_EQ(player.Run(far), std::vector<std::int32_t>{far});
     Click("cmdPlay");
     for (int tic = 0; tic < 10; ++tic)
         player.Advance();
     EXPECT_FALSE(player.IsPlaying());
+    EXPECT_EQ(Text("lblTic"), "Ended: leads to no state");
     edits.RemoveRecords(RecordKind::State, {far}, "frames");
     EXPECT_EQ(List().model()->rowCount(), last);
     while (edits.CanUndo())

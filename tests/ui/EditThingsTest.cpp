@@ -3,18 +3,20 @@
 #include "ui/LatinText.h"
 #include "ui/editors/frmEditThings.h"
 #include "ui/fields/SpriteView.h"
+#include "ui/states/StatePlayer.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QPushButton>
+#include <QToolButton>
 #include <QTreeView>
 
 namespace plinket3::test {
 
 namespace {
 
-constexpr int imp = 11;
+constexpr int imp = 11, ball = 31;
 constexpr std::int32_t unit = 65536; // of fixed point
 
 class frmEditThingsTest : public EditorTest {
@@ -53,10 +55,11 @@ protected:
 };
 
 TEST_F(frmEditThingsTest, TheKeyboardReachesEverythingInTheOrderOfTheEye) {
-    QStringList expected{"txtFilter",        "lstThings",     "cmbThingNames",  "cmdDuplicate", "cmdRename",
-                         "cmdRestore",       "cmdTurnLeft",   "cmdTurnRight",   "sldLight",     "txtID",
-                         "txtHitPoints",     "txtSpeed",      "txtRadius",      "txtHeight",    "txtMass",
-                         "txtMissileDamage", "txtPainChance", "txtReactionTime"};
+    QStringList expected{"txtFilter",  "lstThings",        "cmbThingNames", "cmdDuplicate",   "cmdRename",
+                         "cmdRestore", "cmbRun",           "cmdTurnLeft",   "cmdTurnRight",   "sldLight",
+                         "cmdPlay",    "cmdStop",          "cmdStep",       "cmbSpeed",       "chkSound",
+                         "txtID",      "txtHitPoints",     "txtSpeed",      "txtRadius",      "txtHeight",
+                         "txtMass",    "txtMissileDamage", "txtPainChance", "txtReactionTime"};
     for (const char* stem : {"Spawn", "Move", "Pain", "Melee", "Attack", "Death", "Exploding", "Respawn"})
         for (const char* pattern : {"txt%1StateN", "lbl%1StateS", "cmd%1StateA"})
             expected.append(QString(pattern).arg(stem));
@@ -169,6 +172,56 @@ TEST_F(frmEditThingsTest, FollowsEditsOfOthers) {
     EXPECT_EQ(Box("txtHitPoints").toolTip(), "Default: 60");
 }
 
+TEST_F(frmEditThingsTest, PlaysWhatTheThingHas) {
+    program.fixedUses = LoadFixedUses(program.programFolder, program.engine);
+    auto& runs = Find<QComboBox>(*window, "cmbRun");
+    auto& player = *window->findChild<StatePlayer*>();
+    player.Chance([] { return 1; });
+    const auto choose = [&](const char* run) {
+        QTest::keyClick(&runs, Qt::Key_Home);
+        for (int row = 0; row < runs.count() && runs.currentText() != run; ++row)
+            QTest::keyClick(&runs, Qt::Key_Down);
+        EXPECT_EQ(runs.currentText(), run);
+    };
+    const auto played = [&](int tics) {
+        links.calls.clear();
+        QTest::mouseClick(&Find<QToolButton>(*window, "cmdPlay"), Qt::LeftButton);
+        for (int tic = 1; tic < tics; ++tic)
+            player.Advance();
+        return links.calls;
+    };
+    const auto sounds = [](std::initializer_list<std::string_view> names, const PatchSet& set) {
+        std::vector<std::string> calls;
+        for (const std::string_view name : names)
+            for (const auto& [number, sound] : set.sounds)
+                if (set.SoundName(number) == name)
+                    calls.push_back("play sound " + std::to_string(number));
+        return calls;
+    };
+    EXPECT_EQ(runs.count(), 8);
+    EXPECT_EQ(runs.currentText(), "Initial frame");
+    choose("Death frame");
+    EXPECT_EQ(Find<QLabel>(*window, "lblTic").text(), "28 tics, then stays");
+    EXPECT_EQ(played(100), sounds({"bgdth2"}, Current()));
+    EXPECT_FALSE(player.IsPlaying());
+    choose("First moving frame");
+    EXPECT_EQ(played(1), sounds({"bgsit2", "bgact"}, Current())) << "it has seen somebody";
+    choose("Injury frame");
+    EXPECT_EQ(played(4), sounds({"popain"}, Current()));
+    edits.Store({RecordKind::Thing, imp, RowOf(&ThingRecord::hitPoints)}, 61);
+    EXPECT_TRUE(player.IsPlaying()) << "another value is no reason to stop";
+
+    const auto show = [this](int thing) { window->ShowCell({RecordKind::Thing, thing, existsField}); };
+    show(imp + 1);
+    EXPECT_FALSE(player.IsPlaying());
+    EXPECT_EQ(runs.currentText(), "Injury frame") << "the choice stays";
+    show(ball);
+    EXPECT_EQ(runs.currentText(), "Initial frame") << "a ball does not flinch";
+    edits.Store({RecordKind::Thing, ball, RowOf(&ThingRecord::initialState)}, 0);
+    EXPECT_EQ(runs.currentIndex(), -1);
+    EXPECT_FALSE(Find<QToolButton>(*window, "cmdPlay").isEnabled());
+}
+
 TEST_F(frmEditThingsTest, ShowsTheThingsOfTheNextPatch) {
     for (const int none : {-1, 137})
         window->ShowCell({RecordKind::Thing, none, existsField});
@@ -192,7 +245,7 @@ TEST_F(frmEditThingsTest, ShowsTheThingsOfTheNextPatch) {
 }
 
 TEST_F(frmEditThingsTest, SeveralThingsAreEditedTogether) {
-    constexpr int ball = 31, barrel = 30; // the ball is a projectile, of fixed-point speed
+    constexpr int barrel = 30; // the ball is a projectile, of fixed-point speed
     constexpr int solid = 1;
     ASSERT_TRUE(modPatchText::GetFlag(Current().things[ball].bits, projectileBit));
     ClickRow(List(), imp);

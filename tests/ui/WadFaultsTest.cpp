@@ -6,8 +6,8 @@
 #include "ui/fields/SpriteView.h"
 #include "ui/states/StatePlayer.h"
 
-#include <QPushButton>
 #include <QTableView>
+#include <QToolButton>
 
 #include <sys/resource.h>
 
@@ -67,7 +67,7 @@ protected:
         EXPECT_TRUE(pictureOfImp());
         ClickRow(Find<QTableView>(states, "lvwStates"), walking);
         auto& animation = *states.findChild<StatePlayer*>();
-        QTest::mouseClick(&Find<QPushButton>(states, "cmdPlay"), Qt::LeftButton);
+        QTest::mouseClick(&Find<QToolButton>(states, "cmdPlay"), Qt::LeftButton);
         ASSERT_TRUE(animation.IsPlaying());
 
         GetParam().happens(file);

@@ -36,11 +36,15 @@ void EditorWindow::BringUpToDate() {
 }
 
 bool EditorWindow::ShowCell(const Cell& cell) {
-    BringUpToDate();
-    if (!SelectRecord(cell.index))
+    if (!Select(cell.index))
         return false;
     FocusField(*this, cell.field);
     return true;
+}
+
+bool EditorWindow::Select(std::int32_t record) {
+    BringUpToDate();
+    return SelectRecord(record);
 }
 
 std::vector<std::int32_t> EditorWindow::Selected() const {

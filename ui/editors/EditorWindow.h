@@ -27,6 +27,8 @@ public:
     void BringUpToDate();
     /// `EditorLinks::ShowCell` inside this editor; false when it has no such record.
     bool ShowCell(const Cell& cell);
+    /// The same without the focus.
+    bool Select(std::int32_t record);
     /// The record whose fields are shown; of several, the one clicked last. Of par times, the place in the list.
     virtual std::optional<std::int32_t> CurrentRecord() const = 0;
     /// All that are selected, ascending, where more than one may be.

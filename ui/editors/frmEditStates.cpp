@@ -12,6 +12,7 @@
 #include "ui/states/frmNewStates.h"
 
 #include <QAction>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QSplitter>
@@ -29,7 +30,9 @@ void frmEditStates::Build() {
     filter_ = new StateFilterPanel(context_.program);
     BuildList();
     fields_ = new StateFieldsPanel(context_);
-    preview_ = new StatePreview(context_.program);
+    preview_ = new StatePreview(context_, QStringLiteral("picSprite"));
+    auto* preview = new QGroupBox(tr("Preview"));
+    (new QVBoxLayout(preview))->addWidget(preview_);
     filter_->LeadTo(*lvwStates_);
     maker_ = new RecordMaker(RecordKind::State, "frames", *lvwStates_, context_);
     connect(maker_, &RecordMaker::Made, this, &frmEditStates::SelectRecord);
@@ -52,7 +55,7 @@ void frmEditStates::Build() {
     auto* selectedLayout = new QHBoxLayout(selected);
     selectedLayout->setContentsMargins({});
     selectedLayout->addWidget(fields_, 3);
-    selectedLayout->addWidget(preview_, 1);
+    selectedLayout->addWidget(preview, 1);
     auto* parts = new QSplitter(Qt::Vertical);
     parts->setObjectName(QStringLiteral("splStates"));
     parts->addWidget(list);

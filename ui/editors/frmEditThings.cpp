@@ -7,6 +7,7 @@
 #include "ui/fields/Labels.h"
 #include "ui/lists/FilterBox.h"
 #include "ui/lists/SelectedRecords.h"
+#include "ui/states/StatePreview.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -326,10 +327,10 @@ QWidget* frmEditThings::BuildHead() {
 }
 
 QWidget* frmEditThings::BuildNumbers() {
-    sprite_ = new SpriteView(QStringLiteral("picThing"), context_.program);
+    preview_ = new StatePreview(context_, QStringLiteral("picThing"));
     auto* group = new QGroupBox(tr("Properties"));
     auto* form = new QGridLayout(group);
-    form->addWidget(sprite_, 0, 0, 1, 2);
+    form->addWidget(preview_, 0, 0, 1, 2);
     form->setRowStretch(0, 1);
     for (const NumberField& field : numberFields) {
         const QString text = FieldLabel(field.member);
@@ -435,7 +436,7 @@ void frmEditThings::updateForm() {
     flags_.FlagsChanged();
     txtNotes_->Update();
     maker_->ShowSelection(things.records);
-    ShowSprite();
+    ShowPreview();
     SelectInList();
 }
 
@@ -458,7 +459,7 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
         extra_->Update();
         flags_.FlagsChanged();
         txtNotes_->Update();
-        ShowSprite();
+        ShowPreview();
         return;
     }
     if (named)
@@ -466,7 +467,7 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     if (states || lumps) {
         for (ReferenceRow* row : references_)
             row->UpdateDescription();
-        ShowSprite();
+        ShowPreview();
     }
 }
 
@@ -494,14 +495,15 @@ void frmEditThings::SelectInList() {
         list_->setCurrentIndex(place);
 }
 
-/// Of the thing clicked last. State 0 stands for none.
-void frmEditThings::ShowSprite() {
-    const std::int32_t state =
-        Selection().records.empty() ? 0 : RecordOrNew(Current().things, Selection().current)->initialState;
-    if (state != 0)
-        sprite_->ShowState(state, Target{TargetKind::Thing, Selection().current});
-    else
-        sprite_->Clear();
+/// Of the thing clicked last.
+void frmEditThings::ShowPreview() {
+    std::vector<StatePreview::Run> runs;
+    const bool any = !Selection().records.empty();
+    const RecordOrNew thing(Current().things, any ? Selection().current : 0);
+    for (const ReferenceField& field : stateFields)
+        runs.push_back({FieldLabel(field.member), any ? (*thing).*field.member : 0, field.member});
+    preview_->ShowRuns(std::move(runs), 0,
+                       any ? std::optional(Target{TargetKind::Thing, Selection().current}) : std::nullopt);
 }
 
 void frmEditThings::Rename() {

@@ -5,7 +5,6 @@
 #include "ui/fields/NoteBox.h"
 #include "ui/fields/NumberBox.h"
 #include "ui/fields/ReferenceRow.h"
-#include "ui/fields/SpriteView.h"
 #include "ui/lists/FlagListModel.h"
 #include "ui/lists/NamesModel.h"
 #include "ui/lists/ThingFilter.h"
@@ -24,6 +23,7 @@ namespace plinket3 {
 
 class FilterBox;
 class RecordMaker;
+class StatePreview;
 
 /// The editor of things: a list of them all, and every value, flag and name of those that are selected.
 class frmEditThings : public EditorWindow {
@@ -64,7 +64,7 @@ private:
     void ShowThings(RecordSelection things);
     void FollowList();
     void SelectInList();
-    void ShowSprite();
+    void ShowPreview();
     void Rename();
     void Restore();
 
@@ -84,7 +84,7 @@ private:
     QTabWidget* extraPages_ = nullptr; // one for each of its groups
     QAbstractItemView* flagTree_ = nullptr;
     QLabel* number_ = nullptr;
-    SpriteView* sprite_ = nullptr;
+    StatePreview* preview_ = nullptr;
 };
 
 } // namespace plinket3

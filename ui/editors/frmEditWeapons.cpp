@@ -4,6 +4,7 @@
 #include "ui/fields/FieldControl.h"
 #include "ui/fields/Marking.h"
 #include "ui/fields/ReferenceRow.h"
+#include "ui/states/StatePreview.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -110,10 +111,9 @@ QWidget* frmEditWeapons::BuildFields() {
         Boxes().Add(fields->Box());
     }
 
-    auto* preview = new QGroupBox(tr("Held ready"));
-    sprite_ = new SpriteView(QStringLiteral("picSprite"), context_.program);
-    sprite_->setMinimumSize(160, 160);
-    (new QVBoxLayout(preview))->addWidget(sprite_);
+    auto* preview = new QGroupBox(tr("Preview"));
+    preview_ = new StatePreview(context_, QStringLiteral("picSprite"));
+    (new QVBoxLayout(preview))->addWidget(preview_);
 
     auto* numbers = new QVBoxLayout;
     numbers->addWidget(ammo);
@@ -149,7 +149,7 @@ void frmEditWeapons::fillStaticData() {
 void frmEditWeapons::ShowRecords() {
     ShowAmmoType();
     extra_->Update();
-    ShowSprite();
+    ShowPreview();
 }
 
 void frmEditWeapons::updateForm() {
@@ -213,13 +213,16 @@ void frmEditWeapons::ShowAmmoType() {
     MarkDifference(*ammoType_, restoreAmmoType_->isEnabled(), standard);
 }
 
-/// Of the weapon clicked last. State 0 stands for none.
-void frmEditWeapons::ShowSprite() {
-    const std::int32_t state = Selection().records.empty() ? 0 : Current().weapons[Selection().current].bobbingState;
-    if (state != 0)
-        sprite_->ShowState(state, Target{TargetKind::Weapon, Selection().current});
-    else
-        sprite_->Clear();
+/// Of the weapon clicked last.
+void frmEditWeapons::ShowPreview() {
+    std::vector<StatePreview::Run> runs;
+    for (const StateBox& row : stateBoxes)
+        runs.push_back(
+            {tr(row.label), Selection().records.empty() ? 0 : Current().weapons[Selection().current].*row.member});
+    const auto ready = std::ranges::find(stateBoxes, &WeaponRecord::bobbingState, &StateBox::member);
+    preview_->ShowRuns(std::move(runs), static_cast<std::size_t>(ready - stateBoxes),
+                       Selection().records.empty() ? std::nullopt
+                                                   : std::optional(Target{TargetKind::Weapon, Selection().current}));
 }
 
 } // namespace plinket3

@@ -2,13 +2,14 @@
 
 #include "ui/editors/NamedRecordEditor.h"
 #include "ui/fields/ExtraFields.h"
-#include "ui/fields/SpriteView.h"
 #include "ui/lists/AmmoTypesModel.h"
 
 class QAction;
 class QComboBox;
 
 namespace plinket3 {
+
+class StatePreview;
 
 /// Edits the weapons: what they fire and the states that they go through.
 class frmEditWeapons : public NamedRecordEditor {
@@ -29,13 +30,13 @@ private:
     void StoreAmmoType(std::int32_t type);
     QString AmmoName(std::int32_t type) const;
     void ShowAmmoType();
-    void ShowSprite();
+    void ShowPreview();
 
     AmmoTypesModel ammoTypes_;
     QComboBox* ammoType_ = nullptr;
     ExtraFields* extra_ = nullptr;
     QAction* restoreAmmoType_ = nullptr;
-    SpriteView* sprite_ = nullptr;
+    StatePreview* preview_ = nullptr;
 };
 
 } // namespace plinket3

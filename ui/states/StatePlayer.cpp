@@ -1,59 +1,92 @@
 #include "ui/states/StatePlayer.h"
 
+#include "patch/StateSounds.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
 namespace plinket3 {
 
 StatePlayer::StatePlayer(const Session& session, QObject* parent)
-    : QObject(parent), session_(session), walk_(session.patch.current, session.engine) {
+    : QObject(parent), session_(session), dice_([] { return QRandomGenerator::global()->bounded(certainChance); }),
+      walk_(session.patch.current, session.engine, [this] { return dice_(); }) {
     timer_.setTimerType(Qt::PreciseTimer);
-    timer_.setInterval(1000 / ticsPerSecond);
+    Speed(1);
     connect(&timer_, &QTimer::timeout, this, &StatePlayer::CatchUp);
 }
 
-std::vector<std::int32_t> StatePlayer::Run(std::int32_t state) const {
-    return StateWalk(session_.patch.current, session_.engine).Shown(state);
+void StatePlayer::Start(std::int32_t state, std::optional<std::int32_t> thing, std::optional<std::int32_t> start) {
+    Pause();
+    thing_ = thing;
+    playing_ = true;
+    if (start)
+        emit SoundMade(*start);
+    walk_.Start(state);
+    Show();
 }
 
-void StatePlayer::Start(std::int32_t state) {
-    Stop();
+void StatePlayer::Resume() {
+    if (!playing_ || IsRunning())
+        return;
     tics_ = 0;
-    playing_ = true;
     clock_.start();
     timer_.start();
-    Show(walk_.Start(state));
+    emit RunningChanged();
+}
+
+void StatePlayer::Pause() {
+    if (!IsRunning())
+        return;
+    timer_.stop();
+    emit RunningChanged();
 }
 
 void StatePlayer::Stop() {
-    if (!playing_)
-        return;
     playing_ = false;
-    timer_.stop();
-    emit Stopped();
+    Pause();
+}
+
+void StatePlayer::Speed(double times) {
+    times_ = times;
+    timer_.setInterval(static_cast<int>(1000 / (ticsPerSecond * times)));
+    tics_ = 0;
+    clock_.restart();
 }
 
 /// A tic is no whole number of milliseconds, and a busy machine may let some timeouts pass.
 void StatePlayer::CatchUp() {
-    const qint64 due = clock_.elapsed() * ticsPerSecond / 1000;
-    while (playing_ && tics_ < due)
+    const auto due = static_cast<qint64>(static_cast<double>(clock_.elapsed()) * ticsPerSecond * times_ / 1000);
+    tics_ = std::max(tics_, due - ticsPerSecond); // what it missed while it slept is not made up for
+    while (IsRunning() && tics_ < due) {
+        ++tics_;
         Advance();
+    }
 }
 
 void StatePlayer::Advance() {
-    ++tics_;
-    if (!playing_ || --ticsLeft_ > 0)
+    if (!playing_)
         return;
-    Show(walk_.After(state_));
+    walk_.Tic();
+    Show();
 }
 
-/// None ends it, and so does a state that lasts for ever.
-void StatePlayer::Show(std::optional<std::int32_t> state) {
-    const StateRecord* record = state ? session_.patch.current.states.Find(*state) : nullptr;
-    if (record == nullptr)
-        return Stop();
-    state_ = *state;
-    ticsLeft_ = record->duration;
-    emit StateShown(state_);
-    if (ticsLeft_ < 0)
-        Stop();
+void StatePlayer::Show() {
+    const StateWalk::End end = walk_.Ended();
+    for (const std::int32_t state : walk_.Entered() | std::views::reverse) // the last cuts off those before
+        if (const auto sound = SoundOfState(session_, state, thing_, dice_)) {
+            emit SoundMade(*sound);
+            break;
+        }
+    if (!walk_.Entered().empty() && (end == StateWalk::End::None || end == StateWalk::End::ForEver))
+        emit StateShown(*walk_.State());
+    emit TicShown();
+    if (end == StateWalk::End::None)
+        return;
+    Stop();
+    emit Ended();
 }
 
 } // namespace plinket3

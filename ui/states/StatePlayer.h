@@ -9,11 +9,10 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 namespace plinket3 {
 
-/// Runs through states as a `StateWalk` does, 35 tics a second. Stops at a state that lasts for ever, too.
+/// Runs through states as a `StateWalk` does, 35 tics a second at the game's speed.
 class StatePlayer : public QObject {
     Q_OBJECT
 public:
@@ -22,31 +21,50 @@ public:
     /// `session` must outlive the player; its patch may change while it plays.
     StatePlayer(const Session& session, QObject* parent);
 
-    /// The states that playing from `state` shows, each once.
-    std::vector<std::int32_t> Run(std::int32_t state) const;
-    void Start(std::int32_t state);
+    /// Shows the first tic of `state`, and goes on by itself after `Resume`. `start` is what is heard at once, `thing`
+    /// the one in whose states that is.
+    void Start(std::int32_t state, std::optional<std::int32_t> thing, std::optional<std::int32_t> start);
+    /// Goes on by itself, unless it has ended.
+    void Resume();
+    void Pause();
+    /// Forgets where it was.
     void Stop();
+    bool IsRunning() const { return timer_.isActive(); }
+    /// Between `Start` and `Stop`, or the end.
     bool IsPlaying() const { return playing_; }
-    /// One tic goes by. The timer calls this; so may a test that does not want to wait.
+    /// Times the game's.
+    void Speed(double times);
+    /// One tic goes by. The timer calls this; so does stepping, and a test that does not want to wait.
     void Advance();
+
+    StateWalk& Walk() { return walk_; }
+    /// Falls as these dice do from now on; at first as those of the system.
+    void Chance(Dice dice) { dice_ = std::move(dice); }
+    const Dice& Chance() const { return dice_; }
 
 signals:
     void StateShown(std::int32_t state);
-    /// Playing came to its end, or was stopped.
-    void Stopped();
+    void SoundMade(std::int32_t sound);
+    /// Another tic is shown.
+    void TicShown();
+    /// The walk has ended; what was shown last stays.
+    void Ended();
+    /// It runs by itself, or no longer.
+    void RunningChanged();
 
 private:
-    void Show(std::optional<std::int32_t> state);
+    void Show();
     void CatchUp();
 
     const Session& session_;
+    Dice dice_;
     StateWalk walk_;
     QTimer timer_;
     QElapsedTimer clock_;
-    qint64 tics_ = 0; // since the start
+    double times_ = 1;
+    qint64 tics_ = 0; // since the clock was started
     bool playing_ = false;
-    std::int32_t state_ = 0;
-    std::int32_t ticsLeft_ = 0; // of the state
+    std::optional<std::int32_t> thing_;
 };
 
 } // namespace plinket3

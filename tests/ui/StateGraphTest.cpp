@@ -1,0 +1,186 @@
+#include "tests/support/TestSupport.h"
+#include "tests/ui/WindowTest.h"
+#include "ui/graph/GraphOutput.h"
+#include "ui/graph/GraphView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QImage>
+#include <QLabel>
+#include <QPrinter>
+#include <QSvgRenderer>
+#include <QWheelEvent>
+
+namespace plinket3::test {
+namespace {
+
+constexpr int imp = 11, bfg = 6;
+constexpr Cell hitPoints{RecordKind::Thing, imp, RowOf(&ThingRecord::hitPoints)};
+
+class StateGraphTest : public WindowTest {
+protected:
+    void Press(QKeyCombination keys) {
+        QTest::keyClick(QApplication::focusWidget(), keys.key(), keys.keyboardModifiers());
+    }
+    GraphView& View() { return static_cast<GraphView&>(Find<QGraphicsView>("grvStates")); }
+    const GraphScene& Scene() { return *static_cast<GraphScene*>(View().scene()); }
+    /// What the dock says: its title and its summary.
+    std::string Says() {
+        QTest::qWait(1); // it fills itself when all else is done
+        return Find<QDockWidget>("dockStateGraph").windowTitle().toStdString() + " | " +
+               Find<QLabel>("lblStateGraph").text().toStdString();
+    }
+    /// The number of the state whose box is the current one, as those hear it who cannot see it.
+    int Current() {
+        QTest::qWait(1);
+        return View().accessibleDescription().section(QLatin1Char(' '), 1, 1).toInt();
+    }
+    const GraphBox& Box(int state) { return *Scene().Box(Scene().Graph().Find({TargetKind::State, state}).value()); }
+    QPoint Place(int state) { return View().mapFromScene(Box(state).pos() + Box(state).Box().center()); }
+};
+
+TEST_F(StateGraphTest, FollowsEditorsAndEditsAndLeadsToTheStates) {
+    LoadEngine("mbf21");
+    ShowWindow();
+    EditorSet& editors = Editors();
+    EXPECT_EQ(window->findChild<GraphView*>(), nullptr) << "it is made when it is first shown";
+    editors.ShowCell(hitPoints);
+    Press(Qt::CTRL | Qt::SHIFT | Qt::Key_G);
+    EXPECT_EQ(Says(), "State graph: Imp | 33 states.");
+    EXPECT_EQ(QApplication::focusWidget(), &View());
+    EXPECT_EQ(View().accessibleDescription().toStdString(),
+              "Frame 442 (TROOA): 10 tics, Look Next: 443. Named by: Initial frame.");
+
+    Press(Qt::Key_Right);
+    EXPECT_EQ(Current(), 443);
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Current(), 445) << "the row below";
+    Press(Qt::Key_Left);
+    Press(Qt::Key_Left);
+    EXPECT_EQ(Current(), 451) << "back along the arrow that closes the circle";
+    EXPECT_EQ(editors.Here(), (Cell{RecordKind::Thing, imp, existsField})) << "the editors stay as they are";
+    EXPECT_EQ(editors.SelectedStateRow(), 451) << "but the state is selected in its own";
+    Press(Qt::Key_Return);
+    EXPECT_EQ(editors.Here(), (Cell{RecordKind::State, 451, existsField}));
+
+    editors.ShowRecord(RecordKind::State, 452);
+    EXPECT_EQ(Current(), 452);
+    edits.Store({RecordKind::State, 452, RowOf(&StateRecord::nextState)}, 0);
+    EXPECT_EQ(Says(), "State graph: Imp | 33 states. Nothing comes to 2 of them.");
+    edits.Undo();
+    EXPECT_EQ(Says(), "State graph: Imp | 33 states.");
+    editors.ShowRecord(RecordKind::State, 82);
+    EXPECT_EQ(Says(), "State graph: BFG9000 | 10 states.");
+    editors.ShowRecord(RecordKind::State, 1500);
+    EXPECT_EQ(Says(), "State graph | Nothing comes to frame 1500.");
+    EXPECT_FALSE(Find<QAction>("GraphExport").isEnabled());
+    editors.ShowRecord(RecordKind::Weapon, bfg);
+    EXPECT_EQ(Says(), "State graph: BFG9000 | 10 states.");
+
+    View().setFocus();
+    Press(Qt::CTRL | Qt::SHIFT | Qt::Key_G);
+    EXPECT_FALSE(Find<QDockWidget>("dockStateGraph").isVisible()) << "the same keys put it away";
+    editors.ShowRecord(RecordKind::Thing, imp);
+    EXPECT_EQ(Says(), "State graph: BFG9000 | 10 states.") << "nothing is done for what nobody sees";
+}
+
+TEST_F(StateGraphTest, ZoomsAndLetsBoxesBeDragged) {
+    LoadEngine("mbf21");
+    ShowWindow();
+    Editors().ShowRecord(RecordKind::Thing, imp);
+    Find<QAction>("ViewStateGraph").trigger();
+    Says();
+    const auto scale = [this] { return View().transform().m11(); };
+    Press(Qt::Key_0);
+    EXPECT_EQ(scale(), 1);
+    Press(Qt::Key_Plus);
+    EXPECT_GT(scale(), 1.1);
+    Press(Qt::Key_Minus);
+    EXPECT_NEAR(scale(), 1, 1e-9);
+    QWheelEvent wheel(QPointF(5, 5), View().mapToGlobal(QPointF(5, 5)), {}, {0, -240}, {}, Qt::ControlModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(View().viewport(), &wheel);
+    EXPECT_LT(scale(), 0.9);
+    Press(Qt::Key_F);
+    EXPECT_TRUE(View().viewport()->rect().contains(View().mapFromScene(Scene().Drawn()).boundingRect()));
+
+    const QPointF before = Box(443).pos(), other = Box(444).pos();
+    const auto arrows = [this] {
+        QList<QRectF> places;
+        for (const QGraphicsItem* item : Scene().items(Qt::AscendingOrder))
+            if (dynamic_cast<const GraphArrow*>(item) != nullptr)
+                places.append(item->sceneBoundingRect());
+        return places;
+    };
+    const QList<QRectF> arrowsBefore = arrows();
+    const QPoint from = Place(443), to = from + QPoint(40, 25);
+    QTest::mousePress(View().viewport(), Qt::LeftButton, {}, from);
+    EXPECT_EQ(Current(), 443);
+    for (const QPoint& place : {from + QPoint(20, 10), to}) {
+        QMouseEvent move(QEvent::MouseMove, place, View().viewport()->mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                         {});
+        QApplication::sendEvent(View().viewport(), &move);
+    }
+    QTest::mouseRelease(View().viewport(), Qt::LeftButton, {}, to);
+    const QPointF dragged = Box(443).pos();
+    EXPECT_NEAR(dragged.x() - before.x(), 40 / scale(), 2);
+    EXPECT_NEAR(dragged.y() - before.y(), 25 / scale(), 2);
+    EXPECT_EQ(Box(444).pos(), other);
+    EXPECT_NE(arrows(), arrowsBefore) << "they come along";
+    edits.Store({RecordKind::State, 443, RowOf(&StateRecord::duration)}, 77);
+    Says();
+    EXPECT_EQ(Box(443).Text().beside, QStringLiteral("77 tics"));
+    EXPECT_EQ(Box(443).pos(), dragged) << "edits leave it there";
+    Find<QAction>("GraphArrange").trigger();
+    EXPECT_EQ(Box(443).pos(), before);
+    EXPECT_EQ(arrows(), arrowsBefore);
+    QTest::mouseDClick(View().viewport(), Qt::LeftButton, {}, Place(450));
+    EXPECT_EQ(Editors().Here(), (Cell{RecordKind::State, 450, existsField}));
+}
+
+TEST_F(StateGraphTest, IsExportedAndPrintedAndBounded) {
+    LoadEngine("dsdhacked", true);
+    ShowWindow();
+    Editors().ShowRecord(RecordKind::Thing, imp);
+    Find<QAction>("ViewStateGraph").trigger();
+    Says();
+    for (const char* name : {"imp.svg", "imp.png"}) {
+        dialogs.Expect("Export state graph", (folder / name).string());
+        Find<QAction>("GraphExport").trigger();
+    }
+    const QSizeF drawn = Scene().Drawn().size();
+    const std::string svg = ReadFile(folder / "imp.svg");
+    const QSvgRenderer renderer(QByteArray::fromStdString(svg));
+    ASSERT_TRUE(renderer.isValid());
+    const QSizeF size = renderer.viewBoxF().size();
+    EXPECT_GT(size.width(), drawn.width());
+    EXPECT_LT(size.width(), drawn.width() + 50);
+    for (const StateGraph::Node& node : Scene().Graph().nodes)
+        EXPECT_NE(svg.find(">" + std::to_string(node.target.number) + "<"), std::string::npos);
+    const QImage png(QString::fromStdString((folder / "imp.png").string()));
+    EXPECT_NEAR(png.width(), size.width() * 2, 4);
+    EXPECT_NEAR(png.height(), size.height() * 2, 4);
+    EXPECT_EQ(png.pixelColor(1, 1), Qt::white);
+    dialogs.Expect("Export state graph", (folder / "none" / "imp.svg").string());
+    notifier.Expect(MessageKind::Exclamation, (folder / "none" / "imp.svg").string() + ": No such file or directory");
+    Find<QAction>("GraphExport").trigger();
+
+    constexpr int first = 10'000, count = 50'000;
+    for (int state = first; state < first + count; ++state)
+        program.patch.current.states.Add(state).nextState = state + 1;
+    edits.Store({RecordKind::Thing, imp, RowOf(&ThingRecord::respawnState)}, first);
+    EXPECT_EQ(Says(), "State graph: Imp | Shows the first 2,000 of 50,033 states.");
+    EXPECT_EQ(Scene().Graph().nodes.size(), 2000);
+
+    QPrinter printer;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString((folder / "imp.pdf").string()));
+    EXPECT_TRUE(PrintGraph(const_cast<GraphScene&>(Scene()), QStringLiteral("Imp"), printer));
+    const std::string pdf = ReadFile(folder / "imp.pdf");
+    EXPECT_TRUE(pdf.starts_with("%PDF"));
+    const auto pages = QByteArray::fromStdString(pdf).count("/Type /Page\n");
+    EXPECT_GT(pages, 3) << "so large that it needs several";
+}
+
+} // namespace
+} // namespace plinket3::test
