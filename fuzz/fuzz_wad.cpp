@@ -1,4 +1,6 @@
 #include "core/Text.h"
+#include "wad/GameColours.h"
+#include "wad/PngLump.h"
 #include "wad/SoundLump.h"
 #include "wad/clsBitmap.h"
 #include "wad/modWADList.h"
@@ -56,6 +58,15 @@ void ReadOneLump(const clsWad& wad, int lump, std::size_t fileSize) {
         bitmap.renderDoomImage(text, -bitmap.Width() / 2, -bitmap.Height() / 2);
     if (bitmap.Create(16, 16, 0))
         bitmap.renderDoomImage(text, -1, 1);
+
+    if (auto picture = ReadGamePicture(text)) {
+        MapColours(*picture, LightColours(text, static_cast<int>(text.size()), Nearness::Thing));
+        GamePicture screen{4, 4, 0, 0, std::vector<std::uint8_t>(16), std::vector<bool>(16)};
+        DrawOver(screen, *picture, -picture->left, -picture->top, 3);
+        DrawOver(screen, Mirrored(*picture), 2 - picture->width, -1, 4);
+    }
+    if (const auto png = ReadPngHead(text))
+        Check(IsPng(text) && png->width <= largestPngSide && png->height <= largestPngSide);
 }
 
 } // namespace

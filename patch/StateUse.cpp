@@ -120,19 +120,26 @@ private:
 
 std::string AndPlace(std::size_t place) { return place == 1 ? std::string() : ", " + Ordinal(place); }
 
-/// "Imp (injury, death)" of a record's fields that name the state; those of runs that come to it are told apart with
-/// "; ": "Imp (far attack, third; death)".
-template <class Record> void AddUsers(std::vector<std::string>& users, RecordKind kind,
-                                      const NumberedList<Record>& records, const LinkWalk& walk, Runs& runs) {
-    for (const auto& [number, record] : records) {
-        std::vector<Link> links;
-        std::vector<std::int32_t> firsts;
-        walk.ForEachOf(kind, number, [&](const Link& link) {
+/// The links of a record to states, without those to none, and the states.
+struct LinksToStates {
+    LinksToStates(const LinkWalk& walk, RecordKind kind, std::int32_t number) {
+        walk.ForEachOf(kind, number, [this](const Link& link) {
             if (link.to.kind == TargetKind::State && !link.to.IsNone()) {
                 links.push_back(link);
                 firsts.push_back(link.to.number);
             }
         });
+    }
+    std::vector<Link> links;
+    std::vector<std::int32_t> firsts;
+};
+
+/// "Imp (injury, death)" of a record's fields that name the state; those of runs that come to it are told apart with
+/// "; ": "Imp (far attack, third; death)".
+template <class Record> void AddUsers(std::vector<std::string>& users, RecordKind kind,
+                                      const NumberedList<Record>& records, const LinkWalk& walk, Runs& runs) {
+    for (const auto& [number, record] : records) {
+        const auto [links, firsts] = LinksToStates(walk, kind, number);
         std::string fields;
         bool plain = true; // what was told last stands first in its run
         for (const Link& link : links)
@@ -186,6 +193,24 @@ std::vector<std::string> UsersOfState(const PatchSet& set, const EngineConfigura
                             engine.ActionOf(set.states[jump.from.index].codePointer)->mnemonic + AndPlace(*place) +
                             ")");
     return users;
+}
+
+std::optional<Target> OwnerOfState(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state) {
+    if (state == 0)
+        return std::nullopt;
+    const LinkWalk walk(set, engine);
+    Runs runs(set, state);
+    const auto ownerAmong = [&](RecordKind kind, const auto& records) -> std::optional<Target> {
+        for (const auto& [number, record] : records) {
+            const auto [links, firsts] = LinksToStates(walk, kind, number);
+            for (const std::int32_t first : firsts)
+                if (runs.PlaceFrom(first, firsts))
+                    return Target{*TargetKindOf(kind), number};
+        }
+        return std::nullopt;
+    };
+    const auto thing = ownerAmong(RecordKind::Thing, set.things);
+    return thing ? thing : ownerAmong(RecordKind::Weapon, set.weapons);
 }
 
 } // namespace plinket3

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "core/modConfig.h"
+#include "patch/Links.h"
 #include "patch/PatchSet.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,5 +27,8 @@ std::vector<std::int32_t> UnusedStates(const PatchSet& set, const EngineConfigur
 /// field's begins; then the states whose arguments do, with their action: "frame 12 (RandomJump, second)". None for
 /// state 0, which stands for "no state".
 std::vector<std::string> UsersOfState(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state);
+
+/// The first thing, else the first weapon, that `UsersOfState` tells of; absent when there is none.
+std::optional<Target> OwnerOfState(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state);
 
 } // namespace plinket3

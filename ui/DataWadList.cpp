@@ -32,7 +32,6 @@ DataWadList::DataWadList(FileDialogs& dialogs)
     lstFiles_->setToolTip(tr("In the order in which they are loaded: a later one replaces what earlier ones and the "
                              "IWAD have.\nF2 changes a path, Delete removes it, Alt+Up and Alt+Down move it."));
     lstFiles_->setDragDropMode(QAbstractItemView::InternalMove);
-    lstFiles_->setTextElideMode(Qt::ElideMiddle);
     lstFiles_->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
     setFocusProxy(lstFiles_);
     auto* cmdAdd = NewButton("cmdAddDataWAD", tr("&Add..."));

@@ -502,7 +502,8 @@ void frmEditThings::ShowPreview() {
     const RecordOrNew thing(Current().things, any ? Selection().current : 0);
     for (const ReferenceField& field : stateFields)
         runs.push_back({FieldLabel(field.member), any ? (*thing).*field.member : 0, field.member});
-    preview_->ShowRuns(std::move(runs), 0, any ? std::optional(Selection().current) : std::nullopt);
+    preview_->ShowRuns(std::move(runs), 0,
+                       any ? std::optional(Target{TargetKind::Thing, Selection().current}) : std::nullopt);
 }
 
 void frmEditThings::Rename() {

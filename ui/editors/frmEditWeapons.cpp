@@ -220,7 +220,9 @@ void frmEditWeapons::ShowPreview() {
         runs.push_back(
             {tr(row.label), Selection().records.empty() ? 0 : Current().weapons[Selection().current].*row.member});
     const auto ready = std::ranges::find(stateBoxes, &WeaponRecord::bobbingState, &StateBox::member);
-    preview_->ShowRuns(std::move(runs), static_cast<std::size_t>(ready - stateBoxes), std::nullopt);
+    preview_->ShowRuns(std::move(runs), static_cast<std::size_t>(ready - stateBoxes),
+                       Selection().records.empty() ? std::nullopt
+                                                   : std::optional(Target{TargetKind::Weapon, Selection().current}));
 }
 
 } // namespace plinket3

@@ -1,18 +1,21 @@
 #include "ui/fields/SpriteImage.h"
 
 #include "ui/LatinText.h"
-#include "wad/GamePicture.h"
+#include "ui/fields/LumpPicture.h"
 #include "wad/SpriteSides.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cstring>
-#include <optional>
 #include <string>
+#include <utility>
 
 namespace plinket3 {
 
 namespace {
+
+constexpr std::int64_t lightsSize = 32 * 256; // of the lump COLORMAP, as far as light goes
 
 QString Tr(const char* text) { return QCoreApplication::translate("SpriteImage", text); }
 
@@ -31,28 +34,40 @@ QImage ImageOf(const clsBitmap& bitmap) {
     return image;
 }
 
-QImage ImageOf(const GamePicture& picture, std::string_view palette) {
+Palette PaletteOf(const Session& session) {
     clsBitmap colours;
-    colours.setPalette(palette);
-    QImage image(picture.width, picture.height, QImage::Format_ARGB32);
-    std::size_t at = 0;
-    for (int y = 0; y < picture.height; ++y) {
-        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < picture.width; ++x, ++at) {
-            const Colour& colour = colours.Palette()[picture.pixels[at]];
-            row[x] = picture.covered[at] ? qRgb(colour.red, colour.green, colour.blue) : qRgba(0, 0, 0, 0);
-        }
-    }
-    return image;
+    colours.setPalette(session.palette);
+    return colours.Palette();
 }
 
-std::string BytesOf(const LumpResult& lump) { return lump.wad->ReadLumpString(lump.num, longestPictureLump); }
+/// Nothing but every other pixel, darkened: a game stirs and darkens what is behind.
+void MakeFuzzy(QImage& image) {
+    constexpr int strong = 150, weak = 40; // of 255
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (qAlpha(image.pixel(x, y)) != 0)
+                image.setPixel(x, y, qRgba(0, 0, 0, (x + y) % 2 == 0 ? strong : weak));
+}
 
-/// Where a picture lump lies about the spot at which a thing stands.
-QRect PlaceOf(std::string_view lump) {
-    const PictureSize size = ReadPictureSize(lump);
-    const PictureOffset offset = ReadPictureOffset(lump);
-    return {-offset.left, -offset.top, size.width, size.height};
+void MakeGlass(QImage& image) {
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (const QRgb colour = image.pixel(x, y); qAlpha(colour) != 0)
+                image.setPixel(x, y, qRgba(qRed(colour), qGreen(colour), qBlue(colour), 255 * frontPercent / 100));
+}
+
+/// The one of the WADs, else one that is made and stays as long as the palette does: that takes a moment.
+std::string Translucency(const Session& session) {
+    if (const auto lump = session.wads.FindLump("TRANMAP"))
+        if (std::string map = lump->wad->ReadLumpString(lump->num, translucencySize + 1);
+            map.size() == translucencySize)
+            return map;
+    static std::string madeFor, made;
+    if (madeFor != session.palette || made.empty()) {
+        made = MakeTranslucency(PaletteOf(session));
+        madeFor = session.palette;
+    }
+    return made;
 }
 
 } // namespace
@@ -60,18 +75,19 @@ QRect PlaceOf(std::string_view lump) {
 SpriteImage PlainSprite(const Session& session, std::string_view sprite, int frame) {
     SpriteImage made;
     const auto lump = ChooseSpriteFrame(session.wads, sprite, frame);
-    const std::string bytes = lump ? BytesOf(*lump) : std::string();
+    const std::string bytes = lump ? PictureLump(*lump) : std::string();
     clsBitmap bitmap;
     if (!lump || !DecodePicture(bytes, session.palette, bitmap))
         return made;
     made.image = ImageOf(bitmap);
-    made.place = PlaceOf(bytes).topLeft();
+    made.place = PlaceOfPicture(*lump).topLeft();
     made.lump = ShownText(lump->name);
     return made;
 }
 
-SpriteImage GameSprite(const Session& session, std::string_view sprite, int frame, int side) {
-    SpriteImage made;
+FramePicture PictureOfFrame(const Session& session, std::string_view sprite, int frame, int side, const GameLook& look,
+                            int light, Nearness nearness) {
+    FramePicture made;
     const auto found = ChooseSpriteSide(session.wads, sprite, frame, side);
     made.turns = !found || !found->allSides;
     if (!found) {
@@ -82,23 +98,60 @@ SpriteImage GameSprite(const Session& session, std::string_view sprite, int fram
             made.missing = Tr("%1 is in none of the WADs").arg(ShownText(wanted));
         return made;
     }
-    std::optional<GamePicture> picture = ReadGamePicture(BytesOf(found->lump));
+    made.picture = ReadLumpPicture(session, found->lump);
     const QString name = ShownText(found->lump.name);
-    if (!picture) {
+    if (!made.picture) {
         made.missing = Tr("%1 is no picture").arg(name);
         return made;
     }
-    if (found->mirrored)
-        picture = Mirrored(*picture);
-    made.image = ImageOf(*picture, session.palette);
-    made.place = {-picture->left, -picture->top};
     made.lump = name;
+    if (found->mirrored)
+        made.picture = Mirrored(*made.picture);
+    if (look.translation != 0)
+        MapColours(*made.picture, PlayerColours(look.translation));
+    if (const auto lights = session.wads.FindLump("COLORMAP"); lights && !look.fullBright)
+        MapColours(*made.picture, LightColours(lights->wad->ReadLumpString(lights->num, lightsSize), light, nearness));
     return made;
+}
+
+SpriteImage GameSprite(const Session& session, std::string_view sprite, int frame, int side, const GameLook& look,
+                       int light) {
+    FramePicture found = PictureOfFrame(session, sprite, frame, side, look, light, Nearness::Thing);
+    SpriteImage made;
+    made.turns = found.turns;
+    made.lump = found.lump;
+    made.missing = found.missing;
+    if (!found.picture)
+        return made;
+    made.image = ImageOf(*found.picture, session.palette);
+    made.place = {-found.picture->left, -found.picture->top};
+    if (look.fuzzy) {
+        MakeFuzzy(made.image);
+    } else if (look.translucent) {
+        MakeGlass(made.image);
+        made.glass = std::move(found.picture);
+    }
+    return made;
+}
+
+QImage GlassOver(const Session& session, const GamePicture& glass, QRgb behind) {
+    const std::size_t row = std::size_t{NearestColour(PaletteOf(session), {static_cast<std::uint8_t>(qRed(behind)),
+                                                                           static_cast<std::uint8_t>(qGreen(behind)),
+                                                                           static_cast<std::uint8_t>(qBlue(behind))})} *
+                            ColourMap().size();
+    const std::string map = Translucency(session);
+    ColourMap colours{};
+    std::transform(map.begin() + static_cast<std::ptrdiff_t>(row),
+                   map.begin() + static_cast<std::ptrdiff_t>(row + colours.size()), colours.begin(),
+                   [](char colour) { return static_cast<std::uint8_t>(colour); });
+    GamePicture seen = glass;
+    MapColours(seen, colours);
+    return ImageOf(seen, session.palette);
 }
 
 QRect PlaceOfSprite(const Session& session, std::string_view sprite, int frame) {
     const auto lump = ChooseSpriteFrame(session.wads, sprite, frame);
-    return lump ? PlaceOf(BytesOf(*lump)) : QRect();
+    return lump ? PlaceOfPicture(*lump) : QRect();
 }
 
 } // namespace plinket3

@@ -1,24 +1,30 @@
 #pragma once
 
+#include "patch/Links.h"
 #include "patch/Program.h"
 #include "ui/fields/SpriteImage.h"
 
+#include <QColor>
 #include <QRect>
+#include <QRegion>
 #include <QString>
 #include <QWidget>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
+class QSlider;
 class QToolButton;
 
 namespace plinket3 {
 
 /// Shows one frame of a sprite out of the session's WADs, crisp: centred, and scaled by the largest whole number that
 /// fits; or several, one after the other, on one stage. As in the game, while `GamePictures` are wanted: transparent,
-/// above the floor line of the spot at which a thing stands, from each of eight sides (keys < and >, or the buttons).
-/// Else uncovered pixels have the palette's first colour.
+/// above the floor line of the spot at which a thing stands, from each of eight sides (keys < and >, or the buttons),
+/// in the light that the slider tells; weapons on the game's screen. Else uncovered pixels have the palette's first
+/// colour.
 class SpriteView : public QWidget {
     Q_OBJECT
 public:
@@ -35,11 +41,12 @@ public:
     QString ShowSpriteFrame(std::int32_t sprite, std::int32_t frame);
     /// The same for the frame of a state, as another set has it and its sprite.
     QString ShowState(const PatchSet& set, std::int32_t state);
-    QString ShowState(std::int32_t state) { return ShowState(program_.patch.current, state); }
+    /// The same, drawn as the thing or weapon is to which the state belongs; absent when it belongs to none.
+    QString ShowState(std::int32_t state, std::optional<Target> owner = {});
     void Clear();
 
-    /// Where the picture of a state lies, in its own pixels, about the spot at which a thing stands. Empty when there
-    /// is none.
+    /// Where the picture of a state of a thing lies, in its own pixels, about the spot at which a thing stands. Empty
+    /// when there is none.
     QRect PlaceOfState(std::int32_t state) const;
     /// From now on pictures are drawn where they lie, at one scale at which all of `stage` has room. An empty one, and
     /// `Clear`, draw each on its own again.
@@ -64,20 +71,29 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QString Show(std::string_view sprite, std::int32_t frame);
+    struct WeaponState {
+        std::int32_t weapon, state;
+    };
+    QString Show(std::string_view sprite, std::int32_t frame, const GameLook& look = {},
+                 std::optional<WeaponState> weapon = {});
     QString Draw();
     void Turn(int sides);
     QToolButton* NewTurnButton(const char* name, const QString& text, const QString& tip, int sides);
     QRect ShownStage() const;
-    void PaintBackground(QPainter& painter, const QRect& room) const;
+    QColor TileColour(bool dark) const;
+    QRegion DarkTiles() const;
+    SpriteImage Made() const;
 
     const Program& program_;
     std::string sprite_; // empty: nothing is to be shown
     std::int32_t frame_ = 0;
+    GameLook look_;
+    std::optional<WeaponState> weapon_; // that is shown on the screen
     int side_ = 1;
     SpriteImage picture_;
     QRect stage_;
     QToolButton *cmdTurnLeft_, *cmdTurnRight_;
+    QSlider* sldLight_;
 };
 
 } // namespace plinket3

@@ -1,6 +1,7 @@
 #include "ui/states/StatePreview.h"
 
 #include "patch/StateSounds.h"
+#include "patch/StateUse.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
 #include "ui/fields/Labels.h"
@@ -175,14 +176,14 @@ void StatePreview::SetIcons() {
     cmdStep_->setIcon(ProgramIcon("step", palette()));
 }
 
-void StatePreview::ShowRuns(std::vector<Run> runs, std::size_t usual, std::optional<std::int32_t> thing) {
-    if (runs == runs_ && usual == usual_ && thing == thing_)
+void StatePreview::ShowRuns(std::vector<Run> runs, std::size_t usual, std::optional<Target> owner) {
+    if (runs == runs_ && usual == usual_ && owner == owner_)
         return Update();
     if (runs_.empty())
         chosen_ = usual;
     runs_ = std::move(runs);
     usual_ = usual;
-    thing_ = thing;
+    owner_ = owner;
     const auto has = [this](std::size_t run) {
         return run < runs_.size() && context_.program.patch.current.states.Has(runs_[run].state) &&
                runs_[run].state != 0;
@@ -222,6 +223,8 @@ void StatePreview::Update() {
     lblTic_->setText(first != 0 ? RunText(straight_) : QString());
     cmdJumps_->setVisible(!OpenJumps(program, first).empty());
     if (state_) {
+        if (runs_.empty())
+            owner_ = OwnerOfState(program.patch.current, program.engine, *state_);
         Draw(*state_);
     } else {
         picture_->Clear();
@@ -231,7 +234,7 @@ void StatePreview::Update() {
 
 void StatePreview::Draw(std::int32_t state) {
     shown_ = state;
-    NameLump(picture_->ShowState(state));
+    NameLump(picture_->ShowState(state, owner_));
 }
 
 void StatePreview::NameLump(const QString& lump) {
@@ -248,7 +251,9 @@ bool StatePreview::Begin() {
     for (const std::int32_t state : ReachOf(set, context_.program.engine, *state_))
         stage |= picture_->PlaceOfState(state);
     picture_->Stage(stage);
-    const auto thing = runs_.empty() ? ThingOfState(set, *state_) : thing_;
+    const auto thing = runs_.empty()                                 ? ThingOfState(set, *state_)
+                       : owner_ && owner_->kind == TargetKind::Thing ? std::optional(owner_->number)
+                                                                     : std::nullopt;
     const auto* run = runs_.empty() ? nullptr : &runs_[static_cast<std::size_t>(cmbRun_->currentData().toInt())];
     const auto sound = run != nullptr && run->field != nullptr && thing
                            ? SoundOfStart(context_.program, run->field, *thing, player_->Chance())

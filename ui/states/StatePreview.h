@@ -36,8 +36,8 @@ public:
     /// Ends playing and shows the state; none blanks the view.
     void ShowState(std::optional<std::int32_t> state);
     /// Offers what a record has of `runs`, of which the one at `usual` is shown until the user chooses another; of
-    /// records that do not have that one, the usual. `thing`: whose they are. Goes on playing when they are as before.
-    void ShowRuns(std::vector<Run> runs, std::size_t usual, std::optional<std::int32_t> thing);
+    /// records that do not have that one, the usual. `owner`: whose they are. Goes on playing when they are as before.
+    void ShowRuns(std::vector<Run> runs, std::size_t usual, std::optional<Target> owner);
     /// Draws anew: a value of a state may be another one.
     void Update();
     /// Ends playing, back at the state from which it started.
@@ -65,11 +65,11 @@ private:
 
     EditorContext context_;
     std::optional<std::int32_t> state_; // from which playing starts
+    std::optional<Target> owner_;       // whose it is
     std::int32_t shown_ = 0;            // just now
     StraightRun straight_;              // from `state_`
     std::vector<Run> runs_;
     std::size_t usual_ = 0, chosen_ = 0; // places in it
-    std::optional<std::int32_t> thing_;
     SpriteView* picture_;
     QLabel *lblPreview_, *lblTic_;
     QComboBox *cmbRun_, *cmbSpeed_;
