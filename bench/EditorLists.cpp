@@ -29,7 +29,8 @@ using namespace plinket3;
 
 constexpr int repetitions = 9;
 constexpr int manyRows = 1000;
-constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000, modernStates = 7'400;
+constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000, modernStates = 7'400,
+                      statesWithPictures = 967;
 
 /// Prints the median of the times that `act` takes until its outcome is on the screen; `prepare` goes before each.
 void Measure(const char* name, const std::function<void()>& prepare, const std::function<void()>& act) {
@@ -110,6 +111,14 @@ int main(int argc, char** argv) {
     Measure(
         "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
 
+    // As in the engine's first states, which have pictures, so in all others.
+    auto& states = program.patch.current.states.Dense();
+    for (std::size_t state = statesWithPictures; state < states.size(); ++state)
+        states[state] = states[state % statesWithPictures];
+    QScrollBar& bar = *list.verticalScrollBar();
+    Measure(
+        "new pictures", [&] { editors.Pictures().Clear(); }, [&] { bar.setValue(bar.value() + bar.pageStep()); });
+
     FindDock dock({program, edits, editors});
     auto& anything = *dock.findChild<QLineEdit*>("txtFind");
     const auto findAnything = [&](const char* name) {
@@ -134,7 +143,6 @@ int main(int argc, char** argv) {
         set->states.resize(manyStates);
     edits.Clear();
     editors.Refresh();
-    QScrollBar& bar = *list.verticalScrollBar();
     Measure(
         "scroll", [] {}, [&] { bar.setValue(bar.value() + bar.maximum() / (repetitions + 1)); });
     return 0;

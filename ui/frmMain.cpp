@@ -270,8 +270,13 @@ void frmMain::BuildViewMenu() {
         SpriteView::GamePictures(program_.settings, wanted);
         for (SpriteView* view : findChildren<SpriteView*>())
             view->Redraw();
+        editors_.Pictures().Clear();
     });
-    menu->addActions({viewOptions_, viewGamePictures_});
+    QAction* thumbnails = Action("ViewThumbnails", tr("&Thumbnails"));
+    thumbnails->setCheckable(true);
+    thumbnails->setChecked(editors_.Pictures().Wanted());
+    connect(thumbnails, &QAction::triggered, this, [this](bool wanted) { editors_.Pictures().Wanted(wanted); });
+    menu->addActions({viewOptions_, viewGamePictures_, thumbnails});
     menu->addSeparator();
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];

@@ -307,7 +307,9 @@ void StatePreview::FillJumps() {
     qDeleteAll(menu.findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
     const Program& program = context_.program;
     const PatchSet& set = program.patch.current;
-    for (const auto& [state, jump] : OpenJumps(program, state_.value_or(0))) {
+    for (const OpenJump& open : OpenJumps(program, state_.value_or(0))) {
+        const std::int32_t state = open.from;
+        const StateJump& jump = open.jump;
         const StateRecord& record = *set.states.Find(state);
         QMenu* choices = menu.addMenu(
             tr("%1 in state %2").arg(ShownText(program.engine.ActionOf(record.codePointer)->mnemonic)).arg(state));
@@ -321,7 +323,7 @@ void StatePreview::FillJumps() {
             action->setChecked(checked);
             group->addAction(action);
             connect(action, &QAction::triggered, player_,
-                    [this, from = state, choice] { player_->Walk().Choose(from, choice); });
+                    [this, state, choice] { player_->Walk().Choose(state, choice); });
         };
         if (jump.chance)
             add("byChance", tr("By chance (%1 of %2)").arg(*jump.chance).arg(certainChance), AtJump::ByChance,
