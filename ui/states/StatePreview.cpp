@@ -69,7 +69,7 @@ QString RunText(const StraightRun& run) {
         return StatePreview::tr("%1, then round in no time").arg(tics);
     default:
         return run.back == 0 ? StatePreview::tr("%1, again and again").arg(tics)
-                             : StatePreview::tr("%1, the last %2 again and again").arg(tics).arg(run.tics - run.back);
+                             : StatePreview::tr("%1, last %2 repeat").arg(tics).arg(run.tics - run.back);
     }
 }
 
@@ -92,12 +92,12 @@ StatePreview::StatePreview(const EditorContext& context, const QString& picture)
       cmdStep_(NewTool("cmdStep", tr("One tic"), QKeySequence(Qt::ALT | Qt::Key_Period), &StatePreview::Step)),
       cmdJumps_(new QToolButton), chkSound_(new QCheckBox(tr("Sound"))),
       player_(new StatePlayer(context.program, this)) {
-    for (QLabel* label : {lblPreview_, lblTic_}) {
+    for (QLabel* label : {lblPreview_, lblTic_})
         label->setAlignment(Qt::AlignCenter);
-        label->setWordWrap(true);
-    }
+    lblTic_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // its text is another each tic
     lblPreview_->setObjectName(QStringLiteral("lblPreview"));
     lblTic_->setObjectName(QStringLiteral("lblTic"));
+    picture_->setMinimumHeight(picture_->sizeHint().height()); // enough for a monster at twice its size
     cmdStep_->setAutoRepeat(true);
     cmbRun_->setObjectName(QStringLiteral("cmbRun"));
     cmbRun_->setAccessibleName(tr("Frames to show and play"));
