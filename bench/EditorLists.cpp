@@ -31,7 +31,8 @@ using namespace plinket3;
 constexpr int repetitions = 9;
 constexpr int manyRows = 1000;
 constexpr int graphStates = 500, runOfGraph = 20;
-constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000, modernStates = 7'400;
+constexpr std::size_t manyStates = 100'000, statesWithArguments = 50'000, modernStates = 7'400,
+                      statesWithPictures = 967;
 
 /// Prints the median of the times that `act` takes until its outcome is on the screen; `prepare` goes before each.
 void Measure(const char* name, const std::function<void()>& prepare, const std::function<void()>& act) {
@@ -127,6 +128,14 @@ int main(int argc, char** argv) {
     Measure(
         "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
 
+    // As in the engine's first states, which have pictures, so in all others.
+    auto& states = program.patch.current.states.Dense();
+    for (std::size_t state = statesWithPictures; state < states.size(); ++state)
+        states[state] = states[state % statesWithPictures];
+    QScrollBar& bar = *list.verticalScrollBar();
+    Measure(
+        "new pictures", [&] { editors.Pictures().Clear(); }, [&] { bar.setValue(bar.value() + bar.pageStep()); });
+
     MakeRuns(program.patch.current, program.engine);
     editors.Load("frmEditThings");
     editors.Show(0, true);
@@ -169,7 +178,6 @@ int main(int argc, char** argv) {
         set->states.resize(manyStates);
     edits.Clear();
     editors.Refresh();
-    QScrollBar& bar = *list.verticalScrollBar();
     Measure(
         "scroll", [] {}, [&] { bar.setValue(bar.value() + bar.maximum() / (repetitions + 1)); });
     return 0;

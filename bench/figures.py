@@ -57,6 +57,7 @@ LISTS = [
     ("50,000 states with arguments: a letter in the filter", "find arguments", 50),
     ("50,000 states with arguments: a letter that none has", "find nothing", 50),
     ("100,000 states: scroll by a tenth", "scroll", 50),
+    ("4,000 states: scroll by a page of new pictures", "new pictures", 50),
 ]
 
 

@@ -12,6 +12,8 @@ class QAction;
 
 namespace plinket3 {
 
+class Thumbnails;
+
 /// What editors ask of each other and of the main window, so that none of them knows another.
 class EditorLinks {
 public:
@@ -36,6 +38,8 @@ public:
     /// Rewrites one entry of the state editor's list of things; an entry beyond its end is ignored.
     virtual void ReplaceThingFilterEntry(int entry, const QString& text) = 0;
 
+    /// The small pictures of lists.
+    virtual Thumbnails& Pictures() = 0;
     /// Plays the sound of the current sound table at that index; problems go to the log.
     virtual void PlaySoundLump(int sound) = 0;
 

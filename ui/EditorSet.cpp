@@ -29,7 +29,7 @@
 namespace plinket3 {
 
 EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
-    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), area_(area),
+    : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), thumbnails_(program), area_(area),
       commands_(program, edits, *this, area), clips_(program, edits, *this, area) {
     edits_.Listen([this](const std::vector<Cell>& cells) {
         for (EditorWindow* editor : editors_)
@@ -157,6 +157,7 @@ void EditorSet::Hide(std::size_t editor) {
 
 void EditorSet::Refresh() {
     replaced_.clear(); // the list is filled anew
+    thumbnails_.Clear();
     for (EditorWindow* editor : editors_)
         if (editor != nullptr)
             editor->Refresh();
@@ -316,11 +317,11 @@ template <class Dialog, class... Arguments> Dialog& Made(std::unique_ptr<Dialog>
 } // namespace
 
 std::optional<EditorLinks::SpriteChoice> EditorSet::PickSprite(SpriteChoice start) {
-    return Made(selectSprite_, program_, area_.window()).Choose(start);
+    return Made(selectSprite_, program_, thumbnails_, area_.window()).Choose(start);
 }
 
 std::optional<std::int32_t> EditorSet::PickState(std::int32_t start) {
-    return Made(selectState_, program_, edits_, area_.window()).Choose(start);
+    return Made(selectState_, program_, edits_, thumbnails_, area_.window()).Choose(start);
 }
 
 std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
@@ -329,7 +330,7 @@ std::optional<std::int32_t> EditorSet::PickAction(std::int32_t start) {
 
 std::optional<std::int32_t> EditorSet::PickRecord(RecordKind kind, std::int32_t start) {
     auto& dialog = kind == RecordKind::Thing ? selectThing_ : kind == RecordKind::Sound ? selectSound_ : selectString_;
-    return Made(dialog, program_, kind, area_.window()).Choose(start);
+    return Made(dialog, program_, kind, thumbnails_, area_.window()).Choose(start);
 }
 
 QString EditorSet::AskText(const QString& title, const QString& prompt, const QString& start) {

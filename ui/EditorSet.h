@@ -5,6 +5,7 @@
 #include "ui/RecordCommands.h"
 #include "ui/clip/ClipCommands.h"
 #include "ui/editors/EditorWindow.h"
+#include "ui/fields/Thumbnails.h"
 
 #include <QMap>
 #include <QObject>
@@ -102,6 +103,7 @@ public:
     std::optional<int> SelectedStateRow() override;
     std::optional<int> SelectedSoundRow() override;
     void ReplaceThingFilterEntry(int entry, const QString& text) override;
+    Thumbnails& Pictures() override { return thumbnails_; }
     void PlaySoundLump(int sound) override;
     std::optional<SpriteChoice> PickSprite(SpriteChoice start) override;
     std::optional<std::int32_t> PickState(std::int32_t start) override;
@@ -142,6 +144,7 @@ private:
     Edits& edits_;
     Audio& audio_;
     FileDialogs& dialogs_;
+    Thumbnails thumbnails_;
     QMdiArea& area_;
     RecordCommands commands_;
     std::array<std::unique_ptr<EditorWindow>, editorEntries.size()> unshown_; // until they get a frame

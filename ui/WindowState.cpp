@@ -19,7 +19,7 @@ constexpr std::uint64_t largestFile = 1'000'000; // bytes, some hundred times wh
 /// The rest of a key's line. Another layout of what is stored gets another word here, and the old states are lost.
 QByteArray Sealed(const QByteArray& key, const QByteArray& state) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData("Plinket3 1\n" + key + '\n' + state);
+    hash.addData("Plinket3 2\n" + key + '\n' + state);
     return hash.result().toHex() + ' ' + state.toBase64();
 }
 

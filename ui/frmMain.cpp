@@ -274,8 +274,13 @@ void frmMain::BuildViewMenu() {
         for (SpriteView* view : findChildren<SpriteView*>())
             view->Redraw();
         graph_->Redraw();
+        editors_.Pictures().Clear();
     });
-    menu->addActions({viewOptions_, viewGamePictures_});
+    QAction* thumbnails = Action("ViewThumbnails", tr("&Thumbnails"));
+    thumbnails->setCheckable(true);
+    thumbnails->setChecked(editors_.Pictures().Wanted());
+    connect(thumbnails, &QAction::triggered, this, [this](bool wanted) { editors_.Pictures().Wanted(wanted); });
+    menu->addActions({viewOptions_, viewGamePictures_, thumbnails});
     menu->addSeparator();
     for (std::size_t editor = 0; editor < editorEntries.size(); ++editor) {
         QAction*& action = viewEditors_[editor];

@@ -351,7 +351,7 @@ TEST_F(frmEditStatesTest, TheListsMenuRestoresOneColumnOfTheSelectedStates) {
 
 TEST_F(frmEditStatesTest, TheModelShowsColumnsAndMarksWhatIsNotTheEngines) {
     auto& model = static_cast<StateTableModel&>(*List().model());
-    const char* expected[]{"454", "TROOG", "0", "6", "Yes", "444", "6", "0", "-3", "TroopAttack", ""};
+    const char* expected[]{"454", "TROOG", "0", "6", "Yes", "444", "6", "0", "-3", "TroopAttack", "", ""};
     Put(attack, &StateRecord::subnumber, 6 | litBit);
     Put(attack, &StateRecord::unknown2, -3);
     for (int column = 0; column < stateColumnCount; ++column) {

@@ -351,7 +351,7 @@ TEST_F(LaterFieldsTest, WeaponsAndAmmoFitOnSmallScreens) {
 
 TEST_F(LaterFieldsTest, StringsArePickedByKeyOrText) {
     LoadEngine("id24");
-    frmSelectRecord dialog(program, RecordKind::String, nullptr);
+    frmSelectRecord dialog(program, RecordKind::String, links.thumbnails, nullptr);
     const ModalDriver driver("frmSelectString", [](QDialog& picker) {
         Type(Find<QLineEdit>(picker, "txtFilter"), "GOTARMOR");
         ClickRow(Find<QListView>(picker, "lstRecords"), 0);
@@ -591,7 +591,7 @@ TEST_F(LaterFieldsTest, PickersListThingsAndSoundsByNumberAndName) {
               {RecordKind::Thing, 100000, "", "12  imp", imp}};
     for (const auto& row : cases) {
         SCOPED_TRACE(row.typed);
-        frmSelectRecord dialog(program, row.kind, nullptr);
+        frmSelectRecord dialog(program, row.kind, links.thumbnails, nullptr);
         const char* name = row.kind == RecordKind::Thing ? "frmSelectThing" : "frmSelectSound";
         const ModalDriver driver(name, [&row](QDialog& picker) {
             EXPECT_EQ(Find<QListView>(picker, "lstRecords").currentIndex().data().toString(), row.shown);

@@ -105,7 +105,7 @@ TEST_F(MainWindowTest, WithoutASessionOnlyWhatNeedsNoneCanBeChosen) {
     EXPECT_EQ(
         enabled.join(' ').toStdString(),
         "FileExit FileNew FileOpen FileRecovered HelpAbout HelpManual HelpWebsite ViewComparison ViewGamePictures "
-        "ViewOptions ViewOtherLines ViewProblems");
+        "ViewOptions ViewOtherLines ViewProblems ViewThumbnails");
 }
 
 TEST_F(MainWindowTest, CaptionStatusAndParEditorFollowTheMode) {
@@ -256,6 +256,17 @@ TEST_F(MainWindowTest, PicturesAsInTheGameAreTakenAwayAndGivenBackAtOnce) {
         EXPECT_EQ(view->Picture().hasAlphaChannel(), asInTheGame);
         EXPECT_EQ(SpriteView::GamePictures(program.settings), asInTheGame);
     }
+    EXPECT_TRUE(Action("ViewThumbnails").isChecked()) << "as shipped";
+    const auto rowHeight = [this] {
+        QApplication::processEvents();
+        auto& list = Find<QTreeView>("lstThings");
+        return list.visualRect(list.model()->index(0, 0)).height();
+    };
+    const int withPictures = rowHeight();
+    Action("ViewThumbnails").trigger();
+    EXPECT_LT(rowHeight(), withPictures);
+    Action("ViewThumbnails").trigger();
+    EXPECT_EQ(rowHeight(), withPictures);
 }
 
 TEST_F(MainWindowTest, F1OpensTheManualAtThePageOfTheEditorOrDialog) {

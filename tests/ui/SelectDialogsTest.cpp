@@ -39,7 +39,7 @@ protected:
 };
 
 TEST_F(SelectDialogsTest, ASpriteStartsAtTheGivenFrameAndKeepsItsLitBit) {
-    frmSelectSprite dialog(program, nullptr);
+    frmSelectSprite dialog(program, links.thumbnails, nullptr);
     auto& list = Find<QListView>(dialog, "lstSprites");
     const QAbstractItemModelTester tester(list.model());
     auto& frame = Find<QLineEdit>(dialog, "txtFrame");
@@ -65,7 +65,7 @@ TEST_F(SelectDialogsTest, ASpriteStartsAtTheGivenFrameAndKeepsItsLitBit) {
 }
 
 TEST_F(SelectDialogsTest, FramesAreLimitedInBothForms) {
-    frmSelectSprite dialog(program, nullptr);
+    frmSelectSprite dialog(program, links.thumbnails, nullptr);
     const struct {
         int letters;
         std::int32_t start;
@@ -87,7 +87,7 @@ TEST_F(SelectDialogsTest, FramesAreLimitedInBothForms) {
 }
 
 TEST_F(SelectDialogsTest, TheStateDialogShowsEveryStateAsItIsNow) {
-    frmSelectState dialog(program, edits, nullptr);
+    frmSelectState dialog(program, edits, links.thumbnails, nullptr);
     auto& list = Find<QTableView>(dialog, "lvwSelectStates");
     auto& filter = Find<QLineEdit>(dialog, "txtFilter");
     const QAbstractItemModelTester tester(list.model());

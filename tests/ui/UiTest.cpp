@@ -110,6 +110,9 @@ void TriggerMenu(QWidget& widget, QPoint place, const char* entry) {
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         ASSERT_NE(menu, nullptr);
         auto* action = menu->findChild<QAction*>(QString::fromLatin1(entry));
+        for (QAction* shown : menu->actions()) // it may belong to another widget
+            if (shown->objectName() == QLatin1String(entry))
+                action = shown;
         if (action == nullptr)
             menu->close(); // it would wait for an answer
         ASSERT_NE(action, nullptr) << entry;

@@ -5,6 +5,7 @@
 #include "patch/StepNames.h"
 #include "tests/support/TestSupport.h"
 #include "ui/editors/EditorWindow.h"
+#include "ui/fields/Thumbnails.h"
 
 #include <gtest/gtest.h>
 
@@ -25,12 +26,14 @@ namespace plinket3::test {
 /// Stands in for the other windows: answers what a test has set and records what was asked.
 class TestLinks : public EditorLinks {
 public:
+    explicit TestLinks(Program& program) : thumbnails(program) {}
     void SelectSingleState(int state, int thing, int weapon) override;
     std::optional<int> SelectedStateRow() override { return selectedStateRow; }
     QList<QAction*> RecordActions(RecordKind) const override { return {}; }
     void ShowCell(const Cell& cell) override { Record("show " + MadeName(cell.kind, cell.index)); }
     std::optional<int> SelectedSoundRow() override { return selectedSoundRow; }
     void ReplaceThingFilterEntry(int entry, const QString& text) override;
+    Thumbnails& Pictures() override { return thumbnails; }
     void PlaySoundLump(int sound) override { Record("play sound " + std::to_string(sound)); }
     std::optional<SpriteChoice> PickSprite(SpriteChoice start) override;
     std::optional<std::int32_t> PickState(std::int32_t start) override;
@@ -46,6 +49,7 @@ public:
     std::optional<std::int32_t> pickedState, pickedAction, pickedRecord;
     QString typedText; // the answer to AskText
     std::vector<std::string> calls;
+    Thumbnails thumbnails;
 
 private:
     void Record(std::string call) { calls.push_back(std::move(call)); }
@@ -73,7 +77,7 @@ protected:
     ExpectingNotifier notifier;
     Program program{notifier};
     Edits edits{program.patch};
-    TestLinks links;
+    TestLinks links{program};
 
 private:
     std::vector<std::unique_ptr<EditorWindow>> windows_;

@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QMenu>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -70,7 +71,8 @@ void frmEditStates::Build() {
 void frmEditStates::BuildList() {
     model_ = new StateTableModel(context_.program, this);
     lvwStates_ = new QTableView;
-    SetUpStateList(*lvwStates_, *model_, QStringLiteral("lvwStates"), tr("States"));
+    SetUpStateList(*lvwStates_, *model_, QStringLiteral("lvwStates"), tr("States"), Current(),
+                   context_.links.Pictures());
     lvwStates_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     lvwStates_->setContextMenuPolicy(Qt::CustomContextMenu);
     lvwStates_->setMinimumHeight(lvwStates_->fontMetrics().height() * 6);
@@ -244,6 +246,8 @@ void frmEditStates::ShowListMenu(const QPoint& place) {
     menu.addAction(tr("New states..."), this, &frmEditStates::MakeStates);
     for (QAction* action : maker_->Actions())
         menu.addAction(action);
+    menu.addSeparator();
+    menu.addActions(lvwStates_->horizontalHeader()->actions());
     menu.addSeparator();
     menu.addActions(context_.links.ClipActions());
     menu.addActions(context_.links.RecordActions(RecordKind::State));

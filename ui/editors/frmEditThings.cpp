@@ -7,6 +7,7 @@
 #include "ui/fields/Labels.h"
 #include "ui/lists/FilterBox.h"
 #include "ui/lists/SelectedRecords.h"
+#include "ui/lists/ThumbnailDelegate.h"
 #include "ui/states/StatePreview.h"
 
 #include <QAction>
@@ -30,7 +31,7 @@ namespace plinket3 {
 namespace {
 
 constexpr int longestDigits = 11;   // of a 32-bit number with its sign
-constexpr int usualNameLength = 30; // with the number before it, and the scroll bar
+constexpr int usualNameLength = 34; // with picture and number before it, and the scroll bar
 
 struct NumberField {
     const char* control;
@@ -211,6 +212,9 @@ QWidget* frmEditThings::BuildList() {
     filter_->LeadTo(*list_);
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setModel(&listed_);
+    new ThumbnailDelegate(*list_, 0, context_.links.Pictures(), [this](const QModelIndex& row) {
+        return FrameOfThing(Current(), row.data(recordRole).toInt());
+    });
     list_->setContextMenuPolicy(Qt::ActionsContextMenu);
     connect(NewAction("actRename", tr("Rename..."), list_), &QAction::triggered, this, &frmEditThings::Rename);
     connect(NewAction("actRestore", tr("Restore"), list_), &QAction::triggered, this, &frmEditThings::Restore);
@@ -454,6 +458,8 @@ void frmEditThings::ShowCells(const std::vector<Cell>& cells) {
     const bool states =
         std::any_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.kind == RecordKind::State; });
     const bool lumps = RenamesLumps(cells);
+    if (states || lumps)
+        list_->viewport()->update(); // the pictures of things
     if (std::any_of(cells.begin(), cells.end(), isShown)) {
         boxes_.Update();
         extra_->Update();

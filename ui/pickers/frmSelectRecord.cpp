@@ -4,10 +4,11 @@
 #include "patch/StepNames.h"
 #include "ui/LatinText.h"
 #include "ui/lists/TextListModel.h"
+#include "ui/lists/ThumbnailDelegate.h"
 
 namespace plinket3 {
 
-frmSelectRecord::frmSelectRecord(Program& program, RecordKind kind, QWidget* parent)
+frmSelectRecord::frmSelectRecord(Program& program, RecordKind kind, Thumbnails& thumbnails, QWidget* parent)
     : PickerDialog(kind == RecordKind::Thing   ? "frmSelectThing"
                    : kind == RecordKind::Sound ? "frmSelectSound"
                                                : "frmSelectString",
@@ -26,6 +27,10 @@ frmSelectRecord::frmSelectRecord(Program& program, RecordKind kind, QWidget* par
     lstRecords_->setModel(narrowed_);
     lstRecords_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     lstRecords_->setUniformItemSizes(true);
+    if (kind == RecordKind::Thing)
+        new ThumbnailDelegate(*lstRecords_, 0, thumbnails, [this](const QModelIndex& row) {
+            return FrameOfThing(program_.patch.current, records_.At(narrowed_->mapToSource(row).row()));
+        });
     SetList(*lstRecords_, nullptr);
     resize(fontMetrics().averageCharWidth() * 50, fontMetrics().height() * 26);
 }

@@ -12,12 +12,13 @@
 namespace plinket3 {
 
 class TextListModel;
+class Thumbnails;
 
 /// Lets the user pick a thing or a sound by number or name, or a string by its key or text.
 class frmSelectRecord : public PickerDialog {
     Q_OBJECT
 public:
-    frmSelectRecord(Program& program, RecordKind kind, QWidget* parent);
+    frmSelectRecord(Program& program, RecordKind kind, Thumbnails& thumbnails, QWidget* parent);
 
     /// Starts at the record `start` and returns one; nothing when the user cancels.
     std::optional<std::int32_t> Choose(std::int32_t start);

@@ -4,6 +4,7 @@
 #include "ui/fields/FrameSpinBox.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/lists/TextListModel.h"
+#include "ui/lists/ThumbnailDelegate.h"
 
 #include <QHBoxLayout>
 
@@ -15,7 +16,7 @@ constexpr std::int32_t noSprite = -1;
 
 } // namespace
 
-frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
+frmSelectSprite::frmSelectSprite(Program& program, Thumbnails& thumbnails, QWidget* parent)
     : PickerDialog("frmSelectSprite", tr("Choose a sprite"), program, parent),
       names_(new TextListModel(
           this, [this] { return sprites_.Numbers().size(); },
@@ -31,6 +32,10 @@ frmSelectSprite::frmSelectSprite(Program& program, QWidget* parent)
     lstSprites_->setModel(narrowed_);
     lstSprites_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     lstSprites_->setUniformItemSizes(true);
+    new ThumbnailDelegate(*lstSprites_, 0, thumbnails, [this](const QModelIndex& row) {
+        const std::int32_t sprite = sprites_.At(narrowed_->mapToSource(row).row());
+        return SpriteFrame{std::string(program_.patch.current.SpriteName(sprite)), 0};
+    });
     lblPreview_->setObjectName(QStringLiteral("lblPreview"));
     lblPreview_->setAlignment(Qt::AlignCenter);
 

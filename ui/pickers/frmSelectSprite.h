@@ -15,12 +15,13 @@ namespace plinket3 {
 class FrameSpinBox;
 class SpriteView;
 class TextListModel;
+class Thumbnails;
 
 /// Lets the user pick a frame of a sprite, and shows it.
 class frmSelectSprite : public PickerDialog {
     Q_OBJECT
 public:
-    frmSelectSprite(Program& program, QWidget* parent);
+    frmSelectSprite(Program& program, Thumbnails& thumbnails, QWidget* parent);
 
     /// Starts at `start` and keeps its lit bit; nothing when the user cancels.
     std::optional<EditorLinks::SpriteChoice> Choose(EditorLinks::SpriteChoice start);

@@ -8,10 +8,11 @@
 
 namespace plinket3 {
 
-frmSelectState::frmSelectState(Program& program, Edits& edits, QWidget* parent)
+frmSelectState::frmSelectState(Program& program, Edits& edits, Thumbnails& thumbnails, QWidget* parent)
     : PickerDialog("frmSelectState", tr("Choose a state"), program, parent), model_(new StateTableModel(program, this)),
       lvwSelectStates_(new QTableView) {
-    SetUpStateList(*lvwSelectStates_, *model_, QStringLiteral("lvwSelectStates"), tr("States"));
+    SetUpStateList(*lvwSelectStates_, *model_, QStringLiteral("lvwSelectStates"), tr("States"), program.patch.current,
+                   thumbnails);
     lvwSelectStates_->setSelectionMode(QAbstractItemView::SingleSelection);
     SetList(*lvwSelectStates_, nullptr);
     resize(lvwSelectStates_->horizontalHeader()->length() + fontMetrics().averageCharWidth() * 10,

@@ -11,13 +11,14 @@ class QTableView;
 namespace plinket3 {
 
 class StateTableModel;
+class Thumbnails;
 
 /// Lets the user pick a state.
 class frmSelectState : public PickerDialog {
     Q_OBJECT
 public:
-    /// Must live as long as `edits`.
-    frmSelectState(Program& program, Edits& edits, QWidget* parent);
+    /// Must live as long as `edits`, and no longer than `thumbnails`.
+    frmSelectState(Program& program, Edits& edits, Thumbnails& thumbnails, QWidget* parent);
 
     /// Starts at state `start`; nothing when the user cancels.
     std::optional<std::int32_t> Choose(std::int32_t start);

@@ -38,6 +38,7 @@ constexpr std::array<ColumnFacts, stateColumnCount + 2> columns{{
     {QT_TRANSLATE_NOOP("StateColumns", "Param. 2"), "parameter 2", &StateRecord::unknown2},
     {QT_TRANSLATE_NOOP("StateColumns", "Action"), "action"},
     {QT_TRANSLATE_NOOP("StateColumns", "Arguments"), "arguments"},
+    {QT_TRANSLATE_NOOP("StateColumns", "Picture"), "sprite"},
     {},
     {"", "sprite frame", &StateRecord::subnumber},
 }};
@@ -122,6 +123,8 @@ QString StateColumnText(const PatchSet& set, const EngineConfiguration& engine, 
         return QString::number(state);
     case StateColumn::Name:
         return StateLabelText(set, state);
+    case StateColumn::Picture:
+        return {};
     case StateColumn::Lit:
         return StateColumnValue(set, state, column) != 0 ? QCoreApplication::translate("StateColumns", "Yes")
                                                          : QCoreApplication::translate("StateColumns", "No");
@@ -184,7 +187,7 @@ std::vector<std::string> RestoreStateColumn(Edits& edits, const Session& session
         return {};
     }
     std::vector<StateColumn> which{column};
-    if (column == StateColumn::Name)
+    if (column == StateColumn::Name || column == StateColumn::Picture)
         which = {StateColumn::Sprite, StateColumn::Frame};
     std::vector<Assignment> assignments =
         ColumnAssignments(session.patch.current, states, which, [&session](std::int32_t state, StateColumn restored) {

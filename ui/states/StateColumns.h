@@ -26,6 +26,7 @@ enum class StateColumn {
     Parameter2,
     Action,
     Arguments, // by value
+    Picture,   // small, drawn by the list
     Count,     // of the columns in lists
     FrameAndLit,
 };
@@ -35,8 +36,8 @@ QString StateColumnHeading(StateColumn column);
 /// False for columns whose text is words.
 bool IsNumberColumn(StateColumn column);
 
-/// The row of the states' table behind a column; `codePointerField` for the action. Not for `Number`, `Name` and
-/// `Arguments`.
+/// The row of the states' table behind a column; `codePointerField` for the action. Not for `Number`, `Name`,
+/// `Arguments` and `Picture`.
 int StateColumnField(StateColumn column);
 /// The step that changes it in these states: "duration of 3 frames".
 std::string StateColumnStep(const Edits& edits, StateColumn column, const std::vector<std::int32_t>& states);
@@ -60,7 +61,8 @@ struct StateColumnAssignment {
 std::vector<std::string> StoreInStates(Edits& edits, const Session& session, const std::vector<std::int32_t>& states,
                                        std::span<const StateColumnAssignment> values, bool typing = false);
 
-/// Restores one column of these states; for `Name` sprite and frame, for `Number` nothing. Returns the same.
+/// Restores one column of these states; for `Name` and `Picture` sprite and frame, for `Number` nothing. Returns the
+/// same.
 std::vector<std::string> RestoreStateColumn(Edits& edits, const Session& session,
                                             const std::vector<std::int32_t>& states, StateColumn column);
 

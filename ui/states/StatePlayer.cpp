@@ -5,7 +5,6 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace plinket3 {
@@ -75,12 +74,13 @@ void StatePlayer::Advance() {
 
 void StatePlayer::Show() {
     const StateWalk::End end = walk_.Ended();
-    for (const std::int32_t state : walk_.Entered() | std::views::reverse) // the last cuts off those before
-        if (const auto sound = SoundOfState(session_, state, thing_, dice_)) {
+    const auto& entered = walk_.Entered();
+    for (auto state = entered.rbegin(); state != entered.rend(); ++state) // the last cuts off those before
+        if (const auto sound = SoundOfState(session_, *state, thing_, dice_)) {
             emit SoundMade(*sound);
             break;
         }
-    if (!walk_.Entered().empty() && (end == StateWalk::End::None || end == StateWalk::End::ForEver))
+    if (!entered.empty() && (end == StateWalk::End::None || end == StateWalk::End::ForEver))
         emit StateShown(*walk_.State());
     emit TicShown();
     if (end == StateWalk::End::None)

@@ -70,7 +70,7 @@ QString RunText(const StraightRun& run) {
         return StatePreview::tr("%1, then round in no time").arg(tics);
     default:
         return run.back == 0 ? StatePreview::tr("%1, again and again").arg(tics)
-                             : StatePreview::tr("%1, the last %2 again and again").arg(tics).arg(run.tics - run.back);
+                             : StatePreview::tr("%1, last %2 repeat").arg(tics).arg(run.tics - run.back);
     }
 }
 
@@ -93,12 +93,12 @@ StatePreview::StatePreview(const EditorContext& context, const QString& picture)
       cmdStep_(NewTool("cmdStep", tr("One tic"), QKeySequence(Qt::ALT | Qt::Key_Period), &StatePreview::Step)),
       cmdJumps_(new QToolButton), chkSound_(new QCheckBox(tr("Sound"))),
       player_(new StatePlayer(context.program, this)) {
-    for (QLabel* label : {lblPreview_, lblTic_}) {
+    for (QLabel* label : {lblPreview_, lblTic_})
         label->setAlignment(Qt::AlignCenter);
-        label->setWordWrap(true);
-    }
+    lblTic_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // its text is another each tic
     lblPreview_->setObjectName(QStringLiteral("lblPreview"));
     lblTic_->setObjectName(QStringLiteral("lblTic"));
+    picture_->setMinimumHeight(picture_->sizeHint().height()); // enough for a monster at twice its size
     cmdStep_->setAutoRepeat(true);
     cmbRun_->setObjectName(QStringLiteral("cmbRun"));
     cmbRun_->setAccessibleName(tr("Frames to show and play"));
@@ -312,7 +312,9 @@ void StatePreview::FillJumps() {
     qDeleteAll(menu.findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
     const Program& program = context_.program;
     const PatchSet& set = program.patch.current;
-    for (const auto& [state, jump] : OpenJumps(program, state_.value_or(0))) {
+    for (const OpenJump& open : OpenJumps(program, state_.value_or(0))) {
+        const std::int32_t state = open.from;
+        const StateJump& jump = open.jump;
         const StateRecord& record = *set.states.Find(state);
         QMenu* choices = menu.addMenu(
             tr("%1 in state %2").arg(ShownText(program.engine.ActionOf(record.codePointer)->mnemonic)).arg(state));
@@ -326,7 +328,7 @@ void StatePreview::FillJumps() {
             action->setChecked(checked);
             group->addAction(action);
             connect(action, &QAction::triggered, player_,
-                    [this, from = state, choice] { player_->Walk().Choose(from, choice); });
+                    [this, state, choice] { player_->Walk().Choose(state, choice); });
         };
         if (jump.chance)
             add("byChance", tr("By chance (%1 of %2)").arg(*jump.chance).arg(certainChance), AtJump::ByChance,
