@@ -15,6 +15,7 @@
 #include "ui/frmNewFile.h"
 #include "ui/frmOptions.h"
 #include "ui/frmStartup.h"
+#include "ui/run/RunCommands.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -80,6 +81,7 @@ private:
     void BuildFileMenu();
     void BuildEditMenu();
     void BuildViewMenu();
+    void BuildRunMenu();
     void BuildHelpMenu();
     void BuildToolbars();
     void BuildStatusBar();
@@ -116,6 +118,7 @@ private:
     FindDock* find_;
     WhereUsedDock* whereUsed_;
     ProblemsDock* problems_;
+    RunCommands run_{program_, editors_, *this};
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;
