@@ -96,7 +96,8 @@ def picture(program, port):
         if not window:
             return None
         return subprocess.run(["import", "-window", window[-1], "-gravity", "center", "-crop", "24%x40%+0-20", "-depth",
-                               "8", "rgb:-"], env=program.environment, stdout=subprocess.PIPE, check=False).stdout
+                               "8", "rgb:-"], env=program.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                              check=False).stdout
     wait_for(grab, "the port's window")
     before = None
     for _ in range(60):  # the screen melts at first
@@ -109,7 +110,7 @@ def picture(program, port):
 
 
 def end(port):
-    os.kill(port, signal.SIGTERM)
+    os.kill(port, signal.SIGKILL)  # some wait for their display when they are asked
 
 
 def sees(name, display, folder, plinket):
@@ -133,7 +134,7 @@ def sees(name, display, folder, plinket):
         changed = [new for new, old in zip(with_monster, without) if new != old]
         own = colours_of(SPRITE)
         fitting = sum(1 for pixel in changed if any(sum(abs(a - b) for a, b in zip(pixel, each)) <= 24 for each in own))
-        print(f"{name}: {len(changed)} of {len(without)} pixels differ, {fitting} of them in the monster's colours")
+        print(f"{name}: {len(changed)} of {len(without)} pixels differ, {fitting} of them in the monster's colours", flush=True)
         if len(changed) < len(without) / 100 or fitting < 0.8 * len(changed):
             raise Failed("the monster is not seen")
         program.end()
@@ -146,6 +147,8 @@ def sees(name, display, folder, plinket):
             raise Failed(f"files are left: {left}")
     finally:
         if program.running():
+            if port := child_of(program.process):
+                end(port)
             program.kill()
 
 

@@ -123,7 +123,7 @@ TEST_F(RunTest, AsksOnceThenRunsThePatchAsItIsWithoutTouchingItsFile) {
     program.dataWad = std::make_shared<clsWad>();
     program.dataWad->OpenWad(data);
     {
-        const ModalDriver driver("frmRun", [this](QDialog& dialog) {
+        const ModalDriver driver("frmRun", [](QDialog& dialog) {
             auto& ports = test::Find<QComboBox>(dialog, "cmbPort");
             auto& accept = test::Find<QPushButton>(dialog, "cmdAccept");
             EXPECT_FALSE(accept.isEnabled()) << "the first one is missing";
