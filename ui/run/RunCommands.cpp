@@ -49,7 +49,8 @@ std::string LastLine(std::string_view output) {
 
 RunCommands::RunCommands(Program& program, EditorSet& editors, QWidget& window)
     : program_(program), editors_(editors), window_(window) {
-    const auto add = [this](const char* name, const QString& text, QKeySequence key, void (RunCommands::*run)()) {
+    const auto add = [this](const char* name, const QString& text, const QKeySequence& key,
+                            void (RunCommands::*run)()) {
         auto* action = new QAction(text, &window_);
         action->setObjectName(QString::fromLatin1(name));
         action->setShortcut(key);
