@@ -121,6 +121,7 @@ public:
             window_.Editors().Show(editor, false);
         }
         TakeGraph();
+        TakeModal("run", [this] { Find<QAction>(window_, "RunWith").trigger(); });
         TakeModal("sprite", [this] { window_.Editors().PickSprite({28, 6}); });
         TakeModal("state", [this] { window_.Editors().PickState(impThrowing); });
         TakeModal("action", [this] { window_.Editors().PickAction(52); });
@@ -264,6 +265,10 @@ int Run(char** argv) {
     settings.CreateDefaults(program.documentsFolder);
     settings.Number("firstRun", 0);
     settings.AddIwad("Freedoom: Phase 2", argv[2]);
+    const std::string arguments = "-iwad %i -file %d -deh %p -warp %m -skill %s";
+    settings.Ports({{"DSDA-Doom", "/usr/games/dsda-doom", arguments + " -dehout %o"},
+                    {"Chocolate Doom", "/usr/games/chocolate-doom", arguments},
+                    {"Own build", "/home/you/build/doom", arguments}});
     if (!settings.Save())
         return 1;
     QtFileDialogs dialogs(program.settings, notifier);
@@ -278,6 +283,8 @@ int Run(char** argv) {
     pictures.TakeModal("options", showOptions);
     pictures.TakeModal("options-iwads", showOptions,
                        [](QWidget& dialog) { Find<QTabWidget>(dialog, "tabOptions").setCurrentIndex(1); });
+    pictures.TakeModal("options-ports", showOptions,
+                       [](QWidget& dialog) { Find<QTabWidget>(dialog, "tabOptions").setCurrentIndex(2); });
     pictures.TakeModal("session", [&] { frontEnd.OpenFile(argv[3]); });
     frmFindIwads found({{"Freedoom: Phase 1", "/usr/share/games/doom/freedoom1.wad"}, {"Freedoom: Phase 2", argv[2]}},
                        nullptr);

@@ -233,6 +233,11 @@ std::optional<Cell> EditorSet::Here() const {
     return Cell{editorEntries[*editor].kind, editors_[*editor]->CurrentRecord().value_or(noRecord), existsField};
 }
 
+std::optional<std::int32_t> EditorSet::CurrentRecord(RecordKind kind) const {
+    const EditorWindow* editor = editors_[EditorOf(kind)];
+    return editor == nullptr ? std::nullopt : editor->CurrentRecord();
+}
+
 std::vector<std::int32_t> EditorSet::Selected() const {
     const std::optional<std::size_t> editor = Front();
     return editor ? editors_[*editor]->Selected() : std::vector<std::int32_t>();

@@ -84,6 +84,8 @@ public:
     void Place(std::size_t editor, const QByteArray& place);
     /// The editor in front and its current record, which is `noRecord` where none is. Absent when no editor is shown.
     std::optional<Cell> Here() const;
+    /// The current record of the editor of that kind, wherever that stands; absent when it has none.
+    std::optional<std::int32_t> CurrentRecord(RecordKind kind) const;
     /// All that are selected in the editor in front.
     std::vector<std::int32_t> Selected() const;
     /// Whether such a place is there in the open patch.

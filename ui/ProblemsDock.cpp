@@ -26,14 +26,20 @@ class ProblemsModel : public QAbstractTableModel {
 public:
     explicit ProblemsModel(const PatchSet& set, QObject* parent) : QAbstractTableModel(parent), set_(set) {}
 
-    void Show(std::vector<Finding> problems) {
+    struct Problem {
+        Finding finding;
+        QString port; // that tells it; empty for one that was found here
+    };
+
+    void Show(std::vector<Problem> problems) {
         beginResetModel();
         problems_ = std::move(problems);
         endResetModel();
     }
-    const Finding& At(int row) const { return problems_[static_cast<std::size_t>(row)]; }
+    const Finding& At(int row) const { return problems_[static_cast<std::size_t>(row)].finding; }
     int Count(Severity severity) const {
-        return static_cast<int>(std::ranges::count(problems_, severity, &Finding::severity));
+        return static_cast<int>(
+            std::ranges::count(problems_, severity, [](const Problem& problem) { return problem.finding.severity; }));
     }
 
     int rowCount(const QModelIndex& parent = {}) const override {
@@ -43,7 +49,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
         const std::array headers{tr("Kind"), tr("Where"), tr("Line"), tr("Problem")};
         if (orientation == Qt::Horizontal && role == Qt::ToolTipRole && section == 2)
-            return tr("In the file as a save would write it now");
+            return tr("In the file as a save would write it now; what a port says is of the file as it ran");
         return orientation == Qt::Horizontal && role == Qt::DisplayRole ? headers[static_cast<std::size_t>(section)]
                                                                         : QVariant();
     }
@@ -59,7 +65,7 @@ public:
                    : problem.severity == Severity::Wrong ? tr("Warning")
                                                          : tr("Note");
         case 1:
-            return Where(problem);
+            return Where(problems_[static_cast<std::size_t>(index.row())]);
         case 2:
             return problem.line == 0 ? QVariant() : QVariant(static_cast<qulonglong>(problem.line));
         default:
@@ -68,16 +74,17 @@ public:
     }
 
 private:
-    QString Where(const Finding& problem) const {
-        if (!problem.cell)
-            return {};
-        const Cell& cell = *problem.cell;
-        return ShownStart(cell.field == existsField ? RecordName(set_, cell.kind, cell.index)
-                                                    : CellsName(set_, {cell}, {}));
+    QString Where(const Problem& problem) const {
+        if (!problem.finding.cell)
+            return problem.port;
+        const Cell& cell = *problem.finding.cell;
+        const QString where = ShownStart(cell.field == existsField ? RecordName(set_, cell.kind, cell.index)
+                                                                   : CellsName(set_, {cell}, {}));
+        return problem.port.isEmpty() ? where : problem.port + QStringLiteral(": ") + where;
     }
 
     const PatchSet& set_;
-    std::vector<Finding> problems_;
+    std::vector<Problem> problems_;
 };
 
 namespace {
@@ -137,7 +144,7 @@ ProblemsDock::ProblemsDock(const Program& program, Edits& edits, EditorLinks& li
     pause_.setInterval(pauseBeforeSearch);
     connect(&pause_, &QTimer::timeout, this, &ProblemsDock::Search);
     edits.Listen([this](const std::vector<Cell>&) { Refresh(); });
-    Show({});
+    Show();
 }
 
 void ProblemsDock::ShowList() {
@@ -147,6 +154,17 @@ void ProblemsDock::ShowList() {
 }
 
 void ProblemsDock::Refresh() { pause_.start(); }
+
+void ProblemsDock::SessionChanged() {
+    ofPorts_.clear();
+    Show();
+    Refresh();
+}
+
+void ProblemsDock::ShowOfPort(const QString& port, const std::vector<Finding>& problems) {
+    ofPorts_[port] = problems;
+    Show();
+}
 
 void ProblemsDock::Saved() {
     saved_ = true;
@@ -172,8 +190,9 @@ void ProblemsDock::Found(std::vector<Finding> problems) {
     job_.reset();
     if (late_)
         pause_.start();
-    Show(std::move(problems));
-    if (const int errors = model_->Count(Severity::Refused); afterSave && errors > 0)
+    own_ = std::move(problems);
+    Show();
+    if (const auto errors = std::ranges::count(own_, Severity::Refused, &Finding::severity); afterSave && errors > 0)
         emit StatusText(errors == 1
                             ? tr("Saved, but games refuse it or crash: see the error in Problems")
                             : tr("Saved, but games refuse it or crash: see the %1 errors in Problems").arg(errors));
@@ -188,8 +207,14 @@ QString ProblemsDock::Counts() const {
            count(Severity::Wrong, tr("1 warning"), tr("%1 warnings"));
 }
 
-void ProblemsDock::Show(std::vector<Finding> problems) {
+void ProblemsDock::Show() {
     const int row = std::max(list_->currentIndex().row(), 0);
+    std::vector<ProblemsModel::Problem> problems;
+    for (const Finding& own : own_)
+        problems.push_back({own, {}});
+    for (const auto& [port, told] : ofPorts_)
+        for (const Finding& problem : told)
+            problems.push_back({problem, port});
     model_->Show(std::move(problems));
     const int rows = model_->rowCount();
     const int notes = model_->Count(Severity::Odd);

@@ -9,6 +9,7 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -32,6 +33,10 @@ public:
     void ShowList();
     /// The patch, its engine or its file is another one.
     void Refresh();
+    /// The same, and what ports said is of another patch.
+    void SessionChanged();
+    /// What a port said about the patch when it ran, in place of what it said before.
+    void ShowOfPort(const QString& port, const std::vector<modPatchCheck::Finding>& problems);
     /// The same after a save: says at the end of the search when games refuse what was saved.
     void Saved();
     /// "2 errors, 5 warnings"
@@ -54,7 +59,7 @@ private:
 
     void Search();
     void Found(std::vector<modPatchCheck::Finding> problems);
-    void Show(std::vector<modPatchCheck::Finding> problems);
+    void Show();
     void CurrentChanged();
     void GoTo();
     void MendCurrent();
@@ -68,6 +73,8 @@ private:
     QLabel* summary_;
     QTreeView* list_;
     QPushButton *goTo_, *mend_;
+    std::vector<modPatchCheck::Finding> own_;                        // of the last search
+    std::map<QString, std::vector<modPatchCheck::Finding>> ofPorts_; // by their names
     QTimer pause_;
     std::unique_ptr<const Job> job_; // the search that goes on; null when none does
     bool late_ = false;              // the patch was changed after the search began

@@ -53,7 +53,9 @@ struct DialogPage {
 constexpr DialogPage dialogPages[]{
     {"frmStartup", "opening.md"},
     {"frmNewFile", "opening.md#engine-iwad-and-data-wad"},
+    {"framPorts", "options.md#ports"},
     {"frmOptions", "options.md"},
+    {"frmRun", "running.md"},
     {"frmFindIWADs", "options.md#iwads"},
     {"frmRecovered", "saving.md#unsaved-work"},
     {"frmPatchNotes", "rules.md#notes"},
@@ -126,6 +128,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     BuildFileMenu();
     BuildEditMenu();
     BuildViewMenu();
+    BuildRunMenu();
     BuildHelpMenu();
     BuildToolbars();
     BuildStatusBar();
@@ -140,7 +143,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
         connect(&commands_, signal, otherLines_, &OtherLinesDock::Refresh);
     connect(&commands_, &FileCommands::SessionChanged, compare_, [this] { compare_->Drop(true); });
     connect(&commands_, &FileCommands::Saved, compare_, &frmCompare::Saved);
-    connect(&commands_, &FileCommands::SessionChanged, problems_, &ProblemsDock::Refresh);
+    connect(&commands_, &FileCommands::SessionChanged, problems_, &ProblemsDock::SessionChanged);
     connect(&commands_, &FileCommands::TableLoaded, problems_, &ProblemsDock::Refresh);
     connect(&commands_, &FileCommands::Saved, problems_, &ProblemsDock::Saved);
     connect(problems_, &ProblemsDock::Searched, this, &frmMain::UpdateStatus);
@@ -312,6 +315,15 @@ void frmMain::BuildViewMenu() {
     connect(viewStateGraph_, &QAction::triggered, graph_, &StateGraphDock::Toggle);
     menu->addActions({viewWhereUsed_, viewStateGraph_, problems, otherLines, comparison});
     connect(viewOptions_, &QAction::triggered, this, &frmMain::ShowOptions);
+}
+
+void frmMain::BuildRunMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("R&un"));
+    menu->addActions(run_.Actions());
+    menu->setToolTipsVisible(true);
+    connect(&commands_, &FileCommands::SessionChanged, &run_, &RunCommands::SessionChanged);
+    connect(&run_, &RunCommands::StatusText, this, &frmMain::Tell);
+    connect(&run_, &RunCommands::Reported, problems_, &ProblemsDock::ShowOfPort);
 }
 
 void frmMain::BuildHelpMenu() {
@@ -513,6 +525,8 @@ void frmMain::SetEditBar(bool enabled) {
     for (QAction* action : {fileSave_, fileSaveAs_, filePutIntoWad_, fileCompare_, fileLoadTable_, fileSaveTable_})
         action->setEnabled(enabled);
     for (QAction* action : {editFind_, editGoTo_, viewWhereUsed_, viewStateGraph_})
+        action->setEnabled(enabled);
+    for (QAction* action : run_.Actions())
         action->setEnabled(enabled);
     find_->widget()->setEnabled(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());

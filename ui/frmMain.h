@@ -16,6 +16,7 @@
 #include "ui/frmOptions.h"
 #include "ui/frmStartup.h"
 #include "ui/graph/StateGraphDock.h"
+#include "ui/run/RunCommands.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -81,6 +82,7 @@ private:
     void BuildFileMenu();
     void BuildEditMenu();
     void BuildViewMenu();
+    void BuildRunMenu();
     void BuildHelpMenu();
     void BuildToolbars();
     void BuildStatusBar();
@@ -118,6 +120,7 @@ private:
     WhereUsedDock* whereUsed_;
     ProblemsDock* problems_;
     StateGraphDock* graph_;
+    RunCommands run_{program_, editors_, *this};
     FileCommands commands_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmAbout> about_;

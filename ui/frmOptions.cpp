@@ -6,6 +6,7 @@
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
 #include "ui/frmFindIwads.h"
+#include "ui/run/PortsPage.h"
 #include "wad/IwadSearch.h"
 #include "wad/clsWad.h"
 
@@ -43,12 +44,14 @@ std::ptrdiff_t Rank(const std::filesystem::path& iwad) {
 } // namespace
 
 frmOptions::frmOptions(Environment& environment, FileDialogs& dialogs, QWidget* parent)
-    : QDialog(parent), environment_(environment), dialogs_(dialogs), tabOptions_(new QTabWidget) {
+    : QDialog(parent), environment_(environment), dialogs_(dialogs), tabOptions_(new QTabWidget),
+      ports_(new PortsPage(dialogs)) {
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(tr("Options"));
     tabOptions_->setObjectName(QStringLiteral("tabOptions"));
     tabOptions_->addTab(BuildGeneral(), tr("&General"));
     tabOptions_->addTab(BuildIwads(), tr("I&WADs"));
+    tabOptions_->addTab(ports_, tr("Por&ts"));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     cmdAccept_ = buttons->button(QDialogButtonBox::Ok);
@@ -151,6 +154,7 @@ void frmOptions::updateControls() {
     cmbStateActivate_->setCurrentIndex(std::clamp(settings.Number("stateActivate"), 0, cmbStateActivate_->count() - 1));
     cmbPatchRules_->setCurrentIndex(static_cast<int>(RulesSettingIn(settings)));
     FillIwads();
+    ports_->Show(settings.Ports());
 }
 
 void frmOptions::updateConfiguration() {
@@ -159,6 +163,8 @@ void frmOptions::updateConfiguration() {
     settings.Number("frameCharacter", chkFrameCharacters_->isChecked() ? 1 : 0);
     settings.Number("stateActivate", cmbStateActivate_->currentIndex());
     settings.Number("patchRules", cmbPatchRules_->currentIndex());
+    if (ports_->Ports() != settings.Ports())
+        settings.Ports(ports_->Ports());
     modMain::SaveSettings(environment_);
 }
 

@@ -16,6 +16,8 @@ class QTreeWidget;
 
 namespace plinket3 {
 
+class PortsPage;
+
 /// The settings that the user may change. The list of IWADs is stored as it is changed, the rest when accepted.
 class frmOptions : public QDialog {
     Q_OBJECT
@@ -52,6 +54,7 @@ private:
     QCheckBox *chkMakeBackup_, *chkFrameCharacters_;
     QComboBox *cmbStateActivate_, *cmbPatchRules_;
     QTreeWidget* lvwIwads_;
+    PortsPage* ports_;
     QPushButton *cmdRemoveIwad_, *cmdFindIwads_, *cmdAccept_;
     bool ended_ = false; // the user ends the program
 };

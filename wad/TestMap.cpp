@@ -21,7 +21,7 @@ constexpr std::int32_t west = -512, east = 2560, south = -1024, north = 1024, ce
 constexpr Point player{-256, 0};
 constexpr std::string_view wallTexture = "STARTAN3", floorFlat = "FLOOR4_8", ceilingFlat = "CEIL3_5";
 
-enum Vertex : std::int32_t { southWest, northWest, northEast, southEast, northMiddle, southMiddle };
+enum Vertex : std::uint8_t { southWest, northWest, northEast, southEast, northMiddle, southMiddle };
 constexpr std::array<Point, 6> vertices{
     {{west, south}, {west, north}, {east, north}, {east, south}, {0, north}, {0, south}}};
 

@@ -7,6 +7,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
@@ -133,6 +134,62 @@ TEST_F(OptionsTest, FindsIwadsBesideTheKnownOnesAndNamesThem) {
         listed += found.name + "=" + std::filesystem::path(found.path).filename().string() + " ";
     EXPECT_EQ(listed, "known=known.wad freedoom2=freedoom2.wad Doom II=DOOM2.WAD DOOM=DOOM.WAD attack=attack.wad ")
         << "the likeliest first, which is proposed for the first patch";
+}
+
+TEST_F(OptionsTest, PortsAreFoundChangedAndStoredWithOk) {
+    environment.settings.AddIwad("a", "/a");
+    const std::filesystem::path bin = folder / "bin";
+    std::filesystem::create_directory(bin);
+    const std::string ownArguments = "-iwad %i -file %d -deh %p -warp %m -skill %s";
+    for (const auto& [name, text] :
+         {std::pair{"woof", "knows -dehout"}, std::pair{"dsda-doom", "lost it"}, {"mine", ""}}) {
+        WriteFile(bin / name, text);
+        std::filesystem::permissions(bin / name, std::filesystem::perms::owner_all);
+    }
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", bin.c_str());
+    options->updateControls();
+    options->show();
+    options->findChild<QTabWidget*>("tabOptions")->setCurrentIndex(2);
+    qputenv("PATH", path);
+    auto& list = *options->findChild<QTreeWidget*>("lvwPorts");
+    const auto texts = [&list](const char* program) { // others may be installed on this machine
+        for (int row = 0; row < list.topLevelItemCount(); ++row)
+            if (list.topLevelItem(row)->text(2).endsWith(QString::fromLatin1(program))) {
+                list.setCurrentItem(list.topLevelItem(row));
+                return (list.topLevelItem(row)->text(0) + "|" + list.topLevelItem(row)->text(1)).toStdString();
+            }
+        return std::string("there is none");
+    };
+    auto& arguments = *options->findChild<QLineEdit*>("txtPortArguments");
+    EXPECT_EQ(texts("/bin/dsda-doom"), "DSDA-Doom|");
+    EXPECT_EQ(arguments.text().toStdString(), ownArguments);
+    EXPECT_EQ(texts("/bin/woof"), "Woof!|");
+    EXPECT_EQ(arguments.text().toStdString(), ownArguments + " -dehout %o") << "its program knows the option";
+
+    arguments.selectAll();
+    QTest::keyClicks(&arguments, "-x 'y");
+    EXPECT_EQ(texts("/bin/woof"), "Woof!|nothing closes the quotation mark '");
+    Click("cmdUsual");
+    EXPECT_EQ(arguments.text().toStdString(), ownArguments + " -dehout %o");
+    dialogs.Expect("Select the program of a port", "/nowhere/Doom 2.exe");
+    Click("cmdAddPort");
+    EXPECT_EQ(texts("/nowhere/Doom 2.exe"), "Doom 2|not found");
+    dialogs.Expect("Select the program of a port", (bin / "mine").string());
+    Click("cmdBrowse");
+    EXPECT_EQ(texts("/bin/mine"), "Doom 2|");
+    auto& name = *options->findChild<QLineEdit*>("txtPortName");
+    name.selectAll();
+    QTest::keyClicks(&name, "Mine");
+    texts("/bin/dsda-doom");
+    Click("cmdRemovePort");
+    EXPECT_EQ(texts("/bin/dsda-doom"), "there is none");
+    EXPECT_TRUE(environment.settings.Ports().empty()) << "before it is accepted";
+    Click("cmdAccept");
+    const std::vector<Settings::Port> stored = environment.settings.Ports();
+    ASSERT_GE(stored.size(), 2U);
+    EXPECT_EQ(stored.front(), (Settings::Port{"Woof!", (bin / "woof").string(), ownArguments + " -dehout %o"}));
+    EXPECT_EQ(stored.back(), (Settings::Port{"Mine", (bin / "mine").string(), ownArguments}));
 }
 
 } // namespace

@@ -30,12 +30,16 @@ public:
         }
         return records;
     }
-    std::string Name(std::size_t lump) const { return lumps_.at(lump).name.c_str(); }
+    std::string Name(std::size_t lump) const { return lumps_.at(lump).name.substr(0, lumps_.at(lump).name.find('\0')); }
     std::size_t Count() const { return lumps_.size(); }
 
 private:
     std::vector<test::Lump> lumps_;
 };
+
+const Numbers& At(const std::vector<Numbers>& records, int place) {
+    return records.at(static_cast<std::size_t>(place));
+}
 
 /// More than 0: the point is on the right of the line from a to b.
 double RightOf(const Numbers& a, const Numbers& b, double x, double y) {
@@ -56,7 +60,8 @@ TEST(TestMapTest, HasTheLumpsOfALevelAndTheThingBeforeThePlayer) {
     for (const auto& thing : Level({"MAP01", 9, INT32_MAX}).Records(1, 5))
         for (const Numbers& line : level.Records(2, 7)) {
             const auto vertices = level.Records(4, 2);
-            EXPECT_GT(RightOf(vertices[line[0]], vertices[line[1]], thing[0], thing[1]), 0) << "stands in the room";
+            EXPECT_GT(RightOf(At(vertices, line[0]), At(vertices, line[1]), thing[0], thing[1]), 0)
+                << "stands in the room";
         }
 }
 
@@ -77,15 +82,16 @@ TEST(TestMapTest, NodesLeadEveryPointToASubsectorAroundIt) {
         EXPECT_TRUE(y <= node[box] && y >= node[box + 1] && x >= node[box + 2] && x <= node[box + 3]);
         const int child = node[right ? 12 : 13];
         ASSERT_LT(child, 0) << "a subsector";
-        const Numbers& subsector = subsectors.at(child & 0x7fff);
+        const Numbers& subsector = At(subsectors, child & 0x7fff);
         reached.insert(child);
         for (int seg = subsector[1]; seg < subsector[0] + subsector[1]; ++seg)
-            EXPECT_GT(RightOf(vertices.at(segs.at(seg)[0]), vertices.at(segs[seg][1]), x, y), 0);
+            EXPECT_GT(RightOf(At(vertices, At(segs, seg)[0]), At(vertices, At(segs, seg)[1]), x, y), 0);
     }
     EXPECT_EQ(reached.size(), subsectors.size());
     double covered = 0, all = 0;
     for (const Numbers& seg : segs) { // each lies on its line, as far behind its beginning and as turned as it says
-        const Numbers &from = vertices.at(seg[0]), &to = vertices.at(seg[1]), &begin = vertices.at(lines.at(seg[3])[0]);
+        const Numbers &from = At(vertices, seg[0]), &to = At(vertices, seg[1]),
+                      &begin = At(vertices, At(lines, seg[3])[0]);
         const double turn = seg[2] * 3.14159265358979 / 32768, length = std::hypot(to[0] - from[0], to[1] - from[1]);
         EXPECT_NEAR(begin[0] + std::cos(turn) * seg[5], from[0], 0.5);
         EXPECT_NEAR(begin[1] + std::sin(turn) * seg[5], from[1], 0.5);
@@ -94,23 +100,24 @@ TEST(TestMapTest, NodesLeadEveryPointToASubsectorAroundIt) {
         covered += length;
     }
     for (const Numbers& line : lines)
-        all += std::hypot(vertices[line[1]][0] - vertices[line[0]][0], vertices[line[1]][1] - vertices[line[0]][1]);
+        all += std::hypot(At(vertices, line[1])[0] - At(vertices, line[0])[0],
+                          At(vertices, line[1])[1] - At(vertices, line[0])[1]);
     EXPECT_EQ(covered, all);
 }
 
 TEST(TestMapTest, TheBlockmapNamesTheLinesOfEveryBlock) {
     const Level level({"MAP01", 1, 1});
     const auto lines = level.Records(2, 7), vertices = level.Records(4, 2), words = level.Records(10, 1);
-    const auto word = [&words](std::size_t place) { return words.at(place)[0]; };
+    const auto word = [&words](int place) { return At(words, place)[0]; };
     const int columns = word(2), rows = word(3);
     for (std::size_t line = 0; line < lines.size(); ++line) {
-        const Numbers &from = vertices[lines[line][0]], &to = vertices[lines[line][1]];
+        const Numbers &from = At(vertices, lines[line][0]), &to = At(vertices, lines[line][1]);
         for (int step = 0; step <= 1000; ++step) {
             const int column = (from[0] + (to[0] - from[0]) * step / 1000 - word(0)) / 128,
                       row = (from[1] + (to[1] - from[1]) * step / 1000 - word(1)) / 128;
             ASSERT_TRUE(column >= 0 && column < columns && row >= 0 && row < rows);
             std::set<int> listed;
-            for (std::size_t place = word(4 + row * columns + column) + 1U; word(place) != -1; ++place)
+            for (int place = word(4 + row * columns + column) + 1; word(place) != -1; ++place)
                 listed.insert(word(place));
             EXPECT_TRUE(listed.contains(static_cast<int>(line))) << line << " at " << step;
         }
@@ -121,7 +128,7 @@ TEST(TestMapTest, TheBlockmapNamesTheLinesOfEveryBlock) {
 
 TEST(LevelsTest, AreKnownByTheirNamesAndGivenToPortsAsNumbers) {
     const test::TemporaryFolder folder;
-    std::vector<test::Lump> lumps;
+    std::vector<test::Lump> lumps{};
     for (const char* name :
          {"MAP01", "THINGS", "MAP32", "E1M9", "MAP1", "MAP001", "E1M", "E1M10", "EXMY", "MAP+1", "MAPAB"})
         lumps.push_back({name, ""});

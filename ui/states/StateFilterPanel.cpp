@@ -26,7 +26,7 @@ struct ModeButton {
 constexpr ModeButton modeButtons[]{
     {"optFilterDisabled", QT_TRANSLATE_NOOP("StateFilterPanel", "&All states"), StateFilterMode::All, 0, 0, 2},
     {"optFilterThings", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &thing"), StateFilterMode::Thing, 0, 2},
-    {"optFilterUnused", QT_TRANSLATE_NOOP("StateFilterPanel", "&Unused"), StateFilterMode::Unused, 1, 0},
+    {"optFilterUnused", QT_TRANSLATE_NOOP("StateFilterPanel", "Unused"), StateFilterMode::Unused, 1, 0},
     {"optFilterFree", QT_TRANSLATE_NOOP("StateFilterPanel", "Free"), StateFilterMode::Free, 1, 1},
     {"optFilterWeapons", QT_TRANSLATE_NOOP("StateFilterPanel", "Of &weapon"), StateFilterMode::Weapon, 1, 2},
 };
