@@ -111,6 +111,8 @@ int main(int argc, char** argv) {
         "edit", [&] { edits.Undo(); }, [&] { QTest::keyClick(&duration, Qt::Key_7); });
 
     FindDock dock({program, edits, editors});
+    dock.show(); // which makes what is in it
+    dock.hide();
     auto& anything = *dock.findChild<QLineEdit*>("txtFind");
     const auto findAnything = [&](const char* name) {
         dock.show();

@@ -4,8 +4,8 @@
 #include "patch/Program.h"
 #include "patch/modPatchCheck.h"
 #include "ui/EditorLinks.h"
+#include "ui/LaterDock.h"
 
-#include <QDockWidget>
 #include <QThreadPool>
 #include <QTimer>
 
@@ -22,7 +22,7 @@ class ProblemsModel;
 
 /// A list of the problems of the patch as it is now. It is made anew in another thread, on a copy, a moment after the
 /// last edit, whether or not it is seen: others show how many there are.
-class ProblemsDock : public QDockWidget {
+class ProblemsDock : public LaterDock {
     Q_OBJECT
 public:
     /// All must outlive the dock.
@@ -52,9 +52,13 @@ private:
         bool afterSave = false;
     };
 
+    QWidget* MakeContents() override;
     void Search();
     void Found(std::vector<modPatchCheck::Finding> problems);
     void Show(std::vector<modPatchCheck::Finding> problems);
+    void ShowSummary();
+    /// The last one in place of one beyond the list.
+    void SelectRow(int row);
     void CurrentChanged();
     void GoTo();
     void MendCurrent();
@@ -65,9 +69,9 @@ private:
     Edits& edits_;
     EditorLinks& links_;
     ProblemsModel* model_;
-    QLabel* summary_;
-    QTreeView* list_;
-    QPushButton *goTo_, *mend_;
+    QLabel* summary_ = nullptr;
+    QTreeView* list_ = nullptr;
+    QPushButton *goTo_ = nullptr, *mend_ = nullptr;
     QTimer pause_;
     std::unique_ptr<const Job> job_; // the search that goes on; null when none does
     bool late_ = false;              // the patch was changed after the search began
