@@ -258,7 +258,7 @@ QWidget* frmEditThings::BuildFields() {
                                     [this](int sound) { context_.links.ShowRecord(RecordKind::Sound, sound); }),
                     1, 1);
     grid->addWidget(BuildExtra(), 2, 0, 1, 2);
-    grid->addWidget(BuildNotes(), 3, 0, 1, 3);
+    grid->addWidget(BuildNotes(), 3, 0, 1, 2);
     grid->setRowStretch(3, 1);
     grid->setColumnStretch(1, 1);
     auto* columns = new QHBoxLayout;
@@ -307,16 +307,19 @@ void frmEditThings::PlaceExtra() {
     const auto width = [grid](int row, int column) {
         return grid->itemAtPosition(row, column)->sizeHint().width() + grid->horizontalSpacing();
     };
-    const int others = width(0, 0) + std::max(width(0, 1), width(1, 1));
-    const bool beside =
-        !extraPages_->isHidden() && form_->parentWidget()->width() >= others + extraPages_->sizeHint().width();
+    const int pageMargins = 2 * grid->horizontalSpacing();
+    const int needed = width(0, 0) + std::max(width(0, 1), width(1, 1)) + extra_->StackedWidth() + pageMargins;
+    const bool beside = !extraPages_->isHidden() && form_->parentWidget()->width() >= needed;
     if (beside == (grid->itemAtPosition(0, 2) != nullptr))
         return;
+    extra_->Stack(beside);
     grid->removeWidget(extraPages_);
+    grid->removeWidget(notes_);
     if (beside)
         grid->addWidget(extraPages_, 0, 2, 2, 1);
     else
         grid->addWidget(extraPages_, 2, 0, 1, 2);
+    grid->addWidget(notes_, 3, 0, 1, beside ? 3 : 2);
     grid->setColumnStretch(2, beside ? 1 : 0);
 }
 
