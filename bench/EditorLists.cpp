@@ -155,6 +155,8 @@ int main(int argc, char** argv) {
     editors.Show(1, true);
 
     FindDock dock({program, edits, editors});
+    dock.show(); // which makes what is in it
+    dock.hide();
     auto& anything = *dock.findChild<QLineEdit*>("txtFind");
     const auto findAnything = [&](const char* name) {
         dock.show();

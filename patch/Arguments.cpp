@@ -37,11 +37,6 @@ const StateArgument* InField(std::span<const StateArgument> arguments, int field
     return found == arguments.end() ? nullptr : &*found;
 }
 
-/// Whether a list has anything to show.
-bool IsGiven(const StateRecord& state, const StateArgument& argument) {
-    return RowOf(argument).givenBit >= 0 ? ArgumentOf(state, argument).has_value() : state.*RowOf(argument).member != 0;
-}
-
 } // namespace
 
 std::vector<StateArgument> ArgumentsOf(const Dialect& dialect, const EngineConfiguration::Action& action) {
@@ -68,6 +63,10 @@ FieldValue ArgumentOf(const StateRecord& state, const StateArgument& argument) {
     return ValueOf(state, RowOf(argument));
 }
 
+bool IsGiven(const StateRecord& state, const StateArgument& argument) {
+    return RowOf(argument).givenBit >= 0 ? ArgumentOf(state, argument).has_value() : state.*RowOf(argument).member != 0;
+}
+
 bool IsThing(const StateArgument& argument) { return argument.facts->kind == Argument::Kind::Thing; }
 bool IsState(const StateArgument& argument) { return argument.facts->kind == Argument::Kind::State; }
 
@@ -92,10 +91,9 @@ std::vector<ClearedArgument> ArgumentsToClear(const ArgumentTable& table, const 
     return cleared;
 }
 
-std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine,
-                          std::span<const StateArgument> arguments, const StateRecord& state) {
-    std::string text;
-    const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+std::vector<ShownArgument> ShownArguments(const PatchSet& set, const EngineConfiguration& engine,
+                                          std::span<const StateArgument> arguments, const StateRecord& state) {
+    std::vector<ShownArgument> shown;
     const StateArgument *base = Named(arguments, damageBase), *dice = Named(arguments, damageDice);
     const bool damage = base != nullptr && dice != nullptr && (IsGiven(state, *base) || IsGiven(state, *dice));
     for (const StateArgument& argument : arguments) {
@@ -103,13 +101,22 @@ std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine
             return ArgumentOf(state, each).value_or(each.facts->standard);
         };
         if (damage && &argument == base)
-            add("damage " + std::to_string(number(*base)) + "d" + std::to_string(number(*dice)));
+            shown.push_back(
+                {base->field, "damage " + std::to_string(number(*base)) + "d" + std::to_string(number(*dice))});
         if ((damage && (&argument == base || &argument == dice)) || !IsGiven(state, argument))
             continue;
         const ValueMeaning meaning = MeaningOf(set, *argument.facts);
-        add(argument.facts->name + (RefersToRecord(meaning) ? ": " : " ") +
-            ValueName(set, engine, meaning, number(argument)));
+        shown.push_back({argument.field, argument.facts->name + (RefersToRecord(meaning) ? ": " : " ") +
+                                             ValueName(set, engine, meaning, number(argument))});
     }
+    return shown;
+}
+
+std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine,
+                          std::span<const StateArgument> arguments, const StateRecord& state) {
+    std::string text;
+    for (const ShownArgument& argument : ShownArguments(set, engine, arguments, state))
+        text += (text.empty() ? "" : ", ") + argument.text;
     return text;
 }
 

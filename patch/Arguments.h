@@ -54,8 +54,19 @@ struct ClearedArgument {
 std::vector<ClearedArgument> ArgumentsToClear(const ArgumentTable& table, const StateRecord& state,
                                               std::int32_t newAction);
 
-/// The arguments that the action of a state takes by value, as lists show them: "type: Imp, angle 45(degree sign)";
-/// base and dice of a damage as "damage 3d8". Those that are unset, or 0 in a field that cannot be, are left out.
+/// Whether an argument of a state has anything to show: not one that is unset, or 0 in a field that cannot be.
+bool IsGiven(const StateRecord& state, const StateArgument& argument);
+
+/// What lists show of an argument, and the row in which it stands.
+struct ShownArgument {
+    int field = 0;
+    std::string text; // "type: Imp"
+};
+/// The arguments that the action of a state takes by value, as lists show them: "type: Imp", "angle 45(degree sign)";
+/// base and dice of a damage as "damage 3d8". Those that are not given are left out.
+std::vector<ShownArgument> ShownArguments(const PatchSet& set, const EngineConfiguration& engine,
+                                          std::span<const StateArgument> arguments, const StateRecord& state);
+/// All of them: "type: Imp, angle 45(degree sign)".
 std::string ArgumentsText(const PatchSet& set, const EngineConfiguration& engine,
                           std::span<const StateArgument> arguments, const StateRecord& state);
 

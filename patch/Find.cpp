@@ -2,7 +2,9 @@
 
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "patch/Arguments.h"
 #include "patch/StepNames.h"
+#include "patch/ValueText.h"
 #include "patch/modPatchText.h"
 
 #include <algorithm>
@@ -26,6 +28,7 @@ public:
         : word_(Trim(text)), inTexts_(modPatchText::UnescapeText(text)), matchCase_(matchCase) {
         if (word_.empty())
             inTexts_.clear();
+        SplitCall();
         number_ = WholeNumber<std::int64_t>(word_);
         if (number_)
             return;
@@ -43,10 +46,13 @@ public:
 
     Rank Name(std::string_view name) const { return RankAt(name, word_); }
     /// With or without the "A_" that engines put in front.
-    Rank Action(std::string_view mnemonic) const {
-        const bool prefixed = word_.size() > 2 && EqualIgnoringCase(std::string_view(word_).substr(0, 2), "A_");
-        return RankAt(mnemonic, std::string_view(word_).substr(prefixed ? 2 : 0));
+    Rank Action(std::string_view mnemonic) const { return RankAt(mnemonic, action_); }
+    /// In what lists show of a state's arguments: a call as "SpawnObject(Imp)" means those of its action alone.
+    bool IsCall() const { return !arguments_.empty(); }
+    Rank Argument(std::string_view shown) const {
+        return RankAt(shown, IsCall() ? arguments_ : word_) == Rank::None ? Rank::None : Rank::Part;
     }
+    Rank ArgumentNumber(std::string_view typed) const { return typed == word_ ? Rank::OtherNumber : Rank::None; }
     Rank Text(std::string_view text) const { return RankAt(text, inTexts_); }
     /// `kindWord` is what the records of its kind are called in front of a number, in lower case.
     Rank Number(std::int64_t number, std::string_view kindWord) const {
@@ -63,6 +69,18 @@ public:
     Rank OtherNumber(std::int64_t number) const { return number_ == number ? Rank::OtherNumber : Rank::None; }
 
 private:
+    /// "A_SpawnObject(Imp...)" names an action and what stands in its arguments.
+    void SplitCall() {
+        std::string_view action = word_;
+        if (const std::size_t open = action.find('('); open != std::string_view::npos && open != 0) {
+            std::string_view inside = action.substr(open + 1);
+            inside = inside.substr(0, inside.find_last_not_of(" .)") + 1);
+            arguments_ = Trim(inside);
+            action = action.substr(0, open);
+        }
+        const bool prefixed = action.size() > 2 && EqualIgnoringCase(action.substr(0, 2), "A_");
+        action_ = Trim(action.substr(prefixed ? 2 : 0));
+    }
     Rank RankAt(std::string_view text, std::string_view what) const {
         if (what.empty())
             return Rank::None;
@@ -73,7 +91,7 @@ private:
                                             : Rank::Beginning;
     }
 
-    std::string word_, inTexts_;
+    std::string word_, inTexts_, action_, arguments_;
     bool matchCase_;
     std::optional<std::int64_t> number_, ofKind_;
     std::string kindWord_;
@@ -136,28 +154,71 @@ public:
 private:
     const PatchSet& Set() const { return session_.patch.current; }
 
+    /// Where in a record it was found best: at first the record itself.
+    struct Best {
+        Rank rank = Rank::None;
+        int field = existsField;
+        void Or(Rank other, int otherField) {
+            if (other < rank) {
+                rank = other;
+                field = otherField;
+            }
+        }
+    };
+    void OrTextFields(Best& best, RecordKind kind, std::int32_t number) const {
+        for (auto text = Set().texts.lower_bound({kind, number, 0}); text != Set().texts.end(); ++text) {
+            const auto& [ofKind, ofNumber, field] = text->first;
+            if (ofKind != kind || ofNumber != number)
+                return;
+            if (textFields[static_cast<std::size_t>(field)].since <= session_.engine.dialect.fields)
+                best.Or(matcher_.Name(text->second), TextCell(static_cast<std::size_t>(field)));
+        }
+    }
+
     void Things(Hits& hits) const {
         const std::int64_t first = PatchNumber(RecordKind::Thing, 0);
         for (const auto& [number, thing] : Set().things) {
-            const Rank byRecord = std::min(matcher_.Number(first + number, "thing"), matcher_.Name(thing.name));
-            const Rank byId = matcher_.OtherNumber(thing.id);
-            const bool isId = byId < byRecord;
-            hits.Add(std::min(byRecord, byId),
-                     {RecordKind::Thing, number, isId ? RowOf(&ThingRecord::id) : existsField});
+            Best best{std::min(matcher_.Number(first + number, "thing"), matcher_.Name(thing.name))};
+            best.Or(matcher_.OtherNumber(thing.id), RowOf(&ThingRecord::id));
+            OrTextFields(best, RecordKind::Thing, number);
+            hits.Add(best.rank, {RecordKind::Thing, number, best.field});
         }
     }
     void States(Hits& hits) const {
         const std::unordered_map<std::int32_t, Rank> actions = Actions();
+        const ArgumentTable arguments(session_.engine);
         for (const auto& [number, state] : Set().states) {
-            const Rank byNumber = std::min(matcher_.Number(number, "frame"), matcher_.Number(number, "state"));
-            const Rank byRecord = matcher_.IsNumber() || number == 0
-                                      ? byNumber
-                                      : std::min(byNumber, matcher_.Name(PictureName(Set(), state)));
+            Best best{std::min(matcher_.Number(number, "frame"), matcher_.Number(number, "state"))};
+            if (!matcher_.IsNumber() && number != 0)
+                best.Or(matcher_.Name(PictureName(Set(), state)), existsField);
             const auto action = actions.find(state.codePointer);
-            const Rank byAction = action == actions.end() ? Rank::None : action->second;
-            hits.Add(std::min(byRecord, byAction),
-                     {RecordKind::State, number, byAction < byRecord ? codePointerField : existsField});
+            if (action != actions.end() && !matcher_.IsCall())
+                best.Or(action->second, codePointerField);
+            const bool mayHave = action != actions.end() || !matcher_.IsCall();
+            if (mayHave && best.rank > (matcher_.IsNumber() ? Rank::OtherNumber : Rank::Part)) // to be better by them
+                OrArguments(best, arguments.Of(state.codePointer), state);
+            OrTextFields(best, RecordKind::State, number);
+            hits.Add(best.rank, {RecordKind::State, number, best.field});
         }
+    }
+    void OrArguments(Best& best, std::span<const StateArgument> arguments, const StateRecord& state) const {
+        if (arguments.empty())
+            return;
+        if (matcher_.IsNumber()) {
+            for (const StateArgument& argument : arguments)
+                if (IsGiven(state, argument))
+                    best.Or(matcher_.ArgumentNumber(
+                                ValueText(session_.engine, MeaningOf(Set(), *argument.facts),
+                                          ArgumentOf(state, argument).value_or(argument.facts->standard))),
+                            argument.field);
+            return;
+        }
+        std::string all;
+        for (const ShownArgument& argument : ShownArguments(Set(), session_.engine, arguments, state)) {
+            best.Or(matcher_.Argument(argument.text), argument.field);
+            all += (all.empty() ? "" : ", ") + argument.text;
+        }
+        best.Or(matcher_.Argument(all), arguments.front().field);
     }
     std::unordered_map<std::int32_t, Rank> Actions() const {
         std::unordered_map<std::int32_t, Rank> actions;
@@ -191,9 +252,11 @@ private:
         }
     }
     void Weapons(Hits& hits) const {
-        for (const auto& [number, weapon] : Set().weapons)
-            hits.Add(std::min(matcher_.Number(number, "weapon"), matcher_.Name(weapon.name)),
-                     {RecordKind::Weapon, number, existsField});
+        for (const auto& [number, weapon] : Set().weapons) {
+            Best best{std::min(matcher_.Number(number, "weapon"), matcher_.Name(weapon.name))};
+            OrTextFields(best, RecordKind::Weapon, number);
+            hits.Add(best.rank, {RecordKind::Weapon, number, best.field});
+        }
     }
     void Ammo(Hits& hits) const {
         for (const auto& [number, ammo] : Set().ammo)
@@ -241,6 +304,19 @@ std::string Title(const std::string& number, std::string_view name) {
     return name.empty() ? number : number + " " + std::string(name);
 }
 
+/// "SpawnObject(type: Imp)": a state's action with its arguments.
+std::string CallText(const Session& session, const StateRecord& state) {
+    const auto mnemonic = session.engine.mnemonicByValue.find(state.codePointer);
+    if (state.codePointer == 0 || mnemonic == session.engine.mnemonicByValue.end())
+        return {};
+    const EngineConfiguration::Action* action = session.engine.ActionOf(state.codePointer);
+    const std::string arguments =
+        action == nullptr
+            ? std::string()
+            : ArgumentsText(session.patch.current, session.engine, ArgumentsOf(session.engine.dialect, *action), state);
+    return arguments.empty() ? mnemonic->second : mnemonic->second + "(" + arguments + ")";
+}
+
 /// What the window shows of a result.
 Found Describe(const Session& session, const Matcher& matcher, const Cell& cell) {
     const PatchSet& set = session.patch.current;
@@ -248,17 +324,21 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
         return {cell, cell == patchNotes ? "patch notes" : RecordName(set, cell.kind, cell.index),
                 Snippet(set.notes.at({cell.kind, cell.index}), matcher)};
     const std::string number = std::to_string(PatchNumber(cell.kind, cell.index));
+    const bool inTextField = TextFieldAt(cell.field) != nullptr;
+    const std::string text =
+        inTextField ? FieldName(cell) + " " + std::get<std::string>(ReadCell(set, cell)) : std::string();
     switch (cell.kind) {
     case RecordKind::Thing: {
         const ThingRecord& thing = set.things[cell.index];
-        return {cell, Title(number, thing.name), thing.id > 0 ? "ID " + std::to_string(thing.id) : std::string()};
+        return {cell, Title(number, thing.name),
+                inTextField    ? text
+                : thing.id > 0 ? "ID " + std::to_string(thing.id)
+                               : std::string()};
     }
     case RecordKind::State: {
         const StateRecord& state = set.states[cell.index];
-        const auto action = session.engine.mnemonicByValue.find(state.codePointer);
         return {cell, Title(number, cell.index == 0 ? "-" : PictureName(set, state)),
-                state.codePointer == 0 || action == session.engine.mnemonicByValue.end() ? std::string()
-                                                                                         : action->second};
+                inTextField ? text : CallText(session, state)};
     }
     case RecordKind::Sound:
         return {cell, Title(number, set.SoundName(cell.index)), {}};
@@ -279,7 +359,7 @@ Found Describe(const Session& session, const Matcher& matcher, const Cell& cell)
         return {cell, modPatchText::LevelName(par.episode, par.map), std::to_string(par.seconds) + " seconds"};
     }
     default:
-        return {cell, Title(number, std::get<std::string>(ReadCell(set, {cell.kind, cell.index, nameField}))), {}};
+        return {cell, Title(number, std::get<std::string>(ReadCell(set, {cell.kind, cell.index, nameField}))), text};
     }
 }
 

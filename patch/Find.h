@@ -50,7 +50,8 @@ struct FoundGroup {
     std::size_t count = 0;    // with those beyond `FindQuery::most`
 };
 
-/// Looks for numbers, names, ID numbers of things, actions of states, keys and texts of strings, cheats, labels of
+/// Looks for numbers, names, ID numbers of things, actions of states and their arguments (as numbers, or in words as
+/// lists show them; "SpawnObject(Imp)" is both), text fields, keys and texts of strings, cheats, labels of
 /// miscellaneous values, levels and notes. Groups with something in them, those with the best results first; none for
 /// an empty text.
 std::vector<FoundGroup> FindAnything(const Session& session, const FindQuery& query);

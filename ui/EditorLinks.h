@@ -58,6 +58,8 @@ public:
     virtual QList<QAction*> ClipActions() const = 0;
     /// Makes another one of what is selected in the editor in front, after the user has said how.
     virtual void Duplicate() = 0;
+    /// A change typed for several records waits to be taken, or no longer does.
+    virtual void ChangeWaits() = 0;
     /// A word in the status bar.
     virtual void ShowStatus(const QString& text) = 0;
 };

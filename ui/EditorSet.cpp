@@ -19,9 +19,11 @@
 #include "ui/pickers/frmSelectSprite.h"
 #include "ui/pickers/frmSelectState.h"
 
+#include <QAction>
 #include <QEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 
 #include <algorithm>
 #include <utility>
@@ -129,6 +131,8 @@ void EditorSet::Show(std::size_t editor, bool shown) {
         editors_[editor]->BringUpToDate(); // so that the frame gets a size that fits the controls
         frames_[editor] = area_.addSubWindow(unshown_[editor].release());
         frames_[editor]->installEventFilter(this);
+        for (QAction* action : frames_[editor]->systemMenu()->actions())
+            action->setShortcuts({}); // the menu "Window" has them
         frames_[editor]->setAttribute(Qt::WA_DeleteOnClose, false);
         emit EditorMade(editor);
     }
@@ -200,7 +204,13 @@ void EditorSet::Place(std::size_t editor, const QByteArray& place) {
     const QByteArrayList parts = place.split(' ');
     if (parts.size() != 5)
         return;
-    frames_[editor]->setGeometry(parts[0].toInt(), parts[1].toInt(), parts[2].toInt(), parts[3].toInt());
+    QRect outline(parts[0].toInt(), parts[1].toInt(), parts[2].toInt(), parts[3].toInt());
+    const QRect room = area_.viewport()->rect();
+    if (area_.isVisible() &&
+        !room.intersects({outline.topLeft(), QSize(outline.width(), 1)})) // its title could not be had
+        outline.moveTo(std::clamp(outline.x(), 0, std::max(0, room.width() - outline.width())),
+                       std::clamp(outline.y(), 0, std::max(0, room.height() - outline.height())));
+    frames_[editor]->setGeometry(outline);
     if (parts[4] == "maximised") {
         frames_[editor]->show(); // one that is hidden would not remember its place
         frames_[editor]->showMaximized();

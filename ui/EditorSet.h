@@ -114,12 +114,15 @@ public:
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
     QList<QAction*> ClipActions() const override { return clips_.Actions(); }
     void Duplicate() override { clips_.Duplicate(); }
+    void ChangeWaits() override { emit ChangeWaiting(); }
     void ShowStatus(const QString& text) override { emit StatusText(text); }
 
 signals:
     /// Editors were shown or hidden.
     void ShownChanged();
     void StatusText(const QString& text);
+    /// A change typed for several records waits to be taken, or no longer does.
+    void ChangeWaiting();
     /// The user is led elsewhere, and has arrived there.
     void Jumping();
     void Jumped();

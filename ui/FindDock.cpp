@@ -55,12 +55,22 @@ void ShowOutcome(QLabel& label, const PatchSet& set, const ReplacedTexts& replac
 } // namespace
 
 FindDock::FindDock(const EditorContext& context)
-    : QDockWidget(tr("Find")), context_(context), model_(new FindResultsModel(this)),
-      text_(new LatinLineEdit(QStringLiteral("txtFind"), tr("Find"),
-                              [&links = context.links](const QString& why) { links.ShowStatus(why); })),
-      matchCase_(new QCheckBox(tr("Match case"))), results_(new QTreeView),
-      nothing_(new QLabel(tr("Nothing in this patch holds that."))) {
-    setObjectName(QStringLiteral("dockFind"));
+    : LaterDock("dockFind", tr("Find")), context_(context), model_(new FindResultsModel(this)) {
+    refresh_.setSingleShot(true);
+    refresh_.setInterval(afterEdits);
+    connect(&refresh_, &QTimer::timeout, this, &FindDock::Search);
+    context_.edits.Listen([this](const std::vector<Cell>& cells) {
+        if (!cells.empty())
+            Refresh();
+    });
+}
+
+QWidget* FindDock::MakeContents() {
+    text_ = new LatinLineEdit(QStringLiteral("txtFind"), tr("Find"),
+                              [&links = context_.links](const QString& why) { links.ShowStatus(why); });
+    matchCase_ = new QCheckBox(tr("Match case"));
+    results_ = new QTreeView;
+    nothing_ = new QLabel(tr("Nothing in this patch holds that."));
     text_->setPlaceholderText(tr("Number, name, action or text"));
     text_->setClearButtonEnabled(true);
     text_->installEventFilter(this);
@@ -93,20 +103,12 @@ FindDock::FindDock(const EditorContext& context)
     layout->addWidget(matchCase_);
     layout->addWidget(nothing_);
     layout->addWidget(results_, 1);
-    layout->addWidget(BuildReplacing());
-    setWidget(page);
-
-    refresh_.setSingleShot(true);
-    refresh_.setInterval(afterEdits);
-    connect(&refresh_, &QTimer::timeout, this, &FindDock::Search);
-    context_.edits.Listen([this](const std::vector<Cell>& cells) {
-        if (!cells.empty())
-            Refresh();
-    });
+    layout->addWidget(MakeReplacing());
     Search();
+    return page;
 }
 
-QGroupBox* FindDock::BuildReplacing() {
+QGroupBox* FindDock::MakeReplacing() {
     with_ = new LatinLineEdit(QStringLiteral("txtReplace"), tr("Replace with"),
                               [&links = context_.links](const QString& why) { links.ShowStatus(why); });
     with_->setPlaceholderText(tr("Replace with"));
@@ -148,7 +150,7 @@ void FindDock::Refresh() {
 }
 
 void FindDock::showEvent(QShowEvent* event) {
-    QDockWidget::showEvent(event);
+    LaterDock::showEvent(event);
     Search();
 }
 
@@ -192,7 +194,7 @@ void FindDock::GoTo(const QModelIndex& result) {
 /// The keyboard leaves it first: else it would go to any window.
 void FindDock::closeEvent(QCloseEvent* event) {
     emit Left();
-    QDockWidget::closeEvent(event);
+    LaterDock::closeEvent(event);
 }
 
 bool FindDock::eventFilter(QObject* watched, QEvent* event) {
@@ -201,7 +203,7 @@ bool FindDock::eventFilter(QObject* watched, QEvent* event) {
         if ((watched == text_ && LineKey(key)) || (watched == results_ && ResultsKey(key)))
             return true;
     }
-    return QDockWidget::eventFilter(watched, event);
+    return LaterDock::eventFilter(watched, event);
 }
 
 bool FindDock::LineKey(int key) {

@@ -2,8 +2,8 @@
 
 #include "patch/Find.h"
 #include "ui/EditorContext.h"
+#include "ui/LaterDock.h"
 
-#include <QDockWidget>
 #include <QTimer>
 
 #include <optional>
@@ -22,7 +22,7 @@ class FindResultsModel;
 
 /// Finds anything in the open patch as one types, leads there, and replaces in strings and cheats. Down leads from the
 /// text into the results, Escape back, and from the text out.
-class FindDock : public QDockWidget {
+class FindDock : public LaterDock {
     Q_OBJECT
 public:
     explicit FindDock(const EditorContext& context);
@@ -42,7 +42,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    QGroupBox* BuildReplacing();
+    QWidget* MakeContents() override;
+    QGroupBox* MakeReplacing();
     void Search();
     void SelectRow(int row);
     void GoToResults();
@@ -58,13 +59,11 @@ private:
 
     EditorContext context_;
     FindResultsModel* model_;
-    QLineEdit* text_;
-    QCheckBox* matchCase_;
-    QTreeView* results_;
-    QLabel* nothing_;
-    QLineEdit* with_;
-    QPushButton *replace_, *replaceAll_;
-    QLabel* outcome_;
+    QLineEdit *text_ = nullptr, *with_ = nullptr;
+    QCheckBox* matchCase_ = nullptr;
+    QTreeView* results_ = nullptr;
+    QLabel *nothing_ = nullptr, *outcome_ = nullptr;
+    QPushButton *replace_ = nullptr, *replaceAll_ = nullptr;
     std::optional<FindGroup> whole_; // the group of which all results are shown
     QTimer refresh_;
 };

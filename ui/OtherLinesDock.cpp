@@ -73,9 +73,11 @@ public:
 } // namespace
 
 OtherLinesDock::OtherLinesDock(const Program& program)
-    : QDockWidget(tr("Other lines")), program_(program), model_(new OtherLinesModel(this)), list_(new ShortList),
-      text_(new QLabel) {
-    setObjectName(QStringLiteral("dockOtherLines"));
+    : LaterDock("dockOtherLines", tr("Other lines")), program_(program), model_(new OtherLinesModel(this)) {}
+
+QWidget* OtherLinesDock::MakeContents() {
+    list_ = new ShortList;
+    text_ = new QLabel;
     list_->setObjectName(QStringLiteral("lvwOtherLines"));
     list_->setAccessibleName(tr("Other lines"));
     list_->setModel(model_);
@@ -98,11 +100,11 @@ OtherLinesDock::OtherLinesDock(const Program& program)
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(text_);
     layout->addWidget(list_, 1);
-    setWidget(page);
     const int character = fontMetrics().averageCharWidth();
     list_->header()->resizeSection(0, character * 9);
     list_->header()->resizeSection(1, character * 24);
     list_->header()->resizeSection(2, character * 50);
+    return page;
 }
 
 void OtherLinesDock::Refresh() {
@@ -112,7 +114,7 @@ void OtherLinesDock::Refresh() {
 }
 
 void OtherLinesDock::showEvent(QShowEvent* event) {
-    QDockWidget::showEvent(event);
+    LaterDock::showEvent(event);
     if (!upToDate_)
         Fill();
 }

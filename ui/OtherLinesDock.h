@@ -1,8 +1,7 @@
 #pragma once
 
 #include "patch/Program.h"
-
-#include <QDockWidget>
+#include "ui/LaterDock.h"
 
 class QLabel;
 class QTreeView;
@@ -13,7 +12,7 @@ class OtherLinesModel;
 
 /// A list of what the open patch's file holds beside that which is edited here: read, copied, not edited. By the kept
 /// rules a save loses those lines; it says so.
-class OtherLinesDock : public QDockWidget {
+class OtherLinesDock : public LaterDock {
     Q_OBJECT
 public:
     explicit OtherLinesDock(const Program& program);
@@ -25,13 +24,14 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    QWidget* MakeContents() override;
     void Fill();
     void Copy();
 
     const Program& program_;
     OtherLinesModel* model_;
-    QTreeView* list_;
-    QLabel* text_;
+    QTreeView* list_ = nullptr;
+    QLabel* text_ = nullptr;
     bool upToDate_ = false;
 };
 

@@ -100,10 +100,20 @@ constexpr int pauseBeforeSearch = 40; // milliseconds
 } // namespace
 
 ProblemsDock::ProblemsDock(const Program& program, Edits& edits, EditorLinks& links)
-    : QDockWidget(tr("Problems")), program_(program), edits_(edits), links_(links),
-      model_(new ProblemsModel(program.patch.current, this)), summary_(new QLabel), list_(new ShortList),
-      goTo_(new QPushButton(tr("&Go to field"))), mend_(new QPushButton(tr("&Mend"))) {
-    setObjectName(QStringLiteral("dockProblems"));
+    : LaterDock("dockProblems", tr("Problems")), program_(program), edits_(edits), links_(links),
+      model_(new ProblemsModel(program.patch.current, this)) {
+    thread_.setMaxThreadCount(1);
+    pause_.setSingleShot(true);
+    pause_.setInterval(pauseBeforeSearch);
+    connect(&pause_, &QTimer::timeout, this, &ProblemsDock::Search);
+    edits.Listen([this](const std::vector<Cell>&) { Refresh(); });
+}
+
+QWidget* ProblemsDock::MakeContents() {
+    summary_ = new QLabel;
+    list_ = new ShortList;
+    goTo_ = new QPushButton(tr("&Go to field"));
+    mend_ = new QPushButton(tr("&Mend"));
     list_->setObjectName(QStringLiteral("lvwProblems"));
     list_->setAccessibleName(tr("Problems"));
     list_->setModel(model_);
@@ -133,18 +143,13 @@ ProblemsDock::ProblemsDock(const Program& program, Edits& edits, EditorLinks& li
     top->addWidget(mend_);
     layout->addLayout(top);
     layout->addWidget(list_, 1);
-    setWidget(page);
     const int character = fontMetrics().averageCharWidth();
     list_->header()->resizeSection(0, character * 12);
     list_->header()->resizeSection(1, character * 36);
     list_->header()->resizeSection(2, character * 9);
-
-    thread_.setMaxThreadCount(1);
-    pause_.setSingleShot(true);
-    pause_.setInterval(pauseBeforeSearch);
-    connect(&pause_, &QTimer::timeout, this, &ProblemsDock::Search);
-    edits.Listen([this](const std::vector<Cell>&) { Refresh(); });
-    Show();
+    ShowSummary();
+    SelectRow(0);
+    return page;
 }
 
 void ProblemsDock::ShowList() {
@@ -208,7 +213,7 @@ QString ProblemsDock::Counts() const {
 }
 
 void ProblemsDock::Show() {
-    const int row = std::max(list_->currentIndex().row(), 0);
+    const int row = IsMade() ? std::max(list_->currentIndex().row(), 0) : 0;
     std::vector<ProblemsModel::Problem> problems;
     for (const Finding& own : own_)
         problems.push_back({own, {}});
@@ -216,17 +221,26 @@ void ProblemsDock::Show() {
         for (const Finding& problem : told)
             problems.push_back({problem, port});
     model_->Show(std::move(problems));
-    const int rows = model_->rowCount();
+    if (IsMade()) {
+        ShowSummary();
+        SelectRow(row);
+    }
+    emit Searched();
+}
+
+void ProblemsDock::ShowSummary() {
     const int notes = model_->Count(Severity::Odd);
     summary_->setText(program_.engine.name.empty() ? tr("No patch is open.")
-                      : rows == 0                  ? tr("Nothing was found.")
+                      : model_->rowCount() == 0    ? tr("Nothing was found.")
                                                    : Counts() + (notes == 0   ? QString()
                                                                  : notes == 1 ? tr(", 1 note")
                                                                               : tr(", %1 notes").arg(notes)));
-    if (rows > 0)
+}
+
+void ProblemsDock::SelectRow(int row) {
+    if (const int rows = model_->rowCount(); rows > 0)
         list_->setCurrentIndex(model_->index(std::min(row, rows - 1), 0));
     CurrentChanged();
-    emit Searched();
 }
 
 const Finding* ProblemsDock::Current() const {

@@ -4,8 +4,8 @@
 #include "patch/Program.h"
 #include "patch/modPatchCheck.h"
 #include "ui/EditorLinks.h"
+#include "ui/LaterDock.h"
 
-#include <QDockWidget>
 #include <QThreadPool>
 #include <QTimer>
 
@@ -23,7 +23,7 @@ class ProblemsModel;
 
 /// A list of the problems of the patch as it is now. It is made anew in another thread, on a copy, a moment after the
 /// last edit, whether or not it is seen: others show how many there are.
-class ProblemsDock : public QDockWidget {
+class ProblemsDock : public LaterDock {
     Q_OBJECT
 public:
     /// All must outlive the dock.
@@ -57,9 +57,13 @@ private:
         bool afterSave = false;
     };
 
+    QWidget* MakeContents() override;
     void Search();
     void Found(std::vector<modPatchCheck::Finding> problems);
     void Show();
+    void ShowSummary();
+    /// The last one in place of one beyond the list.
+    void SelectRow(int row);
     void CurrentChanged();
     void GoTo();
     void MendCurrent();
@@ -70,9 +74,9 @@ private:
     Edits& edits_;
     EditorLinks& links_;
     ProblemsModel* model_;
-    QLabel* summary_;
-    QTreeView* list_;
-    QPushButton *goTo_, *mend_;
+    QLabel* summary_ = nullptr;
+    QTreeView* list_ = nullptr;
+    QPushButton *goTo_ = nullptr, *mend_ = nullptr;
     std::vector<modPatchCheck::Finding> own_;                        // of the last search
     std::map<QString, std::vector<modPatchCheck::Finding>> ofPorts_; // by their names
     QTimer pause_;

@@ -62,8 +62,17 @@ private:
 };
 
 WhereUsedDock::WhereUsedDock(const Program& program, Edits& edits, EditorSet& editors)
-    : program_(program), editors_(editors), model_(new UsesModel(this)), list_(new QListView), summary_(new QLabel) {
-    setObjectName(QStringLiteral("dockWhereUsed"));
+    : LaterDock("dockWhereUsed", tr("Where used")), program_(program), editors_(editors), model_(new UsesModel(this)) {
+    filling_.setSingleShot(true);
+    connect(&filling_, &QTimer::timeout, this, &WhereUsedDock::Fill);
+    connect(&editors_, &EditorSet::PlaceChanged, this, &WhereUsedDock::Follow);
+    connect(&editors_, &EditorSet::ShownChanged, this, &WhereUsedDock::Follow);
+    edits.Listen([this](const std::vector<Cell>&) { Follow(); });
+}
+
+QWidget* WhereUsedDock::MakeContents() {
+    list_ = new QListView;
+    summary_ = new QLabel;
     list_->setObjectName(QStringLiteral("lvwWhereUsed"));
     list_->setAccessibleName(tr("Where used"));
     list_->setModel(model_);
@@ -83,18 +92,12 @@ WhereUsedDock::WhereUsedDock(const Program& program, Edits& edits, EditorSet& ed
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(summary_);
     layout->addWidget(list_, 1);
-    setWidget(page);
-
-    filling_.setSingleShot(true);
-    connect(&filling_, &QTimer::timeout, this, &WhereUsedDock::Fill);
-    connect(&editors_, &EditorSet::PlaceChanged, this, &WhereUsedDock::Follow);
-    connect(&editors_, &EditorSet::ShownChanged, this, &WhereUsedDock::Follow);
-    edits.Listen([this](const std::vector<Cell>&) { Follow(); });
     ShowNone();
+    return page;
 }
 
 void WhereUsedDock::Toggle() {
-    if (list_->hasFocus())
+    if (isVisible() && list_->hasFocus())
         return hide();
     show();
     raise();
@@ -102,7 +105,7 @@ void WhereUsedDock::Toggle() {
 }
 
 void WhereUsedDock::showEvent(QShowEvent* event) {
-    QDockWidget::showEvent(event);
+    LaterDock::showEvent(event);
     Follow();
 }
 

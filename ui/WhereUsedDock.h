@@ -4,8 +4,8 @@
 #include "patch/Links.h"
 #include "patch/Program.h"
 #include "ui/EditorSet.h"
+#include "ui/LaterDock.h"
 
-#include <QDockWidget>
 #include <QTimer>
 
 #include <optional>
@@ -19,7 +19,7 @@ class UsesModel;
 
 /// A list of all that uses the current record of the editor in front, or the action of that state. It follows the
 /// editors and every edit while it is seen; each row that a patch says leads to the field that says it.
-class WhereUsedDock : public QDockWidget {
+class WhereUsedDock : public LaterDock {
     Q_OBJECT
 public:
     /// All must outlive the dock.
@@ -32,6 +32,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    QWidget* MakeContents() override;
     /// Fills the list soon, once for all that changes at a time.
     void Follow();
     void Fill();
@@ -42,8 +43,8 @@ private:
     const Program& program_;
     EditorSet& editors_;
     UsesModel* model_;
-    QListView* list_;
-    QLabel* summary_;
+    QListView* list_ = nullptr;
+    QLabel* summary_ = nullptr;
     QTimer filling_;
     std::optional<Target> record_; // that is current in the editor in front
     bool ofAction_ = false;        // the list is that of the state's action

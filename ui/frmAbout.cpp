@@ -37,6 +37,7 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     setWindowTitle(tr("About Plinket3"));
     auto* picture = new QLabel;
     picture->setPixmap(ProgramIcon("plinket3", palette()).pixmap(QSize(pictureSide, pictureSide), devicePixelRatioF()));
+    picture->setAccessibleName(tr("The program's icon"));
     auto* words = new QLabel(Words());
     words->setObjectName(QStringLiteral("lblAbout"));
     words->setWordWrap(true);

@@ -4,6 +4,7 @@
 #include "patch/LumpNames.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
+#include "ui/WindowMenu.h"
 #include "ui/fields/SelectionBox.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/frmChangeEngine.h"
@@ -129,6 +130,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     BuildEditMenu();
     BuildViewMenu();
     BuildRunMenu();
+    menuBar()->addMenu(new WindowMenu(editors_, *area_, this));
     BuildHelpMenu();
     BuildToolbars();
     BuildStatusBar();
@@ -161,6 +163,7 @@ frmMain::frmMain(Program& program, Edits& edits, Audio& audio, FileDialogs& dial
     connect(&commands_, &FileCommands::SessionChanged, rulesBar_, &QWidget::hide);
     connect(rulesBar_, &RulesBar::EngineRulesWanted, &commands_, &FileCommands::GoOnByEngineRules);
     connect(&editors_, &EditorSet::StatusText, this, &frmMain::Tell);
+    connect(&editors_, &EditorSet::ChangeWaiting, this, &frmMain::RefreshSave);
     connect(&editors_, &EditorSet::PatchNotesWanted, this, &frmMain::EditPatchNotes);
     connect(&editors_, &EditorSet::ShownChanged, this, &frmMain::UpdateEditorButtons);
     connect(&editors_, &EditorSet::EditorMade, this, &frmMain::RestoreEditor);
@@ -182,13 +185,13 @@ QAction* frmMain::Action(const char* name, const QString& text, const QKeySequen
     auto* action = new QAction(text, this);
     action->setObjectName(QString::fromLatin1(name));
     action->setShortcut(shortcut);
+    // Hears of it before those do that see to it, since these are connected later.
+    connect(action, &QAction::triggered, this, [this] { SelectionBox::TakeWaiting(focusWidget()); });
     return action;
 }
 
 void frmMain::BuildFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
-    // Hears of each entry before those do that see to it, since these are connected after it is added.
-    connect(menu, &QMenu::triggered, this, [this] { SelectionBox::TakeWaiting(focusWidget()); });
     fileNew_ = Action("FileNew", tr("&New..."), QKeySequence::New);
     fileOpen_ = Action("FileOpen", tr("&Open..."), QKeySequence::Open);
     fileSave_ = Action("FileSave", tr("&Save"), QKeySequence::Save);
@@ -514,9 +517,10 @@ void frmMain::SessionChanged() {
     }
 }
 
-void frmMain::AddHidden(Qt::DockWidgetArea place, QDockWidget* dock) {
+void frmMain::AddHidden(Qt::DockWidgetArea place, LaterDock* dock) {
     addDockWidget(place, dock);
     dock->hide();
+    connect(dock, &LaterDock::Made, this, [this, dock] { state_.RestoreParts(*dock); });
 }
 
 void frmMain::SetEditBar(bool enabled) {
@@ -528,7 +532,7 @@ void frmMain::SetEditBar(bool enabled) {
         action->setEnabled(enabled);
     for (QAction* action : run_.Actions())
         action->setEnabled(enabled);
-    find_->widget()->setEnabled(enabled);
+    find_->EnableContents(enabled);
     fileSaveLump_->setEnabled(enabled && !program_.patch.lump.empty());
     fileEngine_->setEnabled(enabled && program_.engines.size() > 1);
     filePatchNotes_->setEnabled(enabled && program_.engine.dialect.EngineRules());
@@ -577,7 +581,9 @@ void frmMain::UpdateWays() {
     viewForward_->setEnabled(history_.CanGoForward());
 }
 
-void frmMain::RefreshSave() { fileSave_->setEnabled(commands_.SessionOpen() && program_.patch.changed); }
+void frmMain::RefreshSave() {
+    fileSave_->setEnabled(commands_.SessionOpen() && (program_.patch.changed || SelectionBox::Waits(focusWidget())));
+}
 
 void frmMain::UpdateStatus() {
     const bool open = commands_.SessionOpen();
@@ -633,15 +639,24 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmMain::RestorePlaces() {
-    if (!restoreGeometry(state_.Bytes(QString::fromLatin1(geometryKey))))
-        resize(QSize(fontMetrics().averageCharWidth() * 175, fontMetrics().height() * 54)
-                   .boundedTo(screen()->availableSize() * 0.95));
+    const bool restored = restoreGeometry(state_.Bytes(QString::fromLatin1(geometryKey)));
+    if (!restored || !isMaximized()) {
+        // The screen may be another one than that on which the window stood.
+        const QSize twoEditors(fontMetrics().averageCharWidth() * 352, fontMetrics().height() * 60);
+        const QRect room = screen()->availableGeometry();
+        resize((restored ? size() : twoEditors).boundedTo(room.size() * 0.95));
+        if (restored && !screen()->availableVirtualGeometry().contains(geometry()))
+            move(room.center() - rect().center());
+    }
     restoreState(state_.Bytes(QString::fromLatin1(toolbarsKey)));
 }
 
 void frmMain::KeepPlaces() {
     state_.Bytes(QString::fromLatin1(geometryKey), saveGeometry());
     state_.Bytes(QString::fromLatin1(toolbarsKey), saveState());
+    for (const LaterDock* dock : findChildren<LaterDock*>())
+        if (dock->IsMade())
+            state_.KeepParts(*dock);
     if (!commands_.SessionOpen())
         return;
     QByteArrayList shown;

@@ -3,6 +3,7 @@
 #include "ui/EditorSet.h"
 #include "ui/FileCommands.h"
 #include "ui/FindDock.h"
+#include "ui/LaterDock.h"
 #include "ui/OtherLinesDock.h"
 #include "ui/PlaceHistory.h"
 #include "ui/ProblemsDock.h"
@@ -57,7 +58,7 @@ public:
     void ToggleEditForm(std::size_t editor);
     void updateCaption();
     void UpdateRecentList();
-    /// Enables Save when the patch has unsaved changes.
+    /// Enables Save when the patch has unsaved changes, or one waits to be taken.
     void RefreshSave();
 
 signals:
@@ -87,7 +88,7 @@ private:
     void BuildToolbars();
     void BuildStatusBar();
     /// A dock that is not shown before somebody asks for it.
-    void AddHidden(Qt::DockWidgetArea place, QDockWidget* dock);
+    void AddHidden(Qt::DockWidgetArea place, LaterDock* dock);
     void SetIcons();
     void SessionChanged();
     void UpdateEditMenu();

@@ -6,6 +6,7 @@
 #include "patch/RulesChoice.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
+#include "wad/IwadFacts.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -38,14 +39,16 @@ void SelectRemembered(QComboBox& list, std::int32_t index) {
 frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* parent)
     : QDialog(parent), environment_(environment), cmbEngines_(new QComboBox), cmbIwads_(new QComboBox),
       dataWads_(new DataWadList(dialogs)), cmbRules_(new QComboBox),
-      lblNoIwad_(new QLabel(tr("No IWAD is known yet."))), lblEngineReason_(new QLabel), lblRulesReason_(new QLabel),
-      cmdOptions_(NewButton("cmdOptions", tr("A&dd IWADs..."))) {
+      lblNoIwad_(new QLabel(tr("No IWAD is known yet."))), lblIwadFacts_(new QLabel), lblEngineReason_(new QLabel),
+      lblRulesReason_(new QLabel), cmdOptions_(NewButton("cmdOptions", tr("A&dd IWADs..."))) {
     setObjectName(QStringLiteral("frmNewFile"));
     cmbEngines_->setObjectName(QStringLiteral("cmbEngines"));
     cmbIwads_->setObjectName(QStringLiteral("cmbIWADs"));
     cmbRules_->setObjectName(QStringLiteral("cmbRules"));
     lblRulesReason_->setObjectName(QStringLiteral("lblRulesReason"));
     lblEngineReason_->setObjectName(QStringLiteral("lblEngineReason"));
+    lblIwadFacts_->setObjectName(QStringLiteral("lblIwadFacts"));
+    lblIwadFacts_->setTextFormat(Qt::PlainText);
     for (QLabel* reason : {lblEngineReason_, lblRulesReason_}) {
         reason->setTextFormat(Qt::PlainText);
         reason->setWordWrap(true);
@@ -66,6 +69,7 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
     form->addRow(tr("&Engine:"), cmbEngines_);
     form->addRow(QString(), lblEngineReason_);
     form->addRow(tr("&IWAD:"), iwad);
+    form->addRow(QString(), lblIwadFacts_);
     form->addRow(tr("Data &WADs:"), dataWads_);
     form->addRow(tr("&Rules:"), cmbRules_);
     form->addRow(QString(), lblRulesReason_);
@@ -93,6 +97,7 @@ frmNewFile::frmNewFile(Environment& environment, FileDialogs& dialogs, QWidget* 
         ShowEngineReason();
         ProposeRules();
     });
+    connect(cmbIwads_, &QComboBox::currentIndexChanged, this, &frmNewFile::ShowIwadFacts);
     connect(cmbRules_, &QComboBox::activated, this, [this] { rulesChosen_ = true; });
     connect(buttons, &QDialogButtonBox::accepted, this, &frmNewFile::LoadAndClose);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -121,6 +126,16 @@ void frmNewFile::FillIwads() {
     lblNoIwad_->setVisible(!any);
     cmdOptions_->setVisible(!any);
     cmdAccept_->setEnabled(any);
+    ShowIwadFacts();
+}
+
+void frmNewFile::ShowIwadFacts() {
+    const std::vector<Settings::Iwad> iwads = environment_.settings.Iwads();
+    const auto row = static_cast<std::size_t>(cmbIwads_->currentIndex());
+    lblIwadFacts_->setText(row < iwads.size() ? ShownText(IwadFacts(environment_.iwadDetect, iwads[row].path))
+                                              : QString());
+    lblIwadFacts_->setVisible(row < iwads.size());
+    cmbIwads_->setAccessibleDescription(lblIwadFacts_->text());
 }
 
 void frmNewFile::ProposeEngine(EngineAdvice advice) {

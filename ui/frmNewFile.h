@@ -38,6 +38,7 @@ signals:
 private:
     void FillLists();
     void FillIwads();
+    void ShowIwadFacts();
     /// Selects an engine and says why; none is the first.
     void ProposeEngine(EngineAdvice advice);
     void ShowEngineReason();
@@ -48,7 +49,7 @@ private:
     QComboBox *cmbEngines_, *cmbIwads_;
     DataWadList* dataWads_;
     QComboBox* cmbRules_;
-    QLabel *lblNoIwad_, *lblEngineReason_, *lblRulesReason_;
+    QLabel *lblNoIwad_, *lblIwadFacts_, *lblEngineReason_, *lblRulesReason_;
     QPushButton *cmdOptions_, *cmdAccept_;
     const PatchToOpen* patch_ = nullptr; // null for a new one
     bool rulesChosen_ = false;           // by the user

@@ -1,4 +1,5 @@
 #include "patch/Find.h"
+#include "patch/Arguments.h"
 #include "patch/Edits.h"
 #include "patch/StepNames.h"
 #include "patch/TextReplace.h"
@@ -72,6 +73,67 @@ TEST_F(FindTest, TheBestOfEachGroupComeFirst) {
     };
     for (const auto& row : cases)
         EXPECT_EQ(Find({.text = row.text, .most = row.most}), row.found) << row.text;
+}
+
+TEST_F(FindTest, ArgumentsAndTextFieldsAreFoundWhereTheyStand) {
+    session.patch = BuiltEngine(DATA_FOLDER, "id24", session.engine);
+    PatchSet& current = session.patch.current;
+    const auto act = [&](std::int32_t number, const char* action, const std::vector<FieldValue>& arguments) {
+        StateRecord& state = current.states[number];
+        state.codePointer = session.engine.CodePointerOf(action).value();
+        const ArgumentTable table(session.engine);
+        for (std::size_t i = 0; i < arguments.size(); ++i)
+            SetValue(state, fieldTable<StateRecord>[static_cast<std::size_t>(table.Of(state.codePointer)[i].field)],
+                     arguments[i]);
+    };
+    act(450, "SpawnObject", {12, 45 * 65536, {}, 0, -32768});
+    act(451, "MonsterMeleeAttack", {4, {}, 1});
+    act(452, "AddFlags", {{}, 0x20000});
+    act(453, "MonsterProjectile", {12});
+    WriteCell(current, {RecordKind::Thing, 11, pickupMessageField}, "USER_TOOK");
+    WriteCell(current, {RecordKind::Weapon, 3, carouselIconField}, "SHOTICON");
+    WriteCell(current, {RecordKind::State, 453, tranmapField}, "GLASSY");
+    const int args = RowOf(&StateRecord::arg1);
+    const struct {
+        const char* text;
+        std::vector<std::pair<std::int32_t, int>> places; // number and field of what is found of the first group
+        const char* title;
+        const char* detail;
+    } cases[]{
+        {"type: imp", {{450, args}, {453, args}}, nullptr, "SpawnObject(type: Imp, angle 45\xb0, y_ofs 0, z_ofs -0.5)"},
+        {"A_SpawnObject(Imp...)", {{450, args}}, nullptr, nullptr},
+        {"spawnobject(angle 45", {{450, args + 1}}, nullptr, nullptr},
+        {"MonsterMeleeAttack(Imp)", {}, nullptr, nullptr},
+        {"imp, angle", {{450, args}}, nullptr, nullptr},
+        {"4d8", {{451, args}}, nullptr, nullptr},
+        {"sound: pist", {{451, args + 2}}, nullptr, "MonsterMeleeAttack(damage 4d8, sound: pistol)"},
+        {"flags2 rip", {{452, args + 1}}, nullptr, "AddFlags(flags2 RIP)"},
+        {"-0.5", {{450, args + 4}}, nullptr, nullptr},
+        {"user_took", {{11, pickupMessageField}}, "12 Imp", "Pickup message USER_TOOK"},
+        {"shoticon", {{3, carouselIconField}}, "3 Chaingun", "Carousel icon SHOTICON"},
+        {"glass", {{453, tranmapField}}, nullptr, "Tranmap GLASSY"},
+    };
+    for (const auto& row : cases) {
+        const auto groups = FindAnything(session, {.text = row.text});
+        std::vector<std::pair<std::int32_t, int>> places;
+        if (!groups.empty())
+            for (const Found& found : groups.front().found)
+                places.emplace_back(found.cell.index, found.cell.field);
+        EXPECT_EQ(places, row.places) << row.text;
+        if (places.empty() || row.places.empty())
+            continue;
+        const auto& [cell, title, detail] = groups.front().found.front();
+        EXPECT_TRUE(row.title == nullptr || title == row.title) << row.text << ": " << title;
+        EXPECT_TRUE(row.detail == nullptr || detail == row.detail) << row.text << ": " << detail;
+    }
+    // A number is what is typed for the argument.
+    EXPECT_EQ(FindAnything(session, {.text = "-90"}).size(), 0U);
+    act(454, "Turn", {-90});
+    const auto turned = FindAnything(session, {.text = "-90"});
+    ASSERT_EQ(turned.size(), 1U);
+    EXPECT_EQ(turned.front().found.front().cell, (Cell{RecordKind::State, 454, RowOf(&StateRecord::unknown1)}));
+    session.engine.dialect.fields = FieldLevel::Mbf21;
+    EXPECT_TRUE(FindAnything(session, {.text = "user_took"}).empty()) << "a field that the patch does not have";
 }
 
 TEST_F(FindTest, OneGroupMayBeShownWhole) {

@@ -92,6 +92,40 @@ TEST_F(ChangeManyTest, AChangeTypedForSeveralThingsWaitsForEnterOrLeaving) {
     EXPECT_EQ(Current().things[imp].hitPoints, 5) << "for a single record everything is as it was";
 }
 
+TEST_F(ChangeManyTest, WhatWaitsIsTakenByEveryCommandOfTheWindow) {
+    if (!std::filesystem::exists(freedoom))
+        GTEST_SKIP() << "the Debian package freedoom is not installed";
+    program.settings.AddIwad("Freedoom", freedoom);
+    const std::filesystem::path file = folder / "mine.deh";
+    WriteFile(file, "Patch File for DeHackEd v3.0\n\nDoom version = 21\nPatch format = 6\n");
+    {
+        const ModalDriver driver("frmNewFile", AcceptSession("MBF21"));
+        window->Commands().openFile(file);
+    }
+    Activate();
+    window->Editors().ShowRecord(RecordKind::Thing, imp);
+    auto& save = Find<QAction>("FileSave");
+    auto& box = Find<QLineEdit>("txtHitPoints");
+    const auto type = [&](const char* text) {
+        Select(RecordKind::Thing, imp, 2);
+        Type(box, text);
+    };
+    EXPECT_FALSE(save.isEnabled());
+    type("*2");
+    EXPECT_TRUE(save.isEnabled()) << "there is something to save";
+    QTest::keyClick(&box, Qt::Key_Escape);
+    EXPECT_FALSE(save.isEnabled());
+    type("*2");
+    QTest::keyClick(&box, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_NE(ReadFile(file).find("Hit points = 120"), std::string::npos);
+    EXPECT_FALSE(save.isEnabled());
+
+    type("*2");
+    QTest::keyClick(&box, Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(window->Editors().Selected(), std::vector<std::int32_t>{imp});
+    EXPECT_EQ(Current().things[imp].hitPoints, 240) << "leaving by the way back takes it";
+}
+
 TEST_F(ChangeManyTest, FramesAreChangedTogetherInTheDialog) {
     constexpr int first = 442; // of the imp
     const auto states = [this](auto member) {

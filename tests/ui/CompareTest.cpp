@@ -38,6 +38,8 @@ protected:
         WriteFile(folder / "open.deh", patch);
         ASSERT_TRUE(modPatchFiles::ReadPatch(notifier, folder / "open.deh", program));
         ShowWindow();
+        for (int i = 0; i < 2; ++i) // shows it, which makes it, and hides it
+            Find<QAction>("ViewComparison").trigger();
         tree = &Find<QTreeView>("tvwDifferences");
         new QAbstractItemModelTester(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal, tree);
     }

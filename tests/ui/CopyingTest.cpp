@@ -134,6 +134,30 @@ TEST_F(CopyingTest, AMonsterGoesToAnotherPatchByItsKeys) {
     EXPECT_EQ(Current().states[firstState].duration, 33);
 }
 
+TEST_F(CopyingTest, ByTheKeptRulesWhatTheirPatchesCannotHoldStaysOut) {
+    LoadEngine("mbf21", true);
+    const std::int32_t firstState = Current().things[imp].initialState;
+    edits.StoreGroup({{{RecordKind::Thing, imp, RowOf(&ThingRecord::hitPoints)}, 70},
+                      {{RecordKind::Thing, imp, RowOf(&ThingRecord::meleeRange)}, 96 * 65536},
+                      {{RecordKind::State, firstState, RowOf(&StateRecord::duration)}, 33}},
+                     "a monster");
+    Press(Select(RecordKind::Thing, imp, "lstThings"), Qt::Key_C, control);
+    LoadEngine("boom21");
+    const ModalDriver driver("frmPaste", [](QDialog& dialog) {
+        QTest::mouseClick(&test::Find<QRadioButton>(dialog, "optSame"), Qt::LeftButton, {}, {8, 8});
+        const QString told = test::Find<QPlainTextEdit>(dialog, "txtTold").toPlainText();
+        EXPECT_TRUE(told.contains("Melee range")) << told.toStdString();
+        Accept(dialog);
+    });
+    Press(Select(RecordKind::Thing, imp, "lstThings"), Qt::Key_V, control);
+    PatchSet expected = Defaults();
+    expected.things[imp].hitPoints = 70;
+    expected.states[firstState].duration = 33;
+    EXPECT_EQ(Current(), expected);
+    edits.Undo();
+    EXPECT_EQ(Current(), Defaults());
+}
+
 TEST_F(CopyingTest, WhatGoesAlongIsChosenInATree) {
     LoadEngine("dsdhacked", true);
     constexpr int throwing = 454;

@@ -41,6 +41,7 @@ protected:
 
 TEST_F(FindingTest, EveryRecordAndFieldIsShownWhateverFiltersHide) {
     edits.Store({RecordKind::Par, 0, listField}, std::vector<ParRecord>{{0, 1, 30}, {0, 2, 60}});
+    edits.Store({RecordKind::State, 444, codePointerField}, *program.engine.CodePointerOf("SpawnObject"));
     const struct {
         Cell cell;
         const char* place;
@@ -53,6 +54,7 @@ TEST_F(FindingTest, EveryRecordAndFieldIsShownWhateverFiltersHide) {
         {{RecordKind::Thing, 12, RowOf(&ThingRecord::fastSpeed)}, "frmEditThings 12 txtFastSpeed"},
         {{RecordKind::State, 442, RowOf(&StateRecord::duration)}, "frmEditStates 442 txtDuration"},
         {{RecordKind::State, 443, codePointerField}, "frmEditStates 443 cmbActions"},
+        {{RecordKind::State, 444, RowOf(&StateRecord::arg2)}, "frmEditStates 444 txtArgs2"},
         {{RecordKind::State, 0, existsField}, "frmEditStates 0 lvwStates"},
         {{RecordKind::Sound, 5, existsField}, "frmEditSounds 5 lvwSounds"},
         {{RecordKind::String, 7, textField}, "frmEditStrings 7 lvwStrings"},
@@ -125,6 +127,7 @@ TEST_F(FindingTest, BackAndForwardGoThroughThePlacesWhereOneHasBeen) {
 }
 
 TEST_F(FindingTest, WhatIsTypedIsFoundAndLeadsThereByTheKeyboardAlone) {
+    Find<QAction>("EditFind").trigger();
     auto& text = Find<QLineEdit>("txtFind");
     auto& list = Find<QTreeView>("lvwFound");
     const auto rows = [&list](int most) {
@@ -139,7 +142,8 @@ TEST_F(FindingTest, WhatIsTypedIsFoundAndLeadsThereByTheKeyboardAlone) {
     QTest::keyClick(window.get(), Qt::Key_F, Qt::ControlModifier);
     ASSERT_TRUE(text.hasFocus());
     QTest::keyClicks(&text, "troo");
-    EXPECT_EQ(rows(4), "Sprites (1)|\n0 TROO|\nStates (33)|\n442 TROOA|Look\n");
+    EXPECT_EQ(rows(4), "Sprites (1)|\n0 TROO|\nStates (35)|\n442 TROOA|Look\n")
+        << "also the two that spawn the parts of a Shocktrooper";
     press(Qt::Key_Down);
     EXPECT_TRUE(list.hasFocus());
     press(Qt::Key_Down); // past the heading
@@ -177,13 +181,13 @@ TEST_F(FindingTest, WhatIsTypedIsFoundAndLeadsThereByTheKeyboardAlone) {
 }
 
 TEST_F(FindingTest, TextsAreReplacedOneByOneOrAllInOneStep) {
+    Find<QAction>("EditFind").trigger();
     auto& text = Find<QLineEdit>("txtFind");
     auto& list = Find<QTreeView>("lvwFound");
     auto& all = Find<QPushButton>("cmdReplaceAll");
     auto& one = Find<QPushButton>("cmdReplace");
     const auto string = [this](std::int32_t number) -> const std::string& { return Current().strings[number].text; };
     const PatchSet before = Current();
-    Find<QAction>("EditFind").trigger();
     EXPECT_FALSE(all.isEnabled());
     text.setText(" keycard.");
     Find<QCheckBox>("chkMatchCase").setChecked(true);

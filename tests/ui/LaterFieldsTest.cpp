@@ -131,6 +131,22 @@ const TypedCase typedCases[]{
     {"txtBits21", OfShotgun(&WeaponRecord::bits21), "SILENT+NOTHRUST", 3},
 };
 
+TEST_F(LaterFieldsTest, InAWideThingEditorTheyStandBesideTheOthers) {
+    window = &Open<frmEditThings>();
+    const auto& extra = Find<QTabWidget>(*window, "tabExtra");
+    const auto placeAt = [&](int width) {
+        window->resize(width, 900);
+        QApplication::processEvents();
+        const auto corner = [this](const QWidget& widget) { return widget.mapTo(window, QPoint()); };
+        const QPoint sound = corner(Box("txtActionSoundN"));
+        return corner(extra).y() > sound.y() ? "below" : corner(extra).x() > sound.x() ? "beside" : "over them";
+    };
+    EXPECT_STREQ(placeAt(900), "below");
+    EXPECT_STREQ(placeAt(1900), "beside");
+    EXPECT_GE(extra.width(), extra.minimumSizeHint().width());
+    EXPECT_STREQ(placeAt(900), "below");
+}
+
 TEST_F(LaterFieldsTest, TypedValuesAreStoredOrRefusedWithAWord) {
     SetAction(walking, "MonsterProjectile");
     edits.Clear();

@@ -3,11 +3,13 @@
 #include "tests/ui/FakeDialogs.h"
 #include "tests/ui/ModalDriver.h"
 #include "tests/ui/UiTest.h"
+#include "ui/WindowMenu.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/frmMain.h"
 
 #include <QAction>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -603,6 +605,82 @@ TEST_F(MainWindowTest, ClosingAsksAndPlacesComeBack) {
     window->Editors().Frame(5)->showNormal();
     EXPECT_EQ(window->Editors().Frame(5)->geometry(), normal);
     EXPECT_EQ(window->Editors().Frame(2)->geometry(), place);
+}
+
+TEST_F(MainWindowTest, TheMenuWindowArrangesTheEditorsAndGoesFromOneToTheNext) {
+    EXPECT_FALSE(Action("WindowTile").isEnabled());
+    NewPatch("MBF");
+    EditorSet& editors = window->Editors();
+    for (const std::size_t editor : {1, 2})
+        editors.Show(editor, true);
+    const auto listed = [this] {
+        auto& menu = Find<WindowMenu>("mnuWindow");
+        emit menu.aboutToShow();
+        std::string text;
+        for (const QAction* entry : menu.actions())
+            if (entry->isCheckable())
+                text += (entry->isChecked() ? "[x] " : "[ ] ") + entry->text().toStdString() + "; ";
+        return text;
+    };
+    EXPECT_EQ(listed(), "[ ] &1 Thing editor; [ ] &2 State editor; [x] &3 Sound editor; ");
+    const auto overlap = [&editors] { return editors.Frame(0)->geometry().intersects(editors.Frame(1)->geometry()); };
+    Action("WindowTile").trigger();
+    EXPECT_FALSE(overlap());
+    Action("WindowCascade").trigger();
+    EXPECT_TRUE(overlap());
+    Find<QAction>("WindowfrmEditThings").trigger();
+    EXPECT_EQ(editors.Front(), 0U);
+
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }));
+    const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    };
+    press(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(editors.Front(), 1U);
+    press(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(editors.Front(), 0U);
+    press(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(editors.IsShown(0));
+    EXPECT_EQ(listed(), "[x] &1 State editor; [ ] &2 Sound editor; ");
+    Action("WindowCloseAll").trigger();
+    EXPECT_EQ(listed(), "");
+    EXPECT_FALSE(Action("WindowNext").isEnabled());
+}
+
+TEST_F(MainWindowTest, PlacesOutsideTheScreenComeBackIntoIt) {
+    const QRect screen = window->screen()->availableGeometry();
+    EXPECT_TRUE(screen.contains(window->frameGeometry())) << "at the first start";
+    NewPatch("MBF");
+    Action("ViewSoundEditor").trigger();
+    Action("ViewProblems").trigger();
+    Find<QTreeView>("lvwProblems").header()->resizeSection(1, 123);
+    window->Editors().Frame(2)->setGeometry(-4000, -900, 400, 300);
+    window->setGeometry(9000, 7000, 5000, 4000);
+    EXPECT_TRUE(window->close());
+    Restart();
+    NewPatch("MBF");
+    const QRect place = window->frameGeometry();
+    EXPECT_TRUE(screen.contains(place)) << place.x() << " " << place.y() << " " << place.width() << " "
+                                        << place.height();
+    EXPECT_TRUE(
+        window->Editors().Frame(2)->parentWidget()->rect().contains(window->Editors().Frame(2)->geometry().topLeft()));
+    EXPECT_EQ(Find<QTreeView>("lvwProblems").header()->sectionSize(1), 123);
+}
+
+TEST_F(MainWindowTest, TheSessionDialogTellsWhatTheIwadIs) {
+    test::WriteFile(folder / "text.wad", "no WAD");
+    program.settings.AddIwad("Text", (folder / "text.wad").string());
+    const ModalDriver driver("frmNewFile", [](QDialog& dialog) {
+        auto& iwads = *dialog.findChild<QComboBox*>("cmbIWADs");
+        const auto& facts = *dialog.findChild<QLabel*>("lblIwadFacts");
+        QTest::keyClick(&iwads, Qt::Key_Home);
+        EXPECT_TRUE(facts.text().endsWith(" MB, MAP01-MAP32")) << facts.text().toStdString();
+        QTest::keyClick(&iwads, Qt::Key_End);
+        EXPECT_EQ(facts.text(), "The file is no WAD.");
+        dialog.reject();
+    });
+    Action("FileNew").trigger();
 }
 
 } // namespace

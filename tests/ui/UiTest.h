@@ -42,6 +42,7 @@ public:
     QString AskText(const QString& title, const QString& prompt, const QString& start) override;
     QList<QAction*> ClipActions() const override { return {}; }
     void Duplicate() override { Record("duplicate"); }
+    void ChangeWaits() override {}
     void ShowStatus(const QString& text) override { Record("status " + text.toStdString()); }
 
     std::optional<int> selectedStateRow, selectedSoundRow;

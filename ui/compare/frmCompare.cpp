@@ -61,15 +61,29 @@ QLabel* NewLabel(const char* name) {
 } // namespace
 
 frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialogs)
-    : QDockWidget(tr("Comparison")), program_(program), edits_(edits), dialogs_(dialogs),
-      model_(new DifferencesModel(program, this)), lblCompared_(NewLabel("lblCompared")), lblNone_(NewLabel("lblNone")),
-      cmbKind_(NewFilter("cmbKind", tr("Kinds"))), cmbChanged_(NewFilter("cmbChanged", tr("Changed"))),
-      pages_(new QStackedWidget), tvwDifferences_(new ShortTree), lstLost_(new QListWidget),
-      cmdTake_(NewButton("cmdTake", tr("&Take over"))),
-      cmdTakeKind_(NewButton("cmdTakeKind", tr("Take over all of this &kind"))),
-      cmdShow_(NewButton("cmdShow", tr("S&how in its editor"))),
-      cmdCompareWith_(NewButton("cmdCompareWith", tr("&Compare with..."))), cmdLost_(NewButton("cmdLost", QString())) {
-    setObjectName(QStringLiteral("frmCompare"));
+    : LaterDock("frmCompare", tr("Comparison")), program_(program), edits_(edits), dialogs_(dialogs),
+      model_(new DifferencesModel(program, this)) {
+    timer_.setSingleShot(true);
+    connect(&timer_, &QTimer::timeout, this, &frmCompare::Refresh);
+    edits_.Listen([this](const std::vector<Cell>& cells) {
+        if (comparison_ && !cells.empty())
+            timer_.start(0);
+    });
+}
+
+QWidget* frmCompare::MakeContents() {
+    lblCompared_ = NewLabel("lblCompared");
+    lblNone_ = NewLabel("lblNone");
+    cmbKind_ = NewFilter("cmbKind", tr("Kinds"));
+    cmbChanged_ = NewFilter("cmbChanged", tr("Changed"));
+    pages_ = new QStackedWidget;
+    tvwDifferences_ = new ShortTree;
+    lstLost_ = new QListWidget;
+    cmdTake_ = NewButton("cmdTake", tr("&Take over"));
+    cmdTakeKind_ = NewButton("cmdTakeKind", tr("Take over all of this &kind"));
+    cmdShow_ = NewButton("cmdShow", tr("S&how in its editor"));
+    cmdCompareWith_ = NewButton("cmdCompareWith", tr("&Compare with..."));
+    cmdLost_ = NewButton("cmdLost", QString());
     tvwDifferences_->setObjectName(QStringLiteral("tvwDifferences"));
     tvwDifferences_->setAccessibleName(tr("Differences"));
     tvwDifferences_->setModel(model_);
@@ -102,20 +116,14 @@ frmCompare::frmCompare(const Program& program, Edits& edits, FileDialogs& dialog
     layout->addWidget(middle, 1);
     layout->addWidget(lstLost_);
     layout->addWidget(Buttons());
-    setWidget(page);
 
     connect(tvwDifferences_, &QTreeView::activated, this, &frmCompare::GoTo);
     connect(tvwDifferences_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &frmCompare::ShowCurrent);
     connect(tvwDifferences_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmCompare::ShowCurrent);
     for (QComboBox* filter : {cmbKind_, cmbChanged_})
         connect(filter, &QComboBox::activated, this, &frmCompare::Fill);
-    timer_.setSingleShot(true);
-    connect(&timer_, &QTimer::timeout, this, &frmCompare::Refresh);
-    edits_.Listen([this](const std::vector<Cell>& cells) {
-        if (comparison_ && !cells.empty())
-            timer_.start(0);
-    });
-    Drop(false);
+    ShowNone();
+    return page;
 }
 
 QWidget* frmCompare::FilterRow() {
@@ -177,6 +185,7 @@ void frmCompare::CompareWith() {
     std::unique_ptr<Comparison> chosen = frmCompareWith(program_, dialogs_, window()).Choose();
     if (!chosen)
         return;
+    EnsureMade();
     Drop(true);
     comparison_ = std::move(chosen);
     cmbChanged_->addItem(tr("All differences"));
@@ -192,12 +201,18 @@ void frmCompare::CompareWith() {
 }
 
 void frmCompare::Drop(bool sessionOpen) {
+    sessionOpen_ = sessionOpen;
     timer_.stop();
     model_->Clear();
     comparison_.reset();
+    if (IsMade())
+        ShowNone();
+}
+
+void frmCompare::ShowNone() {
     cmbKind_->setCurrentIndex(0);
     cmbChanged_->clear();
-    cmdCompareWith_->setEnabled(sessionOpen);
+    cmdCompareWith_->setEnabled(sessionOpen_);
     ShowLost();
     Fill();
 }
@@ -213,7 +228,7 @@ void frmCompare::Saved() {
 }
 
 void frmCompare::showEvent(QShowEvent* event) {
-    QDockWidget::showEvent(event);
+    LaterDock::showEvent(event);
     Refresh();
 }
 

@@ -2,10 +2,10 @@
 
 #include "patch/Edits.h"
 #include "ui/FileDialogs.h"
+#include "ui/LaterDock.h"
 #include "ui/compare/DifferencesModel.h"
 #include "ui/fields/SpriteView.h"
 
-#include <QDockWidget>
 #include <QTimer>
 
 #include <memory>
@@ -23,7 +23,7 @@ namespace plinket3 {
 
 /// What differs between the open patch and another one, as a list from which differences are taken over. It follows the
 /// edits of the open patch and is dropped with that.
-class frmCompare : public QDockWidget {
+class frmCompare : public LaterDock {
     Q_OBJECT
 public:
     frmCompare(const Program& program, Edits& edits, FileDialogs& dialogs);
@@ -45,9 +45,11 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    QWidget* MakeContents() override;
     QWidget* FilterRow();
     QWidget* Pictures();
     QWidget* Buttons();
+    void ShowNone();
     void Refresh();
     void Fill();
     std::set<RecordId> Expanded() const;
@@ -64,18 +66,20 @@ private:
     const Program& program_;
     Edits& edits_;
     FileDialogs& dialogs_;
+    bool sessionOpen_ = false;
     std::unique_ptr<Comparison> comparison_;
     DifferencesModel* model_;
     QTimer timer_; // several edits in a row are looked at once
-    QLabel *lblCompared_, *lblNone_;
-    QComboBox *cmbKind_, *cmbChanged_;
-    QStackedWidget* pages_;
-    QTreeView* tvwDifferences_;
-    QWidget* pictures_;
-    SpriteView *picHere_, *picThere_;
-    QLabel *lblHere_, *lblThere_;
-    QListWidget* lstLost_;
-    QPushButton *cmdTake_, *cmdTakeKind_, *cmdShow_, *cmdCompareWith_, *cmdLost_;
+    QLabel *lblCompared_ = nullptr, *lblNone_ = nullptr;
+    QComboBox *cmbKind_ = nullptr, *cmbChanged_ = nullptr;
+    QStackedWidget* pages_ = nullptr;
+    QTreeView* tvwDifferences_ = nullptr;
+    QWidget* pictures_ = nullptr;
+    SpriteView *picHere_ = nullptr, *picThere_ = nullptr;
+    QLabel *lblHere_ = nullptr, *lblThere_ = nullptr;
+    QListWidget* lstLost_ = nullptr;
+    QPushButton *cmdTake_ = nullptr, *cmdTakeKind_ = nullptr, *cmdShow_ = nullptr, *cmdCompareWith_ = nullptr,
+                *cmdLost_ = nullptr;
 };
 
 } // namespace plinket3

@@ -133,13 +133,22 @@ QAction* NewAction(const char* name, const QString& text, QWidget* owner) {
 /// Scrolls only where there is no room for the whole form.
 class FormArea : public QScrollArea {
 public:
-    explicit FormArea(QWidget* form) {
+    FormArea(QWidget* form, std::function<void()> resized) : resized_(std::move(resized)) {
         setFrameShape(NoFrame);
         setFocusPolicy(Qt::NoFocus);
         setWidgetResizable(true);
         setWidget(form);
     }
     QSize sizeHint() const override { return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0); }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        resized_();
+        QScrollArea::resizeEvent(event);
+    }
+
+private:
+    std::function<void()> resized_;
 };
 
 /// Rows with room between them, so that check boxes do not touch.
@@ -242,8 +251,8 @@ QWidget* frmEditThings::BuildFields() {
     layout->setContentsMargins(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing), 0, 0, 0);
     layout->addWidget(BuildHead());
 
-    auto* page = new QWidget;
-    auto* grid = new QGridLayout(page);
+    form_ = new QWidget;
+    auto* grid = new QGridLayout(form_);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->addWidget(BuildNumbers(), 0, 0, 2, 1);
     grid->addWidget(
@@ -258,7 +267,7 @@ QWidget* frmEditThings::BuildFields() {
     grid->setRowStretch(3, 1);
     grid->setColumnStretch(1, 1);
     auto* columns = new QHBoxLayout;
-    columns->addWidget(new FormArea(page), 3);
+    columns->addWidget(new FormArea(form_, [this] { PlaceExtra(); }), 3);
     columns->addWidget(BuildFlags(), 1); // in view wherever the form is scrolled
     layout->addLayout(columns);
     return panel;
@@ -295,6 +304,28 @@ void frmEditThings::ReloadExtra() {
         extraPages_->setTabVisible(page++, !group->isHidden());
     }
     extraPages_->setVisible(any);
+    PlaceExtra();
+}
+
+void frmEditThings::PlaceExtra() {
+    auto* grid = static_cast<QGridLayout*>(form_->layout());
+    const auto width = [grid](int row, int column) {
+        return grid->itemAtPosition(row, column)->sizeHint().width() + grid->horizontalSpacing();
+    };
+    const int pageMargins = 2 * grid->horizontalSpacing();
+    const int needed = width(0, 0) + std::max(width(0, 1), width(1, 1)) + extra_->StackedWidth() + pageMargins;
+    const bool beside = !extraPages_->isHidden() && form_->parentWidget()->width() >= needed;
+    if (beside == (grid->itemAtPosition(0, 2) != nullptr))
+        return;
+    extra_->Stack(beside);
+    grid->removeWidget(extraPages_);
+    grid->removeWidget(notes_);
+    if (beside)
+        grid->addWidget(extraPages_, 0, 2, 2, 1);
+    else
+        grid->addWidget(extraPages_, 2, 0, 1, 2);
+    grid->addWidget(notes_, 3, 0, 1, beside ? 3 : 2);
+    grid->setColumnStretch(2, beside ? 1 : 0);
 }
 
 QWidget* frmEditThings::BuildHead() {

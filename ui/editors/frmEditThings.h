@@ -56,6 +56,8 @@ private:
                              const std::function<void(std::int32_t)>& show);
     QWidget* BuildExtra();
     void ReloadExtra();
+    /// Puts the fields of later engines beside the others where the form is wide enough, else below them.
+    void PlaceExtra();
     QWidget* BuildFlags();
     QWidget* BuildNotes();
 
@@ -82,6 +84,7 @@ private:
     QComboBox* thingNames_ = nullptr;
     ExtraFields* extra_ = nullptr;
     QTabWidget* extraPages_ = nullptr; // one for each of its groups
+    QWidget* form_ = nullptr;
     QAbstractItemView* flagTree_ = nullptr;
     QLabel* number_ = nullptr;
     StatePreview* preview_ = nullptr;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <string_view>
 
 namespace plinket3 {
@@ -25,9 +26,17 @@ std::array<QGridLayout*, 2> AddColumns(QGroupBox& group) {
         auto* column = new QVBoxLayout;
         column->addLayout(form);
         column->addStretch();
-        columns->addLayout(column, form == made.back() ? 3 : 2);
+        columns->addLayout(column);
     }
     return made;
+}
+
+/// A group's columns, with a space between them.
+void Direct(QGroupBox& group, bool stacked) {
+    auto* columns = static_cast<QBoxLayout*>(group.layout());
+    columns->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    columns->setStretch(0, stacked ? 0 : 2);
+    columns->setStretch(2, stacked ? 1 : 3);
 }
 
 /// A field's label as a group's row shows it: "Pickup sound" is "Sound" under "Pickup".
@@ -58,6 +67,7 @@ ExtraFields::ExtraFields(std::span<const ExtraField> rows, const char* words,
         group->setObjectName(QString::fromLatin1(rows.front().group));
         groups_.push_back(group);
         const auto columns = AddColumns(*group);
+        Direct(*group, false);
         const std::size_t size = GroupSize(rows);
         for (std::size_t i = 0; i < size; ++i) {
             const SelectedValue value(field(rows[i].row), context);
@@ -72,6 +82,37 @@ ExtraFields::ExtraFields(std::span<const ExtraField> rows, const char* words,
         }
         rows = rows.subspan(size);
     }
+}
+
+void ExtraFields::Stack(bool stacked) {
+    for (QGroupBox* group : groups_) {
+        Direct(*group, stacked);
+        int width = 0; // so that the boxes of both columns line up
+        for (const Row& each : rows_)
+            if (each.group == group && stacked)
+                width = std::max(width, each.row->LabelWidth());
+        for (const Row& each : rows_)
+            if (each.group == group)
+                each.row->LabelWidth(width);
+    }
+}
+
+int ExtraFields::StackedWidth() const {
+    int width = 0;
+    for (const QGroupBox* group : groups_) {
+        group->layout()->activate(); // those of hidden pages still know the widths of another engine's fields
+        int shortest = INT_MAX, longest = 0;
+        for (const Row& each : rows_)
+            if (each.group == group) {
+                shortest = std::min(shortest, each.row->LabelWidth());
+                longest = std::max(longest, each.row->LabelWidth());
+            }
+        const QMargins margins = group->layout()->contentsMargins();
+        for (const int column : {0, 2})
+            width = std::max(width, group->layout()->itemAt(column)->sizeHint().width() + margins.left() +
+                                        margins.right() + longest - shortest);
+    }
+    return width;
 }
 
 void ExtraFields::Reload() {

@@ -31,6 +31,10 @@ public:
 
     /// The boxes of the groups, for a layout.
     const std::vector<QGroupBox*>& Groups() const { return groups_; }
+    /// Puts the two columns of each group under each other, or beside each other again.
+    void Stack(bool stacked);
+    /// What the groups take that way.
+    int StackedWidth() const;
     /// The engine may be another one now.
     void Reload();
     void ShowSelection();

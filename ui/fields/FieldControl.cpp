@@ -40,8 +40,10 @@ std::optional<int> FieldAt(const QWidget* control) {
 bool FocusField(QWidget& window, int field) {
     for (QWidget* control : window.findChildren<QWidget*>()) {
         // One on another page is there; one that the engine does not have was hidden itself.
-        if (control->isHidden() || !control->isEnabled() || !FieldsOf(*control).contains(field))
+        const bool madeJustNow = !control->testAttribute(Qt::WA_WState_ExplicitShowHide); // is shown a moment later
+        if ((control->isHidden() && !madeJustNow) || !control->isEnabled() || !FieldsOf(*control).contains(field))
             continue;
+        control->show();
         BringIntoView(*control, window);
         control->setFocus(Qt::ShortcutFocusReason);
         return true;

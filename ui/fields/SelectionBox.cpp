@@ -78,6 +78,7 @@ bool SelectionBox::IsChange(const QString& text) const {
 }
 
 void SelectionBox::Edited() {
+    context_.links.ChangeWaits();
     if (!IsChange(text()))
         return StoreTyped();
     emit Shown();
@@ -110,11 +111,17 @@ void SelectionBox::TakeChange() {
     else
         context_.links.ShowStatus(ShownText(typed.refusal));
     Update();
+    context_.links.ChangeWaits();
+}
+
+bool SelectionBox::Waits(const QWidget* control) {
+    const auto* box = qobject_cast<const SelectionBox*>(control);
+    return box != nullptr && box->IsChange(box->text());
 }
 
 void SelectionBox::TakeWaiting(QWidget* control) {
-    if (auto* box = qobject_cast<SelectionBox*>(control); box != nullptr && box->IsChange(box->text()))
-        box->TakeChange();
+    if (Waits(control))
+        static_cast<SelectionBox*>(control)->TakeChange();
 }
 
 QString SelectionBox::ChangeHint() const {
@@ -134,6 +141,7 @@ void SelectionBox::keyPressEvent(QKeyEvent* event) {
     } else {
         setModified(false);
         Update();
+        context_.links.ChangeWaits();
     }
     selectAll();
 }

@@ -24,7 +24,9 @@ public:
     /// Shows the selection's number, unless the user is typing and the text reads as it.
     void Update();
 
-    /// What waits in the control for Enter, if it is such a box, is taken now.
+    /// Whether a change waits in the control for Enter.
+    static bool Waits(const QWidget* control);
+    /// What waits there is taken now.
     static void TakeWaiting(QWidget* control);
 
 signals:
