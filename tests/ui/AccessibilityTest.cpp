@@ -19,6 +19,7 @@
 #include "ui/pickers/frmSelectRecord.h"
 #include "ui/pickers/frmSelectSprite.h"
 #include "ui/pickers/frmSelectState.h"
+#include "ui/run/frmRun.h"
 #include "ui/states/frmNewStates.h"
 
 #include <QAbstractSlider>
@@ -133,7 +134,8 @@ protected:
             const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(widget);
             EXPECT_FALSE(spoken == nullptr || spoken->text(QAccessible::Name).trimmed().isEmpty())
                 << NameOf(top) << ": " << NameOf(*widget) << " has no name";
-            const bool inBar = IsOneOf<QToolBar>(widget->parentWidget());
+            const bool inBar = IsOneOf<QToolBar>(widget->parentWidget()) && // of which menus have everything
+                               IsOneOf<QMainWindow>(widget->parentWidget()->parentWidget());
             const bool byArrows = IsOneOf<QRadioButton>(widget); // from the checked one of its group
             const bool isReached = widget->focusPolicy() & (byArrows ? Qt::ClickFocus : Qt::TabFocus);
             EXPECT_TRUE(!isInput || !widget->isEnabled() || inBar || isReached)
@@ -184,9 +186,13 @@ TEST_F(AccessibilityTest, EveryControlHasANameAndIsReachedByTheKeyboardInEveryWi
         [&] { return std::make_unique<frmPropSound>(context, parent); },
         [&] { return std::make_unique<frmPropString>(context, parent); },
         [&] { return std::make_unique<frmSelectAction>(program, parent); },
-        [&] { return std::make_unique<frmSelectRecord>(program, RecordKind::Thing, parent); },
-        [&] { return std::make_unique<frmSelectSprite>(program, parent); },
-        [&] { return std::make_unique<frmSelectState>(program, edits, parent); },
+        [&] { return std::make_unique<frmSelectRecord>(program, RecordKind::Thing, Editors().Pictures(), parent); },
+        [&] { return std::make_unique<frmSelectSprite>(program, Editors().Pictures(), parent); },
+        [&] { return std::make_unique<frmSelectState>(program, edits, Editors().Pictures(), parent); },
+        [&] {
+            return std::make_unique<frmRun>(frmRun::Offer{{{"Port", "/port", "%p"}}, {"MAP01"}, "Imp"}, RunChoice(),
+                                            parent);
+        },
     };
     Look(*window);
     for (const auto& make : windows)
@@ -196,7 +202,7 @@ TEST_F(AccessibilityTest, EveryControlHasANameAndIsReachedByTheKeyboardInEveryWi
 
     std::set<const QAction*> inMenus;
     CollectActions(window->menuBar()->actions(), inMenus);
-    for (const QToolBar* bar : window->findChildren<QToolBar*>())
+    for (const QToolBar* bar : window->findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly))
         for (const QAction* action : bar->actions())
             EXPECT_TRUE(action->isSeparator() || inMenus.contains(action)) << NameOf(*action) << " is in no menu";
 }

@@ -120,8 +120,8 @@ protected:
 TEST_F(RunTest, AsksOnceThenRunsThePatchAsItIsWithoutTouchingItsFile) {
     const auto data = folder / "my data's \"best\".wad";
     WriteFile(data, WadBytes({{"MAP42", ""}}));
-    program.dataWad = std::make_shared<clsWad>();
-    program.dataWad->OpenWad(data);
+    program.dataWads = {std::make_shared<clsWad>()};
+    program.dataWads.front()->OpenWad(data);
     {
         const ModalDriver driver("frmRun", [](QDialog& dialog) {
             auto& ports = test::Find<QComboBox>(dialog, "cmbPort");

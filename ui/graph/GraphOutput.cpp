@@ -1,6 +1,7 @@
 #include "ui/graph/GraphOutput.h"
 
 #include "core/Files.h"
+#include "core/Paths.h"
 #include "ui/graph/GraphLegend.h"
 
 #include <QBuffer>

@@ -27,9 +27,7 @@ constexpr const char* pictureFilter = "Picture of lines (*.svg)|*.svg|Picture of
 } // namespace
 
 StateGraphDock::StateGraphDock(const Program& program, Edits& edits, EditorSet& editors, FileDialogs& dialogs)
-    : program_(program), editors_(editors), dialogs_(dialogs) {
-    setObjectName(QStringLiteral("dockStateGraph"));
-    setWindowTitle(tr("State graph"));
+    : LaterDock("dockStateGraph", tr("State graph")), program_(program), editors_(editors), dialogs_(dialogs) {
     filling_.setSingleShot(true);
     connect(&filling_, &QTimer::timeout, this, &StateGraphDock::Fill);
     connect(&editors_, &EditorSet::PlaceChanged, this, &StateGraphDock::Follow);
@@ -37,7 +35,7 @@ StateGraphDock::StateGraphDock(const Program& program, Edits& edits, EditorSet& 
     edits.Listen([this](const std::vector<Cell>& cells) { EditsMade(cells); });
 }
 
-void StateGraphDock::Build() {
+QWidget* StateGraphDock::MakeContents() {
     scene_ = new GraphScene(program_, program_.settings, GraphStyle(palette(), font()), this);
     view_ = new GraphView(*scene_);
     legend_ = new GraphLegend;
@@ -57,10 +55,10 @@ void StateGraphDock::Build() {
     layout->addLayout(head);
     layout->addWidget(view_, 1);
     layout->addWidget(legend_);
-    setWidget(page);
     setFocusProxy(view_);
     connect(scene_, &GraphScene::Chosen, this, &StateGraphDock::SelectState);
     connect(scene_, &GraphScene::Opened, this, &StateGraphDock::Open);
+    return page;
 }
 
 void StateGraphDock::AddActions(QToolBar& bar) {
@@ -69,6 +67,7 @@ void StateGraphDock::AddActions(QToolBar& bar) {
         action->setObjectName(QString::fromLatin1(name));
         action->setToolTip(tip);
         connect(action, &QAction::triggered, this, act);
+        bar.widgetForAction(action)->setFocusPolicy(Qt::StrongFocus); // no menu has it
         onGraph_.append(action);
     };
     constexpr double step = 1.5;
@@ -107,9 +106,7 @@ void StateGraphDock::Redraw() {
 }
 
 void StateGraphDock::showEvent(QShowEvent* event) {
-    if (scene_ == nullptr)
-        Build();
-    QDockWidget::showEvent(event);
+    LaterDock::showEvent(event);
     Fill();
 }
 

@@ -3,9 +3,9 @@
 #include "patch/Edits.h"
 #include "patch/Program.h"
 #include "ui/EditorSet.h"
+#include "ui/LaterDock.h"
 #include "ui/graph/GraphScene.h"
 
-#include <QDockWidget>
 #include <QTimer>
 
 #include <optional>
@@ -19,8 +19,8 @@ class GraphLegend;
 class GraphView;
 
 /// The states of the thing or weapon that is selected in the editor in front, or that comes to the selected state, as
-/// boxes and arrows. It follows the editors and every edit while it is seen, and is built when it is first.
-class StateGraphDock : public QDockWidget {
+/// boxes and arrows. It follows the editors and every edit while it is seen.
+class StateGraphDock : public LaterDock {
     Q_OBJECT
 public:
     /// All must outlive the dock.
@@ -37,7 +37,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void Build();
+    QWidget* MakeContents() override;
     void AddActions(QToolBar& bar);
     /// Sees soon what is selected, once for all that changes at a time.
     void Follow();

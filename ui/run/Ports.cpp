@@ -58,7 +58,7 @@ Settings::Port Suited(const KnownPort& known, const std::filesystem::path& progr
     QString arguments = known.arguments;
     if (!known.log.isEmpty() && Names(program, known.log.mid(1)))
         arguments += QLatin1Char(' ') + known.log + QStringLiteral(" %o");
-    return {known.name.toStdString(), program.string(), arguments.toStdString()};
+    return {known.name.toStdString(), PathText(program), arguments.toStdString()};
 }
 
 QString Tr(const char* text) { return QCoreApplication::translate("Ports", text); }
@@ -89,7 +89,7 @@ Settings::Port PortOf(const std::filesystem::path& program) {
     for (const KnownPort& known : KnownPorts())
         if (known.programs.contains(file, Qt::CaseInsensitive))
             return Suited(known, program);
-    return {program.stem().string(), program.string(), KnownPorts().front().arguments.toStdString()};
+    return {PathText(program.stem()), PathText(program), KnownPorts().front().arguments.toStdString()};
 }
 
 std::vector<Settings::Port> PortsToUse(const Settings& settings) {

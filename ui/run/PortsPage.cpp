@@ -185,8 +185,7 @@ void PortsPage::Edited() {
     Settings::Port* port = Current();
     if (port == nullptr)
         return;
-    *port = {txtName_->text().toStdString(), StoredPath(txtProgram_->text()).string(),
-             txtArguments_->text().toStdString()};
+    *port = {txtName_->text().toStdString(), txtProgram_->text().toStdString(), txtArguments_->text().toStdString()};
     FillRow(lvwPorts_->indexOfTopLevelItem(lvwPorts_->currentItem()));
 }
 

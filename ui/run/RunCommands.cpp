@@ -119,11 +119,11 @@ std::optional<RunCommands::Placed> RunCommands::ToPlace() const {
 std::vector<std::string> RunCommands::DataWads() const {
     std::vector<std::string> wads;
     if (const PatchData& patch = program_.patch; !patch.lump.empty())
-        wads.push_back(patch.fileName.string());
-    if (program_.dataWad && !program_.dataWad->WadFileName().empty() &&
-        std::ranges::find(wads, program_.dataWad->WadFileName().string()) == wads.end())
-        wads.push_back(program_.dataWad->WadFileName().string());
-    const std::string iwad = program_.iwad ? program_.iwad->WadFileName().string() : std::string();
+        wads.push_back(PathText(patch.fileName));
+    for (const std::shared_ptr<clsWad>& wad : program_.dataWads)
+        if (std::string path = PathText(wad->WadFileName()); std::ranges::find(wads, path) == wads.end())
+            wads.push_back(std::move(path));
+    const std::string iwad = program_.iwad ? PathText(program_.iwad->WadFileName()) : std::string();
     std::erase(wads, iwad);
     return wads;
 }
@@ -152,7 +152,7 @@ void RunCommands::Run(const RunChoice& choice) {
         return;
     const QString name = ShownPath(port->name);
     if (const QString fault = FaultOf(*port); !fault.isEmpty())
-        return Refuse(tr("Could not run %1: %2: %3").arg(name, ShownPath(port->program), fault));
+        return Refuse(tr("Could not run %1: %2: %3").arg(name, ShownPath(PathOf(port->program)), fault));
     std::vector<std::string> words, more;
     Status status = SplitWords(port->arguments, words);
     if (status)
@@ -182,7 +182,7 @@ void RunCommands::Run(const RunChoice& choice) {
         } else {
             told = tr("Started %1 in the test map; you have the %2 from the start").arg(name, placed->name);
         }
-        dataWads.push_back(run->File(testMapFile).string());
+        dataWads.push_back(PathText(run->File(testMapFile)));
         status = run->Write(testMapFile, TestMapWad(map));
     } else if (!level.empty()) {
         told += tr(" on %1").arg(ShownText(level));
@@ -193,17 +193,17 @@ void RunCommands::Run(const RunChoice& choice) {
     if (status)
         status = modPatchFiles::FormatForSaving(patch, program_.engine, bytes);
     if (status)
-        status = run->Write(file.filename().string(), bytes.Joined());
+        status = run->Write(PathText(file.filename()), bytes.Joined());
     if (!status)
         return Refuse(tr("Could not run %1: %2").arg(name, ShownPath(status.Reason())));
 
     QStringList arguments;
-    for (const std::string& argument : ExpandTokens(words, {{'i', {program_.iwad->WadFileName().string()}},
+    for (const std::string& argument : ExpandTokens(words, {{'i', {PathText(program_.iwad->WadFileName())}},
                                                             {'d', dataWads},
-                                                            {'p', {file.string()}},
+                                                            {'p', {PathText(file)}},
                                                             {'m', WarpWords(level)},
                                                             {'s', {std::to_string(choice.skill)}},
-                                                            {'o', {run->File(logFile).string()}}}))
+                                                            {'o', {PathText(run->File(logFile))}}}))
         arguments.append(ShownPath(argument));
     // Where the patch stands lie the files that it includes, and what a port leaves there is not lost.
     const QFileInfo folder(
