@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QDir>
 #include <QLabel>
 #include <QProcess>
@@ -96,6 +97,7 @@ protected:
     }
     std::string Problems() {
         std::string text;
+        Find<QDockWidget>("dockProblems").show();
         const auto& model = *Find<QTreeView>("lvwProblems").model();
         for (int row = 0; row < model.rowCount(); ++row)
             for (int column = 0; column < 4; ++column)
