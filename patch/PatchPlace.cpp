@@ -119,14 +119,16 @@ Status ReadPlace(const PatchPlace& place, std::string& bytes) {
     return Status::Failure("the lump does not lie in the file as a whole");
 }
 
+Status EditPlace(const PatchPlace& place, std::string_view bytes, MissingLump missing, WadEdit& wad) {
+    const Status opened = OpenToWrite(place.file, wad);
+    return opened ? PutLump(place, bytes, missing, wad) : opened;
+}
+
 Status WritePlace(const PatchPlace& place, const BytePieces& bytes, bool createBackup, MissingLump missing) {
     WadEdit wad;
-    if (!place.lump.empty()) {
-        if (Status opened = OpenToWrite(place.file, wad); !opened)
-            return opened;
-        if (Status put = PutLump(place, bytes.Joined(), missing, wad); !put)
-            return put;
-    }
+    if (!place.lump.empty())
+        if (Status edited = EditPlace(place, bytes.Joined(), missing, wad); !edited)
+            return edited;
     std::error_code ignored;
     if (createBackup && std::filesystem::is_regular_file(place.file, ignored)) {
         std::filesystem::path backup = place.file;

@@ -13,6 +13,8 @@
 
 namespace plinket3 {
 
+class WadEdit;
+
 /// The lump in which games look for a patch.
 inline constexpr std::string_view patchLump = "DEHACKED";
 
@@ -59,5 +61,8 @@ enum class MissingLump { Fails, IsAdded };
 /// not name the place.
 Status WritePlace(const PatchPlace& place, const BytePieces& bytes, bool createBackup,
                   MissingLump missing = MissingLump::Fails);
+
+/// Opens the WAD of a place that has a lump, with `bytes` in that lump, as `WritePlace` would write it.
+Status EditPlace(const PatchPlace& place, std::string_view bytes, MissingLump missing, WadEdit& wad);
 
 } // namespace plinket3

@@ -8,8 +8,8 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDockWidget>
 #include <QDir>
+#include <QDockWidget>
 #include <QLabel>
 #include <QProcess>
 #include <QPushButton>
@@ -37,6 +37,7 @@ while [ $# -gt 0 ]; do
     -deh) patch=$2; cp "$2" "$notes/patch" ;;
     -do) do=$2 ;;
     *testmap.wad) cp "$1" "$notes/map" ;;
+    */plinket3-run-*/data.wad) cp "$1" "$notes/wad" ;;
     esac
     shift
 done
@@ -163,6 +164,25 @@ TEST_F(RunTest, AsksOnceThenRunsThePatchAsItIsWithoutTouchingItsFile) {
     EXPECT_TRUE(program.patch.changed);
     EXPECT_TRUE(Tells("Fake ended"));
     EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(RunTest, ThePatchThatStandsInAWadIsNotReadTwice) {
+    const std::string old = "Patch File for DeHackEd v3.0\nThing 12\nHit points = 5\n";
+    const std::string bytes = WadBytes({{"FIRST", "1"}, {"DEHACKED", old}, {"LAST", "2"}});
+    program.patch.named = false; // nobody is to ask why the file has changed
+    program.patch.fileName = folder / "held.wad";
+    program.patch.lump = "DEHACKED";
+    WriteFile(program.patch.fileName, bytes);
+    Choose("");
+    PressF9();
+    EXPECT_NE(Noted("arguments").find("/data.wad][-deh]"), std::string::npos) << Noted("arguments");
+    clsWad wad;
+    wad.OpenWad(folder / "wad");
+    ASSERT_EQ(wad.LumpCount(), 3);
+    EXPECT_EQ(wad.ReadLumpString(0) + wad.ReadLumpString(2), "12");
+    EXPECT_EQ(wad.ReadLumpString(1).find("Thing"), std::string::npos) << "some ports read it last";
+    EXPECT_EQ(ReadFile(program.patch.fileName), bytes);
+    EXPECT_TRUE(Tells("Fake ended"));
 }
 
 TEST_F(RunTest, PlacesTheSelectedThingOrWeaponInTheTestMap) {

@@ -14,6 +14,7 @@
 #include "ui/run/frmRun.h"
 #include "wad/Levels.h"
 #include "wad/TestMap.h"
+#include "wad/WadEdit.h"
 
 #include <QAction>
 #include <QFileInfo>
@@ -31,6 +32,9 @@ using modPatchCheck::Severity;
 namespace {
 
 constexpr const char* testMapFile = "testmap.wad";
+constexpr const char* withoutPatchFile = "data.wad";
+/// Which no port complains about.
+constexpr std::string_view emptyPatch = "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\n";
 constexpr const char* logFile = "patch.log";
 constexpr std::uint64_t largestLog = 16'000'000;
 constexpr int lookInterval = 1'000;                  // milliseconds between looks at what a running port has said
@@ -128,6 +132,20 @@ std::vector<std::string> RunCommands::DataWads() const {
     return wads;
 }
 
+Status RunCommands::TakePatchOut(const PortRun& run, std::vector<std::string>& dataWads) const {
+    const PatchData& patch = program_.patch;
+    const auto holder = std::ranges::find(dataWads, PathText(patch.fileName));
+    if (patch.lump.empty() || holder == dataWads.end())
+        return {};
+    WadEdit wad;
+    Status status = EditPlace({patch.fileName, patch.lump}, emptyPatch, MissingLump::Fails, wad);
+    if (status)
+        status = run.Write(withoutPatchFile, wad.Bytes());
+    if (status)
+        *holder = PathText(run.File(withoutPatchFile));
+    return status;
+}
+
 std::vector<std::string> RunCommands::Levels() const {
     std::vector<std::string> levels;
     const auto add = [&levels](const clsWad& wad) {
@@ -167,6 +185,8 @@ void RunCommands::Run(const RunChoice& choice) {
     QString told = tr("Started %1").arg(name);
     PatchData patch = program_.patch; // shares its records
     auto run = std::make_unique<PortRun>(this);
+    if (status)
+        status = TakePatchOut(*run, dataWads);
     if (const std::optional<Placed> placed = choice.inTestMap ? ToPlace() : std::nullopt; placed && status) {
         level = program_.iwad->NumForName("MAP01") != -1 ? "MAP01" : "E1M1";
         TestMap map{level};

@@ -60,6 +60,9 @@ private:
     std::vector<std::string> Levels() const;
     /// The WADs beside the IWAD: the one that holds the patch and the data WAD.
     std::vector<std::string> DataWads() const;
+    /// Of the WAD that holds the patch a copy that holds none, in the run's folder, takes its place among `dataWads`:
+    /// there are ports that read the patches in WADs after the one that they are given.
+    Status TakePatchOut(const PortRun& run, std::vector<std::string>& dataWads) const;
     void Report(const Running& running, const std::vector<modPatchCheck::Finding>& more = {});
     void Ended(const Running& running, int exitCode, bool crashed);
     void Refuse(const QString& text);
