@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <unordered_set>
 
 namespace plinket3 {
 
@@ -123,22 +122,6 @@ std::optional<std::int32_t> SoundOfStart(const Session& session, std::int32_t Th
         return std::nullopt;
     const auto action = session.engine.CodePointerOf(row->action);
     return action ? Varied(session, record->*row->sound, *action, dice) : Heard(record->*row->sound);
-}
-
-std::optional<std::int32_t> ThingOfState(const PatchSet& set, std::int32_t state) {
-    if (state == 0)
-        return std::nullopt;
-    for (const auto& [number, thing] : set.things)
-        for (const Field<ThingRecord>& field : fieldTable<ThingRecord>) {
-            if (field.unit != FieldUnit::State)
-                continue;
-            std::unordered_set<std::int32_t> met;
-            for (std::int32_t at = thing.*field.member; at != 0 && set.states.Has(at) && met.insert(at).second;
-                 at = set.states.Find(at)->nextState)
-                if (at == state)
-                    return number;
-        }
-    return std::nullopt;
 }
 
 } // namespace plinket3

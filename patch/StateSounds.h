@@ -20,7 +20,4 @@ std::optional<std::int32_t> SoundOfState(const Session& session, std::int32_t st
 std::optional<std::int32_t> SoundOfStart(const Session& session, std::int32_t ThingRecord::*field, std::int32_t thing,
                                          const Dice& dice);
 
-/// The thing whose frames come to a state, by the states that follow them: the first; absent when there is none.
-std::optional<std::int32_t> ThingOfState(const PatchSet& set, std::int32_t state);
-
 } // namespace plinket3

@@ -2,10 +2,12 @@
 
 #include "core/Files.h"
 #include "core/modConfig.h"
+#include "wad/Levels.h"
 #include "wad/clsWad.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <set>
+#include <vector>
 
 namespace plinket3 {
 
@@ -13,23 +15,12 @@ namespace {
 
 constexpr std::int64_t megabyte = 1'000'000;
 
-bool IsDigit(char character) { return character >= '0' && character <= '9'; }
-
-/// Whether a lump of that name begins a level: MAP01, E1M1.
-bool IsLevel(const std::string& name) {
-    if (name.size() == 5 && name.starts_with("MAP"))
-        return IsDigit(name[3]) && IsDigit(name[4]);
-    return name.size() == 4 && name[0] == 'E' && IsDigit(name[1]) && name[2] == 'M' && IsDigit(name[3]);
-}
-
 std::string LevelsText(const clsWad& wad) {
-    std::set<std::string> levels;
-    for (int lump = 0; lump < wad.LumpCount(); ++lump)
-        if (std::string name = wad.lumpName(lump); IsLevel(name))
-            levels.insert(std::move(name));
-    return levels.empty()       ? "no levels"
-           : levels.size() == 1 ? *levels.begin()
-                                : *levels.begin() + "-" + *levels.rbegin();
+    const std::vector<std::string> levels = LevelNames(wad);
+    if (levels.empty())
+        return "no levels";
+    const auto [first, last] = std::ranges::minmax_element(levels);
+    return *first == *last ? *first : *first + "-" + *last;
 }
 
 std::string SizeText(std::int64_t bytes) {

@@ -385,8 +385,9 @@ TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
     EXPECT_EQ(shown, (std::vector<std::int32_t>{walking}));
     Click("cmdPlay");
     EXPECT_TRUE(player.IsPlaying() && !player.IsRunning()) << "pauses";
+    Put(walking, &StateRecord::duration, 3);
     QTest::keyClick(window, Qt::Key_Period, Qt::AltModifier); // one tic; passes the state without duration
-    EXPECT_EQ(Text("lblTic"), "Tic 3 of 3");
+    EXPECT_EQ(Text("lblTic"), "Tic 4 of 4") << "of the states as they are now";
     Click("cmdStep");
     EXPECT_EQ(shown, (std::vector<std::int32_t>{walking, attack, pain}));
     EXPECT_FALSE(player.IsPlaying()) << "the last one stays for ever";

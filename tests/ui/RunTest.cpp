@@ -122,9 +122,11 @@ protected:
 
 TEST_F(RunTest, AsksOnceThenRunsThePatchAsItIsWithoutTouchingItsFile) {
     const auto data = folder / "my data's \"best\".wad";
-    WriteFile(data, WadBytes({{"MAP42", ""}}));
+    WriteFile(data, WadBytes({{"MAP42", ""}, {"ARENA", ""}}));
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.Path());
     program.dataWads = {std::make_shared<clsWad>()};
-    program.dataWads.front()->OpenWad(data);
+    program.dataWads.front()->OpenWad(data.filename());
     {
         const ModalDriver driver("frmRun", [](QDialog& dialog) {
             auto& ports = test::Find<QComboBox>(dialog, "cmbPort");
@@ -163,7 +165,15 @@ TEST_F(RunTest, AsksOnceThenRunsThePatchAsItIsWithoutTouchingItsFile) {
     EXPECT_FALSE(std::filesystem::exists(program.patch.fileName));
     EXPECT_TRUE(program.patch.changed);
     EXPECT_TRUE(Tells("Fake ended"));
+
+    for (const auto& [level, started] : {std::pair{"ARENA", "ARENA"}, {"E1M1", "MAP01"}}) {
+        program.settings.Text("runLevel", level);
+        PressF9();
+        EXPECT_EQ(Status(), std::string("Started Fake on ") + started) << "no WAD has E1M1";
+        EXPECT_TRUE(Tells("Fake ended"));
+    }
     EXPECT_TRUE(NothingIsLeft());
+    std::filesystem::current_path(before);
 }
 
 TEST_F(RunTest, ThePatchThatStandsInAWadIsNotReadTwice) {

@@ -7,9 +7,14 @@
 #include <QApplication>
 #include <QImage>
 #include <QLabel>
+#include <QPainter>
 #include <QPrinter>
 #include <QSvgRenderer>
 #include <QWheelEvent>
+
+#include <fstream>
+#include <memory>
+#include <vector>
 
 namespace plinket3::test {
 namespace {
@@ -36,6 +41,13 @@ protected:
         return View().accessibleDescription().section(QLatin1Char(' '), 1, 1).toInt();
     }
     const GraphBox& Box(int state) { return *Scene().Box(Scene().Graph().Find({TargetKind::State, state}).value()); }
+    static bool HasRed(const QImage& image) {
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (qRed(image.pixel(x, y)) > qBlue(image.pixel(x, y)) + 40)
+                    return true;
+        return false;
+    }
     QPoint Place(int state) { return View().mapFromScene(Box(state).pos() + Box(state).Box().center()); }
 };
 
@@ -143,11 +155,13 @@ TEST_F(StateGraphTest, IsExportedAndPrintedAndBounded) {
     ShowWindow();
     Editors().ShowRecord(RecordKind::Thing, imp);
     Find<QAction>("ViewStateGraph").trigger();
-    Says();
+    edits.Store({RecordKind::Thing, imp, nameField}, "Imp\x01 & <Co>");
+    EXPECT_TRUE(Says().starts_with("State graph: Imp\x01 & <Co> | "));
     for (const char* name : {"imp.svg", "imp.png"}) {
         dialogs.Expect("Export state graph", (folder / name).string());
         Find<QAction>("GraphExport").trigger();
     }
+    edits.Undo();
     const QSizeF drawn = Scene().Drawn().size();
     const std::string svg = ReadFile(folder / "imp.svg");
     const QSvgRenderer renderer(QByteArray::fromStdString(svg));
@@ -180,6 +194,37 @@ TEST_F(StateGraphTest, IsExportedAndPrintedAndBounded) {
     EXPECT_TRUE(pdf.starts_with("%PDF"));
     const auto pages = QByteArray::fromStdString(pdf).count("/Type /Page\n");
     EXPECT_GT(pages, 3) << "so large that it needs several";
+}
+
+TEST_F(StateGraphTest, BoxesDoNotKeepHugePictures) {
+    const auto megabytes = [] {
+        std::size_t all = 0, resident = 0;
+        std::ifstream("/proc/self/statm") >> all >> resident;
+        return static_cast<double>(resident) * 4096 / 1e6;
+    };
+    const GraphStyle style{QPalette(), QFont()};
+    constexpr QSize sizes[]{{4096, 4096}, {4096, 1}, {1, 4096}};
+    constexpr int count = 8;
+    std::vector<std::unique_ptr<GraphBox>> boxes;
+    double before = 0;
+    for (const QSize& size : sizes)
+        for (int i = 0; i < count; ++i) {
+            const auto red = [size] {
+                QImage image(size, QImage::Format_ARGB32);
+                image.fill(Qt::red);
+                return image;
+            };
+            boxes.push_back(std::make_unique<GraphBox>(0, BoxText(), style, red, [] {}));
+            QImage seen(boxes.back()->Box().size().toSize(), QImage::Format_RGB32);
+            seen.fill(Qt::white);
+            QPainter painter(&seen);
+            boxes.back()->paint(&painter, nullptr, nullptr);
+            painter.end();
+            EXPECT_TRUE(HasRed(seen)) << size.width() << " x " << size.height();
+            if (boxes.size() == 1)
+                before = megabytes();
+        }
+    EXPECT_LT(megabytes() - before, 64) << "each would take as much";
 }
 
 } // namespace

@@ -13,6 +13,7 @@ namespace plinket3 {
 
 namespace {
 
+constexpr double keptScale = 2; // of a picture: enough for what is enlarged or exported
 constexpr double corner = 5, currentWidth = 3, frameWidth = 1;
 constexpr double endLength = 9, endHeight = 10; // the mark of what ends: a stroke that leads to a bar
 
@@ -77,8 +78,14 @@ void GraphBox::PaintFrame(QPainter& painter) const {
 void GraphBox::PaintPicture(QPainter& painter) {
     const double pad = style_.padding, lines = text_.mark.isEmpty() ? 2 : 3;
     const QRectF room = Box().adjusted(pad, pad, -pad, -pad - lines * style_.line);
-    if (!picture_)
+    if (!picture_) {
         picture_ = makePicture_();
+        // A few bytes of a WAD may make a picture of many megabytes, and thousands of boxes may show it.
+        if (const QSize most = (room.size() * keptScale).toSize();
+            picture_->width() > most.width() || picture_->height() > most.height())
+            picture_ = picture_->scaled(picture_->size().scaled(most, Qt::KeepAspectRatio).expandedTo({1, 1}),
+                                        Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
     if (picture_->isNull())
         return;
     // Never larger than they are, so that one can be set against another.

@@ -75,18 +75,20 @@ private:
     QSizeF size_;
 };
 
+/// Names of records may hold anything. The generator takes a title for XML, and no XML may hold control characters.
 QByteArray SvgOf(Sheet& sheet, const QString& title) {
     QBuffer buffer;
     QSvgGenerator generator;
     generator.setOutputDevice(&buffer);
-    generator.setTitle(title);
+    generator.setTitle(
+        QString(title).removeIf([](QChar each) { return each == u'<' || each == u'>' || each == u'&'; }));
     generator.setResolution(static_cast<int>(screenDots));
     generator.setSize(sheet.Size().toSize());
     generator.setViewBox(QRectF(QPointF(), sheet.Size()));
     QPainter painter(&generator);
     sheet.Paint(painter, sheet.Whole());
     painter.end();
-    return buffer.data();
+    return buffer.buffer().removeIf([](char each) { return each >= 0 && each < ' ' && each != '\n'; });
 }
 
 /// Empty when there is no memory for it.

@@ -40,6 +40,11 @@ constexpr std::uint64_t largestLog = 16'000'000;
 constexpr int lookInterval = 1'000;                  // milliseconds between looks at what a running port has said
 constexpr std::int32_t toWeapon = 96, toThing = 224; // from the player to what is placed, without its radius
 
+/// As a program that starts in another folder finds it.
+std::string WholePath(const std::filesystem::path& file) {
+    return QFileInfo(ShownPath(file)).absoluteFilePath().toStdString();
+}
+
 /// The last line with something in it, as that is where programs say why they end.
 std::string LastLine(std::string_view output) {
     const std::size_t end = output.find_last_not_of(" \t\r\n");
@@ -123,18 +128,18 @@ std::optional<RunCommands::Placed> RunCommands::ToPlace() const {
 std::vector<std::string> RunCommands::DataWads() const {
     std::vector<std::string> wads;
     if (const PatchData& patch = program_.patch; !patch.lump.empty())
-        wads.push_back(PathText(patch.fileName));
+        wads.push_back(WholePath(patch.fileName));
     for (const std::shared_ptr<clsWad>& wad : program_.dataWads)
-        if (std::string path = PathText(wad->WadFileName()); std::ranges::find(wads, path) == wads.end())
+        if (std::string path = WholePath(wad->WadFileName()); std::ranges::find(wads, path) == wads.end())
             wads.push_back(std::move(path));
-    const std::string iwad = program_.iwad ? PathText(program_.iwad->WadFileName()) : std::string();
-    std::erase(wads, iwad);
+    if (program_.iwad)
+        std::erase(wads, WholePath(program_.iwad->WadFileName()));
     return wads;
 }
 
 Status RunCommands::TakePatchOut(const PortRun& run, std::vector<std::string>& dataWads) const {
     const PatchData& patch = program_.patch;
-    const auto holder = std::ranges::find(dataWads, PathText(patch.fileName));
+    const auto holder = std::ranges::find(dataWads, WholePath(patch.fileName));
     if (patch.lump.empty() || holder == dataWads.end())
         return {};
     WadEdit wad;
@@ -146,10 +151,13 @@ Status RunCommands::TakePatchOut(const PortRun& run, std::vector<std::string>& d
     return status;
 }
 
-std::vector<std::string> RunCommands::Levels() const {
+std::vector<std::string> RunCommands::Levels(const std::string& chosen) const {
     std::vector<std::string> levels;
-    const auto add = [&levels](const clsWad& wad) {
-        for (std::string& level : LevelNames(wad))
+    const auto add = [&](const clsWad& wad) {
+        std::vector<std::string> names = LevelNames(wad);
+        if (!chosen.empty() && wad.NumForName(chosen) != -1)
+            names.push_back(chosen);
+        for (std::string& level : names)
             if (std::ranges::find(levels, level) == levels.end())
                 levels.push_back(std::move(level));
     };
@@ -157,7 +165,7 @@ std::vector<std::string> RunCommands::Levels() const {
         add(*program_.iwad);
     for (const std::string& file : DataWads()) {
         clsWad wad;
-        wad.OpenWad(file);
+        wad.OpenWad(PathOf(file));
         add(wad);
     }
     return levels;
@@ -177,7 +185,7 @@ void RunCommands::Run(const RunChoice& choice) {
         status = SplitWords(choice.arguments, more);
     words.insert(words.end(), more.begin(), more.end());
 
-    const std::vector<std::string> levels = Levels();
+    const std::vector<std::string> levels = Levels(choice.level);
     std::string level = choice.level;
     if (std::ranges::find(levels, level) == levels.end() && !levels.empty())
         level = levels.front(); // of another game
@@ -218,7 +226,7 @@ void RunCommands::Run(const RunChoice& choice) {
         return Refuse(tr("Could not run %1: %2").arg(name, ShownPath(status.Reason())));
 
     QStringList arguments;
-    for (const std::string& argument : ExpandTokens(words, {{'i', {PathText(program_.iwad->WadFileName())}},
+    for (const std::string& argument : ExpandTokens(words, {{'i', {WholePath(program_.iwad->WadFileName())}},
                                                             {'d', dataWads},
                                                             {'p', {PathText(file)}},
                                                             {'m', WarpWords(level)},
@@ -244,7 +252,7 @@ void RunCommands::Run(const RunChoice& choice) {
     });
     looks->start(lookInterval);
     emit StatusText(told);
-    run->Start(port->program, arguments, folder.isDir() ? folder.filePath() : QString());
+    run->Start(PathOf(WholePath(PathOf(port->program))), arguments, folder.isDir() ? folder.filePath() : QString());
     static_cast<void>(run.release()); // belongs to this object now, and goes when the port has ended
 }
 

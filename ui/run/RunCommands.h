@@ -57,8 +57,9 @@ private:
     void Ask();
     void Run(const RunChoice& choice);
     std::optional<Placed> ToPlace() const;
-    std::vector<std::string> Levels() const;
-    /// The WADs beside the IWAD: the one that holds the patch and the data WAD.
+    /// Those that are named as games name theirs, and the chosen one where a WAD has it under whatever name.
+    std::vector<std::string> Levels(const std::string& chosen = {}) const;
+    /// The WADs beside the IWAD: the one that holds the patch and the data WADs, by their whole paths.
     std::vector<std::string> DataWads() const;
     /// Of the WAD that holds the patch a copy that holds none, in the run's folder, takes its place among `dataWads`:
     /// there are ports that read the patches in WADs after the one that they are given.

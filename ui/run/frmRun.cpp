@@ -29,7 +29,7 @@ frmRun::frmRun(Offer offer, const RunChoice& start, QWidget* parent)
     cmbPort_->setCurrentIndex(std::max(cmbPort_->findText(ShownPath(start.port)), 0));
     cmbLevel_->setObjectName(QStringLiteral("cmbLevel"));
     cmbLevel_->setEditable(true);
-    cmbLevel_->setToolTip(tr("A level of the IWAD or the data WAD, as MAP07 or E1M3"));
+    cmbLevel_->setToolTip(tr("A level of the IWAD or a data WAD, as MAP07 or E1M3"));
     cmbLevel_->addItems(offer_.levels);
     if (!start.level.empty())
         cmbLevel_->setEditText(ShownPath(start.level));

@@ -215,13 +215,13 @@ void StatePreview::ShowState(std::optional<std::int32_t> state) {
 }
 
 void StatePreview::Update() {
-    if (player_->IsPlaying())
-        return; // the next state shows what is stored now
     const Program& program = context_.program;
     const std::int32_t first = state_.value_or(0);
     straight_ = StraightRunFrom(program.patch.current, program.engine, first);
-    lblTic_->setText(first != 0 ? RunText(straight_) : QString());
     cmdJumps_->setVisible(!OpenJumps(program, first).empty());
+    if (player_->IsPlaying())
+        return; // the next state shows what is stored now
+    lblTic_->setText(first != 0 ? RunText(straight_) : QString());
     if (state_) {
         if (runs_.empty())
             owner_ = OwnerOfState(program.patch.current, program.engine, *state_);
@@ -251,9 +251,7 @@ bool StatePreview::Begin() {
     for (const std::int32_t state : ReachOf(set, context_.program.engine, *state_))
         stage |= picture_->PlaceOfState(state);
     picture_->Stage(stage);
-    const auto thing = runs_.empty()                                 ? ThingOfState(set, *state_)
-                       : owner_ && owner_->kind == TargetKind::Thing ? std::optional(owner_->number)
-                                                                     : std::nullopt;
+    const auto thing = owner_ && owner_->kind == TargetKind::Thing ? std::optional(owner_->number) : std::nullopt;
     const auto* run = runs_.empty() ? nullptr : &runs_[static_cast<std::size_t>(cmbRun_->currentData().toInt())];
     const auto sound = run != nullptr && run->field != nullptr && thing
                            ? SoundOfStart(context_.program, run->field, *thing, player_->Chance())
