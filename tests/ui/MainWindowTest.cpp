@@ -369,6 +369,7 @@ TEST_F(MainWindowTest, DataWadsAreListedInTheOrderInWhichTheyAreLoaded) {
         const auto press = [&dialog](const char* button) {
             QTest::mouseClick(dialog.findChild<QPushButton*>(button), Qt::LeftButton);
         };
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog)); // else keys are not its yet
         dialogs.Expect("Select WAD files", "/a.wad|/b.wad|/c.wad");
         press("cmdAddDataWAD");
         EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdDownDataWAD")->isEnabled());
