@@ -369,13 +369,13 @@ TEST_F(MainWindowTest, DataWadsAreListedInTheOrderInWhichTheyAreLoaded) {
         const auto press = [&dialog](const char* button) {
             QTest::mouseClick(dialog.findChild<QPushButton*>(button), Qt::LeftButton);
         };
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog)); // else keys are not its yet
         dialogs.Expect("Select WAD files", "/a.wad|/b.wad|/c.wad");
         press("cmdAddDataWAD");
         EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdDownDataWAD")->isEnabled());
         press("cmdUpDataWAD");
         EXPECT_EQ(Rows(files), QStringList({"/a.wad", "/c.wad", "/b.wad"}));
         files.setFocus();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == &files && dialog.isActiveWindow(); }));
         QTest::keyClick(&files, Qt::Key_Up, Qt::AltModifier);
         EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdUpDataWAD")->isEnabled());
         QTest::keyClick(&files, Qt::Key_Down);
