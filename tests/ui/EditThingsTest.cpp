@@ -200,6 +200,14 @@ TEST_F(frmEditThingsTest, PlaysWhatTheThingHas) {
     };
     EXPECT_EQ(runs.count(), 8);
     EXPECT_EQ(runs.currentText(), "Initial frame");
+    program.patch.current.things[imp].deathState = 5000;
+    window->Refresh();
+    EXPECT_EQ(runs.count(), 7) << "there is no such state";
+    program.patch.current.states.Add(5000);
+    window->Refresh();
+    EXPECT_EQ(runs.count(), 8) << "now there is";
+    program.patch.current = program.patch.defaults;
+    window->Refresh();
     choose("Death frame");
     EXPECT_EQ(Find<QLabel>(*window, "lblTic").text(), "28 tics, then stays");
     EXPECT_EQ(played(100), sounds({"bgdth2"}, Current()));

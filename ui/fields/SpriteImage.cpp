@@ -15,7 +15,7 @@ namespace plinket3 {
 
 namespace {
 
-constexpr std::int64_t lightsSize = 32 * 256; // of the lump COLORMAP, as far as light goes
+constexpr std::int64_t lightsSize = std::int64_t{32} * 256; // of the lump COLORMAP, as far as light goes
 
 QString Tr(const char* text) { return QCoreApplication::translate("SpriteImage", text); }
 

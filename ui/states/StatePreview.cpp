@@ -177,6 +177,9 @@ void StatePreview::SetIcons() {
 }
 
 void StatePreview::ShowRuns(std::vector<Run> runs, std::size_t usual, std::optional<Target> owner) {
+    for (Run& run : runs) // a state may be made or removed while the record names it
+        if (!context_.program.patch.current.states.Has(run.state))
+            run.state = 0;
     if (runs == runs_ && usual == usual_ && owner == owner_)
         return Update();
     if (runs_.empty())
@@ -184,10 +187,7 @@ void StatePreview::ShowRuns(std::vector<Run> runs, std::size_t usual, std::optio
     runs_ = std::move(runs);
     usual_ = usual;
     owner_ = owner;
-    const auto has = [this](std::size_t run) {
-        return run < runs_.size() && context_.program.patch.current.states.Has(runs_[run].state) &&
-               runs_[run].state != 0;
-    };
+    const auto has = [this](std::size_t run) { return run < runs_.size() && runs_[run].state != 0; };
     const QSignalBlocker quiet(cmbRun_);
     cmbRun_->clear();
     for (std::size_t run = 0; run < runs_.size(); ++run)
