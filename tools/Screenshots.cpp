@@ -7,8 +7,11 @@
 #include "ui/FileDialogs.h"
 #include "ui/Icons.h"
 #include "ui/LatinText.h"
+#include "ui/ProblemsDock.h"
 #include "ui/QtFrontEnd.h"
 #include "ui/RulesBar.h"
+#include "ui/WhereUsedDock.h"
+#include "ui/compare/frmCompare.h"
 #include "ui/fields/NoteEdit.h"
 #include "ui/frmFindIwads.h"
 #include "ui/frmRecovered.h"
@@ -18,17 +21,22 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QEventLoop>
 #include <QLineEdit>
 #include <QListView>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QStatusBar>
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolButton>
 #include <QTreeView>
 
+#include <algorithm>
 #include <functional>
 #include <iostream>
 #include <stdexcept>
@@ -38,7 +46,7 @@ namespace {
 
 using namespace plinket3;
 
-constexpr int imp = 11, impThrowing = 454, pistol = 1, firstSound = 1, shotgunText = 62;
+constexpr int imp = 11, impMoving = 444, impThrowing = 454, pistol = 1, firstSound = 1, shotgunText = 62;
 
 class PictureFrontEnd : public QtFrontEnd {
 public:
@@ -70,6 +78,15 @@ void Type(QWidget& window, const char* box, const char* text) {
 void SelectRow(QWidget& window, const char* list, int row) {
     auto& view = Find<QAbstractItemView>(window, list);
     view.setCurrentIndex(view.model()->index(row, 0));
+}
+
+void Choose(QWidget& window, const char* box, const char* entry) {
+    auto& list = Find<QComboBox>(window, box);
+    const int row = list.findText(QString::fromLatin1(entry));
+    if (row < 0)
+        throw std::runtime_error(std::string(box) + " offers no " + entry);
+    list.setCurrentIndex(row);
+    emit list.activated(row);
 }
 
 class Pictures {
@@ -121,6 +138,8 @@ public:
             window_.Editors().Show(editor, false);
         }
         TakeGraph();
+        TakeThingCommands();
+        TakeStateCommands();
         TakeModal("run", [this] { Find<QAction>(window_, "RunWith").trigger(); });
         TakeModal("sprite", [this] { window_.Editors().PickSprite({28, 6}); });
         TakeModal("state", [this] { window_.Editors().PickState(impThrowing); });
@@ -129,17 +148,59 @@ public:
         TakeModal("sound", [this] { emit Find<RecordList>(window_, "lvwSounds").EditAsked(firstSound); });
     }
 
+    /// The imp stays on the clipboard.
+    void TakeThingCommands() {
+        ShowThing(imp);
+        QWidget& editor = *window_.Editors().Frame(thingEditor);
+        Choose(editor, "cmbRun", "Far attack frame");
+        for (int tic = 0; tic < 18; ++tic)
+            Find<QToolButton>(editor, "cmdStep").click();
+        Take(*Find<QComboBox>(editor, "cmbRun").parentWidget(), QStringLiteral("playing"));
+        Choose(editor, "cmbRun", "Initial frame");
+        TakeCommand("copy-with", "EditCopyWith");
+        EditAction("EditCopy").trigger();
+        auto& list = Find<QAbstractItemView>(editor, "lstThings");
+        for (const int row : {imp + 1, imp + 2})
+            list.selectionModel()->select(list.model()->index(row, 0), QItemSelectionModel::Select);
+        TakeCommand("change-many", "EditChangeMany", [](QWidget& dialog) {
+            Choose(dialog, "cmbWhat", "Add or multiply");
+            Choose(dialog, "cmbField", "Hit points");
+            Type(dialog, "txtChange", "*1.5");
+        });
+        window_.Editors().Show(thingEditor, false);
+    }
+
+    void TakeStateCommands() {
+        window_.Editors().Show(stateEditor, true);
+        window_.Editors().SelectSingleState(impMoving, imp, -1);
+        auto& whereUsed = Find<QDockWidget>(window_, "dockWhereUsed");
+        window_.addDockWidget(Qt::BottomDockWidgetArea, &whereUsed); // at the side it would be high and empty
+        whereUsed.show();
+        Take(whereUsed, QStringLiteral("where-used"));
+        whereUsed.hide();
+        TakeCommand("go-to", "EditGoTo", [](QWidget& dialog) { Type(dialog, "txtGoTo", "454"); });
+        TakeModal(
+            "new-states", [this] { Find<QPushButton>(window_, "cmdNewStates").click(); },
+            [](QWidget& dialog) { Find<QSpinBox>(dialog, "txtCount").setValue(4); });
+        window_.Editors().Show(stateEditor, false);
+        TakeEditor(stateEditor, QStringLiteral("states-free"), [this] {
+            Find<QRadioButton>(window_, "optFilterFree").click();
+            SelectRow(window_, "lvwStates", 0);
+        });
+    }
+
+    void TakePaste() {
+        ShowThing(sneak);
+        TakeCommand("paste", "EditPaste");
+        ShowThing(imp);
+        TakeCommand("duplicate", "EditDuplicate");
+        window_.Editors().Show(thingEditor, false);
+    }
+
     void TakeGraph() {
         window_.Editors().Show(thingEditor, true);
-        auto& graph = Find<QDockWidget>(window_, "dockStateGraph");
-        graph.show();
-        graph.setFloating(true);
-        graph.resize(1050, 760);
-        QApplication::processEvents();
-        Find<QAction>(graph, "GraphFit").trigger();
-        Take(graph, QStringLiteral("graph"));
-        graph.setFloating(false);
-        graph.hide();
+        TakeFloating("dockStateGraph", "graph", {1050, 760},
+                     [](QWidget& graph) { Find<QAction>(graph, "GraphFit").trigger(); });
         window_.Editors().Show(thingEditor, false);
     }
 
@@ -148,6 +209,7 @@ public:
         EditorSet& editors = window_.Editors();
         TakeEditor(thingEditor, QStringLiteral("own-monster-thing"),
                    [&] { editors.ShowRecord(RecordKind::Thing, sneak); });
+        TakePaste();
         TakeEditor(stateEditor, QStringLiteral("own-monster-state"), [&] {
             editors.SelectSingleState(sneakFiring, -1, -1);
             Take(Find<QWidget>(*editors.Frame(stateEditor), "framState"), QStringLiteral("modern-arguments"));
@@ -159,6 +221,40 @@ public:
     }
 
 private:
+    void TakeCommand(
+        const char* name, const char* action, const std::function<void(QWidget&)>& prepare = [](QWidget&) {}) {
+        TakeModal(
+            name, [&] { EditAction(action).trigger(); }, prepare);
+    }
+
+    /// Of the menu Edit, wherever it belongs to.
+    QAction& EditAction(const char* name) {
+        const QList<QAction*> actions = window_.Editors().ClipActions() + window_.findChildren<QAction*>();
+        const auto found = std::ranges::find(actions, QLatin1String(name), &QObject::objectName);
+        if (found == actions.end())
+            throw std::runtime_error(std::string("there is no command ") + name);
+        return **found;
+    }
+
+    void TakeFloating(
+        const char* dock, const char* name, QSize size,
+        const std::function<void(QWidget&)>& prepare = [](QWidget&) {}) {
+        auto& window = Find<QDockWidget>(window_, dock);
+        window.show();
+        window.setFloating(true);
+        window.resize(size);
+        QApplication::processEvents();
+        prepare(window);
+        Take(window, QString::fromLatin1(name));
+        window.setFloating(false);
+        window.hide();
+    }
+
+    void ShowThing(int thing) {
+        window_.Editors().Show(thingEditor, true);
+        window_.Editors().ShowRecord(RecordKind::Thing, thing);
+    }
+
     static constexpr std::size_t thingEditor = 0, stateEditor = 1;
     static constexpr int sneak = 250, sneakFiring = 4006, sneakSprite = 245, firstOfDoom2 = 33;
 
@@ -218,9 +314,46 @@ void TakeRecovered(Pictures& pictures, PatchData patch, const EngineConfiguratio
     pictures.Take(recovered, QStringLiteral("recovered"));
 }
 
-constexpr std::string_view oddPatch = "# Bigger and meaner, version 3\n# by you\n\nThing 12 (Imp)\nHit points = 120\n"
-                                      "Blood color = 3\n\nThing 900 (Boss)\nSpeed = 12\n\nINCLUDE weapons.deh\n\n"
-                                      "[STRINGS]\nUSER_BOSS = Something woke up.\n";
+/// With what another one made of the same patch: in part of what PrepareEditors changes, too.
+void TakeComparison(Pictures& pictures, frmMain& window, const std::filesystem::path& ancestor) {
+    QTemporaryDir folder;
+    const std::filesystem::path theirs = StoredPath(folder.path()) / "theirs.bex";
+    std::string patch;
+    if (!ReadWholeFile(ancestor, patch) ||
+        !WriteFileAtomically(theirs, patch + "\nThing 12 (Imp)\nHit points = 90\nMass = 150\n\n"
+                                             "Frame 453\nSprite number = 30\nDuration = 4\n"))
+        throw std::runtime_error("no patch could be written");
+    auto& compareWith = Find<QAction>(window, "FileCompare");
+    const auto fill = [](QWidget& dialog, const QString& file, const QString& both) {
+        Find<QLineEdit>(dialog, "txtFile").setText(file);
+        Find<QLineEdit>(dialog, "txtAncestor").setText(both);
+    };
+    pictures.TakeModal(
+        "compare-with", [&] { compareWith.trigger(); },
+        [&](QWidget& dialog) {
+            fill(dialog, QStringLiteral("/home/you/mods/theirs.bex"), QStringLiteral("/home/you/mods/first.bex"));
+        });
+    QTimer::singleShot(0, [&] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        fill(dialog, ShownPath(theirs), ShownPath(ancestor));
+        Find<QPushButton>(dialog, "cmdAccept").click();
+    });
+    compareWith.trigger();
+    auto& dock = Find<frmCompare>(window, "frmCompare");
+    auto& list = Find<QTreeView>(dock, "tvwDifferences");
+    const auto frames = list.model()->match(list.model()->index(0, 0), Qt::DisplayRole, QStringLiteral("Frame 453"), 1,
+                                            Qt::MatchStartsWith | Qt::MatchRecursive);
+    if (frames.isEmpty())
+        throw std::runtime_error("the comparison lacks a frame");
+    list.setCurrentIndex(frames.first());
+    pictures.Take(dock, QStringLiteral("compare"));
+    dock.hide();
+}
+
+constexpr std::string_view oddPatch =
+    "# Bigger and meaner, version 3\n# by you\n\nThing 12 (Imp)\nHit points = 120\n"
+    "Blood color = 3\n\nFrame 451\nNext frame = 20000\n\nThing 900 (Boss)\nSpeed = 12\n\nINCLUDE weapons.deh\n\n"
+    "[STRINGS]\nUSER_BOSS = Something woke up.\n";
 
 void Open(PictureFrontEnd& frontEnd, const std::filesystem::path& patch) {
     QTimer::singleShot(0, AcceptSession);
@@ -242,6 +375,14 @@ void TakeRules(Pictures& pictures, PictureFrontEnd& frontEnd) {
     others.show();
     pictures.Take(others, QStringLiteral("other-lines"));
     others.hide();
+    auto& problems = Find<ProblemsDock>(window, "dockProblems");
+    problems.ShowList();
+    QEventLoop searching;
+    QObject::connect(&problems, &ProblemsDock::Searched, &searching, &QEventLoop::quit);
+    problems.Refresh();
+    searching.exec();
+    pictures.Take(problems, QStringLiteral("problems"));
+    problems.hide();
     auto& find = Find<FindDock>(window, "dockFind");
     find.Start();
     Type(find, "txtFind", "imp");
@@ -294,6 +435,7 @@ int Run(char** argv) {
 
     Open(frontEnd, argv[3]);
     pictures.TakeEditors();
+    TakeComparison(pictures, window, argv[3]);
     TakeRecovered(pictures, program.patch, program.engine, notifier);
     program.patch.changed = false; // what the pictures show is not asked about
     TakeRules(pictures, frontEnd);

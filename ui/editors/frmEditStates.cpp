@@ -31,7 +31,7 @@ void frmEditStates::Build() {
     filter_ = new StateFilterPanel(context_.program);
     BuildList();
     fields_ = new StateFieldsPanel(context_);
-    preview_ = new StatePreview(context_, QStringLiteral("picSprite"));
+    preview_ = new StatePreview(context_, QStringLiteral("picSprite"), StatePreview::Of::States);
     auto* preview = new QGroupBox(tr("Preview"));
     (new QVBoxLayout(preview))->addWidget(preview_);
     filter_->LeadTo(*lvwStates_);

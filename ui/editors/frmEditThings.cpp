@@ -267,8 +267,8 @@ QWidget* frmEditThings::BuildFields() {
     grid->setRowStretch(3, 1);
     grid->setColumnStretch(1, 1);
     auto* columns = new QHBoxLayout;
-    columns->addWidget(new FormArea(form_, [this] { PlaceExtra(); }), 3);
-    columns->addWidget(BuildFlags(), 1); // in view wherever the form is scrolled
+    columns->addWidget(new FormArea(form_, [this] { PlaceExtra(); }), 11);
+    columns->addWidget(BuildFlags(), 3); // in view wherever the form is scrolled
     layout->addLayout(columns);
     return panel;
 }
@@ -362,7 +362,7 @@ QWidget* frmEditThings::BuildHead() {
 }
 
 QWidget* frmEditThings::BuildNumbers() {
-    preview_ = new StatePreview(context_, QStringLiteral("picThing"));
+    preview_ = new StatePreview(context_, QStringLiteral("picThing"), StatePreview::Of::Runs);
     auto* group = new QGroupBox(tr("Properties"));
     auto* form = new QGridLayout(group);
     form->addWidget(preview_, 0, 0, 1, 2);

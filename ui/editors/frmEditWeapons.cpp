@@ -112,7 +112,7 @@ QWidget* frmEditWeapons::BuildFields() {
     }
 
     auto* preview = new QGroupBox(tr("Preview"));
-    preview_ = new StatePreview(context_, QStringLiteral("picSprite"));
+    preview_ = new StatePreview(context_, QStringLiteral("picSprite"), StatePreview::Of::Runs);
     (new QVBoxLayout(preview))->addWidget(preview_);
 
     auto* numbers = new QVBoxLayout;

@@ -84,7 +84,7 @@ QString EndText(StateWalk::End end) {
 
 } // namespace
 
-StatePreview::StatePreview(const EditorContext& context, const QString& picture)
+StatePreview::StatePreview(const EditorContext& context, const QString& picture, Of of)
     : context_(context), picture_(new SpriteView(picture, context.program)), lblPreview_(new QLabel),
       lblTic_(new QLabel), cmbRun_(new QComboBox), cmbSpeed_(new QComboBox),
       cmdPlay_(NewTool("cmdPlay", {}, playKey, &StatePreview::PlayOrPause)),
@@ -105,7 +105,8 @@ StatePreview::StatePreview(const EditorContext& context, const QString& picture)
     cmbRun_->setToolTip(cmbRun_->accessibleName());
     cmbRun_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cmbRun_->setPlaceholderText(QStringLiteral("-"));
-    cmbRun_->hide();
+    if (of == Of::States)
+        cmbRun_->hide();
     cmbSpeed_->setObjectName(QStringLiteral("cmbSpeed"));
     cmbSpeed_->setAccessibleName(tr("Speed"));
     cmbSpeed_->setToolTip(tr("How many times as fast as the game"));
@@ -195,7 +196,6 @@ void StatePreview::ShowRuns(std::vector<Run> runs, std::size_t usual, std::optio
             cmbRun_->addItem(runs_[run].name, static_cast<int>(run));
     cmbRun_->setCurrentIndex(cmbRun_->findData(static_cast<int>(has(chosen_) ? chosen_ : usual_)));
     cmbRun_->setEnabled(cmbRun_->count() > 0);
-    cmbRun_->show();
     ShowChosen();
 }
 

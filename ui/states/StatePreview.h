@@ -30,8 +30,11 @@ public:
         bool operator==(const Run&) const = default; // the same to play
     };
 
+    /// What is shown: states by ShowState alone, or what ShowRuns offers, with a box to choose.
+    enum class Of { States, Runs };
+
     /// `picture` is the object name of the view.
-    StatePreview(const EditorContext& context, const QString& picture);
+    StatePreview(const EditorContext& context, const QString& picture, Of of);
 
     /// Ends playing and shows the state; none blanks the view.
     void ShowState(std::optional<std::int32_t> state);
