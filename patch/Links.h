@@ -25,7 +25,7 @@ inline constexpr std::array<std::string_view, 8> targetWords{"thing",  "state", 
 struct Target {
     TargetKind kind = TargetKind::Thing;
     std::int32_t number = 0;
-    auto operator<=>(const Target&) const = default;
+    auto operator<=>(const Target&) const = default; // NOLINT(modernize-use-nullptr): it takes what this makes for one
 
     /// State 0 and sound 0 stand for none.
     bool IsNone() const { return number == 0 && (kind == TargetKind::State || kind == TargetKind::Sound); }
