@@ -105,6 +105,7 @@ void WriteOutput(const std::string& file, std::string_view bytes) {
 int RunCli(const std::vector<std::string>& arguments, const std::filesystem::path& programFolder, std::ostream& out,
            std::ostream& err) {
     CLI::App app("Reads, checks, compares and converts DeHackEd patches without a window.", "plinket3-cli");
+    app.allow_windows_style_options(false); // "/home/me/a.deh" is a file everywhere
     app.set_version_flag("--version", programVersion);
     app.require_subcommand(1);
     app.fallthrough();

@@ -67,7 +67,8 @@ int main(int argc, char** argv) {
         ended = true;
         QApplication::exit(); // not quit(), which would ask every window to close first
     });
-    if (!plinket3::modMain::StartUp(program, frontEnd, plinket3::modMain::ReadCommandLine(plinket3::CommandLineArguments(argc, argv))) ||
+    if (!plinket3::modMain::StartUp(program, frontEnd,
+                                    plinket3::modMain::ReadCommandLine(plinket3::CommandLineArguments(argc, argv))) ||
         ended)
         return 0;
     return QApplication::exec();
