@@ -214,7 +214,7 @@ TEST_F(MainWindowTest, RecoveredWorkIsListedOpenedAndDeleted) {
     EXPECT_TRUE(Action("FileSave").isEnabled());
 }
 
-TEST_F(MainWindowTest, EditorsOpenWithTheFocusWithEveryColumnInViewAndWithKeysOfTheirOwn) {
+TEST_F(MainWindowTest, EditorsOpenWithTheFocusWithEveryColumnInViewWithRoomForAllAndWithKeysOfTheirOwn) {
     NewPatch("MBF");
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }));
@@ -227,6 +227,8 @@ TEST_F(MainWindowTest, EditorsOpenWithTheFocusWithEveryColumnInViewAndWithKeysOf
         EXPECT_TRUE(focus != &shown && shown.isAncestorOf(focus)) << name;
         for (const auto* list : shown.findChildren<QTreeView*>())
             EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0) << name;
+        const QMdiSubWindow& frame = *window->Editors().Frame(editor);
+        EXPECT_EQ(frame.size().expandedTo(frame.minimumSizeHint()), frame.size()) << name;
         QStringList texts;
         for (const QAction* menu : window->menuBar()->actions())
             texts << menu->text();

@@ -105,7 +105,8 @@ StatePreview::StatePreview(const EditorContext& context, const QString& picture,
     cmbRun_->setToolTip(cmbRun_->accessibleName());
     cmbRun_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cmbRun_->setPlaceholderText(QStringLiteral("-"));
-    cmbRun_->setVisible(of == Of::Runs);
+    if (of == Of::States)
+        cmbRun_->hide();
     cmbSpeed_->setObjectName(QStringLiteral("cmbSpeed"));
     cmbSpeed_->setAccessibleName(tr("Speed"));
     cmbSpeed_->setToolTip(tr("How many times as fast as the game"));
