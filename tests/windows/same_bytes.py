@@ -21,6 +21,7 @@ def differences():
 
 
 def run(program, arguments, folder):
+    arguments = [argument.replace("@", folder + "/") for argument in arguments]
     done = subprocess.run(program + arguments, cwd=folder, stdin=subprocess.DEVNULL, capture_output=True)
     files = {}
     for root, _, names in os.walk(folder):
@@ -29,7 +30,8 @@ def run(program, arguments, folder):
             with open(path, "rb") as file:
                 files[os.path.relpath(path, folder)] = file.read()
     # Messages end lines as the system does, where results have their own ends.
-    return done.returncode, done.stdout, done.stderr.replace(b"\r\n", b"\n"), files
+    said = [text.replace(folder.encode() + b"/", b"@") for text in (done.stdout, done.stderr.replace(b"\r\n", b"\n"))]
+    return done.returncode, *said, files
 
 
 def commands():
@@ -38,7 +40,7 @@ def commands():
             yield file.read(), ["convert", "-e", "boom21", "in.deh", "out.deh"]
     with open(os.path.join(os.path.dirname(__file__), "sample.bex"), "rb") as file:
         sample = file.read()
-    for arguments in (["dump", "in.deh"], ["info", "in.deh"], ["check", "in.deh"], ["diff", "in.deh"],
+    for arguments in (["dump", "in.deh"], ["info", "in.deh"], ["check", "@in.deh"], ["diff", "in.deh"],
                       ["convert", "--to", "dsdhacked", "in.deh", "out.deh"], ["table", "in.deh", "out.tbl"],
                       ["copy", "-e", "mbf21", "--with-states", "thing", "11", "-"], ["dump", "-e", "id24"],
                       ["free", "-e", "mbf21", "state"], ["uses", "-e", "mbf21", "thing", "31"]):
@@ -55,7 +57,7 @@ for patch, arguments in commands():
                 file.write(patch)
             results.append(run(program, arguments, folder))
     tried += 1
-    written += len(results[1][3]) > 1
+    written += len(results[1][-1]) > 1
     if results[0] != results[1]:
         failed.append(f"{' '.join(arguments)}: {results[0][:3]} instead of {results[1][:3]}"[:2000])
 print(f"{tried} commands, {written} wrote a file; {len(failed)} differ")
