@@ -68,9 +68,11 @@ std::set<RecordId> CopyChoice::Chosen() const {
 
 std::set<RecordId> WithOwnStates(const PatchData& patch, const EngineConfiguration& engine, const RecordId& record) {
     CopyChoice choice(patch, engine, {record});
-    for (std::size_t i = 0; i < choice.Companions().size(); ++i)
-        if (choice.Companions()[i].record.first != RecordKind::State)
+    for (std::size_t i = 0; i < choice.Companions().size(); ++i) {
+        const RecordKind kind = choice.Companions()[i].record.first;
+        if (kind != RecordKind::State && kind != RecordKind::Sound && kind != RecordKind::Sprite)
             choice.Tick(i, false);
+    }
     return choice.Chosen();
 }
 

@@ -29,7 +29,8 @@ private:
     std::set<std::size_t> heads_; // what is copied, and what was ticked by itself
 };
 
-/// The record, and the states that are its own: those of other things that it makes are not.
+/// The record, and the states that are its own: those of other things that it makes are not. The sounds and sprites of
+/// the patch that they name go along, so that they are known by their names.
 std::set<RecordId> WithOwnStates(const PatchData& patch, const EngineConfiguration& engine, const RecordId& record);
 
 } // namespace plinket3
