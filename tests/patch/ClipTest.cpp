@@ -280,6 +280,36 @@ TEST_F(ClipTest, WhatGoesAlongFollowsTheTicks) {
         "Imp with 1 thing and 1 frame");
 }
 
+TEST_F(ClipTest, ADuplicateKeepsTheSoundsAndSpritesThatThePatchHasMade) {
+    Session session = Open("dsdhacked");
+    Edits edits(session.patch);
+    const ThingRecord& imp = session.patch.current.things[11];
+    constexpr std::int32_t sound = 700, sprite = 300;
+    edits.StoreGroup({{{RecordKind::Sound, sound, existsField}, 1},
+                      {{RecordKind::Sound, sound, lumpNameField}, "radio"},
+                      {{RecordKind::Sprite, sprite, existsField}, 1},
+                      {{RecordKind::Sprite, sprite, lumpNameField}, "PLYC"},
+                      {{RecordKind::Thing, 11, RowOf(&ThingRecord::alertSound)}, sound},
+                      {{RecordKind::State, imp.initialState, RowOf(&StateRecord::sprite)}, sprite}},
+                     "make");
+    const auto sounds = session.patch.current.sounds;
+    PastePlan plan;
+    ASSERT_TRUE(
+        Plan(session,
+             modPatchFiles::FormatRecords(session.patch, session.engine,
+                                          WithOwnStates(session.patch, session.engine, {RecordKind::Thing, 11})),
+             PasteTo::Free, plan));
+    EXPECT_EQ(plan.lost, Lines());
+    edits.StoreGroup(plan.assignments, "duplicate");
+    const auto place = std::ranges::find(plan.places, RecordId(RecordKind::Thing, 11), &PastePlan::Place::from);
+    ASSERT_NE(place, plan.places.end());
+    const ThingRecord& other = session.patch.current.things[place->to];
+    EXPECT_NE(other.initialState, imp.initialState);
+    EXPECT_EQ(other.alertSound, sound);
+    EXPECT_EQ(session.patch.current.states[other.initialState].sprite, sprite);
+    EXPECT_EQ(session.patch.current.sounds, sounds);
+}
+
 TEST_F(ClipTest, TakesMusicAndTheHelperAndSaysWhereThereIsNone) {
     const std::string text = "[MUSIC]\nE1M1 = TUNE\n\n[HELPER]\nType = 12\n";
     Session open = Open("mbf21"), older = Open("boom21");
