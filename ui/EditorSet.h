@@ -92,7 +92,8 @@ public:
     bool IsThere(const Cell& place) const;
     /// Brings such a place up.
     void ShowPlace(const Cell& place);
-    /// Selects a record alone in its editor without bringing that up. Nothing happens when there is none of that number.
+    /// Selects a record alone in its editor without bringing that up. Nothing happens when there is none of that
+    /// number.
     void Select(RecordKind kind, std::int32_t number);
     /// What can be done with the selected records, of any kind.
     QList<QAction*> AllRecordActions() const { return commands_.Actions(); }
