@@ -26,9 +26,9 @@ QImage ThingImage(const Session& session, std::int32_t thing, std::int32_t state
 
 } // namespace
 
-/// game_picture DATA IWAD PATCH thing|weapon NUMBER STATE LIGHT: writes width and height as a line of text, and the pixels
-/// that the state of a thing, seen from behind, or of a weapon is shown by in a sector's light, each as red, green, blue
-/// and whether it is covered.
+/// game_picture DATA IWAD PATCH thing|weapon NUMBER STATE LIGHT: writes width and height as a line of text, and the
+/// pixels that the state of a thing, seen from behind, or of a weapon is shown by in a sector's light, each as red,
+/// green, blue and whether it is covered.
 int main(int argc, char** argv) try {
     if (argc != 8) {
         std::cerr << "usage: game_picture DATA IWAD PATCH thing|weapon NUMBER STATE LIGHT\n";
