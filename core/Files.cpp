@@ -12,15 +12,25 @@
 
 namespace plinket3 {
 
-Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes, std::uint64_t limit) try {
-    bytes.clear();
-    SystemFile opened;
+namespace {
+
+Status OpenRegularFile(const std::filesystem::path& file, SystemFile& opened) {
     if (Status status = opened.Open(file); !status)
         return status;
     if (opened.FileKind() == SystemFile::Kind::Folder)
         return Status::Failure("is a folder");
     if (opened.FileKind() != SystemFile::Kind::Regular)
         return Status::Failure("is not a regular file");
+    return {};
+}
+
+} // namespace
+
+Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes, std::uint64_t limit) try {
+    bytes.clear();
+    SystemFile opened;
+    if (Status status = OpenRegularFile(file, opened); !status)
+        return status;
 
     // One byte more than the size shows at the first reading whether the file has grown since.
     std::string content;
@@ -44,6 +54,23 @@ Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes, std:
     return Status::Failure("does not fit into memory");
 } catch (const std::length_error&) {
     return Status::Failure("does not fit into memory");
+}
+
+Status ReadStartOfFile(const std::filesystem::path& file, std::string& bytes, std::uint64_t limit, bool& cut) {
+    bytes.clear();
+    cut = false;
+    SystemFile opened;
+    if (Status status = OpenRegularFile(file, opened); !status)
+        return status;
+    const std::uint64_t size = opened.Size();
+    std::string content(static_cast<std::size_t>(std::min(size, limit)), '\0');
+    std::size_t count = 0;
+    if (Status status = opened.Read(content.data(), content.size(), count); !status)
+        return status;
+    content.resize(count);
+    bytes = std::move(content);
+    cut = size > limit;
+    return {};
 }
 
 Status WriteFileAtomically(const std::filesystem::path& file, std::string_view bytes) {
@@ -91,6 +118,23 @@ bool FileExists(const std::filesystem::path& file) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(file, error);
     return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+}
+
+bool NamesOneOf(const std::filesystem::path& path, const std::vector<std::filesystem::path>& others) {
+    return std::ranges::any_of(others, [&path](const std::filesystem::path& other) {
+        std::error_code ignored; // nothing is there
+        return std::filesystem::equivalent(path, other, ignored);
+    });
+}
+
+std::vector<std::filesystem::path> FoldersIn(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> folders;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+        if (std::error_code ignored; entry->is_directory(ignored))
+            folders.push_back(entry->path());
+    std::ranges::sort(folders);
+    return folders;
 }
 
 } // namespace plinket3

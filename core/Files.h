@@ -8,6 +8,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace plinket3 {
 
@@ -18,6 +19,9 @@ namespace plinket3 {
 /// never what the file says of itself.
 Status ReadWholeFile(const std::filesystem::path& file, std::string& bytes,
                      std::uint64_t limit = std::numeric_limits<std::int32_t>::max());
+
+/// Reads the first `limit` bytes of such a file, or all of one that has no more. `cut` tells whether it has more.
+Status ReadStartOfFile(const std::filesystem::path& file, std::string& bytes, std::uint64_t limit, bool& cut);
 
 /// Replaces the content of `file` in one step: the bytes are written beside it, brought to disk and renamed over it.
 /// A symbolic link is followed. Owner, permissions, access list and extended attributes of an existing file are kept as
@@ -41,5 +45,11 @@ std::filesystem::path ResolveIgnoringCase(const std::filesystem::path& path);
 
 /// True for an existing file that is no folder.
 bool FileExists(const std::filesystem::path& file);
+
+/// True when a path names the same existing file or folder as one of `others`, by whatever links and letters.
+bool NamesOneOf(const std::filesystem::path& path, const std::vector<std::filesystem::path>& others);
+
+/// The folders that lie in a folder, by name; none when it cannot be read.
+std::vector<std::filesystem::path> FoldersIn(const std::filesystem::path& folder);
 
 } // namespace plinket3

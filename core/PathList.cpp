@@ -2,6 +2,8 @@
 
 #include "core/Text.h"
 
+#include <algorithm>
+
 namespace plinket3 {
 
 std::string JoinPaths(const std::vector<std::string>& paths) {
@@ -11,6 +13,12 @@ std::string JoinPaths(const std::vector<std::string>& paths) {
     for (const std::string& path : paths)
         text.append(text.empty() ? "\"" : " \"").append(path).append("\"");
     return text;
+}
+
+const std::string* FirstNotJoinable(const std::vector<std::string>& paths) {
+    const auto found =
+        std::ranges::find_if(paths, [](const std::string& path) { return path.find('"') != std::string::npos; });
+    return paths.size() > 1 && found != paths.end() ? &*found : nullptr;
 }
 
 std::vector<std::string> SplitPaths(std::string_view text) {

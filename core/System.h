@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <ctime>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -48,8 +49,19 @@ private:
 Status ReplaceContent(const std::filesystem::path& file, std::span<const std::string_view> pieces,
                       const std::filesystem::path* like = nullptr);
 
+/// When the file was written last, in a count of the system's own that only serves to be compared; the standard library
+/// may know no more than the second. Absent when nothing is there.
+std::optional<std::int64_t> WriteTime(const std::filesystem::path& file);
+
 /// Fails when no file can be made in that folder.
 Status FolderIsWritable(const std::filesystem::path& folder);
+
+/// From then on a write that the system would end the program for (into a pipe that nobody reads, past the largest size
+/// of a file) fails like any other.
+void LetWritesFail();
+
+/// Makes it cheap to take and give back large blocks of memory again and again, where that can be chosen.
+void KeepLargeBlocks();
 
 /// What was typed behind the program's name, as UTF-8 where the system knows characters. `argc` and `argv` are main's.
 /// From then on standard output and input hold the bytes that the program gives and takes, and a console shows UTF-8.

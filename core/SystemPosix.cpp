@@ -1,5 +1,6 @@
 #include "core/System.h"
 
+#include "core/LeftoverName.h"
 #include "core/Numbers.h"
 
 #include <algorithm>
@@ -7,8 +8,6 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-#include <cstdio>
-#include <functional>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -16,6 +15,9 @@
 #include <vector>
 
 #include <fcntl.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -167,16 +169,10 @@ bool RemoveLeftover(const std::filesystem::path& path) {
 }
 
 /// Creates a new file in the folder of `target` for what is to replace it; -1 with errno set on failure. It is locked
-/// until it is closed. Its name depends only on that of `target`, so that the next save takes the place of what a
-/// killed one has left, but does not contain it, as that may be as long as the file system allows.
+/// until it is closed.
 int CreateBeside(const std::filesystem::path& target, mode_t mode, std::filesystem::path& created) {
-    constexpr int mostAtOnce = 100; // programs that save the same file, or that were killed where nothing can be locked
-    std::array<char, 17> digits{};
-    std::snprintf(digits.data(), digits.size(), "%016zx", std::hash<std::string>{}(target.filename().string()));
-    const auto name = [&](int number) {
-        return target.parent_path() / (".plinket3-" + std::string(digits.data()) + "-" + std::to_string(number));
-    };
-    for (int number = 0; number < mostAtOnce; ++number) {
+    const auto name = [&](int number) { return target.parent_path() / LeftoverName(target.filename(), number); };
+    for (int number = 0; number < mostLeftovers; ++number) {
         created = name(number);
         for (int attempt = 0; attempt < 2; ++attempt) {
             const int descriptor = open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
@@ -196,7 +192,7 @@ int CreateBeside(const std::filesystem::path& target, mode_t mode, std::filesyst
             close(descriptor);
         }
     }
-    created = name(mostAtOnce + getpid());
+    created = name(mostLeftovers + getpid());
     return open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
 }
 
@@ -362,6 +358,24 @@ Status ReplaceContent(const std::filesystem::path& file, std::span<const std::st
 
 Status FolderIsWritable(const std::filesystem::path& folder) {
     return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 ? Status() : SystemFailure();
+}
+
+std::optional<std::int64_t> WriteTime(const std::filesystem::path& file) {
+    std::error_code error;
+    const auto time = std::filesystem::last_write_time(file, error);
+    return error ? std::nullopt : std::optional(std::int64_t{time.time_since_epoch().count()});
+}
+
+void LetWritesFail() {
+    for (const int number : {SIGPIPE, SIGXFSZ})
+        std::signal(number, SIG_IGN);
+}
+
+void KeepLargeBlocks() {
+#ifdef __GLIBC__
+    mallopt(M_MMAP_THRESHOLD, 4 << 20);
+    mallopt(M_TRIM_THRESHOLD, 16 << 20);
+#endif
 }
 
 std::vector<std::string> CommandLineArguments(int argc, char** argv) { return {argv + 1, argv + argc}; }

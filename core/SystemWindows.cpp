@@ -1,13 +1,12 @@
 #include "core/System.h"
 
+#include "core/LeftoverName.h"
 #include "core/Paths.h"
 #include "core/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdio>
-#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
@@ -116,19 +115,13 @@ bool RemoveLeftover(const std::wstring& path) {
         .IsOpen();
 }
 
-/// Creates a new file in the folder of `target` for what is to replace it, open for this program alone. Its name
-/// depends only on that of `target`, so that the next save takes the place of what a killed one has left, but does not
-/// contain it, as that may be as long as the file system allows.
+/// Creates a new file in the folder of `target` for what is to replace it, open for this program alone.
 Handle CreateBeside(const std::wstring& target) {
-    constexpr int mostAtOnce = 100; // programs that save the same file
     const std::size_t slash = target.find_last_of(L"\\/") + 1;
-    std::array<wchar_t, 17> digits{};
-    std::swprintf(digits.data(), digits.size(), L"%016llx",
-                  static_cast<unsigned long long>(std::hash<std::wstring>{}(target.substr(slash))));
     const auto name = [&](int number) {
-        return target.substr(0, slash) + L".plinket3-" + digits.data() + L"-" + std::to_wstring(number);
+        return target.substr(0, slash) + LeftoverName(target.substr(slash), number).native();
     };
-    for (int number = 0; number < mostAtOnce; ++number) {
+    for (int number = 0; number < mostLeftovers; ++number) {
         const std::wstring created = name(number);
         for (int attempt = 0; attempt < 2; ++attempt) {
             Handle file(CreateFileW(created.c_str(), GENERIC_WRITE | DELETE | WRITE_DAC, 0, nullptr, CREATE_NEW,
@@ -309,7 +302,21 @@ Status FolderIsWritable(const std::filesystem::path& folder) {
     return tried.IsOpen() ? Status() : SystemFailure();
 }
 
+std::optional<std::int64_t> WriteTime(const std::filesystem::path& file) {
+    WIN32_FILE_ATTRIBUTE_DATA known{};
+    if (!GetFileAttributesExW(SystemPath(file).c_str(), GetFileExInfoStandard, &known))
+        return std::nullopt;
+    return std::int64_t{known.ftLastWriteTime.dwHighDateTime} << 32 | known.ftLastWriteTime.dwLowDateTime;
+}
+
+void LetWritesFail() {} // they do
+
+void KeepLargeBlocks() {}
+
 std::vector<std::string> CommandLineArguments(int, char**) {
+    // A program with windows has no console of its own, but may have been started from one.
+    if (GetStdHandle(STD_OUTPUT_HANDLE) == nullptr && AttachConsole(ATTACH_PARENT_PROCESS) != 0)
+        static_cast<void>(std::freopen("CONOUT$", "w", stdout));
     SetConsoleOutputCP(CP_UTF8);
     for (FILE* stream : {stdin, stdout})
         _setmode(_fileno(stream), _O_BINARY);

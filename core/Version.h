@@ -2,10 +2,11 @@
 
 namespace plinket3 {
 
-/// The program's title and version in the forms that the log, the patches, the splash window and `--version` show.
+/// The program's title and version in the forms that the log, the patches, the splash window and `--version` show. The
+/// number is the one that CMakeLists.txt gives the project.
 inline constexpr const char* programTitle = "Plinket3";
-inline constexpr const char* programLogVersion = "Plinket3 version 0.99 build 245";
-inline constexpr const char* programVersion = "Plinket3 0.99 build 245 beta";
-inline constexpr const char* programVersionLabel = "Version 0.99 build 245 beta";
+extern const char* const programLogVersion;
+extern const char* const programVersion;
+extern const char* const programVersionLabel;
 
 } // namespace plinket3

@@ -200,6 +200,9 @@ std::string DetectIwadName(const clsConfiguration& iwadDetect, const std::filesy
 
 } // namespace modConfig
 
+/// In the settings' folder.
+inline constexpr const char* settingsFileName = "plinket3.cfg";
+
 /// The program's settings: one configuration tree, kept for the whole run and written at every shut-down. Programs that
 /// run at the same time share the file: what each has changed since it read it is merged, entry by entry.
 class Settings {

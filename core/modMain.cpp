@@ -135,7 +135,7 @@ bool StartUp(Environment& environment, FrontEnd& frontEnd, const CommandLine& co
     frontEnd.RepaintSplash();
 
     log.Add("Setting program defaults...");
-    environment.settings.File(environment.settingsFolder / "plinket3.cfg");
+    environment.settings.File(environment.settingsFolder / settingsFileName);
 
     log.Add("Loading IWAD detect configuration...");
     if (const Status status =

@@ -1,7 +1,9 @@
 #include "patch/Session.h"
 
 #include "core/Files.h"
+#include "core/PathList.h"
 #include "core/Paths.h"
+#include "core/Text.h"
 #include "patch/modTables.h"
 #include "wad/clsBitmap.h"
 
@@ -48,6 +50,10 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
         return Fail(environment, "No engine configuration is selected.");
     if (choice.iwad >= iwads.size())
         return Fail(environment, "No IWAD is selected. IWADs are added in the options.");
+    if (const std::string* quoted = FirstNotJoinable(choice.dataWads))
+        return Fail(environment,
+                    "A patch cannot name several data WADs when the path of one has a quotation mark in it: " +
+                        *quoted + ". Rename it, or choose it alone.");
     if (choice.version != -1 && choice.version != environment.engines[choice.engine].version) {
         environment.notifier.Show(MessageKind::Exclamation, otherEngine);
         return SessionResult::Incompatible;
@@ -84,15 +90,21 @@ SessionResult LoadSession(Environment& environment, const SessionChoice& choice,
     if (!wads.RegisterWad(iwad))
         return Fail(environment, "Unable to register IWAD.");
     for (const std::shared_ptr<clsWad>& dataWad : dataWads)
-        if (!wads.RegisterWad(dataWad))
-            return Fail(environment, "Unable to register data WAD.");
+        if (!wads.RegisterWad(dataWad)) {
+            if (dataWads.size() == 1)
+                return Fail(environment, "Unable to register data WAD."); // it is the IWAD
+            const std::string path = PathText(dataWad->WadFileName());
+            const bool isIwad = EqualIgnoringCase(path, PathText(iwad->WadFileName()));
+            return Fail(environment, "Unable to register data WAD.\n" + path +
+                                         (isIwad ? " is the IWAD." : " is among the data WADs twice."));
+        }
     const auto palette = wads.FindLump(paletteLump);
     if (!palette)
         return Fail(environment, "Could not load PLAYPAL lump.");
 
     patch.iwadPath = iwads[choice.iwad].path;
     // Kept: a data WAD that is not there is not named in the saved patch. docs/kept-behaviour.md
-    patch.dataWadPaths = engine.dialect.EngineRules() ? choice.dataWads : std::move(found);
+    patch.dataWadPaths = engine.dialect.EngineRules() ? choice.dataWads : found;
     std::string colours = palette->wad->ReadLumpString(palette->num, clsBitmap::paletteSize);
     log.Add("  Loaded PLAYPAL lump");
     std::vector<FixedUse> fixedUses = LoadFixedUses(environment.programFolder, engine);

@@ -1,5 +1,6 @@
 #include "patch/StateGraph.h"
 
+#include "patch/EngineJumps.h"
 #include "patch/FreeRecords.h"
 #include "patch/StateWalk.h"
 #include "patch/TimelessCircles.h"
@@ -16,9 +17,6 @@ namespace {
 
 constexpr int nextField = RowOf(&StateRecord::nextState);
 
-/// Of the words of a fixed use: that the state goes to another one itself, not that something else does.
-bool EntersIt(std::string_view words) { return words.starts_with("entered") && !words.starts_with("entered by"); }
-
 struct Lead {
     Target to;
     EdgeKind kind;
@@ -31,7 +29,7 @@ public:
     Leads(const PatchSet& set, const EngineConfiguration& engine, std::span<const FixedUse> fixedUses)
         : set_(set), engine_(engine), walk_(set, engine) {
         for (const FixedUse& use : fixedUses)
-            if (use.action && use.target.kind == TargetKind::State && EntersIt(use.what))
+            if (use.action && EntersIt(use))
                 entered_.emplace(*use.action, &use);
     }
 

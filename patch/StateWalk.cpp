@@ -34,20 +34,24 @@ std::optional<StateJump> JumpOf(const EngineConfiguration& engine, const StateRe
     return target && chance != 0 ? std::optional(StateJump{*target, chance}) : std::nullopt;
 }
 
-AtJump StateWalk::Choice(std::int32_t state) const {
+JumpChoice StateWalk::Choice(std::int32_t state) const {
     const auto found = choices_.find(state);
-    return found == choices_.end() ? AtJump::ByChance : found->second;
+    return found == choices_.end() ? JumpChoice() : found->second;
 }
 
-bool StateWalk::Jumps(std::int32_t state, const StateJump& jump) const {
-    switch (Choice(state)) {
-    case AtJump::GoOn:
-        return false;
-    case AtJump::Jump:
-        return true;
-    default:
-        return jump.chance && (*jump.chance == certainChance || dice_() < *jump.chance);
+std::optional<std::int32_t> StateWalk::JumpFrom(std::int32_t state, const StateRecord& record) const {
+    const auto [at, target] = Choice(state);
+    if (at == AtJump::Engine) {
+        const std::vector<EngineJump> jumps = EngineJumpsOf(session_, record, owner_);
+        return std::ranges::find(jumps, target, &EngineJump::target) != jumps.end() ? std::optional(target)
+                                                                                    : std::nullopt;
     }
+    const auto jump = at == AtJump::GoOn ? std::nullopt : JumpOf(session_.engine, record);
+    if (!jump)
+        return std::nullopt;
+    const bool made =
+        at == AtJump::Jump || (jump->chance && (*jump->chance == certainChance || dice_() < *jump->chance));
+    return made ? std::optional(jump->target) : std::nullopt;
 }
 
 void StateWalk::Start(std::int32_t state) {
@@ -63,7 +67,7 @@ void StateWalk::Tic() {
     ++tic_;
     if (tic_ <= duration_)
         return;
-    const StateRecord* shown = set_.states.Find(*state_); // it may be removed meanwhile
+    const StateRecord* shown = session_.patch.current.states.Find(*state_); // it may be removed meanwhile
     Enter(shown != nullptr ? shown->nextState : *state_);
 }
 
@@ -71,14 +75,14 @@ void StateWalk::Enter(std::int32_t state) {
     entered_.clear();
     end_ = End::None;
     for (;;) {
-        const StateRecord* record = set_.states.Find(state);
+        const StateRecord* record = session_.patch.current.states.Find(state);
         if (state == 0 || record == nullptr || entered_.size() == mostAtOnce) {
             end_ = state == 0 ? End::Removed : record == nullptr ? End::NoState : End::NoTime;
             return;
         }
         entered_.push_back(state);
-        if (const auto jump = JumpOf(engine_, *record); jump && Jumps(state, *jump)) {
-            state = jump->target;
+        if (const auto jump = JumpFrom(state, *record)) {
+            state = *jump;
         } else if (record->duration == 0) {
             state = record->nextState;
         } else {
@@ -96,11 +100,12 @@ std::optional<std::int64_t> StraightRun::BeginOf(std::int32_t state) const {
     return found == shown.end() ? std::nullopt : std::optional(found->begins);
 }
 
-StraightRun StraightRunFrom(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state) {
+StraightRun StraightRunFrom(const Session& session, std::int32_t state) {
+    const PatchSet& set = session.patch.current;
     constexpr std::int32_t noLuck = std::numeric_limits<std::int32_t>::max();
     StraightRun run;
     std::unordered_map<std::int32_t, std::int64_t> begins;
-    StateWalk walk(set, engine, [] { return noLuck; });
+    StateWalk walk(session, [] { return noLuck; });
     for (walk.Start(state);; walk.Start(set.states.Find(*walk.State())->nextState)) {
         const bool shows = walk.Ended() == StateWalk::End::None || walk.Ended() == StateWalk::End::ForEver;
         if (!shows) {
@@ -120,7 +125,8 @@ StraightRun StraightRunFrom(const PatchSet& set, const EngineConfiguration& engi
     }
 }
 
-std::vector<std::int32_t> ReachOf(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state) {
+std::vector<std::int32_t> ReachOf(const Session& session, std::int32_t state, const std::optional<Target>& owner) {
+    const PatchSet& set = session.patch.current;
     std::vector<std::int32_t> reach;
     std::unordered_set<std::int32_t> met;
     const auto meet = [&](std::int32_t to) {
@@ -130,9 +136,11 @@ std::vector<std::int32_t> ReachOf(const PatchSet& set, const EngineConfiguration
     meet(state);
     for (std::size_t at = 0; at < reach.size(); ++at) {
         const StateRecord& record = *set.states.Find(reach[at]);
-        const auto jump = JumpOf(engine, record);
+        const auto jump = JumpOf(session.engine, record);
         if (jump)
             meet(jump->target);
+        for (const EngineJump& each : EngineJumpsOf(session, record, owner))
+            meet(each.target);
         if ((!jump || jump->chance != certainChance) && record.duration >= 0)
             meet(record.nextState);
     }

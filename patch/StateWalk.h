@@ -1,6 +1,7 @@
 #pragma once
 
 #include "patch/Arguments.h"
+#include "patch/EngineJumps.h"
 
 #include <cstdint>
 #include <functional>
@@ -28,8 +29,14 @@ std::optional<StateJump> JumpOf(const EngineConfiguration& engine, const StateRe
 /// A number from 0 to 255, as games roll their dice.
 using Dice = std::function<std::int32_t()>;
 
-/// What is done at a jump. By chance means by the argument's, and not to jump where only a game knows.
-enum class AtJump : std::uint8_t { ByChance, GoOn, Jump };
+/// What is done where a state may jump. By chance means by the argument's, and not to jump where only a game knows; an
+/// engine's jump is one of `EngineJumpsOf`.
+enum class AtJump : std::uint8_t { ByChance, GoOn, Jump, Engine };
+struct JumpChoice {
+    AtJump at = AtJump::ByChance;
+    std::int32_t target = 0; // of the engine's jump
+    bool operator==(const JumpChoice&) const = default;
+};
 
 /// Goes through states as a game does, a tic after the other. States of no duration are passed at once, and so are
 /// those whose jump is made. A loop does not end it.
@@ -42,13 +49,15 @@ public:
         NoState, // a number that no state has was reached
         NoTime   // states of no duration go round
     };
-    /// `set` and `engine` must outlive the walk; the set may change meanwhile.
-    StateWalk(const PatchSet& set, const EngineConfiguration& engine, Dice dice)
-        : set_(set), engine_(engine), dice_(std::move(dice)) {}
+    /// `session` must outlive the walk; its patch may change meanwhile.
+    StateWalk(const Session& session, Dice dice) : session_(session), dice_(std::move(dice)) {}
 
-    /// What to do at the jump of a state from now on, until `ForgetChoices`.
-    void Choose(std::int32_t state, AtJump choice) { choices_[state] = choice; }
-    AtJump Choice(std::int32_t state) const;
+    /// The thing or weapon that goes through the states; at first none.
+    void Owner(const std::optional<Target>& owner) { owner_ = owner; }
+    /// What to do at the jumps of a state from now on, until `ForgetChoices`. A jump that there is no longer is not
+    /// made.
+    void Choose(std::int32_t state, JumpChoice choice) { choices_[state] = choice; }
+    JumpChoice Choice(std::int32_t state) const;
     void ForgetChoices() { choices_.clear(); }
 
     /// Begins anew with the first tic of a state.
@@ -66,12 +75,12 @@ public:
 
 private:
     void Enter(std::int32_t state);
-    bool Jumps(std::int32_t state, const StateJump& jump) const;
+    std::optional<std::int32_t> JumpFrom(std::int32_t state, const StateRecord& record) const;
 
-    const PatchSet& set_;
-    const EngineConfiguration& engine_;
+    const Session& session_;
     Dice dice_;
-    std::unordered_map<std::int32_t, AtJump> choices_;
+    std::optional<Target> owner_;
+    std::unordered_map<std::int32_t, JumpChoice> choices_;
     End end_ = End::None;
     std::optional<std::int32_t> state_;
     std::int32_t tic_ = 0, duration_ = 0;
@@ -92,9 +101,10 @@ struct StraightRun {
     /// Absent for a state that is not shown.
     std::optional<std::int64_t> BeginOf(std::int32_t state) const;
 };
-StraightRun StraightRunFrom(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state);
+StraightRun StraightRunFrom(const Session& session, std::int32_t state);
 
-/// All states that can be entered from one on, whichever jumps are made, in the order in which they are found.
-std::vector<std::int32_t> ReachOf(const PatchSet& set, const EngineConfiguration& engine, std::int32_t state);
+/// All states that the thing or weapon can enter from one on, whichever jumps are made, in the order in which they are
+/// found.
+std::vector<std::int32_t> ReachOf(const Session& session, std::int32_t state, const std::optional<Target>& owner);
 
 } // namespace plinket3

@@ -17,6 +17,8 @@ constexpr std::int32_t firstChaingunState = 52; // from which the engine counts
 constexpr std::string_view flashTo = "GunFlashTo";
 constexpr std::array<std::string_view, 5> flashActions{"GunFlash", "FirePistol", "FireShotgun", "FireShotgun2",
                                                        "FirePlasma"};
+/// Each by its place lightens the view.
+constexpr std::array<std::string_view, 3> lightActions{"Light0", "Light1", "Light2"};
 
 /// The state with which a flash begins when a state's action is done; absent when it begins none.
 std::optional<std::int32_t> FlashOf(const EngineConfiguration& engine, const WeaponRecord& weapon, std::int32_t number,
@@ -33,19 +35,29 @@ std::optional<std::int32_t> FlashOf(const EngineConfiguration& engine, const Wea
     return std::nullopt;
 }
 
-/// The state that a run shows `tics` after it began with `state`; 0 when it is over.
-std::int32_t ShownAfter(const PatchSet& set, std::int32_t state, std::int64_t tics) {
+void Lighten(WeaponView& view, const EngineConfiguration& engine, const StateRecord& state) {
+    const std::string* action = engine.MnemonicOf(state.codePointer);
+    const auto found = action == nullptr ? lightActions.end() : std::ranges::find(lightActions, *action);
+    if (found != lightActions.end())
+        view.light = static_cast<int>(found - lightActions.begin());
+}
+
+/// What is `tics` after a flash began with `state`: the state that it shows, 0 when it is over, and its light.
+void Flash(WeaponView& view, const PatchSet& set, const EngineConfiguration& engine, std::int32_t state,
+           std::int64_t tics) {
     constexpr int longestRun = 1000; // states; no flash comes near, but a circle has no end
     for (int passed = 0; passed < longestRun && state != 0; ++passed) {
         const StateRecord* record = set.states.Find(state);
         if (record == nullptr)
             break;
-        if (record->duration < 0 || record->duration > tics)
-            return state;
+        Lighten(view, engine, *record);
+        if (record->duration < 0 || record->duration > tics) {
+            view.flash = state;
+            break;
+        }
         tics -= record->duration;
         state = record->nextState;
     }
-    return 0;
 }
 
 void Place(WeaponView& view, const StateRecord& state) {
@@ -73,12 +85,13 @@ WeaponView ViewOfWeapon(const PatchSet& set, const EngineConfiguration& engine, 
         if (action != nullptr && *action == "WeaponReady")
             break;
         Place(view, *next);
+        Lighten(view, engine, *next);
         if (const auto begun = FlashOf(engine, *record, at, *next)) {
             flash = *begun;
             sinceFlash = 0;
         }
         if (at == state) {
-            view.flash = ShownAfter(set, flash, sinceFlash);
+            Flash(view, set, engine, flash, sinceFlash);
             return view;
         }
         sinceFlash += std::max(next->duration, 0);
@@ -86,6 +99,7 @@ WeaponView ViewOfWeapon(const PatchSet& set, const EngineConfiguration& engine, 
     }
     view = {};
     Place(view, *shown);
+    Lighten(view, engine, *shown);
     return view;
 }
 

@@ -24,7 +24,10 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QListView>
+#include <QListWidget>
 #include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -138,6 +141,7 @@ public:
             window_.Editors().Show(editor, false);
         }
         TakeGraph();
+        TakeMenus();
         TakeThingCommands();
         TakeStateCommands();
         TakeModal("run", [this] { Find<QAction>(window_, "RunWith").trigger(); });
@@ -146,6 +150,21 @@ public:
         TakeModal("action", [this] { window_.Editors().PickAction(52); });
         TakeModal("string", [this] { emit Find<RecordList>(window_, "lvwStrings").EditAsked(shotgunText); });
         TakeModal("sound", [this] { emit Find<RecordList>(window_, "lvwSounds").EditAsked(firstSound); });
+    }
+
+    void TakeMenus() {
+        for (const std::size_t editor : {thingEditor, stateEditor, weaponEditor})
+            window_.Editors().Show(editor, true);
+        for (QAction* entry : window_.menuBar()->actions()) {
+            const QString name = entry->text().remove(QLatin1Char('&')).toLower();
+            if (name != QStringLiteral("run") && name != QStringLiteral("window"))
+                continue;
+            entry->menu()->popup({});
+            Take(*entry->menu(), QStringLiteral("menu-") + name);
+            entry->menu()->close();
+        }
+        for (const std::size_t editor : {thingEditor, stateEditor, weaponEditor})
+            window_.Editors().Show(editor, false);
     }
 
     /// The imp stays on the clipboard.
@@ -255,7 +274,7 @@ private:
         window_.Editors().ShowRecord(RecordKind::Thing, thing);
     }
 
-    static constexpr std::size_t thingEditor = 0, stateEditor = 1;
+    static constexpr std::size_t thingEditor = 0, stateEditor = 1, weaponEditor = 4;
     static constexpr int sneak = 250, sneakFiring = 4006, sneakSprite = 245, firstOfDoom2 = 33;
 
     /// Something to see in each editor, with a value or two that are not the engine's.
@@ -376,7 +395,7 @@ void TakeRules(Pictures& pictures, PictureFrontEnd& frontEnd) {
     pictures.Take(others, QStringLiteral("other-lines"));
     others.hide();
     auto& problems = Find<ProblemsDock>(window, "dockProblems");
-    problems.ShowList();
+    problems.Bring();
     QEventLoop searching;
     QObject::connect(&problems, &ProblemsDock::Searched, &searching, &QEventLoop::quit);
     problems.Refresh();
@@ -426,7 +445,12 @@ int Run(char** argv) {
                        [](QWidget& dialog) { Find<QTabWidget>(dialog, "tabOptions").setCurrentIndex(1); });
     pictures.TakeModal("options-ports", showOptions,
                        [](QWidget& dialog) { Find<QTabWidget>(dialog, "tabOptions").setCurrentIndex(2); });
-    pictures.TakeModal("session", [&] { frontEnd.OpenFile(argv[3]); });
+    pictures.TakeModal(
+        "session", [&] { frontEnd.OpenFile(argv[3]); },
+        [](QWidget& dialog) {
+            Find<QListWidget>(dialog, "lstDataWADs")
+                .addItems({QStringLiteral("/home/you/mods/monsters.wad"), QStringLiteral("/home/you/mods/meaner.wad")});
+        });
     frmFindIwads found({{"Freedoom: Phase 1", "/usr/share/games/doom/freedoom1.wad"}, {"Freedoom: Phase 2", argv[2]}},
                        nullptr);
     found.show();

@@ -1,5 +1,6 @@
 #include "ui/EditorSet.h"
 
+#include "ui/FreePlace.h"
 #include "ui/LatinText.h"
 #include "ui/editors/frmEditAmmo.h"
 #include "ui/editors/frmEditCheats.h"
@@ -29,6 +30,12 @@
 #include <utility>
 
 namespace plinket3 {
+
+namespace {
+
+bool IsNormal(Qt::WindowStates states) { return !(states & (Qt::WindowMaximized | Qt::WindowMinimized)); }
+
+} // namespace
 
 EditorSet::EditorSet(Program& program, Edits& edits, Audio& audio, FileDialogs& dialogs, QMdiArea& area)
     : program_(program), edits_(edits), audio_(audio), dialogs_(dialogs), thumbnails_(program), area_(area),
@@ -127,7 +134,8 @@ void EditorSet::Show(std::size_t editor, bool shown) {
         Load(editorEntries[editor].window); // which few need
     if (editors_[editor] == nullptr || (!shown && frames_[editor] == nullptr))
         return;
-    if (frames_[editor] == nullptr) {
+    const bool isNew = frames_[editor] == nullptr;
+    if (isNew) {
         editors_[editor]->BringUpToDate(); // so that the frame gets a size that fits the controls
         frames_[editor] = area_.addSubWindow(unshown_[editor].release());
         frames_[editor]->installEventFilter(this);
@@ -138,7 +146,9 @@ void EditorSet::Show(std::size_t editor, bool shown) {
     }
     if (shown)
         BringToFront(editor);
-    else
+    if (shown && isNew && !placed_[editor] && area_.isVisible())
+        KeepClear(editor);
+    if (!shown)
         Hide(editor);
     emit ShownChanged();
 }
@@ -150,6 +160,44 @@ void EditorSet::BringToFront(std::size_t editor) {
     editors_[editor]->show();
     area_.setActiveSubWindow(frames_[editor]);
     editors_[editor]->setFocus();
+}
+
+/// Moves a frame that covers others to where it does not, if it must be, made smaller. One that still stands at the
+/// left as it was opened gives up to a quarter of its width for it.
+void EditorSet::KeepClear(std::size_t editor) {
+    QMdiSubWindow& frame = *frames_[editor];
+    if (!IsNormal(frame.windowState()))
+        return;
+    QList<std::size_t> others;
+    QList<QRect> places;
+    for (std::size_t other = 0; other < frames_.size(); ++other)
+        if (other != editor && IsShown(other) && !frames_[other]->isMinimized()) {
+            others.append(other);
+            places.append(frames_[other]->geometry());
+        }
+    const auto place = [&] {
+        return FreePlace(area_.viewport()->rect(), places, frame.size(), frame.minimumSizeHint());
+    };
+    const auto isCovered = [&frame](const QRect& other) { return other.intersects(frame.geometry()); };
+    if (std::ranges::any_of(places, isCovered)) {
+        auto found = place();
+        for (qsizetype i = 0; i < others.size() && !found; ++i) {
+            QRect& narrow = places[i];
+            const QRect before = narrow;
+            narrow.setWidth(area_.viewport()->width() - frame.minimumSizeHint().width());
+            const bool gives = before == opened_[others[i]] && before.left() == 0 && narrow.width() < before.width() &&
+                               narrow.width() >= before.width() * 3 / 4 &&
+                               narrow.width() >= frames_[others[i]]->minimumSizeHint().width();
+            found = gives ? place() : std::nullopt;
+            if (found)
+                frames_[others[i]]->setGeometry(narrow);
+            else
+                narrow = before;
+        }
+        if (found)
+            frame.setGeometry(*found);
+    }
+    opened_[editor] = frame.geometry();
 }
 
 void EditorSet::Hide(std::size_t editor) {
@@ -185,12 +233,6 @@ std::optional<std::size_t> EditorSet::Front() const {
     return std::nullopt;
 }
 
-namespace {
-
-bool IsNormal(Qt::WindowStates states) { return !(states & (Qt::WindowMaximized | Qt::WindowMinimized)); }
-
-} // namespace
-
 QByteArray EditorSet::Place(std::size_t editor) const {
     const QMdiSubWindow* frame = frames_[editor];
     const QRect place = IsNormal(frame->windowState()) ? frame->geometry() : normal_[editor];
@@ -211,6 +253,7 @@ void EditorSet::Place(std::size_t editor, const QByteArray& place) {
         outline.moveTo(std::clamp(outline.x(), 0, std::max(0, room.width() - outline.width())),
                        std::clamp(outline.y(), 0, std::max(0, room.height() - outline.height())));
     frames_[editor]->setGeometry(outline);
+    placed_[editor] = true;
     if (parts[4] == "maximised") {
         frames_[editor]->show(); // one that is hidden would not remember its place
         frames_[editor]->showMaximized();

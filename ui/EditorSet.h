@@ -143,6 +143,7 @@ private:
     static std::size_t EditorOf(RecordKind kind);
     void Hide(std::size_t editor);
     void BringToFront(std::size_t editor);
+    void KeepClear(std::size_t editor);
     void RefreshPickers();
     void FollowThingNames(const std::vector<Cell>& cells);
 
@@ -156,6 +157,8 @@ private:
     std::array<std::unique_ptr<EditorWindow>, editorEntries.size()> unshown_; // until they get a frame
     std::array<EditorWindow*, editorEntries.size()> editors_{};
     std::array<QMdiSubWindow*, editorEntries.size()> frames_{};
+    std::array<bool, editorEntries.size()> placed_{};  // by `Place`
+    std::array<QRect, editorEntries.size()> opened_{}; // where the others were put at first
     std::array<QRect, editorEntries.size()> normal_{}; // places of frames before they were maximised or minimised
     frmEditStates* states_ = nullptr;
     frmEditSounds* sounds_ = nullptr;

@@ -6,6 +6,7 @@
 #include "ui/LatinLineEdit.h"
 #include "ui/LatinText.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -37,8 +38,8 @@ QString FirstSuffix(const QString& filter) {
 
 /// False for "My mod v1.2", where the dot belongs to a number: an ending begins with a letter and is short.
 bool HasEnding(const QString& file) {
-    static const QRegularExpression ending(QStringLiteral("[^/]\\.[A-Za-z][A-Za-z0-9]{0,3}$"));
-    return ending.match(file).hasMatch();
+    static const QRegularExpression ending(QStringLiteral(".\\.[A-Za-z][A-Za-z0-9]{0,3}$"));
+    return ending.match(QFileInfo(file).fileName()).hasMatch();
 }
 
 } // namespace
@@ -53,7 +54,7 @@ int QtFileDialogs::Choose(const QString& title, const QString& prompt, const QSt
 QString QtFileDialogs::Remember(const QString& file) {
     if (!file.isEmpty())
         settings_.Text(lastFolderKey, QFileInfo(file).absolutePath().toStdString());
-    return file;
+    return QDir::toNativeSeparators(file);
 }
 
 QString QtFileDialogs::OpenFile(const QString& title, const QString& filter) {
@@ -62,10 +63,12 @@ QString QtFileDialogs::OpenFile(const QString& title, const QString& filter) {
 }
 
 QStringList QtFileDialogs::OpenFiles(const QString& title, const QString& filter) {
-    const QStringList files = QFileDialog::getOpenFileNames(
-        FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)), ToolkitFilter(filter));
+    QStringList files = QFileDialog::getOpenFileNames(FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)),
+                                                      ToolkitFilter(filter));
     if (!files.isEmpty())
         Remember(files.constFirst());
+    for (QString& file : files)
+        file = QDir::toNativeSeparators(file);
     return files;
 }
 
@@ -80,9 +83,9 @@ QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, con
         QString file = dialog.selectedFiles().constFirst();
         if (!HasEnding(file))
             file += QLatin1Char('.') + FirstSuffix(filter);
-        if (!QFileInfo::exists(file) ||
-            notifier_.Ask("The file " + file.toStdString() + " exists already. Do you want to overwrite it?",
-                          Buttons::NoYes) == Answer::Yes)
+        if (!QFileInfo::exists(file) || notifier_.Ask("The file " + QDir::toNativeSeparators(file).toStdString() +
+                                                          " exists already. Do you want to overwrite it?",
+                                                      Buttons::NoYes) == Answer::Yes)
             return Remember(file);
     }
     return {};

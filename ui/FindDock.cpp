@@ -98,6 +98,7 @@ QWidget* FindDock::MakeContents() {
     nothing_->setObjectName(QStringLiteral("lblNothing"));
 
     auto* page = new QWidget;
+    page->setFocusProxy(text_);
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(text_);
     layout->addWidget(matchCase_);
@@ -138,9 +139,7 @@ QGroupBox* FindDock::MakeReplacing() {
 }
 
 void FindDock::Start() {
-    show();
-    raise();
-    text_->setFocus();
+    Bring();
     text_->selectAll();
 }
 

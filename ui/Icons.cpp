@@ -1,9 +1,10 @@
 #include "ui/Icons.h"
 
+#include "ui/IconPicture.h"
+
 #include <QFile>
 #include <QIconEngine>
 #include <QPainter>
-#include <QSvgRenderer>
 
 /// Resources of a static library are there only when somebody asks for them; the macro wants no namespace around it.
 static void InitialiseResources() { Q_INIT_RESOURCE(resources); }
@@ -13,14 +14,14 @@ namespace plinket3 {
 namespace {
 
 /// Draws the picture anew for each size that is asked for, so that it is sharp at every scaling of the desktop.
-class SvgEngine : public QIconEngine {
+class IconEngine : public QIconEngine {
 public:
-    explicit SvgEngine(QByteArray picture) : picture_(std::move(picture)) {}
+    explicit IconEngine(IconPicture picture) : picture_(std::move(picture)) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         if (mode == QIcon::Disabled)
             painter->setOpacity(0.35);
-        QSvgRenderer(picture_).render(painter, rect);
+        picture_.Paint(*painter, rect);
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
         QPixmap pixmap(size);
@@ -29,10 +30,10 @@ public:
         paint(&painter, QRect(QPoint(), size), mode, state);
         return pixmap;
     }
-    QIconEngine* clone() const override { return new SvgEngine(picture_); }
+    QIconEngine* clone() const override { return new IconEngine(picture_); }
 
 private:
-    QByteArray picture_;
+    IconPicture picture_;
 };
 
 } // namespace
@@ -44,7 +45,7 @@ QIcon ProgramIcon(const char* name, const QPalette& palette) {
         return {};
     QByteArray picture = file.readAll();
     picture.replace("#foreground", palette.color(QPalette::ButtonText).name().toLatin1());
-    return QIcon(new SvgEngine(std::move(picture)));
+    return QIcon(new IconEngine(IconPicture(picture)));
 }
 
 } // namespace plinket3

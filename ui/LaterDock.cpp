@@ -26,4 +26,17 @@ void LaterDock::EnableContents(bool enabled) {
         widget()->setEnabled(enabled);
 }
 
+void LaterDock::Bring() {
+    show();
+    raise();
+    widget()->setFocus();
+}
+
+void LaterDock::Toggle() {
+    if (isVisible() && widget()->hasFocus())
+        hide();
+    else
+        Bring();
+}
+
 } // namespace plinket3

@@ -15,6 +15,10 @@ public:
     bool IsMade() const { return widget() != nullptr; }
     /// Whether the contents, now or as soon as there are some, can be used.
     void EnableContents(bool enabled);
+    /// Shows the dock, if need be, and gives its contents the focus.
+    void Bring();
+    /// Hides the dock when its contents have the focus, and brings it otherwise.
+    void Toggle();
 
 signals:
     /// The contents have just been made.
@@ -23,7 +27,8 @@ signals:
 protected:
     LaterDock(const char* name, const QString& title);
 
-    /// All of it; what it shows must be what it would show had it been there from the start.
+    /// All of it; what it shows must be what it would show had it been there from the start. Its focus proxy is what
+    /// the keyboard comes to first.
     virtual QWidget* MakeContents() = 0;
     void EnsureMade();
 

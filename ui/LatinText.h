@@ -24,6 +24,9 @@ QString ShownStart(std::string_view text);
 inline std::string StoredText(const QString& text) { return text.toLatin1().toStdString(); }
 
 inline QString ShownPath(const std::filesystem::path& path) { return QString::fromStdString(PathText(path)); }
-inline std::filesystem::path StoredPath(const QString& path) { return PathOf(path.toStdString()); }
+/// The same of a path that is a text already, or of a text that holds one.
+inline QString ShownPath(const std::string& text) { return ShownPath(PathOf(text)); }
+/// With the system's own separators, where the toolkit has slashes on every system.
+inline std::filesystem::path StoredPath(const QString& path) { return PathOf(path.toStdString()).make_preferred(); }
 
 } // namespace plinket3

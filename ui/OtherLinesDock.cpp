@@ -97,6 +97,7 @@ QWidget* OtherLinesDock::MakeContents() {
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, copy,
             [this, copy] { copy->setEnabled(list_->selectionModel()->hasSelection()); });
     auto* page = new QWidget;
+    page->setFocusProxy(list_);
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(text_);
     layout->addWidget(list_, 1);

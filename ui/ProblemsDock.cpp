@@ -136,6 +136,7 @@ QWidget* ProblemsDock::MakeContents() {
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &ProblemsDock::CurrentChanged);
 
     auto* page = new QWidget;
+    page->setFocusProxy(list_);
     auto* layout = new QVBoxLayout(page);
     auto* top = new QHBoxLayout;
     top->addWidget(summary_, 1);
@@ -150,12 +151,6 @@ QWidget* ProblemsDock::MakeContents() {
     ShowSummary();
     SelectRow(0);
     return page;
-}
-
-void ProblemsDock::ShowList() {
-    show();
-    raise();
-    list_->setFocus();
 }
 
 void ProblemsDock::Refresh() { pause_.start(); }

@@ -29,8 +29,6 @@ public:
     /// All must outlive the dock.
     ProblemsDock(const Program& program, Edits& edits, EditorLinks& links);
 
-    /// Shows the dock and gives the list the focus.
-    void ShowList();
     /// The patch, its engine or its file is another one.
     void Refresh();
     /// The same, and what ports said is of another patch.

@@ -82,6 +82,14 @@ void QtFrontEnd::OpenFile(const std::filesystem::path& file) {
                                PathText(file) + " was not opened, because the unsaved changes are open now.");
 }
 
+void QtFrontEnd::OpenInFront(const std::filesystem::path& file) {
+    frmMain& window = Main();
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.raise();
+    window.activateWindow();
+    window.Commands().openFile(file);
+}
+
 bool QtFrontEnd::CloseIwad() {
     if (!program_.iwad)
         return false;

@@ -5,6 +5,7 @@
 #include "patch/Program.h"
 #include "ui/Audio.h"
 #include "ui/FileDialogs.h"
+#include "ui/PlainToolTips.h"
 #include "ui/frmMain.h"
 #include "ui/frmSplash.h"
 
@@ -35,6 +36,8 @@ public:
     void ShowMainWindow() override { Main().show(); }
     void ShowStartup() override;
     void OpenFile(const std::filesystem::path& file) override;
+    /// The same for a file that another program hands over: the window comes to the front.
+    void OpenInFront(const std::filesystem::path& file);
     bool SessionOpen() const override { return main_ != nullptr && main_->Commands().SessionOpen(); }
     void RefreshEditors() override { Main().Editors().Refresh(); }
     void RefreshSave() override { Main().RefreshSave(); }
@@ -53,6 +56,7 @@ private:
     FileDialogs& dialogs_;
     Edits edits_;
     Audio audio_;
+    PlainToolTips plainToolTips_;
     std::unique_ptr<frmSplash> splash_;
     std::unique_ptr<frmMain> main_;
     std::unique_ptr<frmOptions> firstOptions_; // of the first run, before the main window is there

@@ -92,8 +92,7 @@ std::optional<FileStamp> FileStampOf(const SettingTree& root) {
     const auto time = number("fileTime"), size = number("fileSize");
     if (!time || !size)
         return std::nullopt;
-    using Time = std::filesystem::file_time_type;
-    return FileStamp{Time(Time::duration(*time)), static_cast<std::uintmax_t>(*size)};
+    return FileStamp{*time, static_cast<std::uintmax_t>(*size)};
 }
 
 /// Reads a recovery file: the length of the texts as decimal number, a line feed, the texts, the table, the
@@ -198,7 +197,7 @@ Status Recovery::Keep(const PatchData& patch, const EngineConfiguration& engine,
     root->Set("iwad", patch.iwadPath);
     root->Set("dataWad", JoinPaths(patch.dataWadPaths));
     if (stamp) {
-        root->Set("fileTime", std::to_string(stamp->time.time_since_epoch().count()));
+        root->Set("fileTime", std::to_string(stamp->time));
         root->Set("fileSize", std::to_string(stamp->size));
     }
     const auto pars = std::make_shared<SettingTree>();

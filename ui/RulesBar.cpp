@@ -24,6 +24,7 @@ RulesBar::RulesBar() : text_(new QLabel) {
     setBackgroundRole(QPalette::ToolTipBase);
     text_->setObjectName(QStringLiteral("lblRulesBar"));
     text_->setForegroundRole(QPalette::ToolTipText);
+    text_->setTextFormat(Qt::PlainText);
     text_->setWordWrap(true);
     auto* cmdEngineRules = NewButton("cmdEngineRules", tr("Use &engine rules"));
     cmdEngineRules->setToolTip(tr("Goes on with all values as they are here; the next save writes them so that games "

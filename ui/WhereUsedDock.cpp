@@ -89,19 +89,12 @@ QWidget* WhereUsedDock::MakeContents() {
     summary_->setTextFormat(Qt::PlainText);
     summary_->setWordWrap(true);
     auto* page = new QWidget;
+    page->setFocusProxy(list_);
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(summary_);
     layout->addWidget(list_, 1);
     ShowNone();
     return page;
-}
-
-void WhereUsedDock::Toggle() {
-    if (isVisible() && list_->hasFocus())
-        return hide();
-    show();
-    raise();
-    list_->setFocus();
 }
 
 void WhereUsedDock::showEvent(QShowEvent* event) {

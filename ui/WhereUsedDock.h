@@ -25,9 +25,6 @@ public:
     /// All must outlive the dock.
     WhereUsedDock(const Program& program, Edits& edits, EditorSet& editors);
 
-    /// Shows the dock, if need be, and gives it the focus; hides it when it has the focus.
-    void Toggle();
-
 protected:
     void showEvent(QShowEvent* event) override;
 

@@ -5,8 +5,11 @@
 #include "patch/RulesChoice.h"
 #include "ui/LatinText.h"
 #include "ui/NewButton.h"
+#include "ui/OpenRequests.h"
 #include "ui/frmFindIwads.h"
+#include "ui/run/Ports.h"
 #include "ui/run/PortsPage.h"
+#include "wad/IwadFolders.h"
 #include "wad/IwadSearch.h"
 #include "wad/clsWad.h"
 
@@ -18,7 +21,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QStandardPaths>
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -74,6 +76,10 @@ QWidget* frmOptions::BuildGeneral() {
     chkMakeBackup_->setObjectName(QStringLiteral("chkMakeBackup"));
     chkFrameCharacters_ = new QCheckBox(tr("Use &characters for sprite frames"));
     chkFrameCharacters_->setObjectName(QStringLiteral("chkFrameCharacters"));
+    chkOpenInRunning_ = new QCheckBox(tr("&Open further patches in the window that is open"));
+    chkOpenInRunning_->setObjectName(QStringLiteral("chkOpenInRunning"));
+    chkOpenInRunning_->setToolTip(tr(
+        "Instead of starting the program once more: the patch that is open there is closed, after asking to save it."));
     cmbStateActivate_ = new QComboBox;
     cmbStateActivate_->setObjectName(QStringLiteral("cmbStateActivate"));
     cmbStateActivate_->addItems({tr("Open sprite browser"), tr("Open next state browser"), tr("Open action browser")});
@@ -98,6 +104,7 @@ QWidget* frmOptions::BuildGeneral() {
     auto* layout = new QVBoxLayout(general);
     layout->addWidget(chkMakeBackup_);
     layout->addWidget(chkFrameCharacters_);
+    layout->addWidget(chkOpenInRunning_);
     layout->addLayout(state);
     layout->addLayout(rules);
     layout->addStretch();
@@ -151,6 +158,7 @@ void frmOptions::updateControls() {
     const Settings& settings = environment_.settings;
     chkMakeBackup_->setChecked(settings.Number("createBackup") == 1);
     chkFrameCharacters_->setChecked(settings.Number("frameCharacter") == 1);
+    chkOpenInRunning_->setChecked(settings.Number(openInRunningKey) == 1);
     cmbStateActivate_->setCurrentIndex(std::clamp(settings.Number("stateActivate"), 0, cmbStateActivate_->count() - 1));
     cmbPatchRules_->setCurrentIndex(static_cast<int>(RulesSettingIn(settings)));
     FillIwads();
@@ -161,6 +169,7 @@ void frmOptions::updateConfiguration() {
     Settings& settings = environment_.settings;
     settings.Number("createBackup", chkMakeBackup_->isChecked() ? 1 : 0);
     settings.Number("frameCharacter", chkFrameCharacters_->isChecked() ? 1 : 0);
+    settings.Number(openInRunningKey, chkOpenInRunning_->isChecked() ? 1 : 0);
     settings.Number("stateActivate", cmbStateActivate_->currentIndex());
     settings.Number("patchRules", cmbPatchRules_->currentIndex());
     if (ports_->Ports() != settings.Ports())
@@ -210,11 +219,16 @@ void frmOptions::RemoveIwad() {
 }
 
 std::vector<std::filesystem::path> frmOptions::UsualFolders() const {
-    std::vector<std::filesystem::path> folders{
-        "/usr/share/games/doom", "/usr/local/share/games/doom", "/usr/share/doom",
-        StoredPath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) / "games" / "doom"};
+    std::vector<std::filesystem::path> folders = UsualIwadFolders();
+    const auto addFolderOf = [&folders](const std::string& file) {
+        if (std::filesystem::path folder = PathOf(file).parent_path();
+            std::ranges::find(folders, folder) == folders.end())
+            folders.push_back(std::move(folder));
+    };
+    for (const Settings::Port& port : PortsToUse(environment_.settings))
+        addFolderOf(port.program);
     if (const std::vector<Settings::Iwad> iwads = environment_.settings.Iwads(); !iwads.empty())
-        folders.push_back(PathOf(iwads.back().path).parent_path());
+        addFolderOf(iwads.back().path);
     return folders;
 }
 

@@ -51,7 +51,7 @@ private:
     Environment& environment_;
     FileDialogs& dialogs_;
     QTabWidget* tabOptions_;
-    QCheckBox *chkMakeBackup_, *chkFrameCharacters_;
+    QCheckBox *chkMakeBackup_, *chkFrameCharacters_, *chkOpenInRunning_;
     QComboBox *cmbStateActivate_, *cmbPatchRules_;
     QTreeWidget* lvwIwads_;
     PortsPage* ports_;

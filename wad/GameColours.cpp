@@ -20,6 +20,33 @@ ColourMap NoChange() {
     return colours;
 }
 
+std::size_t PlaceOf(const GamePicture& picture, int x, int y) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) + static_cast<std::size_t>(x);
+}
+
+/// As Boom counts with shares of a colour: it rounds off none, and cuts off its percentage.
+constexpr int fullPart = 4096;
+
+struct FineColour { // in parts, `fullPart` of which make one
+    int red, green, blue;
+};
+
+std::uint8_t Nearest(const Palette& palette, const FineColour& colour) {
+    int nearest = 0;
+    int least = std::numeric_limits<int>::max();
+    for (int i = static_cast<int>(palette.size()) - 1; i >= 0; --i) {
+        const auto& [red, green, blue] = palette[static_cast<std::size_t>(i)];
+        // Half the square of the distance, without that part of it which is the same for all.
+        const int distance = fullPart / 2 * (red * red + green * green + blue * blue) -
+                             (red * colour.red + green * colour.green + blue * colour.blue);
+        if (distance < least) {
+            least = distance;
+            nearest = i;
+        }
+    }
+    return static_cast<std::uint8_t>(nearest);
+}
+
 } // namespace
 
 ColourMap PlayerColours(int translation) {
@@ -49,30 +76,18 @@ void MapColours(GamePicture& picture, const ColourMap& colours) {
 }
 
 std::uint8_t NearestColour(const Palette& palette, const Colour& colour) {
-    int nearest = 0;
-    int least = std::numeric_limits<int>::max();
-    for (int i = static_cast<int>(palette.size()) - 1; i >= 0; --i) {
-        const Colour& other = palette[static_cast<std::size_t>(i)];
-        const int red = other.red - colour.red, green = other.green - colour.green, blue = other.blue - colour.blue;
-        if (const int distance = red * red + green * green + blue * blue; distance < least) {
-            least = distance;
-            nearest = i;
-        }
-    }
-    return static_cast<std::uint8_t>(nearest);
+    return Nearest(palette, {fullPart * colour.red, fullPart * colour.green, fullPart * colour.blue});
 }
 
 std::string MakeTranslucency(const Palette& palette) {
-    const auto mixed = [](int behind, int front) {
-        return static_cast<std::uint8_t>((behind * (100 - frontPercent) + front * frontPercent + 50) / 100);
-    };
+    constexpr int front = fullPart * frontPercent / 100, behind = fullPart - front;
+    const auto mixed = [](int under, int over) { return under * behind + over * front; };
     std::string map;
     map.reserve(translucencySize);
-    for (const Colour& behind : palette)
-        for (const Colour& front : palette)
-            map += static_cast<char>(
-                NearestColour(palette, {mixed(behind.red, front.red), mixed(behind.green, front.green),
-                                        mixed(behind.blue, front.blue)}));
+    for (const Colour& under : palette)
+        for (const Colour& over : palette)
+            map += static_cast<char>(Nearest(
+                palette, {mixed(under.red, over.red), mixed(under.green, over.green), mixed(under.blue, over.blue)}));
     return map;
 }
 
@@ -81,8 +96,7 @@ void DrawOver(GamePicture& canvas, const GamePicture& picture, int x, int y, int
     const int top = std::max(0, -y), end = std::min(picture.height, std::min(bottom, canvas.height) - y);
     for (int row = top; row < end; ++row)
         for (int column = left; column < right; ++column) {
-            const auto from = static_cast<std::size_t>(row * picture.width + column);
-            const auto to = static_cast<std::size_t>((row + y) * canvas.width + column + x);
+            const std::size_t from = PlaceOf(picture, column, row), to = PlaceOf(canvas, column + x, row + y);
             if (!picture.covered[from])
                 continue;
             canvas.pixels[to] = picture.pixels[from];

@@ -37,8 +37,8 @@ void MapColours(GamePicture& picture, const ColourMap& colours);
 /// The palette index that comes next to a colour; of several the highest, as Boom chooses.
 std::uint8_t NearestColour(const Palette& palette, const Colour& colour);
 
-/// What a lump TRANMAP holds: the colour of a pixel `front` drawn over `behind` at 256 x `behind` + `front`. Made as
-/// Boom makes it, of which 66 % is the front.
+/// What a lump TRANMAP holds: the colour of a pixel `front` drawn over `behind` at 256 x `behind` + `front`. Made, to
+/// the byte, as Boom makes it, of which 66 % is the front.
 std::string MakeTranslucency(const Palette& palette);
 inline constexpr std::size_t translucencySize = 65536;
 inline constexpr int frontPercent = 66;

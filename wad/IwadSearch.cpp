@@ -1,5 +1,6 @@
 #include "wad/IwadSearch.h"
 
+#include "core/Files.h"
 #include "core/Paths.h"
 #include "core/Text.h"
 #include "wad/clsWad.h"
@@ -22,7 +23,6 @@ bool IsIwad(const std::filesystem::path& file) {
 
 std::vector<std::filesystem::path> FindIwads(const std::vector<std::filesystem::path>& folders) {
     std::vector<std::filesystem::path> found;
-    std::vector<std::filesystem::path> known; // the same files, symbolic links followed
     for (const std::filesystem::path& folder : folders) {
         std::vector<std::filesystem::path> files;
         std::error_code error;
@@ -31,13 +31,9 @@ std::vector<std::filesystem::path> FindIwads(const std::vector<std::filesystem::
             if (EqualIgnoringCase(PathText(entry->path().extension()), ".wad"))
                 files.push_back(entry->path());
         std::sort(files.begin(), files.end());
-        for (const std::filesystem::path& file : files) {
-            const std::filesystem::path real = std::filesystem::weakly_canonical(file, error);
-            if (std::find(known.begin(), known.end(), real) != known.end() || !IsIwad(file))
-                continue;
-            known.push_back(real);
-            found.push_back(file);
-        }
+        for (const std::filesystem::path& file : files)
+            if (!NamesOneOf(file, found) && IsIwad(file))
+                found.push_back(file);
     }
     return found;
 }

@@ -1,6 +1,7 @@
 #include "cli/Cli.h"
 
 #include "core/Text.h"
+#include "core/Version.h"
 #include "tests/support/TestSupport.h"
 #include "tests/wad/WadBytes.h"
 
@@ -330,10 +331,12 @@ TEST_F(CliTest, MergesChangesAgainstTheirOriginalAndTellsOfConflicts) {
 
 TEST_F(CliTest, ConvertsTheDefaultsToAnEmptyPatch) {
     ASSERT_EQ(Run("convert -e doom19 --iwad doom2.wad --data-wad my.wad - @out.deh").exit, cli::done);
-    EXPECT_EQ(ReadFile(folder_ / "out.deh"),
-              "Patch File for DeHackEd v3.0\r\n# Created with Plinket3 0.99 build 245 beta\r\n\r\n"
-              "# General version information\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n# Info for Plinket3\r\n"
-              "Engine config = doom19.cfg\r\nData WAD = my.wad\r\nIWAD = doom2.wad\r\n\r\n\r\n");
+    EXPECT_EQ(
+        ReadFile(folder_ / "out.deh"),
+        std::string("Patch File for DeHackEd v3.0\r\n# Created with ") + programVersion +
+            "\r\n\r\n"
+            "# General version information\r\nDoom version = 19\r\nPatch format = 6\r\n\r\n# Info for Plinket3\r\n"
+            "Engine config = doom19.cfg\r\nData WAD = my.wad\r\nIWAD = doom2.wad\r\n\r\n\r\n");
     for (const std::string wads : {"--data-wad a.wad --data-wad b.wad", ""}) { // without, as the header says
         ASSERT_EQ(Run("convert -e doom19 " + wads + " @out.deh @again.deh").exit, cli::done);
         EXPECT_EQ(ReadFile(folder_ / "again.deh"),

@@ -24,6 +24,12 @@ TEST(FilesTest, WhatWasWrittenIsReadWhateverTheNames) {
         std::string read = "old";
         ASSERT_TRUE(ReadWholeFile(file, read, 5));
         EXPECT_EQ(read, bytes);
+        for (const std::uint64_t limit : {4U, 5U, 6U}) {
+            bool cut = limit != 4;
+            ASSERT_TRUE(ReadStartOfFile(file, read, limit, cut));
+            EXPECT_EQ(read, bytes.substr(0, limit));
+            EXPECT_EQ(cut, limit == 4);
+        }
         EXPECT_EQ(test::EntriesIn(file.parent_path()), 1U);
     }
 }

@@ -1,12 +1,10 @@
 #include "core/Files.h"
+#include "core/LeftoverName.h"
 #include "core/System.h"
 #include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <iomanip>
-#include <sstream>
 #include <windows.h>
 
 namespace plinket3 {
@@ -73,13 +71,7 @@ TEST_F(FilesWindowsTest, WhatCannotBeReplacedStaysWholeAndAlone) {
 }
 
 TEST_F(FilesWindowsTest, WhatAKilledWriterLeftIsRemovedButNotWhatARunningOneWrites) {
-    // The name depends on the file's alone: the hash of it, as the program makes it.
-    const std::size_t hash = std::hash<std::wstring>{}(L"a");
-    const auto leftover = [&](int number) {
-        std::ostringstream name;
-        name << ".plinket3-" << std::setw(16) << std::setfill('0') << std::hex << hash << '-' << std::dec << number;
-        return folder_ / name.str();
-    };
+    const auto leftover = [&](int number) { return folder_.Path() / LeftoverName("a", number); };
     for (int number = 0; number < 3; ++number)
         WriteFile(leftover(number), "half");
     {

@@ -1,5 +1,7 @@
 #include "core/clsLog.h"
 
+#include "core/Text.h"
+#include "core/Version.h"
 #include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -22,9 +24,9 @@ std::tm Afternoon() {
 
 const std::string banner = "\r\n" + std::string(70, '-') +
                            "\r\nAppend log at 2026-02-03 14:05:09\r\n"
-                           "[14:05:09]  Plinket3 version 0.99 build 245\r\n"
                            "[14:05:09]  " +
-                           std::string(58, '-') + "\r\n";
+                           ReplaceAll(ReplaceAll(programVersion, "Plinket3", "Plinket3 version"), " beta", "\r\n") +
+                           "[14:05:09]  " + std::string(58, '-') + "\r\n";
 
 class LogTest : public testing::Test {
 protected:

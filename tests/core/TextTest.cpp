@@ -42,8 +42,12 @@ TEST(Text, SeveralPathsStandInQuotes) {
     for (const auto& row : rows) {
         EXPECT_EQ(SplitPaths(row.text), row.paths) << row.text;
         EXPECT_EQ(JoinPaths(row.paths), row.text);
+        EXPECT_EQ(FirstNotJoinable(row.paths), nullptr);
     }
     EXPECT_EQ(SplitPaths("\"a\"\"b\"   \"c\""), (std::vector<std::string>{"a", "b", "c"}));
+    const std::vector<std::string> lost{"a", "b\"", "\"c"};
+    EXPECT_EQ(FirstNotJoinable(lost), &lost[1]);
+    EXPECT_NE(SplitPaths(JoinPaths(lost)), lost);
 }
 
 TEST(Text, ControlCharactersArePrintedAsEscapes) {

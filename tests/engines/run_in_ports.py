@@ -18,6 +18,7 @@ from pathlib import Path
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "system"))
 from driven import Account, Display, Failed, IWAD, Program, SKIPPED, require  # noqa: E402
+from wad import lump  # noqa: E402
 
 # The port, and what makes it show its own colours in a window.
 PORTS = {"chocolate-doom": "-nogui -window -geometry 640x400", "dsda-doom": "-no_message_box -window -vidmode sw",
@@ -34,17 +35,6 @@ Duration = -1
 Sprite subnumber = 32768
 """
 SPRITE = "TROOA1"
-
-
-def lump(name):
-    with open(IWAD, "rb") as wad:
-        count, directory = struct.unpack("<4xii", wad.read(12))
-        wad.seek(directory)
-        for offset, size, each in struct.iter_unpack("<ii8s", wad.read(16 * count)):
-            if each.rstrip(b"\0").decode() == name:
-                wad.seek(offset)
-                return wad.read(size)
-    raise Failed(f"there is no lump {name}")
 
 
 def colours_of(sprite):

@@ -36,7 +36,7 @@ protected:
             SetValue(record, fieldTable<StateRecord>[static_cast<std::size_t>(arguments[i].field)], values[i]);
     }
     StateWalk Walk() {
-        return {Set(), session.engine, [this] { return dice; }};
+        return {session, [this] { return dice; }};
     }
     /// The state that is shown in each of the first tics, and then how it ended.
     static States Shown(StateWalk& walk, std::int32_t state, std::size_t tics) {
@@ -88,7 +88,7 @@ TEST_P(StateWalkTest, EveryStateRunsAsInTheGame) {
         ASSERT_EQ(walk.Ended(), end) << state;
         ends.insert(end);
 
-        const StraightRun run = StraightRunFrom(Set(), session.engine, state);
+        const StraightRun run = StraightRunFrom(session, state);
         const std::set<std::int32_t> each(expected.begin(), expected.end());
         if (run.end == End::None) { // comes round: what is behind the first round is the round again
             ASSERT_LT(run.back, run.tics);
@@ -107,7 +107,7 @@ TEST_P(StateWalkTest, EveryStateRunsAsInTheGame) {
         }
         for (const std::int32_t shown : each)
             ASSERT_TRUE(run.BeginOf(shown));
-        const States reach = ReachOf(Set(), session.engine, state);
+        const States reach = ReachOf(session, state, std::nullopt);
         for (const std::int32_t shown : each)
             ASSERT_NE(std::ranges::find(reach, shown), reach.end()) << state;
     }
@@ -117,7 +117,7 @@ TEST_P(StateWalkTest, EveryStateRunsAsInTheGame) {
 TEST_F(StateWalkTest, TheDeathOfTheImpLastsAsLongAsItsStates) {
     Load("doom19");
     const std::int32_t death = Set().things[11].deathState;
-    const StraightRun run = StraightRunFrom(Set(), session.engine, death);
+    const StraightRun run = StraightRunFrom(session, death);
     EXPECT_EQ(run.tics, 8 + 8 + 6 + 6);
     EXPECT_EQ(run.shown.size(), 5U);
     EXPECT_EQ(run.end, End::ForEver);
@@ -126,7 +126,7 @@ TEST_F(StateWalkTest, TheDeathOfTheImpLastsAsLongAsItsStates) {
     EXPECT_EQ(walk.State(), run.shown.back().state);
     walk.Tic();
     EXPECT_EQ(walk.State(), run.shown.back().state) << "stays";
-    const StraightRun walking = StraightRunFrom(Set(), session.engine, Set().things[11].firstMovingState);
+    const StraightRun walking = StraightRunFrom(session, Set().things[11].firstMovingState);
     EXPECT_EQ(walking.tics - walking.back, 24);
     EXPECT_EQ(walking.end, End::None);
 }
@@ -161,13 +161,13 @@ TEST_F(StateWalkTest, JumpsGoByChoiceElseByChance) {
         Put(1201, 1202, 0, each.action, each.values);
         StateWalk walk = Walk();
         dice = each.dice;
-        walk.Choose(1201, each.choice);
+        walk.Choose(1201, {each.choice});
         EXPECT_EQ(Shown(walk, 1200, 9), each.shown) << each.action << each.dice << static_cast<int>(each.choice);
         EXPECT_EQ(walk.Ended(), End::Removed);
     }
     Put(1201, 1202, 0, "RandomJump", {1210, 100});
-    EXPECT_EQ(ReachOf(Set(), session.engine, 1200), (States{1200, 1201, 1210, 1202}));
-    EXPECT_EQ(StraightRunFrom(Set(), session.engine, 1200).tics, 2);
+    EXPECT_EQ(ReachOf(session, 1200, std::nullopt), (States{1200, 1201, 1210, 1202}));
+    EXPECT_EQ(StraightRunFrom(session, 1200).tics, 2);
 
     // Ways that take no time, and numbers of no state, end it.
     Put(1201, 1202, 0, "RandomJump", {123456, 256});
@@ -180,7 +180,7 @@ TEST_F(StateWalkTest, JumpsGoByChoiceElseByChance) {
         EXPECT_EQ(Shown(walk, 1200, 9), States{1200});
         EXPECT_EQ(walk.Ended(), End::NoTime);
     }
-    EXPECT_EQ(StraightRunFrom(Set(), session.engine, 1211).end, End::NoTime);
+    EXPECT_EQ(StraightRunFrom(session, 1211).end, End::NoTime);
     State(1200).nextState = 1211;
     walk.Start(1200);
     walk.Tic();
@@ -189,6 +189,76 @@ TEST_F(StateWalkTest, JumpsGoByChoiceElseByChance) {
     walk.Start(0);
     EXPECT_EQ(walk.Ended(), End::Removed);
     EXPECT_EQ(walk.State(), std::nullopt);
+}
+
+TEST_F(StateWalkTest, GamesLeadByTheFieldsOfThingsAndWeapons) {
+    Load("mbf21");
+    const auto jumps = [this](std::string_view action, std::optional<Target> owner) {
+        Put(1200, 0, 1, action);
+        States targets;
+        for (const EngineJump& jump : EngineJumpsOf(session, State(1200), owner)) {
+            targets.push_back(jump.target);
+            EXPECT_FALSE(jump.when.empty());
+        }
+        return targets;
+    };
+    constexpr Target pistol{TargetKind::Weapon, 1}, vile{TargetKind::Thing, 3}, demon{TargetKind::Thing, 12};
+    constexpr std::int32_t heals = 266;
+    const WeaponRecord& weapon = Set().weapons[pistol.number];
+    const ThingRecord &thing = Set().things[vile.number], &biter = Set().things[demon.number];
+    const struct {
+        const char* action;
+        std::optional<Target> owner;
+        States targets;
+    } cases[]{
+        {"ReFire", pistol, {weapon.shootingState}},
+        {"CloseShotgun2", pistol, {weapon.shootingState}},
+        {"WeaponReady", pistol, {weapon.shootingState, weapon.selectState}},
+        {"Lower", pistol, {weapon.deselectState}},
+        {"Raise", pistol, {weapon.bobbingState}},
+        {"FirePistol", pistol, {}}, // the flash is another picture
+        {"FireCGun", pistol, {}},
+        {"Look", vile, {thing.firstMovingState}},
+        {"SpidRefire", vile, {thing.firstMovingState}},
+        {"Chase", vile, {thing.farAttackState, thing.initialState}}, // it does not attack near by
+        {"Hoof", demon, {biter.closeAttackState, biter.initialState}},
+        {"VileChase", vile, {thing.farAttackState, thing.initialState, heals}},
+        {"HealChase", demon, {biter.closeAttackState, biter.initialState}},
+        {"BrainScream", vile, {}}, // what it places goes there
+        {"Look", pistol, {}},
+        {"ReFire", vile, {}},
+        {"Chase", std::nullopt, {}},
+        {"Chase", Target{TargetKind::Thing, 123456}, {}},
+        {"Chase", Target{TargetKind::Sound, 3}, {}},
+        {"NULL", vile, {}},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(jumps(each.action, each.owner), each.targets) << each.action;
+    session.patch.current.things[vile.number].closeAttackState = thing.farAttackState;
+    EXPECT_EQ(jumps("Chase", vile).size(), 2U) << "both attacks are one state";
+    session.patch.current.things[vile.number].firstMovingState = 654321;
+    EXPECT_TRUE(jumps("Look", vile).empty()) << "there is no such state";
+
+    // A pistol whose trigger is held shoots on and never comes to the time of the state that decides so.
+    const std::int32_t first = weapon.shootingState;
+    const States reach = ReachOf(session, first, pistol);
+    const auto refires = std::ranges::find_if(reach, [this](std::int32_t state) {
+        return State(state).codePointer == session.engine.CodePointerOf("ReFire");
+    });
+    ASSERT_NE(refires, reach.end());
+    StateWalk walk = Walk();
+    walk.Owner(pistol);
+    const States once = Shown(walk, first, 100);
+    EXPECT_NE(std::ranges::find(once, weapon.bobbingState), once.end()) << "by itself it is not held";
+    walk.Choose(*refires, {AtJump::Engine, first});
+    const States held = Shown(walk, first, 100);
+    const auto round = static_cast<std::size_t>(std::ranges::find(once, *refires) - once.begin());
+    ASSERT_LT(round, 50U);
+    for (std::size_t tic = 0; tic < held.size(); ++tic)
+        EXPECT_EQ(held[tic], once[tic % round]) << tic;
+    walk.Owner(std::nullopt);
+    EXPECT_EQ(Shown(walk, first, 100), once) << "nobody holds it";
+    EXPECT_NE(std::ranges::find(reach, weapon.selectState), reach.end()) << "another weapon may be chosen";
 }
 
 TEST_F(StateWalkTest, StatesSoundAsInTheGame) {

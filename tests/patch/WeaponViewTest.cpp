@@ -24,11 +24,17 @@ TEST_F(WeaponViewTest, TheFlashBeginsWithTheShotAndRunsOnBesideIt) {
     State(22).duration = 5; // of the shotgun: its flash has two pictures, of 4 and 3 tics
     const struct {
         std::int32_t weapon, state, flash;
-    } rows[]{{pistol, 10, 0},    {pistol, 13, 0},    {pistol, 14, 17},  {pistol, 15, 17}, {pistol, 16, 0},
-             {pistol, 17, 0},    {shotgun, 22, 30},  {shotgun, 23, 31}, {shotgun, 24, 0}, {chaingun, 52, 55},
-             {chaingun, 53, 56}, {launcher, 60, 63}, {pistol, -1, 0},   {99, 14, 0},      {pistol, 0, 0}};
+        int light;
+    } rows[]{{pistol, 10, 0, 0},  {pistol, 13, 0, 0},    {pistol, 14, 17, 1},   {pistol, 15, 17, 1},
+             {pistol, 16, 0, 0},  {pistol, 17, 0, 1},    {shotgun, 22, 30, 1},  {shotgun, 23, 31, 2},
+             {shotgun, 24, 0, 0}, {chaingun, 52, 55, 1}, {chaingun, 53, 56, 2}, {launcher, 60, 63, 1},
+             {pistol, -1, 0, 0},  {99, 14, 0, 0},        {pistol, 0, 0, 0}};
     for (const auto& row : rows)
-        EXPECT_EQ(View(row.weapon, row.state), (WeaponView{1, 32, row.flash})) << row.state;
+        EXPECT_EQ(View(row.weapon, row.state), (WeaponView{1, 32, row.flash, row.light})) << row.state;
+    State(15).codePointer = engine.CodePointerOf("Light2").value();
+    EXPECT_EQ(View(pistol, 15).light, 1) << "the flash goes on";
+    State(17).codePointer = 0;
+    EXPECT_EQ(View(pistol, 15).light, 2) << "of the weapon itself";
     State(17).duration = 0;
     State(17).nextState = 17;
     EXPECT_EQ(View(pistol, 14).flash, 0) << "a circle without time shows nothing";

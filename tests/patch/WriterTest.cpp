@@ -1,6 +1,7 @@
 #include "patch/modPatchFiles.h"
 
 #include "core/Text.h"
+#include "core/Version.h"
 #include "patch/modPatchDiff.h"
 #include "patch/modPatchText.h"
 #include "tests/support/SmallEngine.h"
@@ -13,18 +14,18 @@
 namespace plinket3::test {
 namespace {
 
-constexpr std::string_view header = "Patch File for DeHackEd v3.0\r\n"
-                                    "# Created with Plinket3 0.99 build 245 beta\r\n"
-                                    "\r\n"
-                                    "# General version information\r\n"
-                                    "Doom version = 19\r\n"
-                                    "Patch format = 6\r\n"
-                                    "\r\n"
-                                    "# Info for Plinket3\r\n"
-                                    "Engine config = small.cfg\r\n"
-                                    "IWAD = doom2.wad\r\n"
-                                    "\r\n"
-                                    "\r\n";
+const std::string header = std::string("Patch File for DeHackEd v3.0\r\n# Created with ") + programVersion +
+                           "\r\n"
+                           "\r\n"
+                           "# General version information\r\n"
+                           "Doom version = 19\r\n"
+                           "Patch format = 6\r\n"
+                           "\r\n"
+                           "# Info for Plinket3\r\n"
+                           "Engine config = small.cfg\r\n"
+                           "IWAD = doom2.wad\r\n"
+                           "\r\n"
+                           "\r\n";
 // What is written for each kind of record: tests/data/patch/, by PatchCase.
 TEST(PatchWriter, KeepsStringsOfBackslashesAndQuotesApart) {
     EngineConfiguration engine = SmallEngine(true);

@@ -1,5 +1,6 @@
 """Starts the real window program on a display of its own and presses its keys."""
 
+import getpass
 import os
 import re
 import shutil
@@ -29,9 +30,11 @@ def require(*tools):
 
 
 class Display:
-    """An X server with a window manager, without which nothing gets the keyboard."""
+    """An X server with a window manager, without which nothing gets the keyboard. The Windows that wine shows has no other
+    display as long as it runs, so it ends with this one."""
 
     def __enter__(self):
+        self.end_windows()
         self.folder = tempfile.mkdtemp(prefix="plinket3_display_")
         settings = Path(self.folder, "jwmrc")
         settings.write_text('<?xml version="1.0"?><JWM><FocusModel>click</FocusModel></JWM>')
@@ -57,18 +60,52 @@ class Display:
         process.terminate()
         process.wait()
 
+    @staticmethod
+    def end_windows():
+        if shutil.which("wineserver"):
+            subprocess.run(["wineserver", "--kill"], stderr=subprocess.DEVNULL, check=False)
+
     def __exit__(self, *_):
+        self.end_windows()
         self.stop(self.manager)
         self.stop(self.server)
         shutil.rmtree(self.folder)
 
 
-class Account:
-    """A home folder with settings that know Freedoom; with none if it is `new`."""
+PROJECT = Path(__file__).resolve().parents[2]
+WINE = PROJECT / "scripts/on-wine"
+os.environ.setdefault("WINEPREFIX", str(PROJECT / "build/wine-driven"))  # other tests run at the same time in theirs
 
-    def __init__(self, home, backup=1, new=False):
-        self.home = Path(home)
-        self.settings = self.home / ".config/Plinket3"
+
+def for_windows(program):
+    return Path(program).with_suffix(".exe").exists()
+
+
+def command(program, *arguments):
+    """The command line of a program; of one for Windows, with wine before it."""
+    if for_windows(program):
+        return [str(WINE), str(Path(program).with_suffix(".exe")), *map(str, arguments)]
+    return [str(program), *map(str, arguments)]
+
+
+def windows_home():
+    """The home folder of the Windows that wine shows."""
+    return Path(os.environ["WINEPREFIX"], "drive_c/users", getpass.getuser())
+
+
+def path_in(program, path):
+    """A path as the program writes it."""
+    return "Z:" + str(path).replace("/", "\\") if for_windows(program) else str(path)
+
+
+class Account:
+    """A home folder with settings that know Freedoom; with none if it is `new`. On Windows there is one for all, and only
+    the settings are made anew."""
+
+    def __init__(self, home, backup=1, new=False, windows=False):
+        self.home, self.windows = Path(home), windows
+        self.settings = windows_home() / "AppData/Roaming/Plinket3" if windows else self.home / ".config/Plinket3"
+        shutil.rmtree(self.settings, ignore_errors=True)
         self.home.mkdir(parents=True, exist_ok=True)
         run = self.home / "run"
         run.mkdir(mode=0o700)
@@ -81,8 +118,13 @@ class Account:
 
     def environment(self, display):
         changed = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.home / "run"), "SDL_AUDIODRIVER": "dummy",
-                   "QT_QPA_PLATFORM": "xcb", "DISPLAY": display.name, "LC_ALL": "C.UTF-8"}
-        return {key: value for key, value in os.environ.items() if key != "XDG_CONFIG_HOME"} | changed
+                   "DISPLAY": display.name, "LC_ALL": "C.UTF-8"}
+        if self.windows:
+            changed["DOOMWADDIR"] = os.path.dirname(IWAD)  # where nothing but this system looks
+        else:
+            changed["QT_QPA_PLATFORM"] = "xcb"
+        foreign = ("XDG_CONFIG_HOME", "QT_QPA_PLATFORM")
+        return {key: value for key, value in os.environ.items() if key not in foreign} | changed
 
     def log(self):
         return (self.settings / "plinket3.log").read_text("latin-1")
@@ -94,7 +136,7 @@ class Program:
     def __init__(self, program, account, display, *arguments, limit=None, folder=None):
         self.environment = account.environment(display)
         self.messages = []
-        self.process = subprocess.Popen([str(program), *map(str, arguments)], env=self.environment, preexec_fn=limit,
+        self.process = subprocess.Popen(command(program, *arguments), env=self.environment, preexec_fn=limit,
                                         cwd=folder, stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True,
                                         encoding="latin-1")
         self.reader = threading.Thread(target=self._read, daemon=True)

@@ -15,7 +15,7 @@ import time
 from pathlib import Path
 
 import make_hostile
-from driven import Account, Display, Failed, IWAD, Program, require
+from driven import Account, Display, Failed, IWAD, Program, command, for_windows, require
 
 ENGINE = "dehextra19"
 HEADER = f"Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\nEngine config = {ENGINE}.cfg\n" \
@@ -105,7 +105,7 @@ def window(build, display, patch, backup, kills, chance):
     with tempfile.TemporaryDirectory(prefix="plinket3_kills_") as folder:
         target = Target(folder)
         target.file.write_bytes(patch.read_bytes())
-        account = Account(Path(folder, "home"), backup)
+        account = Account(Path(folder, "home"), backup, windows=for_windows(build / "plinket3"))
 
         def open_program():
             (account.settings / "windows.ini").unlink(missing_ok=True)  # the editors as at a first start
@@ -146,8 +146,8 @@ def command_line(build, patch, kills, chance, wad=None):
         inputs[1].write_text(patch.read_text() + "\nMisc 0\nInitial Health = 77\n")
 
         def start(version):
-            return subprocess.Popen([build / "plinket3-cli", "--rules", "kept", "convert", "-e", ENGINE, inputs[version],
-                                     target.file])
+            return subprocess.Popen(command(build / "plinket3-cli", "--rules", "kept", "convert", "-e", ENGINE,
+                                            inputs[version], target.file))
 
         for version in (0, 1):
             if start(version).wait() != 0:

@@ -7,7 +7,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-from driven import Account, BETA, Display, Failed, IWAD, Program, require
+from driven import Account, BETA, Display, Failed, IWAD, Program, for_windows, path_in, require
 
 EDITORS = ["frmEditThings", "frmEditStates", "frmEditSounds", "frmEditStrings", "frmEditWeapons", "frmEditAmmo",
            "frmEditCheats", "frmEditMisc", "frmEditPars", "frmPropSound", "frmPropString", "frmSelectSprite",
@@ -27,7 +27,7 @@ def session(program, engine, version, table, **counts):
     kinds = {"codepointers": "code pointers", "ammo": "ammo entries", "cheats": "cheat strings"}
     return ["Loading engine configuration...", f"  Using '{engine}' as the current engine",
             f"  Using engine version {version}", "Loading table...",
-            f"  Loading tables from {program.parent}/tables/{table}.tbl...",
+            f"  Loading tables from {path_in(program, program.parent / 'tables' / table)}.tbl...",
             *(f"    Loaded {count} {kinds.get(kind, kind)}" for kind, count in counts.items()),
             "  Reset patch data", "Loading IWAD...", "Registering WAD files...", "  Loaded PLAYPAL lump"]
 
@@ -66,11 +66,11 @@ def second_run(path, account, display):
     # In its folder: the option takes no path with a dash in it, which that of a temporary folder may have.
     program = Program(path, account, display, "-load", patch.name, folder=account.home)
     program.answer(BETA)
-    program.through("^File settings of Mine.deh$")
+    program.through("^File settings of [Mm]ine.deh$")  # Windows opens it by the name that is asked for
     program.focus(r"^Plinket3 - \[")
     program.end()
     settings = (account.settings / "plinket3.cfg").read_text("latin-1")
-    if "Mine.deh" not in settings:
+    if "mine.deh" not in settings.lower():
         raise Failed("the patch is no recent file")
     if "lastConfig = 10;" not in settings:
         raise Failed("the recommended engine was not taken")
@@ -83,9 +83,9 @@ def second_run(path, account, display):
 
 def main():
     require("Xvfb", "xdotool", "jwm", IWAD)
-    path = Path(sys.argv[1]).absolute()
+    path = Path(sys.argv[1]).absolute().with_suffix("")
     with tempfile.TemporaryDirectory(prefix="plinket3_") as folder, Display() as display:
-        account = Account(Path(folder, "home"), new=True)
+        account = Account(Path(folder, "home"), new=True, windows=for_windows(path))
         first_run(path, account, display)
         second_run(path, account, display)
     print("Both runs are as they should be")

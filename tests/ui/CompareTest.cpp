@@ -60,7 +60,7 @@ protected:
             dialogs.Expect("Compare with", (folder / "there.deh").string());
             QTest::mouseClick(&test::Find<QPushButton>(dialog, "cmdBrowse"), Qt::LeftButton);
             if (!old.empty())
-                Type(test::Find<QLineEdit>(dialog, "txtAncestor"), (folder / "old.deh").c_str());
+                Type(test::Find<QLineEdit>(dialog, "txtAncestor"), (folder / "old.deh").string().c_str());
         });
     }
     /// A row by the texts that lead to it.
@@ -207,7 +207,7 @@ TEST_F(CompareTest, APatchOfAnotherEngineIsTakenOverAndTellsWhatIsLeftOut) {
     notifier.Expect(MessageKind::Exclamation,
                     "Could not read " + (folder / "none.deh").string() + ": No such file or directory");
     const ModalDriver driver("frmCompareWith", [&](QDialog& dialog) {
-        Type(test::Find<QLineEdit>(dialog, "txtFile"), (folder / "none.deh").c_str());
+        Type(test::Find<QLineEdit>(dialog, "txtFile"), (folder / "none.deh").string().c_str());
         QTest::mouseClick(&test::Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
         EXPECT_TRUE(dialog.isVisible());
         QTest::mouseClick(&test::Find<QPushButton>(dialog, "cmdCancel"), Qt::LeftButton);

@@ -60,9 +60,7 @@ protected:
             ClickRow(List(), state, Qt::LeftButton, state == states.front() ? Qt::NoModifier : Qt::ControlModifier);
     }
     const StateRecord& State(std::int32_t state) const { return Current().states[static_cast<std::size_t>(state)]; }
-    std::int32_t Action(std::int32_t state) const {
-        return Current().states[static_cast<std::size_t>(state)].codePointer;
-    }
+    std::int32_t Action(std::int32_t state) const { return State(state).codePointer; }
     void Put(std::int32_t state, std::int32_t StateRecord::*member, std::int32_t value) {
         edits.Store({RecordKind::State, state, RowOf(member)}, value);
     }
@@ -84,7 +82,7 @@ protected:
     frmEditStates* window = nullptr;
 };
 
-TEST_F(frmEditStatesTest, OfSeveralStatesOnlyWhatIsTypedChanges) {
+TEST_F(frmEditStatesTest, OfSeveralStatesOnlyWhatIsTypedChangesAndNothingOfStateZero) {
     const PatchSet before = Current();
     Select({walking, 0, pain, attack});
     for (const char* box : {"txtSprite", "txtFrame", "txtDuration", "txtNextState", "txtParameter1", "txtParameter2"})
@@ -107,15 +105,12 @@ TEST_F(frmEditStatesTest, OfSeveralStatesOnlyWhatIsTypedChanges) {
     EXPECT_EQ(Current(), expected) << "an empty box leaves values alone";
     QTest::keyClick(&Box("txtDuration"), Qt::Key_Tab);
     EXPECT_EQ(Box("txtDuration").text(), "77") << "and shows them again";
-}
-
-TEST_F(frmEditStatesTest, StateZeroIsShownButNotEdited) {
-    Select({0});
+    Select({0}); // is only shown
     EXPECT_EQ(Box("txtDuration").text(), "-1");
     EXPECT_FALSE(Box("txtDuration").isEnabled() || Lit().isEnabled() || Actions().isEnabled());
 }
 
-TEST_F(frmEditStatesTest, TheLitFlagIsSetAndClearedForAllSelected) {
+TEST_F(frmEditStatesTest, TheLitFlagIsSetAndClearedForAllSelectedButALetterStoresTheBareFrame) {
     Select({litBall, walking});
     Type(Box("txtFrame"), "5");
     EXPECT_EQ(State(litBall).subnumber, 5 | litBit) << "a number leaves each state its flag";
@@ -131,13 +126,11 @@ TEST_F(frmEditStatesTest, TheLitFlagIsSetAndClearedForAllSelected) {
     Select({walking});
     EXPECT_EQ(Lit().checkState(), Qt::Checked);
     EXPECT_EQ(Lit().toolTip(), "Default: not lit");
-}
 
-TEST_F(frmEditStatesTest, ALetterStoresTheBareFrame) {
     program.settings.Number("frameCharacter", 1);
     window->Refresh();
     Select({litBall});
-    Type(Box("txtFrame"), "c");
+    Type(Box("txtFrame"), "c"); // a letter stores the bare frame
     EXPECT_EQ(Box("txtFrame").text(), "C");
     EXPECT_EQ(State(litBall).subnumber, 2);
     EXPECT_FALSE(Lit().isChecked());
@@ -311,18 +304,16 @@ TEST_F(frmEditStatesTest, OtherWindowsSelectAStateInAWindowThatWasNeverShown) {
     EXPECT_TRUE(Find<QRadioButton>(hidden, "optFilterWeapons").isChecked());
     EXPECT_EQ(Find<QLabel>(hidden, "lblUsedBy").text(), "Used by: Pistol (firing)");
 
-    hidden.ReplaceThingFilterEntry(imp, QStringLiteral("Goat"));
-    hidden.ReplaceThingFilterEntry(100000, QStringLiteral("Nobody"));
-    EXPECT_EQ(Find<QComboBox>(hidden, "cmbFilterThings").itemText(imp), "Goat");
-}
-
-TEST_F(frmEditStatesTest, UsersOfAStateAreNamedWithTheirFields) {
     for (const int thing : {20, 21, 22}) // beside the Imp
         edits.Store({RecordKind::Thing, thing, RowOf(&ThingRecord::deathState)}, attack);
     Select({attack});
     EXPECT_TRUE(Text("lblUsedBy").endsWith(" and 1 more")) << Text("lblUsedBy").toStdString();
     edits.Undo();
     EXPECT_FALSE(Text("lblUsedBy").contains("more")) << "follows edits of things";
+
+    hidden.ReplaceThingFilterEntry(imp, QStringLiteral("Goat"));
+    hidden.ReplaceThingFilterEntry(100000, QStringLiteral("Nobody"));
+    EXPECT_EQ(Find<QComboBox>(hidden, "cmbFilterThings").itemText(imp), "Goat");
 }
 
 TEST_F(frmEditStatesTest, TheListsMenuRestoresOneColumnOfTheSelectedStates) {
@@ -468,11 +459,17 @@ TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
     EXPECT_EQ(Text("lblTic"), "Jumped, tic 1");
     EXPECT_EQ(links.calls, std::vector<std::string>{"play sound 7"}) << "without its thing there is no pain";
 
-    const auto choose = [&](const char* name) {
+    const auto choices = [&](const char* menu) {
         emit jumps.menu()->aboutToShow();
-        auto* choice = jumps.menu()->findChild<QMenu*>("jump1201")->findChild<QAction*>(QString::fromLatin1(name));
-        choice->trigger();
-        return choice->text();
+        return jumps.menu()->findChild<QMenu*>(QString::fromLatin1(menu))->actions();
+    };
+    const auto choose = [&](const char* name, const char* menu = "jump1201") {
+        const QList<QAction*> all = choices(menu);
+        const auto place = std::ranges::find(all, QString::fromLatin1(name), &QAction::objectName) - all.begin();
+        QString text = all[place]->text();
+        all[place]->trigger();
+        EXPECT_TRUE(choices(menu)[place]->isChecked()) << name;
+        return text;
     };
     EXPECT_EQ(choose("goOn"), "Go on");
     EXPECT_EQ(play(4), (States{1200, 1201, 1200, 1201}));
@@ -484,6 +481,16 @@ TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
 
     window->selectSingleState(1202, noRecord, noRecord);
     EXPECT_TRUE(jumps.isHidden());
+    put(1202, 1202, "Look", 0, 0);
+    set.things[imp].firstMovingState = 1200;
+    window->Refresh();
+    EXPECT_EQ(play(2), (States{1202, 1202})) << "nobody is seen";
+    EXPECT_TRUE(choices("jump1202").first()->isChecked());
+    EXPECT_EQ(choose("engine1200", "jump1202"), "Jump to 1200 (" + StateLabelText(set, 1200) + "): a target is found");
+    EXPECT_EQ(play(3), (States{1200, 1201, 1200}));
+
+    put(1202, 1202, "Pain", 0, 0);
+    window->Refresh();
     play(2);
     EXPECT_EQ(links.calls, (std::vector<std::string>(2, "play sound " + std::to_string(set.things[imp].painSound))));
     auto& sound = Find<QCheckBox>(*window, "chkSound");

@@ -55,11 +55,11 @@ protected:
 };
 
 TEST_F(frmEditThingsTest, TheKeyboardReachesEverythingInTheOrderOfTheEye) {
-    QStringList expected{"txtFilter",  "lstThings",        "cmbThingNames", "cmdDuplicate",   "cmdRename",
-                         "cmdRestore", "cmbRun",           "cmdTurnLeft",   "cmdTurnRight",   "sldLight",
-                         "cmdPlay",    "cmdStop",          "cmdStep",       "cmbSpeed",       "chkSound",
-                         "txtID",      "txtHitPoints",     "txtSpeed",      "txtRadius",      "txtHeight",
-                         "txtMass",    "txtMissileDamage", "txtPainChance", "txtReactionTime"};
+    QStringList expected{"txtFilter",  "lstThings", "cmbThingNames",    "cmdDuplicate",  "cmdRename",
+                         "cmdRestore", "cmbRun",    "cmdTurnLeft",      "cmdTurnRight",  "sldLight",
+                         "cmdPlay",    "cmdStop",   "cmdStep",          "cmbSpeed",      "chkSound",
+                         "cmdJumps",   "txtID",     "txtHitPoints",     "txtSpeed",      "txtRadius",
+                         "txtHeight",  "txtMass",   "txtMissileDamage", "txtPainChance", "txtReactionTime"};
     for (const char* stem : {"Spawn", "Move", "Pain", "Melee", "Attack", "Death", "Exploding", "Respawn"})
         for (const char* pattern : {"txt%1StateN", "lbl%1StateS", "cmd%1StateA"})
             expected.append(QString(pattern).arg(stem));

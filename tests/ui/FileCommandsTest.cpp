@@ -1,93 +1,9 @@
-#include "ui/FileCommands.h"
-#include "core/Files.h"
-#include "patch/PatchDocument.h"
-#include "patch/RulesChoice.h"
-#include "patch/Session.h"
-#include "tests/support/SmallEngine.h"
-#include "tests/ui/FakeDialogs.h"
-#include "tests/ui/UiTest.h"
-#include "tests/wad/WadBytes.h"
+#include "tests/ui/FileCommandsTest.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
-namespace plinket3 {
+namespace plinket3::test {
 namespace {
 
-using test::ReadFile;
-using test::UseFolder;
-using test::WriteFile;
-
 constexpr const char* loseChanges = "All changes will be lost. Are you sure?";
-constexpr const char* normalPatch = "Patch File for DeHackEd v3.0\n\nDoom version = 19\nPatch format = 6\n"
-                                    "Engine config = doom19.cfg\nIWAD = Test\n\nThing 12 (Imp)\nHit points = 200\n";
-
-/// A WAD with a palette and nothing else.
-std::string PaletteWad(const char* identification, char colour = ' ') {
-    return test::WadBytes({{"PLAYPAL", std::string(768, colour)}}, identification);
-}
-
-class FileCommandsTest : public ::testing::Test {
-protected:
-    FileCommandsTest() {
-        UseFolder(program, folder.Path());
-        WriteFile(folder / "test.wad", PaletteWad("IWAD"));
-        program.settings.AddIwad("Test", (folder / "test.wad").string());
-        program.settings.Number("patchRules", static_cast<int>(RulesSetting::Kept));
-        recovery = std::make_unique<Recovery>(program.settingsFolder);
-        commands = std::make_unique<FileCommands>(program, edits, dialogs, *recovery,
-                                                  [this](const PatchToOpen* patch) { return ChooseSession(patch); });
-    }
-
-    std::optional<Session> ChooseSession(const PatchToOpen* patch) {
-        ++sessionsAsked;
-        if (sessionCancelled)
-            return std::nullopt;
-        Session session;
-        const bool checked = patch != nullptr && rules == Rules::Kept;
-        const SessionChoice choice{EngineAt(engine), 0, dataWads, checked ? 19 : -1, rules};
-        if (LoadSession(program, choice, session) != SessionResult::Loaded)
-            return std::nullopt;
-        return session;
-    }
-
-    std::size_t EngineAt(const std::string& name) const {
-        for (std::size_t i = 0; i < program.engines.size(); ++i)
-            if (program.engines[i].file.stem() == name)
-                return i;
-        ADD_FAILURE() << "no engine " << name << " beside the tests";
-        return 0;
-    }
-
-    /// What is asked about the unsaved work of a run that crashed.
-    void ExpectRecovery(const std::string& file, Answer answer) {
-        notifier.Expect("Plinket3 did not end as it should. Unsaved changes of " + file +
-                            " were kept. Do you want to go on with them? With No they are given up, with Cancel you "
-                            "are asked again at the next start.",
-                        answer);
-    }
-    void Edit() { edits.Store({RecordKind::Thing, 11, RowOf(&ThingRecord::hitPoints)}, 999); }
-    std::string Open(const char* name, std::string_view bytes) {
-        const std::filesystem::path file = folder / name;
-        WriteFile(file, bytes);
-        commands->openFile(file);
-        return file.string();
-    }
-
-    test::TemporaryFolder folder;
-    test::ExpectingNotifier notifier;
-    Program program{notifier};
-    Edits edits{program.patch};
-    test::FakeDialogs dialogs;
-    std::unique_ptr<Recovery> recovery;
-    std::unique_ptr<FileCommands> commands;
-    std::string engine = "doom19";
-    std::vector<std::string> dataWads;
-    Rules rules = Rules::Kept;
-    bool sessionCancelled = false;
-    int sessionsAsked = 0;
-};
 
 TEST_F(FileCommandsTest, AnUnnamedPatchAsksForItsName) {
     engine = "mbf19";
@@ -207,6 +123,27 @@ TEST_F(FileCommandsTest, TheLastDataWadsPaletteReplacesTheOthers) {
     EXPECT_EQ(program.missingDataWads, std::vector<std::string>{"/gone.wad"});
 }
 
+TEST_F(FileCommandsTest, TellsWhichDataWadCannotBeTakenAndWhy) {
+    WriteFile(folder / "data.wad", PaletteWad("PWAD"));
+    const std::string iwad = (folder / "test.wad").string(), data = (folder / "data.wad").string();
+    const struct {
+        std::vector<std::string> wads;
+        std::string message;
+    } rows[]{{{iwad}, "Unable to register data WAD."},
+             {{data, iwad}, "Unable to register data WAD.\n" + iwad + " is the IWAD."},
+             {{data, data}, "Unable to register data WAD.\n" + data + " is among the data WADs twice."},
+             {{data, "a\"b.wad"},
+              "A patch cannot name several data WADs when the path of one has a quotation mark in it: a\"b.wad. Rename "
+              "it, or choose it alone."}};
+    for (const auto& row : rows) {
+        dataWads = row.wads;
+        notifier.Expect(MessageKind::Exclamation, row.message);
+        Open("mine.deh", normalPatch);
+        notifier.AllAsked();
+        EXPECT_FALSE(commands->SessionOpen());
+    }
+}
+
 TEST_F(FileCommandsTest, AsksBeforeChangesAreLost) {
     const std::string mine = Open("mine.deh", normalPatch);
     Edit();
@@ -222,17 +159,6 @@ TEST_F(FileCommandsTest, AsksBeforeChangesAreLost) {
     Open("other.deh", normalPatch);
     EXPECT_EQ(program.patch.fileName, folder / "other.deh");
     EXPECT_FALSE(edits.CanUndo()) << "the steps belonged to the former patch";
-}
-
-TEST_F(FileCommandsTest, SaveWritesABackupAndClearsTheChangedFlag) {
-    const std::string mine = Open("mine.deh", normalPatch);
-    Edit();
-    EXPECT_TRUE(commands->Save());
-    EXPECT_FALSE(program.patch.changed);
-    EXPECT_NE(ReadFile(mine).find("Hit points = 999\r\n"), std::string::npos);
-    EXPECT_EQ(ReadFile(mine + ".bak"), normalPatch);
-    edits.Undo();
-    EXPECT_TRUE(program.patch.changed);
 }
 
 TEST_F(FileCommandsTest, SaveAsTakesTheNewNameAndFailuresKeepTheChanges) {
@@ -285,7 +211,11 @@ TEST_F(FileCommandsTest, ClosingAsksAboutUnsavedChanges) {
     EXPECT_EQ(ReadFile(mine), normalPatch);
     notifier.Expect(question, Answer::Yes);
     EXPECT_TRUE(commands->MayClose());
-    EXPECT_NE(ReadFile(mine).find("999"), std::string::npos);
+    EXPECT_FALSE(program.patch.changed);
+    EXPECT_NE(ReadFile(mine).find("Hit points = 999\r\n"), std::string::npos);
+    EXPECT_EQ(ReadFile(mine + ".bak"), normalPatch);
+    edits.Undo();
+    EXPECT_TRUE(program.patch.changed);
 }
 
 TEST_F(FileCommandsTest, NoticesAFileThatAnotherProgramChanged) {
@@ -333,10 +263,8 @@ TEST_F(FileCommandsTest, ByEngineRulesASaveTouchesWhatWasChangedAlsoAfterACrash)
     Edit();
     edits.Store({RecordKind::Thing, 11, noteField}, std::string("\"my\" \\ note\nof two lines"));
     edits.Store(patchNotes, std::string("by me"));
-    commands->KeepRecovery();
-    commands = nullptr;
-    recovery = std::make_unique<Recovery>(program.settingsFolder); // the crash: another place
-    commands = std::make_unique<FileCommands>(program, edits, dialogs, *recovery, nullptr);
+    Crash();
+    Start();
     program.patch = {};
     program.engine = {};
     ExpectRecovery(mine, Answer::Yes);
@@ -388,7 +316,7 @@ TEST_F(FileCommandsTest, PatchesInWadsAreOpenedSavedAndPutThere) {
     program.settings.Number("patchRules", static_cast<int>(RulesSetting::Engine));
     rules = Rules::Engine;
     const auto wad = [](std::string_view first, std::string_view second) {
-        return test::WadBytes({{"DEHACKED", std::string(first)}, {"MAP01", "x"}, {"DEHACKED", std::string(second)}});
+        return WadBytes({{"DEHACKED", std::string(first)}, {"MAP01", "x"}, {"DEHACKED", std::string(second)}});
     };
     dialogs.Expect("Open a patch", "DEHACKED#1");
     const std::string file = Open("two.wad", wad(oddPatch, normalPatch));
@@ -407,7 +335,7 @@ TEST_F(FileCommandsTest, PatchesInWadsAreOpenedSavedAndPutThere) {
     notifier.Expect(MessageKind::Exclamation, file + " is a WAD. File, Put into WAD... puts the patch into it.");
     EXPECT_FALSE(commands->SaveAs());
 
-    const std::string empty = test::WadBytes({{"MAP01", "x"}});
+    const std::string empty = WadBytes({{"MAP01", "x"}});
     notifier.Expect((folder / "none.wad").string() + " holds no patch. Do you want to add one?", Answer::Yes);
     const std::string none = Open("none.wad", empty);
     EXPECT_TRUE(program.patch.changed);
@@ -465,225 +393,5 @@ TEST_F(FileCommandsTest, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
     EXPECT_TRUE(FileExists(mine));
 }
 
-TEST_F(FileCommandsTest, UnsavedWorkOfARunThatCrashedIsOffered) {
-    for (const std::string mode : {"doom19", "mbf19"}) {
-        engine = mode;
-        commands->createNewFile();
-        for (PatchSet* set : {&program.patch.defaults, &program.patch.current}) { // as a loaded table may have it
-            set->things[3].mass = 77;
-            set->cheats.emplace_back();
-        }
-        Edit();
-        edits.Store({RecordKind::Sound, 1, RowOf(&SoundRecord::value)}, 77);
-        edits.Store({RecordKind::String, 0, textField}, std::string("a\\n\xe9\n"));
-        edits.Store({RecordKind::Par, 0, listField}, std::vector<ParRecord>{{1, 2, 95}, {0, 3, 40}});
-        commands->KeepRecovery();
-        const PatchSet lost = program.patch.current, standard = program.patch.defaults;
-        recovery = nullptr; // the crash: nothing is forgotten, only the lock is gone
-
-        Program next(notifier);
-        static_cast<Environment&>(next).programFolder = program.programFolder;
-        next.settingsFolder = program.settingsFolder;
-        next.engines = program.engines;
-        next.settings.AddIwad("Test", (folder / "test.wad").string());
-        Edits nextEdits(next.patch);
-        Recovery nextRecovery(next.settingsFolder);
-        FileCommands nextCommands(next, nextEdits, dialogs, nextRecovery, {});
-        ExpectRecovery(program.patch.fileName.string(), Answer::Yes);
-        EXPECT_TRUE(nextCommands.OfferRecovery()) << mode;
-        EXPECT_EQ(next.patch.current, lost) << mode;
-        EXPECT_EQ(next.patch.defaults, standard) << mode;
-        EXPECT_TRUE(next.patch.changed);
-        EXPECT_EQ(next.patch.named, program.patch.named);
-        EXPECT_TRUE(Recovery(next.settingsFolder).Kept(true).empty()) << "the files of a running program are its own";
-        nextRecovery.Forget();
-        EXPECT_FALSE(nextCommands.OfferRecovery());
-        edits.Clear();
-        recovery = std::make_unique<Recovery>(program.settingsFolder);
-        commands = std::make_unique<FileCommands>(program, edits, dialogs, *recovery,
-                                                  [this](const PatchToOpen* patch) { return ChooseSession(patch); });
-    }
-}
-
-TEST_F(FileCommandsTest, UnsavedWorkHoldsTheRecordsThatAPatchMade) {
-    Session session;
-    session.engine = test::SmallId24Engine();
-    PatchData patch = test::SmallPatch(session.engine);
-    session.patch.defaults = patch.defaults;
-    auto document = std::make_shared<PatchDocument>();
-    ASSERT_TRUE(
-        document
-            ->Read("# mine\nFrame 70\nDuration = 3\n\nThing 2000000000 (A)\n\nFrame 71\n\n[SPRITES]\n77 = ABCD\n",
-                   session.engine, patch.defaults, patch.current)
-            .status);
-    patch.document = document;
-    Edits made(patch);
-    made.Store({RecordKind::State, 70, codePointerField}, 2);
-    made.Store({RecordKind::Thing, 1999999999, RowOf(&ThingRecord::mass)}, 5);
-    made.Store({RecordKind::Thing, 1, RowOf(&ThingRecord::splashGroup)}, 6); // which not every engine has
-    made.Store({RecordKind::Thing, test::firstNegative, TextCell(0)}, "USER_X");
-    made.Store({RecordKind::Weapon, test::firstNegative, RowOf(&WeaponRecord::slot)}, 6);
-    made.RemoveRecords(RecordKind::State, {71}, "frames");
-    made.MakeRecord(RecordKind::Sound, 2147483647);
-    made.Store({RecordKind::Music, 3, lumpNameField}, "tune");
-    made.Store({RecordKind::Misc, 0, helperField}, 4);
-    const std::filesystem::path other = folder / "made";
-    std::filesystem::create_directory(other);
-    ASSERT_TRUE(Recovery(other).Keep(patch, session.engine, std::nullopt, 1));
-    const std::vector<KeptWork> kept = Recovery(other).Kept(false);
-    ASSERT_EQ(kept.size(), 1U);
-    ASSERT_TRUE(kept[0].patch && ApplyRecovered(*kept[0].patch, session));
-    EXPECT_EQ(session.patch.current, patch.current);
-    EXPECT_EQ(session.patch.defaults, patch.defaults);
-    EXPECT_EQ(session.patch.document->Bytes(), document->Bytes());
-}
-
-TEST_F(FileCommandsTest, RecoveredWorkIsSavedUnaskedOnlyOverThePatchThatItCameFrom) {
-    const std::string mine = Open("mine.deh", normalPatch);
-    Edit();
-    commands->KeepRecovery();
-    recovery = nullptr;
-    commands = nullptr;
-    const std::string kept = ReadFile(program.settingsFolder / "recovery-0.dat");
-    const auto time = std::filesystem::last_write_time(mine);
-    std::string noPatch = normalPatch;
-    noPatch.replace(noPatch.find("Patch format = 6"), 16, "Patch format = 5");
-    const struct {
-        const char* what;
-        std::string now;
-        bool sameTime, asks;
-    } rows[]{{"as it was", normalPatch, true, false},
-             {"written meanwhile", normalPatch, false, true},
-             {"no patch, though a forged file knows its time and size", noPatch, true, true},
-             {"gone", {}, true, true}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        WriteFile(program.settingsFolder / "recovery-0.dat", kept);
-        WriteFile(mine, row.now);
-        std::filesystem::last_write_time(mine, row.sameTime ? time : time + std::chrono::seconds(2));
-        if (row.now.empty())
-            std::filesystem::remove(mine);
-        Recovery next(program.settingsFolder);
-        FileCommands nextCommands(program, edits, dialogs, next, {});
-        ExpectRecovery(mine, Answer::Yes);
-        EXPECT_TRUE(nextCommands.OfferRecovery());
-        if (row.asks)
-            dialogs.Expect("Save patch file", "");
-        EXPECT_EQ(nextCommands.Save(), !row.asks);
-        next.Forget();
-    }
-}
-
-TEST_F(FileCommandsTest, AQuestionAboutRecoveryThatIsOnlyClosedIsAskedAgain) {
-    const std::string mine = Open("mine.deh", normalPatch);
-    Edit();
-    commands->KeepRecovery();
-    recovery = nullptr;
-    commands = nullptr;
-    WriteFile(program.settingsFolder / "recovery-0.lock", ""); // as a power cut may leave it
-    for (int start = 0; start < 2; ++start) {
-        Recovery next(program.settingsFolder);
-        FileCommands nextCommands(program, edits, dialogs, next, {});
-        static_cast<Session&>(program) = {};
-        ExpectRecovery(mine, Answer::Cancel);
-        EXPECT_FALSE(nextCommands.OfferRecovery());
-        ASSERT_EQ(next.Kept(true).size(), 1U) << "and can be opened meanwhile";
-        EXPECT_TRUE(nextCommands.OpenKept(next.Kept(true).front()));
-        EXPECT_EQ(program.patch.current.things[11].hitPoints, 999);
-        EXPECT_TRUE(next.Kept(true).empty());
-    }
-}
-
-TEST_F(FileCommandsTest, UnsavedWorkThatFitsNoEngineIsPutAside) {
-    commands->createNewFile();
-    Edit();
-    commands->KeepRecovery();
-    recovery = nullptr;
-    program.engines.clear();
-    Recovery next(program.settingsFolder);
-    FileCommands nextCommands(program, edits, dialogs, next, {});
-    ExpectRecovery(program.patch.fileName.string(), Answer::Yes);
-    notifier.Expect(
-        MessageKind::Exclamation,
-        "The unsaved changes do not fit the engine configurations and IWADs that are there now. They stay in " +
-            (program.settingsFolder / "recovery-1.dat.kept").string() + "; File, Recovered work... opens them.");
-    EXPECT_FALSE(nextCommands.OfferRecovery());
-    next.Forget();
-    EXPECT_TRUE(FileExists(program.settingsFolder / "recovery-1.dat.kept"));
-    EXPECT_FALSE(nextCommands.OfferRecovery()) << "it is offered once";
-    commands = nullptr;
-}
-
-TEST_F(FileCommandsTest, ADamagedRecoveryFileIsToldAndBlocksNoPlace) {
-    recovery = nullptr;
-    for (const char* name : {"recovery-0.dat.kept", "recovery-0.dat.2.kept"}) {
-        WriteFile(program.settingsFolder / "recovery-0.dat", "12\nnonsense");
-        Recovery next(program.settingsFolder);
-        FileCommands nextCommands(program, edits, dialogs, next, {});
-        notifier.Expect(MessageKind::Exclamation, "Plinket3 did not end as it should. The file with its unsaved "
-                                                  "changes is damaged and stays as " +
-                                                      (program.settingsFolder / name).string() + ".");
-        EXPECT_FALSE(nextCommands.OfferRecovery());
-        EXPECT_EQ(ReadFile(program.settingsFolder / name), "12\nnonsense");
-    }
-    commands = nullptr;
-}
-
-TEST_F(FileCommandsTest, TheRecoveryFileIsWrittenAfterEditsOnlyAndAFailureIsToldOnce) {
-    std::vector<std::string> told;
-    QObject::connect(commands.get(), &FileCommands::StatusText,
-                     [&told](const QString& text) { told.push_back(text.toStdString()); });
-    Open("mine.deh", normalPatch);
-    Edit();
-    const std::filesystem::path file = program.settingsFolder / "recovery-0.dat";
-    commands->KeepRecovery();
-    WriteFile(file, "untouched");
-    commands->KeepRecovery();
-    EXPECT_EQ(ReadFile(file), "untouched");
-    edits.Store({RecordKind::Thing, 11, RowOf(&ThingRecord::speed)}, 7);
-    commands->KeepRecovery();
-    EXPECT_NE(ReadFile(file), "untouched");
-
-    std::filesystem::remove(file);
-    std::filesystem::create_directory(file); // nothing can be written there
-    edits.Undo();
-    told.clear();
-    commands->KeepRecovery();
-    commands->KeepRecovery();
-    EXPECT_EQ(told, std::vector<std::string>{"The recovery file could not be written: is a folder"});
-    std::filesystem::remove(file);
-    commands->KeepRecovery();
-    EXPECT_TRUE(FileExists(file)) << "it is tried again";
-    std::filesystem::remove(file);
-    std::filesystem::create_directory(file);
-    edits.Redo();
-    commands->KeepRecovery();
-    EXPECT_EQ(told.size(), 2U);
-    std::filesystem::remove(file);
-}
-
-TEST_F(FileCommandsTest, SavingAndGivingUpRemoveTheRecoveryFile) {
-    Open("mine.deh", normalPatch);
-    const auto kept = [this] {
-        commands->KeepRecovery();
-        return FileExists(program.settingsFolder / "recovery-0.dat");
-    };
-    Edit();
-    EXPECT_TRUE(kept());
-    edits.Undo();
-    EXPECT_TRUE(commands->MayClose());
-    EXPECT_FALSE(kept()) << "what it held was undone";
-    Edit();
-    EXPECT_TRUE(kept());
-    EXPECT_TRUE(commands->Save());
-    EXPECT_FALSE(kept());
-    edits.Undo();
-    EXPECT_TRUE(kept());
-    notifier.Expect("The file " + (folder / "mine.deh").string() + " has been changed. Do you want to save it?",
-                    Answer::No);
-    EXPECT_TRUE(commands->MayClose());
-    EXPECT_FALSE(FileExists(program.settingsFolder / "recovery-0.dat"));
-}
-
 } // namespace
-} // namespace plinket3
+} // namespace plinket3::test

@@ -21,6 +21,7 @@
 #include <QToolButton>
 #include <QTreeView>
 
+#include <algorithm>
 #include <map>
 
 namespace plinket3::test {
@@ -63,6 +64,15 @@ protected:
                 return pages.tabText(page).toStdString();
             }
         return "none";
+    }
+    void OpenThing(int thing) {
+        auto& things = Open<frmEditThings>();
+        things.ShowCell({RecordKind::Thing, thing, existsField});
+        window = &things;
+    }
+    void OpenWeapon(int weapon) {
+        window = &Open<frmEditWeapons>();
+        ClickRow(Find<QListView>(*window, "lstWeapons"), weapon);
     }
     // States
     void OpenStates() {
@@ -136,7 +146,7 @@ TEST_F(LaterFieldsTest, InAWideThingEditorTheyStandBesideTheOthers) {
     const auto& extra = Find<QTabWidget>(*window, "tabExtra");
     const auto placeAt = [&](int width) {
         window->resize(width, 900);
-        QApplication::processEvents();
+        QTest::qWait(20); // it is laid out in several rounds
         const auto corner = [this](const QWidget& widget) { return widget.mapTo(window, QPoint()); };
         const QPoint sound = corner(Box("txtActionSoundN"));
         return corner(extra).y() > sound.y() ? "below" : corner(extra).x() > sound.x() ? "beside" : "over them";
@@ -152,14 +162,13 @@ TEST_F(LaterFieldsTest, TypedValuesAreStoredOrRefusedWithAWord) {
     edits.Clear();
     program.patch.defaults = program.patch.current;
     std::map<RecordKind, EditorWindow*> windows;
-    windows[RecordKind::Thing] = &Open<frmEditThings>();
-    windows[RecordKind::Weapon] = &Open<frmEditWeapons>();
+    OpenThing(imp);
+    windows[RecordKind::Thing] = window;
+    OpenWeapon(shotgun);
+    windows[RecordKind::Weapon] = window;
     OpenStates();
     windows[RecordKind::State] = window;
-    static_cast<frmEditThings*>(windows[RecordKind::Thing])->ShowCell({RecordKind::Thing, imp, existsField});
     Select(walking);
-    window = windows[RecordKind::Weapon];
-    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
     for (const TypedCase& row : typedCases) {
         SCOPED_TRACE(std::string(row.box) + " " + row.typed);
         window = windows[row.cell.kind];
@@ -190,8 +199,7 @@ TEST_F(LaterFieldsTest, TypedValuesAreStoredOrRefusedWithAWord) {
 }
 
 TEST_F(LaterFieldsTest, AnEmptyBoxOrItsMenuUnsets) {
-    window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
+    OpenThing(imp);
     Type(Box("txtSplashGroup"), "7");
     EXPECT_TRUE(Box("txtSplashGroup").toolTip().endsWith("Default: unset"));
     Type(Box("txtSplashGroup"), "\b");
@@ -209,8 +217,7 @@ TEST_F(LaterFieldsTest, AnEmptyBoxOrItsMenuUnsets) {
 }
 
 TEST_F(LaterFieldsTest, FastSpeedsFollowTheProjectileBit) {
-    window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, ball, existsField});
+    OpenThing(ball);
     EXPECT_EQ(Box("txtFastSpeed").text(), "20");
     const auto bits = std::get<std::int32_t>(Thing(ball, &ThingRecord::bits));
     auto& flags = Find<QTreeView>(*window, "trvFlags");
@@ -227,8 +234,7 @@ TEST_F(LaterFieldsTest, FastSpeedsFollowTheProjectileBit) {
 }
 
 TEST_F(LaterFieldsTest, OneFilterNarrowsTheOldFlagsAndTheNew) {
-    window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
+    OpenThing(imp);
     auto& flags = Find<QTreeView>(*window, "trvFlags");
     const QAbstractItemModelTester tester(flags.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     const auto listed = [&flags] {
@@ -288,8 +294,7 @@ TEST_F(LaterFieldsTest, EnginesShowOnlyTheFieldsThatTheyHave) {
 
 TEST_F(LaterFieldsTest, WhatComesAfterIsInFormsOfTheSameMake) {
     LoadEngine("id24");
-    window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
+    OpenThing(imp);
     EXPECT_EQ(Page("txtPickupSound"), "Pickup");
     EXPECT_EQ(Page("txtRespawnDice"), "ID24");
     EXPECT_EQ(Box("txtSelfDamageFactor").text(), "1");
@@ -297,20 +302,23 @@ TEST_F(LaterFieldsTest, WhatComesAfterIsInFormsOfTheSameMake) {
     EXPECT_EQ(Thing(imp, &ThingRecord::respawnDice), CellValue(25));
     Type(Box("txtFlagFilter"), "respawn");
     EXPECT_EQ(Find<QTreeView>(*window, "trvFlags").model()->rowCount(), 1) << "NORESPAWN";
-    window = &Open<frmEditWeapons>();
-    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
+    OpenWeapon(shotgun);
     auto& owned = Find<QComboBox>(*window, "cmbInitialOwned");
     EXPECT_EQ(owned.count(), 2) << "it is never unset";
     owned.setFocus();
     QTest::keyClick(&owned, Qt::Key_Down);
     EXPECT_EQ(Current().weapons[shotgun].initialOwned, 1);
     UndoAll();
+    constexpr int roomOfEditors = 600; // on a screen of 768 lines
+    for (const EditorWindow* editor : {window, static_cast<EditorWindow*>(&Open<frmEditAmmo>())}) {
+        QApplication::processEvents();
+        EXPECT_LE(editor->minimumSizeHint().height(), roomOfEditors) << editor->objectName().toStdString();
+    }
 }
 
 TEST_F(LaterFieldsTest, NamesAreTypedInUpperCaseRefusedPickedAndUnset) {
     LoadEngine("id24");
-    window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
+    OpenThing(imp);
     const ::plinket3::Cell translation{RecordKind::Thing, imp, translationField};
     const ::plinket3::Cell message{RecordKind::Thing, imp, pickupMessageField};
     Page("txtTranslation");
@@ -348,34 +356,10 @@ TEST_F(LaterFieldsTest, NamesAreTypedInUpperCaseRefusedPickedAndUnset) {
     Select(walking);
     Type(Box("txtTranmap"), "glass");
     EXPECT_EQ(edits.Value({RecordKind::State, walking, tranmapField}), CellValue("GLASS"));
-    window = &Open<frmEditWeapons>();
-    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
+    OpenWeapon(shotgun);
     Type(Box("txtCarouselIcon"), "smshot");
     EXPECT_EQ(edits.Value({RecordKind::Weapon, shotgun, carouselIconField}), CellValue("SMSHOT"));
     UndoAll();
-}
-
-TEST_F(LaterFieldsTest, WeaponsAndAmmoFitOnSmallScreens) {
-    constexpr int roomOfEditors = 600; // on a screen of 768 lines
-    LoadEngine("id24");
-    for (EditorWindow* editor :
-         {static_cast<EditorWindow*>(&Open<frmEditWeapons>()), static_cast<EditorWindow*>(&Open<frmEditAmmo>())}) {
-        QApplication::processEvents();
-        EXPECT_LE(editor->minimumSizeHint().height(), roomOfEditors) << editor->objectName().toStdString();
-    }
-}
-
-TEST_F(LaterFieldsTest, StringsArePickedByKeyOrText) {
-    LoadEngine("id24");
-    frmSelectRecord dialog(program, RecordKind::String, links.thumbnails, nullptr);
-    const ModalDriver driver("frmSelectString", [](QDialog& picker) {
-        Type(Find<QLineEdit>(picker, "txtFilter"), "GOTARMOR");
-        ClickRow(Find<QListView>(picker, "lstRecords"), 0);
-        AcceptOrGiveUp(picker);
-    });
-    const auto chosen = dialog.Choose(0);
-    ASSERT_TRUE(chosen);
-    EXPECT_EQ(program.engine.strings[static_cast<std::size_t>(*chosen)].mnemonic, "GOTARMOR");
 }
 
 TEST_F(LaterFieldsTest, AmountsAndItemsAreEditedByWhatTheyStandFor) {
@@ -400,8 +384,7 @@ TEST_F(LaterFieldsTest, AmountsAndItemsAreEditedByWhatTheyStandFor) {
     EXPECT_EQ(Box("txtBoxAmmo").placeholderText(), "unset") << "other numbers for other kinds";
     UndoAll();
 
-    window = &Open<frmEditWeapons>();
-    ClickRow(Find<QListView>(*window, "lstWeapons"), shotgun);
+    OpenWeapon(shotgun);
     auto& type = Find<QComboBox>(*window, "cmbAmmoType");
     type.setFocus();
     QTest::keyClicks(&type, "Fuel");
@@ -412,8 +395,7 @@ TEST_F(LaterFieldsTest, AmountsAndItemsAreEditedByWhatTheyStandFor) {
     EXPECT_EQ(type.currentText(), "No Ammo");
     UndoAll();
 
-    window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
+    OpenThing(imp);
     Page("txtPickupSound");
     auto& weapon = Find<QComboBox>(*window, "cmbPickupWeaponType");
     EXPECT_EQ(weapon.currentText(), "-1: none");
@@ -431,8 +413,7 @@ TEST_F(LaterFieldsTest, AmountsAndItemsAreEditedByWhatTheyStandFor) {
 }
 
 TEST_F(LaterFieldsTest, ReferencesAreDescribedBroughtUpPlayedAndPicked) {
-    window = &Open<frmEditThings>();
-    static_cast<frmEditThings*>(window)->ShowCell({RecordKind::Thing, imp, existsField});
+    OpenThing(imp);
     EXPECT_EQ(Text("lblDroppedItem"), "-");
     links.pickedRecord = 63;
     Click("cmdDroppedItemBrowse");
@@ -449,7 +430,7 @@ TEST_F(LaterFieldsTest, ReferencesAreDescribedBroughtUpPlayedAndPicked) {
     EXPECT_EQ(links.calls.back(), "play sound 5");
     ClickLink("lblRipSound");
     EXPECT_EQ(links.calls.back(), "show sound 5");
-    edits.StoreGroup({{{RecordKind::Thing, imp, RowOf(&ThingRecord::droppedItem)}, 9999}}, "as from a file");
+    edits.StoreGroup({{OfImp(&ThingRecord::droppedItem), 9999}}, "as from a file");
     EXPECT_EQ(Box("txtDroppedItem").text(), "9999");
     EXPECT_EQ(Text("lblDroppedItem"), "(none such)");
     Click("cmdDroppedItemBrowse");
@@ -512,7 +493,7 @@ TEST_F(LaterFieldsTest, BitsAndTruthsHaveTheirOwnBoxes) {
     EXPECT_EQ(full.currentText(), "1: yes");
     EXPECT_EQ(State(walking, &StateRecord::arg2), CellValue(1));
     EXPECT_TRUE(full.font().bold());
-    edits.Store({RecordKind::State, walking, RowOf(&StateRecord::arg2)}, 5);
+    edits.Store(OfState(&StateRecord::arg2), 5);
     EXPECT_EQ(full.currentIndex(), -1);
     EXPECT_EQ(full.placeholderText(), "5: yes");
     full.actions().front()->trigger();
@@ -577,7 +558,7 @@ TEST_F(LaterFieldsTest, OlderActionsTakeTheirArgumentsFromTheParameters) {
     EXPECT_EQ(Box("txtParameter1").text(), "0");
     EXPECT_TRUE(IsVisible("txtParameter1"));
     edits.Undo();
-    edits.StoreGroup({{{RecordKind::State, walking, RowOf(&StateRecord::unknown1)}, -70000}}, "as from a file");
+    edits.StoreGroup({{OfState(&StateRecord::unknown1), -70000}}, "as from a file");
     EXPECT_EQ(Box("txtUnknown1").text(), "-70000") << "what stands in a file is shown";
     UndoAll();
 }
@@ -585,7 +566,7 @@ TEST_F(LaterFieldsTest, OlderActionsTakeTheirArgumentsFromTheParameters) {
 TEST_F(LaterFieldsTest, FiltersAndFindLookIntoArguments) {
     OpenStates();
     SetAction(walking, "SpawnObject");
-    edits.Store({RecordKind::State, walking, RowOf(&StateRecord::arg1)}, ball + 1);
+    edits.Store(OfState(&StateRecord::arg1), ball + 1);
     const auto listed = [this] { return Find<QTableView>(*window, "lvwStates").model()->rowCount(); };
     Type(Box("txtFilter"), "imp fire");
     EXPECT_EQ(listed(), 1);
@@ -596,25 +577,29 @@ TEST_F(LaterFieldsTest, FiltersAndFindLookIntoArguments) {
     EXPECT_TRUE(static_cast<frmEditStates*>(window)->SelectedRow()) << "among the states of the imp";
 }
 
-TEST_F(LaterFieldsTest, PickersListThingsAndSoundsByNumberAndName) {
+TEST_F(LaterFieldsTest, PickersListThingsSoundsAndStringsByNumberNameOrKey) {
+    const auto isGotArmor = [](const auto& string) { return string.mnemonic == "GOTARMOR"; };
+    const auto& strings = program.engine.strings;
+    const auto gotArmor = static_cast<int>(std::ranges::find_if(strings, isGotArmor) - strings.begin());
     const struct {
+        const char* dialog;
         RecordKind kind;
         int start;
         const char *shown, *typed;
         int chosen;
-    } cases[]{{RecordKind::Thing, imp, "12  Imp", "imp fire", ball},
-              {RecordKind::Sound, 1, "1  pistol", "shotgn", 2},
-              {RecordKind::Thing, 100000, "", "12  imp", imp}};
+    } cases[]{{"frmSelectThing", RecordKind::Thing, imp, "12  Imp", "imp fire", ball},
+              {"frmSelectThing", RecordKind::Thing, 100000, "", "12  imp", imp},
+              {"frmSelectSound", RecordKind::Sound, 1, "1  pistol", "shotgn", 2},
+              {"frmSelectString", RecordKind::String, 0, "D_DEVSTR  Development mode ON.", "GOTARMOR", gotArmor}};
     for (const auto& row : cases) {
         SCOPED_TRACE(row.typed);
-        frmSelectRecord dialog(program, row.kind, links.thumbnails, nullptr);
-        const char* name = row.kind == RecordKind::Thing ? "frmSelectThing" : "frmSelectSound";
-        const ModalDriver driver(name, [&row](QDialog& picker) {
-            EXPECT_EQ(Find<QListView>(picker, "lstRecords").currentIndex().data().toString(), row.shown);
-            QTest::keyClicks(&Find<QLineEdit>(picker, "txtFilter"), row.typed);
-            AcceptOrGiveUp(picker);
+        frmSelectRecord picker(program, row.kind, links.thumbnails, nullptr);
+        const ModalDriver driver(row.dialog, [&row](QDialog& dialog) {
+            EXPECT_EQ(Find<QListView>(dialog, "lstRecords").currentIndex().data().toString(), row.shown);
+            QTest::keyClicks(&Find<QLineEdit>(dialog, "txtFilter"), row.typed);
+            AcceptOrGiveUp(dialog);
         });
-        EXPECT_EQ(dialog.Choose(row.start), row.chosen);
+        EXPECT_EQ(picker.Choose(row.start), row.chosen);
     }
 }
 

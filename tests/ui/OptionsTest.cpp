@@ -147,7 +147,7 @@ TEST_F(OptionsTest, PortsAreFoundChangedAndStoredWithOk) {
         std::filesystem::permissions(bin / name, std::filesystem::perms::owner_all);
     }
     const QByteArray path = qgetenv("PATH");
-    qputenv("PATH", bin.c_str());
+    qputenv("PATH", bin.string().c_str());
     options->updateControls();
     options->show();
     options->findChild<QTabWidget*>("tabOptions")->setCurrentIndex(2);

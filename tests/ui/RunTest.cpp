@@ -31,10 +31,12 @@ notes='%1'
 for word; do printf '[%s]' "$word"; done > "$notes/arguments.new"
 pwd > "$notes/folder"
 patch=
+log=
 do=
 while [ $# -gt 0 ]; do
     case "$1" in
     -deh) patch=$2; cp "$2" "$notes/patch" ;;
+    -dehout) log=$2 ;;
     -do) do=$2 ;;
     *testmap.wad) cp "$1" "$notes/map" ;;
     */plinket3-run-*/data.wad) cp "$1" "$notes/wad" ;;
@@ -47,6 +49,7 @@ warn) echo "$patch:6: warning: a strange number"; exec sleep 30 ;;
 fail) echo 'W_GetNumForName: NOSUCH not found!' >&2; echo >&2; exit 3 ;;
 crash) kill -SEGV $$ ;;
 flood) head -c 20000000 /dev/zero | tr '\0' 'x' ;;
+longlog) { echo "$patch:6: warning: a strange number"; head -c 20000000 /dev/zero | tr '\0' 'x'; } > "$log" ;;
 stay) sleep 1; echo 'still here'; echo yes > "$notes/stayed" ;;
 esac
 )";
@@ -235,6 +238,9 @@ TEST_F(RunTest, TellsWhatThePortSaysAndHowItEnds) {
          "Error|Fake||ended with exit code 3; the last that it printed: W_GetNumForName: NOSUCH not found!\n"},
         {"-do crash", "Fake crashed", "Error|Fake||crashed\n"},
         {"-do flood", "Fake ended", "Note|Fake||printed more than 1 MB; what came behind that was dropped\n"},
+        {"-do longlog", "Fake ended",
+         "Warning|Fake: Imp|6|a strange number\n"
+         "Note|Fake||wrote a log of more than 16 MB; what came behind that was not read\n"},
         {"-do nothing", "Fake ended", ""},
     };
     for (const auto& row : rows) {

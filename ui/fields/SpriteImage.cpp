@@ -56,20 +56,6 @@ void MakeGlass(QImage& image) {
                 image.setPixel(x, y, qRgba(qRed(colour), qGreen(colour), qBlue(colour), 255 * frontPercent / 100));
 }
 
-/// The one of the WADs, else one that is made and stays as long as the palette does: that takes a moment.
-std::string Translucency(const Session& session) {
-    if (const auto lump = session.wads.FindLump("TRANMAP"))
-        if (std::string map = lump->wad->ReadLumpString(lump->num, translucencySize + 1);
-            map.size() == translucencySize)
-            return map;
-    static std::string madeFor, made;
-    if (madeFor != session.palette || made.empty()) {
-        made = MakeTranslucency(PaletteOf(session));
-        madeFor = session.palette;
-    }
-    return made;
-}
-
 } // namespace
 
 SpriteImage PlainSprite(const Session& session, std::string_view sprite, int frame) {
@@ -134,12 +120,25 @@ SpriteImage GameSprite(const Session& session, std::string_view sprite, int fram
     return made;
 }
 
+std::string TranslucencyOf(const Session& session) {
+    if (const auto lump = session.wads.FindLump("TRANMAP"))
+        if (std::string map = lump->wad->ReadLumpString(lump->num, translucencySize + 1);
+            map.size() == translucencySize)
+            return map;
+    static std::string madeFor, made;
+    if (madeFor != session.palette || made.empty()) {
+        made = MakeTranslucency(PaletteOf(session));
+        madeFor = session.palette;
+    }
+    return made;
+}
+
 QImage GlassOver(const Session& session, const GamePicture& glass, QRgb behind) {
     const std::size_t row = std::size_t{NearestColour(PaletteOf(session), {static_cast<std::uint8_t>(qRed(behind)),
                                                                            static_cast<std::uint8_t>(qGreen(behind)),
                                                                            static_cast<std::uint8_t>(qBlue(behind))})} *
                             ColourMap().size();
-    const std::string map = Translucency(session);
+    const std::string map = TranslucencyOf(session);
     ColourMap colours{};
     std::transform(map.begin() + static_cast<std::ptrdiff_t>(row),
                    map.begin() + static_cast<std::ptrdiff_t>(row + colours.size()), colours.begin(),

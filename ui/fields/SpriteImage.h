@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace plinket3 {
@@ -32,7 +33,10 @@ SpriteImage PlainSprite(const Session& session, std::string_view sprite, int fra
 /// is translucent, or fuzzy, is drawn as over nothing.
 SpriteImage GameSprite(const Session& session, std::string_view sprite, int frame, int side, const GameLook& look = {},
                        int light = fullLight);
-/// What is translucent as a game draws it over one colour, by the lump TRANMAP, or one made of the palette.
+/// The lump TRANMAP of the WADs, else one that is made of the palette and stays as long as that does: it takes a
+/// moment.
+std::string TranslucencyOf(const Session& session);
+/// What is translucent as a game draws it over one colour of the palette.
 QImage GlassOver(const Session& session, const GamePicture& glass, QRgb behind);
 
 /// The picture of a frame, in the colours that it is drawn in; what is missing is told as in `SpriteImage`.

@@ -69,6 +69,13 @@ bool SpriteView::GamePictures(const Settings& settings) { return settings.Number
 
 void SpriteView::GamePictures(Settings& settings, bool wanted) { settings.Number(plainKey, wanted ? 0 : 1); }
 
+SpriteImage SpriteView::FromTheFront(const Session& session, const Settings& settings, std::string_view sprite,
+                                     std::int32_t frame, const GameLook& look) {
+    constexpr int front = 1;
+    return GamePictures(settings) ? GameSprite(session, sprite, frame, front, look)
+                                  : PlainSprite(session, sprite, frame);
+}
+
 void SpriteView::Redraw() { Draw(); }
 
 QString SpriteView::ShowSpriteFrame(std::int32_t sprite, std::int32_t frame) {

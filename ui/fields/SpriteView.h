@@ -35,6 +35,10 @@ public:
     static bool GamePictures(const Settings& settings);
     static void GamePictures(Settings& settings, bool wanted);
     void Redraw();
+    /// The picture of a sprite's frame (without the lit bit) from the front, as the settings want it; what
+    /// `look` tells is shown in pictures as in the game.
+    static SpriteImage FromTheFront(const Session& session, const Settings& settings, std::string_view sprite,
+                                    std::int32_t frame, const GameLook& look = {});
 
     /// Draws the lump that the sprite's frame (without the lit bit) has in the WADs and returns its name; draws no
     /// picture and returns an empty text when there is none or it is no picture.

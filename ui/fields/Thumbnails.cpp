@@ -2,7 +2,6 @@
 
 #include "patch/NewRecords.h"
 #include "ui/LatinText.h"
-#include "ui/fields/SpriteImage.h"
 #include "ui/fields/SpriteView.h"
 
 #include <algorithm>
@@ -17,7 +16,6 @@ constexpr std::string_view noneKey = "noThumbnails";
 /// 1 where those of states are to have no column for them.
 constexpr std::string_view noColumnKey = "noPictureColumn";
 constexpr qsizetype bytesOfEntry = 200; // beside its pixels
-constexpr int front = 1;
 
 /// Made smaller where it does not fit; a picture that fits has whole device pixels for each of its own.
 QImage Fitted(const QImage& image, int most, int wholeRatio) {
@@ -63,10 +61,7 @@ QPixmap Thumbnails::Of(const SpriteFrame& frame, qreal ratio) {
     const QString key = QStringLiteral("%1 %2 %3").arg(ShownText(frame.sprite)).arg(frame.frame).arg(ratio);
     if (const QPixmap* kept = cache_.object(key))
         return *kept;
-    const QImage image =
-        (SpriteView::GamePictures(program_.settings) ? GameSprite(program_, frame.sprite, frame.frame, front)
-                                                     : PlainSprite(program_, frame.sprite, frame.frame))
-            .image;
+    const QImage image = SpriteView::FromTheFront(program_, program_.settings, frame.sprite, frame.frame).image;
     QPixmap made;
     if (!image.isNull()) {
         made = QPixmap::fromImage(Fitted(image, static_cast<int>(side * ratio), std::max(1, static_cast<int>(ratio))));

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int screenWidth = 320, screenHeight = 200, statusBarHeight = 32;
 constexpr int front = 1;
+constexpr int lightLevel = 16; // of a sector's light
 
 /// Above the status bar a game sees half of that bar's height less of a weapon.
 constexpr int raised = statusBarHeight / 2;
@@ -22,6 +23,7 @@ SpriteImage WeaponScreen(const Session& session, std::int32_t weapon, std::int32
     GamePicture screen{screenWidth, screenHeight, 0, 0, std::vector<std::uint8_t>(pixels), std::vector<bool>(pixels)};
     const PatchSet& set = session.patch.current;
     const WeaponView view = ViewOfWeapon(set, session.engine, weapon, state);
+    light += view.light * lightLevel;
     SpriteImage made;
     for (const std::int32_t shown : {state, view.flash}) {
         const StateRecord* record = shown == 0 ? nullptr : set.states.Find(shown);

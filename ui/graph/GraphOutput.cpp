@@ -3,15 +3,17 @@
 #include "core/Files.h"
 #include "core/Paths.h"
 #include "ui/graph/GraphLegend.h"
+#include "ui/graph/SvgDevice.h"
 
 #include <QBuffer>
 #include <QImage>
+#include <QList>
 #include <QPainter>
 #include <QPrinter>
-#include <QSvgGenerator>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace plinket3 {
 
@@ -56,14 +58,25 @@ public:
         painter.setFont(Style().bold);
         painter.setPen(Style().text);
         painter.drawText(QRectF(margin, margin, drawn_.width(), Style().line), Qt::AlignLeft, title_);
-        const QRectF place(QPointF(margin, margin + titleHeight_), drawn_.size());
+        const QRectF place(Corner(), drawn_.size());
         if (const QRectF shown = place & part; !shown.isEmpty())
             scene_.render(&painter, shown, shown.translated(drawn_.topLeft() - place.topLeft()));
         painter.translate(place.bottomLeft());
         PaintLegend(&painter, scene_.Graph(), Style(), drawn_.width());
     }
 
+    QList<QRectF> Boxes() const {
+        constexpr QMarginsF frame(1, 1, 1, 1);
+        QList<QRectF> boxes;
+        for (std::size_t node = 0; node < scene_.Graph().nodes.size(); ++node) {
+            const GraphBox& box = *scene_.Box(node);
+            boxes.append(box.Box().translated(box.pos() - drawn_.topLeft() + Corner()) + frame);
+        }
+        return boxes;
+    }
+
 private:
+    QPointF Corner() const { return {margin, margin + titleHeight_}; }
     const GraphStyle& Style() const { return scene_.Style(); }
 
     GraphScene& scene_;
@@ -75,20 +88,12 @@ private:
     QSizeF size_;
 };
 
-/// Names of records may hold anything. The generator takes a title for XML, and no XML may hold control characters.
 QByteArray SvgOf(Sheet& sheet, const QString& title) {
-    QBuffer buffer;
-    QSvgGenerator generator;
-    generator.setOutputDevice(&buffer);
-    generator.setTitle(
-        QString(title).removeIf([](QChar each) { return each == u'<' || each == u'>' || each == u'&'; }));
-    generator.setResolution(static_cast<int>(screenDots));
-    generator.setSize(sheet.Size().toSize());
-    generator.setViewBox(QRectF(QPointF(), sheet.Size()));
-    QPainter painter(&generator);
+    SvgDevice device(sheet.Size(), title);
+    QPainter painter(&device);
     sheet.Paint(painter, sheet.Whole());
     painter.end();
-    return buffer.buffer().removeIf([](char each) { return each >= 0 && each < ' ' && each != '\n'; });
+    return device.Document();
 }
 
 /// Empty when there is no memory for it.
@@ -107,6 +112,20 @@ QByteArray PngOf(Sheet& sheet) {
 }
 
 } // namespace
+
+QList<double> PageEdges(double length, double room, const QList<std::pair<double, double>>& spans) {
+    QList<double> edges{0};
+    while (edges.back() + room < length) {
+        const double farthest = edges.back() + room;
+        double edge = farthest;
+        const auto cuts = [&edge](const auto& span) { return span.first < edge && edge < span.second; };
+        for (auto cut = std::ranges::find_if(spans, cuts); cut != spans.end(); cut = std::ranges::find_if(spans, cuts))
+            edge = cut->first;
+        edges.append(edge > farthest - room / 2 ? edge : farthest);
+    }
+    edges.append(edges.back() + room);
+    return edges;
+}
 
 Status ExportGraph(GraphScene& scene, const QString& title, const std::filesystem::path& file) {
     Sheet sheet(scene, title);
@@ -127,19 +146,24 @@ bool PrintGraph(GraphScene& scene, const QString& title, QPrinter& printer) {
     const double dots = printer.resolution() / screenDots;
     const double fitting = std::min(page.width() / size.width(), page.height() / size.height());
     const double scale = std::min(dots, std::max(fitting, smallestPrint * dots));
-    const auto pages = [scale](double length, double room) {
-        return std::max(1, static_cast<int>(std::ceil(length * scale / room - 0.01)));
-    };
-    const int across = pages(size.width(), page.width()), down = pages(size.height(), page.height());
-    for (int row = 0; row < down; ++row)
-        for (int column = 0; column < across; ++column) {
+    const QSizeF room = page / scale + QSizeF(0.01, 0.01); // what fits must not miss by rounding
+    QList<std::pair<double, double>> across, down;
+    for (const QRectF& box : sheet.Boxes()) {
+        across.append({box.left(), box.right()});
+        down.append({box.top(), box.bottom()});
+    }
+    const QList<double> columns = PageEdges(size.width(), room.width(), across),
+                        rows = PageEdges(size.height(), room.height(), down);
+    for (qsizetype row = 0; row + 1 < rows.size(); ++row)
+        for (qsizetype column = 0; column + 1 < columns.size(); ++column) {
             if (row + column > 0 && !printer.newPage())
                 return false;
+            const QRectF part(QPointF(columns[column], rows[row]), QPointF(columns[column + 1], rows[row + 1]));
             painter.save();
-            painter.translate(-column * page.width(), -row * page.height());
             painter.scale(scale, scale);
-            sheet.Paint(painter, QRectF(column * page.width() / scale, row * page.height() / scale,
-                                        page.width() / scale, page.height() / scale));
+            painter.translate(-part.topLeft());
+            painter.setClipRect(part);
+            sheet.Paint(painter, part);
             painter.restore();
         }
     return painter.end();

@@ -3,7 +3,10 @@
 #include "core/Status.h"
 #include "ui/graph/GraphScene.h"
 
+#include <QList>
+
 #include <filesystem>
+#include <utility>
 
 class QPrinter;
 
@@ -18,5 +21,9 @@ Status ExportGraph(GraphScene& scene, const QString& title, const std::filesyste
 /// Prints it on one page where that can be read, else on several beside and below each other. False when the printer
 /// does not take it.
 bool PrintGraph(GraphScene& scene, const QString& title, QPrinter& printer);
+
+/// Of a sheet of that length: where pages of that room begin, and where the last one ends. None cuts one of the spans
+/// (from, to), unless half a page would stay empty for that.
+QList<double> PageEdges(double length, double room, const QList<std::pair<double, double>>& spans);
 
 } // namespace plinket3

@@ -2,10 +2,11 @@
 
 #include "patch/CellText.h"
 #include "patch/StepNames.h"
+#include "patch/ThingLook.h"
 #include "ui/LatinText.h"
 #include "ui/fields/ActionText.h"
-#include "ui/fields/SpriteImage.h"
 #include "ui/fields/SpriteView.h"
+#include "ui/fields/Thumbnails.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QScopedValueRollback>
@@ -176,21 +177,21 @@ QString GraphScene::WarningsOf(const StateGraph::Node& node) const {
     return warnings.join(QLatin1Char(' '));
 }
 
-/// Of a thing that of its first state.
+/// Of a thing that of its first state; of a state as the thing looks whose graph it is.
 QImage GraphScene::PictureOf(const Target& target) const {
     const PatchSet& set = session_.patch.current;
-    const StateRecord* state = nullptr;
-    if (target.kind == TargetKind::State)
-        state = set.states.Find(target.number);
-    else if (const ThingRecord* thing = set.things.Find(target.number))
-        state = set.states.Find(thing->initialState);
-    if (state == nullptr)
+    const bool isThing = target.kind == TargetKind::Thing;
+    const ThingRecord* thing = nullptr;
+    if (isThing)
+        thing = set.things.Find(target.number);
+    else if (!graph_.entries.empty() && graph_.entries.front().field.kind == RecordKind::Thing)
+        thing = set.things.Find(graph_.entries.front().field.index);
+    const std::int32_t state = !isThing ? target.number : thing != nullptr ? thing->initialState : 0;
+    const auto [sprite, frame] = FrameOfState(set, state);
+    if (sprite.empty())
         return {};
-    const std::string_view sprite = set.SpriteName(state->sprite);
-    const int frame = state->subnumber & ~litBit;
-    return (SpriteView::GamePictures(settings_) ? GameSprite(session_, sprite, frame, 1)
-                                                : PlainSprite(session_, sprite, frame))
-        .image;
+    const GameLook look = LookOf(session_.engine, thing, *set.states.Find(state));
+    return SpriteView::FromTheFront(session_, settings_, sprite, frame, look).image;
 }
 
 void GraphScene::Dragged(std::size_t node) {

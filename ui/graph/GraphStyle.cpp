@@ -1,5 +1,6 @@
 #include "ui/graph/GraphStyle.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 
 namespace plinket3 {
@@ -14,9 +15,15 @@ QColor Between(const QColor& one, const QColor& other, double share) {
     return {mix(one.red(), other.red()), mix(one.green(), other.green()), mix(one.blue(), other.blue())};
 }
 
+/// As large as on the screen. A size in points would grow on printers, whose dots are more than the graph's units.
+QFont InPixels(QFont font) {
+    font.setPixelSize(QFontInfo(font).pixelSize());
+    return font;
+}
+
 } // namespace
 
-GraphStyle::GraphStyle(const QPalette& palette, const QFont& usual) : font(usual), bold(usual) {
+GraphStyle::GraphStyle(const QPalette& palette, const QFont& usual) : font(InPixels(usual)), bold(font) {
     text = palette.color(QPalette::Active, QPalette::Text);
     canvas = palette.color(QPalette::Active, QPalette::Base);
     box = palette.color(QPalette::Active, QPalette::Window);

@@ -51,11 +51,11 @@ QWidget* StateGraphDock::MakeContents() {
     head->addWidget(summary_, 1);
     head->addWidget(bar);
     auto* page = new QWidget;
+    page->setFocusProxy(view_);
     auto* layout = new QVBoxLayout(page);
     layout->addLayout(head);
     layout->addWidget(view_, 1);
     layout->addWidget(legend_);
-    setFocusProxy(view_);
     connect(scene_, &GraphScene::Chosen, this, &StateGraphDock::SelectState);
     connect(scene_, &GraphScene::Opened, this, &StateGraphDock::Open);
     return page;
@@ -84,14 +84,6 @@ void StateGraphDock::AddActions(QToolBar& bar) {
     bar.addSeparator();
     add("GraphExport", tr("Export..."), tr("Write it as a picture, SVG or PNG"), [this] { Export(); });
     add("GraphPrint", tr("Print..."), tr("Print it, or make a PDF of it"), [this] { Print(); });
-}
-
-void StateGraphDock::Toggle() {
-    if (isVisible() && view_->hasFocus())
-        return hide();
-    show();
-    raise();
-    view_->setFocus();
 }
 
 void StateGraphDock::Refresh() {
@@ -216,11 +208,15 @@ void StateGraphDock::Open(std::size_t node) {
     editors_.ShowRecord(*RecordKindOf(target.kind), target.number);
 }
 
+/// That of the record, as a file may be called.
+QString StateGraphDock::FileName() const {
+    return ShownStart(RecordName(program_.patch.current, record_->first, record_->second))
+        .replace(QLatin1Char('/'), QLatin1Char('-'));
+}
+
 void StateGraphDock::Export() {
-    QString name = ShownStart(RecordName(program_.patch.current, record_->first, record_->second));
-    name.replace(QLatin1Char('/'), QLatin1Char('-'));
-    const QString file =
-        dialogs_.SaveFile(tr("Export state graph"), QString::fromLatin1(pictureFilter), name + QStringLiteral(".svg"));
+    const QString file = dialogs_.SaveFile(tr("Export state graph"), QString::fromLatin1(pictureFilter),
+                                           FileName() + QStringLiteral(".svg"));
     if (file.isEmpty())
         return;
     if (const Status status = ExportGraph(*scene_, windowTitle(), StoredPath(file)); !status)
@@ -231,6 +227,7 @@ void StateGraphDock::Export() {
 
 void StateGraphDock::Print() {
     QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(FileName()); // by which a queue knows it, and a file is called
     const QRectF drawn = scene_->Drawn();
     printer.setPageOrientation(drawn.width() > drawn.height() ? QPageLayout::Landscape : QPageLayout::Portrait);
     QPrintDialog dialog(&printer, this);

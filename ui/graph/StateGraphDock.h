@@ -26,8 +26,6 @@ public:
     /// All must outlive the dock.
     StateGraphDock(const Program& program, Edits& edits, EditorSet& editors, FileDialogs& dialogs);
 
-    /// Shows the dock, if need be, and gives it the focus; hides it when it has the focus.
-    void Toggle();
     /// The patch or the engine is another now.
     void Refresh();
     /// Pictures look otherwise now.
@@ -47,6 +45,7 @@ private:
     QString Summary() const;
     void SelectState(std::size_t node);
     void Open(std::size_t node);
+    QString FileName() const;
     void Export();
     void Print();
 

@@ -2,10 +2,10 @@
 
 #include "core/Files.h"
 #include "core/PortCommand.h"
+#include "core/SystemFolders.h"
 #include "ui/LatinText.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -66,10 +66,12 @@ QString Tr(const char* text) { return QCoreApplication::translate("Ports", text)
 } // namespace
 
 std::vector<Settings::Port> FindPorts() {
-    const QString home = QDir::homePath();
-    const QStringList usualFolders{QStringLiteral("/usr/games"),     QStringLiteral("/usr/local/games"),
-                                   QStringLiteral("/usr/local/bin"), home + QStringLiteral("/.local/bin"),
-                                   home + QStringLiteral("/bin"),    QStringLiteral("/snap/bin")};
+    QStringList usualFolders;
+    for (const std::filesystem::path& folder : UsualGamePlaces().programs) {
+        usualFolders += ShownPath(folder);
+        for (const std::filesystem::path& below : FoldersIn(folder))
+            usualFolders += ShownPath(below);
+    }
     std::vector<Settings::Port> found;
     for (const KnownPort& known : KnownPorts())
         for (const QString& name : known.programs) {

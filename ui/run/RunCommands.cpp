@@ -36,7 +36,7 @@ constexpr const char* withoutPatchFile = "data.wad";
 /// Which no port complains about.
 constexpr std::string_view emptyPatch = "Patch File for DeHackEd v3.0\nDoom version = 21\nPatch format = 6\n";
 constexpr const char* logFile = "patch.log";
-constexpr std::uint64_t largestLog = 16'000'000;
+constexpr qint64 mostOfLog = 16'000'000;             // bytes
 constexpr int lookInterval = 1'000;                  // milliseconds between looks at what a running port has said
 constexpr std::int32_t toWeapon = 96, toThing = 224; // from the player to what is placed, without its radius
 
@@ -178,7 +178,7 @@ void RunCommands::Run(const RunChoice& choice) {
         return;
     const QString name = ShownPath(port->name);
     if (const QString fault = FaultOf(*port); !fault.isEmpty())
-        return Refuse(tr("Could not run %1: %2: %3").arg(name, ShownPath(PathOf(port->program)), fault));
+        return Refuse(tr("Could not run %1: %2: %3").arg(name, ShownPath(port->program), fault));
     std::vector<std::string> words, more;
     Status status = SplitWords(port->arguments, words);
     if (status)
@@ -246,7 +246,8 @@ void RunCommands::Run(const RunChoice& choice) {
             [this, running](int exitCode, bool crashed) { Ended(*running, exitCode, crashed); });
     auto* looks = new QTimer(run.get());
     connect(looks, &QTimer::timeout, this, [this, running, seen = qint64{0}]() mutable {
-        const qint64 size = running->run->Output().size() + QFileInfo(ShownPath(running->run->File(logFile))).size();
+        const qint64 ofLog = QFileInfo(ShownPath(running->run->File(logFile))).size();
+        const qint64 size = running->run->Output().size() + std::min(ofLog, mostOfLog + 1); // what follows is not read
         if (std::exchange(seen, size) != size)
             Report(*running);
     });
@@ -261,7 +262,8 @@ void RunCommands::Report(const Running& running, const std::vector<Finding>& mor
         return;
     const PortRun& run = *running.run;
     std::string log;
-    const Status read = ReadWholeFile(run.File(logFile), log, largestLog); // which not every port writes
+    bool cut = false;
+    const Status read = ReadStartOfFile(run.File(logFile), log, mostOfLog, cut); // which not every port writes
     log = run.Output().toStdString() + "\n" + log;
     const std::string file = "patch" + std::string(program_.engine.dialect.fileEnding);
     std::vector<Finding> findings =
@@ -269,6 +271,9 @@ void RunCommands::Report(const Running& running, const std::vector<Finding>& mor
     findings.insert(findings.end(), more.begin(), more.end());
     if (run.OutputIsCut())
         findings.push_back({0, "printed more than 1 MB; what came behind that was dropped", Severity::Odd, {}, {}});
+    if (cut)
+        findings.push_back(
+            {0, "wrote a log of more than 16 MB; what came behind that was not read", Severity::Odd, {}, {}});
     emit Reported(running.port, findings);
 }
 

@@ -11,7 +11,7 @@ namespace plinket3 {
 
 StatePlayer::StatePlayer(const Session& session, QObject* parent)
     : QObject(parent), session_(session), dice_([] { return QRandomGenerator::global()->bounded(certainChance); }),
-      walk_(session.patch.current, session.engine, [this] { return dice_(); }) {
+      walk_(session, [this] { return dice_(); }) {
     timer_.setTimerType(Qt::PreciseTimer);
     Speed(1);
     connect(&timer_, &QTimer::timeout, this, &StatePlayer::CatchUp);

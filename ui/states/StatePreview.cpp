@@ -41,18 +41,22 @@ void Tell(QToolButton& tool, const QString& what, const QKeySequence& key) {
     tool.setToolTip(QStringLiteral("%1 (%2)").arg(what, key.toString(QKeySequence::NativeText)));
 }
 
-struct OpenJump {
+struct OpenJumps {
     std::int32_t from = 0;
-    StateJump jump;
+    std::optional<StateJump> jump;
+    std::vector<EngineJump> engine;
 };
 /// Those that playing from a state may come to, and of which one can choose whether they are made.
-std::vector<OpenJump> OpenJumps(const Session& session, std::int32_t state) {
-    std::vector<OpenJump> jumps;
-    const PatchSet& set = session.patch.current;
-    for (const std::int32_t from : ReachOf(set, session.engine, state))
-        if (const auto jump = JumpOf(session.engine, *set.states.Find(from)); jump && jump->chance != certainChance)
-            jumps.push_back({from, *jump});
-    return jumps;
+std::vector<OpenJumps> JumpsOnTheWay(const Session& session, std::int32_t state, const std::optional<Target>& owner) {
+    std::vector<OpenJumps> all;
+    for (const std::int32_t from : ReachOf(session, state, owner)) {
+        const StateRecord& record = *session.patch.current.states.Find(from);
+        OpenJumps open{from, JumpOf(session.engine, record), EngineJumpsOf(session, record, owner)};
+        const bool certain = open.jump && open.jump->chance == certainChance;
+        if (!certain && (open.jump || !open.engine.empty()))
+            all.push_back(std::move(open));
+    }
+    return all;
 }
 
 /// What a run is like, before it is played.
@@ -115,6 +119,7 @@ StatePreview::StatePreview(const EditorContext& context, const QString& picture,
     cmbSpeed_->setCurrentIndex(usualSpeed);
     cmdJumps_->setObjectName(QStringLiteral("cmdJumps"));
     cmdJumps_->setText(tr("Jumps"));
+    cmdJumps_->setAccessibleName(cmdJumps_->text());
     cmdJumps_->setToolTip(tr("What to do where an action may jump to another state"));
     cmdJumps_->setPopupMode(QToolButton::InstantPopup);
     cmdJumps_->setFocusPolicy(Qt::StrongFocus);
@@ -146,6 +151,7 @@ StatePreview::StatePreview(const EditorContext& context, const QString& picture,
         bar->addWidget(control);
     bar->addStretch();
     auto* below = new QHBoxLayout;
+    lblTic_->setMinimumHeight(cmdJumps_->sizeHint().height()); // what stands below stays in its place without it
     below->addWidget(lblTic_, 1);
     below->addWidget(cmdJumps_);
     auto* layout = new QVBoxLayout(this);
@@ -217,14 +223,15 @@ void StatePreview::ShowState(std::optional<std::int32_t> state) {
 void StatePreview::Update() {
     const Program& program = context_.program;
     const std::int32_t first = state_.value_or(0);
-    straight_ = StraightRunFrom(program.patch.current, program.engine, first);
-    cmdJumps_->setVisible(!OpenJumps(program, first).empty());
+    if (state_ && runs_.empty() && !player_->IsPlaying())
+        owner_ = OwnerOfState(program.patch.current, program.engine, *state_);
+    player_->Walk().Owner(owner_);
+    straight_ = StraightRunFrom(program, first);
+    cmdJumps_->setVisible(!JumpsOnTheWay(program, first, owner_).empty());
     if (player_->IsPlaying())
         return; // the next state shows what is stored now
     lblTic_->setText(first != 0 ? RunText(straight_) : QString());
     if (state_) {
-        if (runs_.empty())
-            owner_ = OwnerOfState(program.patch.current, program.engine, *state_);
         Draw(*state_);
     } else {
         picture_->Clear();
@@ -246,9 +253,8 @@ bool StatePreview::Begin() {
     if (!state_)
         return false;
     Update();
-    const PatchSet& set = context_.program.patch.current;
     QRect stage;
-    for (const std::int32_t state : ReachOf(set, context_.program.engine, *state_))
+    for (const std::int32_t state : ReachOf(context_.program, *state_, owner_))
         stage |= picture_->PlaceOfState(state);
     picture_->Stage(stage);
     const auto thing = owner_ && owner_->kind == TargetKind::Thing ? std::optional(owner_->number) : std::nullopt;
@@ -304,36 +310,43 @@ void StatePreview::ShowTic() {
         lblTic_->setText(tr("Jumped, tic %1").arg(tic));
 }
 
-/// For each state that may jump one of three is chosen; where only a game knows whether it jumps, one of two.
+/// For each state that may jump one of several is chosen; by chance only where there is one.
 void StatePreview::FillJumps() {
     QMenu& menu = *cmdJumps_->menu();
     qDeleteAll(menu.findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
     const Program& program = context_.program;
     const PatchSet& set = program.patch.current;
-    for (const OpenJump& open : OpenJumps(program, state_.value_or(0))) {
-        const std::int32_t state = open.from;
-        const StateJump& jump = open.jump;
+    for (const auto& [from, jump, engine] : JumpsOnTheWay(program, state_.value_or(0), owner_)) {
+        const std::int32_t state = from;
         const StateRecord& record = *set.states.Find(state);
         QMenu* choices = menu.addMenu(
             tr("%1 in state %2").arg(ShownText(program.engine.ActionOf(record.codePointer)->mnemonic)).arg(state));
         choices->setObjectName(QStringLiteral("jump%1").arg(state));
         auto* group = new QActionGroup(choices);
-        const AtJump chosen = player_->Walk().Choice(state);
-        const auto add = [&](const char* name, const QString& text, AtJump choice, bool checked) {
+        const JumpChoice usual{jump && jump->chance ? AtJump::ByChance : AtJump::GoOn};
+        const JumpChoice walked = player_->Walk().Choice(state);
+        const JumpChoice chosen = walked.at == AtJump::ByChance ? usual : walked;
+        const auto add = [&](const QString& name, const QString& text, JumpChoice choice) {
             QAction* action = choices->addAction(text);
-            action->setObjectName(QString::fromLatin1(name));
+            action->setObjectName(name);
             action->setCheckable(true);
-            action->setChecked(checked);
+            action->setChecked(choice == chosen);
             group->addAction(action);
             connect(action, &QAction::triggered, player_,
                     [this, state, choice] { player_->Walk().Choose(state, choice); });
         };
-        if (jump.chance)
-            add("byChance", tr("By chance (%1 of %2)").arg(*jump.chance).arg(certainChance), AtJump::ByChance,
-                chosen == AtJump::ByChance);
-        add("goOn", tr("Go on"), AtJump::GoOn, chosen == AtJump::GoOn || (!jump.chance && chosen == AtJump::ByChance));
-        add("jump", tr("Jump to %1 (%2)").arg(jump.target).arg(StateLabelText(set, jump.target)), AtJump::Jump,
-            chosen == AtJump::Jump);
+        const auto to = [&set](std::int32_t target) {
+            return tr("Jump to %1 (%2)").arg(target).arg(StateLabelText(set, target));
+        };
+        if (jump && jump->chance)
+            add(QStringLiteral("byChance"), tr("By chance (%1 of %2)").arg(*jump->chance).arg(certainChance),
+                {AtJump::ByChance});
+        add(QStringLiteral("goOn"), tr("Go on"), {AtJump::GoOn});
+        if (jump)
+            add(QStringLiteral("jump"), to(jump->target), {AtJump::Jump});
+        for (const EngineJump& each : engine)
+            add(QStringLiteral("engine%1").arg(each.target), tr("%1: %2").arg(to(each.target), ShownText(each.when)),
+                {AtJump::Engine, each.target});
     }
 }
 
