@@ -13,6 +13,8 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 
+#include <filesystem>
+
 namespace plinket3 {
 
 namespace {
@@ -51,6 +53,17 @@ int QtFileDialogs::Choose(const QString& title, const QString& prompt, const QSt
     return chosen ? static_cast<int>(rows.indexOf(row)) : -1;
 }
 
+QString QtFileDialogs::StartFolder() const {
+    std::filesystem::path folder = PathOf(settings_.Text(lastFolderKey));
+    std::error_code ignored;
+    while (!std::filesystem::is_directory(folder, ignored)) {
+        if (!folder.has_relative_path())
+            return {};
+        folder = folder.parent_path();
+    }
+    return ShownPath(folder);
+}
+
 QString QtFileDialogs::Remember(const QString& file) {
     if (!file.isEmpty())
         settings_.Text(lastFolderKey, QFileInfo(file).absolutePath().toStdString());
@@ -58,13 +71,11 @@ QString QtFileDialogs::Remember(const QString& file) {
 }
 
 QString QtFileDialogs::OpenFile(const QString& title, const QString& filter) {
-    return Remember(QFileDialog::getOpenFileName(FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)),
-                                                 ToolkitFilter(filter)));
+    return Remember(QFileDialog::getOpenFileName(FrontWindow(), title, StartFolder(), ToolkitFilter(filter)));
 }
 
 QStringList QtFileDialogs::OpenFiles(const QString& title, const QString& filter) {
-    QStringList files = QFileDialog::getOpenFileNames(FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)),
-                                                      ToolkitFilter(filter));
+    QStringList files = QFileDialog::getOpenFileNames(FrontWindow(), title, StartFolder(), ToolkitFilter(filter));
     if (!files.isEmpty())
         Remember(files.constFirst());
     for (QString& file : files)
@@ -73,7 +84,7 @@ QStringList QtFileDialogs::OpenFiles(const QString& title, const QString& filter
 }
 
 QString QtFileDialogs::SaveFile(const QString& title, const QString& filter, const QString& proposed) {
-    QFileDialog dialog(FrontWindow(), title, ShownPath(settings_.Text(lastFolderKey)), ToolkitFilter(filter));
+    QFileDialog dialog(FrontWindow(), title, StartFolder(), ToolkitFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // a desktop's own dialog asks before the suffix is there

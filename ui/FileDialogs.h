@@ -39,6 +39,8 @@ public:
     int Choose(const QString& title, const QString& prompt, const QStringList& rows) override;
 
 private:
+    /// Of a folder that is gone, the nearest above it that is there; empty when there is none.
+    QString StartFolder() const;
     QString Remember(const QString& file);
 
     Settings& settings_;

@@ -2,6 +2,7 @@
 #include "core/modConfig.h"
 #include "tests/support/TestSupport.h"
 #include "tests/ui/ModalDriver.h"
+#include "ui/LatinText.h"
 #include "ui/QtNotifier.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <QLineEdit>
 
 #include <optional>
+#include <utility>
 
 namespace plinket3 {
 namespace {
@@ -55,6 +57,30 @@ TEST(FileDialogs, AFileThatExistsIsAskedAboutUnderTheNameThatItWillHave) {
         EXPECT_EQ(dialogs.SaveFile("Save patch file", "Dehacked files (*.deh)|*.deh", {}).toStdString(),
                   (folder / row.saved).string());
         notifier.AllAsked();
+    }
+}
+
+TEST(FileDialogs, StartWhereTheLastFileWasOrInTheNearestFolderThatIsLeft) {
+    const test::TemporaryFolder folder;
+    std::filesystem::create_directory(folder / "there");
+    test::ExpectingNotifier notifier;
+    Settings settings;
+    QtFileDialogs dialogs(settings, notifier);
+    for (const auto& [last, start] :
+         {std::pair(folder / "there", folder / "there"), {folder / "gone" / "deeper", folder.Path()}}) {
+        settings.Text("lastDir", PathText(last));
+        const auto look = [&start = start](QDialog& dialog) {
+            EXPECT_TRUE(
+                std::filesystem::equivalent(StoredPath(dynamic_cast<QFileDialog&>(dialog).directory().path()), start))
+                << start;
+            dialog.reject();
+        };
+        {
+            const test::ModalDriver driver("QFileDialog", look);
+            EXPECT_EQ(dialogs.OpenFile("Open", "All files (*.*)|*.*"), QString());
+        }
+        const test::ModalDriver driver("QFileDialog", look);
+        EXPECT_EQ(dialogs.SaveFile("Save", "All files (*.*)|*.*", {}), QString());
     }
 }
 

@@ -19,6 +19,8 @@ std::vector<std::unique_ptr<QProcess>>& LeftAlone() {
     return *processes;
 }
 
+std::string TemporaryFolder() { return QDir::toNativeSeparators(QDir::tempPath()).toStdString(); }
+
 } // namespace
 
 PortRun::PortRun(QObject* parent)
@@ -51,12 +53,12 @@ std::filesystem::path PortRun::File(std::string_view name) const { return Stored
 
 Status PortRun::Write(std::string_view name, std::string_view bytes) const {
     if (!folder_.isValid())
-        return Status::Failure("no folder can be made in " + QDir::tempPath().toStdString() + ": " +
+        return Status::Failure("no folder can be made in " + TemporaryFolder() + ": " +
                                folder_.errorString().toStdString());
     const Status written = WriteFileAtomically(File(name), bytes);
     return written ? Status()
-                   : Status::Failure(std::string(name) + " could not be written in " + QDir::tempPath().toStdString() +
-                                     ": " + written.Reason());
+                   : Status::Failure(std::string(name) + " could not be written in " + TemporaryFolder() + ": " +
+                                     written.Reason());
 }
 
 void PortRun::Start(const std::filesystem::path& program, const QStringList& arguments, const QString& workingFolder) {

@@ -42,7 +42,7 @@ constexpr std::int32_t toWeapon = 96, toThing = 224; // from the player to what 
 
 /// As a program that starts in another folder finds it.
 std::string WholePath(const std::filesystem::path& file) {
-    return QFileInfo(ShownPath(file)).absoluteFilePath().toStdString();
+    return PathText(StoredPath(QFileInfo(ShownPath(file)).absoluteFilePath()));
 }
 
 /// The last line with something in it, as that is where programs say why they end.
