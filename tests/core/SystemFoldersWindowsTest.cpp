@@ -18,10 +18,11 @@ public:
                                   &disposition_),
                   ERROR_SUCCESS);
         had_ = RegQueryValueExW(key_, name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
-        if (!had_)
+        if (!had_) {
             EXPECT_EQ(RegSetValueExW(key_, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
                                      static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))),
                       ERROR_SUCCESS);
+        }
     }
     ~StoredText() {
         if (!had_)
