@@ -1,5 +1,7 @@
 #include "tests/support/TestSupport.h"
 
+#include "core/Files.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -72,6 +74,11 @@ void WriteFile(const std::filesystem::path& file, std::string_view bytes) {
     std::ofstream stream(file, std::ios::binary);
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     ASSERT_TRUE(stream.good()) << file;
+}
+
+std::string WhyNotRead(const std::filesystem::path& file) {
+    std::string bytes;
+    return ReadWholeFile(file, bytes).Reason();
 }
 
 std::size_t EntriesIn(const std::filesystem::path& folder) {

@@ -51,6 +51,8 @@ private:
 
 std::string ReadFile(const std::filesystem::path& file);
 void WriteFile(const std::filesystem::path& file, std::string_view bytes);
+/// What the system says of a file that cannot be read, as each has its own words.
+std::string WhyNotRead(const std::filesystem::path& file);
 std::size_t EntriesIn(const std::filesystem::path& folder);
 /// A pipe with a name; nothing where the system has none.
 void MakePipe(const std::filesystem::path& file);

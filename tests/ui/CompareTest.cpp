@@ -205,7 +205,7 @@ TEST_F(CompareTest, APatchOfAnotherEngineIsTakenOverAndTellsWhatIsLeftOut) {
     EXPECT_TRUE(Find<QListWidget>("lstLost").item(0)->text().endsWith("Thing 12 (Imp): MBF21 Bits 0 -> RANGEHALF"));
 
     notifier.Expect(MessageKind::Exclamation,
-                    "Could not read " + (folder / "none.deh").string() + ": No such file or directory");
+                    "Could not read " + (folder / "none.deh").string() + ": " + WhyNotRead(folder / "none.deh"));
     const ModalDriver driver("frmCompareWith", [&](QDialog& dialog) {
         Type(test::Find<QLineEdit>(dialog, "txtFile"), (folder / "none.deh").string().c_str());
         QTest::mouseClick(&test::Find<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);

@@ -166,7 +166,7 @@ TEST_F(FileCommandsTest, SaveAsTakesTheNewNameAndFailuresKeepTheChanges) {
     Edit();
     const std::string nowhere = (folder / "nowhere" / "mine.deh").string();
     dialogs.Expect("Save patch file", nowhere);
-    notifier.Expect(MessageKind::Exclamation, "Could not save " + nowhere + ": No such file or directory");
+    notifier.Expect(MessageKind::Exclamation, "Could not save " + nowhere + ": " + WhyNotRead(nowhere));
     EXPECT_FALSE(commands->SaveAs());
     EXPECT_TRUE(program.patch.changed);
     EXPECT_EQ(program.patch.fileName, mine);

@@ -1,6 +1,7 @@
 #include "tests/ui/MainWindowTest.h"
 
 #include "patch/modTables.h"
+#include "ui/LatinText.h"
 #include "ui/WindowMenu.h"
 #include "ui/fields/SpriteView.h"
 
@@ -344,18 +345,19 @@ TEST_F(MainWindowTest, DroppedPatchIsOpened) {
 }
 
 TEST_F(MainWindowTest, StartupDialogListsRecentPatchesAndOpensThem) {
-    for (const char* path : {"/a&b.deh", "/new.deh"})
-        program.settings.AddRecentFile(path);
+    const std::filesystem::path gone = folder / "new.deh", other = folder / "a&b.deh";
+    for (const std::filesystem::path& path : {other, gone})
+        program.settings.AddRecentFile(PathText(path));
     window->UpdateRecentList();
-    EXPECT_EQ(Action("Recent0").text(), "&1 /new.deh");
-    EXPECT_EQ(Action("Recent1").text(), "&2 /a&&b.deh") << "the menu shows one &";
+    EXPECT_EQ(Action("Recent0").text(), "&1 " + ShownPath(gone));
+    EXPECT_EQ(Action("Recent1").text(), "&2 " + ShownPath(other).replace("&", "&&")) << "the menu shows one &";
     EXPECT_FALSE(Action("Recent2").isVisible());
     window->ShowStartup();
     auto& startup = Find<frmStartup>("frmStartup");
     auto& recent = *startup.findChild<QListWidget*>("lstRecent");
     ASSERT_EQ(recent.count(), 2);
-    EXPECT_EQ(recent.item(0)->text(), "/new.deh");
-    notifier.Expect(MessageKind::Exclamation, "Could not open /new.deh: No such file or directory");
+    EXPECT_EQ(recent.item(0)->text(), ShownPath(gone));
+    notifier.Expect(MessageKind::Exclamation, "Could not open " + PathText(gone) + ": " + WhyNotRead(gone));
     recent.setFocus();
     QTest::keyClick(&recent, Qt::Key_Return);
     EXPECT_TRUE(startup.isHidden());

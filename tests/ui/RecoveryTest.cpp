@@ -78,11 +78,15 @@ TEST_F(RecoveryTest, UnsavedWorkHoldsTheRecordsThatAPatchMade) {
 }
 
 TEST_F(RecoveryTest, RecoveredWorkIsSavedUnaskedOnlyOverThePatchThatItCameFrom) {
-    const std::string mine = Open("mine.deh", normalPatch);
+    // Of a whole second, as some systems' libraries set no others.
+    const std::filesystem::path mine = folder / "mine.deh";
+    WriteFile(mine, normalPatch);
+    const auto time = std::chrono::floor<std::chrono::seconds>(std::filesystem::last_write_time(mine));
+    std::filesystem::last_write_time(mine, time);
+    commands->openFile(mine);
     Edit();
     Crash();
     const std::string kept = ReadFile(program.settingsFolder / "recovery-0.dat");
-    const auto time = std::filesystem::last_write_time(mine);
     std::string noPatch = normalPatch;
     noPatch.replace(noPatch.find("Patch format = 6"), 16, "Patch format = 5");
     const struct {
@@ -102,7 +106,7 @@ TEST_F(RecoveryTest, RecoveredWorkIsSavedUnaskedOnlyOverThePatchThatItCameFrom) 
             std::filesystem::remove(mine);
         Recovery next(program.settingsFolder);
         FileCommands nextCommands(program, edits, dialogs, next, {});
-        ExpectRecovery(mine, Answer::Yes);
+        ExpectRecovery(mine.string(), Answer::Yes);
         EXPECT_TRUE(nextCommands.OfferRecovery());
         if (row.asks)
             dialogs.Expect("Save patch file", "");

@@ -170,7 +170,8 @@ TEST_F(StateGraphTest, IsExportedAndPrintedAndBounded) {
     EXPECT_LT(png.width(), drawn.width() + 100);
     EXPECT_EQ(png.pixelColor(1, 1), Qt::white);
     dialogs.Expect("Export state graph", (folder / "none" / "imp.svg").string());
-    notifier.Expect(MessageKind::Exclamation, (folder / "none" / "imp.svg").string() + ": No such file or directory");
+    notifier.Expect(MessageKind::Exclamation,
+                    (folder / "none" / "imp.svg").string() + ": " + WhyNotRead(folder / "none" / "imp.svg"));
     Find<QAction>("GraphExport").trigger();
 
     const auto onDevice = [this](int dotsPerInch) {

@@ -135,6 +135,9 @@ void Type(QLineEdit& box, const char* text) {
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) // with another one the tests can be watched
         qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef PLINKET3_FONT_FOLDER
+    qputenv("QT_QPA_FONTDIR", PLINKET3_FONT_FOLDER);
+#endif
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     ::testing::InitGoogleTest(&argc, argv);
