@@ -19,6 +19,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # Qt's own tools run on the machine that builds.
 set(QT_HOST_PATH /usr)
 set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake)
-# What is built is one file, and runs under wine while it is built and tested.
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+# What is built is one file, and runs under wine while it is built and tested. With its parts at whole pages wine maps it
+# into memory; else it would read all of it at each start.
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--file-alignment,4096")
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/on-wine)
