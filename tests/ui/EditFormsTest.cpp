@@ -184,8 +184,6 @@ protected:
     }
     QTreeView& List() { return Find<QTreeView>(*window, "lvwPars"); }
     QString Title() { return Find<QLabel>(*window, "lblMapTitle").text(); }
-    QLineEdit& Box(const char* name) { return Find<QLineEdit>(*window, name); }
-    void Click(const char* button) { QTest::mouseClick(&Find<QPushButton>(*window, button), Qt::LeftButton); }
     frmEditPars* window = nullptr;
 };
 

@@ -1,13 +1,16 @@
 #include "patch/modPatchText.h"
 #include "tests/ui/UiTest.h"
 #include "ui/LatinText.h"
+#include "ui/editors/frmEditStates.h"
 #include "ui/editors/frmEditThings.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/states/StatePlayer.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
 #include <QTreeView>
@@ -27,7 +30,6 @@ protected:
         window->ShowCell({RecordKind::Thing, imp, existsField});
     }
     const ThingRecord& Imp() const { return Current().things[imp]; }
-    QLineEdit& Box(const char* name) { return Find<QLineEdit>(*window, name); }
     QTreeView& List() { return Find<QTreeView>(*window, "lstThings"); }
     QComboBox& Names() { return Find<QComboBox>(*window, "cmbThingNames"); }
     QStringList Listed() {
@@ -44,12 +46,6 @@ protected:
         tree.scrollTo(Flag(bit));
         const QRect row = tree.visualRect(Flag(bit));
         QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, {row.left() + row.height() / 2, row.center().y()});
-    }
-    void Click(const char* button) { QTest::mouseClick(&Find<QPushButton>(*window, button), Qt::LeftButton); }
-    void UndoAll() {
-        while (edits.CanUndo())
-            edits.Undo();
-        EXPECT_EQ(Current(), Defaults());
     }
     frmEditThings* window = nullptr;
 };
@@ -228,6 +224,12 @@ TEST_F(frmEditThingsTest, PlaysWhatTheThingHas) {
     edits.Store({RecordKind::Thing, ball, RowOf(&ThingRecord::initialState)}, 0);
     EXPECT_EQ(runs.currentIndex(), -1);
     EXPECT_FALSE(Find<QToolButton>(*window, "cmdPlay").isEnabled());
+    show(imp);
+    choose("Death frame");
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    Click("chkSound");
+    EXPECT_EQ(played(100), std::vector<std::string>());
+    EXPECT_FALSE(Find<QCheckBox>(Open<frmEditStates>(), "chkSound").isChecked()) << "it is remembered";
 }
 
 TEST_F(frmEditThingsTest, ShowsTheThingsOfTheNextPatch) {

@@ -35,25 +35,17 @@ constexpr int imp = 11, ball = 31, shotgun = 2, walking = 450, chasing = 451;
 class LaterFieldsTest : public EditorTest {
 protected:
     void SetUp() override { LoadEngine("mbf21"); }
-    QLineEdit& Box(const char* name) { return Find<QLineEdit>(*window, name); }
     bool IsVisible(const char* name) {
         QApplication::processEvents(); // controls are shown when the event that makes them is over
         const auto* control = window->findChild<QWidget*>(QString::fromLatin1(name));
         return control != nullptr && control->isVisible();
     }
-    QString Text(const char* label) { return Find<QLabel>(*window, label).text(); }
-    void Click(const char* button) { QTest::mouseClick(&Find<QPushButton>(*window, button), Qt::LeftButton); }
     void ClickLink(const char* label) { QTest::mouseClick(&Find<QLabel>(*window, label), Qt::LeftButton); }
     CellValue Thing(int thing, std::int32_t ThingNumbers::*member) {
         return edits.Value({RecordKind::Thing, thing, RowOf(member)});
     }
     CellValue State(int state, std::int32_t StateNumbers::*member) {
         return edits.Value({RecordKind::State, state, RowOf(member)});
-    }
-    void UndoAll() {
-        while (edits.CanUndo())
-            edits.Undo();
-        EXPECT_EQ(Current(), Defaults());
     }
     /// The page of the thing editor that has this box, brought up; its heading.
     std::string Page(const char* box) {
@@ -94,8 +86,6 @@ protected:
     QString Cell(int state, StateColumn column) {
         return Find<QTableView>(*window, "lvwStates").model()->index(state, static_cast<int>(column)).data().toString();
     }
-
-    EditorWindow* window = nullptr;
 };
 
 /// A dialog that cannot be accepted would stay open for good.
