@@ -157,24 +157,6 @@ TEST_F(CliTest, LinksLeadIncludesNowhereElse) {
                   ":1: warning: \"INCLUDE link\" names a patch outside of this one's folder, which is not read\n");
 }
 
-TEST_F(CliTest, WritesPatchesIntoWads) {
-    Write("@a.deh", "Thing 1\nMass = 7\n");
-    Write("@p.wad", WadBytes({{"MAP01", "x"}, {"DEHACKED", "Thing 1\nMass = 8\n"}, {"END", ""}}));
-    const std::string convert = "convert --rules engine -e boom19 ";
-    ASSERT_EQ(Run(convert + "@a.deh @p.wad").exit, cli::done);
-    EXPECT_EQ(ReadFile(folder_ / "p.wad"),
-              WadBytes({{"MAP01", "x"}, {"DEHACKED", "Thing 1\nMass = 7\n"}, {"END", ""}}));
-    ASSERT_EQ(Run(convert + "--lump new @a.deh @p.wad").exit, cli::done);
-    EXPECT_TRUE(Run("wad @p.wad").out.ends_with("\n3\tNEW\t94\t17\n")) << Run("wad @p.wad").out;
-    EXPECT_EQ(Dump("--rules engine -e boom19 --lump new @p.wad")["patch"]["lump"], "new");
-    const std::string iwad = WadBytes({{"DEHACKED", "Thing 1\n"}}, "IWAD");
-    Write("@i.wad", iwad);
-    EXPECT_EQ(Run(convert + "@a.deh @i.wad").error,
-              "plinket3-cli: @i.wad:DEHACKED: is an IWAD, which belongs to its game and is never written; a patch for "
-              "it goes into a WAD of your own\n");
-    EXPECT_EQ(ReadFile(folder_ / "i.wad"), iwad);
-}
-
 TEST_F(CliTest, MakesATableOfWhichThePatchIsNoDifference) {
     Write("@a.deh", start + "Thing 12\nHit points = 200\nText 4 4\nTROOABCD\nMisc 0\nMax Armor = 3\n");
     WriteData("config/doom19.cfg", ReadFile(buildFolder / "config" / "doom19.cfg"));
@@ -223,35 +205,6 @@ TEST_F(CliTest, DumpsLaterFieldsForTheEnginesThatHaveThem) {
         EXPECT_EQ(ReadFile(folder_ / "new.tbl"), ReadFile(buildFolder / "tables" / table));
         EXPECT_EQ(ReadFile(folder_ / "new.tbl")[5], version);
     }
-}
-
-TEST_F(CliTest, TellsOfFramesWithoutAPictureInTheWads) {
-    Write("@i.wad", WadBytes({{"S_START", ""}, {"POSSA1", "x"}, {"POSSB0", "x"}, {"S_END", ""}}, "IWAD"));
-    Write("@d.wad", WadBytes({{"SS_START", ""}, {"TROOB2A1", "x"}, {"SS_END", ""}}));
-    Write("@a.deh",
-          "Thing 2\nInitial frame = 4001\nDeath frame = 4005\n\nFrame 4001\nSprite number = 29\nDuration = 5\n"
-          "Next frame = 4002\n\nFrame 4002\nSprite number = 29\nSprite subnumber = 32769\nDuration = 5\n"
-          "Next frame = 4003\n\nFrame 4003\nSprite number = 0\nDuration = 5\nNext frame = 174\n\n"
-          "Frame 4004\nSprite number = 29\nSprite subnumber = 7\n\nFrame 4005\nNext frame = 145\n\n"
-          "[SPRITES]\nSHTF = GONE\n");
-    EXPECT_EQ(Run("check -e dsdhacked @a.deh").exit, cli::done);
-    const auto check = [this](const std::string& wads) {
-        return ReplaceAll(Run("check -e dsdhacked " + wads + " @a.deh").out, Place("@a.deh") + ":", "");
-    };
-    const std::string others =
-        "26: warning: \"Next frame = 145\" makes Zombieman come to frame 145, which shows IFOGB: the "
-        "WADs have no such picture\n"
-        "29: warning: \"SHTF = GONE\" makes Shotgun come to frame 30, which shows GONEA: the WADs "
-        "have no such picture\n"
-        "29: warning: \"SHTF = GONE\" makes Shotgun come to frame 31, which shows GONEB: the WADs "
-        "have no such picture\n";
-    EXPECT_EQ(check("--iwad @i.wad --data-wad @d.wad"), others);
-    EXPECT_EQ(check("--data-wad @i.wad --data-wad @d.wad"), others);
-    EXPECT_EQ(check("--data-wad @i.wad"),
-              "17: warning: \"Sprite number = 0\" makes Zombieman come to frame 4003, which shows "
-              "TROOA: the WADs have no such picture\n" +
-                  others);
-    EXPECT_EQ(Run("check -e dsdhacked --iwad @a.deh @a.deh").exit, cli::refused);
 }
 
 TEST_F(CliTest, ReadsWads) {
@@ -359,11 +312,23 @@ TEST_F(CliTest, AnswersAndRefusesAsTold) {
     EXPECT_EQ(Run(Words{"info", "a\nb"}).error, "plinket3-cli: a\\nb: No such file or directory\n");
 }
 
-/// A case of scenes.txt. "< FILE" writes the lines behind "| " into a file of the case's folder; "$ WORDS" runs a
-/// command, what it prints stands below, lines on standard error behind "! ", and "= CODE" unless the exit code is 0;
+/// A case of scenes.txt. "< FILE" writes the lines behind "| " into a file of the case's folder, of which the first may
+/// say that it is a WAD whose lumps follow, each with a name and its bytes; "$ WORDS" runs a command, what it prints
+/// stands below, lines on standard error behind "! ", and "= CODE" unless the exit code is 0;
 /// "> FILE" shows what the file holds then.
 class CliScene : public CliTest, public testing::WithParamInterface<TextCase> {
 protected:
+    static std::string FileOf(const std::string& text) {
+        if (!text.starts_with("PWAD\n") && !text.starts_with("IWAD\n"))
+            return Decoded(text);
+        std::vector<Lump> lumps;
+        std::istringstream lines(text.substr(5));
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t name = std::min(line.find(' '), line.size());
+            lumps.push_back({line.substr(0, name), Decoded(line.substr(std::min(name + 1, line.size())))});
+        }
+        return WadBytes(lumps, text.substr(0, 4));
+    }
     static std::string AsLines(const std::string& bytes) {
         std::string told;
         std::istringstream lines(Encoded(ReplaceAll(bytes, programVersion, "VERSION")));
@@ -380,7 +345,7 @@ TEST_P(CliScene, GoesAsTold) {
     std::istringstream lines(GetParam().text);
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with('|') && !file.empty()) {
-            Write(file, Decoded(bytes += line.substr(std::min<std::size_t>(line.size(), 2)) + "\n"));
+            Write(file, FileOf(bytes += line.substr(std::min<std::size_t>(line.size(), 2)) + "\n"));
             told += line + "\n";
             continue;
         }

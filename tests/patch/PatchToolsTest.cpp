@@ -1,6 +1,5 @@
 #include "patch/SessionChoice.h"
 #include "patch/StateUse.h"
-#include "patch/modPatchDiff.h"
 #include "tests/support/SmallEngine.h"
 
 #include "tests/support/TestSupport.h"
@@ -14,16 +13,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using States = std::vector<std::int32_t>;
-
-TEST(PatchDiff, ComparesParsByLevelOfWhichTheLastCounts) {
-    const EngineConfiguration engine = SmallEngine(false);
-    PatchSet before = SmallDefaults(engine), after = before;
-    before.pars = {{0, 1, 30}, {0, 1, 40}, {2, 3, 50}, {0, 5, 60}};
-    after.pars = {{2, 3, 50}, {0, 1, 40}, {1, 9, 70}};
-    after.strings[3].text = "once";
-    EXPECT_EQ(modPatchDiff::Differences(before, after, engine),
-              (Lines{R"(String 3: "twice" -> "once")", "Par MAP05: 60 -> none", "Par E1M9: none -> 70"}));
-}
 
 TEST(StateUse, FollowsARecordsStatesAndPassesOverNumbersThatAreNone) {
     const EngineConfiguration engine = SmallEngine(false);
