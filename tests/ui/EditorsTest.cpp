@@ -12,6 +12,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 
@@ -77,25 +78,20 @@ struct NumberCase {
     std::int32_t flag = 0;       // that stays as it is and is not shown here
 };
 constexpr NumberCase numberCases[]{
-    {"txtID", Imp(&ThingRecord::id), "12", 12},
     {"txtHitPoints", Imp(&ThingRecord::hitPoints), "99999999999", INT32_MAX, "2147483647"},
     {"txtHitPoints", Imp(&ThingRecord::hitPoints), "-2147483649", INT32_MIN, "-2147483648"},
     {"txtHitPoints", Imp(&ThingRecord::hitPoints), "12 imps", 12, nullptr, "12"},
-    {"txtSpeed", Imp(&ThingRecord::speed), "12", 12},
     {"txtRadius", Imp(&ThingRecord::width), "12.5", 12 * unit, nullptr, "12", unit},
     {"txtRadius", Imp(&ThingRecord::width), "13.5", 14 * unit, nullptr, "14", unit},
     {"txtRadius", Imp(&ThingRecord::width), "40000", -1673527296, nullptr, "-25536", unit},
     {"txtHeight", Imp(&ThingRecord::height), "-3", -3 * unit, nullptr, nullptr, unit},
     {"txtMass", Imp(&ThingRecord::mass), "none", 0, nullptr, "0"},
-    {"txtMissileDamage", Imp(&ThingRecord::missileDamage), "3", 3},
-    {"txtPainChance", Imp(&ThingRecord::painChance), "257", 257},
     {"txtReactionTime", Imp(&ThingRecord::reactionTime), "2.5", 2, nullptr, "2"},
     {"txtDuration", Walking(&StateRecord::duration), "1500", 999, "999"},
     {"txtDuration", Walking(&StateRecord::duration), "-7", -1, "-1"},
     {"txtDuration", Walking(&StateRecord::duration), "2.5", 2, "2"},
     {"txtParameter1", Walking(&StateRecord::unknown1), "40000", 32768, "32768"},
     {"txtParameter1", Walking(&StateRecord::unknown1), "-40000", -32767, "-32767"},
-    {"txtParameter2", Walking(&StateRecord::unknown2), "40000", 32768, "32768"},
     {"txtFrame", LitBall(&StateRecord::subnumber), "40", 31 | litBit, "31", nullptr, 1, litBit},
     {"txtFrame", Walking(&StateRecord::subnumber), "40", 31, "31"},
     {"txtSprite", Walking(&StateRecord::sprite), "99999", 137, "137"},
@@ -104,22 +100,10 @@ constexpr NumberCase numberCases[]{
     {"txtMaxAmmo", Shells(&AmmoRecord::maxAmmo), "1000000", 999999, "999999"},
     {"txtMaxAmmo", Shells(&AmmoRecord::maxAmmo), "-1", 0, "0"},
     {"txtMaxAmmo", Shells(&AmmoRecord::maxAmmo), "7.25", 7, nullptr, "7"},
-    {"txtPickupAmmo", Shells(&AmmoRecord::perAmmo), "300", 300},
     {"txtPickupAmmo", Shells(&AmmoRecord::perAmmo), "\b", 0, "", "0"},
     {"txtIH", Misc(&MiscRecord::initialHealth), "10000", 9999, "9999"},
     {"txtIB", Misc(&MiscRecord::initialBullets), "-1", 0, "0"},
-    {"txtMaxH", Misc(&MiscRecord::maxHealth), "150", 150},
-    {"txtMaxA", Misc(&MiscRecord::maxArmor), "151", 151},
-    {"txtGreenAC", Misc(&MiscRecord::greenArmorClass), "12", 12},
-    {"txtBlueAC", Misc(&MiscRecord::blueArmorClass), "13", 13},
-    {"txtMaxSP", Misc(&MiscRecord::maxSoulsphere), "333", 333},
     {"txtSPHealth", Misc(&MiscRecord::soulsphereHealth), "300", 255, "255"},
-    {"txtMegaH", Misc(&MiscRecord::megasphereHealth), "14", 14},
-    {"txtGMHealth", Misc(&MiscRecord::godModeHealth), "15", 15},
-    {"txtIDFAArmor", Misc(&MiscRecord::idfaArmor), "16", 16},
-    {"txtIDFAClass", Misc(&MiscRecord::idfaArmorClass), "17", 17},
-    {"txtIDKFAArmor", Misc(&MiscRecord::idkfaArmor), "18", 18},
-    {"txtIDKFAClass", Misc(&MiscRecord::idkfaArmorClass), "19", 19},
     {"txtBFGShot", Misc(&MiscRecord::bfgCells), "200", 127, "127"},
     {"txtBFGShot", Misc(&MiscRecord::bfgCells), "-1", 255, nullptr, "255"},
     {"txtBFGShot", Misc(&MiscRecord::bfgCells), "-200", 128, "-128", "128"},
@@ -148,6 +132,41 @@ TEST_F(EditorsTest, TypedNumbersAreLimitedStoredMarkedAndUndoneAsOneStep) {
         EXPECT_FALSE(program.patch.changed);
         EXPECT_EQ(box.text().toInt(), standard);
     }
+}
+
+TEST_F(EditorsTest, EveryFieldIsBroughtUpInABoxThatStoresItAndNothingElse) {
+    OpenAll("id24");
+    program.patch.defaults.states[450].codePointer =
+        program.engine.CodePointerOf("SpawnObject").value(); // all arguments
+    program.patch.current = program.patch.defaults;
+    int boxes = 0;
+    for (const auto& [kind, index] : {std::pair(RecordKind::Thing, 11),
+                                      {RecordKind::State, 450},
+                                      {RecordKind::Weapon, 2},
+                                      {RecordKind::Ammo, 1},
+                                      {RecordKind::Misc, 0}}) {
+        Activate(kind);
+        for (const Cell& cell : edits.CellsOf(kind, index)) {
+            if (cell.field < 0 || !FactsOf(kind, cell.field).inPatch)
+                continue;
+            windows[kind]->ShowCell(cell);
+            auto* box = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+            if (box == nullptr) // a list of flags or choices
+                continue;
+            SCOPED_TRACE(box->objectName().toStdString() + " for " + FactsOf(kind, cell.field).label.data());
+            ++boxes;
+            Type(*box, box->text() == "3" ? "4" : "3");
+            EXPECT_NE(edits.Value(cell), edits.DefaultValue(cell));
+            PatchSet expected = Defaults();
+            WriteCell(expected, cell, edits.Value(cell));
+            DeriveMisc(expected.misc);
+            EXPECT_EQ(Current(), expected);
+            EXPECT_FALSE(box->accessibleName().isEmpty());
+            edits.Undo();
+            EXPECT_EQ(Current(), Defaults());
+        }
+    }
+    EXPECT_EQ(boxes, 91);
 }
 
 struct Reference {

@@ -109,22 +109,17 @@ constexpr Cell OfState(std::int32_t StateNumbers::*member) { return {RecordKind:
 constexpr Cell OfShotgun(std::int32_t WeaponNumbers::*member) { return {RecordKind::Weapon, shotgun, RowOf(member)}; }
 
 const TypedCase typedCases[]{
-    {"txtInfightingGroup", OfImp(&ThingRecord::infightingGroup), "0", 0},
     {"txtInfightingGroup", OfImp(&ThingRecord::infightingGroup), "-3", 3, "3", "What may stand here goes from 0 to"},
     {"txtProjectileGroup", OfImp(&ThingRecord::projectileGroup), "-3", -3},
     {"txtSplashGroup", OfImp(&ThingRecord::splashGroup), "x", Unset(), "", "A whole number"},
     {"txtMeleeRange", OfImp(&ThingRecord::meleeRange), "12.25", 49 * unit / 4},
     {"txtMeleeRange", OfImp(&ThingRecord::meleeRange), "\b", 64 * unit},
-    {"txtFastSpeed", OfImp(&ThingRecord::fastSpeed), "20", 20},
     {"txtFastSpeed", OfImp(&ThingRecord::fastSpeed), "9999999999", 999'999'999, "999999999", "What may"},
     {"txtDroppedItem", OfImp(&ThingRecord::droppedItem), "9999", 99, "99", "Things go from 1 to 250"},
-    {"txtRipSound", OfImp(&ThingRecord::ripSound), "5", 5},
     {"txtBits21", OfState(&StateRecord::bits21), "skill5fast", 1},
     {"txtBits21", OfState(&StateRecord::bits21), "skip", 0, "ski", "The engine has no bit \"skip\" here."},
-    {"txtArgs1", OfState(&StateRecord::arg1), "32", 32},
     {"txtArgs1", OfState(&StateRecord::arg1), "-", Unset(), "", "Things go"},
     {"txtArgs2", OfState(&StateRecord::arg2), "-22.5", -45 * unit / 2},
-    {"txtArgs3", OfState(&StateRecord::arg3), "0", 0},
     {"txtArgs3", OfState(&StateRecord::arg3), "1e", unit, "1", "A number stands here"},
     {"txtAmmoPerShot", OfShotgun(&WeaponRecord::ammoPerShot), "0", 0},
     {"txtAmmoPerShot", OfShotgun(&WeaponRecord::ammoPerShot), "-1", 1, "1", "What may"},
