@@ -169,33 +169,17 @@ TEST_F(EditorsTest, EveryFieldIsBroughtUpInABoxThatStoresItAndNothingElse) {
     EXPECT_EQ(boxes, 91);
 }
 
-struct Reference {
-    const char* stem;
-    Cell cell;
-};
-constexpr Reference states[]{
-    {"SpawnState", Imp(&ThingRecord::initialState)},        {"MoveState", Imp(&ThingRecord::firstMovingState)},
-    {"PainState", Imp(&ThingRecord::injuryState)},          {"MeleeState", Imp(&ThingRecord::closeAttackState)},
-    {"AttackState", Imp(&ThingRecord::farAttackState)},     {"DeathState", Imp(&ThingRecord::deathState)},
-    {"ExplodingState", Imp(&ThingRecord::explodingState)},  {"RespawnState", Imp(&ThingRecord::respawnState)},
-    {"SelectState", Shotgun(&WeaponRecord::selectState)},   {"DeselectState", Shotgun(&WeaponRecord::deselectState)},
-    {"BobbingState", Shotgun(&WeaponRecord::bobbingState)}, {"ShootState", Shotgun(&WeaponRecord::shootingState)},
-    {"MuzzleState", Shotgun(&WeaponRecord::firingState)},
-};
-constexpr Reference sounds[]{
-    {"AlertSound", Imp(&ThingRecord::alertSound)},   {"AttackSound", Imp(&ThingRecord::attackSound)},
-    {"PainSound", Imp(&ThingRecord::painSound)},     {"DeathSound", Imp(&ThingRecord::deathSound)},
-    {"ActionSound", Imp(&ThingRecord::actionSound)},
-};
-
 TEST_F(EditorsTest, EveryReferenceIsTypedDescribedAssignedBroughtUpAndPlayed) {
-    const auto check = [this](const Reference& row, bool isState) {
-        SCOPED_TRACE(row.stem);
-        const RecordKind kind = row.cell.kind;
-        Select(row.cell);
-        QLineEdit& box = Box(kind, "txt" + std::string(row.stem) + "N");
-        auto& label = Find<QLabel>(*windows[kind], ("lbl" + std::string(row.stem) + "S").c_str());
-        const auto stored = [&] { return std::get<std::int32_t>(edits.Value(row.cell)); };
+    const auto check = [this](const Cell& cell, bool isState) {
+        const RecordKind kind = cell.kind;
+        Select(cell);
+        windows[kind]->ShowCell(cell);
+        const std::string name = QApplication::focusWidget()->objectName().toStdString(); // "txt...N"
+        const std::string stem = name.substr(3, name.size() - 4);
+        SCOPED_TRACE(stem);
+        QLineEdit& box = Box(kind, name);
+        auto& label = Find<QLabel>(*windows[kind], ("lbl" + stem + "S").c_str());
+        const auto stored = [&] { return std::get<std::int32_t>(edits.Value(cell)); };
         EXPECT_EQ(box.text().toInt(), stored());
         Type(box, "99999");
         EXPECT_EQ(stored(), isState ? lastState : 108);
@@ -203,12 +187,12 @@ TEST_F(EditorsTest, EveryReferenceIsTypedDescribedAssignedBroughtUpAndPlayed) {
         EXPECT_EQ(box.text(), "0");
         EXPECT_EQ(label.text(), "-");
         (isState ? links.selectedStateRow : links.selectedSoundRow).reset();
-        Click(kind, "cmd" + std::string(row.stem) + "A");
+        Click(kind, "cmd" + stem + "A");
         EXPECT_EQ(stored(), 0) << "nothing is selected";
         EXPECT_EQ(links.calls.back(),
                   std::string("status No row is selected in the ") + (isState ? "state" : "sound") + " editor");
         (isState ? links.selectedStateRow : links.selectedSoundRow) = isState ? 149 : 1;
-        Click(kind, "cmd" + std::string(row.stem) + "A");
+        Click(kind, "cmd" + stem + "A");
         EXPECT_EQ(stored(), isState ? 149 : 1);
         EXPECT_EQ(links.calls.back(),
                   isState ? "status Took row 150: state 149 (PLAYA)" : "status Took row 2: sound 1 (pistol)");
@@ -221,13 +205,20 @@ TEST_F(EditorsTest, EveryReferenceIsTypedDescribedAssignedBroughtUpAndPlayed) {
         if (isState)
             return;
         QTest::mouseDClick(&label, Qt::LeftButton);
-        Click(kind, "cmd" + std::string(row.stem) + "P");
+        Click(kind, "cmd" + stem + "P");
         EXPECT_EQ(links.calls, (std::vector<std::string>{"show sound 1", "play sound 1", "play sound 1"}));
     };
-    for (const Reference& row : states)
-        check(row, true);
-    for (const Reference& row : sounds)
-        check(row, false);
+    int states = 0, sounds = 0;
+    for (const Cell& record : {Imp(&ThingRecord::id), Shotgun(&WeaponRecord::ammoType)})
+        for (const Cell& cell : edits.CellsOf(record.kind, record.index)) {
+            const FieldUnit unit = cell.field < 0 ? FieldUnit::Number : FactsOf(cell.kind, cell.field).unit;
+            if (unit == FieldUnit::State ||
+                (unit == FieldUnit::Sound && FactsOf(cell.kind, cell.field).since == FieldLevel::Doom)) {
+                check(cell, unit == FieldUnit::State);
+                ++(unit == FieldUnit::State ? states : sounds);
+            }
+        }
+    EXPECT_EQ(std::pair(states, sounds), std::pair(13, 5));
 }
 
 TEST_F(EditorsTest, NamesAreAskedForStoredAsBytesAndShown) {
