@@ -302,27 +302,5 @@ TEST_F(ClipTest, TakesMusicAndTheHelperAndSaysWhereThereIsNone) {
     EXPECT_TRUE(plan.assignments.empty());
 }
 
-TEST_F(ClipTest, GivesADuplicateAnotherNameNumberAndSprite) {
-    Session open = Open("dsdhacked");
-    PastePlan plan;
-    ASSERT_TRUE(Plan(open, Copy(open, {{RecordKind::Thing, 11}}), PasteTo::Free, plan, {"Devil", 4321, {}, "DEVL"}));
-    Edits edits(open.patch);
-    edits.StoreGroup(plan.assignments, "duplicate");
-    const PatchSet& set = open.patch.current;
-    const std::int32_t devil = plan.places.front().to;
-    EXPECT_EQ(set.things[devil].name, "Devil");
-    EXPECT_EQ(set.things[devil].id, 4321);
-    for (const std::int32_t state : {set.things[devil].initialState, set.things[devil].deathState})
-        EXPECT_EQ(set.SpriteName(set.states[state].sprite), "DEVL");
-    EXPECT_EQ(set.SpriteName(set.states[442].sprite), "TROO");
-
-    ASSERT_TRUE(Plan(open, modPatchFiles::FormatRecords(open.patch, open.engine, {{RecordKind::Weapon, 1}}),
-                     PasteTo::Free, plan, {"Blaster", {}, 3, ""}));
-    edits.StoreGroup(plan.assignments, "duplicate");
-    WeaponRecord pistol = set.weapons[1];
-    pistol.name = "Blaster";
-    EXPECT_TRUE(set.weapons[3] == pistol);
-}
-
 } // namespace
 } // namespace plinket3::test

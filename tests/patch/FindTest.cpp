@@ -90,6 +90,8 @@ TEST_F(FindTest, ArgumentsAndTextFieldsAreFoundWhereTheyStand) {
     act(451, "MonsterMeleeAttack", {4, {}, 1});
     act(452, "AddFlags", {{}, 0x20000});
     act(453, "MonsterProjectile", {12});
+    act(455, "Spawn", {9999});
+    act(456, "PlaySound", {2, 1});
     WriteCell(current, {RecordKind::Thing, 11, pickupMessageField}, "USER_TOOK");
     WriteCell(current, {RecordKind::Weapon, 3, carouselIconField}, "SHOTICON");
     WriteCell(current, {RecordKind::State, 453, tranmapField}, "GLASSY");
@@ -109,6 +111,8 @@ TEST_F(FindTest, ArgumentsAndTextFieldsAreFoundWhereTheyStand) {
         {"sound: pist", {{451, args + 2}}, nullptr, "MonsterMeleeAttack(damage 4d8, sound: pistol)"},
         {"flags2 rip", {{452, args + 1}}, nullptr, "AddFlags(flags2 RIP)"},
         {"-0.5", {{450, args + 4}}, nullptr, nullptr},
+        {"thing 9999", {{455, RowOf(&StateRecord::unknown1)}}, nullptr, nullptr},
+        {"shotgn, fullvol", {{456, RowOf(&StateRecord::unknown1)}}, nullptr, "PlaySound(sound: shotgn, fullvol yes)"},
         {"user_took", {{11, pickupMessageField}}, "12 Imp", "Pickup message USER_TOOK"},
         {"shoticon", {{3, carouselIconField}}, "3 Chaingun", "Carousel icon SHOTICON"},
         {"glass", {{453, tranmapField}}, nullptr, "Tranmap GLASSY"},
