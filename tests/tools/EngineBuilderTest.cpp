@@ -164,15 +164,8 @@ TEST(LaterFields, HaveTheValuesOfTheGame) {
     EXPECT_EQ(engine.sharedProjectileGroup, (std::vector{15, 17}));
     EXPECT_EQ(engine.BitNames(BitSet::Things21).at(17), "RIP");
     EXPECT_EQ(engine.BitTooltips(BitSet::Weapons21).at(1), "Silent: Firing it does not wake monsters.");
-    using Argument = EngineConfiguration::Argument;
-    const Argument dice{"Args5",
-                        "damagedice",
-                        Argument::Kind::Unsigned,
-                        3,
-                        "division by 0: the engine crashes when the action runs",
-                        "Highest random factor"};
-    EXPECT_EQ(engine.ActionOf(*engine.CodePointerOf("WeaponBulletAttack"))->arguments.at(4), dice);
-    EXPECT_EQ(engine.ActionOf(*engine.CodePointerOf("Turn"))->arguments.at(0).kind, Argument::Kind::Degrees);
+    EXPECT_EQ(engine.ActionOf(*engine.CodePointerOf("Turn"))->arguments.at(0).kind,
+              EngineConfiguration::Argument::Kind::Degrees);
     EXPECT_TRUE(engine.ActionOf(*engine.CodePointerOf("WeaponAlert"))->arguments.empty());
     EXPECT_EQ(engine.ActionOf(-1), nullptr);
     const auto [dehextra, dehextraSet] = Load(output.Path(), "dehextra19");
@@ -186,8 +179,6 @@ TEST(MoreRecords, StandBesideThoseOfTheBases) {
     ASSERT_TRUE(BuildEngines(dataFolder, output.Path()));
     const auto [engine, set] = Load(output.Path(), "id24");
     constexpr std::int32_t first = -1879048192;
-    EXPECT_EQ(std::tuple(set.things.size(), set.states.size(), set.sounds.size(), set.sprites.size()),
-              std::tuple(311U, 4465U, 737U, 289U));
     const ThingRecord& ghoul = set.things[first];
     EXPECT_EQ(ghoul.name, "Ghoul");
     EXPECT_EQ(std::tuple(ghoul.initialState, ghoul.minRespawnTics, ghoul.fastSpeed, ghoul.given),
