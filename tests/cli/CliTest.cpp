@@ -356,6 +356,7 @@ TEST_P(CliScene, GoesAsTold) {
         file = line.starts_with('<') ? line.substr(2) : "";
         if (!file.empty()) {
             std::filesystem::create_directories(std::filesystem::path(Place(file)).parent_path());
+            Write(file, "");
         } else if (line.starts_with('>')) {
             told += AsLines(ReadFile(Place(line.substr(2))));
         } else {

@@ -318,39 +318,6 @@ TEST(PatchDocumentTest, ANewPatchKeepsBitsWithoutAName) {
     EXPECT_NE(modPatchFiles::FormatPatch(patch, engine).find("Bits = 258\r\n"), std::string::npos);
 }
 
-TEST(PatchDocumentTest, ANewPatchHasTheNamesOfLumpsAndTheHelper) {
-    for (const bool unlimited : {false, true}) {
-        EngineConfiguration engine = AsEngines(true);
-        engine.dialect.unlimited = unlimited;
-        PatchData patch = SmallPatch(engine);
-        Write(patch.current, RecordKind::Sprite, 1, lumpNameField, "NEWS");
-        Write(patch.current, RecordKind::Sound, 3, lumpNameField, "growl");
-        Write(patch.current, RecordKind::Music, 28, lumpNameField, "outer");
-        WriteCell(patch.current, {RecordKind::Misc, 0, helperField}, 2);
-        const std::string text = modPatchFiles::FormatPatch(patch, engine);
-        EXPECT_EQ(text.find("Text 4 4\r\nSHTGNEWS\r\n") != std::string::npos, !unlimited) << text;
-        PatchSet read;
-        ASSERT_TRUE(PatchDocument().Read(text, engine, patch.defaults, read).status);
-        EXPECT_EQ(modPatchDiff::Differences(patch.current, read, engine), std::vector<std::string>());
-        EXPECT_EQ(ReadCell(read, {RecordKind::Sound, 3, lumpNameField}), CellValue("growl"));
-        EXPECT_EQ(ReadCell(read, {RecordKind::Music, 28, lumpNameField}), CellValue("outer"));
-        EXPECT_EQ(text.find("[MUSIC]\r\ninter = outer\r\n") != std::string::npos, unlimited) << text;
-        EXPECT_EQ(ReadCell(read, {RecordKind::Misc, 0, helperField}), CellValue(2));
-    }
-}
-
-TEST(PatchDocumentTest, RefusesAFileWithoutOneLineThatEnginesKnow) {
-    const EngineConfiguration engine = AsEngines(true);
-    PatchDocument document;
-    PatchSet set;
-    const PatchSet defaults = SmallDefaults(engine);
-    for (const std::string& bytes :
-         {std::string(100000, '\0'), std::string("\x89PNG\r\n\x1a\n"), std::string("hello\n")})
-        EXPECT_EQ(document.Read(bytes, engine, defaults, set).status.Reason(),
-                  "The file holds no line that a game engine knows.");
-    EXPECT_TRUE(document.Read("", engine, defaults, set).status);
-}
-
 TEST(PatchDocumentTest, FailsForATextThatEnginesCouldNotReadBack) {
     const EngineConfiguration engine = AsEngines(true);
     const PatchSet defaults = SmallDefaults(engine);
