@@ -134,10 +134,10 @@ TEST_F(EditorsTest, TypedNumbersAreLimitedStoredMarkedAndUndoneAsOneStep) {
     }
 }
 
-TEST_F(EditorsTest, EveryFieldIsBroughtUpInABoxThatStoresItAndNothingElse) {
+TEST_F(EditorsTest, EveryFieldIsBroughtUpInABoxThatStoresItForAllThatIsSelectedAndNothingElse) {
     OpenAll("id24");
-    program.patch.defaults.states[450].codePointer =
-        program.engine.CodePointerOf("SpawnObject").value(); // all arguments
+    for (const int state : {450, 451}) // which takes all arguments
+        program.patch.defaults.states[state].codePointer = program.engine.CodePointerOf("SpawnObject").value();
     program.patch.current = program.patch.defaults;
     int boxes = 0;
     for (const auto& [kind, index] : {std::pair(RecordKind::Thing, 11),
@@ -154,16 +154,25 @@ TEST_F(EditorsTest, EveryFieldIsBroughtUpInABoxThatStoresItAndNothingElse) {
             if (box == nullptr) // a list of flags or choices
                 continue;
             SCOPED_TRACE(box->objectName().toStdString() + " for " + FactsOf(kind, cell.field).label.data());
-            ++boxes;
-            Type(*box, box->text() == "3" ? "4" : "3");
-            EXPECT_NE(edits.Value(cell), edits.DefaultValue(cell));
-            PatchSet expected = Defaults();
-            WriteCell(expected, cell, edits.Value(cell));
-            DeriveMisc(expected.misc);
-            EXPECT_EQ(Current(), expected);
             EXPECT_FALSE(box->accessibleName().isEmpty());
-            edits.Undo();
-            EXPECT_EQ(Current(), Defaults());
+            ++boxes;
+            PatchSet expected = Defaults();
+            const auto type = [&](const Cell& last, const char* typed) {
+                Type(*box, typed);
+                EXPECT_NE(edits.Value(last), edits.DefaultValue(last));
+                for (const Cell& each : {cell, last})
+                    WriteCell(expected, each, edits.Value(last));
+                DeriveMisc(expected.misc);
+                EXPECT_EQ(Current(), expected);
+                edits.Undo();
+                EXPECT_EQ(Current(), Defaults()) << "one step";
+            };
+            type(cell, box->text() == "3" ? "4" : "3");
+            if (kind == RecordKind::Misc)
+                continue;
+            ClickRow(List(kind), index + 1, Qt::LeftButton, Qt::ControlModifier);
+            const Cell other{kind, index + 1, cell.field};
+            type(other, edits.DefaultValue(other) == CellValue(8) ? "9" : "8");
         }
     }
     EXPECT_EQ(boxes, 91);
