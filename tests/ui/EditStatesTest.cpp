@@ -6,7 +6,6 @@
 #include "ui/states/StateColumns.h"
 #include "ui/states/StatePlayer.h"
 #include "ui/states/StateTableModel.h"
-#include "wad/SpriteSides.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -494,71 +493,6 @@ TEST_F(frmEditStatesTest, PlaysAndEditsStatesThatThePatchMade) {
     EXPECT_EQ(Text("lblTic"), "Ended: leads to no state");
     UndoAll();
     EXPECT_EQ(Listed().back(), static_cast<int>(Defaults().states.size()) - 1);
-}
-
-/// The lowest row in which a view draws anything.
-int LowestRow(QWidget& view) {
-    const QImage image = view.grab().toImage();
-    for (int y = image.height() - 1; y >= 0; --y)
-        for (int x = 0; x < image.width(); ++x)
-            if (image.pixel(x, y) != image.pixel(0, 0))
-                return y;
-    return -1;
-}
-
-TEST_F(frmEditStatesTest, PlayingKeepsOneScaleAndOneFloor) {
-    if (!HasWad())
-        GTEST_SKIP() << "no IWAD is installed";
-    SpriteView::GamePictures(program.settings, false); // nothing but the picture is drawn
-    const std::int32_t falling = Current().things[imp].deathState;
-    window->selectSingleState(falling, imp, noRecord);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    auto& view = *window->findChild<SpriteView*>(QStringLiteral("picSprite"));
-    auto& player = *window->findChild<StatePlayer*>();
-    std::vector<int> floors;
-    QObject::connect(&player, &StatePlayer::StateShown, window, [&] { floors.push_back(LowestRow(view)); });
-    Click("cmdPlay");
-    for (int tic = 0; player.IsPlaying() && tic < 100; ++tic)
-        player.Advance();
-    ASSERT_GE(floors.size(), 4U);
-    for (const int floor : floors)
-        EXPECT_NEAR(floor, floors.front(), 3) << "a pixel or two of a picture may hang below";
-    EXPECT_LT(Picture().height() * 2, window->findChild<SpriteView*>()->height()) << "the last one lies flat";
-}
-
-TEST_F(frmEditStatesTest, PicturesAreAsInTheGameFromAllSides) {
-    if (!HasWad())
-        GTEST_SKIP() << "no IWAD is installed";
-    window->selectSingleState(442, imp, noRecord);
-    auto& view = *window->findChild<SpriteView*>(QStringLiteral("picSprite"));
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    EXPECT_EQ(Text("lblPreview"), "442: TROOA1");
-    EXPECT_EQ(qAlpha(Picture().pixel(0, 0)), 0) << "nothing is drawn in the corner";
-    const QImage front = Picture();
-    view.setFocus();
-    std::vector<QImage> sides;
-    for (int turn = 0; turn < spriteSides; ++turn) {
-        QTest::keyClick(&view, Qt::Key_Less, Qt::ShiftModifier);
-        sides.push_back(Picture());
-    }
-    EXPECT_EQ(sides.back(), front) << "all around";
-    EXPECT_NE(sides[0], front);
-    Click("cmdTurnRight");
-    EXPECT_EQ(view.Side(), spriteSides);
-    EXPECT_EQ(Picture(), sides[spriteSides - 2]);
-    EXPECT_TRUE(Text("lblPreview").endsWith("8")) << "one lump for two sides";
-    EXPECT_EQ(Picture(), sides[0].mirrored(true, false));
-    QTest::keyClick(&view, Qt::Key_Greater, Qt::ShiftModifier);
-    EXPECT_EQ(view.Side(), spriteSides - 1);
-
-    edits.Store({RecordKind::State, 442, RowOf(&StateRecord::subnumber)}, 25);
-    EXPECT_TRUE(Picture().isNull());
-    EXPECT_EQ(view.Missing(), "TROOZ7 is in none of the WADs");
-    SpriteView::GamePictures(program.settings, false);
-    edits.Undo();
-    EXPECT_EQ(Text("lblPreview"), "442: TROOA1");
-    EXPECT_EQ(Picture().pixel(0, 0), qRgb(0, 0, 0)) << "on black";
-    EXPECT_FALSE(window->findChild<QAbstractButton*>("cmdTurnLeft")->isVisible());
 }
 
 } // namespace
