@@ -297,17 +297,13 @@ TEST_F(CliTest, AnswersAndRefusesAsTold) {
         return ReplaceAll(ReplaceAll(text, (folder_.Path() / "").string(), "@"), "\r\n", "\n");
     };
     const std::string expected = ReadFile(std::filesystem::path(CASES_FOLDER) / "answers.txt");
-    std::istringstream lines(expected);
-    std::string told;
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.starts_with("$ "))
-            continue;
-        const Result result = Run(line.substr(2));
-        told += line + "\n" + relative(result.out);
-        told += result.exit == cli::refused ? ReplaceAll(result.error, "plinket3-cli: ", "! ")
-                                            : result.error + "= " + std::to_string(result.exit) + "\n";
-        EXPECT_FALSE(std::filesystem::exists(folder_ / "out")) << line;
-    }
+    const std::string told = Retold(expected, [&](const std::string& words, const std::string&) {
+        const Result result = Run(words);
+        EXPECT_FALSE(std::filesystem::exists(folder_ / "out")) << words;
+        return relative(result.out) + (result.exit == cli::refused
+                                           ? ReplaceAll(result.error, "plinket3-cli: ", "! ")
+                                           : result.error + "= " + std::to_string(result.exit) + "\n");
+    });
     EXPECT_EQ(told, expected);
     EXPECT_EQ(Run(Words{"info", "a\nb"}).error, "plinket3-cli: a\\nb: No such file or directory\n");
 }

@@ -3,6 +3,7 @@
 #include "tests/support/SmallEngine.h"
 
 #include "tests/support/TestSupport.h"
+#include "tests/support/TextCases.h"
 
 #include <gtest/gtest.h>
 
@@ -68,34 +69,24 @@ TEST(SessionChoice, ProposesAnEngineByWhatThePatchHoldsAndSaysWhy) {
     environment.programFolder = DATA_FOLDER;
     environment.engines = modConfig::EnumerateEngines(environment.programFolder / "config", [](std::string_view) {});
     const std::string expected = ReadFile(std::filesystem::path(CASES_FOLDER) / "advice.txt");
-    std::istringstream file(expected);
-    std::string told, asked, bytes;
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with('$')) {
-            asked = line;
-            bytes = "Patch File for DeHackEd v3.0\nPatch format = 6\n";
-        } else if (line.starts_with('|')) {
-            bytes += line.substr(std::min<std::size_t>(line.size(), 2)) + "\n";
-        } else {
-            std::istringstream words(asked.substr(2));
-            std::string name, word, last;
-            RulesSetting rules = RulesSetting::Recommend;
-            for (words >> name; words >> word;)
-                if (word == "after")
-                    words >> last;
-                else if (word == "kept" || word == "engine")
-                    rules = word == "kept" ? RulesSetting::Kept : RulesSetting::Engine;
-            const auto& engines = environment.engines;
-            const auto place =
-                std::ranges::find(engines, last, [](const auto& entry) { return entry.file.stem().string(); });
-            modPatchFiles::Header header;
-            ASSERT_TRUE(modPatchFiles::ScanHeader(std::string_view(bytes), header));
-            const EngineAdvice advice = AdviseEngine(environment, header, bytes, name,
-                                                     static_cast<std::size_t>(place - engines.begin()), rules);
-            line = advice.index ? "= " + engines[*advice.index].file.stem().string() + ": " + advice.reason : "= none";
-        }
-        told += line + "\n";
-    }
+    const std::string told = Retold(expected, [&environment](const std::string& asked, const std::string& lines) {
+        const std::string bytes = "Patch File for DeHackEd v3.0\nPatch format = 6\n" + lines;
+        std::istringstream words(asked);
+        std::string name, word, last;
+        RulesSetting rules = RulesSetting::Recommend;
+        for (words >> name; words >> word;)
+            if (word == "after")
+                words >> last;
+            else if (word == "kept" || word == "engine")
+                rules = word == "kept" ? RulesSetting::Kept : RulesSetting::Engine;
+        const auto& engines = environment.engines;
+        const auto nameOf = [](const auto& entry) { return entry.file.stem().string(); };
+        const auto place = static_cast<std::size_t>(std::ranges::find(engines, last, nameOf) - engines.begin());
+        modPatchFiles::Header header;
+        EXPECT_TRUE(modPatchFiles::ScanHeader(std::string_view(bytes), header));
+        const EngineAdvice advice = AdviseEngine(environment, header, bytes, name, place, rules);
+        return advice.index ? "= " + nameOf(engines[*advice.index]) + ": " + advice.reason + "\n" : "= none\n";
+    });
     EXPECT_EQ(told, expected);
     const modPatchFiles::Header old{{"engineversion", "16"}};
     EXPECT_FALSE(RecommendEngine(environment, old, "", "x.deh", std::nullopt, RulesSetting::Kept).index);

@@ -2,6 +2,7 @@
 
 #include "tests/support/TestSupport.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace plinket3::test {
@@ -21,6 +22,28 @@ std::vector<TextCase> CasesIn(const std::filesystem::path& file) {
         }
     }
     return cases;
+}
+
+std::string Retold(const std::string& text, const AnswerTo& answer) {
+    std::string told, question, lines;
+    std::istringstream all(text);
+    bool isAnswered = true;
+    for (std::string line; std::getline(all, line);) {
+        if (line.starts_with("$ ")) {
+            question = line.substr(2);
+            lines.clear();
+            isAnswered = false;
+            told += line + "\n";
+        } else if (line.starts_with('|') && !isAnswered) {
+            lines += line.substr(std::min<std::size_t>(line.size(), 2)) + "\n";
+            told += line + "\n";
+        }
+        if (const int next = all.peek(); !isAnswered && next != '|') {
+            told += answer(question, lines);
+            isAnswered = true;
+        }
+    }
+    return told;
 }
 
 std::string Encoded(std::string_view bytes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -15,6 +16,11 @@ struct TextCase {
     friend void PrintTo(const TextCase& each, std::ostream* out) { *out << each.name; }
 };
 std::vector<TextCase> CasesIn(const std::filesystem::path& file);
+
+/// A text of questions behind "$ ", each with lines of its own behind "| " and then the answer, with the answers that
+/// `answer` gives to a question and its lines.
+using AnswerTo = std::function<std::string(const std::string& question, const std::string& lines)>;
+std::string Retold(const std::string& text, const AnswerTo& answer);
 
 /// Bytes as such files have them: "%0D" is the byte of that code; "%" at the end of a line takes the line feed away.
 std::string Encoded(std::string_view bytes);
