@@ -1,6 +1,7 @@
 #include "core/clsConfiguration.h"
 
 #include "tests/support/TestSupport.h"
+#include "tests/support/TextCases.h"
 
 #include <gtest/gtest.h>
 
@@ -38,49 +39,15 @@ std::string ShapeOf(std::string_view text) {
     return status ? Shape(*configuration.Root(true)) : "failed: " + status.Reason();
 }
 
-struct ReadRow {
-    const char* name;
-    std::string_view text, shape;
-};
+/// A case of configuration.txt: a text, and behind "--- tree" what it gives.
+class ConfigurationReading : public testing::TestWithParam<test::TextCase> {};
+INSTANTIATE_TEST_SUITE_P(Rows, ConfigurationReading,
+                         testing::ValuesIn(test::CasesIn(std::filesystem::path(CASES_FOLDER) / "configuration.txt")),
+                         [](const auto& row) { return row.param.name; });
 
-class ConfigurationReading : public testing::TestWithParam<ReadRow> {};
-
-TEST_P(ConfigurationReading, GivesTheTree) { EXPECT_EQ(ShapeOf(GetParam().text), GetParam().shape); }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, ConfigurationReading,
-    testing::Values(
-        ReadRow{"NumbersWithAPointAreSingle", "a = 5; b = 5.0; c=-.25;", "a:5d, b:5f, c:-0.25f"},
-        ReadRow{"NumbersWithPrefixOrExponent", "a=&H10; b=-3e2; c=&o17;", "a:16d, b:-300d, c:15d"},
-        ReadRow{"SingleIsLimitedToItsRange", "a=1.0e99;", "a:3.40282e+38f"},
-        ReadRow{"NumberRunsToTheSemicolon", "k { a = 1 } b = 2; c = 3;", "k:[a:1d, c:3d]"},
-        ReadRow{"PlusIsSkippedAndWordsAreNoNumbers", "a=+5; b=xyz7; c=true;", "a:5d, b:7d, c:0d"},
-        ReadRow{"BlanksInKeysAreDropped", " my\n k e\ty = 1;", "mykey:1d"},
-        ReadRow{"LineComment", "a=1; // b=2;\nc=3;", "a:1d, c:3d"},
-        ReadRow{"CommentMarkSplitByReturn", "a=1; /\r/ b=2;\nc=3;", "a:1d, c:3d"},
-        ReadRow{"BlockComment", "/* a=1; */ b=2; /*/ c=3; */ d;", "b:2d, d:0d"},
-        ReadRow{"OpenCommentsEndTheText", "a; /* b; ", "a:0d"}, ReadRow{"LoneSlashIsDropped", "a/b=1; c/", "ab:1d"},
-        ReadRow{"Escapes", R"(a="\"\\\n\t\r\x\065";)", "a:'\"\\\n\t\rxA'"},
-        ReadRow{"CodesTakeThreeCharactersAsANumber", R"(a="\1e2\1.5\999";)", "a:'d\x02\xff'"},
-        ReadRow{"TabsAndReturnsInStringsAreDeleted", "a=\"x\ty\r\nz\";", "a:'xy\nz'"},
-        ReadRow{"StringsHoldSemicolonsAndBraces", "a=\"x;y}{\"; b;", "a:'x;y}{', b:0d"},
-        ReadRow{"StringsAreNotTrimmed", "a=\"  x \";", "a:'  x '"},
-        ReadRow{"TextAfterAStringStartsTheNextValue", "a=\"x\" 5 ;b=6;", "a:'x', b:56d"},
-        ReadRow{"TextAfterAStringIsLostAtAKeyWithoutValue", "a=\"x\"5;b;c=6;", "a:'x', b:0d, c:6d"},
-        ReadRow{"QuoteInStringModeAddsTheEmptyKey", "a=\"x\" b=\"y; c;", "a:'x', :' b=', c:0d"},
-        ReadRow{"EmptyKeys", ";a;", ":0d, a:0d"}, ReadRow{"SemicolonAfterABrace", "k { }; a;", "k:[], :0d, a:0d"},
-        ReadRow{"SecondEmptyKeyIsADuplicate", "k{};\nm{};", "failed: line 2: key \"\" occurs twice in one block"},
-        ReadRow{"Structures", "k { a = 1; m{b;} } n\n{\n}", "k:[a:1d, m:[b:0d]], n:[]"},
-        ReadRow{"StructureAfterEqualsIsNone", "k = { a = 1; } b;", "k:1d"},
-        ReadRow{"EqualsWithoutValueLooksOn", "a=; b=2;", "a:2d"}, ReadRow{"StrayBraceEndsTheText", "a; } b;", "a:0d"},
-        ReadRow{"OpenBlocksEndWithTheText", "k{a;m{b;", "k:[a:0d, m:[b:0d]]"},
-        ReadRow{"UnfinishedEntriesAreDropped", "a;b=5", "a:0d"},
-        ReadRow{"UnfinishedStringsAreDropped", "a;b=\"x\\", "a:0d"},
-        ReadRow{"UnfinishedCodesAreDropped", "a;b=\"x\\06", "a:0d"},
-        ReadRow{"DuplicateKey", "a;\nk{\n\ta;\n\tb=1;\n\tb=2;\n}",
-                "failed: line 5: key \"b\" occurs twice in one block"},
-        ReadRow{"DuplicateStructure", "k{}k{}", "failed: line 1: key \"k\" occurs twice in one block"}),
-    [](const auto& row) { return std::string(row.param.name); });
+TEST_P(ConfigurationReading, GivesTheTree) {
+    EXPECT_EQ("--- tree\n" + test::Encoded(ShapeOf(test::Decoded(GetParam().text))), GetParam().told);
+}
 
 std::string Nested(std::size_t levels) {
     std::string text;

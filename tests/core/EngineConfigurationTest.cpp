@@ -11,33 +11,9 @@ using namespace std::string_literals;
 using modConfig::LoadEngine;
 using test::WriteFile;
 
-const std::string required = R"(type = "Plinket3 Engine Configuration file";
-engine { name = "Doom 1.9"; version = 19; table = "doom19.tbl"; allowexeread = 1; exesize = 709905; extended = 0; }
-itemcounts { things = 137; states = 967; sounds = 109; sprites = 138; strings = 0;
-             weapons = 9; ammunition = 4; cheats = 17; }
-flagnames { SPECIAL; SOLID = 7; }
-flagtooltips { a = "Can be picked up"; }
-thingnames { Player = 1; Trooper; }
-weaponnames { b = "Fist"; a = "Pistol"; }
-ammonames { x = "Bullets"; }
-actiondescriptions { 7 = "Looks"; 0 = "No action"; -3 = "Odd"; }
-codepointermnemonics { 0 = "NULL"; 7 = "Look"; 8 = "Look"; }
-)";
+std::string File(const char* name) { return test::ReadFile(std::filesystem::path(CASES_FOLDER) / name); }
 
-const std::string optional = R"(
-offsets { datasegment = &H10; things = 2; states = 3; sounds = 4; sprites = 5; strings = 6; codepointers = 7;
-          weapons = 8; ammunition = 9; cheats = 10; }
-cheatoffsets { 100; &H1F; }
-cheatlengths { a = 9; b = 5; }
-codepointerstostates { 1; 5; 3; }
-codepointeroffsets { 11; 12; 13; }
-boomstrings { D_DEVSTR = "Development mode ON.\\n"; GOTARMOR = "Armor"; }
-miscellaneousoffsets { bfgammousage1 = 1; bfgammousage2 = 2; bfgammousage3 = 3; bluearmorclass = 4;
-    godmodehealth1 = 5; godmodehealth2 = 6; greenarmorclass = 7; idfaarmor = 8; idfaarmorclass = 9; idkfaarmor = 10;
-    idkfaarmorclass = 11; initammo = 12; inithealth = 13; maxarmor1 = 14; maxarmor2 = 15; maxhealth1 = 16;
-    maxhealth2 = 17; maxsoulspherehealth1 = 18; maxsoulspherehealth2 = 19; megaspherehealth = 20;
-    monstersinfight = 21; soulspherehealth = 22; }
-)";
+const std::string required = File("engine.cfg"), optional = File("engine_more.cfg");
 
 class EngineConfigurationTest : public testing::Test {
 protected:

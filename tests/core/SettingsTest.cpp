@@ -1,3 +1,4 @@
+#include "core/Text.h"
 #include "core/modConfig.h"
 
 #include "tests/support/TestSupport.h"
@@ -37,23 +38,8 @@ protected:
 
 TEST_F(SettingsTest, TheFirstFileHoldsTheDefaults) {
     settings_.CreateDefaults("/home/me/My\\Documents/");
-    EXPECT_EQ(Saved(), type + "\r\n"
-                              "IWADs\r\n"
-                              "{\r\n"
-                              "}\r\n"
-                              "\r\n"
-                              "\r\n"
-                              "recentFiles\r\n"
-                              "{\r\n"
-                              "}\r\n"
-                              "\r\n"
-                              "createBackup = 1;\r\n"
-                              "stateActivate = 0;\r\n"
-                              "frameCharacter = 0;\r\n"
-                              "firstRun = 1;\r\n"
-                              "lastDir = \"/home/me/My\\\\Documents\";\r\n"
-                              "lastConfig = 0;\r\n"
-                              "lastIWAD = 0;\r\n"s);
+    const std::string first = ReadFile(std::filesystem::path(CASES_FOLDER) / "first_settings.cfg");
+    EXPECT_EQ(Saved(), ReplaceAll(first, "\n", "\r\n"));
 }
 
 TEST_F(SettingsTest, OnlyAnotherTypeIsRefused) {

@@ -23,7 +23,7 @@ import subprocess
 import sys
 import tempfile
 
-from read_every_field import COMPLAINT, DEMO, ENGINES, IWAD, SKIPPED, run
+from read_every_field import COMPLAINT, ENGINES, installed, prepare, run
 
 REAL = "/usr/share/woof/autoload/chex.wad/"
 STATE_LOG = {"sprite": "Sprite number", "frame": "Sprite subnumber", "tics": "Duration", "nextstate": "Next frame",
@@ -341,21 +341,14 @@ def disagreements(engine, logged, ours, standard):
 def main():
     cli, editor = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
     data, count, first = os.path.abspath(sys.argv[3]), int(sys.argv[4]), int((sys.argv + [1])[5])
-    path = os.environ["PATH"] + ":/usr/games:/usr/local/games"
-    programs = {engine: shutil.which(engine, path=path) for engine in ENGINES}
-    programs = {engine: program for engine, program in programs.items() if program}
-    if not programs or not os.path.exists(IWAD):
-        print("no engine is installed")
-        return SKIPPED
+    programs = installed()
     ours_of = lambda *arguments: subprocess.run([cli, *arguments], capture_output=True, check=True).stdout
     Mbf21Maker.read_facts(os.path.join(os.path.dirname(__file__), "../../data/engines/mbf21"))
     standard = {maker: values_of(json.loads(ours_of("--rules", "engine", "dump", "-e", maker.engine)))
                 for maker in (DsdhackedMaker, Maker, Mbf21Maker)}
     faults = compared_values = 0
     with tempfile.TemporaryDirectory() as folder:
-        for name, content in (("demo.lmp", DEMO), ("extra.cfg", b"startup_delay 0\n")):
-            with open(os.path.join(folder, name), "wb") as file:
-                file.write(content)
+        prepare(folder)
         patch, again = os.path.join(folder, "patch.deh"), os.path.join(folder, "again.deh")
 
         def tell(name, told):

@@ -7,9 +7,7 @@ usage: paste_is_read.py PLINKET3-CLI DATA FLAGS
 DATA is the folder with config/ and tables/, FLAGS the folder of the engines' fact tables. Exit status: 0 when every value
 arrived, 1 when one did not, 77 when no engine is installed.
 """
-import csv
 import os
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -22,16 +20,8 @@ IMP, STATES = "11", 33
 
 def main():
     cli, data, facts = sys.argv[1:4]
-    path = os.environ["PATH"] + ":/usr/games:/usr/local/games"
-    programs = {engine: shutil.which(engine, path=path) for engine in ENGINES}
-    programs = {engine: program for engine, program in programs.items() if program}
-    if not programs or not os.path.exists(engines.IWAD):
-        print("skipped: install dsda-doom or woof-doom, and freedoom")
-        return engines.SKIPPED
-    flags = {}
-    for table in engines.FACTS["mbf21"]:
-        with open(os.path.join(facts, table + ".tsv"), encoding="ascii") as stream:
-            flags |= {row["mnemonic"]: 1 << int(row["bit"]) for row in csv.DictReader(stream, delimiter="\t")}
+    programs = engines.installed(ENGINES)
+    flags = engines.flags_of("mbf21", facts)
     failed = False
     with tempfile.TemporaryDirectory() as folder:
         base, clip, patch = (os.path.join(folder, name) for name in ("base.deh", "clip.deh", "imp.deh"))
@@ -48,8 +38,7 @@ def main():
         if kinds.count("Thing") != 1 or kinds.count("Frame") < STATES:
             print(f"the patch holds {kinds.count('Thing')} things and {kinds.count('Frame')} frames")
             return 1
-        with open(os.path.join(folder, "demo.lmp"), "wb") as stream:
-            stream.write(engines.DEMO)
+        engines.prepare(folder)
         for engine, program in programs.items():
             log, ended, output = engines.run(engine, program, patch, folder)
             found = [] if ended else ["the engine did not get to the level: " + output[-300:]]

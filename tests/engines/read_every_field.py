@@ -154,6 +154,33 @@ def run(engine, program, patch, folder):
     return output, re.search(r"(?i)timed \d+ gametics", output), output
 
 
+def installed(engines=tuple(ENGINES)):
+    """The programs of those engines that are there; ends the test as skipped when there is none, or no game."""
+    path = os.environ["PATH"] + ":/usr/games:/usr/local/games"
+    programs = {engine: shutil.which(engine, path=path) for engine in engines}
+    programs = {engine: program for engine, program in programs.items() if program}
+    if not programs or not os.path.exists(IWAD):
+        print("skipped: install freedoom and one of", *engines)
+        sys.exit(SKIPPED)
+    return programs
+
+
+def prepare(folder):
+    """Puts into a folder what `run` needs there beside the patch."""
+    for name, content in (("demo.lmp", DEMO), ("extra.cfg", b"startup_delay 0\n")):
+        with open(os.path.join(folder, name), "wb") as stream:
+            stream.write(content)
+
+
+def flags_of(configuration, facts):
+    """The bits that things have by name."""
+    flags = {}
+    for table in FACTS.get(configuration, []):
+        with open(os.path.join(facts, table + ".tsv"), encoding="ascii") as stream:
+            flags |= {row["mnemonic"]: 1 << int(row["bit"]) for row in csv.DictReader(stream, delimiter="\t")}
+    return flags
+
+
 def faults(engine, program, configuration, maker, data, facts):
     with tempfile.TemporaryDirectory() as folder:
         patch = os.path.join(folder, "every.deh")
@@ -164,30 +191,18 @@ def faults(engine, program, configuration, maker, data, facts):
             text = for_chocolate(text)
             with open(patch, "w", encoding="latin-1", newline="\r\n") as stream:
                 stream.write(text)
-        for name, content in (("demo.lmp", DEMO), ("extra.cfg", b"startup_delay 0\n")):
-            with open(os.path.join(folder, name), "wb") as stream:
-                stream.write(content)
+        prepare(folder)
         log, ended, output = run(engine, program, patch, folder)
         found = [] if ended else ["the engine did not get to the level: " + output[-300:]]
         if engine == "chocolate-doom":
             return found + [line for line in log.split("\n") if line.startswith(patch + ":")]
-        flags = {}
-        for table in FACTS.get(configuration, []):
-            with open(os.path.join(facts, table + ".tsv"), encoding="ascii") as stream:
-                flags |= {row["mnemonic"]: 1 << int(row["bit"]) for row in csv.DictReader(stream, delimiter="\t")}
         found += [line for line in log.split("\n") if COMPLAINT.match(line) and not line.startswith("Invalid string key")]
-        return found + list(missing_lines(log, expected_lines(engine, sections(text), flags)))
+        return found + list(missing_lines(log, expected_lines(engine, sections(text), flags_of(configuration, facts))))
 
 
 def main():
-    path = os.environ["PATH"] + ":/usr/games:/usr/local/games"
-    programs = {engine: shutil.which(engine, path=path) for engine in ENGINES}
-    programs = {engine: program for engine, program in programs.items() if program}
-    if not programs or not os.path.exists(IWAD):
-        print("skipped: install chocolate-doom, dsda-doom or woof-doom, and freedoom")
-        return SKIPPED
     failed = False
-    for engine, program in programs.items():
+    for engine, program in installed().items():
         for configuration in ENGINES[engine][0]:
             found = faults(engine, program, configuration, *sys.argv[1:4])
             print(f"{engine} reads {configuration}: " + (f"{len(found)} faults" if found else "every field"), flush=True)

@@ -26,10 +26,6 @@ protected:
         for (std::size_t i = 0; i < values.size(); ++i)
             SetValue(State(state), fieldTable<StateRecord>[static_cast<std::size_t>(arguments[i].field)], values[i]);
     }
-    std::string Text(std::int32_t state) {
-        const ArgumentTable table(engine);
-        return ArgumentsText(patch.current, engine, table.Of(State(state).codePointer), State(state));
-    }
 
     EngineConfiguration engine;
     PatchData patch = BuiltEngine(DATA_FOLDER, "mbf21", engine);
@@ -110,24 +106,6 @@ TEST_F(Mbf21Test, EveryNumberIsShownAndReadBack) {
             ASSERT_EQ(ReadValue(engine, meaning, text).number, number) << text;
         }
     }
-}
-
-TEST_F(Mbf21Test, ListsTellArgumentsByValue) {
-    Act(450, "SpawnObject", {12, 45 * 65536, {}, 0, -32768});
-    EXPECT_EQ(Text(450), "type: Imp, angle 45\xb0, y_ofs 0, z_ofs -0.5");
-    State(450).arg1 = 9999;
-    EXPECT_EQ(Text(450).substr(0, 16), "type: thing 9999");
-    Act(451, "MonsterMeleeAttack", {{}, {}, 1});
-    EXPECT_EQ(Text(451), "sound: pistol");
-    Act(451, "MonsterMeleeAttack", {4});
-    EXPECT_EQ(Text(451), "damage 4d8, sound: pistol") << "the dice are the action's";
-    Act(452, "AddFlags", {6, 0x20000});
-    EXPECT_EQ(Text(452), "flags SOLID + SHOOTABLE, flags2 RIP");
-    Act(453, "PlaySound", {1, 1});
-    EXPECT_EQ(Text(453), "sound: pistol, fullvol yes");
-    Act(454, "Turn", {-90});
-    EXPECT_EQ(Text(454), "angle -90\xb0");
-    EXPECT_EQ(Text(1), "");
 }
 
 TEST_F(Mbf21Test, AnotherActionClearsWhatItDoesNotTake) {

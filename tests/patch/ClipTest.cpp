@@ -177,40 +177,9 @@ TEST_F(ClipTest, AMonsterIsTheSameInAnotherPatchAndNothingElseIsChanged) {
     EXPECT_GT(records, 200U);
 }
 
-TEST_F(ClipTest, GoesToTheSameNumbersWithJustWhatTheTextSays) {
-    Session open = Open("mbf203");
+TEST_F(ClipTest, RefusesTextsThatAreNoPatchAndTooManyRecords) {
+    const Session open = Open("dsdhacked");
     PastePlan plan;
-    ASSERT_TRUE(Plan(
-        open,
-        "Thing 12 (Devil)\nHit points = 200\nHorns = 2\n\nFrame 3000\nDuration = 4\n\n[CODEPTR]\nFrame 5 = Punch\n",
-        PasteTo::Same, plan));
-    EXPECT_EQ(plan.lost, Lines()) << "frame 3000 is none of the text's engine, either";
-    EXPECT_EQ(clip.ignored.size(), 2U) << ::testing::PrintToString(clip.ignored);
-    EXPECT_TRUE(clip.ignored.front().starts_with("line 3: \"Horns = 2\" ")) << clip.ignored.front();
-    Edits edits(open.patch);
-    edits.StoreGroup(plan.assignments, "paste");
-    PatchSet expected = open.patch.defaults;
-    expected.things[11].name = "Devil";
-    expected.things[11].hitPoints = 200;
-    expected.states[5].codePointer = *open.engine.CodePointerOf("Punch");
-    EXPECT_TRUE(open.patch.current == expected);
-}
-
-TEST_F(ClipTest, SaysWhatAnEngineCannotHoldBeforeAnythingChanges) {
-    Session from = Open("dsdhacked"), open = Open("boom21");
-    PastePlan plan;
-    const std::string monster = Copy(from, {{RecordKind::Thing, 11}});
-    EXPECT_EQ(Plan(open, monster, PasteTo::Free, plan).Reason(), "There are 0 free things, 1 are needed.");
-    EXPECT_TRUE(plan.assignments.empty());
-    from.patch.current.states.Add(5000).nextState = 5000;
-    from.patch.current.states[442].nextState = 5000;
-    from.patch.current.states[444].codePointer = *from.engine.CodePointerOf("HealChase");
-    from.patch.current.things[11].bits21 = 1;
-    ASSERT_TRUE(Plan(open, Copy(from, {{RecordKind::Thing, 11}}), PasteTo::Same, plan));
-    EXPECT_EQ(plan.lost,
-              (Lines{"frame 5000: the engine has none of that number", "Imp: the engine does not know \"MBF21 Bits\"",
-                     "frame 442: there is no frame 5000 here, which it refers to",
-                     "frame 444: the action HealChase cannot be had in frame 444"}));
     for (const auto& [text, reason] : {std::pair("", "The text holds nothing of a patch"),
                                        {"Hello\nworld\n", "The text holds nothing"},
                                        {"\0\xff\n[STRINGS]\n", "The text"}})
@@ -219,7 +188,7 @@ TEST_F(ClipTest, SaysWhatAnEngineCannotHoldBeforeAnythingChanges) {
     std::string many = "Patch File for DeHackEd v3.0\nDoom version = 2021\nPatch format = 6\n";
     for (int i = 0; i < 100000; ++i)
         many += "Frame " + std::to_string(i + 4000) + "\nDuration = 3\n\n";
-    EXPECT_EQ(Plan(from, many, PasteTo::Free, plan).Reason(),
+    EXPECT_EQ(Plan(open, many, PasteTo::Free, plan).Reason(),
               "The text holds 100000 records; no more than 20000 are pasted at once.");
 }
 
@@ -331,28 +300,6 @@ TEST_F(ClipTest, TakesMusicAndTheHelperAndSaysWhereThereIsNone) {
     ASSERT_TRUE(Plan(older, modPatchFiles::FormatPatch(text21.patch, text21.engine), PasteTo::Free, plan));
     EXPECT_EQ(plan.lost.size(), 1U) << ::testing::PrintToString(plan.lost);
     EXPECT_TRUE(plan.assignments.empty());
-}
-
-TEST_F(ClipTest, GivesADuplicateAnotherNameNumberAndSprite) {
-    Session open = Open("dsdhacked");
-    PastePlan plan;
-    ASSERT_TRUE(Plan(open, Copy(open, {{RecordKind::Thing, 11}}), PasteTo::Free, plan, {"Devil", 4321, {}, "DEVL"}));
-    Edits edits(open.patch);
-    edits.StoreGroup(plan.assignments, "duplicate");
-    const PatchSet& set = open.patch.current;
-    const std::int32_t devil = plan.places.front().to;
-    EXPECT_EQ(set.things[devil].name, "Devil");
-    EXPECT_EQ(set.things[devil].id, 4321);
-    for (const std::int32_t state : {set.things[devil].initialState, set.things[devil].deathState})
-        EXPECT_EQ(set.SpriteName(set.states[state].sprite), "DEVL");
-    EXPECT_EQ(set.SpriteName(set.states[442].sprite), "TROO");
-
-    ASSERT_TRUE(Plan(open, modPatchFiles::FormatRecords(open.patch, open.engine, {{RecordKind::Weapon, 1}}),
-                     PasteTo::Free, plan, {"Blaster", {}, 3, ""}));
-    edits.StoreGroup(plan.assignments, "duplicate");
-    WeaponRecord pistol = set.weapons[1];
-    pistol.name = "Blaster";
-    EXPECT_TRUE(set.weapons[3] == pistol);
 }
 
 } // namespace

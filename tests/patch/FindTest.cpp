@@ -5,6 +5,8 @@
 #include "patch/TextReplace.h"
 #include "tests/support/EveryField.h"
 #include "tests/support/SmallEngine.h"
+#include "tests/support/TestSupport.h"
+#include "tests/support/TextCases.h"
 
 #include <gtest/gtest.h>
 
@@ -24,14 +26,15 @@ protected:
                                        {{RecordKind::Par, 0}, "Needs the wad before.wad"}};
     }
 
-    /// "things 1: 12 Impaler (ID 3001); ..." with what is found of each group.
+    /// "things 1: 12 Impaler (ID 3001);" and such a line for each group of which something is found.
     std::string Find(const FindQuery& query) const {
         std::string text;
         for (const FoundGroup& group : FindAnything(session, query)) {
-            text += (text.empty() ? "" : " | ") + std::string(groupNames[static_cast<std::size_t>(group.group)]) + " " +
-                    std::to_string(group.count) + ":";
+            text += std::string(groupNames[static_cast<std::size_t>(group.group)]) + " " + std::to_string(group.count) +
+                    ":";
             for (const Found& found : group.found)
                 text += " " + found.title + (found.detail.empty() ? "" : " (" + found.detail + ")") + ";";
+            text += "\n";
         }
         return text;
     }
@@ -39,40 +42,15 @@ protected:
     Session session;
 };
 
+/// find.txt: behind "$" how many of each group are wanted and what is looked for, then a line for each group.
 TEST_F(FindTest, TheBestOfEachGroupComeFirst) {
-    const struct {
-        const char* text;
-        std::size_t most;
-        const char* found;
-    } cases[]{
-        {"impale", 3,
-         "things 3: 12 Impaler (ID 3001); 125 Impaled Human (ID 25); 126 Twitching Impaled Human (ID 26);"},
-        {"3001", 3, "states 1: 3001 TNT1A; | things 1: 12 Impaler (ID 3001);"},
-        {"thing 12", 3, "things 2: 12 Impaler (ID 3001); 163 Extra Thing 12;"},
-        {"Frame 442", 3, "states 1: 442 TROOA (Look);"},
-        {"12", 2,
-         "things 12: 12 Impaler (ID 3001); 120 Bloody Mess 2 (ID 12); | states 111: 12 PISGA (Raise); 120 BFE1D; | "
-         "sounds 23: 12 sawful; 120; | sprites 12: 12 PLSG; 120 COL5; | music 1: 12 e2m3; | strings 13: 12 NIGHTMARE "
-         "(are you sure? this "
-         "skill level isn't even remotely fair.  press y or n.); 120 HUSTR_4 (level 4: the focus);"},
-        {"troo", 2, "sprites 1: 0 TROO; | states 33: 442 TROOA (Look); 443 TROOB (Look);"},
-        {"TROOC", 9, "states 2: 448 TROOC (Chase); 449 TROOC (Chase);"},
-        {"a_chase", 1, "states 146: 176 POSSA (Chase);"},
-        {"pistol", 2, "sounds 1: 1 pistol; | weapons 1: 1 Pistol; | states 1: 14 PISGB (FirePistol);"},
-        {"GOTARMOR", 3, "strings 1: 27 GOTARMOR (Picked up the armor.);"},
-        {"the armor", 3, "strings 1: 27 GOTARMOR (Picked up the armor.);"},
-        {"idkfa", 3, "cheats 1: Ammo & Keys (idkfa); | misc 2: IDKFA Armor (200); IDKFA Armor Class (2);"},
-        {"map07", 3, "pars 1: MAP07 (90 seconds);"},
-        {"BEFORE", 0, "strings 3: | notes 2:"},
-        {"than\\nbefore", 3, "notes 1: frame 12 (Slower than before);"},
-        {"cells/shot", 3, "misc 1: BFG Cells/Shot (40);"},
-        {"helper", 3, "misc 1: Helper (unset); | things 1: 140 Helper Dog (ID 888);"},
-        {" ", 3, ""},
-        {"", 3, ""},
-        {"nothing is called so", 3, ""},
-    };
-    for (const auto& row : cases)
-        EXPECT_EQ(Find({.text = row.text, .most = row.most}), row.found) << row.text;
+    const std::string expected = ReadFile(std::filesystem::path(CASES_FOLDER) / "find.txt");
+    const std::string told = Retold(expected, [this](const std::string& asked, const std::string&) {
+        return Find({.text = asked.substr(2), .most = static_cast<std::size_t>(asked.front() - '0')});
+    });
+    EXPECT_EQ(told, expected);
+    for (const char* blank : {"", " "})
+        EXPECT_EQ(Find({.text = blank}), "");
 }
 
 TEST_F(FindTest, ArgumentsAndTextFieldsAreFoundWhereTheyStand) {
@@ -90,6 +68,8 @@ TEST_F(FindTest, ArgumentsAndTextFieldsAreFoundWhereTheyStand) {
     act(451, "MonsterMeleeAttack", {4, {}, 1});
     act(452, "AddFlags", {{}, 0x20000});
     act(453, "MonsterProjectile", {12});
+    act(455, "Spawn", {9999});
+    act(456, "PlaySound", {2, 1});
     WriteCell(current, {RecordKind::Thing, 11, pickupMessageField}, "USER_TOOK");
     WriteCell(current, {RecordKind::Weapon, 3, carouselIconField}, "SHOTICON");
     WriteCell(current, {RecordKind::State, 453, tranmapField}, "GLASSY");
@@ -109,6 +89,8 @@ TEST_F(FindTest, ArgumentsAndTextFieldsAreFoundWhereTheyStand) {
         {"sound: pist", {{451, args + 2}}, nullptr, "MonsterMeleeAttack(damage 4d8, sound: pistol)"},
         {"flags2 rip", {{452, args + 1}}, nullptr, "AddFlags(flags2 RIP)"},
         {"-0.5", {{450, args + 4}}, nullptr, nullptr},
+        {"thing 9999", {{455, RowOf(&StateRecord::unknown1)}}, nullptr, nullptr},
+        {"shotgn, fullvol", {{456, RowOf(&StateRecord::unknown1)}}, nullptr, "PlaySound(sound: shotgn, fullvol yes)"},
         {"user_took", {{11, pickupMessageField}}, "12 Imp", "Pickup message USER_TOOK"},
         {"shoticon", {{3, carouselIconField}}, "3 Chaingun", "Carousel icon SHOTICON"},
         {"glass", {{453, tranmapField}}, nullptr, "Tranmap GLASSY"},

@@ -23,12 +23,6 @@ struct LinkedEngine {
     std::vector<Use> UsesOf(const Target& target) const {
         return plinket3::UsesOf(patch.current, engine, fixedUses, target);
     }
-    Lines TextsOf(const Target& target) const {
-        Lines texts;
-        for (const Use& use : UsesOf(target))
-            texts.push_back(use.text);
-        return texts;
-    }
     FreeRecords Free(RecordKind kind) const { return FindFree(patch.current, patch.defaults, engine, fixedUses, kind); }
 
     EngineConfiguration engine;
@@ -93,27 +87,6 @@ TEST_P(LinksOf, NothingUsesAFreeRecordButFreeStates) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, LinksOf, ::testing::Values("doom19", "boom21", "dehextra21", "mbf21", "dsdhacked"));
-
-TEST(Uses, AreToldInWords) {
-    LinkedEngine linked("mbf21");
-    const auto state = [](std::int32_t number) { return Target{TargetKind::State, number}; };
-    EXPECT_EQ(linked.TextsOf({TargetKind::Thing, 31}),
-              (Lines{"the game: never sets off lines that are walked over",
-                     "the game: Speed 20 with fast monsters, by number; mbf21: field Fast speed",
-                     "frame 454 (TroopAttack): launches when out of close range"}));
-    EXPECT_EQ(linked.TextsOf(state(453)), (Lines{"frame 452: Next frame"}));
-    EXPECT_EQ(linked.TextsOf(state(0)), Lines());
-    EXPECT_EQ(linked.TextsOf({TargetKind::Action, *linked.engine.CodePointerOf("TroopAttack")}),
-              Lines{"frame 454: Action"});
-    EXPECT_EQ(linked.TextsOf(state(80)), Lines{"frame 77 (FirePlasma): entered in place of Firing frame, by chance"});
-    linked.patch.current.states[454].codePointer = 0;
-    EXPECT_EQ(linked.TextsOf({TargetKind::Thing, 31}).back(),
-              "TroopAttack, which no frame has: launches when out of close range");
-    StateRecord& jump = linked.patch.current.states[453];
-    jump.codePointer = *linked.engine.CodePointerOf("RandomJump");
-    SetValue(jump, FieldOf(&StateRecord::unknown1), 1500);
-    EXPECT_EQ(linked.TextsOf(state(1500)), Lines{"frame 453 (RandomJump): state"});
-}
 
 TEST(UsersOfState, AreFollowedThroughRunsOfStates) {
     LinkedEngine linked("mbf21");

@@ -2,13 +2,12 @@
 #include "patch/modPatchCheck.h"
 #include "patch/modPatchDiff.h"
 #include "tests/support/SmallEngine.h"
-#include "tests/support/TestSupport.h"
+#include "tests/support/TextCases.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <optional>
-#include <sstream>
 #include <vector>
 
 namespace plinket3::test {
@@ -25,7 +24,6 @@ const std::filesystem::path cases = CASES_FOLDER;
 ///     --- means    what it changes, as modPatchDiff tells it
 ///     --- saved    what a save writes behind the header, only in the first two
 ///     --- check    what modPatchCheck finds
-/// "%0D" is the byte of that code; "%" at the end of a line takes the line feed away.
 struct PatchText {
     std::string name, patch, told;
     bool normal = true, extended = true, asEngines = false;
@@ -33,59 +31,22 @@ struct PatchText {
     friend void PrintTo(const PatchText& text, std::ostream* out) { *out << text.name; }
 };
 
-std::string Encoded(std::string_view bytes) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text;
-    for (std::size_t at = 0; at < bytes.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(bytes[at]);
-        const bool blankAtEnd = byte == ' ' && (at + 1 == bytes.size() || bytes[at + 1] == '\n');
-        if (byte == '\n' || (byte >= ' ' && byte < 0x7f && byte != '%' && !blankAtEnd))
-            text += bytes[at];
-        else
-            text.append({'%', digits[byte >> 4U], digits[byte & 15U]});
-    }
-    return text.empty() || text.ends_with('\n') ? text : text + "%\n";
-}
-
-std::string Decoded(std::string_view text) {
-    std::string bytes;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] != '%') {
-            bytes += text[at];
-        } else if (text[++at] != '\n') {
-            bytes += static_cast<char>(std::stoi(std::string(text.substr(at, 2)), nullptr, 16));
-            ++at;
-        }
-    }
-    return bytes;
-}
-
 std::vector<PatchText> PatchTexts() {
     std::vector<PatchText> texts;
-    for (const char* file :
-         {"normal", "extended", "both", "engine_normal", "engine_extended", "engine_mbf21", "engine_id24"}) {
-        std::istringstream lines(ReadFile(cases / (std::string(file) + ".txt")));
-        for (std::string line; std::getline(lines, line);) {
-            if (line.starts_with("=== ")) {
-                const std::string name = line.substr(4, line.find(" (whole)") - 4);
-                const char* start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
-                const std::string_view what = file;
-                const bool asEngines = what.starts_with("engine"), whole = asEngines || line.ends_with(" (whole)");
-                PatchText& text = texts.emplace_back(PatchText{name, whole ? "" : start, ""});
-                text.asEngines = asEngines;
-                if (what.ends_with("mbf21"))
-                    text.engine = SmallMbf21Engine();
-                else if (what.ends_with("id24"))
-                    text.engine = SmallId24Engine();
-                text.normal = !what.ends_with("extended") && !text.engine;
-                text.extended = !what.ends_with("normal");
-            } else if (PatchText& last = texts.back(); line.starts_with("--- ") || !last.told.empty()) {
-                last.told += line + "\n";
-            } else {
-                last.patch += line + "\n";
-            }
+    for (const std::string_view file :
+         {"normal", "extended", "both", "engine_normal", "engine_extended", "engine_mbf21", "engine_id24"})
+        for (const TextCase& each : CasesIn(cases / (std::string(file) + ".txt"))) {
+            const char* start = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
+            const bool asEngines = file.starts_with("engine"), whole = asEngines || each.kind == "whole";
+            PatchText& text = texts.emplace_back(PatchText{each.name, (whole ? "" : start) + each.text, each.told});
+            text.asEngines = asEngines;
+            if (file.ends_with("mbf21"))
+                text.engine = SmallMbf21Engine();
+            else if (file.ends_with("id24"))
+                text.engine = SmallId24Engine();
+            text.normal = !file.ends_with("extended") && !text.engine;
+            text.extended = !file.ends_with("normal");
         }
-    }
     return texts;
 }
 

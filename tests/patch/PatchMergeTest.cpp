@@ -70,39 +70,5 @@ TEST_F(PatchMergeTest, TakesWhatOneSideChangedAndKeepsWhatBothDid) {
     }
 }
 
-TEST_F(PatchMergeTest, TakesWhatOneSideMadeOrRemoved) {
-    engine_.dialect.unlimited = true;
-    constexpr Cell evil{RecordKind::Music, 63, lumpNameField};
-    const std::string made = "Frame 70\nDuration = 5\n\nThing 9 (A)\nMass = 2\n\n";
-    const std::string more =
-        "Sound 80\n\nFrame 71\n\n[SPRITES]\n90 = NEWS\nTROO = IMPX\n\n[MUSIC]\nevil = good\n\n[HELPER]\ntype = 2\n";
-    PatchSet ours = Read(original).Said();
-    MergePatch(Read(made + more), defaults_, ours);
-    EXPECT_TRUE(ours.things.Has(8) && ours.sounds.Has(80) && ours.states.Has(71));
-    EXPECT_EQ(ours.states[70].duration, 5);
-    EXPECT_EQ(ours.SpriteName(90), "NEWS");
-    EXPECT_EQ(ReadCell(ours, evil), CellValue("good"));
-    EXPECT_EQ(ours.misc.helper, 2);
-
-    ours = Read(made + "Frame 72\n").Said();
-    ours.things[8].mass = 3;
-    const PatchSet refused = MergeChanges(Read("Frame 3\n\n" + more), Read(made), ours);
-    EXPECT_EQ(ours.states.Numbers(), (std::vector<std::int32_t>{0, 1, 2, 3, 4, 5, 71, 72}));
-    EXPECT_EQ(ours.SpriteName(0), "IMPX");
-    EXPECT_EQ(ReadCell(ours, evil), CellValue("good"));
-    EXPECT_EQ(ours.misc.helper, 2);
-    EXPECT_EQ(ours.things[8].mass, 3) << "what was changed here stays";
-    EXPECT_FALSE(refused.things.Has(8));
-}
-
-TEST_F(PatchMergeTest, TakesTheLastTimeOfALevel) {
-    PatchSet ours = Read("[PARS]\npar 1 1 5\npar 2 6\npar 1 1 7\n").Said();
-    MergePatch(Read("[PARS]\npar 1 1 8\npar 1 1 9\npar 3 3\n"), defaults_, ours);
-    EXPECT_EQ(ours.pars, (std::vector<ParRecord>{{1, 1, 5}, {0, 2, 6}, {1, 1, 9}, {0, 3, 3}}));
-    const PatchSet refused = MergeChanges(Read("[PARS]\npar 2 1\n"), Read("[PARS]\npar 2 2\npar 1 1 9\n"), ours);
-    EXPECT_EQ(ours.pars, (std::vector<ParRecord>{{0, 2, 6}, {0, 3, 3}}));
-    EXPECT_EQ(refused.pars, (std::vector<ParRecord>{{0, 2, 1}, {0, 3, 3}}));
-}
-
 } // namespace
 } // namespace plinket3::test

@@ -1,8 +1,5 @@
 #include "patch/PatchPlace.h"
 
-#include "patch/PatchDocument.h"
-#include "patch/modPatchFiles.h"
-#include "tests/support/SmallEngine.h"
 #include "tests/support/TestSupport.h"
 #include "tests/wad/WadBytes.h"
 
@@ -89,36 +86,6 @@ TEST_F(PatchPlaceTest, ReadsWhatItDoesNotWrite) {
     WriteFile(wad_, "Thing 1");
     EXPECT_EQ(Read("DEHACKED"), "! is no WAD that can be read");
     EXPECT_EQ(Write("DEHACKED", "x"), "is no WAD that can be read");
-}
-
-TEST_F(PatchPlaceTest, OpensAndSavesAPatchInAWad) {
-    const std::string patch = "# mine\nThing 1\nMass = 7 # why\n";
-    WriteFile(wad_, WadBytes({{"DEHACKED", patch}, {"B", "b"}}));
-    const std::string before = ReadFile(wad_);
-    ExpectingNotifier notifier;
-    Program program(notifier);
-    program.engine = SmallEngine(false);
-    program.engine.dialect = program.engine.dialect.AsEngines();
-    program.patch = SmallPatch(program.engine);
-    ASSERT_TRUE(modPatchFiles::ReadPatch(notifier, {wad_, "DEHACKED"}, program));
-    EXPECT_EQ(program.patch.fileName, wad_);
-    EXPECT_EQ(program.patch.lump, "DEHACKED");
-    EXPECT_EQ(program.patch.current.things[0].mass, 7);
-    auto document = std::make_shared<PatchDocument>();
-    ASSERT_TRUE(document->Read(patch, program.engine, program.patch.defaults, program.patch.current).status);
-    program.patch.document = std::move(document);
-    const PatchPlace place(program.patch.fileName, program.patch.lump);
-    ASSERT_TRUE(modPatchFiles::SavePatch(program, place, true));
-    EXPECT_EQ(ReadFile(wad_), before);
-    program.patch.current.things[0].mass = 12;
-    ASSERT_TRUE(modPatchFiles::SavePatch(program, place, true));
-    EXPECT_EQ(ReadFile(wad_), WadBytes({{"DEHACKED", "# mine\nThing 1\nMass = 12 # why\n"}, {"B", "b"}}));
-    EXPECT_EQ(ReadFile(folder_ / "a.wad.bak"), before);
-    EXPECT_FALSE(modPatchFiles::SavePatch(program, {wad_, "NONE"}, true));
-    EXPECT_TRUE(modPatchFiles::SavePatch(program, {wad_, "NONE"}, true, MissingLump::IsAdded));
-    notifier.Expect(MessageKind::Exclamation,
-                    "Could not read " + wad_.string() + ":MISSING: there is no lump MISSING in it");
-    EXPECT_FALSE(modPatchFiles::ReadPatch(notifier, {wad_, "MISSING"}, program));
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "patch/modPatchFiles.h"
 
-#include "core/Text.h"
 #include "tests/support/SmallEngine.h"
 #include "tests/support/TestSupport.h"
 
@@ -65,26 +64,6 @@ TEST(HeaderScan, FindsTheHeaderLinesAnywhere) {
         header));
     EXPECT_EQ(header,
               (Header{{"engineversion", "19"}, {"iwad", "a=b.wad"}, {"engineconfig", ""}, {"patchversion", "6"}}));
-}
-
-TEST(HeaderScan, RefusesALineThatStandsTwice) {
-    for (const char* key : {"Patch format", "Doom version", "Engine config", "Data WAD", "IWAD"}) {
-        Header header{{"kept", ""}};
-        const std::string line = std::string(key) + " = 1\n", patch = line + "x\n" + ToLower(line);
-        const Status status = modPatchFiles::ScanHeader(std::string_view(patch), header);
-        EXPECT_EQ(status.Reason(), "the line \"" + std::string(key) + "\" stands in it twice, again in line 3");
-        EXPECT_EQ(header.size(), 1U);
-    }
-}
-
-TEST(HeaderScan, AddsTheNameOfTheFile) {
-    const TemporaryFolder folder;
-    WriteFile(folder / "a.deh", "");
-    Header header;
-    ASSERT_TRUE(modPatchFiles::ScanHeader(folder / "a.deh", header));
-    EXPECT_EQ(header, (Header{{"filename", (folder / "a.deh").string()}}));
-    EXPECT_FALSE(modPatchFiles::ScanHeader(folder / "b.deh", header));
-    EXPECT_FALSE(modPatchFiles::ScanHeader(folder.Path(), header));
 }
 
 } // namespace

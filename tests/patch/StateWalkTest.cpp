@@ -114,23 +114,6 @@ TEST_P(StateWalkTest, EveryStateRunsAsInTheGame) {
     EXPECT_EQ(ends, (std::set{End::None, End::Removed, End::ForEver})) << "all kinds were met";
 }
 
-TEST_F(StateWalkTest, TheDeathOfTheImpLastsAsLongAsItsStates) {
-    Load("doom19");
-    const std::int32_t death = Set().things[11].deathState;
-    const StraightRun run = StraightRunFrom(session, death);
-    EXPECT_EQ(run.tics, 8 + 8 + 6 + 6);
-    EXPECT_EQ(run.shown.size(), 5U);
-    EXPECT_EQ(run.end, End::ForEver);
-    StateWalk walk = Walk();
-    EXPECT_EQ(Shown(walk, death, 1000).size(), 28U);
-    EXPECT_EQ(walk.State(), run.shown.back().state);
-    walk.Tic();
-    EXPECT_EQ(walk.State(), run.shown.back().state) << "stays";
-    const StraightRun walking = StraightRunFrom(session, Set().things[11].firstMovingState);
-    EXPECT_EQ(walking.tics - walking.back, 24);
-    EXPECT_EQ(walking.end, End::None);
-}
-
 TEST_F(StateWalkTest, JumpsGoByChoiceElseByChance) {
     Load("mbf21");
     Put(1200, 1201, 1);

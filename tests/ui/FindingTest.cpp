@@ -41,28 +41,20 @@ protected:
 
 TEST_F(FindingTest, EveryRecordAndFieldIsShownWhateverFiltersHide) {
     edits.Store({RecordKind::Par, 0, listField}, std::vector<ParRecord>{{0, 1, 30}, {0, 2, 60}});
-    edits.Store({RecordKind::State, 444, codePointerField}, *program.engine.CodePointerOf("SpawnObject"));
     const struct {
         Cell cell;
         const char* place;
     } rows[]{
         {{RecordKind::Thing, imp, existsField}, "frmEditThings 11 lstThings"},
         {{RecordKind::Thing, 12, RowOf(&ThingRecord::hitPoints)}, "frmEditThings 12 txtHitPoints"},
-        {{RecordKind::Thing, imp, RowOf(&ThingRecord::painSound)}, "frmEditThings 11 txtPainSoundN"},
         {{RecordKind::Thing, 12, RowOf(&ThingRecord::bits21)}, "frmEditThings 12 trvFlags"},
         {{RecordKind::Thing, imp, pickupMessageField}, "frmEditThings 11 txtPickupMessage"},
-        {{RecordKind::Thing, 12, RowOf(&ThingRecord::fastSpeed)}, "frmEditThings 12 txtFastSpeed"},
-        {{RecordKind::State, 442, RowOf(&StateRecord::duration)}, "frmEditStates 442 txtDuration"},
         {{RecordKind::State, 443, codePointerField}, "frmEditStates 443 cmbActions"},
-        {{RecordKind::State, 444, RowOf(&StateRecord::arg2)}, "frmEditStates 444 txtArgs2"},
         {{RecordKind::State, 0, existsField}, "frmEditStates 0 lvwStates"},
         {{RecordKind::Sound, 5, existsField}, "frmEditSounds 5 lvwSounds"},
         {{RecordKind::String, 7, textField}, "frmEditStrings 7 lvwStrings"},
-        {{RecordKind::Weapon, 2, RowOf(&WeaponRecord::shootingState)}, "frmEditWeapons 2 txtShootStateN"},
         {{RecordKind::Weapon, 3, RowOf(&WeaponRecord::ammoType)}, "frmEditWeapons 3 cmbAmmoType"},
-        {{RecordKind::Ammo, 1, RowOf(&AmmoRecord::perAmmo)}, "frmEditAmmo 1 txtPickupAmmo"},
         {{RecordKind::Cheat, 4, textField}, "frmEditCheats 4 txtAmmo"},
-        {{RecordKind::Misc, 0, RowOf(&MiscRecord::bfgCells)}, "frmEditMisc 0 txtBFGShot"},
         {{RecordKind::Misc, 0, RowOf(&MiscRecord::monstersInfight)}, "frmEditMisc 0 chkMonstersInfight"},
         {{RecordKind::Par, 1, existsField}, "frmEditPars 1 lvwPars"},
         {{RecordKind::Sprite, 3, lumpNameField}, "frmEditSprites 3 lvwSprites"},

@@ -6,7 +6,10 @@
 #include "ui/editors/frmEditWeapons.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/fields/WeaponScreen.h"
+#include "ui/states/StatePlayer.h"
+#include "wad/SpriteSides.h"
 
+#include <QAbstractButton>
 #include <QBuffer>
 #include <QSlider>
 
@@ -248,6 +251,77 @@ TEST_F(GamePicturesTest, AWeaponIsShownOnTheScreen) {
     screen = WeaponScreen(program, pistol, pistolReady, fullLight);
     EXPECT_TRUE(screen.image.isNull());
     EXPECT_EQ(screen.missing, "PISGA0 is no picture");
+}
+
+/// The lowest row in which a view draws anything.
+int LowestRow(QWidget& view) {
+    const QImage image = view.grab().toImage();
+    for (int y = image.height() - 1; y >= 0; --y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != image.pixel(0, 0))
+                return y;
+    return -1;
+}
+
+TEST_F(GamePicturesTest, PlayingKeepsOneScaleAndOneFloor) {
+    LoadEngine("doom19");
+    auto& states = Open<frmEditStates>();
+    states.resize(900, 700);
+    if (!HasWad())
+        GTEST_SKIP() << "no IWAD is installed";
+    SpriteView::GamePictures(program.settings, false); // nothing but the picture is drawn
+    const std::int32_t falling = Current().things[imp].deathState;
+    states.selectSingleState(falling, imp, -1);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&states));
+    auto& view = *states.findChild<SpriteView*>(QStringLiteral("picSprite"));
+    auto& player = *states.findChild<StatePlayer*>();
+    std::vector<int> floors;
+    QObject::connect(&player, &StatePlayer::StateShown, &states, [&] { floors.push_back(LowestRow(view)); });
+    Click("cmdPlay");
+    for (int tic = 0; player.IsPlaying() && tic < 100; ++tic)
+        player.Advance();
+    ASSERT_GE(floors.size(), 4U);
+    for (const int floor : floors)
+        EXPECT_NEAR(floor, floors.front(), 3) << "a pixel or two of a picture may hang below";
+    EXPECT_LT(view.Picture().height() * 2, states.findChild<SpriteView*>()->height()) << "the last one lies flat";
+}
+
+TEST_F(GamePicturesTest, StatesAreShownFromAllSides) {
+    LoadEngine("doom19");
+    auto& states = Open<frmEditStates>();
+    states.resize(900, 700);
+    if (!HasWad())
+        GTEST_SKIP() << "no IWAD is installed";
+    states.selectSingleState(442, imp, -1);
+    auto& view = *states.findChild<SpriteView*>(QStringLiteral("picSprite"));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&states));
+    EXPECT_EQ(Text("lblPreview"), "442: TROOA1");
+    EXPECT_EQ(qAlpha(view.Picture().pixel(0, 0)), 0) << "nothing is drawn in the corner";
+    const QImage front = view.Picture();
+    view.setFocus();
+    std::vector<QImage> sides;
+    for (int turn = 0; turn < spriteSides; ++turn) {
+        QTest::keyClick(&view, Qt::Key_Less, Qt::ShiftModifier);
+        sides.push_back(view.Picture());
+    }
+    EXPECT_EQ(sides.back(), front) << "all around";
+    EXPECT_NE(sides[0], front);
+    Click("cmdTurnRight");
+    EXPECT_EQ(view.Side(), spriteSides);
+    EXPECT_EQ(view.Picture(), sides[spriteSides - 2]);
+    EXPECT_TRUE(Text("lblPreview").endsWith("8")) << "one lump for two sides";
+    EXPECT_EQ(view.Picture(), sides[0].mirrored(true, false));
+    QTest::keyClick(&view, Qt::Key_Greater, Qt::ShiftModifier);
+    EXPECT_EQ(view.Side(), spriteSides - 1);
+
+    edits.Store({RecordKind::State, 442, RowOf(&StateRecord::subnumber)}, 25);
+    EXPECT_TRUE(view.Picture().isNull());
+    EXPECT_EQ(view.Missing(), "TROOZ7 is in none of the WADs");
+    SpriteView::GamePictures(program.settings, false);
+    edits.Undo();
+    EXPECT_EQ(Text("lblPreview"), "442: TROOA1");
+    EXPECT_EQ(view.Picture().pixel(0, 0), qRgb(0, 0, 0)) << "on black";
+    EXPECT_FALSE(states.findChild<QAbstractButton*>("cmdTurnLeft")->isVisible());
 }
 
 } // namespace

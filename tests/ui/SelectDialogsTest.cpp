@@ -5,6 +5,7 @@
 #include "ui/FileDialogs.h"
 #include "ui/fields/SpriteView.h"
 #include "ui/pickers/frmSelectAction.h"
+#include "ui/pickers/frmSelectRecord.h"
 #include "ui/pickers/frmSelectSprite.h"
 #include "ui/pickers/frmSelectState.h"
 
@@ -15,6 +16,7 @@
 #include <QTableView>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 
 namespace plinket3::test {
@@ -140,6 +142,31 @@ TEST_F(SelectDialogsTest, TheActionDialogSaysWhatAnActionDoes) {
     });
     EXPECT_EQ(found, actions[3].value);
     EXPECT_EQ(Choose(dialog, actions[3].value, [] {}), std::nullopt);
+}
+
+TEST_F(SelectDialogsTest, ThingsSoundsAndStringsAreListedByNumberNameOrKey) {
+    LoadEngine("mbf21");
+    const auto& strings = program.engine.strings;
+    const auto gotArmor = std::ranges::find_if(strings, [](const auto& each) { return each.mnemonic == "GOTARMOR"; });
+    const struct {
+        RecordKind kind;
+        int start;
+        const char *shown, *typed;
+        int chosen;
+    } cases[]{{RecordKind::Thing, 11, "12  Imp", "imp fire", 31},
+              {RecordKind::Thing, 100000, "", "12  imp", 11},
+              {RecordKind::Sound, 1, "1  pistol", "shotgn", 2},
+              {RecordKind::String, 0, "D_DEVSTR  Development mode ON.", "GOTARMOR",
+               static_cast<int>(gotArmor - strings.begin())}};
+    for (const auto& row : cases) {
+        frmSelectRecord picker(program, row.kind, links.thumbnails, nullptr);
+        const auto chosen = Choose(picker, row.start, [&] {
+            EXPECT_EQ(Find<QListView>(picker, "lstRecords").currentIndex().data().toString(), row.shown);
+            QTest::keyClicks(&Find<QLineEdit>(picker, "txtFilter"), row.typed);
+            Accept(picker);
+        });
+        EXPECT_EQ(chosen, row.chosen) << row.typed;
+    }
 }
 
 TEST(AskText, TakesAsANameOnlyWhatAPatchCanHold) {

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QStyleFactory>
@@ -62,6 +63,16 @@ void EditorTest::LoadEngine(const std::string& engine) {
         program.palette = palette->wad->ReadLumpString(palette->num);
     }
     edits.Clear();
+}
+
+QLineEdit& EditorTest::Box(const char* name) { return Find<QLineEdit>(*window, name); }
+
+QString EditorTest::Text(const char* label) { return Find<QLabel>(*window, label).text(); }
+
+void EditorTest::Click(const char* button) {
+    auto* found = window->findChild<QAbstractButton*>(QString::fromLatin1(button));
+    ASSERT_NE(found, nullptr) << button;
+    QTest::mouseClick(found, Qt::LeftButton, {}, {8, found->height() / 2});
 }
 
 std::function<void(QDialog&)> AcceptSession(const char* engine) {

@@ -72,13 +72,24 @@ protected:
         edits.Listen([&opened](const std::vector<Cell>& cells) { opened.CellsChanged(cells); });
         windows_.push_back(std::move(editor));
         opened.show();
+        window = &opened;
         return opened;
+    }
+    // Controls of `window`
+    QLineEdit& Box(const char* name);
+    QString Text(const char* label);
+    void Click(const char* button);
+    void UndoAll() {
+        while (edits.CanUndo())
+            edits.Undo();
+        EXPECT_EQ(Current(), Defaults());
     }
 
     ExpectingNotifier notifier;
     Program program{notifier};
     Edits edits{program.patch};
     TestLinks links{program};
+    EditorWindow* window = nullptr; // the one that was opened last
 
 private:
     std::vector<std::unique_ptr<EditorWindow>> windows_;
