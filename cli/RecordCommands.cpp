@@ -152,7 +152,7 @@ int Paste(Run& run) {
         program.patch.document.reset();
     SaveTo(run, files[2]);
     for (const PastePlan::Place& place : plan.places)
-        if (!place.isThere)
+        if (!place.isThere && place.from.first != RecordKind::Misc) // of which there is one, everywhere
             run.out << Printable(RecordName(clip.patch.current, place.from.first, place.from.second)) << " -> "
                     << MadeName(place.from.first, place.to) << '\n';
     for (const auto* lines : {&clip.ignored, &plan.told, &plan.lost})

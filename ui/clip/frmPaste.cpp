@@ -95,6 +95,10 @@ void frmPaste::Plan() {
     QList<QTreeWidgetItem*> rows;
     for (const PastePlan::Place& place : plan_.places) {
         const auto [kind, index] = place.from;
+        if (kind == RecordKind::Misc) { // of which there is one, everywhere
+            rows.append(new QTreeWidgetItem({tr("Misc.")}));
+            continue;
+        }
         const bool there = HasRecord(here, kind, place.to);
         rows.append(
             new QTreeWidgetItem({ShownStart(RecordName(from, kind, index)), number(kind, index), number(kind, place.to),
