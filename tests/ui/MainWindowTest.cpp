@@ -403,7 +403,7 @@ TEST_F(MainWindowTest, TheMenuWindowArrangesTheEditorsAndGoesFromOneToTheNext) {
     EXPECT_FALSE(Action("WindowTile").isEnabled());
     NewPatch("MBF");
     EditorSet& editors = window->Editors();
-    for (const std::size_t editor : {1, 2})
+    for (const std::size_t editor : {1U, 2U})
         editors.Show(editor, true);
     const auto listed = [this] {
         auto& menu = Find<WindowMenu>("mnuWindow");

@@ -300,8 +300,8 @@ std::string ToolTipAt(QWidget& widget, QPoint place) {
 
 TEST_F(ScenarioTest, NamesThatLookLikeMarkupStandInToolTipsAsTheyAre) {
     std::string patch = "Patch File for DeHackEd v3.0\nDoom version = 19\nPatch format = 6\n";
-    for (const std::string thing : {"1", "2", "3", "4"})
-        patch += "Thing " + thing + " (<b>" + thing + "</b>)\nInitial frame = 442\n\n";
+    for (const char* thing : {"1 (<b>1", "2 (<b>2", "3 (<b>3", "4 (<b>4"})
+        patch.append("Thing ").append(thing).append("</b>)\nInitial frame = 442\n\n");
     WriteFile(folder / "a.deh", patch);
     {
         const ModalDriver driver("frmNewFile", AcceptSession("Doom and Doom II"));

@@ -71,11 +71,11 @@ TEST(GameColoursTest, WhatHangsOverTheEdgesIsCutOff) {
         for (const int y : {-40000, -1, 0, 1, 2, 40000}) {
             GamePicture canvas = empty;
             DrawOver(canvas, stamp, x, y, 2);
+            std::size_t place = 0;
             for (int row = 0; row < 3; ++row)
-                for (int column = 0; column < 3; ++column) {
+                for (int column = 0; column < 3; ++column, ++place) {
                     const bool drawn = row < 2 && column >= x && column < x + 2 && row >= y && row < y + 2 &&
                                        !(column == x && row == y + 1);
-                    const auto place = static_cast<std::size_t>(3 * row + column);
                     EXPECT_EQ(canvas.covered[place], drawn) << x << " " << y;
                     EXPECT_EQ(canvas.pixels[place], drawn ? 1 + column - x + 2 * (row - y) : 0);
                 }

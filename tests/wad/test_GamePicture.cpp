@@ -36,9 +36,8 @@ TEST(GamePictureTest, AnyBytesGiveAPictureOfTheirSizeThatTwoMirrorsLeaveAlone) {
     int pictures = 0;
     for (int round = 0; round < 2000; ++round) {
         const int width = static_cast<int>(random() % 6), height = static_cast<int>(random() % 300);
-        std::vector<std::int32_t> offsets;
-        for (int column = 0; column < width; ++column)
-            offsets.push_back(static_cast<std::int32_t>(random() % 70));
+        std::vector<std::int32_t> offsets(static_cast<std::size_t>(width));
+        std::ranges::generate(offsets, [&random] { return static_cast<std::int32_t>(random() % 70); });
         std::string posts;
         for (std::size_t i = random() % 60; i > 0; --i)
             posts += static_cast<char>(random());
