@@ -5,6 +5,4 @@
 
 struct IDirect3D9;
 
-extern "C" IDirect3D9* __stdcall Direct3DCreate9(unsigned /*version*/);
-
 extern "C" IDirect3D9* __stdcall Direct3DCreate9(unsigned /*version*/) { return nullptr; }
